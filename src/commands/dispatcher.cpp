@@ -1,0 +1,110 @@
+#include "commands/dispatcher.h"
+
+#include <algorithm>
+
+#include "core/log.h"
+#include "core/services.h"
+#include "core/user_messages.h"
+#include "core/world.h"
+#include "link/envelope.h"
+
+namespace vernoxa {
+namespace {
+
+bool isOfKind(JsonView value, MemberKind kind) {
+  switch (kind) {
+    case MemberKind::text:
+      return value.text().has_value();
+    case MemberKind::number:
+      return value.wholeNumber().has_value();
+    case MemberKind::textOrNumber:
+      return value.text().has_value() || value.wholeNumber().has_value();
+    case MemberKind::array:
+      return value.isArray();
+  }
+  return false;
+}
+
+// The companion's answer names the folder of the project that is open: the cache folders follow it.
+void takeAnswer(const Request& request, Services& services) {
+  const std::string path = request.text("Path");
+  if (request.command == "FileStatus_EndResult" && !path.empty()) {
+    services.state.link.setBaseDirectory(path);
+  }
+}
+
+void storeMembers(const HandlerRow& row, const Request& request, PlacementContext& placement) {
+  for (const Member& member : row.members) {
+    if (member.stored != nullptr) {
+      placement.*member.stored = request.text(member.name);
+    }
+  }
+}
+
+bool hasNeededMembers(const HandlerRow& row, const Request& request) {
+  return std::all_of(row.members.begin(), row.members.end(), [&](const Member& member) {
+    return member.use != MemberUse::needed || isOfKind(request.data.member(member.name), member.kind);
+  });
+}
+
+Outcome runHandler(const HandlerRow& row, const Request& request, HandlerContext& context) {
+  try {
+    storeMembers(row, request, context.services.state.placement);
+    return hasNeededMembers(row, request) ? row.run(request, context) : Outcome{stoppedEarly, std::nullopt};
+  } catch (...) {
+    context.services.world.messages.show("格式有误", MessageIcon::none);
+    return {stoppedEarly, std::nullopt};
+  }
+}
+
+}  // namespace
+
+std::string Request::text(std::string_view member) const {
+  const JsonView value = data.member(member);
+  if (const auto text = value.text()) {
+    return std::string(*text);
+  }
+  const auto number = value.wholeNumber();
+  return number ? std::to_string(*number) : std::string();
+}
+
+std::string replyText(const std::string& command, Reply reply) {
+  Json message = Json::object();
+  message.add("Data", std::move(reply.data));
+  message.add("Command", command + std::string(replySuffix));
+  message.add("Result", reply.result);
+  if (reply.errInfo) {
+    message.add("ErrInfo", *reply.errInfo);
+  }
+  return message.printUnformatted();
+}
+
+int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::string& message, std::string& reply,
+             ScriptHost& host, Services& services) {
+  LogWriter log = services.logs.openTraffic();
+  const Json parsed = parseMessage(message, services.world.output);
+  if (!parsed) {
+    return notUnderstood;
+  }
+  const auto command = commandOf(parsed.view(), services.world.output);
+  if (!command) {
+    return stoppedEarly;
+  }
+  const Request request{*command, parsed.view(), parsed.member("Data")};
+  if (answers == Answers::accepted && command->find(replySuffix) != std::string::npos) {
+    takeAnswer(request, services);
+    return handled;
+  }
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const HandlerRow& each) { return *command == each.name; });
+  if (row == rows.end()) {
+    return notUnderstood;
+  }
+  HandlerContext context{host, services, log};
+  Outcome outcome = runHandler(*row, request, context);
+  if (outcome.reply) {
+    reply = replyText(*command, std::move(*outcome.reply));
+  }
+  return outcome.status;
+}
+
+}  // namespace vernoxa

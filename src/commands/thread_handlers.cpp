@@ -1,0 +1,112 @@
+// What the link thread asks of the host: the link itself and the open designs.
+#include "commands/handler.h"
+#include "commands/open_designs.h"
+#include "core/code_page.h"
+#include "core/log.h"
+#include "core/script_host.h"
+#include "core/script_text.h"
+#include "core/services.h"
+#include "core/text.h"
+#include "link/packet_text.h"
+
+namespace vernoxa {
+namespace {
+
+Outcome creatClient(const Request&, HandlerContext& context) {
+  LinkState& link = context.services.state.link;
+  const Evaluation answer = context.host.evaluate(link.clientCreated() ? "creatClient 0" : "creatClient 1");
+  if (context.services.text.messageText(answer.text) != "0") {
+    return Outcome::failure("creat client failed!");
+  }
+  link.setClientCreated(true);
+  return Outcome::success();
+}
+
+Outcome getNewOpenPath(const Request&, HandlerContext& context) {
+  if (scanOpenDesigns(context).empty()) {
+    return Outcome::failure("No file!");
+  }
+  Json data = Json::object();
+  if (const auto path = firstUntold(context.services)) {
+    data.add("ProjectPath", *path);
+  }
+  data.add("CloseFile", closedDesigns(context.services));
+  return Outcome::success(std::move(data));
+}
+
+Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
+  const auto nested = request.data.member("ProjectPath").text();
+  const auto path = nested ? nested : request.message.member("ProjectPath").text();
+  if (!path) {
+    return {stoppedEarly, std::nullopt};
+  }
+  std::string argument = context.services.text.hostPath(*path);
+  if (argument.find("\\\\") == std::string::npos) {
+    argument = doubleBackslashes(argument);
+  }
+  const Evaluation answer = context.host.evaluate(ScriptText("getDsnPinCount ").quoted(argument).text());
+  context.log.writeLine("return:" + answer.text);
+  if (answer.text.find("//") != std::string::npos) {
+    context.log.writeLine(answer.text);
+  }
+  context.log.writeLine("Over");
+  if (answer.text == "-1") {
+    rememberTold(context.services, *path);
+  }
+  Json data = Json::object();
+  data.add("PinCount", context.services.text.messageText(answer.text));
+  return Outcome::success(std::move(data));
+}
+
+// Hands the status on to the companion as it came, and keeps in mind what the companion knows.
+void passOn(const Request& request, HandlerContext& context) {
+  const auto status = request.data.member("Status").text();
+  const auto fileName = request.data.member("FileName").text();
+  if (!status || !fileName) {
+    return;
+  }
+  Json message = Json::object();
+  message.add("Command", "FileStatus");
+  message.add("Result", "0");
+  message.add("Data", Json::copyOf(request.data));
+  std::string packetText;
+  if (encodePacket(context.services, message.printUnformatted(), packetText) == 0) {
+    context.host.evaluate(sendScript(packetText));
+  }
+  if (*status == "Open") {
+    rememberTold(context.services, *fileName);
+  } else if (*status == "Close") {
+    forgetTold(context.services, *fileName);
+  }
+}
+
+Outcome fileStatus(const Request& request, HandlerContext& context) {
+  passOn(request, context);
+  const std::vector<std::string> designs = scanOpenDesigns(context);
+  if (designs.empty()) {
+    return Outcome::failure("No file!");
+  }
+  Json data = Json::object();
+  data.add("ProjectPath", designs.front());
+  return Outcome::success(std::move(data));
+}
+
+constexpr auto text = MemberKind::text;
+constexpr auto optional = MemberUse::optional;
+
+constexpr std::array rows = {
+    HandlerRow{"getDsnPinCount", getDsnPinCount, {{{"ProjectPath", text, optional}}},
+               "Counts the pins of an open design; \"-1\" when the host does not have it."},
+    HandlerRow{"GetNewOpenPath", getNewOpenPath, {},
+               "Names the first open design not yet reported, and the reported ones that were closed."},
+    HandlerRow{"FileStatus", fileStatus, {{{"Status", text, optional}, {"FileName", text, optional}}},
+               "Passes a design's status on to the companion and lists the open designs anew."},
+    HandlerRow{"creatClient", creatClient, {}, "Has the host's scripts connect to the companion."},
+};
+static_assert(namesDiffer(rows));
+
+}  // namespace
+
+std::span<const HandlerRow> threadHandlers() { return rows; }
+
+}  // namespace vernoxa

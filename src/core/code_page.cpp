@@ -1,0 +1,44 @@
+#include "core/code_page.h"
+
+#include <exception>
+
+#include "core/text.h"
+#include "core/user_messages.h"
+
+namespace vernoxa {
+namespace {
+
+std::string_view upToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+bool isAscii(std::string_view text) { return text.empty() || !hasNonAscii(text); }
+
+}  // namespace
+
+std::string TextConverter::ansiToUtf8(std::string_view ansi) const {
+  const std::string_view text = upToNul(ansi);
+  try {
+    return isAscii(text) ? std::string(text) : codePage_.toUtf8(text);
+  } catch (const std::exception&) {
+    messages_.show("GBK格式异常", MessageIcon::none);
+    return {};
+  }
+}
+
+std::string TextConverter::utf8ToAnsi(std::string_view utf8) const {
+  const std::string_view text = upToNul(utf8);
+  return isAscii(text) || !isValidUtf8(text) ? std::string(text) : codePage_.fromUtf8(text);
+}
+
+std::string TextConverter::messageText(std::string_view hostText) const {
+  return looksLikeUtf8Chinese(hostText) ? utf8ToAnsi(hostText) : std::string(hostText);
+}
+
+std::string TextConverter::scriptValue(std::string_view packetValue) const {
+  return isUtf8WithThreeByteSequence(packetValue) ? std::string(packetValue) : ansiToUtf8(packetValue);
+}
+
+std::string TextConverter::hostPath(std::string_view path) const {
+  return isValidUtf8(path) ? std::string(path) : ansiToUtf8(path);
+}
+
+}  // namespace vernoxa

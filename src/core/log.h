@@ -1,0 +1,58 @@
+// The two logs that the plug-in keeps for its developers: plain text in the code page, CR LF line ends.
+//
+// Every line is "[Time]:2024-3-5 9:7:2:45.message": local time without padding, a colon before the milliseconds and a
+// full stop before the message. Logging never fails visibly and never throws. Usable from both threads: each line is
+// written to a file opened for appending in one piece, so lines of two threads may follow each other in any order but
+// never mix.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vernoxa {
+
+class Clock;
+class Files;
+class OutputFile;
+
+// One open log; short-lived. Without a file every write does nothing.
+class LogWriter {
+ public:
+  LogWriter(Clock& clock, std::unique_ptr<OutputFile> file);
+  LogWriter(LogWriter&&) noexcept;
+  ~LogWriter();
+
+  bool enabled() const { return file_ != nullptr; }
+  void writeLine(std::string_view message) noexcept;
+  // printf style; a longer output than 4095 bytes is cut off.
+  void writeFormatted(const char* format, ...) noexcept __attribute__((format(printf, 2, 3)));
+
+ private:
+  Clock& clock_;
+  std::unique_ptr<OutputFile> file_;
+};
+
+class Logs {
+ public:
+  // `pluginFolder` holds the crash log's folder "\catchLog". The traffic log is off until its folder is known.
+  Logs(Clock& clock, Files& files, std::string pluginFolder);
+  Logs(const Logs& other, std::string logDirectory);
+
+  // On while the log directory exists.
+  LogWriter openTraffic() const noexcept;
+  // Writes the name of an operation that ended in an exception to the crash log.
+  void reportCrash(std::string_view operation) const noexcept;
+  // Every run of the host begins a fresh traffic log.
+  void resetTraffic() const;
+
+ private:
+  std::unique_ptr<OutputFile> openTrafficFile() const noexcept;
+
+  Clock& clock_;
+  Files& files_;
+  std::string pluginFolder_;
+  std::string logDirectory_;
+};
+
+}  // namespace vernoxa

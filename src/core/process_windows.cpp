@@ -1,0 +1,71 @@
+#include "core/process_windows.h"
+
+#include <winsock2.h>
+#include <windows.h>
+
+#include <process.h>
+#include <shellapi.h>
+#include <tlhelp32.h>
+
+#include <array>
+
+#include "core/handle_windows.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr DWORD modulePathCharacters = 100;
+
+// Any address of this module does.
+const char addressInModule = 0;
+
+HMODULE ownModule() {
+  MEMORY_BASIC_INFORMATION region{};
+  if (VirtualQuery(&addressInModule, &region, sizeof region) == 0) {
+    return nullptr;
+  }
+  return static_cast<HMODULE>(region.AllocationBase);
+}
+
+}  // namespace
+
+std::vector<Process> WindowsProcesses::running() {
+  std::vector<Process> processes;
+  const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  if (!snapshot || Process32First(snapshot.get(), &entry) == 0) {
+    return processes;
+  }
+  do {
+    processes.push_back({entry.szExeFile, entry.th32ProcessID});
+  } while (Process32Next(snapshot.get(), &entry) != 0);
+  return processes;
+}
+
+int WindowsProcesses::ownId() { return _getpid(); }
+
+std::string WindowsProcesses::currentFolder() {
+  std::array<char, MAX_PATH> buffer{};
+  const DWORD length = GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data());
+  return length < buffer.size() ? std::string(buffer.data(), length) : std::string();
+}
+
+void WindowsProcesses::setCurrentFolder(const std::string& folder) { SetCurrentDirectoryA(folder.c_str()); }
+
+void WindowsProcesses::start(const std::string& file, const std::string& argument) {
+  ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);
+}
+
+std::string modulePath() {
+  std::array<char, MAX_PATH> buffer{};
+  GetModuleFileNameA(ownModule(), buffer.data(), modulePathCharacters);
+  return buffer.data();
+}
+
+void pinModule() {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, &addressInModule, &module);
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,30 @@
+// The host's Tcl interpreter as the handlers see it.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vernoxa {
+
+struct Evaluation {
+  bool ok = false;   // Tcl's own status was TCL_OK
+  std::string text;  // result or error text, UTF-8 as Tcl holds it
+};
+
+// Host thread only. An evaluation may run the host's event loop, which may call the plug-in's commands again: nothing
+// may hold a view into shared state across one.
+class ScriptHost {
+ public:
+  virtual ~ScriptHost() = default;
+  // UTF-8 script. Never throws for an error of the script.
+  virtual Evaluation evaluate(const std::string& script) = 0;
+  // Elements of a Tcl list; a malformed list has none, and leaves no error text.
+  virtual std::vector<std::string> splitList(const std::string& list) = 0;
+
+  // The texts that join a command word and its first argument are evaluated exactly so; only when Tcl answers with an
+  // error is the separated text tried, and its result stands.
+  Evaluation evaluateJoined(const std::string& joined, const std::string& separated);
+};
+
+}  // namespace vernoxa

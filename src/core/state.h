@@ -1,0 +1,78 @@
+// The global state: one object per load of the plug-in.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace vernoxa {
+
+// What the host's thread and the link thread both touch. Every access is guarded; no reference into it leaves.
+class LinkState {
+ public:
+  // Starts as the plug-in's base directory and follows the project path that the companion reports, so that the cache
+  // folders follow the open project. Code page, no trailing "\".
+  std::string baseDirectory() const;
+  void setBaseDirectory(std::string path);
+
+  // Full path of the host's Capture.exe, code page; empty when it was not found.
+  std::string hostInstallPath() const;
+  void setHostInstallPath(std::string path);
+
+  // True while the host's scripts hold a connection to the companion.
+  bool clientCreated() const;
+  void setClientCreated(bool created);
+
+ private:
+  mutable std::mutex guard_;
+  std::string baseDirectory_;
+  std::string hostInstallPath_;
+  bool clientCreated_ = false;
+};
+
+// What the companion's messages set for a later placement. Texts in the code page, as the packets brought them.
+struct PlacementContext {
+  std::string priceK;
+  std::string pinPrice;
+  std::string sumPins;
+  std::string price;
+  std::string dsnBmpPath;  // preview picture
+  std::string dsnDatPath;  // module file to place, and last module file written
+  std::string uploadResId;
+  std::string uploadUserId;
+  std::string selfModule = "0";  // the designator as well
+  std::string PartIndex;         // the cached user id as well: the companion knows the two as one
+  std::string package;
+  std::string packageName;
+  std::string PartName;
+  std::string PartNumber;
+  std::string prefix;
+  std::string value;
+  std::string companyId;
+  std::string cateId;
+  int placeState = 0;                     // 1: one catalogue part is being placed; 0: a shared module, or nothing
+  std::string backupBaseName = "Test";    // base name of the new library
+  std::string libraryBaseName = "123456"; // base name of the temporary library
+  std::set<std::string> madeLibraries;    // what placements of this process made, and may remove
+};
+
+// A design that the companion knows to be open.
+struct ToldDesign {
+  std::string name;      // as the messages name it; what designs are compared by
+  std::string hostPath;  // as the host gave it
+};
+
+// Everything but `link` belongs to the host's thread.
+struct GlobalState {
+  LinkState link;
+  std::string logDirectory;
+  std::string language = "EN";
+  std::vector<std::string> openDesigns;  // paths as the host gave them
+  std::vector<ToldDesign> toldDesigns;
+  PlacementContext placement;
+  std::map<std::string, std::string> resourcePaths;  // resource id to module file
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,38 @@
+// Windows' clock, code page, identifiers, locks and standard output.
+#pragma once
+
+#include "core/clock.h"
+#include "core/code_page.h"
+#include "core/system.h"
+
+namespace vernoxa {
+
+class WindowsClock final : public Clock {
+ public:
+  LocalTime localTime() override;
+  std::chrono::milliseconds monotonic() override;
+  void sleep(std::chrono::milliseconds duration) override;
+};
+
+class WindowsCodePage final : public CodePage {
+ public:
+  std::string toUtf8(std::string_view ansi) const override;
+  std::string fromUtf8(std::string_view utf8) const override;
+};
+
+class WindowsGuidSource final : public GuidSource {
+ public:
+  std::optional<Guid> create() override;
+};
+
+class WindowsLockSource final : public LockSource {
+ public:
+  std::unique_ptr<Lock> create() override;
+};
+
+class WindowsStandardOutput final : public StandardOutput {
+ public:
+  void print(std::string_view text) override;
+};
+
+}  // namespace vernoxa

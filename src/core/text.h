@@ -1,0 +1,49 @@
+// Text checks and small text operations. Texts are byte strings; each operation says which encoding it looks at.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vernoxa {
+
+// "Looks like UTF-8 Chinese": the first byte in E4..E9 (lead bytes of the common Chinese characters in UTF-8) is
+// followed by two continuation bytes and at least one byte more. A text that ends with its only such character does
+// not count, so that short code page texts are left alone.
+bool looksLikeUtf8Chinese(std::string_view text);
+
+// True for an empty text too: the host scripts treat "no name" and "a name with other characters" alike.
+bool hasNonAscii(std::string_view text);
+
+// Well-formed UTF-8 by RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool isValidUtf8(std::string_view text);
+
+// Well-formed UTF-8 that holds at least one three-byte sequence: a text of the code page is practically never both.
+bool isUtf8WithThreeByteSequence(std::string_view text);
+
+// Pieces between separators; empty and last ones too, so "a;b;" is three and "" is one empty piece.
+std::vector<std::string> splitFields(std::string_view text, char separator);
+
+// The same without empty pieces: "" is no item.
+std::vector<std::string> splitItems(std::string_view text, char separator);
+
+// Replaces each occurrence, left to right, going on after the inserted text. An empty `from` changes nothing.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+// First byte of a double-byte character of code page 936 (81..FE; Windows code page 936 table).
+bool isDoubleByteLead(char byte);
+
+// Replaces a character of a text in the code page: the second byte of a double-byte character is never that character.
+std::string replaceInCodePage(std::string_view text, char character, std::string_view to);
+
+// For a text in UTF-8, where no byte of a longer sequence equals an ASCII character.
+std::string doubleBackslashes(std::string_view text);
+
+// The path up to its last "\" (a text in the code page); a path without one is left unchanged.
+std::string withoutLastComponent(std::string_view path);
+
+// The text after the last "."; nothing without one.
+std::optional<std::string> extensionOf(std::string_view path);
+
+}  // namespace vernoxa

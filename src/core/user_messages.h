@@ -1,0 +1,18 @@
+// Message boxes to the user.
+#pragma once
+
+#include <string_view>
+
+namespace vernoxa {
+
+enum class MessageIcon { none, information };
+
+class UserMessages {
+ public:
+  virtual ~UserMessages() = default;
+  // Shows a text (code page) with the caption "澜图助手", an OK button and no owner window; returns once the user has
+  // answered. What the system cannot show is dropped in silence.
+  virtual void show(std::string_view text, MessageIcon icon) = 0;
+};
+
+}  // namespace vernoxa

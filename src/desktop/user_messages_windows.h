@@ -1,0 +1,13 @@
+// Message boxes through Windows.
+#pragma once
+
+#include "core/user_messages.h"
+
+namespace vernoxa {
+
+class WindowsUserMessages final : public UserMessages {
+ public:
+  void show(std::string_view text, MessageIcon icon) override;
+};
+
+}  // namespace vernoxa

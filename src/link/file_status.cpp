@@ -1,0 +1,63 @@
+#include "link/file_status.h"
+
+#include "core/code_page.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/system.h"
+#include "core/text.h"
+#include "core/world.h"
+
+namespace vernoxa {
+namespace {
+
+Json statusData(const Services& services, std::string_view status, std::string_view fileName) {
+  Json data = Json::object();
+  data.add("Status", status);
+  data.add("FileName", services.text.messageText(fileName));
+  return data;
+}
+
+void addHost(Json& data, const Services& services) {
+  data.add("Pid", std::to_string(services.world.processes.ownId()));
+  data.add("AllegroPath", services.state.link.hostInstallPath());
+}
+
+Json fileStatus(Json data) {
+  Json message = Json::object();
+  message.add("Command", "FileStatus");
+  message.add("Result", "0");
+  message.add("Data", std::move(data));
+  return message;
+}
+
+}  // namespace
+
+Json openedMessage(const Services& services, std::string_view fileName, std::string_view pinCount) {
+  Json data = statusData(services, "Open", fileName);
+  addHost(data, services);
+  data.add("PinCount", services.text.messageText(pinCount));
+  return fileStatus(std::move(data));
+}
+
+Json savedMessage(const Services& services, std::string_view fileName) {
+  Json data = statusData(services, "Save", fileName);
+  addHost(data, services);
+  return fileStatus(std::move(data));
+}
+
+Json closedMessage(const Services& services, std::string_view fileName) {
+  return fileStatus(statusData(services, "Close", fileName));
+}
+
+bool isDesign(std::string_view path) {
+  const auto extension = extensionOf(path);
+  return extension == "dsn" || extension == "DSN";
+}
+
+std::vector<std::string> designsAmong(std::string_view paths) {
+  std::vector<std::string> designs = splitItems(paths, ';');
+  std::erase_if(designs, [](const std::string& path) { return !isDesign(path); });
+  return designs;
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,54 @@
+// The background thread that watches for the companion and reports opened and closed designs to it.
+//
+// The thread never calls Tcl. Over the process's connection to port 9610 it asks the host's scripts, which run each
+// request on the host's own thread. Everything blocks and pauses through the interfaces passed in.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/json.h"
+
+namespace vernoxa {
+
+struct Services;
+class SocketClient;
+
+class LinkThread {
+ public:
+  // `client` is the process's connection to the host's scripts; only this thread uses it.
+  LinkThread(const Services& services, SocketClient& client) : services_(services), client_(client) {}
+
+  // Ends only after an exception, which the crash log receives as "Fun111". Never throws.
+  void run() noexcept;
+
+  // The steps of the loop; 0, or a negative number as their failure.
+  // One connection attempt to the companion's port, closed at once.
+  int testConnect();
+  // Has the host's scripts connect to the companion.
+  int creatClient();
+  // One poll: reports newly opened and closed designs. The addresses are fixed; the name is historical.
+  int connectToServerForPthread();
+
+ private:
+  void connectToHost();
+  void waitForCompanion();
+  void pollForever();
+  void reconnectCompanion();
+
+  // One request and its answer; the reply is empty when it is no JSON.
+  struct Exchange {
+    bool received = false;
+    Json reply;
+  };
+  Exchange exchange(const Json& request);
+  int poll();
+  // False when a receive failed, which ends the poll: what is left waits for the next one.
+  bool reportOpened(const std::string& path);
+  bool reportClosed(const std::vector<std::string>& names);
+
+  const Services& services_;
+  SocketClient& client_;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,157 @@
+#include "link/socket_client.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "core/clock.h"
+#include "core/log.h"
+#include "core/system.h"
+#include "core/world.h"
+#include "link/packet_text.h"
+
+namespace vernoxa {
+namespace {
+
+// A header byte is logged as a signed character: 0x80 and more print as eight digits.
+void logHeader(LogWriter& log, const char* format, const FrameHeader& header) {
+  for (std::size_t index = 0; index < header.size(); ++index) {
+    log.writeFormatted(format, static_cast<int>(index), static_cast<unsigned>(static_cast<signed char>(header[index])));
+  }
+}
+
+}  // namespace
+
+SocketClient::SocketClient(const World& world, const Logs& logs) : world_(world), logs_(logs) {
+  world_.sockets.startUp();
+}
+
+SocketClient::~SocketClient() {
+  closeCurrent();
+  world_.sockets.cleanUp();
+}
+
+int SocketClient::connect(const char* address, std::uint16_t port) {
+  closeCurrent();
+  const auto socket = world_.sockets.open();
+  if (!socket) {
+    world_.output.print("invalid socket!");
+    return -1;
+  }
+  {
+    const std::lock_guard lock(guard_);
+    socket_ = socket;
+  }
+  if (!current() || !world_.sockets.connect(*socket, address, port)) {
+    world_.output.print("connect error !");
+    return -1;
+  }
+  return 0;
+}
+
+void SocketClient::sendPacket(std::string_view message) {
+  LogWriter log = logs_.openTraffic();
+  log.writeLine(message);
+  const std::string packetText = packetTextOf(message);
+  const FrameHeader header = frameHeaderFor(packetText.size());
+  logHeader(log, "acBuf[%d]:%x", header);
+  log.writeFormatted("Length:%d", static_cast<int>(packetText.size()));
+  log.writeLine(packetText);
+  if (const auto socket = current()) {
+    world_.sockets.send(*socket, std::string_view(header.data(), header.size()));
+  }
+  sendPieces(log, packetText);
+  log.writeLine("==========================send over");
+}
+
+void SocketClient::sendPieces(LogWriter& log, std::string_view packetText) {
+  for (std::size_t start = 0; start < packetText.size(); start += framePieceBytes) {
+    const auto socket = current();
+    if (!socket || world_.sockets.send(*socket, packetText.substr(start, framePieceBytes)) < 0) {
+      log.writeFormatted("errno:%d", world_.sockets.lastErrorNumber());
+    }
+  }
+}
+
+int SocketClient::receivePacket(std::string& message, std::optional<std::chrono::milliseconds> limit) {
+  const auto deadline = limit ? std::optional(world_.clock.monotonic() + *limit) : std::nullopt;
+  LogWriter log = logs_.openTraffic();
+  FrameHeader header{};
+  if (receiveSome(header.data(), header.size(), deadline) <= 0) {
+    return -1;
+  }
+  const std::uint32_t length = payloadBytesOf(header);
+  logHeader(log, "revData[%d]:%x", header);
+  log.writeFormatted("len:%d", static_cast<int>(length));
+  std::string packetText;
+  if (receivePayload(countedBytes(length), packetText, deadline) != 0) {
+    return -1;
+  }
+  DecodedPacket decoded = messageOf(packetText);
+  if (!decoded.valid) {
+    throw std::runtime_error("received payload is no packet text");
+  }
+  message = std::move(decoded.message);
+  log.writeLine(message);
+  log.writeLine("==========================recv over");
+  return 0;
+}
+
+int SocketClient::receivePayload(std::uint16_t length, std::string& packetText,
+                                 const std::optional<std::chrono::milliseconds>& deadline) {
+  std::uint16_t received = 0;
+  while (received < length) {
+    // One byte more than a piece, always zero, ends what is appended.
+    std::array<char, framePieceBytes + 1> buffer{};
+    const std::size_t wanted = std::min<std::size_t>(framePieceBytes, static_cast<std::size_t>(length - received));
+    const int count = receiveSome(buffer.data(), wanted, deadline);
+    if (count <= 0) {
+      return -1;
+    }
+    packetText.append(buffer.data());
+    received = static_cast<std::uint16_t>(received + count);
+  }
+  return 0;
+}
+
+int SocketClient::receiveSome(char* buffer, std::size_t size,
+                              const std::optional<std::chrono::milliseconds>& deadline) {
+  const auto socket = current();
+  if (!socket) {
+    return -1;
+  }
+  if (deadline) {
+    const auto left = *deadline - world_.clock.monotonic();
+    if (left <= std::chrono::milliseconds(0) || !world_.sockets.waitReadable(*socket, left)) {
+      return -1;
+    }
+  }
+  return world_.sockets.receive(*socket, std::span(buffer, size));
+}
+
+void SocketClient::retire() {
+  const std::lock_guard lock(guard_);
+  retired_ = true;
+  if (socket_) {
+    world_.sockets.shutDown(*socket_);
+  }
+}
+
+std::optional<Sockets::Handle> SocketClient::current() {
+  const std::lock_guard lock(guard_);
+  if (retired_ && socket_) {
+    world_.sockets.close(*socket_);
+    socket_.reset();
+  }
+  return socket_;
+}
+
+void SocketClient::closeCurrent() {
+  const std::lock_guard lock(guard_);
+  if (socket_) {
+    world_.sockets.close(*socket_);
+    socket_.reset();
+  }
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,63 @@
+// One TCP connection of the plug-in, which is always the client, with the sending and receiving of packets.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/sockets.h"
+#include "link/frame.h"
+
+namespace vernoxa {
+
+class LogWriter;
+class Logs;
+struct World;
+
+inline constexpr const char* localAddress = "127.0.0.1";
+constexpr std::uint16_t hostPort = 9610;       // served by the host's scripts
+constexpr std::uint16_t companionPort = 9601;  // served by the companion
+
+// Used by one thread at a time; `retire` may come from another.
+class SocketClient {
+ public:
+  // Starts the system's sockets; the destructor closes the connection and cleans up.
+  SocketClient(const World& world, const Logs& logs);
+  ~SocketClient();
+  SocketClient(const SocketClient&) = delete;
+  SocketClient& operator=(const SocketClient&) = delete;
+
+  // 0, or -1 with "invalid socket!" or "connect error !" on standard output. Closes a former connection first.
+  int connect(const char* address, std::uint16_t port);
+
+  // Sends a message (code page bytes) as one frame in pieces; failures are only logged.
+  void sendPacket(std::string_view message);
+
+  // 0 with the received message, or -1 when the peer closed or a receive failed. Throws std::runtime_error for a
+  // payload that is no packet text. Without a limit it waits as long as the peer takes; with one, the whole reply has
+  // to arrive within it.
+  int receivePacket(std::string& message, std::optional<std::chrono::milliseconds> limit = std::nullopt);
+
+  // Ends the connection for good: every later operation fails, a blocked one returns. For the thread that may still
+  // be using a client which the process has replaced.
+  void retire();
+
+ private:
+  std::optional<Sockets::Handle> current();
+  void closeCurrent();
+  int receiveSome(char* buffer, std::size_t size, const std::optional<std::chrono::milliseconds>& deadline);
+  int receivePayload(std::uint16_t length, std::string& packetText,
+                     const std::optional<std::chrono::milliseconds>& deadline);
+  void sendPieces(LogWriter& log, std::string_view packetText);
+
+  const World& world_;
+  const Logs& logs_;
+  std::mutex guard_;  // what `retire` shares with the using thread: the handle and the mark
+  std::optional<Sockets::Handle> socket_;
+  bool retired_ = false;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,49 @@
+#include "plugin/companion_launch.h"
+
+#include "core/files.h"
+#include "core/log.h"
+#include "core/system.h"
+#include "core/world.h"
+
+namespace vernoxa {
+namespace {
+
+// The current folder belongs to the host: it is given back on every way out.
+class CurrentFolder {
+ public:
+  CurrentFolder(Processes& processes, const std::string& folder)
+      : processes_(processes), former_(processes.currentFolder()) {
+    processes_.setCurrentFolder(folder);
+  }
+  ~CurrentFolder() { processes_.setCurrentFolder(former_); }
+  CurrentFolder(const CurrentFolder&) = delete;
+  CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+ private:
+  Processes& processes_;
+  std::string former_;
+};
+
+}  // namespace
+
+std::uint16_t processIdFromName(const World& world, const Logs& logs, const std::string& text) noexcept {
+  try {
+    const auto running = world.processes.running();
+    for (std::size_t index = 1; index < running.size(); ++index) {
+      if (running[index].executable.find(text) != std::string::npos) {
+        return static_cast<std::uint16_t>(running[index].id);
+      }
+    }
+  } catch (...) {
+    logs.reportCrash("GetProcessidFromName");
+  }
+  return 0;
+}
+
+void launchCompanion(const World& world, const std::string& baseDirectory) {
+  const CurrentFolder folder(world.processes, baseDirectory);
+  const bool usualName = world.files.exists(baseDirectory + "\\LanTuZS.exe");
+  world.processes.start(usualName ? "LanTuZS.exe" : "lantuzs.exe", "AutoLogin");
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,14 @@
+#include "plugin/plug_in.h"
+
+namespace vernoxa {
+namespace {
+
+PlugIn* active = nullptr;
+
+}  // namespace
+
+PlugIn* activePlugIn() { return active; }
+
+void setActivePlugIn(PlugIn* plugIn) { active = plugIn; }
+
+}  // namespace vernoxa

@@ -1,0 +1,26 @@
+// The process's one plug-in: what it found at its first load, and the session of its latest.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "core/log.h"
+#include "core/world.h"
+#include "plugin/session.h"
+
+namespace vernoxa {
+
+struct PlugIn {
+  World world;
+  std::string modulePath;
+  Logs crashLogs;
+  std::shared_ptr<Session> session;  // none before the first start-up reached it
+  // Runs the link thread of a session, in the background.
+  void (*startLinkThread)(std::shared_ptr<Session> session);
+};
+
+// The plug-in whose commands are registered; host thread only. Nothing before the first load.
+PlugIn* activePlugIn();
+void setActivePlugIn(PlugIn* plugIn);
+
+}  // namespace vernoxa

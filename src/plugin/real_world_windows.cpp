@@ -1,0 +1,33 @@
+#include "plugin/real_world_windows.h"
+
+#include "core/files_windows.h"
+#include "core/process_windows.h"
+#include "core/system_windows.h"
+#include "desktop/user_messages_windows.h"
+#include "link/sockets_windows.h"
+
+namespace vernoxa {
+namespace {
+
+struct RealWorld {
+  WindowsClock clock;
+  WindowsCodePage codePage;
+  WindowsFiles files;
+  WindowsGuidSource guids;
+  WindowsLockSource locks;
+  WindowsProcesses processes;
+  WindowsSockets sockets;
+  WindowsStandardOutput output;
+  WindowsUserMessages messages;
+};
+
+}  // namespace
+
+World realWorld() {
+  // Never destroyed: the link thread goes on while the process's statics are being taken down.
+  static RealWorld& real = *new RealWorld;
+  return {real.clock,     real.codePage, real.files,  real.guids,   real.locks,
+          real.processes, real.sockets,  real.output, real.messages};
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,19 @@
+#include "plugin/session.h"
+
+#include "core/system.h"
+
+namespace vernoxa {
+
+Session::Session(World& world, const Logs& crashLogs, Directories directories)
+    : directories_(std::move(directories)),
+      logs_(crashLogs, directories_.logDirectory),
+      text_(world.codePage, world.messages),
+      services_{world, logs_, state_, text_},
+      client_(world, logs_),
+      packetLock_{world.locks.create()},
+      parts_(services_, packetLock_, directories_) {
+  state_.link.setBaseDirectory(directories_.baseDirectory);
+  state_.logDirectory = directories_.logDirectory;
+}
+
+}  // namespace vernoxa

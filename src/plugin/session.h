@@ -1,0 +1,45 @@
+// Everything that one load of the plug-in creates.
+#pragma once
+
+#include <string>
+#include <tuple>
+
+#include "commands/packet_door.h"
+#include "core/code_page.h"
+#include "core/directories.h"
+#include "core/log.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/world.h"
+#include "link/socket_client.h"
+
+namespace vernoxa {
+
+// Held by shared ownership: by the process until the next load, by each command while it runs, and by the link thread
+// for ever, so that a load inside a command or beside the thread leaves both on valid memory.
+class Session {
+ public:
+  Session(World& world, const Logs& crashLogs, Directories directories);
+
+  Services& services() { return services_; }
+  SocketClient& client() { return client_; }
+  const Directories& directories() const { return directories_; }
+
+  // The part of that type, as the rows of the command table ask for it.
+  template <class Part>
+  Part& part() {
+    return std::get<Part&>(parts_);
+  }
+
+ private:
+  Directories directories_;
+  GlobalState state_;
+  Logs logs_;
+  TextConverter text_;
+  Services services_;
+  SocketClient client_;
+  PacketLock packetLock_;
+  std::tuple<Services&, PacketLock&, const Directories&> parts_;
+};
+
+}  // namespace vernoxa

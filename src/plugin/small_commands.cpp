@@ -1,0 +1,68 @@
+#include "plugin/small_commands.h"
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "core/code_page.h"
+#include "core/identifiers.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/user_messages.h"
+#include "core/world.h"
+#include "plugin/companion_launch.h"
+#include "sharing/library_files.h"
+
+namespace vernoxa {
+namespace {
+
+struct ErrorText {
+  std::string_view code;
+  std::string_view text;
+};
+
+// "InvaildObject" is how the host's scripts spell it.
+constexpr std::array errorTexts = {
+    ErrorText{"OtherProject", "请在同一个项目中选择"},
+    ErrorText{"NoObject", "请选择元件"},
+    ErrorText{"MoreThanPage", "超过page范围,请重新摆放"},
+    ErrorText{"InvaildObject", "非法器件,选择其他器件"},
+};
+
+std::optional<std::string_view> textFor(std::string_view code) {
+  for (const ErrorText& each : errorTexts) {
+    if (each.code == code) {
+      return each.text;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+CommandResult execTool(CommandCall&, Services& services, const Directories& directories) {
+  launchCompanion(services.world, directories.baseDirectory);
+  return {};
+}
+
+CommandResult getGenerateGuid(CommandCall&, Services& services) { return {guidText(services.world.guids)}; }
+
+CommandResult outputWarming(CommandCall&, Services& services) {
+  services.world.messages.show("请先选中器件", MessageIcon::information);
+  return {};
+}
+
+CommandResult outputError(CommandCall& call, Services& services) {
+  if (call.arguments.count() < 2) {
+    return {};
+  }
+  const std::string code(call.arguments.text(1));
+  if (code == "MoreThanPage") {
+    removePlacementFile(services, newLibraryPath(services.state.placement));
+  }
+  const auto known = textFor(code);
+  services.world.messages.show(known ? std::string(*known) : services.text.utf8ToAnsi(code), MessageIcon::none);
+  return {};
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,83 @@
+#include "plugin/start_up.h"
+
+#include <tcl.h>
+
+#include <string>
+
+#include "core/files.h"
+#include "core/user_messages.h"
+#include "plugin/command_guard.h"
+#include "plugin/companion_launch.h"
+#include "plugin/configuration.h"
+#include "plugin/plug_in.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr std::string_view script =
+    "proc LoadAction { } {\r\n"
+    "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" \"Schematic\"\r\n"
+    "\treturn\r\n"
+    "}\r\n"
+    "proc unloadAction { } {\r\n"
+    "\tUnregisterAction \"贴/不贴(澜图助手)  Alt+S\"\r\n"
+    "\treturn\r\n"
+    "}\r\n"
+    "::capGenerateBOMUtil::init\r\n"
+    "RegisterAction \"_cdnOrAtCaptureExit\"  \"alwaysEnable\" \"\" \"exitOpration\" \"\"\r\n"
+    "creatServerForPthread\r\n"
+    "RegisterAction \"_cdnOrSchViewCmdComplete\" \"alwaysEnable\" \"\" \"MouseClick\" \"\"\r\n"
+    "InsertXMLMenu [list [list \"澜图助手\"] \"1\" \"澜图助手\" [list \"action\" \"澜图助手\" \"0\" \"Operation\" "
+    "\"ShareModule\"]]\r\n"
+    "RegisterAction \"Operation\" \"checkSocketConnect\" \"\" \"ShowMainForm\" \"\"\r\n"
+    "RegisterAction \"ShareModule\" \"checkSocketConnect\" \"\" \"checkSocketConnect\" \"\"";
+
+// The former session stays with whoever still runs in it: its thread, or a command further down the stack.
+void replaceSession(PlugIn& plugIn) {
+  if (plugIn.session) {
+    plugIn.session->client().retire();
+    plugIn.session.reset();
+  }
+  plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
+}
+
+void startCompanion(PlugIn& plugIn) {
+  try {
+    launchCompanion(plugIn.world, plugIn.session->directories().baseDirectory);
+  } catch (...) {
+    plugIn.world.messages.show("澜图助手启动失败", MessageIcon::none);
+  }
+}
+
+void applyConfiguration(PlugIn& plugIn) {
+  const std::string file = plugIn.session->directories().configurationFile;
+  const auto configuration = parseConfiguration(plugIn.world.files.read(file).value_or(""));
+  if (configuration && configuration->language) {
+    plugIn.session->services().state.language = *configuration->language;
+  }
+  const bool running = processIdFromName(plugIn.world, plugIn.crashLogs, "lantuzs") != 0;
+  if (!running && configuration && configuration->startCompanion) {
+    startCompanion(plugIn);
+  }
+}
+
+}  // namespace
+
+std::string_view startUpScript() { return script; }
+
+void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
+  setActivePlugIn(&plugIn);
+  Tcl_PkgProvideEx(interp, "Vernoxa", "1.0", nullptr);
+  registerCommands(interp);
+  try {
+    Tcl_Eval(interp, std::string(script).c_str());
+    replaceSession(plugIn);
+    applyConfiguration(plugIn);
+    plugIn.startLinkThread(plugIn.session);
+    plugIn.session->services().logs.resetTraffic();
+  } catch (...) {
+    plugIn.crashLogs.reportCrash("Vernoxa_Init");
+  }
+}
+
+}  // namespace vernoxa

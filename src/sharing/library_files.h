@@ -1,0 +1,26 @@
+// The library files of a placement: their names, and which of them may be removed.
+#pragma once
+
+#include <string>
+
+#include "core/state.h"
+
+namespace vernoxa {
+
+struct Services;
+
+// Paths in the code page with "/" between folders: the folder of the module file, then the base name drawn for the
+// placement.
+std::string temporaryLibraryPath(const PlacementContext& placement);
+std::string newLibraryPath(const PlacementContext& placement);
+// The host's own backup of the temporary library.
+std::string libraryBackupPath(const PlacementContext& placement);
+
+// Notes that this process made the library at that path, and so may remove it and its backup.
+void noteMadeLibrary(PlacementContext& placement, const std::string& path);
+
+// Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
+// design, a project, or a library or backup that this process did not make.
+void removePlacementFile(Services& services, const std::string& path);
+
+}  // namespace vernoxa
