@@ -1,0 +1,249 @@
+"""Whole conversations over real sockets, on ports of their own."""
+
+import asyncio
+import contextlib
+import io
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
+from prompt_toolkit.completion import CompleteEvent
+from prompt_toolkit.document import Document
+
+from companion import paths
+from companion.answers import Answers
+from companion.prompt import BadCommand, CommandCompleter, Desk, parse
+from companion.record import Recorder
+from companion.server import FAULT, PROBED, RECEIVED, Companion, NotConnected
+from companion.view import ConversationView, View
+
+DESIGN = "Z:\\项目\\设计.dsn"
+UPLOAD = (
+    '{\n\t"Data":\t{\n\t\t"dsnBmpPath":\t"",\n\t\t"dsnDatPath":\t"%s",\n\t\t"Part":\t[],\n\t\t"Wire":\t[],\n\t\t"Keys":\t[],\n'
+    '\t\t"sumPins":\t"1",\n\t\t"selfPins":\t"0",\n\t\t"copyPrice":\t"0"\n\t},\n\t"Command":\t"SelectModule_EndResult",\n'
+    '\t"Result":\t"0"\n}'
+)
+
+
+class ConversationTest(unittest.IsolatedAsyncioTestCase):
+    async def asyncSetUp(self):
+        self.answers = Answers()
+        self.companion = Companion(self.answers, port=0)
+        self.view = View(colour=False)
+        self.record = io.StringIO()
+        self.companion.listeners += [ConversationView(self.view, self.answers), Recorder(self.record)]
+        self.shown = self.enterContext(contextlib.redirect_stdout(io.StringIO()))
+        await self.companion.start()
+        self.addAsyncCleanup(self.companion.stop)
+
+    def plug_in(self, **replies: str) -> FakePlugIn:
+        return FakePlugIn(self.companion.port, replies)
+
+    async def received(self, command: str) -> None:
+        await self.companion.wait_for(lambda event: event.is_message(command), 5)
+
+    async def test_an_opened_design_is_answered_with_its_folder_and_its_bom_is_shown(self):
+        async with self.plug_in(GenerateBOM=BOM, SetToNotStick=MARKED) as plug_in:
+            plug_in.send(opened(DESIGN, "512"))
+            answer = json.loads((await plug_in.receive()).decode("gbk"))
+            self.assertEqual(answer["Data"], {"Path": "Z:\\项目"})
+            plug_in.send("")  # the acknowledgement of an answer
+            desk = Desk(self.companion, self.view)
+            for line, sent in (
+                ("GenerateBOM", {"ProjectPath": DESIGN}),
+                ("SetToNotStick R1,R2", {"ProjectPath": DESIGN, "item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}),
+            ):
+                done, message = await asyncio.gather(desk.run(line), plug_in.receive())
+                self.assertTrue(done)
+                self.assertEqual(json.loads(message.decode("gbk"))["Data"], sent)
+            self.assertEqual(self.answers.current.references, ["R1"])
+            plug_in.send('{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"z:\\\\项目\\\\设计.DSN"}}')
+            self.assertEqual(json.loads(await plug_in.receive())["Data"], {"Path": ""})
+        self.assertIsNone(self.answers.current)
+        self.assertEqual(self.companion.faults, 0)
+        for text in ("PinCount=512", "| fitted |", "电阻", "(empty acknowledgement)"):
+            self.assertIn(text, self.shown.getvalue())
+        self.assertTrue(all(line.startswith("companion:") for line in self.shown.getvalue().splitlines()))
+        self.assertIn('"PartName": "电阻"', self.record.getvalue())
+
+    async def test_marks_made_in_the_editor_move_the_lines_of_the_bom(self):
+        line = '{"PartNumber":"","Value":"10k","PartRef":"R1","PartName":"R","PCBFootprint":"0603","PinNumber":"2"}'
+        async with self.plug_in(GenerateBOM=BOM) as plug_in:
+            plug_in.send(opened(DESIGN))
+            await plug_in.receive()
+            plug_in.send('{"Command":"TryUpdateBom"}')
+            self.assertIn(b"GenerateBOM", await plug_in.receive())
+            plug_in.send('{"Data":{"NotStick":[%s]},"Command":"RemoveFromBom","Result":"0"}' % line)
+            await self.received("RemoveFromBom")
+        bom = self.answers.current.bom if self.answers.current else {}
+        self.assertEqual([len(bom[name]) for name in ("Stick", "NotStick")], [0, 1])
+        self.assertEqual(self.companion.faults, 0)
+
+    async def test_failures_and_silence(self):
+        with self.assertRaises(NotConnected):
+            await self.companion.ask("GetActiveProPages", {})
+        async with self.plug_in(RenameRef=REFUSED % "RenameRef", Unheard=REFUSED % "Unheard") as plug_in:
+            plug_in.send('{"Command":"TryUpdateBom"}')
+            await self.received("TryUpdateBom")
+            for name in ("RenameRef", "Unheard"):
+                reply, _ = await asyncio.gather(self.companion.ask(name, {}), plug_in.receive())
+                self.assertEqual((reply.succeeded, reply.error), (False, "command error"))
+            with self.assertRaises(TimeoutError):
+                await self.companion.ask("ClearCurrentDesign", {}, seconds=0.05)
+            self.assertIsNone(await self.companion.ask("CloseOrcad", {}))
+            waiting = asyncio.create_task(self.companion.ask("GenerateBOM", {}))
+            await asyncio.sleep(0)
+        with self.assertRaises(NotConnected):
+            await waiting
+        self.assertEqual(self.companion.faults, 0)
+
+    async def test_probes_and_queries_do_not_take_the_conversation(self):
+        async with self.plug_in() as host:
+            await asyncio.sleep(0.3)  # silent so far, but no probe
+            async with self.plug_in():
+                pass
+            for request, answer in (
+                ('{"Command":"GetSelfId","Data":{},"Result":"0"}', {"UserId": "1001"}),
+                ('{"Command":"GetMarketResPath","Data":{"ResId":"9"},"Result":"0"}', {"ResId": "9", "DatPath": ""}),
+            ):
+                async with self.plug_in() as query:
+                    query.send(request)
+                    self.assertEqual(json.loads(await query.receive())["Data"], answer)
+                    with self.assertRaises(TimeoutError):
+                        await self.companion.ask("ClearCurrentDesign", {}, seconds=0.05)
+                    self.assertIn(b"ClearCurrentDesign", await host.receive())
+        await self.companion.wait_for(lambda event: event.kind == PROBED, 5)
+        self.assertEqual(self.companion.faults, 0)
+
+    async def test_uploaded_modules_are_kept_and_found_again(self):
+        with tempfile.TemporaryDirectory() as folder:
+            module = pathlib.Path(folder, "ModuleLib.json")
+            module.write_bytes(b"{}")
+            self.answers.modules_folder = pathlib.Path(folder, "kept")
+            async with self.plug_in() as plug_in:
+                plug_in.send(UPLOAD % paths.to_windows(module).replace("\\", "\\\\"))
+                await self.received("SelectModule_EndResult")
+                module.unlink()
+            async with self.plug_in() as query:
+                query.send('{"Command":"GetMarketResPath","Data":{"ResId":"1"},"Result":"0"}')
+                answer = json.loads(await query.receive())
+            self.assertEqual(answer["Result"], 0)
+            self.assertEqual(paths.to_local(answer["Data"]["DatPath"]).read_bytes(), b"{}")
+        self.assertEqual(self.companion.faults, 0)
+
+    async def test_faults_are_counted_and_the_conversation_goes_on(self):
+        for name, data, alive in (
+            ("upper case", b"\x04\0\0\0" + b"7B7D", True),
+            ("no GBK", b"\x04\0\0\0" + b"ffff", True),
+            ("no JSON object", b"\x02\0\0\0" + b"31", True),
+            ("wrong types", b"\x5c\0\0\0" + b'{"Command":"GenerateBOM_EndResult","Data":[]}_'.hex().encode(), True),
+            ("unasked", (2 * len(MARKED)).to_bytes(4, "little") + MARKED.encode().hex().encode(), True),
+            ("no frames", b"GET / HTTP/1.1\r\n\r\n", False),
+        ):
+            before = self.companion.faults
+            async with self.plug_in() as plug_in:
+                with self.subTest(name):
+                    since = len(self.companion.events)
+                    plug_in.send_raw(data)
+                    await self.companion.wait_for(lambda event: event.kind == FAULT, 5, since)
+                    self.assertGreater(self.companion.faults, before)
+                    if alive:
+                        plug_in.send(opened("a.dsn"))
+                        self.assertIn(b"FileStatus_EndResult", await plug_in.receive())
+                    else:
+                        self.assertTrue(await plug_in.closed())
+        self.assertIn("fault:", self.shown.getvalue())
+
+    async def test_any_shape_of_data_is_shown_without_a_stumble(self):
+        values = ["1", '"x"', "[]", "[1]", "{}", '[{"Pages":1}]', '[["a"]]']
+        members = ("Stick", "Open", "PropertyList", "item", "Part", "FileName", "PageName")
+        async with self.plug_in() as plug_in:
+            count = 0
+            for command in ("GenerateBOM_EndResult", "GetActiveProPages_EndResult", "GetPartPropertyList_EndResult",
+                            "GetDsnAllPackageInfo_EndResult", "SelectModule_EndResult", "AddToBom", "FileStatus",
+                            "DsnCheck_Result", "DsnCheck_EndResult", "GetSelfId"):
+                for value in values:
+                    data = "{" + ",".join(f'"{member}":{value}' for member in members) + "}"
+                    plug_in.send(f'{{"Command":"{command}","Data":{data},"Result":"0"}}')
+                    count += 1
+            plug_in.send('{"Command":"TryUpdateBom"}')
+            await self.received("TryUpdateBom")
+        self.assertEqual(sum(event.kind == RECEIVED for event in self.companion.events), count + 1)
+
+
+class PromptTest(unittest.TestCase):
+    def setUp(self):
+        self.answers = Answers()
+        from companion import messages
+
+        self.answers.take(messages.read(opened(DESIGN)))
+        self.answers.current.bom = {"Stick": [{"PartRef": "R1,R2"}]}
+
+    def test_what_is_typed_becomes_data(self):
+        for text, data in (
+            ("GetActiveProPages", {}),
+            ("GenerateBOM", {"ProjectPath": DESIGN}),
+            ('GenerateBOM PartNumberKey="Part No" ProjectPath="C:\\a b\\"', {"ProjectPath": "C:\\a b\\", "PartNumberKey": "Part No"}),
+            ("RenameRef 2", {"Type": 2}),
+            ("JumpToPartRef R1", {"ProjectPath": DESIGN, "PartRef": "R1"}),
+            ("EnterBomViewMode R1,R2", {"ProjectPath": DESIGN, "Stick": ["R1", "R2"]}),
+            ("AutoDealwithDsn id=7 step=1", {"ProjectPath": DESIGN, "id": "7", "step": "1"}),
+            ('{"Command":"Any","Data":{"x":1}}', {"x": 1}),
+        ):
+            with self.subTest(text):
+                self.assertEqual(parse(text, self.answers)[1], data)
+
+    def test_what_is_no_command_is_refused(self):
+        for text in ("Nothing", "RenameRef x", "JumpToPartRef", "GetActiveProPages 1", 'GenerateBOM "', "{", '{"Data":{}}'):
+            with self.subTest(text), self.assertRaises(BadCommand):
+                parse(text, self.answers)
+
+    def test_completion(self):
+        completer = CommandCompleter(self.answers)
+        for text, expected in (
+            ("setto", ["SetToNotStick", "SetToStick"]),
+            ("help gen", ["GenerateBOM"]),
+            ("GenerateBOM p", ["ProjectPath=", "PartNumberKey=", "PartNameKey="]),
+            ("SetToStick item=R1,", ["R1", "R2"]),
+            ("GenerateBOM ProjectPath=z", [DESIGN]),
+            ("Nothing ", []),
+        ):
+            with self.subTest(text):
+                found = completer.get_completions(Document(text), CompleteEvent())
+                self.assertEqual([completion.text for completion in found], expected)
+
+
+class CommandLineTest(unittest.IsolatedAsyncioTestCase):
+    RUN = [str(pathlib.Path(__file__).resolve().parents[2] / "sim" / "companion" / "run"), "--plain"]
+
+    async def test_a_taken_port_ends_with_3_and_one_line(self):
+        async with await asyncio.start_server(lambda reader, writer: None, "127.0.0.1", 0) as server:
+            port = server.sockets[0].getsockname()[1]
+            ended = subprocess.run([*self.RUN, "--port", str(port)], capture_output=True, text=True, timeout=20)
+        self.assertEqual(ended.returncode, 3)
+        self.assertRegex(ended.stderr, rf"^companion: port {port} is taken[^\n]*\n$")
+
+    async def test_commands_of_a_script_are_sent_once_a_design_is_open(self):
+        for reply, status in ((MARKED, 0), (REFUSED % "SetToNotStick", 1)):
+            with tempfile.NamedTemporaryFile("w", suffix=".txt") as script:
+                script.write("# marks\nSetToNotStick R1\n")
+                script.flush()
+                process = await asyncio.create_subprocess_exec(
+                    *self.RUN, "--port", "0", "--script", script.name, stdout=asyncio.subprocess.PIPE,
+                    env={**os.environ, "PYTHONUNBUFFERED": "1"},
+                )
+                port = int((await process.stdout.readline()).split(b":")[-1])
+                async with FakePlugIn(port, {"SetToNotStick": reply}) as plug_in:
+                    plug_in.send(opened(DESIGN))
+                    await plug_in.receive()
+                    await plug_in.receive()
+                    self.assertEqual(await asyncio.wait_for(process.wait(), 10), status)
+
+
+if __name__ == "__main__":
+    sys.exit(unittest.main())

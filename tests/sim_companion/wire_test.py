@@ -1,0 +1,180 @@
+"""What travels and is kept: frames, JSON in the code page, the judgement of messages, recorded conversations."""
+
+import asyncio
+import io
+import pathlib
+import tempfile
+import unittest
+
+from fake_plug_in import BOM, MARKED, REFUSED, frame, opened
+
+from companion import frames, json_text, messages, record
+from companion.server import CLOSED, FAULT, OPENED, PROBED, RECEIVED, SENT, Event
+
+
+def in_code_page(text: str | bytes) -> bytes:
+    return text if isinstance(text, bytes) else text.encode("gbk")
+
+
+class FramesTest(unittest.TestCase):
+    def read(self, data: bytes) -> frames.Frame | None:
+        async def work() -> frames.Frame | None:
+            reader = asyncio.StreamReader()
+            reader.feed_data(data)
+            reader.feed_eof()
+            return await frames.read(reader)
+
+        return asyncio.run(work())
+
+    def test_good_and_bad_digits(self):
+        for payload, message, fault in (
+            (b"", b"", None),
+            (b"7b7d", b"{}", None),
+            (b"d6D0", b"\xd6\xd0", "upper-case"),
+            (b"7b7", b"{", "odd number"),
+            (b"7b7g41", b"{", "no hexadecimal digit at 3"),
+            (b"7b 7d ", b"{", "no hexadecimal digit at 2"),
+        ):
+            with self.subTest(payload):
+                read = self.read(len(payload).to_bytes(4, "little") + payload)
+                self.assertEqual(read.message, message)
+                self.assertEqual([fault in text for text in read.faults], [True] if fault else [])
+
+    def test_every_cut_is_noticed(self):
+        whole = frame("{中}")
+        self.assertIsNone(self.read(b""))
+        self.assertEqual(self.read(whole).faults, [])
+        for cut in range(1, len(whole)):
+            with self.subTest(cut):
+                read = self.read(whole[:cut])
+                self.assertTrue(read.faults)
+                self.assertFalse(read.usable)
+
+    def test_other_protocols_and_long_messages(self):
+        self.assertFalse(self.read(b"GET / HTTP/1.1\r\n\r\n").usable)
+        self.assertEqual(frames.encode("{中}".encode("gbk")), frame("{中}"))
+        self.assertEqual(len(frames.encode(b"x" * 32767)), 4 + 65534)
+        with self.assertRaises(frames.MessageTooLong):
+            frames.encode(b"x" * 32768)
+
+
+class JsonTextTest(unittest.TestCase):
+    def test_prints_as_the_library_does_and_reads_back(self):
+        for value, plain, formatted in (
+            ({}, b"{}", b"{\n}"),
+            ({"D": {}, "C": "x"}, b'{"D":{},"C":"x"}', b'{\n\t"D":\t{\n\t},\n\t"C":\t"x"\n}'),
+            ({"L": [{"a": "1"}, "b"]}, b'{"L":[{"a":"1"},"b"]}', b'{\n\t"L":\t[{\n\t\t\t"a":\t"1"\n\t\t}, "b"]\n}'),
+            ("贴\t\x01/€", b'"\xcc\xf9\\t\\u0001/\x80"', b'"\xcc\xf9\\t\\u0001/\x80"'),
+            ("誠\\n", b'"\xd5\\\\\\\\n"', b'"\xd5\\\\\\\\n"'),  # the second byte of the character is a backslash
+        ):
+            with self.subTest(value):
+                self.assertEqual(json_text.print_plain(value), plain)
+                self.assertEqual(json_text.print_formatted(value), formatted)
+                self.assertEqual(json_text.parse(plain), (value, []))
+                self.assertEqual(json_text.parse(formatted), (value, []))
+
+    def test_refuses_and_tells(self):
+        for text in (b"", b"{", b"{'a':1}", b'{"a":NaN}', b'{"a":1,}', b'"\x01"', b"[" * 100000, b'"\\u4e2d\\ud800"'):
+            with self.subTest(text[:20]), self.assertRaises(json_text.NotJson):
+                json_text.parse(text)
+        for text, problem in ((b'{"a":"\xd6"}', "no GBK"), (b'{"a":"","a":""}', "twice")):
+            self.assertIn(problem, json_text.parse(text)[1][0])
+
+
+FINDING = (
+    '{"Command":"DsnCheck_Result","Data":{"id":"1002","RequiredValue":"","ActualValue":"%s","Comment":"含非法字符",'
+    '"PagePos":"10 20","PageName":"a[;fanxiegan;]b","ViewBox":"","Sch":"S"},"Result":"0","ErrInfo":""}'
+)
+REPORT = '{"Command":"%s_EndResult","Result":"0","Data":{"item":[{%s}]}}'
+QUERY = '{"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"}'
+
+
+class MessagesTest(unittest.TestCase):
+    def test_what_the_plug_in_may_send(self):
+        close = '{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"a.dsn"}}'
+        for text in (
+            "",
+            opened("Z:\\设计\\誠.dsn"),
+            close,
+            BOM,
+            MARKED,
+            REFUSED % "GenerateBOM",
+            REFUSED % "Unheard",
+            QUERY,
+            '{"Command":"TryUpdateBom"}',
+            FINDING % "10k",
+            REPORT % ("GetDsnAllPackageInfo", ""),
+            REPORT % ("GetDsnAllPackageInfo", '"Value":"1","Value":"2"'),
+        ):
+            with self.subTest(text):
+                message = messages.read(in_code_page(text))
+                self.assertEqual((message.faults, message.notes), ([], []))
+
+    def test_glued_messages_that_are_no_json_are_read_all_the_same(self):
+        for text, where, value in (
+            (FINDING % 'a"b\\', ("ActualValue",), 'a"b\\'),
+            (REPORT % ("GetDsnAllPackageInfo", '"A":"C:\\\\a","B":"誠",'), ("item",), [["A", "C:\\a"], ["B", "誠"]]),
+            (REPORT % ("GetOlbObjectPackageInfo", '"A":"C:\\lib"'), ("item",), [["A", "C:\\lib"]]),
+        ):
+            with self.subTest(text):
+                message = messages.read(text.encode("gbk"))
+                self.assertEqual((message.faults, len(message.notes)), ([], 1))
+                self.assertEqual(message.data[where[0]], value)
+
+    def test_every_deviation_is_told(self):
+        for text, fault in (
+            ("zz", "no JSON"),
+            ("[]", "no JSON object"),
+            ('{"Command":7}', 'no "Command"'),
+            ('{"Command":"Hello"}', "does not have"),
+            (opened("a.dsn").replace(b'"Pid":"8",', b""), 'members of "Data"'),
+            (opened("a.dsn").replace(b'"8"', b"8"), "no text"),
+            (opened("a.dsn").replace(b",", b", "), "printed other"),
+            (opened("a.dsn").replace(b'"Result":"0"', b'"Result":"1"'), '"Result" is'),
+            (opened("%").replace(b"%", b"\xff\xff"), "no GBK"),
+            (BOM.replace('"Value":"10k",', ""), '"Stick"[0]'),
+            (BOM.replace('"NotStick":[],', ""), 'members of "Data"'),
+            (MARKED.replace('"ErrInfo":""', '"ErrInfo":"x"'), '"ErrInfo" is'),
+            ((REFUSED % "GenerateBOM").replace("\t", ""), "printed other"),
+            (QUERY.replace('"Data"', '"data"'), "members of the message"),
+            (REPORT % ("GetDsnAllPackageInfo", '"ID":"7"'), "left out"),
+        ):
+            with self.subTest(text):
+                faults = messages.read(in_code_page(text)).faults
+                self.assertTrue(any(fault in told for told in faults), faults)
+
+
+class RecordTest(unittest.TestCase):
+    def test_every_message_is_read_back_as_it_was(self):
+        texts = (opened("Z:\\誠\\设计.dsn"), REFUSED % "x", "", "zz" * 50, '{"a": "空"}', FINDING)
+        raws = [*map(in_code_page, texts), b'{"a":"\xff"}', b'{"a":1,"a":1}']
+        entries = [record.Entry(0.25, 1, OPENED), record.Entry(0.5, 2, PROBED)]
+        entries += [record.Entry(1.5, 1, ("plug-in", "companion")[i % 2], raw) for i, raw in enumerate(raws)]
+        entries += [record.Entry(2.0, 1, CLOSED)]
+        kinds = {"plug-in": RECEIVED, "companion": SENT}
+        stream = io.StringIO()
+        recorder = record.Recorder(stream, design="设计.dsn")
+        for entry in entries:
+            message = messages.read(entry.message) if entry.what in kinds else None
+            recorder(Event(entry.seconds, kinds.get(entry.what, entry.what), entry.connection, message))
+            recorder(Event(entry.seconds, FAULT, entry.connection, message, "a fault\n\n@ told"))
+        for readable in ('"FileName": "Z:\\\\誠\\\\设计.dsn"', '# text: {"a": "空"}'):
+            self.assertIn(readable, stream.getvalue())
+        self.assertEqual(self.read(stream.getvalue()), entries)
+
+    def test_broken_files_are_refused(self):
+        title = record.TITLE + "\n\n"
+        for text in ("", "hello\n", title + "@ 1\n\n", title + "@ x 1 opened\n\n", title + "stray\n\n",
+                     title + "@ 1 1 plug-in plain X\n{\n\n", title + "@ 1 1 plug-in other X\n{}\n\n"):
+            with self.subTest(text), self.assertRaises(record.BadRecord):
+                self.read(text)
+
+    def read(self, text: str) -> list[record.Entry]:
+        with tempfile.TemporaryDirectory() as folder:
+            path = pathlib.Path(folder, "conversation.txt")
+            path.write_text(text, encoding="utf-8", newline="\n")
+            return record.read(path)
+
+
+if __name__ == "__main__":
+    unittest.main()
