@@ -1,0 +1,24 @@
+# What others wrote: cJSON, Tcl and GoogleTest, from the distribution's packages and sources.
+set(VERNOXA_DEPS ${CMAKE_SOURCE_DIR}/.deps)
+
+add_library(cjson STATIC ${VERNOXA_DEPS}/src/cjson/cJSON.c)
+target_include_directories(cjson SYSTEM PUBLIC ${VERNOXA_DEPS}/src/cjson)
+target_compile_definitions(cjson PUBLIC CJSON_HIDE_SYMBOLS)
+target_compile_options(cjson PRIVATE -w "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+
+# tcl: what the rings compile against. On Windows the host brings its own Tcl, reached through the stubs table; natively
+# it is the distribution's library itself.
+add_library(tcl INTERFACE)
+if(WIN32)
+  target_include_directories(tcl SYSTEM INTERFACE ${VERNOXA_DEPS}/tcl-windows/include)
+  target_link_libraries(tcl INTERFACE ${VERNOXA_DEPS}/tcl-windows/lib/libtclstub86.a)
+  target_compile_definitions(tcl INTERFACE USE_TCL_STUBS)
+else()
+  target_include_directories(tcl SYSTEM INTERFACE /usr/include/tcl8.6)
+  target_link_libraries(tcl INTERFACE tcl8.6)
+endif()
+
+if(VERNOXA_TESTS)
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endif()

@@ -1,0 +1,16 @@
+# vernoxa_options: how all code of ours is compiled.
+add_library(vernoxa_options INTERFACE)
+target_compile_options(vernoxa_options INTERFACE
+  -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Werror
+  # The same commit gives the same bytes, wherever its folder lies.
+  "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # String literals are in the host's code page, GBK. GB18030 gives the same bytes for every character of GBK and has
+  # the micro sign too, which libstdc++'s <chrono> needs. Clang knows UTF-8 alone: what it builds must not depend on it.
+  target_compile_options(vernoxa_options INTERFACE -finput-charset=UTF-8 -fexec-charset=GB18030)
+endif()
+if(WIN32)
+  target_compile_definitions(vernoxa_options INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
+    WINVER=0x0601 _WIN32_WINNT=0x0601)  # Windows 7 and later, see sdkddkver.h
+endif()

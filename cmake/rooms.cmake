@@ -1,0 +1,38 @@
+# The rooms under src/ and the rings they are built in.
+#
+# A file's ring is what it may know: PURE neither Windows nor Tcl, TCL tcl.h, WINDOWS everything. Each ring is one
+# library whose include paths end where the ring ends, so that a file in the wrong ring does not build.
+add_library(vernoxa_pure STATIC)
+target_link_libraries(vernoxa_pure PRIVATE vernoxa_options PUBLIC cjson)
+target_include_directories(vernoxa_pure PUBLIC ${CMAKE_SOURCE_DIR}/src)
+
+add_library(vernoxa_tcl STATIC)
+target_link_libraries(vernoxa_tcl PRIVATE vernoxa_options PUBLIC vernoxa_pure tcl)
+
+if(WIN32)
+  add_library(vernoxa_windows STATIC)
+  target_link_libraries(vernoxa_windows PRIVATE vernoxa_options
+    PUBLIC vernoxa_tcl ws2_32 ole32 user32 gdi32 shell32 advapi32 comctl32)
+endif()
+
+# vernoxa_room(NAME [PURE file...] [TCL file...] [WINDOWS file...]): the files of src/NAME by their ring.
+function(vernoxa_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "PURE;TCL;WINDOWS")
+  if(room_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "room ${name}: no ring for ${room_UNPARSED_ARGUMENTS}")
+  endif()
+  list(TRANSFORM room_PURE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  list(TRANSFORM room_TCL PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  list(TRANSFORM room_WINDOWS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  target_sources(vernoxa_pure PRIVATE ${room_PURE})
+  target_sources(vernoxa_tcl PRIVATE ${room_TCL})
+  if(WIN32)
+    target_sources(vernoxa_windows PRIVATE ${room_WINDOWS})
+  endif()
+endfunction()
+
+foreach(room core link desktop bom export sharing checks commands plugin)
+  if(EXISTS ${CMAKE_SOURCE_DIR}/src/${room}/CMakeLists.txt)
+    add_subdirectory(src/${room})
+  endif()
+endforeach()

@@ -1,0 +1,2 @@
+# Prints "cp" and the Windows code page (what GetACP answers): Tcl's system encoding.
+puts [encoding system]

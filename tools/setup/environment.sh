@@ -1,0 +1,18 @@
+# Sourced by every script that uses what the set-up made: where it lies, and how Windows programs run (code page 936,
+# a Wine prefix of the repository's own, nothing of the user's).
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+export VERNOXA_ROOT=$root
+export VERNOXA_DEPS=$root/.deps
+export VERNOXA_TCLSH=$VERNOXA_DEPS/tcl-windows/bin/tclsh86.exe
+# Debian's `wine` is a script that looks for the 32-bit loader first; the 64-bit loader itself starts faster.
+export VERNOXA_WINE=/usr/lib/wine/wine64
+[ -x "$VERNOXA_WINE" ] || VERNOXA_WINE=wine
+
+export WINEPREFIX=$VERNOXA_DEPS/wine
+export WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree,mshtml="  # no offers to install .NET and HTML engines
+# Wine takes the Windows code page from the locale. The messages of other programs stay English.
+export LOCPATH=$VERNOXA_DEPS/locale
+export LANGUAGE=en
+{ export LC_ALL=zh_CN.UTF-8; } 2>/dev/null  # this shell itself read LOCPATH before it was set
+unset root

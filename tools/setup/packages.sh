@@ -1,0 +1,39 @@
+#!/bin/bash
+# Installs the missing ones of the distribution's packages that building, testing and looking need.
+set -eu
+
+packages=(
+  # the cross build
+  g++-mingw-w64-x86-64-posix cmake ninja-build make ccache
+  # Windows programs, on a screen that nobody sees
+  wine wine64 xvfb
+  # the native build, its tests and its tools
+  g++ gcc clang clang-format clang-tidy libclang-rt-14-dev googletest tcl8.6 tcl8.6-dev
+  # the stand-ins and the scripts
+  python3 python3-rich python3-prompt-toolkit tcllib kicad-demos
+  # the set-up itself
+  dpkg-dev locales patch xz-utils
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$state" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" != 0 ]; then
+  command -v sudo >/dev/null || {
+    echo "These packages are missing, and only root can install them: ${missing[*]}" >&2
+    exit 1
+  }
+  as_root=(sudo)
+fi
+echo "installing ${missing[*]}"
+apt_get() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=600 \
+    -o Acquire::Retries=3 -o Dpkg::Use-Pty=0 "$@"
+}
+apt_get update
+apt_get install --no-install-recommends "${missing[@]}"

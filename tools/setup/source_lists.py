@@ -1,0 +1,50 @@
+"""Writes a copy of the machine's package sources that asks for source packages: source_lists.py TARGET_DIRECTORY
+
+The machine's own lists stay as they are. Both of their formats are read (see sources.list(5)), and only the
+distribution's own archives are taken: those whose suite begins with the release's code name.
+"""
+
+import glob
+import pathlib
+import re
+import sys
+
+
+def code_name():
+    fields = dict(line.split("=", 1) for line in pathlib.Path("/etc/os-release").read_text().splitlines() if "=" in line)
+    return fields["VERSION_CODENAME"].strip('"')
+
+
+def one_line_entries(text, release):
+    """`deb [options] URI suite component...`, each made a deb-src line."""
+    for line in text.splitlines():
+        match = re.match(r"\s*deb(?:-src)?\s+(?:\[[^\]]*\]\s+)?(\S+)\s+(\S+)", line)
+        if match and match[2].startswith(release) and not match[1].startswith("cdrom:"):
+            yield re.sub(r"^\s*deb(-src)?", "deb-src", line)
+
+
+def stanzas(text, release):
+    """deb822 stanzas, each with its types made deb-src."""
+    without_comments = "\n".join(line for line in text.splitlines() if not line.startswith("#"))
+    for stanza in re.split(r"\n\s*\n", without_comments):
+        suites = re.search(r"^Suites:\s*(\S+)", stanza, re.MULTILINE | re.IGNORECASE)
+        if suites and suites[1].startswith(release):
+            yield re.sub(r"^Types:.*$", "Types: deb-src", stanza.strip(), flags=re.MULTILINE | re.IGNORECASE)
+
+
+def main():
+    target = pathlib.Path(sys.argv[1])
+    release = code_name()
+    lines, blocks = set(), set()
+    for name in ["/etc/apt/sources.list", *sorted(glob.glob("/etc/apt/sources.list.d/*.list"))]:
+        if pathlib.Path(name).is_file():
+            lines.update(one_line_entries(pathlib.Path(name).read_text(), release))
+    for name in sorted(glob.glob("/etc/apt/sources.list.d/*.sources")):
+        blocks.update(stanzas(pathlib.Path(name).read_text(), release))
+    if not lines and not blocks:
+        sys.exit(f"no package source of {release} found in /etc/apt")
+    (target / "machine.list").write_text("".join(line + "\n" for line in sorted(lines)))
+    (target / "machine.sources").write_text("\n\n".join(sorted(blocks)) + "\n")
+
+
+main()
