@@ -1,8 +1,83 @@
-// What the companion asks of the host.
-#include "commands/handler.h"
+// The table of the companion's commands. A new command is one row here and one function in the file it belongs to.
+#include "commands/companion_handlers.h"
 
 namespace vernoxa {
+namespace {
 
-std::span<const HandlerRow> companionHandlers() { return {}; }
+using Place = PlacementContext;
+
+constexpr auto text = MemberKind::text;
+constexpr auto number = MemberKind::number;
+constexpr auto array = MemberKind::array;
+constexpr auto needed = MemberUse::needed;
+constexpr auto optional = MemberUse::optional;
+
+constexpr Member projectPath{"ProjectPath", text, needed};
+
+constexpr std::array rows = {
+    HandlerRow{"GetActiveProPages", getActiveProPages, {}, "Lists the open projects with their pages."},
+    HandlerRow{"SetPlacePortType", setPlacePortType, {{{"Type", number, needed}}}, "Places ports on wires."},
+    HandlerRow{"SetPlaceOffpageType",
+               setPlaceOffpageType,
+               {{{"Type", number, needed}}},
+               "Places off-page connectors on wires."},
+    HandlerRow{"AdjustRefAndValue", adjustRefAndValue, {}, "Moves reference and value texts to their places."},
+    HandlerRow{"RenameRef", renameRef, {{{"Type", number, needed}}}, "Numbers the reference designators anew."},
+    HandlerRow{"GetOlbObjectPackageInfo",
+               getOlbObjectPackageInfo,
+               {{projectPath, {"ObjName", text, needed}}},
+               "Has the package report of one library part sent."},
+    HandlerRow{
+        "GetDsnAllPackageInfo", getDsnAllPackageInfo, {{projectPath}}, "Has the package report of a design sent."},
+    HandlerRow{
+        "GetOlbAllPackageInfo", getOlbAllPackageInfo, {{projectPath}}, "Has the package report of a library sent."},
+    HandlerRow{"DsnCheck", dsnCheck, {{projectPath}}, "Checks a design; findings come as messages of their own."},
+    HandlerRow{"DsnCheckActiveProj", dsnCheckActiveProj, {{projectPath}}, "The same for the active project."},
+    HandlerRow{"JumpToDsn",
+               jumpToDsn,
+               {{projectPath, {"PageName", text, needed}, {"PagePos", text, needed}, {"Sch", text, needed}}},
+               "Opens a page and goes to a position on it."},
+    HandlerRow{"AutoDealwithDsn",
+               autoDealwithDsn,
+               {{projectPath, {"id", text, optional}}},
+               "Has the host treat a design with the given values."},
+    HandlerRow{"SelectModule",
+               selectModule,
+               {{{"Page", text, needed},
+                 {"ProjectPath", text, optional},
+                 {"priceK", text, optional, &Place::priceK},
+                 {"pinPrice", text, optional, &Place::pinPrice}}},
+               "Has the selected parts of a page offered as a module."},
+    HandlerRow{"ClearCurrentDesign", clearCurrentDesign, {}, "Clears the current design."},
+    HandlerRow{"GenerateBOM",
+               generateBom,
+               {{projectPath, {"PartNumberKey", text, optional}, {"PartNameKey", text, optional}}},
+               "Makes the bill of materials and answers its three lists."},
+    HandlerRow{"JumpToPartRef",
+               jumpToPartRef,
+               {{{"ProjectPath", text, optional}, {"PartRef", text, optional}}},
+               "Goes to a part."},
+    HandlerRow{"CheckOpenState", checkOpenState, {{projectPath}}, "Tells whether a design is open in the host."},
+    HandlerRow{"SwitchStickOrNotStick", switchStickOrNotStick, {}, "Switches the selected parts' fitting."},
+    HandlerRow{"SetToNotStick", setToNotStick, {{projectPath, {"item", array, needed}}}, "Marks parts as not fitted."},
+    HandlerRow{"SetToStick", setToStick, {{projectPath, {"item", array, needed}}}, "Marks parts as fitted."},
+    HandlerRow{"Cancel", cancel, {{projectPath}}, "Answers the path with which the host ends its view."},
+    HandlerRow{"ExitBomViewMode", exitBomViewMode, {{projectPath}}, "Leaves the BOM view."},
+    HandlerRow{"EnterBomViewMode",
+               enterBomViewMode,
+               {{projectPath, {"Stick", array, needed}}},
+               "Enters the BOM view with the given parts fitted."},
+    HandlerRow{"GetPartPropertyList", getPartPropertyList, {{projectPath}}, "Lists the property names of a design."},
+    HandlerRow{"SetNewGuid", setNewGuid, {{projectPath}}, "Gives a design a new identifier."},
+    HandlerRow{"CreateSVG", createSvg, {{projectPath}}, "Exports the drawings of a design."},
+    HandlerRow{"CloseOrcad", closeOrcad, {}, "Closes the host."},
+};
+static_assert(namesDiffer(rows));
+
+}  // namespace
+
+std::span<const HandlerRow> companionHandlers() {
+  return rows;
+}
 
 }  // namespace vernoxa

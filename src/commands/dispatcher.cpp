@@ -95,7 +95,8 @@ int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::strin
     takeAnswer(request, services);
     return handled;
   }
-  const auto row = std::find_if(rows.begin(), rows.end(), [&](const HandlerRow& each) { return *command == each.name; });
+  const auto row =
+      std::find_if(rows.begin(), rows.end(), [&](const HandlerRow& each) { return *command == each.name; });
   if (row == rows.end()) {
     return notUnderstood;
   }

@@ -38,8 +38,8 @@ struct Reply {
 
 enum HandlerStatus : int {
   handled = 0,
-  stoppedEarly = -1,    // the message lacks what the handler needs, or the handler wrote its own error
-  notUnderstood = -2,   // no JSON, or a command that the table does not know
+  stoppedEarly = -1,   // the message lacks what the handler needs, or the handler wrote its own error
+  notUnderstood = -2,  // no JSON, or a command that the table does not know
   repliedItself = -3,
 };
 

@@ -19,9 +19,8 @@ auto findTold(GlobalState& state, const std::string& name) {
 
 const std::string* findOpen(const Services& services, const std::string& name) {
   const auto& open = services.state.openDesigns;
-  const auto found = std::find_if(open.begin(), open.end(), [&](const std::string& path) {
-    return services.text.messageText(path) == name;
-  });
+  const auto found = std::find_if(open.begin(), open.end(),
+                                  [&](const std::string& path) { return services.text.messageText(path) == name; });
   return found == open.end() ? nullptr : &*found;
 }
 

@@ -2,11 +2,13 @@
 #include "commands/handler.h"
 #include "commands/open_designs.h"
 #include "core/code_page.h"
+#include "core/files.h"
 #include "core/log.h"
 #include "core/script_host.h"
 #include "core/script_text.h"
 #include "core/services.h"
 #include "core/text.h"
+#include "core/world.h"
 #include "link/packet_text.h"
 
 namespace vernoxa {
@@ -31,6 +33,32 @@ Outcome getNewOpenPath(const Request&, HandlerContext& context) {
     data.add("ProjectPath", *path);
   }
   data.add("CloseFile", closedDesigns(context.services));
+  return Outcome::success(std::move(data));
+}
+
+// The folder is made one level deep: the project's own folder is there, or nothing can be written.
+std::string netsFile(Services& services) {
+  const std::string folder = services.state.link.baseDirectory() + "\\Cache";
+  services.world.files.createFolder(folder);
+  return folder + "\\Nets.txt";
+}
+
+Outcome getNetsList(const Request& request, HandlerContext& context) {
+  const TextConverter& convert = context.services.text;
+  const std::string file = netsFile(context.services);
+  ScriptText script("GetNetsList ");
+  script.quoted(doubleBackslashes(convert.hostPath(request.text("ProjectPath")))).literal(" ");
+  script.quoted(doubleBackslashes(convert.hostPath(file)));
+  const Evaluation answer = context.host.evaluate(script.text());
+  if (!answer.ok || answer.text.starts_with("Error")) {
+    return Outcome::failure(convert.messageText(answer.text));
+  }
+  if (!context.services.world.files.exists(file)) {
+    return Outcome::failure("File not exist");
+  }
+  Json data = Json::object();
+  data.add("netlistsFile", file);
+  data.add("datFile", convert.messageText(answer.text));
   return Outcome::success(std::move(data));
 }
 
@@ -92,14 +120,25 @@ Outcome fileStatus(const Request& request, HandlerContext& context) {
 }
 
 constexpr auto text = MemberKind::text;
+constexpr auto needed = MemberUse::needed;
 constexpr auto optional = MemberUse::optional;
 
 constexpr std::array rows = {
-    HandlerRow{"getDsnPinCount", getDsnPinCount, {{{"ProjectPath", text, optional}}},
+    HandlerRow{"GetNetsList",
+               getNetsList,
+               {{{"ProjectPath", text, needed}}},
+               "Writes the nets of a design into a file and names it."},
+    HandlerRow{"getDsnPinCount",
+               getDsnPinCount,
+               {{{"ProjectPath", text, optional}}},
                "Counts the pins of an open design; \"-1\" when the host does not have it."},
-    HandlerRow{"GetNewOpenPath", getNewOpenPath, {},
+    HandlerRow{"GetNewOpenPath",
+               getNewOpenPath,
+               {},
                "Names the first open design not yet reported, and the reported ones that were closed."},
-    HandlerRow{"FileStatus", fileStatus, {{{"Status", text, optional}, {"FileName", text, optional}}},
+    HandlerRow{"FileStatus",
+               fileStatus,
+               {{{"Status", text, optional}, {"FileName", text, optional}}},
                "Passes a design's status on to the companion and lists the open designs anew."},
     HandlerRow{"creatClient", creatClient, {}, "Has the host's scripts connect to the companion."},
 };
@@ -107,6 +146,8 @@ static_assert(namesDiffer(rows));
 
 }  // namespace
 
-std::span<const HandlerRow> threadHandlers() { return rows; }
+std::span<const HandlerRow> threadHandlers() {
+  return rows;
+}
 
 }  // namespace vernoxa

@@ -8,9 +8,13 @@
 namespace vernoxa {
 namespace {
 
-std::string_view upToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+std::string_view upToNul(std::string_view text) {
+  return text.substr(0, text.find('\0'));
+}
 
-bool isAscii(std::string_view text) { return text.empty() || !hasNonAscii(text); }
+bool isAscii(std::string_view text) {
+  return text.empty() || !hasNonAscii(text);
+}
 
 }  // namespace
 

@@ -9,6 +9,8 @@ bool Files::isFolder(const std::string& path) {
   return found != noAttributes && (found & directoryAttribute) != 0;
 }
 
-std::string withDosLineEnds(std::string_view text) { return replaceAll(text, "\n", "\r\n"); }
+std::string withDosLineEnds(std::string_view text) {
+  return replaceAll(text, "\n", "\r\n");
+}
 
 }  // namespace vernoxa

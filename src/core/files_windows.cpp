@@ -36,11 +36,15 @@ std::unique_ptr<OutputFile> open(const std::string& path, DWORD access, DWORD di
   return handle ? std::make_unique<WindowsOutputFile>(std::move(handle)) : nullptr;
 }
 
-bool isDots(const char* name) { return std::string_view(name) == "." || std::string_view(name) == ".."; }
+bool isDots(const char* name) {
+  return std::string_view(name) == "." || std::string_view(name) == "..";
+}
 
 }  // namespace
 
-std::uint32_t WindowsFiles::attributes(const std::string& path) { return GetFileAttributesA(path.c_str()); }
+std::uint32_t WindowsFiles::attributes(const std::string& path) {
+  return GetFileAttributesA(path.c_str());
+}
 
 std::optional<std::string> WindowsFiles::read(const std::string& path) {
   const FileHandle handle(
@@ -68,11 +72,17 @@ std::unique_ptr<OutputFile> WindowsFiles::create(const std::string& path) {
   return open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
 }
 
-bool WindowsFiles::createFolder(const std::string& path) { return CreateDirectoryA(path.c_str(), nullptr) != 0; }
+bool WindowsFiles::createFolder(const std::string& path) {
+  return CreateDirectoryA(path.c_str(), nullptr) != 0;
+}
 
-bool WindowsFiles::removeFile(const std::string& path) { return DeleteFileA(path.c_str()) != 0; }
+bool WindowsFiles::removeFile(const std::string& path) {
+  return DeleteFileA(path.c_str()) != 0;
+}
 
-bool WindowsFiles::removeFolder(const std::string& path) { return RemoveDirectoryA(path.c_str()) != 0; }
+bool WindowsFiles::removeFolder(const std::string& path) {
+  return RemoveDirectoryA(path.c_str()) != 0;
+}
 
 bool WindowsFiles::copyFile(const std::string& from, const std::string& to) {
   return CopyFileA(from.c_str(), to.c_str(), TRUE) != 0;

@@ -1,8 +1,8 @@
 // One owner for every kind of Windows handle: a trait names the type, the invalid value and the closing call.
 #pragma once
 
-#include <winsock2.h>
 #include <windows.h>
+#include <winsock2.h>
 
 #include <utility>
 

@@ -43,9 +43,13 @@ std::optional<int> decimal(std::string_view text) {
 
 }  // namespace
 
-bool JsonView::isObject() const { return cJSON_IsObject(node_) != 0; }
+bool JsonView::isObject() const {
+  return cJSON_IsObject(node_) != 0;
+}
 
-bool JsonView::isArray() const { return cJSON_IsArray(node_) != 0; }
+bool JsonView::isArray() const {
+  return cJSON_IsArray(node_) != 0;
+}
 
 JsonView JsonView::member(std::string_view name) const {
   if (!isObject()) {
@@ -95,7 +99,9 @@ JsonView::Iterator& JsonView::Iterator::operator++() {
   return *this;
 }
 
-void Json::Release::operator()(cJSON* node) const { cJSON_Delete(node); }
+void Json::Release::operator()(cJSON* node) const {
+  cJSON_Delete(node);
+}
 
 Json::Json(cJSON* node) : node_(node) {
   if (node == nullptr) {
@@ -103,17 +109,29 @@ Json::Json(cJSON* node) : node_(node) {
   }
 }
 
-Json Json::object() { return Json(cJSON_CreateObject()); }
+Json Json::object() {
+  return Json(cJSON_CreateObject());
+}
 
-Json Json::array() { return Json(cJSON_CreateArray()); }
+Json Json::array() {
+  return Json(cJSON_CreateArray());
+}
 
-Json Json::string(std::string_view text) { return Json(cJSON_CreateString(std::string(text).c_str())); }
+Json Json::string(std::string_view text) {
+  return Json(cJSON_CreateString(std::string(text).c_str()));
+}
 
-Json Json::number(double value) { return Json(cJSON_CreateNumber(value)); }
+Json Json::number(double value) {
+  return Json(cJSON_CreateNumber(value));
+}
 
-Json Json::boolean(bool value) { return Json(cJSON_CreateBool(value ? 1 : 0)); }
+Json Json::boolean(bool value) {
+  return Json(cJSON_CreateBool(value ? 1 : 0));
+}
 
-Json Json::copyOf(JsonView view) { return Json(cJSON_Duplicate(view.node_, 1)); }
+Json Json::copyOf(JsonView view) {
+  return Json(cJSON_Duplicate(view.node_, 1));
+}
 
 Json::Parsed Json::parse(const std::string& text) {
   const char* const begin = text.c_str();
@@ -130,9 +148,13 @@ Json::Parsed Json::parse(const std::string& text) {
   return {Json(node), {}};
 }
 
-JsonView Json::add(std::string_view name, Json value) { return addTo(view(), name, std::move(value)); }
+JsonView Json::add(std::string_view name, Json value) {
+  return addTo(view(), name, std::move(value));
+}
 
-JsonView Json::append(Json value) { return appendTo(view(), std::move(value)); }
+JsonView Json::append(Json value) {
+  return appendTo(view(), std::move(value));
+}
 
 JsonView Json::addTo(JsonView object, std::string_view name, Json value) {
   const JsonView added = value.view();
@@ -165,8 +187,12 @@ void Json::set(JsonView object, std::string_view name, std::string_view text) {
   cJSON_ReplaceItemViaPointer(writable(object.node_), writable(old.node_), value.node_.release());
 }
 
-std::string Json::printFormatted() const { return takePrinted(cJSON_Print(node_.get())); }
+std::string Json::printFormatted() const {
+  return takePrinted(cJSON_Print(node_.get()));
+}
 
-std::string Json::printUnformatted() const { return takePrinted(cJSON_PrintUnformatted(node_.get())); }
+std::string Json::printUnformatted() const {
+  return takePrinted(cJSON_PrintUnformatted(node_.get()));
+}
 
 }  // namespace vernoxa

@@ -55,9 +55,14 @@ Logs::Logs(Clock& clock, Files& files, std::string pluginFolder)
     : clock_(clock), files_(files), pluginFolder_(std::move(pluginFolder)) {}
 
 Logs::Logs(const Logs& other, std::string logDirectory)
-    : clock_(other.clock_), files_(other.files_), pluginFolder_(other.pluginFolder_), logDirectory_(std::move(logDirectory)) {}
+    : clock_(other.clock_),
+      files_(other.files_),
+      pluginFolder_(other.pluginFolder_),
+      logDirectory_(std::move(logDirectory)) {}
 
-LogWriter Logs::openTraffic() const noexcept { return {clock_, openTrafficFile()}; }
+LogWriter Logs::openTraffic() const noexcept {
+  return {clock_, openTrafficFile()};
+}
 
 std::unique_ptr<OutputFile> Logs::openTrafficFile() const noexcept {
   try {

@@ -1,7 +1,7 @@
 #include "core/process_windows.h"
 
-#include <winsock2.h>
 #include <windows.h>
+#include <winsock2.h>
 
 #include <process.h>
 #include <shellapi.h>
@@ -43,7 +43,9 @@ std::vector<Process> WindowsProcesses::running() {
   return processes;
 }
 
-int WindowsProcesses::ownId() { return _getpid(); }
+int WindowsProcesses::ownId() {
+  return _getpid();
+}
 
 std::string WindowsProcesses::currentFolder() {
   std::array<char, MAX_PATH> buffer{};
@@ -51,7 +53,9 @@ std::string WindowsProcesses::currentFolder() {
   return length < buffer.size() ? std::string(buffer.data(), length) : std::string();
 }
 
-void WindowsProcesses::setCurrentFolder(const std::string& folder) { SetCurrentDirectoryA(folder.c_str()); }
+void WindowsProcesses::setCurrentFolder(const std::string& folder) {
+  SetCurrentDirectoryA(folder.c_str());
+}
 
 void WindowsProcesses::start(const std::string& file, const std::string& argument) {
   ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);

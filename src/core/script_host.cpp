@@ -7,4 +7,9 @@ Evaluation ScriptHost::evaluateJoined(const std::string& joined, const std::stri
   return first.ok ? first : evaluate(separated);
 }
 
+bool ScriptHost::isOldHost() {
+  const std::string version = evaluate("GetProductVersion").text;
+  return version == "16.3" || version == "16.5";
+}
+
 }  // namespace vernoxa

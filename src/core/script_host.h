@@ -25,6 +25,9 @@ class ScriptHost {
   // The texts that join a command word and its first argument are evaluated exactly so; only when Tcl answers with an
   // error is the separated text tried, and its result stands.
   Evaluation evaluateJoined(const std::string& joined, const std::string& separated);
+
+  // The oldest supported hosts, "16.3" and "16.5", hold their texts in the other encoding than all later ones.
+  bool isOldHost();
 };
 
 }  // namespace vernoxa

@@ -6,9 +6,13 @@ namespace vernoxa {
 namespace {
 
 // Characters that separate words, by Tcl's own table (tclParse.c's rule: space, tab, vertical tab, form feed, CR).
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
+bool isBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\v' || c == '\f';
+}
 
-bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
+bool isLineEnd(char c) {
+  return c == '\n' || c == '\r';
+}
 
 // Follows the backslashes of a value: after an odd run the next character is escaped already.
 class BackslashRun {
@@ -85,7 +89,9 @@ ScriptText& ScriptText::joined(std::string_view value) {
   return *this;
 }
 
-bool ScriptText::atWordStart() const { return text_.empty() || isBlank(text_.back()) || text_.back() == '['; }
+bool ScriptText::atWordStart() const {
+  return text_.empty() || isBlank(text_.back()) || text_.back() == '[';
+}
 
 void ScriptText::appendBare(std::string_view value, Blanks blanks) {
   bool wordStart = atWordStart();

@@ -52,10 +52,10 @@ struct PlacementContext {
   std::string value;
   std::string companyId;
   std::string cateId;
-  int placeState = 0;                     // 1: one catalogue part is being placed; 0: a shared module, or nothing
-  std::string backupBaseName = "Test";    // base name of the new library
-  std::string libraryBaseName = "123456"; // base name of the temporary library
-  std::set<std::string> madeLibraries;    // what placements of this process made, and may remove
+  int placeState = 0;                      // 1: one catalogue part is being placed; 0: a shared module, or nothing
+  std::string backupBaseName = "Test";     // base name of the new library
+  std::string libraryBaseName = "123456";  // base name of the temporary library
+  std::set<std::string> madeLibraries;     // what placements of this process made, and may remove
 };
 
 // A design that the companion knows to be open.

@@ -1,7 +1,7 @@
 #include "core/system_windows.h"
 
-#include <winsock2.h>
 #include <windows.h>
+#include <winsock2.h>
 
 #include <objbase.h>
 
@@ -57,11 +57,17 @@ std::chrono::milliseconds WindowsClock::monotonic() {
   return std::chrono::milliseconds(static_cast<std::int64_t>(GetTickCount64()));
 }
 
-void WindowsClock::sleep(std::chrono::milliseconds duration) { Sleep(static_cast<DWORD>(duration.count())); }
+void WindowsClock::sleep(std::chrono::milliseconds duration) {
+  Sleep(static_cast<DWORD>(duration.count()));
+}
 
-std::string WindowsCodePage::toUtf8(std::string_view ansi) const { return fromWide(toWide(ansi, CP_ACP), CP_UTF8); }
+std::string WindowsCodePage::toUtf8(std::string_view ansi) const {
+  return fromWide(toWide(ansi, CP_ACP), CP_UTF8);
+}
 
-std::string WindowsCodePage::fromUtf8(std::string_view utf8) const { return fromWide(toWide(utf8, CP_UTF8), CP_ACP); }
+std::string WindowsCodePage::fromUtf8(std::string_view utf8) const {
+  return fromWide(toWide(utf8, CP_UTF8), CP_ACP);
+}
 
 std::optional<Guid> WindowsGuidSource::create() {
   GUID guid{};
@@ -73,7 +79,9 @@ std::optional<Guid> WindowsGuidSource::create() {
   return result;
 }
 
-std::unique_ptr<Lock> WindowsLockSource::create() { return std::make_unique<WindowsLock>(); }
+std::unique_ptr<Lock> WindowsLockSource::create() {
+  return std::make_unique<WindowsLock>();
+}
 
 void WindowsStandardOutput::print(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stdout);

@@ -34,11 +34,17 @@ TclList::~TclList() {
   }
 }
 
-std::string_view TclList::text(int index) const { return textOf(element(index)); }
+std::string_view TclList::text(int index) const {
+  return textOf(element(index));
+}
 
-Tcl_Obj* TclList::element(int index) const { return index >= 0 && index < count_ ? elements_[index] : nullptr; }
+Tcl_Obj* TclList::element(int index) const {
+  return index >= 0 && index < count_ ? elements_[index] : nullptr;
+}
 
-std::string_view Arguments::text(int position) const { return textOf(object(position)); }
+std::string_view Arguments::text(int position) const {
+  return textOf(object(position));
+}
 
 Tcl_Obj* Arguments::object(int position) const {
   return position >= 0 && position < count_ ? objects_[position] : nullptr;

@@ -4,9 +4,13 @@
 
 namespace vernoxa {
 
-TclScriptHost::TclScriptHost(Tcl_Interp* interp) : interp_(interp) { Tcl_Preserve(interp_); }
+TclScriptHost::TclScriptHost(Tcl_Interp* interp) : interp_(interp) {
+  Tcl_Preserve(interp_);
+}
 
-TclScriptHost::~TclScriptHost() { Tcl_Release(interp_); }
+TclScriptHost::~TclScriptHost() {
+  Tcl_Release(interp_);
+}
 
 Evaluation TclScriptHost::evaluate(const std::string& script) {
   if (Tcl_InterpDeleted(interp_) != 0) {

@@ -6,9 +6,13 @@
 namespace vernoxa {
 namespace {
 
-unsigned byteAt(std::string_view text, std::size_t index) { return static_cast<unsigned char>(text[index]); }
+unsigned byteAt(std::string_view text, std::size_t index) {
+  return static_cast<unsigned char>(text[index]);
+}
 
-bool isContinuation(std::string_view text, std::size_t index) { return (byteAt(text, index) & 0xC0U) == 0x80U; }
+bool isContinuation(std::string_view text, std::size_t index) {
+  return (byteAt(text, index) & 0xC0U) == 0x80U;
+}
 
 // Length of the well-formed sequence that starts at `index`, 0 when it is none (table 3-7 of the Unicode standard).
 std::size_t sequenceLength(std::string_view text, std::size_t index) {
@@ -75,9 +79,13 @@ bool hasNonAscii(std::string_view text) {
          std::any_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
 }
 
-bool isValidUtf8(std::string_view text) { return scanUtf8(text).valid; }
+bool isValidUtf8(std::string_view text) {
+  return scanUtf8(text).valid;
+}
 
-bool isUtf8WithThreeByteSequence(std::string_view text) { return scanUtf8(text).threeBytes; }
+bool isUtf8WithThreeByteSequence(std::string_view text) {
+  return scanUtf8(text).threeBytes;
+}
 
 std::vector<std::string> splitFields(std::string_view text, char separator) {
   std::vector<std::string> fields;
@@ -131,7 +139,9 @@ std::string replaceInCodePage(std::string_view text, char character, std::string
   return result;
 }
 
-std::string doubleBackslashes(std::string_view text) { return replaceAll(text, "\\", "\\\\"); }
+std::string doubleBackslashes(std::string_view text) {
+  return replaceAll(text, "\\", "\\\\");
+}
 
 std::string withoutLastComponent(std::string_view path) {
   std::size_t last = std::string_view::npos;

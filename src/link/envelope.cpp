@@ -21,7 +21,9 @@ std::optional<std::string> commandOf(JsonView message, StandardOutput& output) {
   return std::string(*command);
 }
 
-void printMissingValue(StandardOutput& output) { output.print("not value\n"); }
+void printMissingValue(StandardOutput& output) {
+  output.print("not value\n");
+}
 
 std::optional<std::string> errorReply(std::string_view errorText, const std::string& request, StandardOutput& output) {
   const Json message = parseMessage(request, output);

@@ -18,6 +18,8 @@ FrameHeader frameHeaderFor(std::size_t payloadBytes);
 std::uint32_t payloadBytesOf(const FrameHeader& header);
 
 // Only the low 16 bits of the length count when a payload is read: a limit of the format that both ends keep to.
-constexpr std::uint16_t countedBytes(std::uint32_t payloadBytes) { return static_cast<std::uint16_t>(payloadBytes); }
+constexpr std::uint16_t countedBytes(std::uint32_t payloadBytes) {
+  return static_cast<std::uint16_t>(payloadBytes);
+}
 
 }  // namespace vernoxa

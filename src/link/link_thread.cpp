@@ -33,9 +33,13 @@ Json command(std::string_view name) {
   return request;
 }
 
-bool succeeded(const Json& reply) { return reply.member("Result").text() == "0"; }
+bool succeeded(const Json& reply) {
+  return reply.member("Result").text() == "0";
+}
 
-std::string textOrEmpty(JsonView value) { return std::string(value.text().value_or(std::string_view())); }
+std::string textOrEmpty(JsonView value) {
+  return std::string(value.text().value_or(std::string_view()));
+}
 
 }  // namespace
 

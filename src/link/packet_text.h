@@ -19,7 +19,8 @@ std::string packetTextOf(std::string_view message);
 DecodedPacket messageOf(std::string_view packetText);
 
 // The same with entries in the traffic log and message boxes, as the packet doors and senders use them. 0 or -1.
-// A failure (a fault in the text, memory) shows "发送的数据异常" or "接收的数据异常" and leaves the output as far as built.
+// A failure (a fault in the text, memory) shows "发送的数据异常" or "接收的数据异常" and leaves the output as far as
+// built.
 int encodePacket(const Services& services, std::string_view message, std::string& packetText);
 int decodePacket(const Services& services, std::string_view packetText, std::string& message);
 

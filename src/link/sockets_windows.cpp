@@ -1,7 +1,7 @@
 #include "link/sockets_windows.h"
 
-#include <winsock2.h>
 #include <windows.h>
+#include <winsock2.h>
 
 #include <cerrno>
 
@@ -12,7 +12,9 @@ void WindowsSockets::startUp() {
   WSAStartup(MAKEWORD(2, 2), &data);
 }
 
-void WindowsSockets::cleanUp() { WSACleanup(); }
+void WindowsSockets::cleanUp() {
+  WSACleanup();
+}
 
 std::optional<Sockets::Handle> WindowsSockets::open() {
   const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
@@ -44,10 +46,16 @@ bool WindowsSockets::waitReadable(Handle socket, std::chrono::milliseconds limit
   return ::select(0, &readable, nullptr, nullptr, &timeout) > 0;
 }
 
-void WindowsSockets::shutDown(Handle socket) { ::shutdown(socket, SD_BOTH); }
+void WindowsSockets::shutDown(Handle socket) {
+  ::shutdown(socket, SD_BOTH);
+}
 
-void WindowsSockets::close(Handle socket) { ::closesocket(socket); }
+void WindowsSockets::close(Handle socket) {
+  ::closesocket(socket);
+}
 
-int WindowsSockets::lastErrorNumber() { return errno; }
+int WindowsSockets::lastErrorNumber() {
+  return errno;
+}
 
 }  // namespace vernoxa

@@ -57,6 +57,8 @@ void registerAll(Tcl_Interp* interp, std::index_sequence<indexes...>) {
 
 }  // namespace
 
-void registerCommands(Tcl_Interp* interp) { registerAll(interp, std::make_index_sequence<commandCount>()); }
+void registerCommands(Tcl_Interp* interp) {
+  registerAll(interp, std::make_index_sequence<commandCount>());
+}
 
 }  // namespace vernoxa

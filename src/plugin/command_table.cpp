@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "bom/bom_commands.h"
 #include "commands/packet_door.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
@@ -22,6 +23,7 @@ template <auto command>
 constexpr CommandFunction run = &Run<command>::call;
 
 constexpr const char* linkFile = "link/file_status_commands.cpp";
+constexpr const char* bomFile = "bom/bom_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
 constexpr CommandFunction notYet = nullptr;
@@ -34,13 +36,13 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"ReadOpenPath",           run<readOpenPath>,           "path", "Answers the packet text that reports an opened design.", linkFile, "", nullptr},
   {"sendCloseFile",          run<sendCloseFile>,          "path", "Answers the packet text that reports a closed design.", linkFile, "", nullptr},
   {"serverLinkBreak",        run<serverLinkBreak>,        "", "Notes that the host's connection to the companion broke.", linkFile, "", nullptr},
-  {"tryUpdateBom",           notYet, "", "Asks the companion to refresh its bill of materials.", "", "", nullptr},
-  {"sendAddToBom",           notYet, "parts", "Answers the packet text that reports parts as fitted.", "", "", nullptr},
-  {"sendRemoveFromBom",      notYet, "parts", "Answers the packet text that reports parts as not fitted.", "", "", nullptr},
+  {"tryUpdateBom",           run<tryUpdateBom>, "", "Asks the companion to refresh its bill of materials.", bomFile, "", nullptr},
+  {"sendAddToBom",           run<sendAddToBom>, "parts", "Answers the packet text that reports parts as fitted.", bomFile, "", nullptr},
+  {"sendRemoveFromBom",      run<sendRemoveFromBom>, "parts", "Answers the packet text that reports parts as not fitted.", bomFile, "", nullptr},
   {"getOpenFileCount",       run<getOpenFileCount>,       "", "Answers the number of open designs.", linkFile, "0", nullptr},
   {"getGenerateGuid",        run<getGenerateGuid>,        "", "Answers a new GUID.", smallFile, "", nullptr},
   {"outputWarming",          run<outputWarming>,          "", "Tells the user to select a part first.", smallFile, "", nullptr},
-  {"selectAddOrRemoveFromBom", notYet, "", "Tells the host's script to go on.", "", "", nullptr},
+  {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, "", "Tells the host's script to go on.", bomFile, "1", nullptr},
   {"sendSaveFile",           run<sendSaveFile>,           "path", "Answers the packet text that reports a saved design.", linkFile, "1", nullptr},
   {"addToPageList",          notYet, "record", "Adds one object of a page to the drawing.", "", "", nullptr},
   {"addToLibList",           notYet, "record", "Adds one record of a library symbol to the drawing.", "", "", nullptr},
@@ -93,6 +95,8 @@ static_assert(namesDiffer());
 
 }  // namespace
 
-const std::array<CommandRow, commandCount>& commandTable() { return table; }
+const std::array<CommandRow, commandCount>& commandTable() {
+  return table;
+}
 
 }  // namespace vernoxa

@@ -35,7 +35,8 @@ PlugIn& processPlugIn() {
   static PlugIn* const plugIn = [] {
     World world = realWorld();
     const std::string path = modulePath();
-    return new PlugIn{world, path, Logs(world.clock, world.files, directoriesOf(path).pluginFolder), nullptr, startLinkThread};
+    return new PlugIn{world, path, Logs(world.clock, world.files, directoriesOf(path).pluginFolder), nullptr,
+                      startLinkThread};
   }();
   return *plugIn;
 }
@@ -60,6 +61,8 @@ int Vernoxa_Init(Tcl_Interp* interp) {
   return TCL_OK;
 }
 
-int Vernoxa_Unload() { return 0; }
+int Vernoxa_Unload() {
+  return 0;
+}
 
 }  // extern "C"

@@ -7,8 +7,12 @@ PlugIn* active = nullptr;
 
 }  // namespace
 
-PlugIn* activePlugIn() { return active; }
+PlugIn* activePlugIn() {
+  return active;
+}
 
-void setActivePlugIn(PlugIn* plugIn) { active = plugIn; }
+void setActivePlugIn(PlugIn* plugIn) {
+  active = plugIn;
+}
 
 }  // namespace vernoxa

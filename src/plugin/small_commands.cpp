@@ -45,7 +45,9 @@ CommandResult execTool(CommandCall&, Services& services, const Directories& dire
   return {};
 }
 
-CommandResult getGenerateGuid(CommandCall&, Services& services) { return {guidText(services.world.guids)}; }
+CommandResult getGenerateGuid(CommandCall&, Services& services) {
+  return {guidText(services.world.guids)};
+}
 
 CommandResult outputWarming(CommandCall&, Services& services) {
   services.world.messages.show("请先选中器件", MessageIcon::information);

@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::string_view script =
     "proc LoadAction { } {\r\n"
-    "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" \"Schematic\"\r\n"
+    "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" "
+    "\"Schematic\"\r\n"
     "\treturn\r\n"
     "}\r\n"
     "proc unloadAction { } {\r\n"
@@ -63,7 +64,9 @@ void applyConfiguration(PlugIn& plugIn) {
 
 }  // namespace
 
-std::string_view startUpScript() { return script; }
+std::string_view startUpScript() {
+  return script;
+}
 
 void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
   setActivePlugIn(&plugIn);

@@ -1,0 +1,22 @@
+// The bill of materials of a design, made by the host and read from its three lists.
+#pragma once
+
+#include <string>
+
+#include "core/json.h"
+
+namespace vernoxa {
+
+class ScriptHost;
+struct Services;
+
+// Has the host make the bill. UTF-8 texts; the path keeps its backslashes as Tcl reads them between quotes, the keys
+// are property names. True when Tcl's status was TCL_OK.
+bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::string& partNumberKey,
+                        const std::string& partNameKey);
+
+// An object with the arrays "Stick", "NotStick" and "NotPartNumber". An element that is too short shows
+// "BOM读取出错" once and ends the reading; what was gathered stays.
+Json readBomLists(ScriptHost& host, const Services& services);
+
+}  // namespace vernoxa

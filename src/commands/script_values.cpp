@@ -1,0 +1,31 @@
+#include "commands/script_values.h"
+
+#include "core/code_page.h"
+#include "core/script_host.h"
+#include "core/services.h"
+#include "core/text.h"
+
+namespace vernoxa {
+
+std::string scriptValue(const Request& request, HandlerContext& context, std::string_view member) {
+  return context.services.text.scriptValue(request.text(member));
+}
+
+std::string projectPath(const Request& request, HandlerContext& context) {
+  return scriptValue(request, context, "ProjectPath");
+}
+
+std::string doubledOnce(const std::string& path) {
+  return path.find("\\\\") != std::string::npos ? path : doubleBackslashes(path);
+}
+
+std::string replyValue(HandlerContext& context, const std::string& result) {
+  return context.services.text.messageText(result);
+}
+
+Outcome doneOrFailure(HandlerContext& context, const std::string& script) {
+  const Evaluation answer = context.host.evaluate(script);
+  return answer.text == "1" ? Outcome::success() : Outcome::failure(replyValue(context, answer.text));
+}
+
+}  // namespace vernoxa

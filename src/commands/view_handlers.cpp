@@ -1,0 +1,85 @@
+#include "commands/companion_handlers.h"
+#include "commands/script_values.h"
+#include "core/code_page.h"
+#include "core/script_host.h"
+#include "core/script_text.h"
+#include "core/services.h"
+#include "core/user_messages.h"
+#include "core/world.h"
+
+namespace vernoxa {
+namespace {
+
+// A project is a list of its path and its page names.
+Json openProject(const std::vector<std::string>& parts, HandlerContext& context) {
+  Json project = Json::object();
+  project.add("ProjectPath", parts.empty() ? std::string() : replyValue(context, parts.front()));
+  const JsonView pages = project.add("Pages", Json::array());
+  for (std::size_t index = 1; index < parts.size(); ++index) {
+    project.appendTo(pages, Json::string(replyValue(context, parts[index])));
+  }
+  return project;
+}
+
+// The host's own answer does not change the result, only the text beside it.
+Outcome placeWith(const char* procedure, const Request& request, HandlerContext& context) {
+  const std::string script = std::string(procedure) + " " + std::to_string(request.number("Type")) + " {}";
+  const std::string answer = context.host.evaluate(script).text;
+  Json data = Json::object();
+  data.add("ErrInfo", answer == "1" ? std::string() : replyValue(context, answer));
+  return Outcome::success(std::move(data));
+}
+
+Outcome exportDrawing(const Request& request, HandlerContext& context) {
+  const std::string path = projectPath(request, context);
+  const Evaluation answer = context.host.evaluateJoined(ScriptText("convertToSVG").joined(path).text(),
+                                                        ScriptText("convertToSVG ").quoted(path).text());
+  if (!answer.ok || answer.text.empty()) {
+    return Outcome::failure(replyValue(context, answer.text), repliedItself);
+  }
+  const std::string folder = context.services.state.link.baseDirectory() + "\\Cache\\Output";
+  Outcome outcome = Outcome::success();
+  outcome.reply->data.add("SVGPath", folder);
+  outcome.reply->data.add("PreviewPic", folder + "\\Preview.bmp");
+  outcome.reply->errInfo = "";
+  return outcome;
+}
+
+}  // namespace
+
+Outcome getActiveProPages(const Request&, HandlerContext& context) {
+  const Evaluation answer = context.host.evaluate("GetActiveProPages");
+  const auto projects = answer.ok ? context.host.splitList(answer.text) : std::vector<std::string>();
+  Outcome outcome = Outcome::success();
+  Json& data = outcome.reply->data;
+  if (projects.empty()) {
+    data.add("ErrInfo", replyValue(context, answer.text));
+    outcome.reply->result = "1";
+    return outcome;
+  }
+  data.add("ErrInfo", "");
+  const JsonView open = data.add("Open", Json::array());
+  for (const std::string& project : projects) {
+    data.appendTo(open, openProject(context.host.splitList(project), context));
+  }
+  return outcome;
+}
+
+Outcome setPlacePortType(const Request& request, HandlerContext& context) {
+  return placeWith("KX_PlaceWirePort", request, context);
+}
+
+Outcome setPlaceOffpageType(const Request& request, HandlerContext& context) {
+  return placeWith("KX_PlaceWireOffPage", request, context);
+}
+
+Outcome createSvg(const Request& request, HandlerContext& context) {
+  try {
+    return exportDrawing(request, context);
+  } catch (...) {
+    context.services.world.messages.show("处理失败", MessageIcon::none);
+    return {stoppedEarly, std::nullopt};
+  }
+}
+
+}  // namespace vernoxa
