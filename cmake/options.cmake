@@ -11,6 +11,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(WIN32)
   target_compile_definitions(vernoxa_options INTERFACE
-    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
+    WIN32_LEAN_AND_MEAN NOMINMAX
     WINVER=0x0601 _WIN32_WINNT=0x0601)  # Windows 7 and later, see sdkddkver.h
 endif()

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <windows.h>
-#include <winsock2.h>
 
 #include <utility>
 

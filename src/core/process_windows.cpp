@@ -1,7 +1,6 @@
 #include "core/process_windows.h"
 
 #include <windows.h>
-#include <winsock2.h>
 
 #include <process.h>
 #include <shellapi.h>

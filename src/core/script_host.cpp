@@ -8,8 +8,8 @@ Evaluation ScriptHost::evaluateJoined(const std::string& joined, const std::stri
 }
 
 bool ScriptHost::isOldHost() {
-  const std::string version = evaluate("GetProductVersion").text;
-  return version == "16.3" || version == "16.5";
+  const Evaluation version = evaluate("GetProductVersion");
+  return version.text == "16.3" || version.text == "16.5";
 }
 
 }  // namespace vernoxa

@@ -1,7 +1,6 @@
 #include "core/system_windows.h"
 
 #include <windows.h>
-#include <winsock2.h>
 
 #include <objbase.h>
 
