@@ -5,6 +5,7 @@ On a terminal in colour; elsewhere as plain lines, each beginning with who speak
 
 from __future__ import annotations
 
+import collections
 import sys
 from typing import Iterable
 
@@ -37,12 +38,14 @@ class View:
 
     def __init__(self, colour: bool | None = None):
         self.colour = sys.stdout.isatty() if colour is None else colour
+        self.last_lines: dict[str, collections.deque[str]] = collections.defaultdict(lambda: collections.deque(maxlen=12))
         if self.colour:
             self._console = Console(force_terminal=True, highlight=False)
         else:
             self._console = Console(force_terminal=False, color_system=None, highlight=False, width=PLAIN_WIDTH)
 
     def line(self, speaker: str, text: str | Text, style: str = "") -> None:
+        self.last_lines[speaker].append(str(text))
         if self.colour:
             start = Text(f"{speaker:>9} ", style="bold cyan" if speaker == "companion" else "bold magenta")
             self._console.print(start + (text if isinstance(text, Text) else Text(text, style=style)), soft_wrap=True)
@@ -166,13 +169,14 @@ def tables_of(view: View, message: Message, answers: Answers) -> list[Table]:
 
 
 def bom_table(view: View, lists: dict, title: str) -> Table:
+    """Parts without a part number are in a list of their own, and in that of their state too: they are shown once."""
     table = view.new_table(title.removesuffix(REPLY_SUFFIX), "State", *BOM_LINE)
-    rows = [
-        [state, *(str(line.get(key, "")) for key in BOM_LINE)]
-        for name, state in BOM_STATES.items()
-        for line in lists.get(name, [])
-    ]
-    add_rows(table, rows)
+    rows: dict[str, list[str]] = {}
+    for name, state in BOM_STATES.items():
+        for line in lists.get(name, []):
+            rows.setdefault(str(line["PartRef"]), [state, *(str(line[key]) for key in BOM_LINE)])
+    # Those not fitted come first, since the rest may not be shown to the end.
+    add_rows(table, sorted(rows.values(), key=lambda row: row[0] != BOM_STATES["NotStick"]))
     counts = ", ".join(f"{len(lists[name])} {state}" for name, state in BOM_STATES.items() if name in lists)
     table.title = escape(f"{table.title}: {counts}")
     return table

@@ -1,0 +1,81 @@
+"""What happens in the demo, act by act."""
+
+from __future__ import annotations
+
+from companion import paths
+from companion.answers import references_of
+
+from .scene import Missing, Scene
+
+# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks.
+LINK_SECONDS = 60
+
+
+async def design_becomes_known(scene: Scene, name: str) -> None:
+    """A design is opened; the companion learns its name and pins and answers; the plug-in takes the answer in."""
+    event = await scene.hear(
+        f"{paths.name_of(name)} was opened", "FileStatus", LINK_SECONDS, Status="Open", FileName=name
+    )
+    pins = event.message.data["PinCount"]
+    if not (pins.isdecimal() and int(pins) > 0):
+        raise Missing(f'a number of pins, not "{pins}"')
+    scene.note_fact("design", name)
+    scene.note_fact("pins", pins)
+    await scene.until(
+        "the companion's answer is in the plug-in's traffic log",
+        lambda: '"FileStatus_EndResult"' in scene.installation.traffic(),
+        20,
+    )
+
+
+async def link_thread_reports(scene: Scene, name: str) -> None:
+    """The plug-in's own thread asks the host every ten seconds and finds the design without being told."""
+    await scene.hear(
+        "the link thread found the open design too",
+        "FileStatus",
+        LINK_SECONDS,
+        count=2,
+        Status="Open",
+        FileName=name,
+    )
+
+
+async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
+    """Pages, BOM, a part marked not fitted and found so in the next BOM, a jump. `value` is one that a part must have."""
+    title = paths.name_of(name)
+    data = await scene.ask("the open designs and their pages", "GetActiveProPages")
+    pages = {project["ProjectPath"]: project["Pages"] for project in data["Open"]}
+    if not pages.get(name):
+        raise Missing(f"the pages of {title}, among {', '.join(pages) or 'none'}")
+    scene.note_fact("pages", f"{len(pages[name])}: {', '.join(pages[name])}")
+
+    bom = await scene.ask(f"the BOM of {title}", "GenerateBOM", ProjectPath=name)
+    fitted = _references(bom["Stick"])
+    if not fitted:
+        raise Missing("a fitted part in the BOM")
+    if value and value not in {line["Value"] for lines in bom.values() for line in lines}:
+        raise Missing(f"a part with the value {value}")
+    scene.note_fact("parts", f"{len(fitted)} fitted, {len(_references(bom['NotStick']))} not fitted")
+
+    part = next((reference for reference in fitted if reference.startswith("R")), fitted[0])
+    await scene.ask(f"{part} is marked not fitted", "SetToNotStick", ProjectPath=name, item=[{"PartRef": part}])
+    bom = await scene.ask(f"the next BOM of {title}", "GenerateBOM", ProjectPath=name)
+    if part not in _references(bom["NotStick"]) or part in _references(bom["Stick"]):
+        raise Missing(f"{part} among the parts that are not fitted")
+    scene.say(f"seen: {part} is not fitted now", "bold green")
+    await scene.ask(f"a jump to {part}", "JumpToPartRef", ProjectPath=name, PartRef=part)
+
+
+async def editor_closes(scene: Scene, name: str) -> None:
+    await scene.ask("the editor is asked to close", "CloseOrcad")
+    await scene.hear(f"{paths.name_of(name)} was closed", "FileStatus", 20, Status="Close", FileName=name)
+    status = await scene.host.ended(20)
+    if status is None:
+        raise Missing("the host's end")
+    if status != 0:
+        raise Missing(f"a tidy end of the host, which ended with {status}")
+    scene.say("seen: the host ended tidily", "bold green")
+
+
+def _references(lines: list[dict]) -> list[str]:
+    return [reference for line in lines for reference in references_of(line)]

@@ -1,0 +1,53 @@
+"""A folder as the plug-in is installed in, made for one run, and the designs' folders beside it."""
+
+from __future__ import annotations
+
+import json
+import pathlib
+import shutil
+import tempfile
+
+from companion import paths
+
+# The plug-in asks for the path of its own module with room for so many characters, the ending zero included.
+LONGEST_MODULE_PATH = 99
+
+
+class NotUsable(RuntimeError):
+    """The run cannot begin; the text says why."""
+
+
+class Installation:
+    """`root` holds everything that a run writes; it is removed by `remove`."""
+
+    def __init__(self, module: pathlib.Path):
+        if not module.is_file():
+            raise NotUsable(f"{module} is not there: ./dev build makes it")
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="vernoxa-"))
+        plug_in = self.root / "plug-in"
+        for folder in ("bin", "Config", "Script/Log", "Cache"):
+            (plug_in / folder).mkdir(parents=True)
+        self.module = plug_in / "bin" / "Vernoxa64.dll"
+        if len(paths.to_windows(self.module)) > LONGEST_MODULE_PATH:
+            self.remove()
+            raise NotUsable(f"the path of {self.module} is too long for the plug-in; set TMPDIR to a shorter folder")
+        shutil.copyfile(module, self.module)
+        configuration = {"AlgMenuLang": "CN", "StartWithCadence": "0"}
+        (plug_in / "Config" / "App.txt").write_text(json.dumps(configuration), encoding="ascii")
+        # The traffic log is kept only where this folder exists. The names differ in case; Wine finds either.
+        self._log_folder = plug_in / "Script" / "Log"
+        self.host_state = self.root / "host"
+        self.host_state.mkdir()
+
+    def add_design_folder(self, name: str) -> pathlib.Path:
+        folder = self.root / name
+        folder.mkdir()
+        return folder
+
+    def traffic(self) -> str:
+        """The plug-in's traffic log so far."""
+        logs = [path for path in self._log_folder.iterdir() if path.name.lower() == "schlog.txt"]
+        return "".join(path.read_bytes().decode("gbk", "replace") for path in logs)
+
+    def remove(self) -> None:
+        shutil.rmtree(self.root, ignore_errors=True)

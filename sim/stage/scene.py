@@ -1,0 +1,136 @@
+"""What is seen in a scene: steps with a limit each, a summary at the end, and what was missing when one failed."""
+
+from __future__ import annotations
+
+import asyncio
+import time
+from typing import Awaitable, Callable, TypeVar
+
+from companion.answers import Answers
+from companion.record import Recorder
+from companion.server import FAULT, RECEIVED, SENT, Companion, Event
+from companion.view import ConversationView, View, add_rows
+
+from .host import Host
+from .installation import Installation
+
+T = TypeVar("T")
+
+
+class Missing(RuntimeError):
+    """Something expected was not seen; the text says what."""
+
+
+class Scene:
+    """The companion, the host between start and end, and everything that they said."""
+
+    def __init__(self, view: View, installation: Installation, record: str | None = None):
+        self.view = view
+        self.installation = installation
+        self.answers = Answers(modules_folder=installation.root / "modules")
+        self.companion = Companion(self.answers)
+        self.companion.listeners.append(ConversationView(view, self.answers))
+        self.facts: list[tuple[str, str]] = []
+        self.host: Host | None = None
+        self._began = time.monotonic()
+        self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
+        if self._record:
+            self.companion.listeners.append(Recorder(self._record))
+
+    async def begin(self, command: list[str]) -> None:
+        await self.companion.start()
+        self.say(f"the companion listens on port {self.companion.port}; the host starts")
+        self.host = Host(command, lambda line: self.view.line("host", line))
+        await self.host.start()
+
+    async def end(self) -> None:
+        if self.host:
+            await self.host.stop()
+        await self.companion.stop()
+        if self._record:
+            self._record.close()
+
+    def say(self, text: str, style: str = "bold") -> None:
+        self.view.line("demo", text, style)
+
+    def note_fact(self, name: str, value: object) -> None:
+        self.facts.append((name, str(value)))
+
+    async def step(self, what: str, work: Awaitable[T], seconds: float) -> T:
+        """Says when it was seen. Raises Missing when it was not seen in time, or when the host ended before."""
+        working = asyncio.ensure_future(work)
+        over = asyncio.ensure_future(self.host.ended(seconds))
+        await asyncio.wait({working, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
+        over.cancel()
+        if not working.done():
+            working.cancel()
+            status = over.result() if over.done() and not over.cancelled() else None
+            reason = f"within {seconds:g} s" if status is None else f"before the host ended with {status}"
+            raise Missing(f"{what}: not seen {reason}")
+        try:
+            result = working.result()
+        except Missing as error:
+            raise Missing(f"{what}: {error}") from error
+        except (TimeoutError, RuntimeError) as error:
+            raise Missing(f"{what}: {error or 'not seen in time'}") from error
+        self.say(f"seen: {what}", "bold green")
+        return result
+
+    async def hear(self, what: str, command: str, seconds: float, count: int = 1, **data: str) -> Event:
+        """The count-th such message of the plug-in, from the beginning."""
+
+        def wanted(event: Event) -> bool:
+            return event.is_message(command, **data)
+
+        async def listen() -> Event:
+            since = 0
+            for _ in range(count):
+                event = await self.companion.wait_for(wanted, seconds, since)
+                since = self.companion.events.index(event) + 1
+            return event
+
+        return await self.step(what, listen(), seconds)
+
+    async def until(self, what: str, holds: Callable[[], bool], seconds: float) -> None:
+        """For what can only be looked at: a file, a log."""
+
+        async def look() -> None:
+            while not holds():
+                await asyncio.sleep(0.2)
+
+        await self.step(what, look(), seconds)
+
+    async def ask(self, what: str, command: str, seconds: float = 20, **data: object) -> dict:
+        """The "Data" of a successful reply."""
+
+        async def work() -> dict:
+            reply = await self.companion.ask(command, data, seconds)
+            if reply is None:
+                return {}
+            if not reply.succeeded:
+                raise Missing(f'answered with failure, "{reply.error}"')
+            return reply.data
+
+        return await self.step(what, work(), seconds + 1)
+
+    def summarise(self) -> None:
+        events = self.companion.events
+        self.note_fact("messages", f"{self._count(RECEIVED)} from the plug-in, {self._count(SENT)} to it")
+        self.note_fact("faults seen", self.companion.faults)
+        self.note_fact("time", f"{time.monotonic() - self._began:.0f} s")
+        for fault in (event for event in events if event.kind == FAULT):
+            self.note_fact(f"fault at {fault.seconds:.1f} s", fault.text)
+        table = self.view.new_table("summary", "What", "Seen")
+        add_rows(table, self.facts, len(self.facts))
+        self.view.table("demo", table)
+
+    def _count(self, kind: str) -> int:
+        return sum(event.kind == kind for event in self.companion.events)
+
+    def complain(self, error: Missing) -> None:
+        self.say(f"missing: {error}", "bold red")
+        for speaker in ("host", "companion"):
+            lines = list(self.view.last_lines[speaker])
+            self.say(f"the last lines of the {speaker}:" if lines else f"the {speaker} said nothing", "bold red")
+            for line in lines:
+                self.say(f"  {line}", "")
