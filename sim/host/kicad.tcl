@@ -1,0 +1,56 @@
+# Reads a KiCad schematic with all its sheets into a plain in-memory design.
+#
+#   kicad::load PATH.kicad_sch  ->  design (a dict); an unreadable file is a Tcl error
+#
+# Units and axes: every coordinate is a whole number of mils (1/1000 inch) with y pointing down,
+# on pages and inside library symbols alike. Angles are degrees counter-clockwise as seen.
+# Texts are Tcl strings; the files are UTF-8.
+#
+# design   file      the root schematic, normalised
+#          title     dict: title date rev company comments
+#          pages     dict: page name -> page; the root page first, then in page-number order
+#          parts     dict: part id -> part; one entry for each placed unit on each page; the id is
+#                    the sheets' and the symbol's UUIDs, so it is the same at the next load
+#          symbols   dict: symbol name -> symbol
+#          nets      dict: net name -> list of {partId pinNumber}
+#
+# page     name       the sheet's own name, prefixed with its parents' below the second level
+#          schematic  base name of the file that the page shows; two pages may share it
+#          paper width height title
+#          wires, buses      list of {x1 y1 x2 y2}
+#          entries           list of {x y dx dy}
+#          junctions, noConnects  list of {x y}
+#          wireNets  the net name of each wire, in the order of wires
+#          labels    list of dicts: kind (label, global, hierarchical) text x y rotation shape size
+#          texts     list of dicts: text x y rotation size
+#          lines     list of point lists {x1 y1 x2 y2 ...}
+#          sheets    list of dicts: name file page x y width height pins (name type x y rotation)
+#          parts     ids of the parts on the page
+#
+# part     id page reference value footprint symbol unit style x y rotation mirror ("", x or y)
+#          properties  dict: name -> value, Reference and Value included
+#          texts       dict: property name -> {x y rotation size hidden}
+#          power       1 for a symbol that only names a net (supply, ground, flag)
+#          inBom fitted
+#          pins        list of dicts: number name type shape hidden x y (connection point)
+#                      bodyX bodyY (where the pin meets the body) noConnect net
+#
+# symbol   name power inBom pinNamesHidden pinNumbersHidden
+#          graphics    dict: {unit style} -> list of shapes; unit 0 and style 0 mean every one
+#          pins        dict: {unit style} -> list of pins in symbol coordinates
+# shape    rectangle {x1 y1 x2 y2 fill} | circle {x y r fill} | polyline {points fill}
+#          arc {x1 y1 xMiddle yMiddle x2 y2 fill} | bezier {points fill}
+#          text {text x y rotation size}
+
+namespace eval ::kicad {
+    variable folder [file join [file dirname [file normalize [info script]]] kicad]
+}
+foreach topic {sexpr symbols parts sheets connectivity} {
+    source -encoding utf-8 [file join $::kicad::folder $topic.tcl]
+}
+unset topic
+
+proc ::kicad::load {path} {
+    set design [readSheets [file normalize $path]]
+    return [connect $design]
+}

@@ -1,0 +1,281 @@
+# Nets: everything that wires, junctions, labels, sheet pins and supply symbols join.
+#
+# A node is a text: "W page x y" a point of a wire or a pin, "B page x y" a point of a bus,
+# "L page name" a label, "H page name" a sheet's port seen from inside, "G name" a global name.
+# Nodes that are joined end up under one root.
+
+namespace eval ::kicad {
+    variable parent
+}
+
+proc ::kicad::rootOf {node} {
+    variable parent
+    if {![info exists parent($node)]} {
+        set parent($node) $node
+        return $node
+    }
+    while {$parent($node) ne $node} {
+        set parent($node) $parent($parent($node))
+        set node $parent($node)
+    }
+    return $node
+}
+
+proc ::kicad::join2 {first second} {
+    variable parent
+    set first [rootOf $first]
+    set second [rootOf $second]
+    if {$first ne $second} {
+        set parent($second) $first
+    }
+}
+
+proc ::kicad::connect {design} {
+    variable parent
+    array unset parent
+    set numberOf {}
+    set number 0
+    dict for {name page} [dict get $design pages] {
+        dict set numberOf $name [incr number]
+    }
+    dict for {name page} [dict get $design pages] {
+        connectPage $page [dict get $numberOf $name] $numberOf
+    }
+    foreach part [dict values [dict get $design parts]] {
+        connectPins $part [dict get $numberOf [dict get $part page]]
+    }
+    set design [nameNets $design $numberOf]
+    array unset parent
+    return $design
+}
+
+# Joins both ends of each line and gives an index for finding the lines through a point.
+proc ::kicad::joinLines {lines letter number} {
+    set index [dict create across {} down {} slanted {}]
+    foreach line $lines {
+        lassign $line x1 y1 x2 y2
+        set node "$letter $number $x1 $y1"
+        join2 $node "$letter $number $x2 $y2"
+        if {$y1 == $y2} {
+            dict update index across across {
+                dict lappend across $y1 [list [expr {min($x1, $x2)}] [expr {max($x1, $x2)}] $node]
+            }
+        } elseif {$x1 == $x2} {
+            dict update index down down {
+                dict lappend down $x1 [list [expr {min($y1, $y2)}] [expr {max($y1, $y2)}] $node]
+            }
+        } else {
+            dict lappend index slanted [list $x1 $y1 $x2 $y2 $node]
+        }
+    }
+    return $index
+}
+
+# Nodes of the lines that pass through a point.
+proc ::kicad::linesThrough {index x y} {
+    set nodes {}
+    foreach {direction key along} [list across $y $x down $x $y] {
+        if {[dict exists $index $direction $key]} {
+            foreach line [dict get $index $direction $key] {
+                lassign $line from to node
+                if {$from <= $along && $along <= $to} {
+                    lappend nodes $node
+                }
+            }
+        }
+    }
+    foreach line [dict get $index slanted] {
+        lassign $line x1 y1 x2 y2 node
+        if {($x - $x1) * ($y2 - $y1) == ($y - $y1) * ($x2 - $x1)
+                && min($x1, $x2) <= $x && $x <= max($x1, $x2)} {
+            lappend nodes $node
+        }
+    }
+    return $nodes
+}
+
+# "D[0..7]" -> {0 D0 1 D1 ...}; {} for a name that is no bus.
+proc ::kicad::busMembers {name} {
+    if {![regexp {^(.*)\[(\d{1,4})\.\.(\d{1,4})\]$} $name -> prefix from to]} {
+        return {}
+    }
+    scan "$from $to" "%d %d" from to
+    set members {}
+    for {set i [expr {min($from, $to)}]} {$i <= max($from, $to)} {incr i} {
+        lappend members $i $prefix$i
+    }
+    return $members
+}
+
+proc ::kicad::connectPage {page number numberOf} {
+    set wires [joinLines [dict get $page wires] W $number]
+    set buses [joinLines [dict get $page buses] B $number]
+    foreach junction [dict get $page junctions] {
+        lassign $junction x y
+        foreach {index letter} [list $wires W $buses B] {
+            foreach node [linesThrough $index $x $y] {
+                join2 $node "$letter $number $x $y"
+            }
+        }
+    }
+    # Names on buses are joined member by member once every bus of the page is whole.
+    set onBus {}
+    foreach label [dict get $page labels] {
+        dict with label {
+            set kinds [dict get {
+                label {L} hierarchical {L H} global {G}
+            } $kind]
+            attachName $wires $buses onBus $number $x $y $text $kinds $number
+        }
+    }
+    foreach sheet [dict get $page sheets] {
+        if {[dict get $sheet page] eq ""} {
+            continue
+        }
+        set below [dict get $numberOf [dict get $sheet page]]
+        foreach pin [dict get $sheet pins] {
+            attachName $wires $buses onBus $number [dict get $pin x] [dict get $pin y] \
+                [dict get $pin name] H $below
+        }
+    }
+    joinBusMembers $onBus
+}
+
+# The node of a name of the given kind; global names belong to no page.
+proc ::kicad::nameNode {kind number name} {
+    return [expr {$kind eq "G" ? "G $name" : "$kind $number $name"}]
+}
+
+# Attaches a name to what lies under its point; a bus name is put down in onBus for later.
+proc ::kicad::attachName {wires buses onBusName number x y name kinds nameNumber} {
+    upvar 1 $onBusName onBus
+    set members [busMembers $name]
+    if {$members ne ""} {
+        foreach kind $kinds {
+            lappend onBus [list "B $number $x $y" $kind $nameNumber $members]
+        }
+        foreach node [linesThrough $buses $x $y] {
+            join2 $node "B $number $x $y"
+        }
+        return
+    }
+    foreach kind $kinds {
+        join2 "W $number $x $y" [nameNode $kind $nameNumber $name]
+    }
+    foreach node [linesThrough $wires $x $y] {
+        join2 $node "W $number $x $y"
+    }
+}
+
+proc ::kicad::joinBusMembers {onBus} {
+    set first {}
+    foreach entry $onBus {
+        lassign $entry node kind number members
+        set bus [rootOf $node]
+        foreach {index member} $members {
+            set name [nameNode $kind $number $member]
+            if {[dict exists $first $bus,$index]} {
+                join2 [dict get $first $bus,$index] $name
+            } else {
+                dict set first $bus,$index $name
+            }
+        }
+    }
+}
+
+# A supply symbol's pin, and a hidden supply pin of any part, joins the net of its own name.
+proc ::kicad::connectPins {part number} {
+    foreach pin [dict get $part pins] {
+        set node "W $number [dict get $pin x] [dict get $pin y]"
+        rootOf $node
+        if {[dict get $pin type] eq "power_in"
+                && ([dict get $pin hidden] || [dict get $part power])} {
+            join2 $node "G [dict get $pin name]"
+        }
+    }
+}
+
+# Root node -> name. Global names come first, then labels, those of upper pages before lower ones.
+proc ::kicad::netNames {numberOf} {
+    variable parent
+    set pageOf {}
+    dict for {page number} $numberOf {
+        dict set pageOf $number $page
+    }
+    set candidates {}
+    foreach node [lsort [array names parent]] {
+        if {![regexp {^(?:G (.*)|([LH]) (\d+) (.*))$} $node -> global kind number local]} {
+            continue
+        }
+        if {$kind eq ""} {
+            lappend candidates [list 0 $global [rootOf $node]]
+        } elseif {$number == 1} {
+            lappend candidates [list 1 $local [rootOf $node]]
+        } else {
+            lappend candidates [list 2 [dict get $pageOf $number]/$local [rootOf $node]]
+        }
+    }
+    set names {}
+    set used {}
+    foreach candidate [lsort -index 0 [lsort -dictionary -index 1 $candidates]] {
+        lassign $candidate - name root
+        if {![dict exists $names $root]} {
+            set free $name
+            for {set copy 1} {[dict exists $used $free]} {incr copy} {
+                set free ${name}_$copy
+            }
+            dict set names $root $free
+            dict set used $free 1
+        }
+    }
+    return $names
+}
+
+proc ::kicad::nameNets {design numberOf} {
+    set names [netNames $numberOf]
+    set members {}
+    set noConnect {}
+    dict for {name page} [dict get $design pages] {
+        foreach point [dict get $page noConnects] {
+            dict set noConnect "W [dict get $numberOf $name] $point" 1
+        }
+    }
+    dict for {id part} [dict get $design parts] {
+        foreach pin [dict get $part pins] {
+            set node "W [dict get $numberOf [dict get $part page]] [dict get $pin x] [dict get $pin y]"
+            dict lappend members [rootOf $node] [list $id [dict get $pin number]]
+        }
+    }
+    set unnamed 0
+    dict for {root list} $members {
+        if {![dict exists $names $root] && [llength $list] > 1} {
+            dict set names $root [format N%05d [incr unnamed]]
+        }
+    }
+    set nets {}
+    dict for {id part} [dict get $design parts] {
+        set pins {}
+        foreach pin [dict get $part pins] {
+            set node "W [dict get $numberOf [dict get $part page]] [dict get $pin x] [dict get $pin y]"
+            set root [rootOf $node]
+            set net [expr {[dict exists $names $root] ? [dict get $names $root] : ""}]
+            if {$net ne "" && ![dict get $part power]} {
+                dict lappend nets $net [list $id [dict get $pin number]]
+            }
+            dict set pin net $net
+            dict set pin noConnect [dict exists $noConnect $node]
+            lappend pins $pin
+        }
+        dict set design parts $id pins $pins
+    }
+    dict set design nets $nets
+    dict for {name page} [dict get $design pages] {
+        set wireNets {}
+        foreach wire [dict get $page wires] {
+            set root [rootOf "W [dict get $numberOf $name] [lrange $wire 0 1]"]
+            lappend wireNets [expr {[dict exists $names $root] ? [dict get $names $root] : ""}]
+        }
+        dict set design pages $name wireNets $wireNets
+    }
+    return $design
+}

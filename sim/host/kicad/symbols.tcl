@@ -1,0 +1,122 @@
+# Library symbols: graphics and pins, turned so that y points down like on the page.
+
+proc ::kicad::flipped {flat} {
+    set result {}
+    foreach {x y} $flat {
+        lappend result $x [expr {-$y}]
+    }
+    return $result
+}
+
+proc ::kicad::shapeOf {node} {
+    set fill [value [child $node fill] type none]
+    switch -exact -- [lindex $node 0] {
+        rectangle {
+            set corners [concat [point [child $node start]] [point [child $node end]]]
+            return [list rectangle [concat [flipped $corners] $fill]]
+        }
+        circle {
+            set centre [flipped [point [child $node center]]]
+            return [list circle [concat $centre [mils [value $node radius 0]] $fill]]
+        }
+        polyline - bezier {
+            return [list [lindex $node 0] [list [flipped [points $node]] $fill]]
+        }
+        arc {
+            set flat [concat [point [child $node start]] [point [child $node mid]] \
+                [point [child $node end]]]
+            return [list arc [concat [flipped $flat] $fill]]
+        }
+        text {
+            set at [child $node at]
+            return [list text [concat [list [lindex $node 1]] [flipped [point $at]] \
+                [expr {[lindex $at 3] / 10}] [textSize $node]]]
+        }
+    }
+    return {}
+}
+
+proc ::kicad::pinOf {node} {
+    set at [child $node at]
+    lassign [flipped [point $at]] x y
+    set length [mils [value $node length 0]]
+    switch -exact -- [lindex $at 3] {
+        0   {set bodyX [expr {$x + $length}]; set bodyY $y}
+        90  {set bodyX $x; set bodyY [expr {$y - $length}]}
+        180 {set bodyX [expr {$x - $length}]; set bodyY $y}
+        default {set bodyX $x; set bodyY [expr {$y + $length}]}
+    }
+    set name [value $node name]
+    return [dict create number [value $node number] name [expr {$name eq "~" ? "" : $name}] \
+        type [lindex $node 1] shape [lindex $node 2] hidden [flag $node hide] \
+        x $x y $y bodyX $bodyX bodyY $bodyY]
+}
+
+# The children of a symbol are named NAME_unit_style; 0 stands for every unit or style.
+proc ::kicad::symbolOf {node} {
+    set graphics {}
+    set pins {}
+    foreach body [children $node symbol] {
+        if {![regexp {_(\d+)_(\d+)$} [lindex $body 1] -> unit style]} {
+            continue
+        }
+        set key [list $unit $style]
+        foreach item [lrange $body 2 end] {
+            if {[lindex $item 0] eq "pin"} {
+                dict lappend pins $key [pinOf $item]
+            } elseif {[set shape [shapeOf $item]] ne ""} {
+                dict lappend graphics $key $shape
+            }
+        }
+    }
+    return [dict create name [lindex $node 1] power [expr {[child $node power] ne ""}] \
+        inBom [expr {[value $node in_bom yes] eq "yes"}] \
+        pinNamesHidden [flag [child $node pin_names] hide] \
+        pinNumbersHidden [flag [child $node pin_numbers] hide] \
+        graphics $graphics pins $pins]
+}
+
+# What a placed unit shows: the entries of its own unit and style and of "every one".
+proc ::kicad::partOf {entries unit style} {
+    set result {}
+    dict for {key list} $entries {
+        lassign $key ofUnit ofStyle
+        if {$ofUnit in [list 0 $unit] && $ofStyle in [list 0 $style]} {
+            lappend result {*}$list
+        }
+    }
+    return $result
+}
+
+# The left, top, right and bottom of a unit's body and pins, in symbol coordinates.
+proc ::kicad::boundsOf {symbol unit style} {
+    set xs {}
+    set ys {}
+    foreach shape [partOf [dict get $symbol graphics] $unit $style] {
+        lassign $shape kind data
+        switch -exact -- $kind {
+            rectangle {set flat [lrange $data 0 3]}
+            arc {set flat [lrange $data 0 5]}
+            polyline - bezier {set flat [lindex $data 0]}
+            circle {
+                lassign $data x y radius
+                set flat [list [expr {$x - $radius}] [expr {$y - $radius}] \
+                    [expr {$x + $radius}] [expr {$y + $radius}]]
+            }
+            default {set flat {}}
+        }
+        foreach {x y} $flat {
+            lappend xs $x
+            lappend ys $y
+        }
+    }
+    foreach pin [partOf [dict get $symbol pins] $unit $style] {
+        lappend xs [dict get $pin x] [dict get $pin bodyX]
+        lappend ys [dict get $pin y] [dict get $pin bodyY]
+    }
+    if {$xs eq ""} {
+        return {0 0 0 0}
+    }
+    return [list [tcl::mathfunc::min {*}$xs] [tcl::mathfunc::min {*}$ys] \
+        [tcl::mathfunc::max {*}$xs] [tcl::mathfunc::max {*}$ys]]
+}
