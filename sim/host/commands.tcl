@@ -1,0 +1,87 @@
+# Words for the scripts that drive the host (-commands FILE, or lines on standard input), beside
+# every host procedure and plug-in command:
+#
+#   pause SECONDS            waitLink ?SECONDS?    (until the companion is connected)
+#   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
+#   select REFERENCE ...     action HANDLER        note TEXT            quit
+
+# Only inside a coroutine, which is where scripts run; events go on meanwhile.
+proc pause {seconds} {
+    after [expr {int($seconds * 1000)}] [info coroutine]
+    yield
+}
+
+proc waitLink {{seconds 60}} {
+    for {set tenths 0} {![checkSocketConnect]} {incr tenths} {
+        if {$tenths >= $seconds * 10} {
+            error "no connection to the companion after $seconds s"
+        }
+        pause 0.1
+    }
+}
+
+proc openDesign {schematic {name ""}} {
+    if {$name eq ""} {
+        set name [designs::nameFor $schematic]
+    }
+    return [designs::load $schematic $name]
+}
+
+proc saveDesign {{name ""}} {
+    saveFile [expr {$name eq "" ? [dict get $::pages::active path] : $name}]
+}
+
+proc closeDesign {{name ""}} {
+    designs::close [designs::need [expr {$name eq "" ? [dict get $::pages::active path] : $name}]]
+}
+
+proc select {args} {
+    pages::select $args
+}
+
+proc action {handler} {
+    return [menu::invoke $handler]
+}
+
+proc note {text} {
+    host::log $text
+}
+
+proc quit {} {
+    ::host::finish
+}
+
+namespace eval ::host {}
+
+# Runs a script file; an error in it is logged and ends the host with a failure.
+proc ::host::runScript {file} {
+    set script [kicad::readFile $file]
+    coroutine ::host::script apply {{script} {
+        if {[catch {uplevel #0 $script} result options]} {
+            host::log "script failed: $result"
+            host::finish 1
+        }
+    }} $script
+}
+
+proc ::host::readCommands {} {
+    fconfigure stdin -blocking 0 -encoding utf-8
+    fileevent stdin readable ::host::readCommand
+}
+
+proc ::host::readCommand {} {
+    if {[gets stdin line] < 0} {
+        if {[eof stdin]} {
+            fileevent stdin readable {}
+        }
+        return
+    }
+    if {[string trim $line] ne ""} {
+        coroutine ::host::line[incr ::host::lineCount] apply {{line} {
+            catch {uplevel #0 $line} result
+            if {$result ne ""} {
+                host::log $result
+            }
+        }} $line
+    }
+}

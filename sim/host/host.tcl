@@ -1,0 +1,116 @@
+# A stand-in for the schematic editor: loads the plug-in, opens real schematics and offers the
+# procedures that the plug-in and its scripts call.
+#
+#   tclsh86.exe host.tcl -dll PATH -design FILE.kicad_sch ?-as NAME.dsn? ?options?
+#
+#   -dll PATH       the plug-in; without it the host runs alone
+#   -design FILE    a schematic to open; may come several times
+#   -as NAME        the name of the design before it; else its path, ending in .dsn
+#   -state FOLDER   where saved designs keep what was changed; else it is lost at the end
+#   -seconds N      end after N seconds
+#   -until-told     run until the companion or a command says so; lines on standard input are commands
+#   -commands FILE  a Tcl script to run once the designs are open; see commands.tcl for its words
+#   -with FILE      a Tcl file to read before the plug-in is loaded
+#   -trace          log every call of a host procedure
+#   -serverPort N, -companionPort N   other ports than the fixed ones, for tests
+#
+# Procedures live by topic: link (sockets), menu (actions), designs (open, save, close), pages (what
+# is shown), parts (references, properties), bom, nets, placing.
+
+namespace eval ::host {
+    variable folder [file dirname [file normalize [info script]]]
+    variable finishing 0
+    variable lineCount 0
+}
+foreach topic {log kicad frames link menu designs pages parts bom nets placing commands} {
+    source -encoding utf-8 [file join $::host::folder $topic.tcl]
+}
+unset topic
+
+proc ::host::options {arguments} {
+    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} \
+        trace 0 serverPort 9610 companionPort 9601]
+    while {$arguments ne ""} {
+        set arguments [lassign $arguments option]
+        switch -exact -- $option {
+            -until-told {dict set options untilTold 1; continue}
+            -trace {dict set options trace 1; continue}
+        }
+        if {$arguments eq ""} {
+            error "$option needs a value"
+        }
+        set arguments [lassign $arguments value]
+        switch -exact -- $option {
+            -design {dict lappend options designs [list $value [designs::nameFor $value]]}
+            -as {
+                set designs [dict get $options designs]
+                if {$designs eq ""} {
+                    error "-as stands after its -design"
+                }
+                dict set options designs [lreplace $designs end end \
+                    [list [lindex $designs end 0] $value]]
+            }
+            -with {dict lappend options with $value}
+            -dll - -state - -seconds - -commands - -serverPort - -companionPort {
+                dict set options [string range $option 1 end] $value
+            }
+            default {error "unknown option $option"}
+        }
+    }
+    return $options
+}
+
+proc ::host::start {options} {
+    set ::designs::stateFolder [dict get $options state]
+    set ::link::serverPort [dict get $options serverPort]
+    set ::link::companionPort [dict get $options companionPort]
+    if {[dict get $options trace]} {
+        traceAll
+    }
+    foreach file [dict get $options with] {
+        uplevel #0 [list source -encoding utf-8 $file]
+    }
+    if {[dict get $options dll] ne ""} {
+        load [file nativename [file normalize [dict get $options dll]]] Vernoxa
+        log "plug-in loaded"
+    }
+    foreach design [dict get $options designs] {
+        designs::load {*}$design
+    }
+    if {[dict get $options commands] ne ""} {
+        after 0 [list ::host::runScript [dict get $options commands]]
+    }
+    if {[dict get $options seconds] ne ""} {
+        after [expr {int([dict get $options seconds] * 1000)}] ::host::finish
+    }
+    if {[dict get $options untilTold]} {
+        readCommands
+    }
+}
+
+# Ends as the editor does: its exit event first, then whatever is still open, then the process.
+proc ::host::finish {{code 0}} {
+    variable finishing
+    if {$finishing} {
+        return
+    }
+    set finishing 1
+    if {[menu::invoke exitOpration] eq "no such action"} {
+        exitOpration
+    }
+    link::shut
+    log "end"
+    exit $code
+}
+
+proc ::host::backgroundError {message options} {
+    log "error: $message"
+}
+
+fconfigure stdout -encoding utf-8 -translation lf -buffering line
+interp bgerror {} ::host::backgroundError
+if {[catch {host::start [host::options $argv]} problem]} {
+    host::log "cannot start: $problem"
+    exit 1
+}
+vwait forever

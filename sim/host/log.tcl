@@ -1,0 +1,69 @@
+# What the host says, and how host procedures are defined.
+
+namespace eval ::host {
+    variable tracing 0
+    variable procedures {}
+}
+
+# One plain line on standard output, flushed.
+proc ::host::log {text} {
+    puts stdout "host: [string map {\n { } \r {}} [readable $text]]"
+    flush stdout
+}
+
+# The plug-in hands its start-up script to Tcl as bytes of code page 936, so that Chinese texts
+# arrive with one character a byte; they are put right for reading only.
+proc ::host::readable {text} {
+    if {![regexp {[\u0080-\u00ff]} $text] || [regexp {[^\u0000-\u07ff]} $text]} {
+        return $text
+    }
+    set bytes ""
+    foreach character [split $text ""] {
+        if {$character <= "\u00ff"} {
+            append bytes $character
+        } else {
+            append bytes [encoding convertto utf-8 $character]
+        }
+    }
+    return [fromCodePage $bytes]
+}
+
+proc ::host::fromCodePage {bytes} {
+    if {"cp936" in [encoding names]} {
+        return [encoding convertfrom cp936 $bytes]
+    }
+    return $bytes
+}
+
+# Packet text as the message it carries, shortened for the log.
+proc ::host::messageOf {packet} {
+    if {[catch {binary decode hex $packet} bytes]} {
+        set bytes $packet
+    }
+    set message [regsub -all {\s+} [fromCodePage $bytes] " "]
+    if {[string length $message] > 400} {
+        set message "[string range $message 0 396]..."
+    }
+    return $message
+}
+
+# Defines a procedure that the plug-in or its scripts call by its global name.
+proc ::host::procedure {name arguments body} {
+    variable procedures
+    namespace eval ::[namespace qualifiers $name] {}
+    proc ::$name $arguments $body
+    lappend procedures $name
+}
+
+# From now on every call of a host procedure is logged with its arguments.
+proc ::host::traceAll {} {
+    variable procedures
+    foreach name $procedures {
+        trace add execution ::$name enter ::host::traceCall
+    }
+}
+
+proc ::host::traceCall {words operation} {
+    set name [string trimleft [lindex $words 0] :]
+    log "call [string trimright "$name [lrange $words 1 end]"]"
+}
