@@ -1,5 +1,6 @@
 #!/bin/bash
 # Installs the missing ones of the distribution's packages that building, testing and looking need.
+# With --complete it only answers whether none is missing.
 set -eu
 
 packages=(
@@ -15,12 +16,13 @@ packages=(
   dpkg-dev locales patch xz-utils
 )
 
+installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${packages[@]}" 2>/dev/null | sed -n 's/ installed$//p')
 missing=()
 for package in "${packages[@]}"; do
-  state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
-  [ "$state" = installed ] || missing+=("$package")
+  grep -qxF "$package" <<<"$installed" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
+[ "${1:-}" != --complete ] || exit 1
 
 as_root=()
 if [ "$(id -u)" != 0 ]; then

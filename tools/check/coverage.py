@@ -1,0 +1,62 @@
+"""Reports which branches of src/ the tests took, by folder: coverage.py BUILD_DIRECTORY
+
+Branches into exception handling are left out: nearly every call has one, and no test can take them all.
+A branch counts once for each place in the source, whichever program took it.
+"""
+
+import collections
+import json
+import pathlib
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+
+def records(build):
+    """What gcov says of every object of ours whose program ran."""
+    objects = [path for path in build.rglob("*.gcda") if "googletest" not in path.parts]
+    for start in range(0, len(objects), 50):
+        said = subprocess.run(["gcov", "--json-format", "--branch-probabilities", "--stdout",
+                               *map(str, objects[start:start + 50])], check=True, capture_output=True, text=True,
+                              cwd=build).stdout
+        for line in said.splitlines():
+            if line.startswith("{"):
+                yield json.loads(line)
+
+
+def main():
+    build = pathlib.Path(sys.argv[1]).resolve()
+    taken = collections.defaultdict(lambda: collections.defaultdict(int))  # file -> (line, function, branch) -> times
+    lines = collections.defaultdict(lambda: collections.defaultdict(int))
+    for record in records(build):
+        for source in record["files"]:
+            path = (pathlib.Path(record["current_working_directory"]) / source["file"]).resolve()
+            if not path.is_relative_to(ROOT / "src"):
+                continue
+            name = str(path.relative_to(ROOT / "src"))
+            for line in source["lines"]:
+                lines[name][line["line_number"]] += line["count"]
+                for number, branch in enumerate(line["branches"]):
+                    if not branch["throw"]:
+                        place = (line["line_number"], line.get("function_name"), number)
+                        taken[name][place] += branch["count"]
+
+    rows = collections.defaultdict(lambda: [0, 0, 0, 0])
+    for name in lines:
+        for row in (rows[name.split("/")[0]], rows["all"]):
+            row[0] += sum(1 for times in taken[name].values() if times)
+            row[1] += len(taken[name])
+            row[2] += sum(1 for times in lines[name].values() if times)
+            row[3] += len(lines[name])
+    if not rows:
+        sys.exit("no program has left any counts")
+    print(f"{'folder':<12}{'branches':>16}{'':>8}{'lines':>16}")
+    for name in sorted(rows, key=lambda folder: (folder == "all", folder)):
+        hit, branches, hit_lines, all_lines = rows[name]
+        share = f"{100 * hit / branches:.1f} %" if branches else "-"
+        line_share = f"{100 * hit_lines / all_lines:.1f} %" if all_lines else "-"
+        print(f"{name:<12}{f'{hit} of {branches}':>16}{share:>8}{f'{hit_lines} of {all_lines}':>16}{line_share:>8}")
+
+
+main()

@@ -1,0 +1,58 @@
+#!/bin/bash
+# The repository's own rules, which no formatter knows. Prints what breaks them and fails.
+set -u -o pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+
+failed=0
+refuse() {
+  if [ -n "$2" ]; then
+    printf 'hygiene: %s:\n%s\n' "$1" "$2"
+    failed=1
+  fi
+}
+
+tracked() {
+  git ls-files -z "$@" | while IFS= read -r -d '' file; do
+    [ -f "$file" ] && printf '%s\0' "$file"
+  done
+}
+
+# Texts that send their reader to documents which are not here. Letters in brackets keep this file from finding itself.
+elsewhere='\bParts? [1-7]\.[1-4]\b|\bspec\.md\b|\bspecificatio[n]s?\b|\b[Aa]s specified\b|\bth[e] spec\b|readings\.md|\b[Rr]eadings? [0-9]+'
+refuse "refers to what is not in the repository" "$(tracked | xargs -0r grep -nIE "$elsewhere")"
+refuse "a commit message refers to what is not in the repository" "$(git log --format='%h %s%n%b' | grep -E "$elsewhere")"
+refuse "a path of one machine" "$(tracked | xargs -0r grep -nIE '/wor[k]/|/far[m]/|/hom[e]/')"
+hosts='https?:/{2}'
+known_hosts="$hosts(opensource\.org|www\.w3\.org|www\.unicode\.org|www\.rfc-editor\.org)"
+refuse "names a host" "$(tracked | xargs -0r grep -nIE "$hosts" | grep -vE "$known_hosts")"
+refuse "white space at the end of a line" "$(tracked | xargs -0r grep -nIE '[[:blank:]]+$')"
+refuse "no newline at the end of the file" "$(tracked | xargs -0r grep -lI '' | while IFS= read -r file; do
+  [ -n "$(tail -c 1 "$file")" ] && echo "$file"
+done)"
+
+# Code is what the names say, and scripts without an ending.
+code() {
+  tracked "$@" | while IFS= read -r -d '' file; do
+    case $file in
+      *.h | *.cpp | *.py | *.tcl | *.sh | *.cmake | */CMakeLists.txt | CMakeLists.txt | *.rc | *.def) printf '%s\0' "$file" ;;
+      *.*) [[ $(basename "$file") != *.* ]] && printf '%s\0' "$file" ;;
+      *) head -c 2 "$file" | grep -q '^#!' && printf '%s\0' "$file" ;;
+    esac
+  done
+}
+lines=$(code | xargs -0r wc -l | awk '$2 != "total"')
+long=$(awk '$1 > 400 && $1 <= 500' <<<"$lines")
+[ -z "$long" ] || printf 'hygiene: longer than 400 lines, to be split soon:\n%s\n' "$long"
+refuse "longer than 500 lines" "$(awk '$1 > 500' <<<"$lines")"
+
+nonBlank() {
+  code "$@" | xargs -0r cat | grep -c '[^[:space:]]'
+}
+all=$(nonBlank)
+tests=$(nonBlank tests fuzz)
+awk -v tests="$tests" -v all="$all" 'BEGIN {
+  share = all ? 100 * tests / all : 0
+  printf "hygiene: %d of %d lines of code are tests: %.1f %%%s\n", tests, all, share,
+    (share < 25 || share > 33.4) ? " (aim: a quarter to a third)" : ""
+}'
+exit $failed

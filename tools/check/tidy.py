@@ -1,0 +1,105 @@
+"""Runs clang-tidy on the sources that changed since they last passed: tidy.py JOBS
+
+A source passed with its own bytes, those of the repository's headers that it includes, and the settings: the digest of
+all of them names its stamp. Natively built sources are seen as the native build compiles them, the others as the
+Windows build does.
+"""
+
+import concurrent.futures
+import hashlib
+import json
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+STAMPS = ROOT / ".deps/tidy"
+DATABASE = ROOT / "build/tidy"
+INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
+# Clang knows neither other character sets for literals nor GCC's sanitizer sets.
+GCC_ONLY = ("-fexec-charset", "-finput-charset", "-fsanitize", "-fno-sanitize", "-Wno-maybe-uninitialized")
+
+
+def commands():
+    """The compile command of every tracked source, the native build's before the Windows build's."""
+    tracked = set(subprocess.run(["git", "ls-files", "*.cpp"], cwd=ROOT, check=True, capture_output=True,
+                                 text=True).stdout.splitlines())
+    found = {}
+    for preset in ("native", "windows"):
+        for entry in json.loads((ROOT / "build" / preset / "compile_commands.json").read_text()):
+            path = pathlib.Path(entry["file"])
+            name = str(path.relative_to(ROOT)) if path.is_relative_to(ROOT) else ""
+            if name in tracked and name not in found:
+                found[name] = for_clang(entry, preset)
+    return found
+
+
+def for_clang(entry, preset):
+    arguments = [word for word in shlex.split(entry["command"]) if not word.startswith(GCC_ONLY)]
+    while not arguments[0].endswith("++") and not arguments[0].endswith("++-posix"):
+        arguments.pop(0)  # the compiler cache
+    if preset == "windows":
+        arguments = ["clang++", "--target=x86_64-w64-mingw32", "-nostdinc++", *windows_headers(arguments[0]),
+                     *arguments[1:]]
+    return {"directory": entry["directory"], "file": entry["file"], "arguments": arguments}
+
+
+def windows_headers(compiler, known={}):
+    """The include paths of the Windows compiler's own C++ library, as arguments."""
+    if compiler not in known:
+        said = subprocess.run([compiler, "-E", "-v", "-x", "c++", "/dev/null"], check=True, capture_output=True,
+                              text=True).stderr
+        listed = said.split("#include <...> search starts here:")[1].split("End of search list.")[0].split()
+        known[compiler] = [word for path in listed if "/c++" in path for word in ("-isystem", path)]
+    return known[compiler]
+
+
+def digest(name, settings):
+    """Of a source, the repository's headers that it reaches, and the settings."""
+    total = hashlib.sha256(settings)
+    waiting, seen = [ROOT / name], set()
+    while waiting:
+        path = waiting.pop()
+        if path in seen or not path.is_file():
+            continue
+        seen.add(path)
+        content = path.read_bytes()
+        total.update(content)
+        for include in INCLUDE.findall(content.decode("utf-8", "replace")):
+            waiting += [folder / include for folder in (path.parent, ROOT / "src", ROOT / "tests", ROOT)]
+    return total.hexdigest()
+
+
+def check(name):
+    run = subprocess.run(["clang-tidy", "--quiet", "-p", DATABASE, ROOT / name], capture_output=True, text=True)
+    noise = re.compile(r"^\d+ warnings? |^Suppressed |^Use -header-filter")
+    text = "\n".join(line for line in run.stdout.splitlines() if not noise.match(line))
+    if run.returncode:
+        text += "\n".join(line for line in run.stderr.splitlines() if "error:" in line)
+    return run.returncode == 0, text.strip()
+
+
+def main():
+    STAMPS.mkdir(parents=True, exist_ok=True)
+    DATABASE.mkdir(parents=True, exist_ok=True)
+    known = commands()
+    (DATABASE / "compile_commands.json").write_text(json.dumps(list(known.values()), indent=1))
+
+    settings = (ROOT / ".clang-tidy").read_bytes() + pathlib.Path(__file__).read_bytes()
+    stamps = {name: STAMPS / digest(name, settings) for name in known}
+    changed = [name for name in known if not stamps[name].exists()]
+    failed = []
+    with concurrent.futures.ThreadPoolExecutor(int(sys.argv[1])) as pool:
+        for name, (passed, text) in zip(changed, pool.map(check, changed)):
+            if passed:
+                stamps[name].touch()
+            else:
+                failed.append(name)
+                print(text, flush=True)
+    print(f"clang-tidy: {len(changed)} of {len(known)} sources checked, {len(failed)} failed")
+    return bool(failed)
+
+
+sys.exit(main())
