@@ -1,0 +1,210 @@
+#include "support/fake_files.h"
+
+#include <cctype>
+
+#include "core/text.h"
+
+namespace vernoxa {
+namespace {
+
+// One key for all spellings of a path; the second byte of a double-byte character is no separator.
+std::string keyOf(const std::string& path) {
+  std::string key;
+  for (std::size_t index = 0; index < path.size(); ++index) {
+    if (isDoubleByteLead(path[index]) && index + 1 < path.size()) {
+      key.append(path, index++, 2);
+    } else {
+      key.push_back(path[index] == '/' ? '\\' : static_cast<char>(std::tolower(path[index])));
+    }
+  }
+  while (!key.empty() && key.back() == '\\') {
+    key.pop_back();
+  }
+  return key;
+}
+
+bool isDrive(const std::string& key) {
+  return key.size() == 2 && key[1] == ':';
+}
+
+bool isDirectory(std::uint32_t attributes) {
+  return (attributes & directoryAttribute) != 0;
+}
+
+}  // namespace
+
+class FakeFiles::Output final : public OutputFile {
+ public:
+  Output(FakeFiles& files, std::shared_ptr<std::string> bytes) : files_(files), bytes_(std::move(bytes)) {}
+  bool write(std::string_view bytes) override {
+    if (files_.faults.strike()) {
+      return false;
+    }
+    const std::lock_guard lock(files_.guard_);
+    bytes_->append(bytes);
+    return true;
+  }
+
+ private:
+  FakeFiles& files_;
+  std::shared_ptr<std::string> bytes_;
+};
+
+void FakeFiles::addFolder(const std::string& path, std::uint32_t attributes) {
+  const std::string key = keyOf(path);
+  if (const std::string parent = withoutLastComponent(key); parent != key) {
+    addFolder(path.substr(0, parent.size()));
+  }
+  const std::lock_guard lock(guard_);
+  nodes_.try_emplace(key, Node{path, attributes, nullptr});
+}
+
+void FakeFiles::addFile(const std::string& path, std::string_view bytes, std::uint32_t attributes) {
+  addFolder(path.substr(0, withoutLastComponent(keyOf(path)).size()));
+  const std::lock_guard lock(guard_);
+  nodes_[keyOf(path)] = {path, attributes, std::make_shared<std::string>(bytes)};
+}
+
+std::string FakeFiles::bytes(const std::string& path) const {
+  const std::lock_guard lock(guard_);
+  const auto found = nodes_.find(keyOf(path));
+  return found == nodes_.end() || !found->second.bytes ? "(no file)" : *found->second.bytes;
+}
+
+std::vector<std::string> FakeFiles::paths() const {
+  const std::lock_guard lock(guard_);
+  std::vector<std::string> all;
+  for (const auto& [key, node] : nodes_) {
+    all.push_back(node.path);
+  }
+  return all;
+}
+
+std::vector<std::string> FakeFiles::changes() const {
+  const std::lock_guard lock(guard_);
+  return changes_;
+}
+
+std::uint32_t FakeFiles::attributes(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = faults.strike() ? nullptr : find(path);
+  return node != nullptr ? node->attributes : noAttributes;
+}
+
+std::optional<std::string> FakeFiles::read(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = faults.strike() ? nullptr : find(path);
+  return node != nullptr && node->bytes ? std::optional(*node->bytes) : std::nullopt;
+}
+
+std::unique_ptr<OutputFile> FakeFiles::openForAppending(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = fileForWriting(path, false);
+  return node != nullptr ? std::make_unique<Output>(*this, node->bytes) : nullptr;
+}
+
+std::unique_ptr<OutputFile> FakeFiles::create(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = fileForWriting(path, true);
+  return node != nullptr ? std::make_unique<Output>(*this, node->bytes) : nullptr;
+}
+
+bool FakeFiles::createFolder(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  if (faults.strike() || find(path) != nullptr || find(withoutLastComponent(keyOf(path))) == nullptr) {
+    return false;
+  }
+  change("folder", path);
+  nodes_[keyOf(path)] = {path, directoryAttribute, nullptr};
+  return true;
+}
+
+bool FakeFiles::removeFile(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = faults.strike() ? nullptr : find(path);
+  if (node == nullptr || !node->bytes || (node->attributes & 1U) != 0) {
+    return false;
+  }
+  change("remove", path);
+  return nodes_.erase(keyOf(path)) == 1;
+}
+
+bool FakeFiles::removeFolder(const std::string& path) {
+  const std::lock_guard lock(guard_);
+  const Node* const node = faults.strike() ? nullptr : find(path);
+  if (node == nullptr || node->bytes) {
+    return false;
+  }
+  if ((node->attributes & reparsePointAttribute) == 0 && hasEntries(path)) {
+    return false;
+  }
+  change("remove", path);
+  return nodes_.erase(keyOf(path)) == 1;
+}
+
+bool FakeFiles::copyFile(const std::string& from, const std::string& to) {
+  const std::lock_guard lock(guard_);
+  const Node* const source = faults.strike() ? nullptr : find(from);
+  if (source == nullptr || !source->bytes || find(to) != nullptr || find(withoutLastComponent(keyOf(to))) == nullptr) {
+    return false;
+  }
+  change("copy", to);
+  nodes_[keyOf(to)] = {to, source->attributes, std::make_shared<std::string>(*source->bytes)};
+  return true;
+}
+
+std::vector<FolderEntry> FakeFiles::entries(const std::string& folder) {
+  const std::lock_guard lock(guard_);
+  std::vector<FolderEntry> found;
+  if (faults.strike()) {
+    return found;
+  }
+  const std::string key = keyOf(folder);
+  for (const auto& [each, node] : nodes_) {
+    if (each != key && !isDrive(each) && withoutLastComponent(each) == key) {
+      found.push_back({node.path.substr(key.size() + 1), node.attributes});
+    }
+  }
+  return found;
+}
+
+FakeFiles::Node* FakeFiles::find(const std::string& path) {
+  const std::string key = keyOf(path);
+  if (isDrive(key)) {
+    nodes_.try_emplace(key, Node{path, directoryAttribute, nullptr});
+  }
+  const auto found = nodes_.find(key);
+  return found == nodes_.end() ? nullptr : &found->second;
+}
+
+FakeFiles::Node* FakeFiles::fileForWriting(const std::string& path, bool emptied) {
+  const Node* const folder = faults.strike() ? nullptr : find(withoutLastComponent(keyOf(path)));
+  if (folder == nullptr || !isDirectory(folder->attributes)) {
+    return nullptr;
+  }
+  Node* const existing = find(path);
+  if (existing == nullptr) {
+    change("create", path);
+    return &(nodes_[keyOf(path)] = {path, 0, std::make_shared<std::string>()});
+  }
+  if (!existing->bytes || (existing->attributes & 1U) != 0) {
+    return nullptr;
+  }
+  if (emptied) {
+    change("create", path);
+    existing->bytes->clear();
+  }
+  return existing;
+}
+
+bool FakeFiles::hasEntries(const std::string& folder) const {
+  const std::string prefix = keyOf(folder) + "\\";
+  const auto next = nodes_.lower_bound(prefix);
+  return next != nodes_.end() && next->first.starts_with(prefix);
+}
+
+void FakeFiles::change(const char* what, const std::string& path) {
+  changes_.push_back(std::string(what) + " " + path);
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,49 @@
+// A host without an interpreter: keeps the scripts and gives set answers.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/script_host.h"
+
+namespace vernoxa {
+
+class FakeScriptHost final : public ScriptHost {
+ public:
+  // By the whole script, then by its first word; everything else is answered "" with success.
+  std::map<std::string, Evaluation> answers;
+  std::function<void(const std::string& script)> during;  // runs inside each evaluation
+  std::vector<std::string> scripts;
+
+  void answer(const std::string& script, const std::string& text, bool ok = true) { answers[script] = {ok, text}; }
+
+  Evaluation evaluate(const std::string& script) override {
+    scripts.push_back(script);
+    if (during) {
+      during(script);
+    }
+    for (const std::string& key : {script, script.substr(0, script.find_first_of(" \""))}) {
+      if (const auto found = answers.find(key); found != answers.end()) {
+        return found->second;
+      }
+    }
+    return {true, ""};
+  }
+
+  // Plain words only: a list with quoting belongs into a test with an interpreter.
+  std::vector<std::string> splitList(const std::string& list) override {
+    std::vector<std::string> words;
+    for (std::size_t start = 0; start < list.size();) {
+      const std::size_t end = std::min(list.find(' ', start), list.size());
+      if (end > start) {
+        words.push_back(list.substr(start, end - start));
+      }
+      start = end + 1;
+    }
+    return words;
+  }
+};
+
+}  // namespace vernoxa

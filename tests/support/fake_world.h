@@ -1,0 +1,110 @@
+// Stand-ins for everything that the plug-in needs of the operating system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/log.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/system.h"
+#include "core/user_messages.h"
+#include "core/world.h"
+#include "support/fake_clock.h"
+#include "support/fake_code_page.h"
+#include "support/fake_files.h"
+#include "support/fake_sockets.h"
+
+namespace vernoxa {
+
+class FakeGuidSource final : public GuidSource {
+ public:
+  std::optional<Guid> create() override { return next; }
+
+  std::optional<Guid> next = Guid{0x1B4E28BA, 0x2FA1, 0x11D2, {0x88, 0x3F, 0x00, 0x16, 0xD3, 0xCC, 0xA4, 0x27}};
+};
+
+class FakeLockSource final : public LockSource {
+ public:
+  std::unique_ptr<Lock> create() override;
+
+  int held = 0;  // by the calling thread, over all locks; read it on the thread that uses them
+  int mostHeld = 0;
+  bool failing = false;  // `create` throws std::bad_alloc
+};
+
+class FakeProcesses final : public Processes {
+ public:
+  std::vector<Process> running() override;
+  int ownId() override { return id; }
+  std::string currentFolder() override { return folder; }
+  void setCurrentFolder(const std::string& path) override { folder = path; }
+  void start(const std::string& file, const std::string& argument) override;
+
+  std::vector<Process> list{{"[System Process]", 0}, {"Capture.exe", 4242}};
+  int id = 4242;
+  std::string folder = "D:\\Work";
+  std::vector<std::string> started;  // "folder> file argument"
+  bool listThrows = false;
+  bool startThrows = false;
+};
+
+class FakeStandardOutput final : public StandardOutput {
+ public:
+  void print(std::string_view text) override;
+  std::string text() const;
+
+ private:
+  mutable std::mutex guard_;
+  std::string text_;
+};
+
+class FakeUserMessages final : public UserMessages {
+ public:
+  void show(std::string_view text, MessageIcon icon) override;
+  // Texts in the code page; a text with an icon begins with "(i) ".
+  std::vector<std::string> shown() const;
+
+ private:
+  mutable std::mutex guard_;
+  std::vector<std::string> shown_;
+};
+
+class FakeWorld {
+ public:
+  FakeClock clock;
+  FakeCodePage codePage;
+  FakeFiles files;
+  FakeGuidSource guids;
+  FakeLockSource locks;
+  FakeProcesses processes;
+  FakeSockets sockets{clock};
+  FakeStandardOutput output;
+  FakeUserMessages messages;
+
+  World world() { return {clock, codePage, files, guids, locks, processes, sockets, output, messages}; }
+};
+
+// Services on a fake world, as a session has them: plug-in folder "C:\App\bin", base directory "C:\App".
+class FakeServices {
+ public:
+  FakeServices();
+
+  FakeWorld fake;
+  World world = fake.world();
+  GlobalState state;
+  Logs logs;
+  TextConverter text;
+  Services services{world, logs, state, text};
+
+  // Turns the traffic log on.
+  void enableTraffic() { fake.files.addFolder("C:\\App\\Script\\Log"); }
+  // Messages of the logs' lines, without time and line end, joined by "\n".
+  std::string traffic() const;
+  std::string crashes() const;
+};
+
+// The message of each log line, joined by "\n"; a line that does not begin with the fake clock's stamp stays whole.
+std::string logMessages(const std::string& log);
+
+}  // namespace vernoxa

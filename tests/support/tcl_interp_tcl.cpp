@@ -1,0 +1,105 @@
+#include "support/tcl_interp_tcl.h"
+
+#include <tcl.h>
+
+namespace vernoxa {
+namespace {
+
+std::string textOf(Tcl_Obj* object) {
+  int length = 0;
+  const char* const text = Tcl_GetStringFromObj(object, &length);
+  return {text, static_cast<std::size_t>(length)};
+}
+
+Tcl_Obj* newText(const std::string& text) {
+  return Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
+}
+
+}  // namespace
+
+struct TclInterp::Procedure {
+  TclInterp& owner;
+  Answer answer;
+
+  static int run(ClientData data, Tcl_Interp* interp, int count, Tcl_Obj* const objects[]) {
+    auto& self = *static_cast<Procedure*>(data);
+    Words words;
+    for (int index = 0; index < count; ++index) {
+      words.push_back(textOf(objects[index]));
+    }
+    self.owner.calls.push_back(words);
+    const Evaluation result = self.answer(words);
+    Tcl_SetObjResult(interp, newText(result.text));
+    return result.ok ? TCL_OK : TCL_ERROR;
+  }
+};
+
+TclInterp::TclInterp() {
+  static const bool found = (Tcl_FindExecutable(nullptr), true);
+  static_cast<void>(found);
+  interp_ = Tcl_CreateInterp();
+  Tcl_Preserve(interp_);
+}
+
+TclInterp::~TclInterp() {
+  if (Tcl_InterpDeleted(interp_) == 0) {
+    Tcl_DeleteInterp(interp_);
+  }
+  Tcl_Release(interp_);
+}
+
+void TclInterp::define(const std::string& name, Answer answer) {
+  procedures_.push_back(std::make_unique<Procedure>(Procedure{*this, std::move(answer)}));
+  const std::size_t space = name.rfind("::");
+  if (space != std::string::npos && space > 0) {
+    Tcl_CreateNamespace(interp_, name.substr(0, space).c_str(), nullptr, nullptr);
+  }
+  Tcl_CreateObjCommand(interp_, name.c_str(), Procedure::run, procedures_.back().get(), nullptr);
+}
+
+void TclInterp::define(const std::string& name, const std::string& answer) {
+  define(name, [answer](const Words&) { return Evaluation{true, answer}; });
+}
+
+void TclInterp::define(std::initializer_list<const char*> names) {
+  for (const char* const name : names) {
+    define(name);
+  }
+}
+
+void TclInterp::recordEverything() {
+  for (const std::string& name : commands()) {
+    Tcl_DeleteCommand(interp_, name.c_str());
+  }
+  define("unknown");
+}
+
+TclInterp::Evaluated TclInterp::evaluate(const std::string& script) {
+  const int status = Tcl_EvalEx(interp_, script.data(), static_cast<int>(script.size()), TCL_EVAL_GLOBAL);
+  return {status, textOf(Tcl_GetObjResult(interp_))};
+}
+
+std::vector<std::string> TclInterp::commands() {
+  Tcl_Eval(interp_, "info commands");
+  int count = 0;
+  const char** names = nullptr;
+  Tcl_SplitList(interp_, Tcl_GetStringResult(interp_), &count, &names);
+  std::vector<std::string> all(names, names + count);
+  Tcl_Free(static_cast<char*>(static_cast<void*>(names)));
+  return all;
+}
+
+TclWords::TclWords(const Words& words) {
+  for (const std::string& word : words) {
+    objects_.push_back(newText(word));
+    Tcl_IncrRefCount(objects_.back());
+  }
+}
+
+TclWords::~TclWords() {
+  for (Tcl_Obj* const object : objects_) {
+    Tcl_DecrRefCount(object);
+  }
+}
+
+}  // namespace vernoxa
