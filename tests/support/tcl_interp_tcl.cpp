@@ -19,12 +19,13 @@ Tcl_Obj* newText(const std::string& text) {
 
 struct TclInterp::Procedure {
   TclInterp& owner;
+  std::string name;
   Answer answer;
 
   static int run(ClientData data, Tcl_Interp* interp, int count, Tcl_Obj* const objects[]) {
     auto& self = *static_cast<Procedure*>(data);
-    Words words;
-    for (int index = 0; index < count; ++index) {
+    Words words{self.name};  // as it was defined: Tcl itself calls "unknown" by two spellings
+    for (int index = 1; index < count; ++index) {
       words.push_back(textOf(objects[index]));
     }
     self.owner.calls.push_back(words);
@@ -49,7 +50,7 @@ TclInterp::~TclInterp() {
 }
 
 void TclInterp::define(const std::string& name, Answer answer) {
-  procedures_.push_back(std::make_unique<Procedure>(Procedure{*this, std::move(answer)}));
+  procedures_.push_back(std::make_unique<Procedure>(Procedure{*this, name, std::move(answer)}));
   const std::size_t space = name.rfind("::");
   if (space != std::string::npos && space > 0) {
     Tcl_CreateNamespace(interp_, name.substr(0, space).c_str(), nullptr, nullptr);
