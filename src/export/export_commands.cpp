@@ -24,7 +24,7 @@ void readRecord(const TclList& list, Record& record) {
 bool convertsLines(CommandCall& call, PageExport& pages) {
   {
     const TclList list = call.arguments.list(1);
-    if (list.text(0) != textKind || !looksLikeUtf8Chinese(list.text(textLines))) {
+    if (list.text(0) != textKind || !looksLikeUtf8Chinese(list.text(static_cast<int>(textLines)))) {
       return false;
     }
   }

@@ -13,23 +13,23 @@
 namespace vernoxa {
 namespace {
 
-std::string joined(TextPieces pieces) {
-  std::string text;
-  for (const std::string_view piece : pieces) {
-    text.append(piece);
+std::string valueOf(const Attribute& attribute, const Record& record) {
+  std::string value;
+  for (const ValuePiece& piece : attribute.pieces) {
+    value.append(piece.value != nullptr ? piece.value(record) : piece.text);
   }
-  return text;
+  return value;
 }
 
-Json jsonOf(const Element& element) {
+Json jsonOf(const ElementForm& form, const Record& record) {
   Json object = Json::object();
-  object.add("name", element.tag());
-  if (element.value()) {
-    object.add("value", *element.value());
+  object.add("name", form.tag());
+  if (form.shownText() != nullptr) {
+    object.add("value", form.shownText()(record));
   }
   Json attributes = Json::object();
-  for (std::size_t index = 0; index < element.attributeCount(); ++index) {
-    attributes.add(element.attributeName(index), joined(element.attributeValue(index)));
+  for (const Attribute& attribute : form.attributes()) {
+    attributes.add(attribute.name, valueOf(attribute, record));
   }
   object.add("attr", std::move(attributes));
   return object;
@@ -81,8 +81,8 @@ std::string GraphicLibrary::finish(std::string_view name, const Services& servic
   return services.text.ansiToUtf8(replaceInCodePage(base, '\\', "/")) + "/Cache/Library/" + fileName;
 }
 
-void GraphicLibrary::add(const Element& element) {
-  document_.appendTo(target_, jsonOf(element));
+void GraphicLibrary::add(const ElementForm& form, const Record& record) {
+  document_.appendTo(target_, jsonOf(form, record));
 }
 
 }  // namespace vernoxa

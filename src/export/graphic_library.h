@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/json.h"
-#include "export/element.h"
+#include "export/element_form.h"
 #include "export/record.h"
 
 namespace vernoxa {
@@ -28,7 +28,7 @@ class GraphicLibrary final : private ElementSink {
   std::string finish(std::string_view name, const Services& services);
 
  private:
-  void add(const Element& element) override;
+  void add(const ElementForm& form, const Record& record) override;
 
   Json document_;
   JsonView libraries_;

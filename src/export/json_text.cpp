@@ -40,6 +40,8 @@ void appendEscape(std::string& out, char byte) {
   }
 }
 
+}  // namespace
+
 void appendEscaped(std::string& out, std::string_view text) {
   std::size_t start = 0;
   for (std::size_t index = 0; index < text.size(); ++index) {
@@ -54,8 +56,6 @@ void appendEscaped(std::string& out, std::string_view text) {
   }
   out.append(text, start, std::string_view::npos);
 }
-
-}  // namespace
 
 void JsonText::openObject() {
   out_ += '{';
@@ -90,33 +90,11 @@ void JsonText::closeArray() {
   first_ = false;
 }
 
-void JsonText::string(TextPieces pieces) {
-  out_ += '"';
-  for (const std::string_view piece : pieces) {
-    appendEscaped(out_, piece);
-  }
-  out_ += '"';
-}
-
 void JsonText::member(std::string_view memberName, std::string_view text) {
   name(memberName);
-  string(text);
-}
-
-void JsonText::element(const Element& element) {
-  openObject();
-  member("name", element.tag());
-  if (element.value()) {
-    member("value", *element.value());
-  }
-  name("attr");
-  openObject();
-  for (std::size_t index = 0; index < element.attributeCount(); ++index) {
-    name(element.attributeName(index));
-    string(element.attributeValue(index));
-  }
-  closeObject();
-  closeObject();
+  out_ += '"';
+  appendEscaped(out_, text);
+  out_ += '"';
 }
 
 void JsonText::newLine() {

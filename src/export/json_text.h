@@ -5,9 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "export/element.h"
-
 namespace vernoxa {
+
+// Appends the inside of a string. Bytes above 7F pass as they are; the text ends at its first NUL byte.
+void appendEscaped(std::string& out, std::string_view text);
 
 // Appends to `out`. An object has each member on a line of its own, indented by as many tabs as there are objects and
 // arrays around it; the elements of an array follow each other on the line. Member names are written as they are.
@@ -22,12 +23,7 @@ class JsonText {
   void openArray();
   void closeArray();
 
-  // One string of all pieces. Bytes above 7F pass as they are.
-  void string(TextPieces pieces);
-  void string(std::string_view text) { string(TextPieces(&text, 1)); }
   void member(std::string_view memberName, std::string_view text);
-
-  void element(const Element& element);
 
  private:
   void newLine();

@@ -2,126 +2,83 @@
 
 #include "core/files.h"
 #include "export/json_text.h"
+#include "export/page_writer.h"
 #include "export/pin_shapes.h"
 
 namespace vernoxa {
 namespace {
 
-// How many objects and arrays are open where each list of elements stands.
-constexpr std::size_t rootElements = 2;    // the root and its "children"
-constexpr std::size_t groupElements = 4;   // and the page's group, or the definitions, with their "children"
-constexpr std::size_t symbolElements = 6;  // and a symbol with its "children"
+// How many objects and arrays are open around the page's group and the definitions.
+constexpr std::size_t groupDepth = 2;
 
-constexpr std::string_view pinColour = "#FF0000";
-
-// A group up to its first child.
-void openGroup(JsonText& text, std::string_view id) {
-  text.openObject();
-  text.member("name", "g");
-  text.name("attr");
-  text.openObject();
-  text.member("id", id);
-  text.closeObject();
-  text.name("children");
-  text.openArray();
+void openList(JsonText& json) {
+  json.name("children");
+  json.openArray();
 }
 
-// Ends the list of elements at that depth and the object that it belongs to.
-std::string endOf(std::size_t depth) {
-  std::string end;
-  JsonText text(end, depth);
-  text.closeArray();
-  text.closeObject();
-  return end;
-}
-
-std::string endOfBareRoot() {
-  std::string end;
-  JsonText(end, 1).closeObject();
-  return end;
-}
-
-void writeRoot(JsonText& text) {
-  text.openObject();
-  text.member("id", "SCH_View");
-  text.member("style", "background:#FFFFFF");
+void closeList(JsonText& json) {
+  json.closeArray();
+  json.closeObject();
 }
 
 }  // namespace
 
-void ElementList::add(const Element& element) {
-  element_ = first_ ? "" : elementSeparator;
-  JsonText(element_, depth_).element(element);
-  text_.append(element_);
-  first_ = false;
-}
-
-PageDocument::PageDocument() : symbolElements_(definitions_, symbolElements), pageElements_(group_, groupElements) {
-  JsonText text(root_, 0);
-  writeRoot(text);
-}
-
-PageDocument::PageDocument(std::string_view pageName, std::string_view height, std::string_view width)
-    : symbolElements_(definitions_, symbolElements), pageElements_(group_, groupElements) {
-  JsonText text(root_, 0);
-  writeRoot(text);
-  text.member("height", height);
-  text.member("width", width);
-  text.name("children");
-  text.openArray();
-  std::string start;
-  JsonText group(start, rootElements);
-  openGroup(group, pageName);
-  group_.append(start);
-}
+PageDocument::PageDocument(const PageStart& start)
+    : page_(Page{std::string(start.height), std::string(start.width), {std::string(start.name), {}}}) {}
 
 void PageDocument::startSymbol(std::string_view symbolName) {
-  if (definitions_.empty()) {
-    startDefinitions();
-  }
-  openSymbol(symbolName);
-}
-
-void PageDocument::startDefinitions() {
-  std::string start;
-  JsonText text(start, rootElements);
-  text.openObject();
-  text.member("name", "defs");
-  text.name("children");
-  text.openArray();
-  definitions_.append(start);
-  for (const PinShape& shape : pinShapes()) {
-    openSymbol(shape.name);
-    drawPinShape(shape, pinColour, symbolElements_);
-  }
-}
-
-void PageDocument::openSymbol(std::string_view symbolName) {
-  std::string start;
-  if (symbolOpen_) {
-    start.append(endOf(symbolElements)).append(elementSeparator);
-  }
-  JsonText text(start, groupElements);
-  openGroup(text, symbolName);
-  definitions_.append(start);
-  symbolOpen_ = true;
-  symbolElements_.startArray();
-}
-
-bool PageDocument::writeTo(OutputFile& file) const {
-  if (!hasPage()) {
-    return file.write(root_ + endOfBareRoot());
-  }
-  if (!file.write(root_)) {
-    return false;
-  }
-  if (symbolOpen_) {
-    const std::string end = endOf(symbolElements).append(endOf(groupElements)).append(elementSeparator);
-    if (!definitions_.writeTo(file) || !file.write(end)) {
-      return false;
+  if (symbols_.empty()) {
+    for (const PinShape& shape : pinShapes()) {
+      drawPinShape(shape, symbols_.emplace_back(Group{std::string(shape.name()), {}}).elements);
     }
   }
-  return group_.writeTo(file) && file.write(endOf(groupElements) + endOf(rootElements));
+  symbols_.push_back({std::string(symbolName), {}});
+}
+
+void PageDocument::writeTo(OutputFile& file) const {
+  PageWriter writer(file);
+  JsonText root(writer.text(), 0);
+  root.openObject();
+  root.member("id", "SCH_View");
+  root.member("style", "background:#FFFFFF");
+  if (page_) {
+    root.member("height", page_->height);
+    root.member("width", page_->width);
+    openList(root);
+    if (!symbols_.empty()) {
+      writeDefinitions(writer);
+      writer.text().append(elementSeparator);
+    }
+    writeGroup(page_->group, groupDepth, writer);
+    root.closeArray();
+  }
+  root.closeObject();
+  writer.finish();
+}
+
+void PageDocument::writeGroup(const Group& group, std::size_t depth, PageWriter& writer) {
+  JsonText json(writer.text(), depth);
+  json.openObject();
+  json.member("name", "g");
+  json.name("attr");
+  json.openObject();
+  json.member("id", group.id);
+  json.closeObject();
+  openList(json);
+  group.elements.writeTo(writer);
+  closeList(json);
+}
+
+void PageDocument::writeDefinitions(PageWriter& writer) const {
+  JsonText json(writer.text(), groupDepth);
+  json.openObject();
+  json.member("name", "defs");
+  openList(json);
+  for (const Group& symbol : symbols_) {
+    writer.text().append(&symbol == &symbols_.front() ? "" : elementSeparator);
+    writeGroup(symbol, symbolElementDepth - 2, writer);
+  }
+  closeList(json);
 }
 
 }  // namespace vernoxa

@@ -1,65 +1,58 @@
-// One page of a drawing as JSON text that grows at two places: the symbols that the page uses, and the page itself.
+// One page of a drawing, with the symbols that it uses, until it becomes a file.
 //
-// The text is in pieces, in the order of the file: the root's own members, the definitions (when there are symbols),
-// the page's group, the end. An element is written once, at the end of its piece; nothing is kept in another form.
+// The file is JSON in one piece: the root's own members, the definitions (when there are symbols) and the page's group.
 #pragma once
 
-#include <cstddef>
+#include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "export/block_text.h"
-#include "export/element.h"
+#include "export/element_list.h"
 
 namespace vernoxa {
 
 class OutputFile;
 
-// Appends elements to an array whose end is the end of the text.
-class ElementList final : public ElementSink {
- public:
-  // `depth`: how many objects and arrays are open around the elements.
-  ElementList(BlockText& text, std::size_t depth) : text_(text), depth_(depth) {}
-
-  void add(const Element& element) override;
-  void startArray() { first_ = true; }
-
- private:
-  BlockText& text_;
-  std::size_t depth_;
-  bool first_ = true;
-  std::string element_;  // kept for its memory
+struct PageStart {
+  std::string_view name;
+  std::string_view height;
+  std::string_view width;
 };
 
-// Texts are UTF-8. When memory runs out (std::bad_alloc) the document stays well-formed.
+// Texts are UTF-8.
 class PageDocument {
  public:
-  PageDocument();  // without a page: the root's first two members
-  PageDocument(std::string_view pageName, std::string_view height, std::string_view width);
-  PageDocument(const PageDocument&) = delete;
-  PageDocument& operator=(const PageDocument&) = delete;
+  PageDocument() = default;  // without a page: only what all roots have
+  explicit PageDocument(const PageStart& start);
 
-  bool hasPage() const { return !group_.empty(); }
-  // Opens the next symbol, and before the first one the definitions with the eight pin shapes. Needs a page.
+  bool hasPage() const { return page_.has_value(); }
+  // Opens the next symbol, and before the first one those of the eight pin shapes.
   void startSymbol(std::string_view symbolName);
 
-  // Nothing without a page, or without a symbol.
-  ElementSink* page() { return hasPage() ? &pageElements_ : nullptr; }
-  ElementSink* symbol() { return symbolOpen_ ? &symbolElements_ : nullptr; }
+  // Where elements go; nothing without a page, or without a symbol.
+  ElementSink* page() { return page_ ? &page_->group.elements : nullptr; }
+  ElementSink* symbol() { return symbols_.empty() ? nullptr : &symbols_.back().elements; }
 
-  // False when not all could be written. The document can go on growing.
-  bool writeTo(OutputFile& file) const;
+  // As cJSON's formatted printer prints it, with CR LF between lines. Stops in silence when the file takes no more.
+  void writeTo(OutputFile& file) const;
 
  private:
-  void startDefinitions();
-  void openSymbol(std::string_view symbolName);
+  struct Group {
+    std::string id;
+    ElementList elements;
+  };
+  struct Page {
+    std::string height;
+    std::string width;
+    Group group;
+  };
 
-  std::string root_;
-  BlockText definitions_;
-  BlockText group_;
-  ElementList symbolElements_;
-  ElementList pageElements_;
-  bool symbolOpen_ = false;
+  static void writeGroup(const Group& group, std::size_t depth, PageWriter& writer);
+  void writeDefinitions(PageWriter& writer) const;
+
+  std::optional<Page> page_;
+  std::deque<Group> symbols_;
 };
 
 }  // namespace vernoxa

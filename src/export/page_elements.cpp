@@ -1,76 +1,65 @@
 #include "export/page_elements.h"
 
 #include <array>
+#include <iterator>
 
-#include "export/shapes.h"
-#include "export/style_tables.h"
+#include "export/record_kinds.h"
 
 namespace vernoxa {
 namespace {
 
-// 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 line style, 7 line width or "BusWire"
-void drawLine(const Record& record, ElementSink& sink) {
-  Element element("line");
-  element
-      .attribute("style", "stroke:", colour(record[5]), ";stroke-width:", pageStrokeWidth(record[7]),
-                 ";fill:none;stroke-dasharray:", dashPattern(record[6]), ";stroke-linecap:round")
-      .attribute("x1", record[1])
-      .attribute("y1", record[2])
-      .attribute("x2", record[3])
-      .attribute("y2", record[4]);
-  sink.add(element);
+constexpr std::size_t depth = pageElementDepth;
+
+std::string_view lineWidth(const Record& record) {
+  return pageStrokeWidth(record[7]);
 }
 
-void addPlace(Element& element, const Record& record) {
-  element
-      .attribute("transform", "translate(", record[1], " ", record[2], ") rotate(", rotationAngle(record[3]),
-                 ") scale(", mirrorScale(record[4]), ")")
-      .attribute("xlink:href", "#", record[5]);
+std::string_view lineDash(const Record& record) {
+  return dashPattern(record[6]);
 }
 
-// 1 x, 2 y, 3 rotation, 4 mirror, 5 symbol
-void drawSymbol(const Record& record, ElementSink& sink) {
-  Element element("use");
-  addPlace(element, record);
-  sink.add(element);
+std::string_view placeScale(const Record& record) {
+  return mirrorScale(record[4]);
 }
 
-// A symbol with its id in 6
-void drawPart(const Record& record, ElementSink& sink) {
-  Element element("use");
-  element.attribute("id", record[6]);
-  addPlace(element, record);
-  sink.add(element);
+std::vector<RecordKind> makeKinds() {
+  const Attribute place = {
+      "transform", {"translate(", textOf<1>, " ", textOf<2>, ") rotate(", rotationOf<3>, ") scale(", placeScale, ")"}};
+  const Attribute reference = {"xlink:href", {"#", textOf<5>}};
+  // 1 x, 2 y, 3 rotation, 4 mirror, 5 symbol
+  const ElementForm symbol(depth, "use", nullptr, {place, reference});
+  std::vector<RecordKind> kinds = {
+      // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 line style, 7 line width or "BusWire"
+      {"Line", ElementForm(depth, "line", nullptr,
+                           {{"style",
+                             {"stroke:", colourOf<5>, ";stroke-width:", lineWidth,
+                              ";fill:none;stroke-dasharray:", lineDash, ";stroke-linecap:round"}},
+                            {"x1", {textOf<1>}},
+                            {"y1", {textOf<2>}},
+                            {"x2", {textOf<3>}},
+                            {"y2", {textOf<4>}}})},
+      // a symbol, then 6 id
+      {"Part", ElementForm(depth, "use", nullptr, {{"id", {textOf<6>}}, place, reference})},
+      {"Port", symbol},
+      {"Global", symbol},
+      {"OffPage", symbol},
+      {"TitleBlock", symbol},
+      // 1 centre x, 2 centre y, 3 radius, 4 colour, 5 fill style
+      {"Junction", ElementForm(depth, "circle", nullptr,
+                               {{"cx", {textOf<1>}},
+                                {"cy", {textOf<2>}},
+                                {"r", {textOf<3>}},
+                                {"style", {"stroke:none;stroke-width:1;fill:", fillOf<5, 4>}}})},
+  };
+  std::vector<RecordKind> shared = sharedKinds(depth);
+  kinds.insert(kinds.end(), std::make_move_iterator(shared.begin()), std::make_move_iterator(shared.end()));
+  return kinds;
 }
-
-// 1 centre x, 2 centre y, 3 radius, 4 colour, 5 fill style
-void drawJunction(const Record& record, ElementSink& sink) {
-  Element element("circle");
-  element.attribute("cx", record[1])
-      .attribute("cy", record[2])
-      .attribute("r", record[3])
-      .attribute("style", "stroke:none;stroke-width:1;fill:", fill(record[5], colour(record[4])));
-  sink.add(element);
-}
-
-constexpr std::array<RecordKind, 14> kinds = {{{"Line", drawLine},
-                                               {"Part", drawPart},
-                                               {textKind, drawText},
-                                               {"Port", drawSymbol},
-                                               {"Global", drawSymbol},
-                                               {"OffPage", drawSymbol},
-                                               {"TitleBlock", drawSymbol},
-                                               {"Box", drawBox},
-                                               {"Ellipse", drawEllipse},
-                                               {"Arc", drawPath},
-                                               {"Polyline", drawPolyline},
-                                               {"Polygon", drawPolygon},
-                                               {"Bezier", drawPath},
-                                               {"Junction", drawJunction}}};
 
 }  // namespace
 
 void drawPageRecord(const Record& record, ElementSink& sink) {
+  static const std::vector<RecordKind> kinds = makeKinds();
   drawByKind(kinds, record, sink);
 }
 

@@ -1,7 +1,7 @@
 // The objects of a schematic page as drawing elements.
 #pragma once
 
-#include "export/element.h"
+#include "export/element_form.h"
 #include "export/record.h"
 
 namespace vernoxa {

@@ -34,7 +34,7 @@ void PageExport::addPageRecord(const Record& record, const Services& services) {
     if (document_ && document_->hasPage()) {
       write(openPage_, services);
     }
-    document_.emplace(record[1], record[2], record[3]);
+    document_.emplace(PageStart{record[1], record[2], record[3]});
     openPage_ = {schematicName_, std::string(record[1]), std::string(record[4])};
   } else if (ElementSink* const page = document_ ? document_->page() : nullptr) {
     drawPageRecord(record, *page);
@@ -63,7 +63,7 @@ void PageExport::write(const PageNames& names, const Services& services) {
   Files& files = services.world.files;
   const std::string folder = makeOutputFolder(files, services.state.link.baseDirectory());
   if (const auto file = files.create(folder + "\\" + pageFileName(names, services.text))) {
-    document_->writeTo(*file);  // a full disk is as silent as a missing one
+    document_->writeTo(*file);
   }
 }
 

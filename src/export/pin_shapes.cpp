@@ -1,6 +1,8 @@
 #include "export/pin_shapes.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 namespace vernoxa {
 namespace {
@@ -8,31 +10,31 @@ namespace {
 // A short clock pin's line begins at 6 in a drawing, as if it had a dot, but not in a pad stack: readers of both know
 // it so.
 constexpr std::array<PinShape, 8> shapes = {{
-    {"PackagePinLongClockDot", "6", "30", 6, 30, true, true},
-    {"PackagePinLong", "0", "30", 0, 30, false, false},
-    {"PackagePinLongClock", "0", "30", 0, 30, false, true},
-    {"PackagePinLongDot", "6", "30", 6, 30, true, false},
-    {"PackagePinShortClockDot", "6", "10", 6, 10, true, true},
-    {"PackagePinShort", "0", "10", 0, 10, false, false},
-    {"PackagePinShortClock", "6", "10", 0, 10, false, true},
-    {"PackagePinShortDot", "6", "10", 6, 10, true, false},
+    {"#PackagePinLongClockDot", "6", "30", 6, 30, true, true},
+    {"#PackagePinLong", "0", "30", 0, 30, false, false},
+    {"#PackagePinLongClock", "0", "30", 0, 30, false, true},
+    {"#PackagePinLongDot", "6", "30", 6, 30, true, false},
+    {"#PackagePinShortClockDot", "6", "10", 6, 10, true, true},
+    {"#PackagePinShort", "0", "10", 0, 10, false, false},
+    {"#PackagePinShortClock", "6", "10", 0, 10, false, true},
+    {"#PackagePinShortDot", "6", "10", 6, 10, true, false},
 }};
 
-struct Stroke {
-  std::string_view x1;
-  std::string_view y1;
-  std::string_view x2;
-  std::string_view y2;
-};
+ElementForm red(const char* tag, std::vector<Attribute> attributes) {
+  attributes.push_back({"style", {"stroke:#FF0000;stroke-width:1;fill:none"}});
+  return {symbolElementDepth, tag, nullptr, std::move(attributes)};
+}
 
-void drawStroke(const Stroke& stroke, std::string_view colour, ElementSink& sink) {
-  Element element("line");
-  element.attribute("x1", stroke.x1)
-      .attribute("y1", stroke.y1)
-      .attribute("x2", stroke.x2)
-      .attribute("y2", stroke.y2)
-      .attribute("style", "stroke:", colour, ";stroke-width:1;fill:none");
-  sink.add(element);
+std::string_view lineStart(const Record& record) {
+  return record[0];
+}
+
+std::string_view lineEnd(const Record& record) {
+  return record[1];
+}
+
+ElementForm redLine(ValuePiece x1, ValuePiece x2, const char* y2) {
+  return red("line", {{"x1", {x1}}, {"y1", {"0"}}, {"x2", {x2}}, {"y2", {y2}}});
 }
 
 Json numbers(std::initializer_list<int> values) {
@@ -58,17 +60,21 @@ const std::array<PinShape, 8>& pinShapes() {
   return shapes;
 }
 
-void drawPinShape(const PinShape& shape, std::string_view colour, ElementSink& sink) {
+void drawPinShape(const PinShape& shape, ElementSink& sink) {
+  static const ElementForm dot = red("circle", {{"cx", {"3"}}, {"cy", {"0"}}, {"r", {"3"}}});
+  static const ElementForm line = redLine(lineStart, lineEnd, "0");
+  static const ElementForm wedgeDown = redLine("-3", "0", "3");
+  static const ElementForm wedgeUp = redLine("-3", "0", "-3");
+  Record ends;
+  ends.set(0, shape.lineStart);
+  ends.set(1, shape.lineEnd);
   if (shape.dot) {
-    Element element("circle");
-    element.attribute("cx", "3").attribute("cy", "0").attribute("r", "3").attribute("style", "stroke:", colour,
-                                                                                    ";stroke-width:1;fill:none");
-    sink.add(element);
+    sink.add(dot, ends);
   }
-  drawStroke({shape.lineStart, "0", shape.lineEnd, "0"}, colour, sink);
+  sink.add(line, ends);
   if (shape.clock) {
-    drawStroke({"-3", "0", "0", "3"}, colour, sink);
-    drawStroke({"-3", "0", "0", "-3"}, colour, sink);
+    sink.add(wedgeDown, ends);
+    sink.add(wedgeUp, ends);
   }
 }
 
@@ -88,17 +94,20 @@ Json padStack(const PinShape& shape) {
   pads.append(pad("line", std::move(strokes)));
   Json stack = Json::object();
   stack.add("pads", std::move(pads));
-  stack.add("name", shape.name);
+  stack.add("name", shape.name());
   return stack;
 }
 
-std::string pinReference(std::string_view keywords) {
+std::string_view pinReference(std::string_view keywords) {
   const auto has = [keywords](std::string_view word) { return keywords.find(word) != std::string_view::npos; };
   if (has("ZERO")) {
     return {};
   }
-  return std::string("#PackagePin") + (has("SHORT") ? "Short" : "Long") + (has("CLOCK") ? "Clock" : "") +
-         (has("DOT") ? "Dot" : "");
+  const std::string_view end = has("SHORT") ? "10" : "30";
+  const auto shape = std::find_if(shapes.begin(), shapes.end(), [&](const PinShape& each) {
+    return each.lineEnd == end && each.clock == has("CLOCK") && each.dot == has("DOT");
+  });
+  return shape->reference;  // there is one for each combination
 }
 
 }  // namespace vernoxa

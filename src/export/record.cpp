@@ -6,8 +6,13 @@
 namespace vernoxa {
 namespace {
 
+// Asked for every text of every record: without an early end, since nearly all are short and ASCII.
 bool isAscii(std::string_view text) {
-  return text.empty() || !hasNonAscii(text);
+  unsigned bits = 0;
+  for (const char byte : text) {
+    bits |= static_cast<unsigned char>(byte);
+  }
+  return bits < 0x80;
 }
 
 std::string throughCodePage(const TextConverter& converter, std::string_view text) {
@@ -38,7 +43,7 @@ void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
       continue;
     }
     const bool lines = index == textLines && kind() == textKind;
-    texts_[index] = keep(lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
+    keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
   }
 }
 

@@ -1,48 +1,51 @@
 #include "export/symbol_elements.h"
 
-#include <array>
+#include <iterator>
 
 #include "export/pin_shapes.h"
-#include "export/shapes.h"
-#include "export/style_tables.h"
+#include "export/record_kinds.h"
 
 namespace vernoxa {
 namespace {
 
-// 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 unused, 7 the width itself, where 0 means the thinnest
-void drawLine(const Record& record, ElementSink& sink) {
-  const std::string_view width = record[7] == "0" ? "1" : record[7];
-  Element element("line");
-  element.attribute("style", "stroke:", colour(record[5]), ";stroke-width:", width, ";stroke-linecap:round")
-      .attribute("x1", record[1])
-      .attribute("y1", record[2])
-      .attribute("x2", record[3])
-      .attribute("y2", record[4]);
-  sink.add(element);
+constexpr std::size_t depth = symbolElementDepth;
+
+// The width itself, where 0 means the thinnest.
+std::string_view lineWidth(const Record& record) {
+  return record[7] == "0" ? "1" : record[7];
 }
 
-// 1 x, 2 y, 3 to 6 unused, 7 pin shape, 8 side of the symbol
-void drawPin(const Record& record, ElementSink& sink) {
-  const std::string reference = pinReference(record[7]);
-  Element element("use");
-  element.attribute("transform", "translate(", record[1], ",", record[2], ") rotate(", pinSideAngle(record[8]), ")")
-      .attribute("xlink:href", reference);
-  sink.add(element);
+std::string_view pinShape(const Record& record) {
+  return pinReference(record[7]);
 }
 
-constexpr std::array<RecordKind, 9> kinds = {{{"Line", drawLine},
-                                              {"Polygon", drawPolygon},
-                                              {"Arc", drawPath},
-                                              {"Ellipse", drawEllipse},
-                                              {textKind, drawText},
-                                              {"Polyline", drawPolyline},
-                                              {"Box", drawBox},
-                                              {"Bezier", drawPath},
-                                              {"Pin", drawPin}}};
+std::string_view pinAngle(const Record& record) {
+  return pinSideAngle(record[8]);
+}
+
+std::vector<RecordKind> makeKinds() {
+  std::vector<RecordKind> kinds = {
+      // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 unused, 7 width
+      {"Line", ElementForm(depth, "line", nullptr,
+                           {{"style", {"stroke:", colourOf<5>, ";stroke-width:", lineWidth, ";stroke-linecap:round"}},
+                            {"x1", {textOf<1>}},
+                            {"y1", {textOf<2>}},
+                            {"x2", {textOf<3>}},
+                            {"y2", {textOf<4>}}})},
+      // 1 x, 2 y, 3 to 6 unused, 7 shape, 8 side of the symbol
+      {"Pin", ElementForm(depth, "use", nullptr,
+                          {{"transform", {"translate(", textOf<1>, ",", textOf<2>, ") rotate(", pinAngle, ")"}},
+                           {"xlink:href", {pinShape}}})},
+  };
+  std::vector<RecordKind> shared = sharedKinds(depth);
+  kinds.insert(kinds.end(), std::make_move_iterator(shared.begin()), std::make_move_iterator(shared.end()));
+  return kinds;
+}
 
 }  // namespace
 
 void drawSymbolRecord(const Record& record, ElementSink& sink) {
+  static const std::vector<RecordKind> kinds = makeKinds();
   drawByKind(kinds, record, sink);
 }
 
