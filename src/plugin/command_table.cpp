@@ -4,6 +4,7 @@
 
 #include "bom/bom_commands.h"
 #include "commands/packet_door.h"
+#include "export/export_commands.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
 
@@ -24,6 +25,7 @@ constexpr CommandFunction run = &Run<command>::call;
 
 constexpr const char* linkFile = "link/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
+constexpr const char* exportFile = "export/export_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
 constexpr CommandFunction notYet = nullptr;
@@ -44,10 +46,10 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"outputWarming",          run<outputWarming>,          "", "Tells the user to select a part first.", smallFile, "", nullptr},
   {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, "", "Tells the host's script to go on.", bomFile, "1", nullptr},
   {"sendSaveFile",           run<sendSaveFile>,           "path", "Answers the packet text that reports a saved design.", linkFile, "1", nullptr},
-  {"addToPageList",          notYet, "record", "Adds one object of a page to the drawing.", "", "", nullptr},
-  {"addToLibList",           notYet, "record", "Adds one record of a library symbol to the drawing.", "", "", nullptr},
-  {"initSVGList",            notYet, "", "Starts a drawing export.", "", "", nullptr},
-  {"outputSVGFile",          notYet, "names", "Writes the last page of a drawing export.", "", "", nullptr},
+  {"addToPageList",          run<addToPageList>, "record", "Adds one object of a page to the drawing.", exportFile, "", nullptr},
+  {"addToLibList",           run<addToLibList>, "record", "Adds one record of a library symbol to the drawing.", exportFile, "", nullptr},
+  {"initSVGList",            run<initSVGList>, "", "Starts a drawing export.", exportFile, "", nullptr},
+  {"outputSVGFile",          run<outputSVGFile>, "names", "Writes the last page of a drawing export.", exportFile, "", nullptr},
   {"GetClipBoardPic",        notYet, "", "Saves the clipboard's picture as the preview and answers its path.", "", "", nullptr},
   {"GetMousePosition",       notYet, "", "Answers the cursor's position.", "", "", nullptr},
   {"outputError",            run<outputError>,            "?code?", "Shows the message of an error code.", smallFile, "", nullptr},
@@ -68,10 +70,10 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"sendIllegalChar",        notYet, "?property value schematic page x y?", "Design check: illegal characters.", "", "", nullptr},
   {"sendPinNC",              notYet, "?reference pin schematic page x y?", "Design check: unconnected pins.", "", "", nullptr},
   {"sendNetlist",            notYet, "?kind reference second schematic page x y?", "Design check: netlist.", "", "", nullptr},
-  {"checkCharIllegal",       notYet, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", "", "", nullptr},
-  {"initGraphicFile",        notYet, "", "Starts a graphic library.", "", "", nullptr},
-  {"addGraphicLibList",      notYet, "record", "Adds one record to the graphic library.", "", "", nullptr},
-  {"outputGraphicFile",      notYet, "name", "Writes the graphic library and answers its path.", "", "", nullptr},
+  {"checkCharIllegal",       run<checkCharIllegal>, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", exportFile, "", nullptr},
+  {"initGraphicFile",        run<initGraphicFile>, "", "Starts a graphic library.", exportFile, "", nullptr},
+  {"addGraphicLibList",      run<addGraphicLibList>, "record", "Adds one record to the graphic library.", exportFile, "", nullptr},
+  {"outputGraphicFile",      run<outputGraphicFile>, "name", "Writes the graphic library and answers its path.", exportFile, "", nullptr},
   {"sendOlbPackageInfo",     notYet, "properties", "Package report of a library.", "", "", nullptr},
   {"sendDsnPackageInfo",     notYet, "properties", "Package report of a design.", "", "", nullptr},
   {"sendOlbObjectPackageInfo", notYet, "properties", "Package report of a library object.", "", "", nullptr},

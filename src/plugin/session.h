@@ -11,6 +11,8 @@
 #include "core/services.h"
 #include "core/state.h"
 #include "core/world.h"
+#include "export/graphic_library.h"
+#include "export/page_export.h"
 #include "link/socket_client.h"
 
 namespace vernoxa {
@@ -39,7 +41,9 @@ class Session {
   Services services_;
   SocketClient client_;
   PacketLock packetLock_;
-  std::tuple<Services&, PacketLock&, const Directories&> parts_;
+  PageExport pageExport_;
+  GraphicLibrary graphicLibrary_;
+  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&> parts_;
 };
 
 }  // namespace vernoxa
