@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "bom/bom_commands.h"
+#include "checks/report_commands.h"
 #include "commands/packet_door.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
@@ -24,6 +25,7 @@ constexpr CommandFunction run = &Run<command>::call;
 
 constexpr const char* linkFile = "link/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
+constexpr const char* reportFile = "checks/report_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
 constexpr CommandFunction notYet = nullptr;
@@ -64,17 +66,17 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"pressEnter",             notYet, "", "Presses Enter after a moment.", "", "", nullptr},
   {"getSelfUserId",          notYet, "", "Answers the signed-in user's id.", "", "", nullptr},
   {"removeDatFile",          notYet, "", "Removes the files of a placement.", "", "", nullptr},
-  {"sendRefRepetition",      notYet, "?kind reference second schematic page x y?", "Design check: reference designators.", "", "", nullptr},
-  {"sendIllegalChar",        notYet, "?property value schematic page x y?", "Design check: illegal characters.", "", "", nullptr},
-  {"sendPinNC",              notYet, "?reference pin schematic page x y?", "Design check: unconnected pins.", "", "", nullptr},
-  {"sendNetlist",            notYet, "?kind reference second schematic page x y?", "Design check: netlist.", "", "", nullptr},
+  {"sendRefRepetition",      run<sendRefRepetition>, "?kind reference second schematic page x y?", "Design check: reference designators.", reportFile, "", nullptr},
+  {"sendIllegalChar",        run<sendIllegalChar>, "?property value schematic page x y?", "Design check: illegal characters.", reportFile, "", nullptr},
+  {"sendPinNC",              run<sendPinNc>, "?reference pin schematic page x y?", "Design check: unconnected pins.", reportFile, "", nullptr},
+  {"sendNetlist",            run<sendNetlist>, "?kind reference second schematic page x y?", "Design check: netlist.", reportFile, "", nullptr},
   {"checkCharIllegal",       notYet, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", "", "", nullptr},
   {"initGraphicFile",        notYet, "", "Starts a graphic library.", "", "", nullptr},
   {"addGraphicLibList",      notYet, "record", "Adds one record to the graphic library.", "", "", nullptr},
   {"outputGraphicFile",      notYet, "name", "Writes the graphic library and answers its path.", "", "", nullptr},
-  {"sendOlbPackageInfo",     notYet, "properties", "Package report of a library.", "", "", nullptr},
-  {"sendDsnPackageInfo",     notYet, "properties", "Package report of a design.", "", "", nullptr},
-  {"sendOlbObjectPackageInfo", notYet, "properties", "Package report of a library object.", "", "", nullptr},
+  {"sendOlbPackageInfo",     run<sendOlbPackageInfo>, "properties", "Package report of a library.", reportFile, "", nullptr},
+  {"sendDsnPackageInfo",     run<sendDsnPackageInfo>, "properties", "Package report of a design.", reportFile, "", nullptr},
+  {"sendOlbObjectPackageInfo", run<sendOlbObjectPackageInfo>, "properties", "Package report of a library object.", reportFile, "", nullptr},
   {"writeToClipboard",       notYet, "text", "Puts a text on the clipboard.", "", "", nullptr},
   {"PlacePartProperty",      notYet, "", "Sets the properties of the part that was placed.", "", "", nullptr},
   {"execTool",               run<execTool>,               "", "Starts the companion.", smallFile, "", nullptr},
