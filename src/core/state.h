@@ -67,6 +67,7 @@ struct ToldDesign {
 // Everything but `link` belongs to the host's thread.
 struct GlobalState {
   LinkState link;
+  std::string installDirectory;  // found from the module path, code page; later reports of projects never change it
   std::string logDirectory;
   std::string language = "EN";
   std::vector<std::string> openDesigns;  // paths as the host gave them

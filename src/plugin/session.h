@@ -12,6 +12,7 @@
 #include "core/state.h"
 #include "core/world.h"
 #include "link/socket_client.h"
+#include "sharing/module_document.h"
 
 namespace vernoxa {
 
@@ -39,7 +40,8 @@ class Session {
   Services services_;
   SocketClient client_;
   PacketLock packetLock_;
-  std::tuple<Services&, PacketLock&, const Directories&> parts_;
+  ModuleDocument moduleDocument_;
+  std::tuple<Services&, PacketLock&, const Directories&, ModuleDocument&> parts_;
 };
 
 }  // namespace vernoxa

@@ -16,6 +16,14 @@ std::string newLibraryPath(const PlacementContext& placement);
 // The host's own backup of the temporary library.
 std::string libraryBackupPath(const PlacementContext& placement);
 
+// Draws the two base names anew: numbers under which the module's folder holds neither a library nor its lock or
+// backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is found.
+bool drawLibraryNames(Services& services);
+
+// The library without parts that every temporary one starts from: the installation's, else the one below the host's
+// program folder; empty when neither exists.
+std::string emptyLibraryPath(const Services& services);
+
 // Notes that this process made the library at that path, and so may remove it and its backup.
 void noteMadeLibrary(PlacementContext& placement, const std::string& path);
 
