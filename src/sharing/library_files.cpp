@@ -116,7 +116,9 @@ void removePlacementFile(Services& services, const std::string& path) {
     services.logs.openTraffic().writeLine("not removed: " + path);
     return;
   }
-  services.world.files.removeFile(path);
+  if (services.world.files.removeFile(path)) {
+    services.state.placement.madeLibraries.erase(comparable(path));
+  }
 }
 
 }  // namespace vernoxa

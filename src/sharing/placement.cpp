@@ -16,18 +16,27 @@
 namespace vernoxa {
 namespace {
 
-// Its own copies: a script may bring the next placement in before this one ends.
+// The library that the host writes into, gone at the end in every case. It keeps its own paths: a script may bring the
+// next placement in before this one ends.
 class TemporaryLibrary {
  public:
-  explicit TemporaryLibrary(Services& services)
+  TemporaryLibrary(Services& services, const std::string& emptyLibrary)
       : services_(services),
         path_(temporaryLibraryPath(services.state.placement)),
-        backup_(libraryBackupPath(services.state.placement)) {
-    noteMadeLibrary(services.state.placement, path_);
+        backup_(libraryBackupPath(services.state.placement)),
+        made_(services.world.files.copyFile(emptyLibrary, path_)) {
+    if (made_) {
+      noteMadeLibrary(services.state.placement, path_);
+    } else {
+      services.logs.openTraffic().writeLine("not made: " + path_);
+    }
   }
   TemporaryLibrary(const TemporaryLibrary&) = delete;
   TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
   ~TemporaryLibrary() {
+    if (!made_) {
+      return;
+    }
     try {
       removePlacementFile(services_, path_);
       removePlacementFile(services_, backup_);
@@ -35,12 +44,14 @@ class TemporaryLibrary {
     }
   }
 
+  bool made() const { return made_; }
   const std::string& path() const { return path_; }
 
  private:
   Services& services_;
   const std::string path_;
   const std::string backup_;
+  const bool made_;
 };
 
 void evaluateLogged(ScriptHost& host, const Services& services, const std::string& script) {
@@ -96,9 +107,8 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
   if (!named || emptyLibrary.empty() || !isPlaceable(placed.module, services)) {
     return placed;
   }
-  const TemporaryLibrary temporary(services);
-  if (!services.world.files.copyFile(emptyLibrary, temporary.path())) {
-    services.logs.openTraffic().writeLine("not made: " + temporary.path());
+  const TemporaryLibrary temporary(services, emptyLibrary);
+  if (!temporary.made()) {
     return placed;
   }
   placeLibraryParts(host, services, placed.module, services.text.scriptValue(temporary.path()), box);
