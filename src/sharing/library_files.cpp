@@ -37,14 +37,14 @@ std::string comparable(const std::string& path) {
   return text;
 }
 
-bool isUsersOwn(const PlacementContext& placement, const std::string& path) {
+bool isUsersOwn(const GlobalState& state, const std::string& path) {
   const std::string file = comparable(path);
   const std::string extension = extensionOf(file).value_or("");
   if (extension == "dsn" || extension == "opj") {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
-  return library && placement.madeLibraries.count(file) == 0;
+  return library && state.madeLibraries.count(file) == 0;
 }
 
 // As the editor keeps a library's files; a lock alone tells of a library that is being made.
@@ -102,22 +102,20 @@ std::string libraryBackupPath(const PlacementContext& placement) {
   return libraryPath(placement, placement.libraryBaseName + "_0.OBK");
 }
 
-void noteMadeLibrary(PlacementContext& placement, const std::string& path) {
-  const std::string file = comparable(path);
-  placement.madeLibraries.insert(file);
-  placement.madeLibraries.insert(file.substr(0, file.rfind('.')) + "_0.obk");
+void noteMadeLibrary(GlobalState& state, const std::string& path) {
+  state.madeLibraries.insert(comparable(path));
 }
 
 void removePlacementFile(Services& services, const std::string& path) {
   if (!services.world.files.exists(path)) {
     return;
   }
-  if (isUsersOwn(services.state.placement, path)) {
+  if (isUsersOwn(services.state, path)) {
     services.logs.openTraffic().writeLine("not removed: " + path);
     return;
   }
   if (services.world.files.removeFile(path)) {
-    services.state.placement.madeLibraries.erase(comparable(path));
+    services.state.madeLibraries.erase(comparable(path));  // who makes it anew is another matter
   }
 }
 

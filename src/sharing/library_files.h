@@ -24,8 +24,8 @@ bool drawLibraryNames(Services& services);
 // program folder; empty when neither exists.
 std::string emptyLibraryPath(const Services& services);
 
-// Notes that this process made the library at that path, and so may remove it and its backup.
-void noteMadeLibrary(PlacementContext& placement, const std::string& path);
+// Notes that this process made the library or backup at that path, and so may remove it.
+void noteMadeLibrary(GlobalState& state, const std::string& path);
 
 // Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
 // design, a project, or a library or backup that this process did not make.

@@ -26,7 +26,8 @@ class TemporaryLibrary {
         backup_(libraryBackupPath(services.state.placement)),
         made_(services.world.files.copyFile(emptyLibrary, path_)) {
     if (made_) {
-      noteMadeLibrary(services.state.placement, path_);
+      noteMadeLibrary(services.state, path_);
+      noteMadeLibrary(services.state, backup_);
     } else {
       services.logs.openTraffic().writeLine("not made: " + path_);
     }
@@ -91,7 +92,7 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
 void copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
   removePlacementFile(services, to);
   if (services.world.files.copyFile(from, to)) {
-    noteMadeLibrary(services.state.placement, to);
+    noteMadeLibrary(services.state, to);
   }
 }
 
