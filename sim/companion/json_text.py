@@ -3,6 +3,9 @@
 That library knows nothing of double-byte characters: it looks at single bytes. The second byte of a GBK character can be
 a backslash, which it escapes when printing and expects escaped when parsing. So the bytes are read one to one as
 Latin-1 here, and each string is turned into text only after its escapes are gone.
+
+Some texts of the host go into a message as they are, in UTF-8. A string of a message is taken for UTF-8 when it is
+valid UTF-8 throughout and holds a three-byte sequence, which GBK text is by the rarest accident only.
 """
 
 from __future__ import annotations
@@ -13,6 +16,10 @@ import json
 
 class NotJson(ValueError):
     """The message is no JSON; the text says where and why."""
+
+
+class Utf8(str):
+    """A text that is UTF-8 on the wire, where code page text belongs."""
 
 
 class _Members(list):
@@ -39,6 +46,22 @@ def to_code_page(text: str) -> bytes:
     return text.encode("gbk", "code-page-936")
 
 
+def text_of(data: bytes) -> str:
+    """Raises UnicodeDecodeError for bytes that are neither GBK nor UTF-8."""
+    try:
+        text = data.decode("utf-8")
+        if any("\u0800" <= character <= "\uffff" for character in text):
+            return Utf8(text)
+    except UnicodeDecodeError:
+        pass
+    return from_code_page(data)
+
+
+def bytes_of(text: str) -> bytes:
+    """Raises UnicodeEncodeError for text outside the code page."""
+    return text.encode("utf-8") if isinstance(text, Utf8) else to_code_page(text)
+
+
 def parse(message: bytes) -> tuple[object, list[str]]:
     """The value, its strings as text, and what is wrong with it: strings that are no GBK, repeated member names.
 
@@ -49,24 +72,24 @@ def parse(message: bytes) -> tuple[object, list[str]]:
     def refuse(name: str) -> None:
         raise NotJson(f"{name} is no JSON")
 
-    def text_of(raw: str) -> str:
+    def settle_text(raw: str) -> str:
         try:
             data = raw.encode("latin-1")
         except UnicodeEncodeError:  # from a \u escape
             data = b"".join(c.encode("latin-1") if c < "\u0100" else to_code_page(c) for c in raw)
         try:
-            return from_code_page(data)
+            return text_of(data)
         except UnicodeDecodeError:
             problems.append(f"bytes that are no GBK in {data!r}")
             return data.decode("gbk", "replace")
 
     def settle(value: object) -> object:
         if isinstance(value, str):
-            return text_of(value)
+            return settle_text(value)
         if isinstance(value, _Members):
             settled: dict[str, object] = {}
             for name, member in value:
-                name = text_of(name)
+                name = settle_text(name)
                 if name in settled:
                     problems.append(f'member "{name}" twice')
                 settled[name] = settle(member)
@@ -90,7 +113,7 @@ def parse(message: bytes) -> tuple[object, list[str]]:
 
 def _scalar(value: object) -> str:
     if isinstance(value, str):
-        return json.dumps(to_code_page(value).decode("latin-1"), ensure_ascii=False)
+        return json.dumps(bytes_of(value).decode("latin-1"), ensure_ascii=False)
     return json.dumps(value)
 
 

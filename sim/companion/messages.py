@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import dataclasses
 import re
+from typing import Iterator
 
 from . import json_text
 from .catalogue import LEFT_OUT, Shape, is_told, shapes_of
@@ -79,6 +80,7 @@ def read(raw: bytes) -> Message:
         message.faults.append('no "Command", or one that is no text')
         return message
     _judge(message, glued is not None)
+    _judge_encoding(message)
     return message
 
 
@@ -140,6 +142,37 @@ def _not_texts(value: object, where: str) -> list[str]:
     return [] if isinstance(value, str) else [f"{where} is no text"]
 
 
+# These carry texts of the host unconverted.
+_MAY_HOLD_UTF8 = ("GenerateBOM_EndResult", "DsnCheck_Result")
+
+
+def _looks_like_utf8(data: bytes) -> bool:
+    """The plug-in's own test before it converts. It is blind to a text that ends with its only Chinese character."""
+    lead = next((at for at, byte in enumerate(data) if 0xE4 <= byte <= 0xE9), len(data))
+    return lead + 2 < len(data) - 1 and all(0x80 <= byte <= 0xBF for byte in data[lead + 1 : lead + 3])
+
+
+def _judge_encoding(message: Message) -> None:
+    texts = list(_utf8_texts(message.members))
+    wrong = [text for text in texts if _looks_like_utf8(text.encode("utf-8"))]
+    if wrong and message.command not in _MAY_HOLD_UTF8:
+        message.faults.append(f"in UTF-8, not in GBK: {wrong[0]}")
+    elif texts:
+        message.notes.append(f"{len(texts)} texts in UTF-8, as the host gave them: {texts[0]}")
+
+
+def _utf8_texts(value: object) -> Iterator[json_text.Utf8]:
+    if isinstance(value, json_text.Utf8):
+        yield value
+    elif isinstance(value, dict):
+        for name, member in value.items():
+            yield from _utf8_texts(name)
+            yield from _utf8_texts(member)
+    elif isinstance(value, list):
+        for item in value:
+            yield from _utf8_texts(item)
+
+
 # Findings and reports are glued together from texts, so a quote in a value makes them no JSON, a property can come twice,
 # and a property left out at the end leaves its comma. They are read by the fixed pieces between their values.
 _FINDING = re.compile(
@@ -153,25 +186,31 @@ _REPORT = re.compile(
 
 
 def _read_glued(raw: bytes) -> Message | None:
-    try:
-        text = json_text.from_code_page(raw)
-    except UnicodeDecodeError:
-        return None
+    text = raw.decode("latin-1")  # byte for byte: each value has an encoding of its own
     finding = _FINDING.fullmatch(text)
-    if finding:
-        check, actual, comment, position, page, schematic = finding.groups()
-        data = {"id": check, "RequiredValue": "", "ActualValue": actual, "Comment": comment, "PagePos": position}
-        data |= {"PageName": page, "ViewBox": "", "Sch": schematic}
-        members = {"Command": "DsnCheck_Result", "Data": data, "Result": "0", "ErrInfo": ""}
-        return _glued(raw, members)
     report = _REPORT.fullmatch(text)
-    if report:
-        command, body = report.groups()
-        properties, faults = _properties(command, body)
-        message = _glued(raw, {"Command": command, "Result": "0", "Data": {"item": properties}})
-        message.faults = faults
-        return message
+    try:
+        if finding:
+            return _finding(raw, *(json_text.text_of(value.encode("latin-1")) for value in finding.groups()))
+        if report:
+            return _report(raw, *report.groups())
+    except UnicodeDecodeError:
+        pass
     return None
+
+
+def _finding(raw: bytes, check: str, actual: str, comment: str, position: str, page: str, schematic: str) -> Message:
+    data = {"id": check, "RequiredValue": "", "ActualValue": actual, "Comment": comment, "PagePos": position}
+    data |= {"PageName": page, "ViewBox": "", "Sch": schematic}
+    members = {"Command": "DsnCheck_Result", "Data": data, "Result": "0", "ErrInfo": ""}
+    return _glued(raw, members)
+
+
+def _report(raw: bytes, command: str, body: str) -> Message:
+    properties, faults = _properties(command, body)
+    message = _glued(raw, {"Command": command, "Result": "0", "Data": {"item": properties}})
+    message.faults = faults
+    return message
 
 
 def _glued(raw: bytes, members: dict) -> Message:
@@ -192,6 +231,7 @@ def _properties(command: str, body: str) -> tuple[list[list[str]], list[str]]:
         name, colon, value = piece.partition('":"')
         if not colon:
             faults.append(f"no property: {piece!r}")
+        name, value = (json_text.text_of(text.encode("latin-1")) for text in (name, value))
         if name in LEFT_OUT[command]:
             faults.append(f'property "{name}" should be left out')
         if command != "GetOlbObjectPackageInfo_EndResult":  # the one report whose backslashes stand single

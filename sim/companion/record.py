@@ -19,8 +19,9 @@ and any lines "name: value" that describe the run. Every other block begins with
                 empty      no bytes at all, nothing below
     COMMAND     the message's name, "-" when it has none (for the reader's eye only)
 
-and for a message goes on with its lines: JSON, indented by two blanks, Chinese as it is. Member order is kept.
-Lines that begin with "#" are remarks (faults found, for example). The code page on the wire is GBK.
+and for a message goes on with its lines: JSON, indented by two blanks, Chinese as it is. Member order is kept. The code
+page on the wire is GBK; a text that was UTF-8 there begins with "⟦utf-8⟧", which no text in GBK can hold.
+Lines that begin with "#" are remarks (faults found, for example).
 """
 
 from __future__ import annotations
@@ -28,7 +29,7 @@ from __future__ import annotations
 import dataclasses
 import json
 import pathlib
-from typing import Iterable, TextIO
+from typing import Callable, Iterable, TextIO
 
 from . import json_text
 from .messages import EMPTY, FORMATTED, PLAIN, Message, form_of
@@ -37,6 +38,7 @@ from .server import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 TITLE = "conversation 1"
 PLUG_IN, COMPANION = "plug-in", "companion"
 BYTES = "bytes"
+_UTF8 = "⟦utf-8⟧"
 _SIDES = {RECEIVED: PLUG_IN, SENT: COMPANION}
 
 
@@ -85,11 +87,31 @@ def _body(message: Message) -> tuple[str, list[str]]:
         value, problems = json_text.parse(message.raw)
         form = form_of(message.raw, value)
         if not problems and form in (PLAIN, FORMATTED):
-            return form, json.dumps(value, ensure_ascii=False, indent=2).split("\n")
+            return form, json.dumps(_marked(value), ensure_ascii=False, indent=2).split("\n")
     except json_text.NotJson:
         pass
     digits = message.raw.hex()
     return BYTES, [digits[at : at + 64] for at in range(0, len(digits), 64)]
+
+
+def _each_text(value: object, change: Callable[[str], str]) -> object:
+    if isinstance(value, str):
+        return change(value)
+    if isinstance(value, dict):
+        return {change(name): _each_text(member, change) for name, member in value.items()}
+    if isinstance(value, list):
+        return [_each_text(item, change) for item in value]
+    return value
+
+
+def _marked(value: object) -> object:
+    return _each_text(value, lambda text: _UTF8 + text if isinstance(text, json_text.Utf8) else text)
+
+
+def _unmarked(value: object) -> object:
+    return _each_text(
+        value, lambda text: json_text.Utf8(text.removeprefix(_UTF8)) if text.startswith(_UTF8) else text
+    )
 
 
 def read(path: pathlib.Path) -> list[Entry]:
@@ -140,4 +162,4 @@ def _message(form: str, body: str) -> bytes:
     printers = {PLAIN: json_text.print_plain, FORMATTED: json_text.print_formatted}
     if form not in printers:
         raise ValueError(f'no form "{form}"')
-    return printers[form](json.loads(body))
+    return printers[form](_unmarked(json.loads(body)))

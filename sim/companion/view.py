@@ -21,9 +21,10 @@ from .messages import Message
 from .server import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 
 PLAIN_WIDTH = 140
-ROWS_SHOWN = 24
+ROWS_SHOWN = 12
 LONGEST_VALUE = 90
 
+_SPEAKERS = {"companion": "bold cyan", "host": "bold magenta", "demo": "bold yellow"}
 _STYLES = {FAULT: "bold red", NOTE: "yellow", OPENED: "green", CLOSED: "green", PROBED: "dim"}
 _EVENT_TEXTS = {
     OPENED: "connected",
@@ -47,8 +48,9 @@ class View:
     def line(self, speaker: str, text: str | Text, style: str = "") -> None:
         self.last_lines[speaker].append(str(text))
         if self.colour:
-            start = Text(f"{speaker:>9} ", style="bold cyan" if speaker == "companion" else "bold magenta")
-            self._console.print(start + (text if isinstance(text, Text) else Text(text, style=style)), soft_wrap=True)
+            body = text if isinstance(text, Text) else Text(text, style)
+            start = (f"{speaker:>9} ", _SPEAKERS.get(speaker, "dim"))
+            self._console.print(Text.assemble(start, body), soft_wrap=True)
         else:
             for part in str(text).splitlines() or [""]:
                 print(f"{speaker}: {part}".rstrip(), flush=True)
@@ -102,7 +104,7 @@ class ConversationView:
             self._view.line("companion", start + _EVENT_TEXTS[event.kind], _STYLES[event.kind])
 
     def _message(self, start: str, message: Message, style: str) -> None:
-        text = Text(start, style="dim")
+        text = Text.assemble((start, "dim"))
         if not message.raw:
             text.append("(empty acknowledgement)", "dim")
         elif not message.members:

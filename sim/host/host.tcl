@@ -15,14 +15,14 @@
 #   -serverPort N, -companionPort N   other ports than the fixed ones, for tests
 #
 # Procedures live by topic: link (sockets), menu (actions), designs (open, save, close), pages (what
-# is shown), parts (references, properties), bom, nets, placing.
+# is shown), parts (references, properties), bom, nets, drawing, placing.
 
 namespace eval ::host {
     variable folder [file dirname [file normalize [info script]]]
     variable finishing 0
     variable lineCount 0
 }
-foreach topic {log kicad frames link menu designs pages parts bom nets placing commands} {
+foreach topic {log kicad frames link menu designs pages parts bom nets drawing placing commands} {
     source -encoding utf-8 [file join $::host::folder $topic.tcl]
 }
 unset topic
@@ -71,7 +71,9 @@ proc ::host::start {options} {
         uplevel #0 [list source -encoding utf-8 $file]
     }
     if {[dict get $options dll] ne ""} {
-        load [file nativename [file normalize [dict get $options dll]]] Vernoxa
+        # The plug-in's start-up script defines procedures where it is loaded.
+        set module [file nativename [file normalize [dict get $options dll]]]
+        uplevel #0 [list load $module Vernoxa]
         log "plug-in loaded"
     }
     foreach design [dict get $options designs] {
@@ -107,10 +109,13 @@ proc ::host::backgroundError {message options} {
     log "error: $message"
 }
 
-fconfigure stdout -encoding utf-8 -translation lf -buffering line
-interp bgerror {} ::host::backgroundError
-if {[catch {host::start [host::options $argv]} problem]} {
-    host::log "cannot start: $problem"
-    exit 1
+# Tests read this file for its procedures and run nothing.
+if {[file normalize [info script]] eq [file normalize $argv0]} {
+    fconfigure stdout -encoding utf-8 -translation lf -buffering line
+    interp bgerror {} ::host::backgroundError
+    if {[catch {host::start [host::options $argv]} problem]} {
+        host::log "cannot start: $problem"
+        exit 1
+    }
+    vwait forever
 }
-vwait forever

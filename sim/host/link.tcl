@@ -28,7 +28,7 @@ proc ::link::accept {channel address port} {
 # Every frame is answered, with an empty one when there is no reply: the thread waits for it.
 proc ::link::fromThread {channel text} {
     host::log "thread asks: [host::messageOf $text]"
-    set reply [parsed packetParserForPthread $text]
+    set reply [plugin packetParserForPthread $text]
     host::log "thread gets: [host::messageOf $reply]"
     if {[catch {frames::send $channel $reply} problem]} {
         host::log "the answer could not be sent: $problem"
@@ -37,15 +37,6 @@ proc ::link::fromThread {channel text} {
 
 proc ::link::threadGone {channel} {
     host::log "the plug-in's thread has gone"
-}
-
-proc ::link::parsed {command text} {
-    set code [catch {$command $text} result]
-    if {$code != 0} {
-        host::log "$command failed with code $code: $result"
-        return ""
-    }
-    return $result
 }
 
 # `renew` is 1 when the plug-in holds that there is no connection yet.
@@ -70,7 +61,7 @@ host::procedure creatClient {{renew 1}} {
 
 proc ::link::fromCompanion {channel text} {
     host::log "companion asks: [host::messageOf $text]"
-    set reply [parsed packetParser $text]
+    set reply [plugin packetParser $text]
     if {$reply eq ""} {
         return
     }
@@ -101,9 +92,10 @@ host::procedure checkSocketConnect {} {
     return [expr {$::link::companion ne ""}]
 }
 
-# Calls a plug-in command; one that is missing or fails is logged and answers "".
+# Calls a plug-in command; one that is missing or fails is logged and answers "". At global level,
+# because the scripts that the plug-in evaluates run where it was called.
 proc ::link::plugin {command args} {
-    set code [catch {$command {*}$args} result]
+    set code [catch {uplevel #0 [list $command {*}$args]} result]
     if {$code != 0} {
         host::log "$command failed with code $code: $result"
         return ""

@@ -19,8 +19,10 @@ proc ::host::readable {text} {
     }
     set bytes ""
     foreach character [split $text ""] {
-        if {$character <= "\u00ff"} {
-            append bytes $character
+        # Such a character may still be its one stored byte, which only its number reads rightly.
+        scan $character %c code
+        if {$code <= 0xff} {
+            append bytes [format %c $code]
         } else {
             append bytes [encoding convertto utf-8 $character]
         }
@@ -47,12 +49,20 @@ proc ::host::messageOf {packet} {
     return $message
 }
 
-# Defines a procedure that the plug-in or its scripts call by its global name.
+# Defines a procedure that the plug-in or its scripts call by its global name. The plug-in answers
+# an error with a word at most, so the reason is logged.
 proc ::host::procedure {name arguments body} {
     variable procedures
     namespace eval ::[namespace qualifiers $name] {}
     proc ::$name $arguments $body
+    trace add execution ::$name leave ::host::logFailure
     lappend procedures $name
+}
+
+proc ::host::logFailure {words code result operation} {
+    if {$code == 1} {
+        log "[string trimleft [lindex $words 0] :] failed: $result"
+    }
 }
 
 # From now on every call of a host procedure is logged with its arguments.

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from companion import paths
+from companion import json_text, paths
 from companion.answers import references_of
 
 from .scene import Missing, Scene
@@ -19,11 +19,12 @@ async def design_becomes_known(scene: Scene, name: str) -> None:
     pins = event.message.data["PinCount"]
     if not (pins.isdecimal() and int(pins) > 0):
         raise Missing(f'a number of pins, not "{pins}"')
-    scene.note_fact("design", name)
-    scene.note_fact("pins", pins)
+    scene.note(name, Pins=pins)
+    answer = {"Command": "FileStatus_EndResult", "Data": {"Path": paths.folder_of(name)}, "Result": "0"}
+    text = json_text.from_code_page(json_text.print_plain(answer))
     await scene.until(
-        "the companion's answer is in the plug-in's traffic log",
-        lambda: '"FileStatus_EndResult"' in scene.installation.traffic(),
+        "the companion's answer has reached the plug-in: its traffic log holds it",
+        lambda: text in scene.installation.traffic(),
         20,
     )
 
@@ -47,7 +48,6 @@ async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
     pages = {project["ProjectPath"]: project["Pages"] for project in data["Open"]}
     if not pages.get(name):
         raise Missing(f"the pages of {title}, among {', '.join(pages) or 'none'}")
-    scene.note_fact("pages", f"{len(pages[name])}: {', '.join(pages[name])}")
 
     bom = await scene.ask(f"the BOM of {title}", "GenerateBOM", ProjectPath=name)
     fitted = _references(bom["Stick"])
@@ -55,7 +55,6 @@ async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
         raise Missing("a fitted part in the BOM")
     if value and value not in {line["Value"] for lines in bom.values() for line in lines}:
         raise Missing(f"a part with the value {value}")
-    scene.note_fact("parts", f"{len(fitted)} fitted, {len(_references(bom['NotStick']))} not fitted")
 
     part = next((reference for reference in fitted if reference.startswith("R")), fitted[0])
     await scene.ask(f"{part} is marked not fitted", "SetToNotStick", ProjectPath=name, item=[{"PartRef": part}])
@@ -63,6 +62,8 @@ async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
     if part not in _references(bom["NotStick"]) or part in _references(bom["Stick"]):
         raise Missing(f"{part} among the parts that are not fitted")
     scene.say(f"seen: {part} is not fitted now", "bold green")
+    parts = len(_references(bom["Stick"] + bom["NotStick"]))
+    scene.note(name, Pages=len(pages[name]), Parts=parts, Not_fitted=", ".join(_references(bom["NotStick"])))
     await scene.ask(f"a jump to {part}", "JumpToPartRef", ProjectPath=name, PartRef=part)
 
 

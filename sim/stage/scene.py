@@ -8,13 +8,14 @@ from typing import Awaitable, Callable, TypeVar
 
 from companion.answers import Answers
 from companion.record import Recorder
-from companion.server import FAULT, RECEIVED, SENT, Companion, Event
+from companion.server import FAULT, PORT, RECEIVED, SENT, Companion, Event
 from companion.view import ConversationView, View, add_rows
 
 from .host import Host
 from .installation import Installation
 
 T = TypeVar("T")
+LONGEST_LINE = 160
 
 
 class Missing(RuntimeError):
@@ -24,13 +25,13 @@ class Missing(RuntimeError):
 class Scene:
     """The companion, the host between start and end, and everything that they said."""
 
-    def __init__(self, view: View, installation: Installation, record: str | None = None):
+    def __init__(self, view: View, installation: Installation, record: str | None = None, port: int = PORT):
         self.view = view
         self.installation = installation
         self.answers = Answers(modules_folder=installation.root / "modules")
-        self.companion = Companion(self.answers)
+        self.companion = Companion(self.answers, port=port)
         self.companion.listeners.append(ConversationView(view, self.answers))
-        self.facts: list[tuple[str, str]] = []
+        self.designs: dict[str, dict[str, str]] = {}
         self.host: Host | None = None
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
@@ -40,8 +41,12 @@ class Scene:
     async def begin(self, command: list[str]) -> None:
         await self.companion.start()
         self.say(f"the companion listens on port {self.companion.port}; the host starts")
-        self.host = Host(command, lambda line: self.view.line("host", line))
+        self.host = Host(command, self._hear_host)
         await self.host.start()
+
+    def _hear_host(self, speaker: str, text: str) -> None:
+        # The companion shows each message whole.
+        self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
 
     async def end(self) -> None:
         if self.host:
@@ -53,8 +58,9 @@ class Scene:
     def say(self, text: str, style: str = "bold") -> None:
         self.view.line("demo", text, style)
 
-    def note_fact(self, name: str, value: object) -> None:
-        self.facts.append((name, str(value)))
+    def note(self, design: str, **facts: object) -> None:
+        """For the summary."""
+        self.designs.setdefault(design, {}).update((name, str(fact)) for name, fact in facts.items())
 
     async def step(self, what: str, work: Awaitable[T], seconds: float) -> T:
         """Says when it was seen. Raises Missing when it was not seen in time, or when the host ended before."""
@@ -114,22 +120,24 @@ class Scene:
         return await self.step(what, work(), seconds + 1)
 
     def summarise(self) -> None:
-        events = self.companion.events
-        self.note_fact("messages", f"{self._count(RECEIVED)} from the plug-in, {self._count(SENT)} to it")
-        self.note_fact("faults seen", self.companion.faults)
-        self.note_fact("time", f"{time.monotonic() - self._began:.0f} s")
-        for fault in (event for event in events if event.kind == FAULT):
-            self.note_fact(f"fault at {fault.seconds:.1f} s", fault.text)
-        table = self.view.new_table("summary", "What", "Seen")
-        add_rows(table, self.facts, len(self.facts))
+        names = list(dict.fromkeys(name for facts in self.designs.values() for name in facts))
+        table = self.view.new_table("summary", "Design", *(name.replace("_", " ") for name in names))
+        rows = [[design, *(facts.get(name, "") for name in names)] for design, facts in self.designs.items()]
+        add_rows(table, rows, len(rows))
         self.view.table("demo", table)
+        for fault in (event for event in self.companion.events if event.kind == FAULT):
+            self.say(f"fault at {fault.seconds:.1f} s: {fault.text}", "bold red")
+        self.say(
+            f"{self._count(RECEIVED)} messages from the plug-in, {self._count(SENT)} to it, "
+            f"faults seen: {self.companion.faults}, {time.monotonic() - self._began:.0f} s"
+        )
 
     def _count(self, kind: str) -> int:
         return sum(event.kind == kind for event in self.companion.events)
 
     def complain(self, error: Missing) -> None:
         self.say(f"missing: {error}", "bold red")
-        for speaker in ("host", "companion"):
+        for speaker in ("host", "stdout", "companion"):
             lines = list(self.view.last_lines[speaker])
             self.say(f"the last lines of the {speaker}:" if lines else f"the {speaker} said nothing", "bold red")
             for line in lines:

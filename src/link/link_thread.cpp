@@ -21,8 +21,7 @@ constexpr std::chrono::milliseconds retryPause{10000};
 constexpr std::chrono::milliseconds closedReportPause{300};
 
 // Why a poll ended early; nobody acts on the difference, a debugger shows it.
-constexpr int pollNotReceived = -1;
-constexpr int pollException = -2;
+constexpr int pollFailed = -1;  // an exception, or a receive that failed
 constexpr int pollNoJson = -3;
 constexpr int pollRefused = -4;
 constexpr int pollNothingNew = -5;
@@ -126,7 +125,7 @@ int LinkThread::connectToServerForPthread() {
     return poll();
   } catch (...) {
     services_.logs.reportCrash("connectToServerForPthread");
-    return pollException;
+    return pollFailed;
   }
 }
 
@@ -142,7 +141,7 @@ LinkThread::Exchange LinkThread::exchange(const Json& request) {
 int LinkThread::poll() {
   const Exchange answer = exchange(command("GetNewOpenPath"));
   if (!answer.received) {
-    return pollNotReceived;
+    return pollFailed;
   }
   if (!answer.reply) {
     return pollNoJson;
@@ -158,11 +157,11 @@ int LinkThread::poll() {
   }
   for (const std::string& path : designsAmong(textOrEmpty(data.member("ProjectPath")))) {
     if (!reportOpened(path)) {
-      return pollNotReceived;
+      return pollFailed;
     }
   }
   const bool namesClosed = closed.size() >= 2;  // a single character is no name
-  return namesClosed && !reportClosed(splitItems(closed, ';')) ? pollNotReceived : 0;
+  return namesClosed && !reportClosed(splitItems(closed, ';')) ? pollFailed : 0;
 }
 
 bool LinkThread::reportOpened(const std::string& path) {

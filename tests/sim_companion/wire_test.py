@@ -121,6 +121,17 @@ class MessagesTest(unittest.TestCase):
                 self.assertEqual((message.faults, len(message.notes)), ([], 1))
                 self.assertEqual(message.data[where[0]], value)
 
+    def test_texts_that_the_plug_in_leaves_in_utf_8_are_read_and_noted(self):
+        for raw, where, value in (
+            (BOM.encode(), "Stick", "电阻"),
+            (in_code_page(FINDING).replace(b"%s", "国产".encode()), "ActualValue", "国产"),
+            (opened("%").replace(b"%", "中".encode()), "FileName", "中"),  # too short for the plug-in's test
+        ):
+            with self.subTest(value):
+                message = messages.read(raw)
+                self.assertEqual((message.faults, len(message.notes)), ([], 1))
+                self.assertIn(value, repr(message.data[where]))
+
     def test_every_deviation_is_told(self):
         for text, fault in (
             ("zz", "no JSON"),
@@ -132,6 +143,7 @@ class MessagesTest(unittest.TestCase):
             (opened("a.dsn").replace(b",", b", "), "printed other"),
             (opened("a.dsn").replace(b'"Result":"0"', b'"Result":"1"'), '"Result" is'),
             (opened("%").replace(b"%", b"\xff\xff"), "no GBK"),
+            (opened("%").replace(b"%", "设计.dsn".encode()), "in UTF-8"),
             (BOM.replace('"Value":"10k",', ""), '"Stick"[0]'),
             (BOM.replace('"NotStick":[],', ""), 'members of "Data"'),
             (MARKED.replace('"ErrInfo":""', '"ErrInfo":"x"'), '"ErrInfo" is'),
@@ -147,7 +159,7 @@ class MessagesTest(unittest.TestCase):
 class RecordTest(unittest.TestCase):
     def test_every_message_is_read_back_as_it_was(self):
         texts = (opened("Z:\\誠\\设计.dsn"), REFUSED % "x", "", "zz" * 50, '{"a": "空"}', FINDING)
-        raws = [*map(in_code_page, texts), b'{"a":"\xff"}', b'{"a":1,"a":1}']
+        raws = [*map(in_code_page, texts), b'{"a":"\xff"}', b'{"a":1,"a":1}', BOM.encode()]
         entries = [record.Entry(0.25, 1, OPENED), record.Entry(0.5, 2, PROBED)]
         entries += [record.Entry(1.5, 1, ("plug-in", "companion")[i % 2], raw) for i, raw in enumerate(raws)]
         entries += [record.Entry(2.0, 1, CLOSED)]

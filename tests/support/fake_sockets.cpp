@@ -55,9 +55,9 @@ void FakeSockets::listen(std::uint16_t port, Peer peer) {
   listening_[port] = std::move(peer);
 }
 
-void FakeSockets::stopListening(std::uint16_t port) {
+void FakeSockets::refuse(std::uint16_t port, int times) {
   const std::lock_guard lock(guard_);
-  listening_.erase(port);
+  refusing_[port] = times;
 }
 
 std::vector<FakeSockets::Connection> FakeSockets::connections() const {
@@ -130,7 +130,9 @@ bool FakeSockets::connect(Handle handle, const char* address, std::uint16_t port
   }
   auto& queue = expected_[port];
   const auto standing = listening_.find(port);
-  if (std::string_view(address) != "127.0.0.1" || (queue.empty() && standing == listening_.end())) {
+  const bool nobody = queue.empty() && standing == listening_.end();
+  if (std::string_view(address) != "127.0.0.1" || nobody || refusing_[port] > 0) {
+    --refusing_[port];
     ++refused_;
     return false;
   }

@@ -48,7 +48,8 @@ class FakeSockets final : public Sockets {
   void expect(std::uint16_t port, Peer peer);
   // All further connections to that port meet it.
   void listen(std::uint16_t port, Peer peer);
-  void stopListening(std::uint16_t port);
+  // The next connections to that port are refused, whoever is expected or listens there.
+  void refuse(std::uint16_t port, int times);
 
   struct Connection {
     std::uint16_t port = 0;
@@ -97,6 +98,7 @@ class FakeSockets final : public Sockets {
   std::map<Handle, Socket> sockets_;
   std::map<std::uint16_t, std::deque<Peer>> expected_;
   std::map<std::uint16_t, Peer> listening_;
+  std::map<std::uint16_t, int> refusing_;
   int accepted_ = 0;
   int refused_ = 0;
   int started_ = 0;

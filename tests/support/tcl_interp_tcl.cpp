@@ -11,6 +11,12 @@ std::string textOf(Tcl_Obj* object) {
   return {text, static_cast<std::size_t>(length)};
 }
 
+// Tcl's own start, once.
+void startTcl() {
+  static const bool started = (Tcl_FindExecutable(nullptr), true);
+  static_cast<void>(started);
+}
+
 Tcl_Obj* newText(const std::string& text) {
   return Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
 }
@@ -19,12 +25,13 @@ Tcl_Obj* newText(const std::string& text) {
 
 struct TclInterp::Procedure {
   TclInterp& owner;
+  std::string name;
   Answer answer;
 
   static int run(ClientData data, Tcl_Interp* interp, int count, Tcl_Obj* const objects[]) {
     auto& self = *static_cast<Procedure*>(data);
-    Words words;
-    for (int index = 0; index < count; ++index) {
+    Words words{self.name};  // as it was defined: Tcl itself calls "unknown" by two spellings
+    for (int index = 1; index < count; ++index) {
       words.push_back(textOf(objects[index]));
     }
     self.owner.calls.push_back(words);
@@ -35,8 +42,7 @@ struct TclInterp::Procedure {
 };
 
 TclInterp::TclInterp() {
-  static const bool found = (Tcl_FindExecutable(nullptr), true);
-  static_cast<void>(found);
+  startTcl();
   interp_ = Tcl_CreateInterp();
   Tcl_Preserve(interp_);
 }
@@ -49,7 +55,7 @@ TclInterp::~TclInterp() {
 }
 
 void TclInterp::define(const std::string& name, Answer answer) {
-  procedures_.push_back(std::make_unique<Procedure>(Procedure{*this, std::move(answer)}));
+  procedures_.push_back(std::make_unique<Procedure>(Procedure{*this, name, std::move(answer)}));
   const std::size_t space = name.rfind("::");
   if (space != std::string::npos && space > 0) {
     Tcl_CreateNamespace(interp_, name.substr(0, space).c_str(), nullptr, nullptr);
@@ -90,6 +96,7 @@ std::vector<std::string> TclInterp::commands() {
 }
 
 TclWords::TclWords(const Words& words) {
+  startTcl();
   for (const std::string& word : words) {
     objects_.push_back(newText(word));
     Tcl_IncrRefCount(objects_.back());

@@ -1,0 +1,196 @@
+# Every row of both command tables through the packet doors: the scripts that the host sees, raw, and the replies, byte
+# for byte. Runs in any interpreter that has the plug-in's commands: the native test program, or Tcl under Wine.
+
+set passed 0
+set failures {}
+
+# The raw text of the command that called the host procedure, before Tcl substituted anything.
+proc recordScript {} {
+  lappend ::scripts [dict get [info frame -2] cmd]
+}
+
+proc answerTo {name} {
+  set answer [expr {[dict exists $::answers $name] ? [dict get $::answers $name] : ""}]
+  if {[string match "error *" $answer]} {
+    return -code error [string range $answer 6 end]
+  }
+  return $answer
+}
+
+foreach name {
+  GetActiveProPages KX_PlaceWirePort KX_PlaceWireOffPage ReplaceRefAndValue RenameRef GetOlbObjectPackage GetAllPackage
+  GetOlbAllPackage RunCheck RunCheckActiveProj JumpToDsn AutoDeal getSelectPart ClearCurrentDesign GetProductVersion
+  generateBOMForPath gotoLocation InitPath switchStickOrNotStick setRefToNotUse setRefToUse saveFile ZoomIn ZoomOut
+  LockBomView setAllNotStick setEnterViewMode getAllPropertyName getGuid convertToSVG Exit GetNetsList getDsnPinCount
+  creatClient sendPacketGlobalHandle ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList
+  ::capGenerateBOMUtil::getNoPartNumberList
+} {
+  namespace eval ::capGenerateBOMUtil {}
+  proc $name args [format {recordScript; answerTo %s} [list $name]]
+}
+
+# The three joined texts name commands that do not exist.
+proc unknown args {
+  recordScript
+  return -code error "invalid command name"
+}
+
+proc hex {text} {
+  return [binary encode hex [encoding convertto cp936 $text]]
+}
+
+proc unhex {text} {
+  return [encoding convertfrom cp936 [binary decode hex $text]]
+}
+
+proc check {what got expected} {
+  if {$got eq $expected} {
+    incr ::passed
+  } else {
+    lappend ::failures "$what\n  got      $got\n  expected $expected"
+  }
+}
+
+# One request: what the host answers by procedure name, the scripts it must see in their order, and the reply.
+proc row {door request answers scripts reply} {
+  set stands [list BASE [string map {\\ \\\\} $::base]]
+  set ::answers $answers
+  set ::scripts {}
+  set got [unhex [$door [hex $request]]]
+  check "$request: reply" $got [string map $stands $reply]
+  check "$request: scripts" [join $::scripts \n] [string map $stands [join $scripts \n]]
+}
+
+proc companion {command data answers scripts reply} {
+  row packetParser "{\"Command\":\"$command\",\"Data\":$data}" $answers $scripts \
+      [string map [list % "\"Command\":\"${command}_EndResult\",\"Result\":"] $reply]
+}
+
+proc thread {command data answers scripts reply} {
+  row packetParserForPthread "{\"Command\":\"$command\",\"Data\":$data}" $answers $scripts \
+      [string map [list % "\"Command\":\"${command}_EndResult\",\"Result\":"] $reply]
+}
+
+proc refused {command {text "command error"}} {
+  return "{\n\t\"ErrInfo\":\t\"$text\",\n\t\"Result\":\t\"1\",\n\t\"Data\":\t{\n\t},\n\t\"Command\":\t\"${command}_EndResult\"\n}"
+}
+
+set path {{"ProjectPath":"C:\\设计\\a.dsn"}}
+set raw {"C:\设计\a.dsn"}
+set doubled {"C:\\设计\\a.dsn"}
+set redraw [list "saveFile $doubled" ZoomIn ZoomOut]
+
+# Views and pages
+companion GetActiveProPages {{}} {GetActiveProPages {{C:/a.dsn P1 {Page 2}} {C:/b.dsn}}} GetActiveProPages \
+    {{"Data":{"ErrInfo":"","Open":[{"ProjectPath":"C:/a.dsn","Pages":["P1","Page 2"]},{"ProjectPath":"C:/b.dsn","Pages":[]}]},%"0"}}
+companion GetActiveProPages {{}} {} GetActiveProPages {{"Data":{"ErrInfo":""},%"1"}}
+companion GetActiveProPages null {GetActiveProPages {error no project}} GetActiveProPages {{"Data":{"ErrInfo":"no project"},%"1"}}
+foreach {command procedure} {SetPlacePortType KX_PlaceWirePort SetPlaceOffpageType KX_PlaceWireOffPage} {
+  companion $command {{"Type":3}} [list $procedure 1] [list "$procedure 3 {}"] {{"Data":{"ErrInfo":""},%"0"}}
+  companion $command {{"Type":"-2"}} [list $procedure busy] [list "$procedure -2 {}"] {{"Data":{"ErrInfo":"busy"},%"0"}}
+  companion $command {{"Type":"two"}} {} {} [refused $command]
+  companion $command {{}} {} {} [refused $command]
+}
+set joined {convertToSVG"C:\设计\a.dsn"}
+companion CreateSVG $path {convertToSVG done} [list $joined "convertToSVG $raw"] \
+    {{"Data":{"SVGPath":"BASE\\Cache\\Output","PreviewPic":"BASE\\Cache\\Output\\Preview.bmp"},%"0","ErrInfo":""}}
+companion CreateSVG $path {} [list $joined "convertToSVG $raw"] {{"Data":{},%"1","ErrInfo":""}}
+companion CreateSVG $path {convertToSVG {error disk}} [list $joined "convertToSVG $raw"] {{"Data":{},%"1","ErrInfo":"disk"}}
+
+# References, values and jumps
+companion AdjustRefAndValue {{}} {ReplaceRefAndValue 1} ReplaceRefAndValue {{"Data":{},%"0"}}
+companion AdjustRefAndValue {{}} {ReplaceRefAndValue 没有选中} ReplaceRefAndValue {{"Data":{},%"1","ErrInfo":"没有选中"}}
+companion RenameRef {{"Type":1.9}} {RenameRef 1} {{RenameRef 1}} {{"Data":{},%"0"}}
+companion RenameRef {{"Type":1e99}} {RenameRef no} {{RenameRef 2147483647}} {{"Data":{},%"1","ErrInfo":"no"}}
+companion JumpToDsn {{"ProjectPath":"C:\\a.dsn","PageName":"A[;fanxiegan;]B","PagePos":"10 20","Sch":"S[x]"}} {} \
+    [list {JumpToDsn "C:\\a.dsn" "S\[x]" "A\\B" [list 10 20]}] {{"Data":{},%"0"}}
+companion JumpToDsn {{"ProjectPath":"C:\\a.dsn","PageName":"A","PagePos":"1 2"}} {} {} [refused JumpToDsn]
+companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R1"}} {} [list {gotoLocation "C:\a.dsn" R1}] {{"Data":{},%"0"}}
+companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R[1];$x"}} {gotoLocation {error none}} \
+    [list {gotoLocation "C:\a.dsn" R\[1]\;\$x}] {{"Data":{},%"1","ErrInfo":"exec error"}}
+companion JumpToPartRef {{}} {} {} {{"Data":{},%"1","ErrInfo":"No PartRef"}}
+companion JumpToPartRef null {} {} {{"Data":{},%"1","ErrInfo":"No PartRef"}}
+companion JumpToPartRef {{"PartRef":"R1"}} {} {} [refused JumpToPartRef]
+
+# Reports: the results come as messages of their own
+foreach {command procedure} {
+  GetDsnAllPackageInfo GetAllPackage GetOlbAllPackageInfo GetOlbAllPackage DsnCheck RunCheck
+  DsnCheckActiveProj RunCheckActiveProj
+} {
+  companion $command $path [list $procedure "Path error"] [list "$procedure $raw"] ""
+  companion $command {{}} {} {} [refused $command]
+}
+companion GetOlbObjectPackageInfo {{"ProjectPath":"C:\\a.olb","ObjName":"R 1"}} {} [list {GetOlbObjectPackage "C:\a.olb" R 1}] ""
+companion GetOlbObjectPackageInfo {{"ProjectPath":"C:\\a.olb"}} {} {} [refused GetOlbObjectPackageInfo]
+
+# Bills of materials and their view
+set lists {::capGenerateBOMUtil::getStickList {{1;10k;R1;RES;0603;2} {NULL;null;C1;CAP;;2;more}} ::capGenerateBOMUtil::getNotStickList {{2;a;R2;RES;0603;2}}}
+set asked {GetProductVersion ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList ::capGenerateBOMUtil::getNoPartNumberList}
+companion GenerateBOM $path $lists \
+    [concat GetProductVersion [list "generateBOMForPath $raw \"Part Number\" \"Part Name\""] $asked] \
+    {{"Data":{"Stick":[{"PartNumber":"1","Value":"10k","PartRef":"R1","PartName":"RES","PCBFootprint":"0603","PinNumber":"2"},{"PartNumber":"","Value":"null","PartRef":"C1","PartName":"CAP","PCBFootprint":"","PinNumber":"2"}],"NotStick":[{"PartNumber":"2","Value":"a","PartRef":"R2","PartName":"RES","PCBFootprint":"0603","PinNumber":"2"}],"NotPartNumber":[]},%"0"}}
+companion GenerateBOM {{"ProjectPath":"a.dsn","PartNumberKey":"编号","PartNameKey":""}} {GetProductVersion 16.5 generateBOMForPath {error no}} \
+    [concat GetProductVersion [list {generateBOMForPath "a.dsn" "编号" "Part Name"}] $asked] \
+    {{"Data":{"Stick":[],"NotStick":[],"NotPartNumber":[]},%"0"}}
+companion GenerateBOM {{"ProjectPath":"a.dsn"}} {GetProductVersion 16.5 ::capGenerateBOMUtil::getNotStickList {{料;电阻;R2;RES;0603;2}}} \
+    [concat GetProductVersion [list {generateBOMForPath "a.dsn" "Part Number" "Part Name"}] $asked] \
+    {{"Data":{"Stick":[],"NotStick":[{"PartNumber":"料","Value":"电阻","PartRef":"R2","PartName":"RES","PCBFootprint":"0603","PinNumber":"2"}],"NotPartNumber":[]},%"0"}}
+companion SwitchStickOrNotStick {{}} {switchStickOrNotStick 选中} {{switchStickOrNotStick 0}} {{"Data":{"ErrInfo":"选中"},%"0"}}
+foreach {command procedure} {SetToNotStick setRefToNotUse SetToStick setRefToUse} {
+  companion $command {{"ProjectPath":"C:\\设计\\a.dsn","item":[{"PartRef":"R1"},7,{"PartRef":2},{"PartRef":"C1"}]}} {} \
+      [concat [list "$procedure $doubled R1" "$procedure $doubled C1"] $redraw] {{"Data":{},%"0","ErrInfo":""}}
+  companion $command {{"ProjectPath":"a","item":{}}} {} {} [refused $command]
+}
+companion ExitBomViewMode $path {} [concat [list "LockBomView $doubled 0"] $redraw] {{"Data":{},%"0","ErrInfo":""}}
+companion EnterBomViewMode {{"ProjectPath":"C:\\\\设计\\\\a.dsn","Stick":["R1",3,"C 1"]}} {} \
+    [concat [list "setAllNotStick $doubled" "setEnterViewMode $doubled R1,C 1," "LockBomView $doubled 1"] $redraw] {{"Data":{},%"0"}}
+companion EnterBomViewMode {{"ProjectPath":"a","Stick":[]}} {} \
+    {{setAllNotStick "a"} {setEnterViewMode "a" } {LockBomView "a" 1} {saveFile "a"} ZoomIn ZoomOut} {{"Data":{},%"0"}}
+
+# Design files and whole designs
+companion AutoDealwithDsn {{"a":"1","ProjectPath":"C:\\a.dsn","n":5,"id":"x]y","b":"2"}} {} \
+    [list {AutoDeal "C:\a.dsn" [list 1 x\]y 2]}] {{"Data":{"id":"x]y"},%"0"}}
+companion SelectModule {{"Page":"P 1","priceK":"2"}} {} {{getSelectPart "P 1"}} {{"Data":{},%"0"}}
+companion SelectModule {{"priceK":"2"}} {} {} [refused SelectModule]
+companion ClearCurrentDesign {[]} {} ClearCurrentDesign {{"Data":{},%"0"}}
+companion CheckOpenState {{"ProjectPath":"c:/设计/A.DSN"}} {InitPath {C:\x.dsn;C:\设计\a.dsn;}} InitPath {{"Data":{"State":"Open"},%"0"}}
+companion CheckOpenState {{"ProjectPath":"C:\\b.dsn"}} {InitPath {C:\a.dsn}} InitPath {{"Data":{"State":"Close"},%"0"}}
+companion Cancel {{"ProjectPath":"C:\\a.dsn"}} {} {} {{"Data":{"ExitCommand":"\"C:\\a.dsn\""},%"0"}}
+check "Cancel answers in UTF-8" [encoding convertfrom utf-8 [binary decode hex [packetParser [hex [format {{"Command":"Cancel","Data":%s}} $path]]]]] \
+    {{"Data":{"ExitCommand":"\"C:\\设计\\a.dsn\""},"Command":"Cancel_EndResult","Result":"0"}}
+companion GetPartPropertyList $path {getAllPropertyName {Value {Part Number}}} [list "getAllPropertyName $raw"] \
+    {{"Data":{"PartNameProperty":"Part Name","PartNumberProperty":"Part Number","PropertyList":["Value","Part Number"]},%"0","ErrInfo":""}}
+companion GetPartPropertyList $path {} [list "getAllPropertyName $raw"] {{"Data":{},%"1","ErrInfo":""}}
+companion SetNewGuid $path {getGuid ABC} [list {getGuid"C:\设计\a.dsn" 1} "getGuid $raw 1"] {{"Data":{"Guid":"ABC"},%"0","ErrInfo":""}}
+companion SetNewGuid $path {getGuid {Invalid path}} [list {getGuid"C:\设计\a.dsn" 1} "getGuid $raw 1"] {{"Data":{},%"1","ErrInfo":"Invalid path"}}
+companion CloseOrcad {{}} {} Exit ""
+
+# Answers to the plug-in's own messages, and what nobody knows
+companion X_EndResult_more {{}} {} {} ""
+companion GetnetsList {{}} {} {} [refused GetnetsList]
+row packetParser {{"Data":{}}} {} {} ""
+row packetParser {[1,2} {} {} ""
+thread X_EndResult {{}} {} {} [refused X_EndResult "command1 error"]
+
+# The link thread's requests
+thread creatClient {{}} {creatClient 没有} {{creatClient 1}} {{"Data":{},%"1","ErrInfo":"creat client failed!"}}
+thread creatClient {{}} {creatClient 0} {{creatClient 1}} {{"Data":{},%"0"}}
+thread creatClient {{}} {creatClient 0} {{creatClient 0}} {{"Data":{},%"0"}}
+thread getDsnPinCount $path {getDsnPinCount 12} [list "getDsnPinCount $doubled"] {{"Data":{"PinCount":"12"},%"0"}}
+thread GetNewOpenPath {{}} {InitPath {C:\a.txt;}} InitPath {{"Data":{},%"1","ErrInfo":"No file!"}}
+thread GetNewOpenPath {{}} {InitPath {C:\a.dsn;C:\b.DSN;C:\c.Dsn}} InitPath {{"Data":{"ProjectPath":"C:\\a.dsn","CloseFile":""},%"0"}}
+thread FileStatus {{"Status":"Open","FileName":"C:\\a.dsn","More":1}} {InitPath {C:\a.dsn;C:\b.DSN;}} \
+    [list "sendPacketGlobalHandle \"[hex {{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\a.dsn","More":1}}}]\"" InitPath] \
+    {{"Data":{"ProjectPath":"C:\\a.dsn"},%"0"}}
+thread GetNewOpenPath {{}} {InitPath {C:\b.DSN;}} InitPath {{"Data":{"ProjectPath":"C:\\b.DSN","CloseFile":"C:\\a.dsn"},%"0"}}
+thread FileStatus {{"Status":"Close","FileName":"C:\\a.dsn"}} {} \
+    [list "sendPacketGlobalHandle \"[hex {{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"C:\\a.dsn"}}}]\"" InitPath] \
+    {{"Data":{},%"1","ErrInfo":"No file!"}}
+thread GetNewOpenPath {{}} {InitPath {C:\b.DSN;}} InitPath {{"Data":{"ProjectPath":"C:\\b.DSN","CloseFile":""},%"0"}}
+thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"BASE\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"File not exist"}}
+thread GetNetsList $path {GetNetsList {Error: no nets}} [list "GetNetsList $doubled \"BASE\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"Error: no nets"}}
+
+foreach failure $failures {
+  puts stderr $failure
+}
+puts "$passed passed, [llength $failures] failed"

@@ -1,0 +1,59 @@
+#include "core/code_page.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+
+class CodePageTest : public testing::Test {
+ protected:
+  FakeCodePage page_;
+  FakeUserMessages messages_;
+  TextConverter text_{page_, messages_};
+};
+
+TEST_F(CodePageTest, ConvertsBothWays) {
+  EXPECT_EQ(text_.ansiToUtf8("原理图 R1"), utf8(u8"原理图 R1"));
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), "原理图 R1");
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"a\U0001F600")).front(), 'a');
+  EXPECT_EQ(text_.utf8ToAnsi("原理图"), "原理图");  // no UTF-8: in the code page already
+  EXPECT_EQ(text_.ansiToUtf8(std::string("中\0文", 5)), utf8(u8"中"));
+  EXPECT_EQ(text_.utf8ToAnsi(std::string("ab\0c", 4)), "ab");
+  EXPECT_EQ(text_.ansiToUtf8(""), "");
+}
+
+TEST_F(CodePageTest, EachRoadHasItsOwnTest) {
+  const struct {
+    std::string text;
+    std::string message;  // to the companion, code page
+    std::string script;   // to the host, UTF-8
+    std::string path;
+  } rows[] = {
+      {"R1", "R1", "R1", "R1"},
+      {utf8(u8"中文"), "中文", utf8(u8"中文"), utf8(u8"中文")},
+      {utf8(u8"中"), utf8(u8"中"), utf8(u8"中"), utf8(u8"中")},  // too short to look like UTF-8
+      {"理", "理", utf8(u8"理"), utf8(u8"理")},
+      // Two bytes that are one character of either encoding: only a path from the host stays as it is.
+      {"\xC2\xB5", "\xC2\xB5", utf8(u8"碌"), "\xC2\xB5"},
+      {"", "", "", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(text_.messageText(row.text), row.message) << row.text;
+    EXPECT_EQ(text_.scriptValue(row.text), row.script) << row.text;
+    EXPECT_EQ(text_.hostPath(row.text), row.path) << row.text;
+  }
+}
+
+TEST_F(CodePageTest, FailureIsShownAndGivesNoText) {
+  page_.throwing = true;
+  EXPECT_EQ(text_.ansiToUtf8("图"), "");
+  EXPECT_EQ(text_.ansiToUtf8("ASCII needs no conversion"), "ASCII needs no conversion");
+  EXPECT_THAT(messages_.shown(), ElementsAre("GBK格式异常"));
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,171 @@
+#include "core/text.h"
+
+#include <gtest/gtest.h>
+
+#include "core/directories.h"
+#include "core/identifiers.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+TEST(Text, LooksLikeUtf8ChineseByItsFirstCandidateAlone) {
+  const struct {
+    std::string_view text;
+    bool expected;
+  } rows[] = {
+      {"", false},
+      {"abc", false},
+      {"\xE4\xB8\xAD", false},  // ends with its only character
+      {"\xE4\xB8\xAD"
+       "a",
+       true},
+      {"x\xE4\xB8\xAD\xE6\x96\x87", true},
+      {"\xE4\x80\x80"
+       "a",
+       true},
+      {"\xE9\xBF\xBF"
+       "a",
+       true},
+      {"\xE3\xB8\xAD"
+       "a",
+       false},
+      {"\xEA\xB8\xAD"
+       "a",
+       false},
+      {"\xE4\x7F\xAD"
+       "a",
+       false},
+      {"\xE4\xC0\xAD"
+       "a",
+       false},
+      {"\xE4\xB8\x7F"
+       "a",
+       false},
+      {"\xE4\xB8\xC0"
+       "a",
+       false},
+      {"\xE4zz\xE4\xB8\xAD\xE6\x96\x87", false},  // later characters do not count
+      {"\xE4", false},
+      {"\xE4\xB8", false},
+      {"中文", false},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(looksLikeUtf8Chinese(row.text), row.expected) << row.text;
+  }
+}
+
+TEST(Text, NonAscii) {
+  EXPECT_TRUE(hasNonAscii(""));
+  EXPECT_FALSE(hasNonAscii("R1_\x7F"));
+  EXPECT_TRUE(hasNonAscii("R\x80"));
+}
+
+TEST(Text, Utf8IsWellFormedOrNot) {
+  const struct {
+    std::string_view text;
+    bool valid;
+    bool threeBytes;
+  } rows[] = {
+      {"", true, false},
+      {"abc", true, false},
+      {"\xC2\x80", true, false},
+      {"\xDF\xBF", true, false},
+      {"\xE0\xA0\x80", true, true},
+      {"\xED\x9F\xBF", true, true},
+      {"\xEE\x80\x80", true, true},
+      {"\xEF\xBF\xBF", true, true},
+      {"\xF0\x90\x80\x80", true, false},
+      {"\xF4\x8F\xBF\xBF", true, false},
+      {"\xF0\x9F\x98\x80\xE4\xB8\xAD", true, true},
+      {"\x80", false, false},
+      {"\xC0\x80", false, false},  // overlong
+      {"\xC1\xBF", false, false},
+      {"\xE0\x9F\xBF", false, false},
+      {"\xF0\x8F\xBF\xBF", false, false},
+      {"\xED\xA0\x80", false, false},  // surrogate
+      {"\xF4\x90\x80\x80", false, false},
+      {"\xF5\x80\x80\x80", false, false},
+      {"\xFF", false, false},
+      {"\xC2", false, false},
+      {"\xC2"
+       "a",
+       false, false},
+      {"\xE4\xB8", false, false},
+      {"\xE4\xB8"
+       "a",
+       false, false},
+      {"\xF0\x9F\x98", false, false},
+      {"\xE4\xB8\xAD\xD6", false, false},  // one bad byte spoils all
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(isValidUtf8(row.text), row.valid) << row.text;
+    EXPECT_EQ(isUtf8WithThreeByteSequence(row.text), row.threeBytes) << row.text;
+  }
+}
+
+TEST(Text, SplitsIntoFieldsAndItems) {
+  const struct {
+    std::string_view text;
+    std::vector<std::string> fields;
+    std::vector<std::string> items;
+  } rows[] = {
+      {"", {""}, {}},
+      {";", {"", ""}, {}},
+      {"a;b;", {"a", "b", ""}, {"a", "b"}},
+      {";a;;b", {"", "a", "", "b"}, {"a", "b"}},
+      {"a", {"a"}, {"a"}},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(splitFields(row.text, ';'), row.fields) << row.text;
+    EXPECT_EQ(splitItems(row.text, ';'), row.items) << row.text;
+  }
+}
+
+TEST(Text, ReplacesWithoutReadingWhatItInserted) {
+  EXPECT_EQ(replaceAll("aXbXX", "X", "XX"), "aXXbXXXX");
+  EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
+  EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
+  EXPECT_EQ(doubleBackslashes("C:\\a\\\\b"), "C:\\\\a\\\\\\\\b");
+}
+
+// 0x5C, the backslash, is a second byte of many characters of the code page.
+TEST(Text, SecondBytesAreNoCharactersOfTheirOwn) {
+  EXPECT_EQ(replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
+  EXPECT_EQ(replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
+  EXPECT_EQ(replaceInCodePage("\x80\\", '\\', "/"), "\x80/");
+  EXPECT_EQ(replaceInCodePage("\xFF\\", '\\', "/"), "\xFF/");
+
+  EXPECT_EQ(withoutLastComponent("C:\\a\\b.dll"), "C:\\a");
+  EXPECT_EQ(withoutLastComponent("C:\\\xD5\x5C"), "C:");
+  EXPECT_EQ(withoutLastComponent("\xD5\x5C"), "\xD5\x5C");
+  EXPECT_EQ(withoutLastComponent("none"), "none");
+  EXPECT_EQ(withoutLastComponent(""), "");
+}
+
+TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
+  EXPECT_EQ(extensionOf("C:\\a.b\\c.dsn"), "dsn");
+  EXPECT_EQ(extensionOf("a."), "");
+  EXPECT_EQ(extensionOf("a"), std::nullopt);
+}
+
+TEST(Directories, FollowTheModulePath) {
+  const Directories found = directoriesOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll");
+  EXPECT_EQ(found.pluginFolder, "D:\\\xD5\x5C tools\\bin");
+  EXPECT_EQ(found.baseDirectory, "D:\\\xD5\x5C tools");
+  EXPECT_EQ(found.logDirectory, "D:\\\xD5\x5C tools\\Script\\Log");
+  EXPECT_EQ(found.configurationFile, "D:\\\xD5\x5C tools\\Config\\App.txt");
+  EXPECT_EQ(directoriesOf("Vernoxa64.dll").baseDirectory, "Vernoxa64.dll");
+}
+
+TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {
+  FakeGuidSource source;
+  EXPECT_EQ(guidText(source), "1B4E28BA-2FA1-11d2-883F-0016D3CCA427");
+  source.next = Guid{0xABCDEF, 0xAB, 0xFE, {0, 1, 2, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE}};
+  EXPECT_EQ(guidText(source), "00ABCDEF-00AB-00fe-0001-02AABBCCDDEE");
+  source.next.reset();
+  EXPECT_EQ(guidText(source), "");
+}
+
+}  // namespace
+}  // namespace vernoxa

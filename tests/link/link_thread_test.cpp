@@ -1,0 +1,316 @@
+#include "link/link_thread.h"
+
+#include <gmock/gmock.h>
+
+#include <deque>
+#include <map>
+
+#include "core/text.h"
+#include "link/file_status.h"
+#include "link/socket_client.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* yes = R"({"Result":"0"})";
+constexpr const char* no = R"({"Result":"1"})";
+constexpr const char* hangUp = "hang up";
+
+class LinkThreadTest : public testing::Test, protected FakeServices {
+ protected:
+  LinkThreadTest() { state.link.setHostInstallPath("D:\\Capture.exe"); }
+
+  // What the host's scripts answer to each command, in turn, the last one for ever.
+  std::map<std::string, std::deque<std::string>> answers_;
+
+  Peer host() {
+    return {{}, StreamEnd::close, [this](const std::string& request) -> std::optional<std::string> {
+              requests_.push_back(request);
+              const Json message = Json::parse(request).document;
+              auto& queue = answers_[std::string(message.member("Command").text().value_or("?"))];
+              const std::string answer = queue.empty() ? hangUp : queue.front();
+              if (queue.size() > 1) {
+                queue.pop_front();
+              }
+              if (answer == yes && request.find("creatClient") != std::string::npos) {
+                state.link.setClientCreated(true);
+              }
+              return answer == hangUp ? std::nullopt : std::optional(answer);
+            }};
+  }
+
+  // Runs the whole thread until it has slept that often; gives the pauses in seconds.
+  std::vector<int> runFor(int sleeps) {
+    fake.sockets.listen(hostPort, host());
+    for (int accepted = 0; accepted < companions_; ++accepted) {
+      fake.sockets.expect(companionPort, {});
+    }
+    fake.clock.stopAfter = sleeps;
+    LinkThread(services, client_).run();
+    std::vector<int> seconds;
+    for (const int pause : fake.clock.pauses()) {
+      seconds.push_back(pause / 1000);
+    }
+    return seconds;
+  }
+
+  // One step over a fresh connection.
+  int step(int (LinkThread::*what)()) {
+    fake.sockets.expect(hostPort, host());
+    client_.connect(localAddress, hostPort);
+    LinkThread link(services, client_);
+    return (link.*what)();
+  }
+  int poll() { return step(&LinkThread::connectToServerForPthread); }
+
+  // The commands of the requests so far.
+  std::vector<std::string> asked() const {
+    std::vector<std::string> names;
+    for (const std::string& request : requests_) {
+      const Json message = Json::parse(request).document;
+      names.emplace_back(message.member("Command").text().value_or("?"));
+      if (const auto status = message.member("Data").member("Status").text()) {
+        names.back().append(" ").append(*status);
+      }
+    }
+    return names;
+  }
+  std::vector<std::uint16_t> ports() const {
+    std::vector<std::uint16_t> all;
+    for (const auto& connection : fake.sockets.connections()) {
+      all.push_back(connection.port);
+    }
+    return all;
+  }
+
+  int companions_ = 1000;  // connections that the companion takes
+  std::vector<std::string> requests_;
+  SocketClient client_{world, logs};
+};
+
+TEST_F(LinkThreadTest, WaitsForTheHostThenForTheCompanion) {
+  fake.sockets.refuse(hostPort, 2);
+  fake.sockets.refuse(companionPort, 50);
+  answers_ = {{"creatClient", {no, yes}}, {"GetNewOpenPath", {no}}};
+  // Three attempts at the host, each with its pause; fifty probes without one; a failed handshake; two polls.
+  EXPECT_THAT(runFor(6), ElementsAre(10, 10, 10, 10, 10, 10));
+  EXPECT_THAT(asked(), ElementsAre("creatClient", "creatClient", "GetNewOpenPath", "GetNewOpenPath"));
+  EXPECT_THAT(ports(), ElementsAre(hostPort, companionPort, companionPort));
+  EXPECT_EQ(fake.sockets.refused(), 52);
+  EXPECT_EQ(fake.sockets.stillOpen(), 1);
+  EXPECT_EQ(crashes(), "Fun111");
+}
+
+TEST_F(LinkThreadTest, MakesTheCompanionsConnectionAnew) {
+  answers_ = {{"creatClient", {R"({"Result":"0","but":"no flag"})", no, yes}}, {"GetNewOpenPath", {no}}};
+  // The handshake leaves the flag unset, as after a break: one pass fails, the next pauses once more and polls.
+  EXPECT_THAT(runFor(5), ElementsAre(10, 10, 10, 10, 10));
+  EXPECT_THAT(asked(), ElementsAre("creatClient", "creatClient", "creatClient", "GetNewOpenPath", "GetNewOpenPath"));
+  EXPECT_THAT(ports(), ElementsAre(hostPort, companionPort, companionPort, companionPort));
+}
+
+TEST_F(LinkThreadTest, AsksNothingWhileTheCompanionIsAway) {
+  answers_ = {{"creatClient", {R"({"Result":"0","but":"no flag"})"}}};
+  companions_ = 1;
+  EXPECT_THAT(runFor(4), ElementsAre(10, 10, 10, 10));
+  EXPECT_THAT(asked(), ElementsAre("creatClient"));
+  EXPECT_EQ(fake.sockets.refused(), 3);
+}
+
+TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
+  const struct {
+    const char* answer;
+    int result;
+    const char* printed;
+  } rows[] = {
+      {yes, 0, ""},
+      {no, -1, ""},
+      {R"({"Result":"00"})", -1, ""},
+      {R"({"Result":0})", -1, ""},
+      {R"({"result":"0"})", -1, "not value\n"},
+      {"[]", -1, "not value\n"},
+      {"nonsense", -1, "Error before: [nonsense]\n"},
+      {"", -1, "Error before: []\n"},
+      {hangUp, -1, ""},
+  };
+  std::string printed;
+  for (const auto& row : rows) {
+    answers_["creatClient"] = {row.answer};
+    EXPECT_EQ(step(&LinkThread::creatClient), row.result) << row.answer;
+    EXPECT_EQ(fake.output.text(), printed += row.printed) << row.answer;
+  }
+  EXPECT_EQ(requests_.front(), "{\n\t\"Command\":\t\"creatClient\"\n}");
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(LinkThreadTest, ReportsAnOpenedDesign) {
+  answers_ = {{"GetNewOpenPath", {R"({"Result":"0","Data":{"ProjectPath":"D:\\理.dsn","CloseFile":""}})"}},
+              {"getDsnPinCount", {R"({"Result":"0","Data":{"PinCount":"12"}})"}},
+              {"FileStatus", {R"({"Data":{"Path":"E:\\project"}})"}}};
+  EXPECT_EQ(poll(), 0);
+  EXPECT_THAT(requests_,
+              ElementsAre("{\n\t\"Command\":\t\"GetNewOpenPath\"\n}",
+                          "{\n\t\"Command\":\t\"getDsnPinCount\",\n\t\"ProjectPath\":\t\"D:\\\\理.dsn\"\n}",
+                          "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n"
+                          "\t\t\"Status\":\t\"Open\",\n\t\t\"FileName\":\t\"D:\\\\理.dsn\",\n\t\t\"Pid\":\t\"4242\",\n"
+                          "\t\t\"AllegroPath\":\t\"D:\\\\Capture.exe\",\n\t\t\"PinCount\":\t\"12\"\n\t}\n}"));
+  EXPECT_EQ(state.link.baseDirectory(), "E:\\project");
+}
+
+TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
+  answers_ = {{"GetNewOpenPath",
+               {"{\"Result\":\"0\",\"Data\":{\"CloseFile\":\"D:\\\\a.dsn;;D:\\\\" + utf8(u8"原理图") + ".DSN;\"}}"}},
+              {"FileStatus", {yes}}};
+  EXPECT_EQ(poll(), 0);
+  EXPECT_THAT(asked(), ElementsAre("GetNewOpenPath", "FileStatus Close", "FileStatus Close"));
+  EXPECT_EQ(requests_[2],
+            "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n\t\t\"Status\":\t\"Close\",\n"
+            "\t\t\"FileName\":\t\"D:\\\\原理图.DSN\"\n\t}\n}");
+  EXPECT_THAT(fake.clock.pauses(), ElementsAre(300, 300));
+}
+
+TEST_F(LinkThreadTest, PollsOfEveryKind) {
+  const std::string counted = R"({"Data":{"PinCount":"3"}})";
+  const struct {
+    const char* name;
+    std::string found;  // the answer to GetNewOpenPath
+    std::string count;
+    std::string told;
+    bool done;
+    std::vector<std::string> asked;  // after GetNewOpenPath
+    const char* printed;
+  } rows[] = {
+      {"no answer", hangUp, "", "", false, {}, ""},
+      {"no JSON", "{", "", "", false, {}, "Error before: []\n"},
+      {"failed", R"({"Result":"1","Data":{}})", "", "", false, {}, "not value\n"},
+      {"no result", R"({"Data":{"ProjectPath":"a.dsn"}})", "", "", false, {}, "not value\n"},
+      {"result as number", R"({"Result":0,"Data":{"ProjectPath":"a.dsn"}})", "", "", false, {}, "not value\n"},
+      {"no data", R"({"Result":"0"})", "", "", false, {}, "not value\n"},
+      {"data of another kind", R"({"Result":"0","Data":"a.dsn"})", "", "", false, {}, "not value\n"},
+      {"nothing new", R"({"Result":"0","Data":{"CloseFile":""}})", "", "", false, {}, ""},
+      {"nothing new at all", R"({"Result":"0","Data":{}})", "", "", false, {}, ""},
+      {"a closed name of one character", R"({"Result":"0","Data":{"CloseFile":"a"}})", "", "", true, {}, ""},
+      {"no designs", R"({"Result":"0","Data":{"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;"}})", "", "", true, {}, ""},
+      {"path of another kind", R"({"Result":"0","Data":{"ProjectPath":["a.dsn"]}})", "", "", true, {}, ""},
+      {"the host lost it",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.DSN;"}})",
+       R"({"Data":{"PinCount":"-1"}})",
+       "",
+       true,
+       {"getDsnPinCount", "getDsnPinCount"},
+       "Don't have fileDon't have file"},
+      {"pin count missing",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn","CloseFile":"b.dsn"}})",
+       R"({"PinCount":"3"})",
+       yes,
+       true,
+       {"getDsnPinCount", "FileStatus Close"},
+       "not value\n"},
+      {"pin count of another kind",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
+       R"({"Data":{"PinCount":3}})",
+       yes,
+       true,
+       {"getDsnPinCount"},
+       "not value\n"},
+      {"pin count is no JSON",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn"}})",
+       "?",
+       yes,
+       true,
+       {"getDsnPinCount", "getDsnPinCount"},
+       "Error before: [?]\nError before: [?]\n"},
+      {"connection lost before the count",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn"}})",
+       hangUp,
+       yes,
+       false,
+       {"getDsnPinCount"},
+       ""},
+      {"connection lost after telling",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn"}})",
+       counted,
+       hangUp,
+       false,
+       {"getDsnPinCount", "FileStatus Open"},
+       ""},
+      {"connection lost while closing",
+       R"({"Result":"0","Data":{"CloseFile":"c.dsn;d.dsn"}})",
+       "",
+       hangUp,
+       false,
+       {"FileStatus Close"},
+       ""},
+      {"path reported is empty",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
+       counted,
+       R"({"Data":{"Path":""}})",
+       true,
+       {"getDsnPinCount", "FileStatus Open"},
+       ""},
+      {"path reported of another kind",
+       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
+       counted,
+       R"({"Data":{"Path":7}})",
+       true,
+       {"getDsnPinCount", "FileStatus Open"},
+       ""},
+  };
+  std::string printed;
+  for (const auto& row : rows) {
+    requests_.clear();
+    answers_ = {{"GetNewOpenPath", {row.found}}, {"getDsnPinCount", {row.count}}, {"FileStatus", {row.told}}};
+    EXPECT_EQ(poll() == 0, row.done) << row.name;
+    std::vector<std::string> expected = row.asked;
+    expected.insert(expected.begin(), "GetNewOpenPath");
+    EXPECT_EQ(asked(), expected) << row.name;
+    EXPECT_EQ(fake.output.text(), printed += row.printed) << row.name;
+    EXPECT_EQ(state.link.baseDirectory(), "C:\\App") << row.name;
+  }
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(LinkThreadTest, ReplyThatIsNoPacketTextIsReportedByTheStepItMet) {
+  const std::string garbage = std::string("\x04\0\0\0", 4) + "zzzz";
+  const auto failing = [&](int (LinkThread::*what)()) {
+    fake.sockets.expect(hostPort, {{{garbage, {}}}, StreamEnd::close, nullptr});
+    client_.connect(localAddress, hostPort);
+    LinkThread link(services, client_);
+    return (link.*what)();
+  };
+  EXPECT_EQ(failing(&LinkThread::creatClient), -1);
+  EXPECT_EQ(failing(&LinkThread::connectToServerForPthread), -1);
+  EXPECT_EQ(crashes(), "creatClient\nconnectToServerForPthread");
+}
+
+// Each call of the sockets fails once, and each time the poll ends in order.
+TEST_F(LinkThreadTest, AnyCallMayFail) {
+  answers_ = {{"GetNewOpenPath", {R"({"Result":"0","Data":{"ProjectPath":"a.dsn","CloseFile":"c.dsn"}})"}},
+              {"getDsnPinCount", {R"({"Data":{"PinCount":"3"}})"}},
+              {"FileStatus", {R"({"Data":{"Path":"E:\\project"}})"}}};
+  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+    for (int call = 1; call <= 20; ++call) {
+      fake.sockets.faults.failCall(0);
+      fake.sockets.expect(hostPort, host());
+      ASSERT_EQ(client_.connect(localAddress, hostPort), 0);
+      fake.sockets.faults.failCall(call, kind);
+      const int result = LinkThread(services, client_).connectToServerForPthread();
+      EXPECT_EQ(result == 0, fake.sockets.faults.calls() < call) << call;
+      EXPECT_GE(result, -5);
+    }
+  }
+  EXPECT_FALSE(fake.sockets.misused());
+  EXPECT_EQ(fake.sockets.stillOpen(), 1);
+}
+
+TEST(FileStatus, DesignsAreKnownByTheirExtension) {
+  EXPECT_THAT(designsAmong("a.dsn;B.DSN;c.Dsn;d.dsnx;.dsn;dsn;e.dsn;"), ElementsAre("a.dsn", "B.DSN", ".dsn", "e.dsn"));
+  EXPECT_THAT(designsAmong(""), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,201 @@
+#include "link/socket_client.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using testing::ElementsAre;
+
+class SocketClientTest : public testing::Test, protected FakeServices {
+ protected:
+  int connectTo(Peer peer) {
+    fake.sockets.expect(9601, std::move(peer));
+    return client_.connect(localAddress, companionPort);
+  }
+  // What a received stream of these pieces gives: the message, or "-1", or "exception".
+  std::string received(std::vector<Piece> pieces, StreamEnd end = StreamEnd::close,
+                       std::optional<milliseconds> limit = std::nullopt) {
+    connectTo({std::move(pieces), end, nullptr});
+    std::string message = "untouched";
+    try {
+      const int status = client_.receivePacket(message, limit);
+      EXPECT_EQ(message == "untouched", status != 0);
+      return status == 0 ? message : std::to_string(status);
+    } catch (const std::runtime_error&) {
+      return "exception";
+    }
+  }
+  static std::vector<Piece> cut(const std::string& stream, std::size_t at) {
+    return {{stream.substr(0, at), {}}, {stream.substr(at), {}}};
+  }
+  FakeSockets::Connection last() { return fake.sockets.connections().back(); }
+
+  SocketClient client_{world, logs};
+};
+
+std::string headed(std::string_view payload, std::string_view header) {
+  return std::string(header).append(payload);
+}
+
+TEST_F(SocketClientTest, FramesAtTheSizesThatMatter) {
+  const struct {
+    std::size_t bytes;
+    std::vector<std::size_t> sends;
+  } rows[] = {
+      {0, {4}}, {1, {4, 2}}, {2000, {4, 4000}}, {2001, {4, 4000, 2}}, {4000, {4, 4000, 4000}}, {40000, {}},
+  };
+  for (const auto& row : rows) {
+    std::string message(row.bytes, '\0');
+    std::iota(message.begin(), message.end(), '\1');
+    ASSERT_EQ(connectTo({}), 0);
+    client_.sendPacket(message);
+    EXPECT_EQ(last().sent, frameOf(message)) << row.bytes;
+    if (!row.sends.empty()) {
+      EXPECT_EQ(last().sendSizes, row.sends);
+    }
+  }
+}
+
+TEST_F(SocketClientTest, SendingIsLogged) {
+  enableTraffic();
+  connectTo({});
+  client_.sendPacket(std::string(64, 'a'));
+  EXPECT_EQ(traffic(), std::string(64, 'a') + "\nacBuf[0]:ffffff80\nacBuf[1]:0\nacBuf[2]:0\nacBuf[3]:0\nLength:128\n" +
+                           frameOf(std::string(64, 'a')).substr(4) + "\n==========================send over");
+}
+
+TEST_F(SocketClientTest, FailedSendsAreLoggedAndGoOn) {
+  enableTraffic();
+  connectTo({});
+  fake.sockets.faults.failCall(2);  // the header goes out, the first of two pieces does not
+  client_.sendPacket(std::string(2001, 'a'));
+  EXPECT_THAT(last().sendSizes, ElementsAre(4U, 2U));
+  EXPECT_TRUE(traffic().ends_with("\nerrno:10054\n==========================send over"));
+}
+
+TEST_F(SocketClientTest, ReceivingIsLogged) {
+  enableTraffic();
+  EXPECT_EQ(received({{frameOf("{理}"), {}}}), "{理}");
+  EXPECT_EQ(traffic(),
+            "revData[0]:8\nrevData[1]:0\nrevData[2]:0\nrevData[3]:0\nlen:8\n{理}\n"
+            "==========================recv over");
+}
+
+// The header is what one receive brings; the payload may come in any pieces.
+TEST_F(SocketClientTest, EverySplitAndEveryTruncation) {
+  const std::string message = "{\"Command\":\"理\"}";
+  const std::string frame = frameOf(message);
+  for (std::size_t size = 4; size < frame.size(); ++size) {
+    EXPECT_EQ(received(cut(frame, size)), message) << size;
+    EXPECT_EQ(received({{frame.substr(0, size), {}}}), "-1") << size;
+    EXPECT_EQ(received({{frame.substr(0, size), {}}}, StreamEnd::fail), "-1") << size;
+  }
+  EXPECT_EQ(received({}), "-1");
+  EXPECT_EQ(received({}, StreamEnd::fail), "-1");
+  EXPECT_EQ(received({{frameOf(""), {}}}), "");
+  // A header cut short is completed with zeros, and the rest of it is read as payload.
+  EXPECT_EQ(received({{std::string("\x02\0", 2), {}}, {std::string("7b"), {}}}), "{");
+  EXPECT_EQ(received(cut(frame, 1)), "");  // which begins with a NUL byte
+}
+
+TEST_F(SocketClientTest, OnlySixteenBitsOfTheLengthCount) {
+  const std::string payload = frameOf(std::string(35000, 'm')).substr(4);
+  EXPECT_EQ(received({{headed(payload, std::string("\x70\x11\x01\0", 4)), {}}}), std::string(2232, 'm'));
+  EXPECT_EQ(received({{headed(payload, std::string("\0\0\x01\0", 4)), {}}}), "");
+  EXPECT_EQ(received({{headed(payload, "\xFE\xFF\xFF\xFF"), {}}}), std::string(32767, 'm'));
+  EXPECT_EQ(received({{headed(payload, std::string("\xFF\xFF\0\0", 4)), {}}}), std::string(32767, 'm'));  // odd length
+}
+
+TEST_F(SocketClientTest, PiecesEndAtTheirFirstNul) {
+  const std::string header("\x08\0\0\0", 4);
+  EXPECT_EQ(received({{header + std::string("7b\0zzzz", 7), {}}, {"7", {}}}), "{");  // "7b7", the odd digit dropped
+  EXPECT_EQ(received({{header + std::string(8, '\0'), {}}}), "");
+}
+
+TEST_F(SocketClientTest, PayloadThatIsNoPacketTextIsAnException) {
+  EXPECT_EQ(received({{std::string("\x04\0\0\0", 4) + "7bzz", {}}}), "exception");
+}
+
+TEST_F(SocketClientTest, TheLimitHoldsForTheWholeReply) {
+  const std::string frame = frameOf("ok");
+  const struct {
+    const char* name;
+    std::vector<Piece> pieces;
+    const char* expected;
+  } rows[] = {
+      {"at once", {{frame, {}}}, "ok"},
+      {"in time", {{frame.substr(0, 4), seconds(15)}, {frame.substr(4), milliseconds(14999)}}, "ok"},
+      {"header late", {{frame, milliseconds(30001)}}, "-1"},
+      {"dripping",
+       {{frame.substr(0, 4), seconds(8)},
+        {frame.substr(4, 1), seconds(8)},
+        {frame.substr(5, 1), seconds(8)},
+        {frame.substr(6, 1), seconds(8)},
+        {frame.substr(7), seconds(8)}},
+       "-1"},
+      {"silent", {}, "-1"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(received(row.pieces, StreamEnd::hang, seconds(30)), row.expected) << row.name;
+    EXPECT_EQ(received(row.pieces, StreamEnd::close, seconds(30)), row.expected) << row.name;
+  }
+  EXPECT_EQ(received({{frame, seconds(100000)}}), "ok");  // without a limit, however long
+}
+
+TEST_F(SocketClientTest, ConnectTellsWhichStepFailed) {
+  fake.sockets.faults.failCall(1);
+  EXPECT_EQ(connectTo({}), -1);
+  EXPECT_EQ(fake.output.text(), "invalid socket!");
+  fake.sockets.faults.failCall(2);
+  EXPECT_EQ(connectTo({}), -1);
+  EXPECT_EQ(client_.connect(localAddress, hostPort), -1);
+  EXPECT_EQ(fake.output.text(), "invalid socket!connect error !connect error !");
+}
+
+TEST_F(SocketClientTest, NothingStaysBehind) {
+  for (int times = 0; times < 3; ++times) {
+    EXPECT_EQ(connectTo({}), 0);
+    EXPECT_EQ(fake.sockets.stillOpen(), 1);  // a former connection is closed
+  }
+  {
+    SocketClient probe(world, logs);
+    EXPECT_EQ(fake.sockets.started(), 2);
+    EXPECT_EQ(probe.connect(localAddress, hostPort), -1);
+  }
+  EXPECT_EQ(fake.sockets.started(), 1);
+  EXPECT_EQ(fake.sockets.stillOpen(), 1);
+  EXPECT_FALSE(fake.sockets.misused());
+}
+
+TEST_F(SocketClientTest, WithoutAConnectionEverythingFailsQuietly) {
+  enableTraffic();
+  client_.sendPacket("{}");
+  std::string message;
+  EXPECT_EQ(client_.receivePacket(message), -1);
+  EXPECT_EQ(client_.receivePacket(message, seconds(30)), -1);
+  EXPECT_FALSE(fake.sockets.misused());
+}
+
+TEST_F(SocketClientTest, RetiredClientOnlyFails) {
+  connectTo({{{frameOf("late"), {}}}, StreamEnd::close, nullptr});
+  client_.retire();
+  std::string message;
+  EXPECT_EQ(client_.receivePacket(message), -1);
+  client_.sendPacket("{}");
+  EXPECT_EQ(last().sent, "");
+  EXPECT_TRUE(last().closed);
+  EXPECT_EQ(connectTo({}), -1);
+  EXPECT_EQ(fake.sockets.stillOpen(), 0);
+  EXPECT_FALSE(fake.sockets.misused());
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,89 @@
+"""The demo's own machinery: what it makes, what it hears, and that it tells when something is missing."""
+
+import contextlib
+import io
+import pathlib
+import socket
+import tempfile
+import unittest
+from unittest import mock
+
+import fake_plug_in  # puts the stand-ins on the path
+
+from companion import messages
+from companion.view import View
+from stage import chinese_copy, host
+from stage.installation import Installation, NotUsable
+from stage.scene import Missing, Scene
+
+SHEET = """(kicad_sch (symbol (property "Value" "47uF"))
+  (symbol_instances (path "/a" (reference "#PWR01") (unit 1) (value "GND"))
+    (path "/b" (reference "C1") (unit 1) (value "47uF"))))"""
+
+
+class SceneTest(unittest.IsolatedAsyncioTestCase):
+    async def asyncSetUp(self):
+        self.shown = self.enterContext(contextlib.redirect_stdout(io.StringIO()))
+        self.installation = Installation(pathlib.Path(__file__))
+        self.addCleanup(self.installation.remove)
+        self.scene = Scene(View(colour=False), self.installation, port=0)
+        self.addAsyncCleanup(self.scene.end)
+
+    async def test_a_host_that_ends_or_hangs_is_told_with_its_last_words(self):
+        await self.scene.begin(["/bin/sh", "-c", "echo connect error !host: hello; exit 4"])
+        with self.assertRaisesRegex(Missing, "opened: not seen before the host ended with 4") as caught:
+            await self.scene.hear("opened", "FileStatus", 20)
+        self.scene.complain(caught.exception)
+        for line in ("host: hello", "stdout: connect error !", "demo:   hello", "demo: the companion said nothing"):
+            self.assertIn(line, self.shown.getvalue().splitlines())
+
+    async def test_limits_hold_and_failures_are_missing(self):
+        await self.scene.begin(["/bin/sleep", "60"])
+        with self.assertRaisesRegex(Missing, "within 0.1 s"):
+            await self.scene.until("a log", lambda: False, 0.1)
+        with self.assertRaisesRegex(Missing, "not connected"):
+            await self.scene.ask("pages", "GetActiveProPages")
+        refused = messages.read((fake_plug_in.REFUSED % "CreateSVG").encode())
+        with mock.patch.object(self.scene.companion, "ask", mock.AsyncMock(return_value=refused)):
+            with self.assertRaisesRegex(Missing, "command error"):
+                await self.scene.ask("pages", "CreateSVG")
+        await self.scene.host.stop()
+        self.assertIsNotNone(await self.scene.host.ended(0))
+
+    async def test_the_traffic_log_is_found_in_either_spelling(self):
+        for name in ("schLog.txt", "SchLog.txt"):
+            log = self.installation.root / "plug-in" / "Script" / "Log" / name
+            log.write_bytes("设计\r\n".encode("gbk"))
+            self.assertIn("设计", self.installation.traffic())
+            log.unlink()
+
+
+class BeginTest(unittest.TestCase):
+    def test_what_cannot_begin_says_so(self):
+        with self.assertRaisesRegex(NotUsable, "is not there"):
+            Installation(pathlib.Path("/nowhere/Vernoxa64.dll"))
+        with tempfile.TemporaryDirectory(prefix="x" * 80) as folder, mock.patch("tempfile.tempdir", folder):
+            with self.assertRaisesRegex(NotUsable, "too long"):
+                Installation(pathlib.Path(__file__))
+            self.assertEqual(list(pathlib.Path(folder).iterdir()), [])
+        with socket.create_server((host.ADDRESS, 0)) as other:
+            with mock.patch.object(host, "HOST_PORT", other.getsockname()[1]):
+                with self.assertRaisesRegex(NotUsable, "is taken"):
+                    host.require_free_port()
+
+    def test_a_copy_with_a_chinese_value(self):
+        with tempfile.TemporaryDirectory() as folder:
+            source, target = pathlib.Path(folder, "a"), pathlib.Path(folder, "设计")
+            source.mkdir()
+            target.mkdir()
+            (source / "x.kicad_sch").write_text(SHEET, encoding="utf-8")
+            copy, value = chinese_copy.make(source / "x.kicad_sch", target)
+            self.assertEqual(value, "国产47uF")
+            self.assertEqual(copy.read_text(encoding="utf-8"), SHEET.replace("47uF", value))
+            (source / "x.kicad_sch").write_text("(kicad_sch)", encoding="utf-8")
+            with self.assertRaisesRegex(NotUsable, "no part"):
+                chinese_copy.make(source / "x.kicad_sch", target)
+
+
+if __name__ == "__main__":
+    unittest.main()

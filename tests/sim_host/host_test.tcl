@@ -1,0 +1,238 @@
+# The host's procedures, alone and with a fake plug-in: tclsh8.6 host_test.tcl
+package require tcltest
+namespace import ::tcltest::test ::tcltest::makeDirectory
+source -encoding utf-8 [file join [file dirname [file normalize [info script]]] \
+    .. .. sim host host.tcl]
+
+set demo /usr/share/kicad/demos/complex_hierarchy/complex_hierarchy.kicad_sch
+if {![file isfile $demo]} {
+    puts "skipped: kicad-demos is not installed"
+    exit 0
+}
+set logged {}
+proc host::log {text} {
+    lappend ::logged $text
+}
+
+# A plug-in that puts readable words where packets go, and evaluates what it is sent.
+set told {}
+foreach command {ReadOpenPath sendSaveFile sendCloseFile sendAddToBom sendRemoveFromBom} {
+    proc $command {value} "return \"$command \$value\""
+}
+proc packetParser {text} {uplevel #0 $text}
+proc packetParserForPthread {text} {uplevel #0 $text}
+proc serverLinkBreak {} {lappend ::told broken}
+proc selectAddOrRemoveFromBom {} {return 1}
+proc getGenerateGuid {} {return GUID[incr ::guids]}
+proc outputWarming {} {lappend ::told warned}
+
+# Opens the demo under a name; `again` stays open from test to test.
+proc opened {name} {
+    foreach path [designs::paths] {
+        designs::close $path
+    }
+    set ::told {}
+    set ::logged {}
+    return [designs::load $::demo $name]
+}
+set name {Z:\tmp\newdir\设计 文件\a[1].dsn}
+
+test paths "a design is found under every spelling of its path, and no other is" -setup {
+    opened $name
+} -body {
+    set spellings [list $name [string map {\\ /} $name] [string map {\\ \\\\} $name] \
+        [string toupper $name] [subst -nocommands -novariables $name] \
+        {Z:\tmp\newdir\a[1].dsn} a.dsn "" "\u0000\{" {[exit]}]
+    list [lmap text $spellings {getDsnPinCount $text}] [InitPath] \
+        [getGuid nowhere 1] [getGuid $name 1] [getGuid $name] [getGuid $name 1]
+} -result [list {164 164 164 164 164 -1 -1 -1 -1 -1} "$name;" \
+    "Invalid design path" GUID1 GUID1 GUID2]
+
+test options "designs take their names, and mistakes are told" -body {
+    set given [host::options {-design /d/a.kicad_sch -design /d/b.kicad_sch -as C:\\b.DSN -trace}]
+    list [dict get $given designs] [dict get $given trace] [catch {host::options {-as x}}] \
+        [catch {host::options {-design}}] [catch {host::options {-nonsense 1}}]
+} -result [list [list [list /d/a.kicad_sch {Z:\d\a.dsn}] [list /d/b.kicad_sch {C:\b.DSN}]] 1 1 1 1]
+
+test bom "fitted and not fitted parts go their ways and come back after saving" -setup {
+    opened $name
+    set designs::stateFolder [makeDirectory host_state]
+    proc references {list} {
+        lmap line $list {lindex [split $line ";"] 2}
+    }
+} -body {
+    set answers {}
+    generateBOMForPath $name "Part Number" "Part Name"
+    set all [references [capGenerateBOMUtil::getStickList]]
+    lappend answers [lindex [capGenerateBOMUtil::getStickList] 0] [llength $all] \
+        [expr {[references [capGenerateBOMUtil::getNoPartNumberList]] eq $all}]
+    setRefToNotUse $name C1
+    lappend answers [catch {setRefToNotUse $name C999}] [catch {setRefToUse elsewhere C1}]
+    saveFile $name
+    opened $name
+    generateBOMForPath $name Value "Part Reference"
+    lappend answers [capGenerateBOMUtil::getNotStickList] \
+        [llength [capGenerateBOMUtil::getNoPartNumberList]]
+    setAllNotStick $name
+    setEnterViewMode $name C1,none,C2,
+    generateBOMForPath $name "Part Number" "Part Name"
+    lappend answers [references [capGenerateBOMUtil::getStickList]] \
+        [expr {[llength [capGenerateBOMUtil::getNotStickList]] == [llength $all] - 2}]
+} -cleanup {
+    set designs::stateFolder ""
+} -result {{NULL;47uF;C1;CP;Capacitor_THT:CP_Axial_L10.0mm_D4.5mm_P15.00mm_Horizontal;2} 68 1 1 1\
+    {{47uF;47uF;C1;C1;Capacitor_THT:CP_Axial_L10.0mm_D4.5mm_P15.00mm_Horizontal;2}} 0 {C1 C2} 1}
+
+test switching "the selection changes sides; the companion's question shows no box" -setup {
+    opened $name
+    proc sendPacketGlobalHandle {text} {lappend ::told $text; return 0}
+} -body {
+    lappend told [switchStickOrNotStick 0] [switchStickOrNotStick]
+    setRefToNotUse $name C2
+    pages::select {C1 C2}
+    lappend told [switchStickOrNotStick]
+    lmap line $told {string range $line 0 25}
+} -cleanup {
+    rename sendPacketGlobalHandle ""
+    source [file join $host::folder link.tcl]
+} -result [list warned "no part is selected" "" "sendAddToBom {x\;47uF/20V\;C" \
+    "sendRemoveFromBom {x\;47uF\;" ""]
+
+test pages "what is shown, selected and renamed" -setup {
+    opened $name
+} -body {
+    set answers [list [GetActiveProPages] [IsSchematicViewActive]]
+    lappend answers [catch {JumpToDsn $name s nopage {1 2}}] [JumpToDsn $name s ampli_ht_vertical {1 2}]
+    lappend answers [catch {gotoLocation $name C999}] [gotoLocation $name C1] [UnSelectAll]
+    pages::select {C1 R11}
+    lappend answers [pages::selected $name] [getSelectPart complex_hierarchy]
+    ClearCurrentDesign
+    lappend answers [IsSchematicViewActive] [catch {RenameRef 0}] [KX_PlaceWirePort 1 {}]
+} -result [list [list [list $name complex_hierarchy ampli_ht_vertical ampli_ht_horizontal]] \
+    1 1 1 1 1 1 {C1 R11} C1 0 1 "no schematic page is active"]
+
+test rename "references are numbered in reading order and units stay together" -setup {
+    opened $name
+} -body {
+    RenameRef 0
+    set wrong {}
+    set last {}
+    foreach page [dict keys [dict get $designs::open $name pages]] {
+        set places {}
+        foreach id [dict get $designs::open $name pages $page parts] {
+            set part [dict get $designs::open $name parts $id]
+            if {[regexp {^R(\d+)$} [dict get $part reference] -> number]} {
+                lappend places [list [dict get $part y] [dict get $part x] $number]
+            }
+        }
+        foreach place [lsort -integer -index 0 [lsort -integer -index 1 $places]] {
+            lappend last [lindex $place 2]
+        }
+    }
+    set units [lmap ids [dict values [dict get $designs::open $name references]] {llength $ids}]
+    list [expr {$last eq [lsort -integer -unique $last]}] [lindex $last 0] \
+        [expr {[lindex $last end] == [llength $last]}] [lsort -unique $units] [getDsnPinCount $name]
+} -result {1 1 1 {1 2} 164}
+
+test nets "the nets file names every net and pin" -setup {
+    opened $name
+    set folder [makeDirectory host_nets]
+} -body {
+    set data [GetNetsList $name $folder/Nets.txt]
+    set lines [split [string trim [kicad::readFile $folder/Nets.txt]] \n]
+    list [llength $lines] [lsearch -inline -glob $lines "GND\t*C1.2 *"] \
+        [string match "C1\t47uF\t*" [kicad::readFile $data]] \
+        [string match Error* [GetNetsList $name $folder/none/Nets.txt]] \
+        [string match Error* [GetNetsList nowhere $folder/Nets.txt]]
+} -match glob -result {50 {GND*} 1 1 1}
+
+test frames "a frame is taken at any split, and nothing of it before it is whole" -body {
+    set bytes [binary format ia*ia*ia* 3 abc 0 "" 5 vwxyz]
+    set wrong {}
+    for {set split 0} {$split <= [string length $bytes]} {incr split} {
+        set buffer ""
+        set texts {}
+        foreach piece [list [string range $bytes 0 $split-1] [string range $bytes $split end]] {
+            append buffer $piece
+            while {[frames::take buffer text] eq "whole"} {
+                lappend texts $text
+            }
+        }
+        if {$texts ne {abc {} vwxyz} || $buffer ne ""} {
+            lappend wrong $split $texts
+        }
+    }
+    set buffer \xff\xff\xff\xff
+    lappend wrong [frames::take buffer text]
+} -result bad
+
+# Reads from a socket of the test until `pattern` has come, or gives what came in the time.
+proc heard {channel pattern {tenMilliseconds 300}} {
+    set bytes ""
+    for {set tries 0} {$tries < $tenMilliseconds && ![string match $pattern $bytes]} {incr tries} {
+        after 10 {set ::tick 1}
+        vwait ::tick
+        append bytes [read $channel]
+        if {[eof $channel]} {
+            append bytes <closed>
+            break
+        }
+    }
+    return $bytes
+}
+proc framed {text} {
+    return [binary format ia* [string length $text] $text]
+}
+
+test link "the plug-in's thread is always answered; the companion may break off and come back" -setup {
+    opened $name
+    set listener [socket -server {apply {{channel args} {
+        fconfigure $channel -blocking 0 -translation binary
+        set ::companion $channel
+    }}} -myaddr 127.0.0.1 0]
+    set link::companionPort [lindex [fconfigure $listener -sockname] 2]
+    set link::serverPort 0
+    creatServerForPthread
+    set thread [socket 127.0.0.1 [lindex [fconfigure $link::server -sockname] 2]]
+    fconfigure $thread -blocking 0 -translation binary -buffering none
+    proc ask {text} {
+        puts -nonewline $::thread [framed $text]
+        return [string range [heard $::thread ????*] 4 end]
+    }
+} -body {
+    set answers [list [sendPacketGlobalHandle x] [ask {llength [designs::paths]}] [ask {error no}] [ask {return -code -1 x}]]
+    lappend answers [ask creatClient] [ask checkSocketConnect] \
+        [string equal [heard $companion "*a?1?.dsn"] [framed "ReadOpenPath $name"]]
+    set first $companion
+    lappend answers [ask {creatClient 0}] [string equal $first $companion]
+    # Two requests in one piece; only the second one has an answer.
+    puts -nonewline $companion [framed {set nothing ""}][framed GetProductVersion]
+    flush $companion
+    lappend answers [string range [heard $companion *2019] 4 end]
+    puts -nonewline $companion [binary format i 9]abc
+    close $companion
+    for {set tries 0} {$tries < 300 && $link::companion ne ""} {incr tries} {
+        heard $thread none 1
+    }
+    lappend answers [ask checkSocketConnect] $told [ask {creatClient 1}] \
+        [string range [heard $companion *dsn] 4 15]
+    puts -nonewline $companion \xff\xff\xff\xff
+    flush $companion
+    lappend answers [heard $companion *<closed>] [ask checkSocketConnect]
+    close $listener
+    lappend answers [ask {creatClient 1}]
+} -cleanup {
+    close $thread
+    link::shut
+} -result [list "no connection to the companion" 1 "" "" 0 1 1 0 1 17.4-2019 \
+    0 broken 0 ReadOpenPath <closed> 0 1]
+
+test readable "the start-up script's bytes are shown as the Chinese that they are" -body {
+    set bytes [encoding convertto cp936 澜图助手]
+    list [host::readable "menu [encoding convertfrom utf-8 $bytes]"] [host::readable 设计é] \
+        [host::messageOf d6fa0a22] [host::messageOf zz]
+} -result {{menu 澜图助手} 设计é {助 "} zz}
+
+set failed $tcltest::numTests(Failed)
+tcltest::cleanupTests
+exit [expr {$failed > 0}]
