@@ -9,6 +9,7 @@ class Files;
 class GuidSource;
 class LockSource;
 class Processes;
+class RandomNumbers;
 class Sockets;
 class StandardOutput;
 class UserMessages;
@@ -20,6 +21,7 @@ struct World {
   GuidSource& guids;
   LockSource& locks;
   Processes& processes;
+  RandomNumbers& random;
   Sockets& sockets;
   StandardOutput& output;
   UserMessages& messages;

@@ -2,6 +2,7 @@
 
 #include "core/files_windows.h"
 #include "core/process_windows.h"
+#include "core/random.h"
 #include "core/system_windows.h"
 #include "desktop/user_messages_windows.h"
 #include "link/sockets_windows.h"
@@ -16,6 +17,7 @@ struct RealWorld {
   WindowsGuidSource guids;
   WindowsLockSource locks;
   WindowsProcesses processes;
+  TimeSeededNumbers random;
   WindowsSockets sockets;
   WindowsStandardOutput output;
   WindowsUserMessages messages;
@@ -26,8 +28,8 @@ struct RealWorld {
 World realWorld() {
   // Never destroyed: the link thread goes on while the process's statics are being taken down.
   static RealWorld& real = *new RealWorld;
-  return {real.clock,     real.codePage, real.files,  real.guids,   real.locks,
-          real.processes, real.sockets,  real.output, real.messages};
+  return {real.clock,     real.codePage, real.files,   real.guids,  real.locks,
+          real.processes, real.random,   real.sockets, real.output, real.messages};
 }
 
 }  // namespace vernoxa
