@@ -3,12 +3,16 @@
 
 namespace vernoxa {
 
+class Clipboard;
 class Clock;
 class CodePage;
+class Desktop;
 class Files;
 class GuidSource;
 class LockSource;
+class Pictures;
 class Processes;
+class Registry;
 class Sockets;
 class StandardOutput;
 class UserMessages;
@@ -23,6 +27,10 @@ struct World {
   Sockets& sockets;
   StandardOutput& output;
   UserMessages& messages;
+  Registry& registry;
+  Clipboard& clipboard;
+  Pictures& pictures;
+  Desktop& desktop;
 };
 
 }  // namespace vernoxa

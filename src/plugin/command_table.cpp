@@ -4,6 +4,7 @@
 
 #include "bom/bom_commands.h"
 #include "commands/packet_door.h"
+#include "desktop/desktop_commands.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
 
@@ -25,6 +26,7 @@ constexpr CommandFunction run = &Run<command>::call;
 constexpr const char* linkFile = "link/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
+constexpr const char* desktopFile = "desktop/desktop_commands.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
 constexpr CommandFunction notYet = nullptr;
 
@@ -32,7 +34,7 @@ constexpr CommandFunction notYet = nullptr;
 constexpr std::array<CommandRow, commandCount> table = {{
   {"packetParser",           run<packetParser>,           "packetText", "Carries out one packet of the companion and answers the packet text of the reply.", doorFile, "", nullptr},
   {"packetParserForPthread", run<packetParserForPthread>, "packetText", "The same for a packet of the link thread.", doorFile, "", nullptr},
-  {"SelectJumpPart",         notYet, "candidates number", "Lets the user pick one of several parts.", "", "", nullptr},
+  {"SelectJumpPart",         run<selectJumpPart>, "candidates number", "Lets the user pick one of several parts.", desktopFile, "", nullptr},
   {"ReadOpenPath",           run<readOpenPath>,           "path", "Answers the packet text that reports an opened design.", linkFile, "", nullptr},
   {"sendCloseFile",          run<sendCloseFile>,          "path", "Answers the packet text that reports a closed design.", linkFile, "", nullptr},
   {"serverLinkBreak",        run<serverLinkBreak>,        "", "Notes that the host's connection to the companion broke.", linkFile, "", nullptr},
@@ -48,8 +50,8 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"addToLibList",           notYet, "record", "Adds one record of a library symbol to the drawing.", "", "", nullptr},
   {"initSVGList",            notYet, "", "Starts a drawing export.", "", "", nullptr},
   {"outputSVGFile",          notYet, "names", "Writes the last page of a drawing export.", "", "", nullptr},
-  {"GetClipBoardPic",        notYet, "", "Saves the clipboard's picture as the preview and answers its path.", "", "", nullptr},
-  {"GetMousePosition",       notYet, "", "Answers the cursor's position.", "", "", nullptr},
+  {"GetClipBoardPic",        run<getClipBoardPic>, "", "Saves the clipboard's picture as the preview and answers its path.", desktopFile, "", nullptr},
+  {"GetMousePosition",       run<getMousePosition>, "", "Answers the cursor's position.", desktopFile, "", nullptr},
   {"outputError",            run<outputError>,            "?code?", "Shows the message of an error code.", smallFile, "", nullptr},
   {"initMarketFile",         notYet, "", "Starts the export of a shared module.", "", "", nullptr},
   {"addMarketPartList",      notYet, "record", "Adds one schematic object to the module.", "", "", nullptr},
@@ -58,10 +60,10 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"getOlbPath",             notYet, "", "Answers the temporary library's path.", "", "", nullptr},
   {"sendUploadMarket",       notYet, "sumPins selfPins copyPrice parts wires ?keys?", "Hands a module over to the companion.", "", "", "sendUploadMarket exception"},
   {"placeMarketPart",        notYet, "", "Places the module that the companion named.", "", "", nullptr},
-  {"afterPlace",             notYet, "", "Ends the host's placement mode.", "", "", nullptr},
+  {"afterPlace",             run<afterPlace>, "", "Ends the host's placement mode.", desktopFile, "", nullptr},
   {"getNewOlbPath",          notYet, "", "Answers the new library's path.", "", "", nullptr},
   {"GetResPath",             notYet, "resourceId", "Answers where the companion keeps a module.", "", "", nullptr},
-  {"pressEnter",             notYet, "", "Presses Enter after a moment.", "", "", nullptr},
+  {"pressEnter",             run<pressEnter>, "", "Presses Enter after a moment.", desktopFile, "", nullptr},
   {"getSelfUserId",          notYet, "", "Answers the signed-in user's id.", "", "", nullptr},
   {"removeDatFile",          notYet, "", "Removes the files of a placement.", "", "", nullptr},
   {"sendRefRepetition",      notYet, "?kind reference second schematic page x y?", "Design check: reference designators.", "", "", nullptr},
@@ -75,7 +77,7 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"sendOlbPackageInfo",     notYet, "properties", "Package report of a library.", "", "", nullptr},
   {"sendDsnPackageInfo",     notYet, "properties", "Package report of a design.", "", "", nullptr},
   {"sendOlbObjectPackageInfo", notYet, "properties", "Package report of a library object.", "", "", nullptr},
-  {"writeToClipboard",       notYet, "text", "Puts a text on the clipboard.", "", "", nullptr},
+  {"writeToClipboard",       run<writeToClipboard>, "text", "Puts a text on the clipboard.", desktopFile, "", nullptr},
   {"PlacePartProperty",      notYet, "", "Sets the properties of the part that was placed.", "", "", nullptr},
   {"execTool",               run<execTool>,               "", "Starts the companion.", smallFile, "", nullptr},
 }};
