@@ -41,7 +41,13 @@ std::optional<int> distance(int first, int second, int pixels, int millimetres) 
 class TemporaryFile {
  public:
   TemporaryFile(Files& files, std::string path) : files_(files), path_(std::move(path)) {}
-  ~TemporaryFile() { files_.removeFile(path_); }
+  ~TemporaryFile() {
+    try {
+      files_.removeFile(path_);
+    } catch (...) {
+      return;  // it stays until the next picture; a destructor has nobody to tell
+    }
+  }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
