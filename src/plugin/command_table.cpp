@@ -5,6 +5,7 @@
 #include "bom/bom_commands.h"
 #include "checks/report_commands.h"
 #include "commands/packet_door.h"
+#include "desktop/desktop_commands.h"
 #include "export/export_commands.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
@@ -35,14 +36,14 @@ constexpr const char* moduleFile = "sharing/module_commands.cpp";
 constexpr const char* placementFile = "sharing/placement_commands.cpp";
 constexpr const char* requestFile = "sharing/request_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
+constexpr const char* desktopFile = "desktop/desktop_commands.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
-constexpr CommandFunction notYet = nullptr;
 
 // clang-format off
 constexpr std::array<CommandRow, commandCount> table = {{
   {"packetParser",           run<packetParser>,           "packetText", "Carries out one packet of the companion and answers the packet text of the reply.", doorFile, "", nullptr},
   {"packetParserForPthread", run<packetParserForPthread>, "packetText", "The same for a packet of the link thread.", doorFile, "", nullptr},
-  {"SelectJumpPart",         notYet, "candidates number", "Lets the user pick one of several parts.", "", "", nullptr},
+  {"SelectJumpPart",         run<selectJumpPart>, "candidates number", "Lets the user pick one of several parts.", desktopFile, "", nullptr},
   {"ReadOpenPath",           run<readOpenPath>,           "path", "Answers the packet text that reports an opened design.", linkFile, "", nullptr},
   {"sendCloseFile",          run<sendCloseFile>,          "path", "Answers the packet text that reports a closed design.", linkFile, "", nullptr},
   {"serverLinkBreak",        run<serverLinkBreak>,        "", "Notes that the host's connection to the companion broke.", linkFile, "", nullptr},
@@ -58,8 +59,8 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"addToLibList",           run<addToLibList>, "record", "Adds one record of a library symbol to the drawing.", exportFile, "", nullptr},
   {"initSVGList",            run<initSVGList>, "", "Starts a drawing export.", exportFile, "", nullptr},
   {"outputSVGFile",          run<outputSVGFile>, "names", "Writes the last page of a drawing export.", exportFile, "", nullptr},
-  {"GetClipBoardPic",        notYet, "", "Saves the clipboard's picture as the preview and answers its path.", "", "", nullptr},
-  {"GetMousePosition",       notYet, "", "Answers the cursor's position.", "", "", nullptr},
+  {"GetClipBoardPic",        run<getClipBoardPic>, "", "Saves the clipboard's picture as the preview and answers its path.", desktopFile, "", nullptr},
+  {"GetMousePosition",       run<getMousePosition>, "", "Answers the cursor's position.", desktopFile, "", nullptr},
   {"outputError",            run<outputError>,            "?code?", "Shows the message of an error code.", smallFile, "", nullptr},
   {"initMarketFile",         run<initMarketFile>, "", "Starts the export of a shared module.", moduleFile, "", nullptr},
   {"addMarketPartList",      run<addMarketPartList>, "record", "Adds one schematic object to the module.", moduleFile, "", nullptr},
@@ -68,10 +69,10 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"getOlbPath",             run<getOlbPath>, "", "Answers the temporary library's path.", placementFile, "", nullptr},
   {"sendUploadMarket",       run<sendUploadMarket>, "sumPins selfPins copyPrice parts wires ?keys?", "Hands a module over to the companion.", requestFile, "", "sendUploadMarket exception"},
   {"placeMarketPart",        run<placeMarketPart>, "", "Places the module that the companion named.", placementFile, "", nullptr},
-  {"afterPlace",             notYet, "", "Ends the host's placement mode.", "", "", nullptr},
+  {"afterPlace",             run<afterPlace>, "", "Ends the host's placement mode.", desktopFile, "", nullptr},
   {"getNewOlbPath",          run<getNewOlbPath>, "", "Answers the new library's path.", placementFile, "", nullptr},
   {"GetResPath",             run<getResPath>, "resourceId", "Answers where the companion keeps a module.", requestFile, "", nullptr},
-  {"pressEnter",             notYet, "", "Presses Enter after a moment.", "", "", nullptr},
+  {"pressEnter",             run<pressEnter>, "", "Presses Enter after a moment.", desktopFile, "", nullptr},
   {"getSelfUserId",          run<getSelfUserId>, "", "Answers the signed-in user's id.", requestFile, "", nullptr},
   {"removeDatFile",          run<removeDatFile>, "", "Removes the files of a placement.", requestFile, "", nullptr},
   {"sendRefRepetition",      run<sendRefRepetition>, "?kind reference second schematic page x y?", "Design check: reference designators.", reportFile, "", nullptr},
@@ -85,7 +86,7 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"sendOlbPackageInfo",     run<sendOlbPackageInfo>, "properties", "Package report of a library.", reportFile, "", nullptr},
   {"sendDsnPackageInfo",     run<sendDsnPackageInfo>, "properties", "Package report of a design.", reportFile, "", nullptr},
   {"sendOlbObjectPackageInfo", run<sendOlbObjectPackageInfo>, "properties", "Package report of a library object.", reportFile, "", nullptr},
-  {"writeToClipboard",       notYet, "text", "Puts a text on the clipboard.", "", "", nullptr},
+  {"writeToClipboard",       run<writeToClipboard>, "text", "Puts a text on the clipboard.", desktopFile, "", nullptr},
   {"PlacePartProperty",      run<placePartProperty>, "", "Sets the properties of the part that was placed.", placementFile, "", nullptr},
   {"execTool",               run<execTool>,               "", "Starts the companion.", smallFile, "", nullptr},
 }};
