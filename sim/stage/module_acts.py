@@ -6,14 +6,19 @@ import json
 
 from companion import paths
 
+from .drawings import Page
 from .scene import Missing, Scene
 
 # Placing marks each object with where it came from.
 _MARKS = ("NimbMarket", "MarketResID", "MarketUserID")
 
 
-async def module_travels(scene: Scene, source: str, page: str, parts: list[str], target: str, target_page: str) -> None:
-    """A block of `source` is shared, its path asked for, placed on a page of `target`, and shared from there again."""
+async def module_travels(scene: Scene, source: str, drawn: Page, target: str, target_page: str, text: str = "") -> None:
+    """A page of `source` is shared, its path asked for, placed on a page of `target`, and shared from there again.
+
+    `text` is one that the module must hold.
+    """
+    page, parts = drawn.name, sorted(set(drawn.parts))
     await scene.do("the companion's user is known", "userId", f"user: {scene.answers.user_id}$")
     await scene.do(f"page {page} is in front", f"showPage {{{page}}} {{{source}}}", "^showing ")
     await scene.do(f"a block about {len(parts)} parts is selected", f"selectBlock {' '.join(parts)}", "^selected ")
@@ -21,7 +26,7 @@ async def module_travels(scene: Scene, source: str, page: str, parts: list[str],
     path = await scene.do(f"module {first} is found", f"resourcePath {first}", rf"^resource {first}: (.+)")
     path = path.replace("\\\\", "\\")
 
-    await scene.do(f"page {target_page} of {paths.name_of(target)} is in front", f"showPage {{{target_page}}} {{{target}}}", "^showing ")
+    await scene.do(f"{paths.name_of(target)} is in front", f"showPage {{{target_page}}} {{{target}}}", "^showing ")
     since = len(scene.host_lines)
     await scene.ask(
         f"module {first} is placed",
@@ -43,6 +48,8 @@ async def module_travels(scene: Scene, source: str, page: str, parts: list[str],
     second = await _shared(scene, target, target_page)
     before, after = (_content(scene, identifier) for identifier in (first, second))
     _compare(before, after)
+    if text not in json.dumps(after, ensure_ascii=False):
+        raise Missing(f"the text {text} in the module")
     scene.say(
         f"seen: the module is the same after its way: {len(before['lib'])} library parts, "
         f"{len(before['children'])} objects",
@@ -84,6 +91,6 @@ def first_difference(one: object, other: object, where: str = "") -> str:
     elif isinstance(one, list) and isinstance(other, list) and len(one) == len(other):
         pairs = [(str(at), *pair) for at, pair in enumerate(zip(one, other))]
     else:
-        return "" if one == other else f"{where or 'all'} was {one!r:.300} and is {other!r:.300}"
+        return "" if json.dumps(one) == json.dumps(other) else f"{where or 'all'} was {one!r:.300} and is {other!r:.300}"
     differences = (first_difference(old, new, f"{where}/{name}") for name, old, new in pairs)
     return next(filter(None, differences), "")

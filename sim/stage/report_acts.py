@@ -63,7 +63,7 @@ async def packages_are_reported(scene: Scene, name: str, library: pathlib.Path) 
     # Nothing doubles the backslashes of this row, so the host would read them as escapes.
     windows_library = paths.to_windows(library).replace("\\", "/")
     await scene.do("a library is made", f"writeLibrary {{{windows_library}}}", "^wrote the library")
-    part = await scene.do("it has parts", f"packages::names {{{windows_library}}}", r"^(\S+)")
+    part = await scene.do("it has parts", f"libraryParts {{{windows_library}}}", r"^library parts: (\S+)")
     for what, command, members in (
         ("design", "GetDsnAllPackageInfo", {"ProjectPath": name}),
         ("library", "GetOlbAllPackageInfo", {"ProjectPath": windows_library}),
