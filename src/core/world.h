@@ -3,13 +3,17 @@
 
 namespace vernoxa {
 
+class Clipboard;
 class Clock;
 class CodePage;
+class Desktop;
 class Files;
 class GuidSource;
 class LockSource;
+class Pictures;
 class Processes;
 class RandomNumbers;
+class Registry;
 class Sockets;
 class StandardOutput;
 class UserMessages;
@@ -25,6 +29,10 @@ struct World {
   Sockets& sockets;
   StandardOutput& output;
   UserMessages& messages;
+  Registry& registry;
+  Clipboard& clipboard;
+  Pictures& pictures;
+  Desktop& desktop;
 };
 
 }  // namespace vernoxa

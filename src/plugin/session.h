@@ -11,6 +11,8 @@
 #include "core/services.h"
 #include "core/state.h"
 #include "core/world.h"
+#include "export/graphic_library.h"
+#include "export/page_export.h"
 #include "link/socket_client.h"
 #include "sharing/module_document.h"
 
@@ -40,8 +42,10 @@ class Session {
   Services services_;
   SocketClient client_;
   PacketLock packetLock_;
+  PageExport pageExport_;
+  GraphicLibrary graphicLibrary_;
   ModuleDocument moduleDocument_;
-  std::tuple<Services&, PacketLock&, const Directories&, ModuleDocument&> parts_;
+  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&, ModuleDocument&> parts_;
 };
 
 }  // namespace vernoxa

@@ -14,6 +14,7 @@
 #include "core/world.h"
 #include "support/fake_clock.h"
 #include "support/fake_code_page.h"
+#include "support/fake_desktop.h"
 #include "support/fake_files.h"
 #include "support/fake_sockets.h"
 
@@ -104,8 +105,15 @@ class FakeWorld {
   FakeSockets sockets{clock};
   FakeStandardOutput output;
   FakeUserMessages messages;
+  FakeRegistry registry;
+  FakeClipboard clipboard{files};
+  FakePictures pictures;
+  FakeDesktop desktop;
 
-  World world() { return {clock, codePage, files, guids, locks, processes, random, sockets, output, messages}; }
+  World world() {
+    return {clock,   codePage, files,    guids,    locks,     processes, random,
+            sockets, output,   messages, registry, clipboard, pictures,  desktop};
+  }
 };
 
 // Services on a fake world, as a session has them: plug-in folder "C:\App\bin", base directory "C:\App".
