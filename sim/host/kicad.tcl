@@ -29,13 +29,15 @@
 #
 # part     id page reference value footprint symbol unit style x y rotation mirror ("", x or y)
 #          properties  dict: name -> value, Reference and Value included
-#          texts       dict: property name -> {x y rotation size hidden}
+#          texts       dict: property name -> {x y rotation size hidden justify}; justify is
+#                      {left, center or right} {top, center or bottom}
 #          power       1 for a symbol that only names a net (supply, ground, flag)
 #          inBom fitted
 #          pins        list of dicts: number name type shape hidden x y (connection point)
 #                      bodyX bodyY (where the pin meets the body) noConnect net
 #
 # symbol   name power inBom pinNamesHidden pinNumbersHidden
+#          properties  dict: name -> value
 #          graphics    dict: {unit style} -> list of shapes; unit 0 and style 0 mean every one
 #          pins        dict: {unit style} -> list of pins in symbol coordinates
 # shape    rectangle {x1 y1 x2 y2 fill} | circle {x y r fill} | polyline {points fill}

@@ -14,6 +14,7 @@
 #include "export/graphic_library.h"
 #include "export/page_export.h"
 #include "link/socket_client.h"
+#include "sharing/module_document.h"
 
 namespace vernoxa {
 
@@ -43,7 +44,8 @@ class Session {
   PacketLock packetLock_;
   PageExport pageExport_;
   GraphicLibrary graphicLibrary_;
-  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&> parts_;
+  ModuleDocument moduleDocument_;
+  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&, ModuleDocument&> parts_;
 };
 
 }  // namespace vernoxa

@@ -37,7 +37,7 @@ proc ::kicad::partFrom {node id page symbol instance} {
         dict set properties $name $value
         set place [child $property at]
         dict set texts $name [list {*}[point $place] [expr {round([lindex $place 3])}] \
-            [textSize $property] [isHidden $property]]
+            [textSize $property] [isHidden $property] [justifyOf $property]]
     }
     foreach {key name} {reference Reference value Value footprint Footprint} {
         if {[dict exists $instance $key] && [dict get $instance $key] ne ""} {

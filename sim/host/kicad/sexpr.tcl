@@ -85,6 +85,20 @@ proc ::kicad::textSize {node} {
     return [mils [value [child [child $node effects] font] size 1.27]]
 }
 
+# Where a text lies about its point: {left, center or right} {top, center or bottom}.
+proc ::kicad::justifyOf {node} {
+    set words [child [child $node effects] justify]
+    set across center
+    set down center
+    foreach word $words {
+        switch -exact -- $word {
+            left - right {set across $word}
+            top - bottom {set down $word}
+        }
+    }
+    return [list $across $down]
+}
+
 proc ::kicad::isHidden {node} {
     return [flag [child $node effects] hide]
 }

@@ -69,7 +69,11 @@ proc ::kicad::symbolOf {node} {
             }
         }
     }
-    return [dict create name [lindex $node 1] power [expr {[child $node power] ne ""}] \
+    set properties {}
+    foreach property [children $node property] {
+        dict set properties [lindex $property 1] [lindex $property 2]
+    }
+    return [dict create name [lindex $node 1] properties $properties power [expr {[child $node power] ne ""}] \
         inBom [expr {[value $node in_bom yes] eq "yes"}] \
         pinNamesHidden [flag [child $node pin_names] hide] \
         pinNumbersHidden [flag [child $node pin_numbers] hide] \
