@@ -39,7 +39,7 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
         if drawings.show(folder, out):
             scene.say(f"the pictures of {title}: {out}")
         else:
-            scene.say("there is no tool here that makes pictures of the page files")
+            scene.say(f"no tool here makes pictures of the page files; they are in {out}")
     except subprocess.CalledProcessError as error:
         raise Missing(f"pictures: {error.stderr.decode(errors='replace')[-400:]}") from error
     return pages

@@ -83,7 +83,9 @@ class CollectedTest(unittest.TestCase):
         self.assertEqual(pages["页/1"], drawings.Page("页/1", ["R1", "R2"], ["国产"], ["lost"]))
         self.assertEqual(pages["2"].parts, [])
         with mock.patch.object(drawings, "_VIEW", self.folder / "none.py"):
-            self.assertFalse(drawings.show(self.folder, self.folder))
+            out = self.folder / "out"
+            self.assertFalse(drawings.show(self.folder, out))
+            self.assertEqual(drawings.read(out / "pages"), pages)
         (self.folder / "c.json").write_text("[", encoding="utf-8")
         with self.assertRaises(ValueError):
             drawings.read(self.folder)
