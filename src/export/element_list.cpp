@@ -19,6 +19,8 @@ constexpr std::size_t largestBlock = std::size_t{64} * 1024;
 using Length = std::uint32_t;  // Tcl's texts are shorter than 2^31 bytes
 constexpr std::size_t mostValues = 16;
 
+// The address of a form is kept as it is: its size is meant. NOLINTBEGIN(bugprone-sizeof-expression)
+
 // Copies into memory whose size was reckoned before.
 class Packer {
  public:
@@ -73,6 +75,7 @@ void ElementList::add(const ElementForm& form, const Record& record) {
     packer.putText(values[index]);
   }
 }
+// NOLINTEND(bugprone-sizeof-expression)
 
 void ElementList::writeTo(PageWriter& writer) const {
   bool first = true;
