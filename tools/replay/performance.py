@@ -47,8 +47,8 @@ class Performance:
 
     def __init__(self, module: pathlib.Path, designs: list[Design], answers: Answers):
         self._designs = designs
-        self._installation = Installation(module)
-        self.root = paths.to_windows(self._installation.root)
+        self.installation = Installation(module)
+        self.root = paths.to_windows(self.installation.root)
         self.last_words: list[str] = []
         self.companion = Companion(answers)
         self._host: host.Host | None = None
@@ -69,8 +69,11 @@ class Performance:
         designs = [self._prepared(design) for design in self._designs]
         await _when_free(host.require_free_port)
         await _when_free(self.companion.start)
-        self._host = host.Host(host.command_line(self._installation, designs, LONGEST_RUN), self._hear)
+        self._host = host.Host(self.command_line(designs), self._hear)
         await self._host.start()
+
+    def command_line(self, designs: list[tuple[pathlib.Path, str]]) -> list[str]:
+        return host.command_line(self.installation, designs, LONGEST_RUN)
 
     def _prepared(self, design: Design) -> tuple[pathlib.Path, str]:
         if not design.schematic.is_file():
@@ -88,7 +91,7 @@ class Performance:
         if self._host:
             await self._host.stop()
         await self.companion.stop()
-        self._installation.remove()
+        self.installation.remove()
 
     async def hear(self, key: str, count: int, seconds: float) -> bool:
         """Waits for the count-th message of that key; false when it does not come, or the host ends before."""
@@ -108,14 +111,16 @@ class Performance:
         await self._host.ended(seconds)
 
 
-async def hold_again(module: pathlib.Path, recorded: Conversation) -> tuple[Conversation, list[str]]:
+async def hold_again(
+    module: pathlib.Path, recorded: Conversation, kind: type[Performance] = Performance
+) -> tuple[Conversation, list[str]]:
     """The conversation as it is held now, below the root of the recorded one, and the host's last words.
 
     The companion's requests are sent when all that the plug-in said before them was said again, or was waited for in
     vain. Raises NotUsable, PortTaken.
     """
     # The answers are made when the run has its folder, whose name is in them.
-    performance = Performance(module, recorded.designs, Answers())
+    performance = kind(module, recorded.designs, Answers())
     script = recorded.moved_to(performance.root)
     performance.companion.answers = RecordedAnswers(script.entries)
     counts: dict[str, int] = {}
