@@ -9,26 +9,28 @@
 #   -state FOLDER   where saved designs keep what was changed; else it is lost at the end
 #   -seconds N      end after N seconds
 #   -until-told     run until the companion or a command says so; lines on standard input are commands
+#   -follow FILE    the same for the lines that are added to a file
 #   -commands FILE  a Tcl script to run once the designs are open; see commands.tcl for its words
 #   -with FILE      a Tcl file to read before the plug-in is loaded
 #   -trace          log every call of a host procedure
 #   -serverPort N, -companionPort N   other ports than the fixed ones, for tests
 #
 # Procedures live by topic: link (sockets), menu (actions), designs (open, save, close), pages (what
-# is shown), parts (references, properties), bom, nets, drawing, placing.
+# is shown), parts (references, properties), bom, nets, drawing, modules, placing
+# (connectors), checks, packages.
 
 namespace eval ::host {
     variable folder [file dirname [file normalize [info script]]]
     variable finishing 0
     variable lineCount 0
 }
-foreach topic {log kicad frames link menu designs pages parts bom nets drawing placing commands} {
+foreach topic {log kicad frames link menu designs pages parts bom nets drawing modules placing checks packages commands} {
     source -encoding utf-8 [file join $::host::folder $topic.tcl]
 }
 unset topic
 
 proc ::host::options {arguments} {
-    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} \
+    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} follow "" \
         trace 0 serverPort 9610 companionPort 9601]
     while {$arguments ne ""} {
         set arguments [lassign $arguments option]
@@ -51,7 +53,7 @@ proc ::host::options {arguments} {
                     [list [lindex $designs end 0] $value]]
             }
             -with {dict lappend options with $value}
-            -dll - -state - -seconds - -commands - -serverPort - -companionPort {
+            -dll - -state - -seconds - -follow - -commands - -serverPort - -companionPort {
                 dict set options [string range $option 1 end] $value
             }
             default {error "unknown option $option"}
@@ -86,7 +88,10 @@ proc ::host::start {options} {
         after [expr {int([dict get $options seconds] * 1000)}] ::host::finish
     }
     if {[dict get $options untilTold]} {
-        readCommands
+        readCommands stdin
+    }
+    if {[dict get $options follow] ne ""} {
+        followCommands [open [dict get $options follow]]
     }
 }
 

@@ -14,9 +14,15 @@ const element = (id) => document.getElementById(id);
 const model = new Model(JSON.parse(element("design").textContent));
 
 let chosen = []; // references that stay lit
+let pointing = ""; // where the pointer was last seen on something: its leaving one place may be told after its arrival in another
+
+function point(place, references) {
+  if (references) pointing = place;
+  if (pointing === place) light(references ?? chosen, place === "page");
+}
 
 const viewer = new Viewer(element("frame"), model, {
-  pointAt: (references) => light(references.length ? references : chosen, true),
+  pointAt: (references) => point("page", references.length ? references : null),
   choose: (references) => choose(references),
   openFinding: (finding) => openFinding(finding),
 });
@@ -26,13 +32,13 @@ const lists = {
     columns: () => bomColumns(model.lines), rows: () => model.lines,
     classOf: (line) => (line.fitted ? [] : ["absent"]),
     events: {
-      pointAt: (line) => light(line ? line.references : chosen, false),
+      pointAt: (line) => point("bom", line?.references),
       choose: (line) => jumpToParts(line.references),
     },
   }),
   findings: new List(element("findings"), {
     columns: findingColumns, rows: () => model.findings,
-    events: { pointAt: (finding) => light(finding ? finding.references : chosen, false), choose: openFinding },
+    events: { pointAt: (finding) => point("findings", finding?.references), choose: openFinding },
   }),
   properties: new List(element("properties"), {
     columns: propertyColumns,

@@ -12,6 +12,11 @@ export function referencesOf(line) {
   return (line.PartRef ?? "").split(/[,\s]+/).filter(Boolean);
 }
 
+// A net of a sheet bears the sheet's path before its name.
+function nameOnSheet(net) {
+  return net.split("/").at(-1);
+}
+
 // Every drawing element of a page, its definitions left out.
 export function* elementsOf(drawing) {
   for (const child of drawing.children ?? []) {
@@ -120,26 +125,28 @@ export class Model {
       const page = line.references.flatMap((reference) => this.parts.get(reference).pages)[0] ?? -1;
       add(found, "value", label, line.references.join(", "), page, line.references);
     }
+    const labels = new Set();
     for (const net of this.nets) {
-      const found = rank(net.name);
-      if (found < 0) continue;
+      const found = Math.min(...[net.name, nameOnSheet(net.name)].map(rank).filter((found) => found >= 0));
+      if (found === Infinity) continue;
       const element = this.#label(net.name);
+      labels.add(element?.element);
       const page = element?.page ?? this.parts.get(net.references[0])?.pages[0] ?? -1;
       add(found, "net", net.name, net.pins.join(", "), page, net.references, element?.element);
     }
     for (const page of this.pages) {
       for (const element of page.texts) {
         const found = rank(element.value);
-        if (found >= 0 && !this.parts.has(element.value)) add(found + 1, "text", element.value, page.name, page.index, [], element);
+        if (found >= 0 && !this.parts.has(element.value) && !labels.has(element)) add(found + 1, "text", element.value, page.name, page.index, [], element);
       }
     }
     hits.sort((one, other) => one.rank - other.rank || inNaturalOrder(one.label, other.label));
     return hits.slice(0, most);
   }
 
-  // Where a net's name is written; a net of a sheet bears the sheet's path before its name.
+  // Where a net's name is written.
   #label(net) {
-    const name = net.split("/").at(-1);
+    const name = nameOnSheet(net);
     for (const page of this.pages) {
       const element = page.texts.find((text) => text.value === name);
       if (element) return { page: page.index, element };

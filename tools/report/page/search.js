@@ -75,6 +75,7 @@ export class Search {
       this.#choose(this.at);
     } else if (event.key === "Escape") {
       this.field.value = "";
+      this.list.hidden = true;
       this.field.blur();
     } else {
       return;

@@ -100,7 +100,7 @@ export class Viewer {
     const node = this.current.nodes.get(element);
     if (!node) return;
     this.lookAt([boxOf(node)]);
-    node.classList.remove("flash");
+    for (const old of this.frame.querySelectorAll(".flash")) old.classList.remove("flash");
     void node.getBoundingClientRect(); // so that the animation begins anew
     node.classList.add("flash");
   }
