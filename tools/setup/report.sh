@@ -1,21 +1,14 @@
 #!/bin/bash
-# Installs what the report page and its tests need, and nothing else needs: a browser, fonts, Node.js and the libraries
-# that tools/report/package-lock.json names, into .deps/report.
+# Installs what the report page is made of into .deps/report: the libraries that tools/report/package-lock.json names.
 set -eu
 source "$(dirname "${BASH_SOURCE[0]}")/environment.sh"
 
-packages=(chromium fonts-noto-cjk)
-command -v npm >/dev/null || packages+=(nodejs npm)
-missing=()
-for package in "${packages[@]}"; do
-  dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
-done
-if [ ${#missing[@]} -gt 0 ]; then
+if ! command -v npm >/dev/null; then
   as_root=()
   [ "$(id -u)" = 0 ] || as_root=(sudo)
   "${as_root[@]}" apt-get -q update
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=600 \
-    install --no-install-recommends "${missing[@]}"
+    install --no-install-recommends nodejs npm
 fi
 
 mkdir -p "$VERNOXA_DEPS/report"

@@ -20,7 +20,7 @@ def write(target: pathlib.Path, design: dict, bundle: pathlib.Path = BUNDLE) -> 
         styles = (bundle / "report.css").read_text(encoding="utf-8")
         script = (bundle / "report.js").read_text(encoding="utf-8")
     except FileNotFoundError as error:
-        raise NotBuilt(f"{error.filename} is not there: ./dev report makes it") from error
+        raise NotBuilt(f"{error.filename} is not there: ./dev demo makes it") from error
     template = (HERE / "page" / "template.html").read_text(encoding="utf-8")
     pieces = {
         # Nothing in them may end the element that holds them.
