@@ -67,6 +67,12 @@ export class List {
     row.getElement().classList.toggle("lit", this.lit.has(row.getData().id));
   }
 
+  // A row far outside what is shown has no place on the page yet.
+  #goTo(row) {
+    if (row.getElement().isConnected) row.getElement().focus();
+    else this.table.scrollToRow(row, "center", false).catch(() => {}).then(() => row.getElement().focus());
+  }
+
   #rowOf(event) {
     const element = event.target.closest(".tabulator-row");
     return element ? this.table.getRow(element.dataset.id) : null;
@@ -81,7 +87,7 @@ export class List {
     const row = this.#rowOf(event);
     if (!row) return;
     const next = { ArrowDown: () => row.getNextRow(), ArrowUp: () => row.getPrevRow() }[event.key]?.();
-    if (next) this.table.scrollToRow(next, "center", false).catch(() => {}).then(() => next.getElement().focus());
+    if (next) this.#goTo(next);
     else if (event.key === "Enter") events?.choose?.(row.getData());
     else if (!event.key.startsWith("Arrow")) return;
     event.preventDefault();
