@@ -13,6 +13,7 @@ CHECKS = {
     "1003": "unconnected pins",
     "1004": "netlist",
 }
+LONGEST_RULE = 100
 REPORTS = {
     "GetDsnAllPackageInfo_EndResult": "properties of the design's parts",
     "GetOlbAllPackageInfo_EndResult": "properties of the library's parts",
@@ -62,7 +63,7 @@ def _section(title: str, columns: Sequence[str], rows: Iterable[Sequence[str]]) 
     widths = [max(_width(row[at]) for row in table) for at in range(len(columns))]
     lines = ["  ".join(_padded(cell, width) for cell, width in zip(row, widths)).rstrip() for row in table]
     lines.insert(1, "  ".join("-" * width for width in widths))
-    return "\n".join([title, "=" * _width(title), *lines, "", ""])
+    return "\n".join([title, "=" * min(_width(title), LONGEST_RULE), *lines, "", ""])
 
 
 def _width(text: str) -> int:

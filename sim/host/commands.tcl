@@ -4,8 +4,8 @@
 #   pause SECONDS            waitLink ?SECONDS?    (until the companion is connected)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
 #   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
-#   resourcePath ID          userId                writeLibrary FILE    action HANDLER
-#   note TEXT                quit
+#   resourcePath ID          userId                writeLibrary FILE
+#   libraryParts FILE        action HANDLER        note TEXT            quit
 
 # Only inside a coroutine, which is where scripts run; events go on meanwhile.
 proc pause {seconds} {
@@ -67,6 +67,10 @@ proc resourcePath {id} {
 proc writeLibrary {file} {
     packages::write [dict get $::pages::active path] $file
     host::log "wrote the library $file"
+}
+
+proc libraryParts {file} {
+    host::log "library parts: [packages::names $file]"
 }
 
 proc action {handler} {

@@ -5,6 +5,7 @@ from __future__ import annotations
 import dataclasses
 import json
 import pathlib
+import shutil
 import subprocess
 import sys
 
@@ -43,10 +44,12 @@ def _page(document: dict) -> Page:
 
 
 def show(folder: pathlib.Path, out: pathlib.Path) -> bool:
-    """Makes the web page with the pictures of all pages. False when there is no tool for it here.
+    """Keeps the page files in `out` and makes the web page with the pictures of all of them there.
 
-    Raises subprocess.CalledProcessError.
+    False when there is no tool for that here. Raises subprocess.CalledProcessError.
     """
+    shutil.rmtree(out, ignore_errors=True)
+    shutil.copytree(folder, out / "pages")
     if not _VIEW.is_file():
         return False
     subprocess.run([sys.executable, str(_VIEW), str(folder), "-o", str(out)], check=True, capture_output=True)

@@ -45,7 +45,7 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
         if drawings.show(folder, out):
             scene.say(f"the pictures of {title}: {out}")
         else:
-            scene.say("there is no tool here that makes pictures of the page files")
+            scene.say(f"no tool here makes pictures of the page files; they are in {out}")
     except subprocess.CalledProcessError as error:
         raise Missing(f"pictures: {error.stderr.decode(errors='replace')[-400:]}") from error
     return pages
@@ -69,7 +69,7 @@ async def packages_are_reported(scene: Scene, name: str, library: pathlib.Path) 
     # Nothing doubles the backslashes of this row, so the host would read them as escapes.
     windows_library = paths.to_windows(library).replace("\\", "/")
     await scene.do("a library is made", f"writeLibrary {{{windows_library}}}", "^wrote the library")
-    part = await scene.do("it has parts", f"packages::names {{{windows_library}}}", r"^(\S+)")
+    part = await scene.do("it has parts", f"libraryParts {{{windows_library}}}", r"^library parts: (\S+)")
     for what, command, members in (
         ("design", "GetDsnAllPackageInfo", {"ProjectPath": name}),
         ("library", "GetOlbAllPackageInfo", {"ProjectPath": windows_library}),

@@ -114,7 +114,7 @@ export function bomColumns(lines) {
 
 export function findingColumns() {
   return [
-    { title: text("check"), field: "check", width: 100, formatter: (cell) =>
+    { title: text("check"), field: "check", width: 122, formatter: (cell) =>
       `<span class="dot check${escaped(cell.getValue())}"></span>${escaped(text(`check${cell.getValue()}`))}` },
     { title: text("value"), field: "value" },
     { title: text("comment"), field: "comment", widthGrow: 2, formatter: (cell) => escaped(comment(cell.getValue())) },
