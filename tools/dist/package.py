@@ -107,7 +107,8 @@ def _documents() -> dict[str, bytes]:
         f"docs/{name}.html": _html(path.read_text(encoding="utf-8"), name, titles).encode()
         for name, path in sources.items()
     }
-    pictures = {f"docs/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "docs").glob("*.png"))}
+    pictures = {f"docs/pictures/{path.name}": path.read_bytes()
+                for path in sorted((REPOSITORY / "docs" / "pictures").glob("*.png"))}
     return pages | pictures
 
 
@@ -117,7 +118,7 @@ def _title(markdown: str) -> str:
 
 def _html(markdown: str, name: str, titles: dict[str, str]) -> str:
     body = MarkdownIt("commonmark").enable("table").render(markdown)
-    body = re.sub(r'((?:href|src)=")(?:docs/)?([\w-]+)\.md(#[\w-]*)?"', r'\1\2.html\3"', body)
+    body = re.sub(r'((?:href|src)=")(?:docs/|\.\./)?([\w-]+)\.md(#[\w-]*)?"', r'\1\2.html\3"', body)
     body = re.sub(r'(src=")docs/', r"\1", body).replace('href="README.html', 'href="index.html')
     links = [f'<a href="{other}.html">{title}</a>' for other, title in titles.items() if other != name]
     navigation = f"<p><small>{' · '.join(links)}</small></p>" if links else ""

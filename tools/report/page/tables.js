@@ -98,7 +98,7 @@ export class List {
 // A column in which no line says anything is left out.
 export function bomColumns(lines) {
   const columns = [
-    { title: text("quantity"), field: "quantity", width: 68, hozAlign: "right" },
+    { title: text("quantity"), field: "quantity", width: 64, hozAlign: "right" },
     { title: text("references"), field: "references", widthGrow: 2, sorter: (one, other) => natural(one[0], other[0]),
       formatter: (cell) => escaped(cell.getValue().join(", ")), tooltip: (_, cell) => cell.getValue().join(", ") },
     { title: text("value"), field: "Value", widthGrow: 1.2 },
@@ -106,7 +106,7 @@ export function bomColumns(lines) {
       cell.getValue() ? escaped(cell.getValue()) : `<i>${text("unnumbered")}</i>` },
     { title: text("partName"), field: "PartName" },
     { title: text("footprint"), field: "PCBFootprint", widthGrow: 1.4, tooltip: true },
-    { title: text("pins"), field: "PinNumber", width: 74, hozAlign: "right" },
+    { title: text("pins"), field: "PinNumber", width: 68, hozAlign: "right" },
     { title: text("state"), field: "fitted", width: 84, formatter: (cell) => text(cell.getValue() ? "fitted" : "absent") },
   ];
   return columns.filter(({ field }) => lines.some((line) => line[field] !== "")).map(plainUnlessSaid);
