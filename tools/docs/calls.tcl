@@ -11,7 +11,7 @@ namespace eval ::calls {
 }
 
 proc ::calls::note {kind text} {
-    puts $::calls::channel "$kind [string map [list \\ {\\} \n {\n} \r {\r}] $text]"
+    puts $::calls::channel [string trimright "$kind [string map [list \\ {\\} \n {\n} \r {\r}] $text]"]
 }
 
 rename ::sendPacketGlobalHandle ::calls::send
