@@ -22,7 +22,7 @@ from conversation import Conversation, Design, entry_of, is_request, value_of
 # The plug-in's thread pauses ten seconds before each of its steps.
 FIRST_MESSAGE_SECONDS = 60
 MESSAGE_SECONDS = 30
-PORTS_SECONDS = 60
+PORTS_SECONDS = 20
 LONGEST_RUN = 600
 
 
