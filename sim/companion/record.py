@@ -114,6 +114,18 @@ def _unmarked(value: object) -> object:
     )
 
 
+def read_about(path: pathlib.Path) -> dict[str, str]:
+    """What the title block says of the run. Raises BadRecord."""
+    about: dict[str, str] = {}
+    with open(path, encoding="utf-8", newline="\n") as stream:
+        if stream.readline().rstrip("\n") != TITLE:
+            raise BadRecord(f'line 1: no "{TITLE}"')
+        for line in iter(lambda: stream.readline().rstrip("\n"), ""):
+            name, _, value = line.partition(": ")
+            about[name] = value
+    return about
+
+
 def read(path: pathlib.Path) -> list[Entry]:
     """Raises BadRecord."""
     entries: list[Entry] = []

@@ -4,11 +4,17 @@ from __future__ import annotations
 
 import pathlib
 import subprocess
+import sys
 
 from companion import paths, report
 
 from . import drawings
 from .scene import Missing, Scene
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools" / "report"))
+
+import collect  # noqa: E402
+import report_page  # noqa: E402
 
 
 async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str = "") -> dict[str, drawings.Page]:
@@ -78,3 +84,16 @@ def report_is_written(scene: Scene, out: pathlib.Path) -> None:
     out.parent.mkdir(parents=True, exist_ok=True)
     out.write_text(report.text_of(scene.answers), encoding="utf-8")
     scene.say(f"findings, reports and modules: {out}")
+
+
+async def report_page_is_made(scene: Scene, name: str, out: pathlib.Path) -> None:
+    """Everything about a design in one page for a browser; left out where its libraries are not installed."""
+    try:
+        design = await scene.step(
+            f"everything about {paths.name_of(name)} is collected", collect.collect(scene.companion, name), 240
+        )
+        report_page.write(out, design)
+    except report_page.NotBuilt as error:
+        scene.say(f"no report page: {error}")
+        return
+    scene.report_page = out

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import asyncio
+import pathlib
 import re
 import time
 from typing import Awaitable, Callable, TypeVar
@@ -34,6 +35,7 @@ class Scene:
         self.companion.listeners.append(ConversationView(view, self.answers))
         self.designs: dict[str, dict[str, str]] = {}
         self.host: Host | None = None
+        self.report_page: pathlib.Path | None = None
         self.host_lines: list[str] = []
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None

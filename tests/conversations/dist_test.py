@@ -1,0 +1,55 @@
+"""The zip for the users, made from the built plug-in: dist_test.py PLUG-IN."""
+
+import asyncio
+import pathlib
+import sys
+import tempfile
+import unittest
+import zipfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path[:0] = [str(HERE.parents[1] / "sim"), *(str(HERE.parents[1] / "tools" / tool) for tool in ("replay", "dist"))]
+
+import package
+import trial
+from conversation import Conversation
+
+MODULE = pathlib.Path(sys.argv.pop())
+
+
+class DistTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.zip = self.folder / "one.zip"
+        package.make(MODULE, self.zip)
+
+    def test_the_same_inputs_give_the_same_bytes(self):
+        package.make(MODULE, self.folder / "more" / "two.zip")
+        self.assertEqual(self.zip.read_bytes(), (self.folder / "more" / "two.zip").read_bytes())
+        self.assertEqual([], package.faults_of(self.zip))
+        with zipfile.ZipFile(self.zip) as files:
+            self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.txt", "docs/commands.html",
+                                  "licences/cJSON.txt"}, set(files.namelist()))
+            commands = files.read("docs/commands.html").decode()
+        self.assertIn("<td><code>ReadOpenPath path</code></td>", commands)
+        self.assertIn('href="index.html"', commands)
+        self.assertNotRegex(commands, r'(href|src)="(https?:|[^"]*\.md)')
+
+    def test_what_was_changed_on_the_way_is_found(self):
+        changed = self.folder / "changed.zip"
+        with zipfile.ZipFile(self.zip) as files, zipfile.ZipFile(changed, "w") as copy:
+            for name in files.namelist():
+                if name != "licences/cJSON.txt":
+                    copy.writestr(name, files.read(name) + (b"\n" if name == "pkgIndex.tcl" else b""))
+            copy.writestr("bin/other.dll", b"")
+        self.assertEqual(["licences/cJSON.txt is missing", "pkgIndex.tcl is not what it was",
+                          "bin/other.dll has no checksum"], package.faults_of(changed))
+
+    def test_the_plug_in_in_it_holds_a_conversation(self):
+        recorded = Conversation.read(HERE / "marking_parts.txt")
+        found, last_words = asyncio.run(trial.differences(self.zip, recorded))
+        self.assertEqual([], [str(difference) for difference in found], last_words)
+
+
+if __name__ == "__main__":
+    unittest.main()

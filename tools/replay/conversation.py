@@ -1,0 +1,112 @@
+"""A recorded conversation with what is needed to hold it again: the designs that were open and the folder of the run.
+
+The title block of such a record has the lines
+
+    root: FOLDER                        every path of the run lies below it, in Windows form
+    design N: SCHEMATIC as NAME         a KiCad schematic (below the folder of the KiCad demos, or a whole path) and its
+                                        path below the root, in the order in which the designs were opened
+    design N: SCHEMATIC in Chinese as NAME      the same, with one part's value in Chinese
+"""
+
+from __future__ import annotations
+
+import dataclasses
+import pathlib
+import re
+
+from companion import json_text, messages, record
+from companion.catalogue import REPLY_SUFFIX
+from companion.record import COMPANION, Entry
+from companion.server import CLOSED, OPENED, PROBED, RECEIVED, SENT, Event
+
+DEMOS = pathlib.Path("/usr/share/kicad/demos")
+ROOT = "Z:\\run"
+
+_DESIGN = re.compile(r"(?P<schematic>.+?)(?P<chinese> in Chinese)? as (?P<name>.+)")
+_KINDS = {record.PLUG_IN: RECEIVED, record.COMPANION: SENT, OPENED: OPENED, CLOSED: CLOSED, PROBED: PROBED}
+
+
+class NotReplayable(RuntimeError):
+    """The record cannot be held again; the text says why."""
+
+
+@dataclasses.dataclass(frozen=True)
+class Design:
+    """`name` is its path below the root, in Windows form."""
+
+    schematic: pathlib.Path
+    name: str
+    in_chinese: bool = False
+
+    @staticmethod
+    def parse(text: str) -> "Design":
+        """Raises NotReplayable."""
+        found = _DESIGN.fullmatch(text)
+        if not found:
+            raise NotReplayable(f'no design: "{text}"')
+        return Design(DEMOS / found["schematic"], found["name"], bool(found["chinese"]))
+
+    def __str__(self) -> str:
+        path = self.schematic.relative_to(DEMOS) if self.schematic.is_relative_to(DEMOS) else self.schematic
+        return f"{path}{' in Chinese' if self.in_chinese else ''} as {self.name}"
+
+
+@dataclasses.dataclass
+class Conversation:
+    root: str
+    designs: list[Design]
+    entries: list[Entry]
+
+    @staticmethod
+    def read(path: pathlib.Path) -> "Conversation":
+        """Raises record.BadRecord and NotReplayable."""
+        about = record.read_about(path)
+        designs = [Design.parse(text) for name, text in about.items() if name.startswith("design ")]
+        if "root" not in about or not designs:
+            raise NotReplayable(f"{path} does not say which designs were open: record it with ./dev replay --record")
+        return Conversation(about["root"], designs, record.read(path))
+
+    def write(self, path: pathlib.Path) -> None:
+        about = {"root": self.root} | {f"design {number}": str(design) for number, design in enumerate(self.designs, 1)}
+        with open(path, "w", encoding="utf-8", newline="\n") as stream:
+            write = record.Recorder(stream, **about)
+            for entry in self.entries:
+                message = messages.read(entry.message) if entry.what in (record.PLUG_IN, COMPANION) else None
+                write(Event(entry.seconds, _KINDS[entry.what], entry.connection, message))
+
+    def moved_to(self, root: str) -> "Conversation":
+        """The same below another folder."""
+        return Conversation(root, self.designs, [
+            dataclasses.replace(entry, message=_moved(entry.message, self.root, root)) for entry in self.entries
+        ])
+
+
+def entry_of(event: Event) -> Entry | None:
+    """None for what is no part of a record."""
+    for what, kind in _KINDS.items():
+        if event.kind == kind:
+            return Entry(event.seconds, event.connection, what, event.message.raw if event.message else b"")
+    return None
+
+
+def is_request(entry: Entry) -> bool:
+    return entry.what == COMPANION and not value_of(entry).get("Command", "").endswith(REPLY_SUFFIX)
+
+
+def value_of(entry: Entry) -> dict:
+    """The envelope in a message that the companion sent. Raises NotReplayable."""
+    try:
+        value, _ = json_text.parse(entry.message)
+    except json_text.NotJson as error:
+        raise NotReplayable(f"the companion's message at {entry.seconds:.3f} s is no JSON: {error}") from error
+    if not isinstance(value, dict):
+        raise NotReplayable(f"the companion's message at {entry.seconds:.3f} s is no object")
+    return value
+
+
+def _moved(message: bytes, old: str, new: str) -> bytes:
+    """Both roots are ASCII, which stands in a message of any form as it is, but for its doubled backslashes."""
+    for before, after in ((old.replace("\\", "\\\\"), new.replace("\\", "\\\\")),
+                          (old, new), (old.replace("\\", "/"), new.replace("\\", "/"))):
+        message = message.replace(before.encode("ascii"), after.encode("ascii"))
+    return message

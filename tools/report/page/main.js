@@ -1,0 +1,197 @@
+// Puts the page together: what the user does in one place shows in the others.
+
+import { Model } from "./model.js";
+import { printable } from "./printing.js";
+import { Search } from "./search.js";
+import { bomColumns, findingColumns, List, propertyColumns } from "./tables.js";
+import { chooseLanguage, comment, currentLanguage, fillTexts, text } from "./texts.js";
+import { Viewer } from "./viewer.js";
+
+const PAN_PIXELS = 80;
+const ZOOM_FACTOR = 1.3;
+
+const element = (id) => document.getElementById(id);
+const model = new Model(JSON.parse(element("design").textContent));
+
+let chosen = []; // references that stay lit
+let pointing = ""; // where the pointer was last seen on something: its leaving one place may be told after its arrival in another
+
+function point(place, references) {
+  if (references) pointing = place;
+  if (pointing === place) light(references ?? chosen, place === "page");
+}
+
+const viewer = new Viewer(element("frame"), model, {
+  pointAt: (references) => point("page", references.length ? references : null),
+  choose: (references) => choose(references),
+  openFinding: (finding) => openFinding(finding),
+});
+
+const lists = {
+  bom: new List(element("bom"), {
+    columns: () => bomColumns(model.lines), rows: () => model.lines,
+    classOf: (line) => (line.fitted ? [] : ["absent"]),
+    events: {
+      pointAt: (line) => point("bom", line?.references),
+      choose: (line) => jumpToParts(line.references),
+    },
+  }),
+  findings: new List(element("findings"), {
+    columns: findingColumns, rows: () => model.findings,
+    events: { pointAt: (finding) => point("findings", finding?.references), choose: openFinding },
+  }),
+  properties: new List(element("properties"), {
+    columns: propertyColumns,
+    rows: () => model.design.properties.map(([name, value], id) => ({ id, name, value })),
+  }),
+};
+
+const search = new Search(element("search"), element("hits"), model, (hit) => {
+  if (hit.page >= 0) showPage(hit.page);
+  chosen = hit.references;
+  light(chosen, true);
+  if (hit.element) viewer.lookAtElement(hit.element);
+  else if (hit.references.length) viewer.lookAtParts(hit.references);
+});
+
+// Lights parts everywhere but in the list where the pointer is.
+function light(references, fromPage) {
+  viewer.light(references);
+  const lines = new Set(references.map((reference) => model.parts.get(reference)?.line?.id).filter((id) => id !== undefined));
+  lists.bom.light([...lines], fromPage);
+  const lit = new Set(references);
+  for (const tab of element("pages").children) {
+    const count = [...lit].filter((reference) => model.parts.get(reference)?.pages.includes(Number(tab.dataset.page))).length;
+    tab.querySelector(".count").textContent = count || "";
+  }
+}
+
+function choose(references) {
+  chosen = references;
+  viewer.markFinding(null);
+  light(chosen, true);
+}
+
+// Shows the parts where most of them are, the present page when any is there; once more goes to the next page.
+function jumpToParts(references) {
+  const pages = [...new Set(references.flatMap((reference) => model.parts.get(reference)?.pages ?? []))].sort((a, b) => a - b);
+  if (!pages.length) return choose(references);
+  const again = references.join() === chosen.join();
+  const at = pages.indexOf(viewer.current.page.index);
+  showPage(at < 0 ? pages[0] : pages[again ? (at + 1) % pages.length : at]);
+  choose(references);
+  viewer.lookAtParts(references);
+}
+
+function openFinding(finding) {
+  showPanel("findings");
+  chosen = finding.references;
+  if (finding.placed) {
+    showPage(finding.page);
+    viewer.lookAtFinding(finding);
+  }
+  light(chosen, false);
+  viewer.markFinding(finding);
+  lists.findings.light([finding.id], true);
+}
+
+function showPage(index) {
+  viewer.show(index);
+  for (const tab of element("pages").children) tab.setAttribute("aria-selected", Number(tab.dataset.page) === index);
+}
+
+function showPanel(name) {
+  for (const tab of element("panels").children) tab.setAttribute("aria-selected", tab.dataset.panel === name);
+  for (const [panel, list] of Object.entries(lists)) {
+    element(panel).hidden = panel !== name;
+    if (panel === name) list.redraw();
+  }
+}
+
+function hideAbsent(hide) {
+  element("hide").checked = hide;
+  document.body.classList.toggle("hide-absent", hide);
+}
+
+function fillPages() {
+  element("pages").replaceChildren(...model.pages.map((page) => {
+    const tab = document.createElement("button");
+    tab.type = "button";
+    tab.role = "tab";
+    tab.dataset.page = page.index;
+    const pins = model.findings.filter((finding) => finding.page === page.index).length;
+    tab.append(page.name, mark("findings-count", pins || ""), mark("count", ""));
+    tab.addEventListener("click", () => showPage(page.index));
+    return tab;
+  }));
+}
+
+function mark(name, value) {
+  const node = document.createElement("span");
+  node.className = name;
+  node.textContent = value;
+  return node;
+}
+
+async function speak(language) {
+  chooseLanguage(language);
+  fillTexts();
+  element("summary").textContent = text("summary", model.counts());
+  element("keys").replaceChildren(...text("keys").map(([keys, what]) => {
+    const row = document.createElement("tr");
+    for (const words of [keys, what]) row.insertCell().textContent = words;
+    return row;
+  }));
+  for (const finding of model.findings) {
+    const pin = document.querySelector(`.pin[data-finding="${finding.id}"]`);
+    pin?.setAttribute("aria-label", `${finding.value} ${comment(finding.comment)}`);
+  }
+  search.show();
+  await Promise.all(Object.values(lists).map((list) => list.refresh()));
+}
+
+const keys = {
+  "/": () => element("search").focus(),
+  "+": () => viewer.zoomBy(ZOOM_FACTOR), "=": () => viewer.zoomBy(ZOOM_FACTOR), "-": () => viewer.zoomBy(1 / ZOOM_FACTOR),
+  0: () => viewer.fit(),
+  ArrowLeft: () => viewer.panBy(PAN_PIXELS, 0), ArrowRight: () => viewer.panBy(-PAN_PIXELS, 0),
+  ArrowUp: () => viewer.panBy(0, PAN_PIXELS), ArrowDown: () => viewer.panBy(0, -PAN_PIXELS),
+  PageUp: () => turnPage(-1), PageDown: () => turnPage(1),
+  n: () => hideAbsent(!element("hide").checked), l: () => speak(currentLanguage() === "zh" ? "en" : "zh"),
+  b: () => showPanel("bom"), f: () => showPanel("findings"), p: () => showPanel("properties"),
+  Escape: () => choose([]),
+};
+
+function turnPage(by) {
+  const count = model.pages.length;
+  showPage((viewer.current.page.index + by + count) % count);
+}
+
+document.addEventListener("keydown", (event) => {
+  if (event.target.matches("input[type=search], dialog *") || event.ctrlKey || event.metaKey || event.altKey) return;
+  const action = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
+  if (!action) return;
+  event.preventDefault();
+  action();
+});
+
+const clicks = {
+  fit: () => viewer.fit(), nearer: () => viewer.zoomBy(ZOOM_FACTOR), farther: () => viewer.zoomBy(1 / ZOOM_FACTOR),
+  language: keys.l, print: () => window.print(), help: () => element("help-box").showModal(),
+  "help-close": () => element("help-box").close(),
+};
+for (const [id, action] of Object.entries(clicks)) element(id).addEventListener("click", action);
+element("hide").addEventListener("change", (event) => hideAbsent(event.target.checked));
+for (const tab of element("panels").children) tab.addEventListener("click", () => showPanel(tab.dataset.panel));
+window.addEventListener("beforeprint", () => element("printed").replaceChildren(...printable(model)));
+window.addEventListener("afterprint", () => element("printed").replaceChildren());
+
+document.title = model.design.path.split(/[\\/]/).at(-1);
+element("title").textContent = document.title;
+element("title").title = model.design.path;
+fillPages();
+showPage(0);
+showPanel("bom");
+speak(navigator.language.startsWith("zh") ? "zh" : "en").then(() => {
+  document.body.dataset.ready = "yes";
+});
