@@ -10,8 +10,8 @@ namespace vernoxa {
 namespace {
 
 std::string keyOr(const Request& request, HandlerContext& context, const char* member, const char* usual) {
-  const std::string key = scriptValue(request, context, member);
-  return key.empty() ? usual : key;
+  const auto key = request.data.member(member).text();
+  return key && !key->empty() ? context.services.text.scriptValue(*key) : usual;
 }
 
 ScriptText withPath(const char* procedure, const std::string& path) {

@@ -27,16 +27,17 @@ bool isOfKind(JsonView value, MemberKind kind) {
 
 // The companion's answer names the folder of the project that is open: the cache folders follow it.
 void takeAnswer(const Request& request, Services& services) {
-  const std::string path = request.text("Path");
-  if (request.command == "FileStatus_EndResult" && !path.empty()) {
-    services.state.link.setBaseDirectory(path);
+  const auto path = request.data.member("Path").text();
+  if (request.command == "FileStatus_EndResult" && path && !path->empty()) {
+    services.state.link.setBaseDirectory(std::string(*path));
   }
 }
 
 void storeMembers(const HandlerRow& row, const Request& request, PlacementContext& placement) {
   for (const Member& member : row.members) {
     if (member.stored != nullptr) {
-      placement.*member.stored = request.text(member.name);
+      const bool usable = isOfKind(request.data.member(member.name), member.kind);
+      placement.*member.stored = usable ? request.text(member.name) : std::string();
     }
   }
 }

@@ -45,7 +45,7 @@ void FakeProcesses::start(const std::string& file, const std::string& argument) 
 
 void FakeStandardOutput::print(std::string_view text) {
   const std::lock_guard lock(guard_);
-  text_.append(text);
+  throwing ? throw std::bad_alloc() : text_.append(text);
 }
 
 std::string FakeStandardOutput::text() const {

@@ -54,6 +54,8 @@ class FakeStandardOutput final : public StandardOutput {
   void print(std::string_view text) override;
   std::string text() const;
 
+  bool throwing = false;  // `print` throws std::bad_alloc
+
  private:
   mutable std::mutex guard_;
   std::string text_;

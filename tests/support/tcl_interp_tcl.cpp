@@ -11,6 +11,12 @@ std::string textOf(Tcl_Obj* object) {
   return {text, static_cast<std::size_t>(length)};
 }
 
+// Tcl's own start, once.
+void startTcl() {
+  static const bool started = (Tcl_FindExecutable(nullptr), true);
+  static_cast<void>(started);
+}
+
 Tcl_Obj* newText(const std::string& text) {
   return Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
 }
@@ -36,8 +42,7 @@ struct TclInterp::Procedure {
 };
 
 TclInterp::TclInterp() {
-  static const bool found = (Tcl_FindExecutable(nullptr), true);
-  static_cast<void>(found);
+  startTcl();
   interp_ = Tcl_CreateInterp();
   Tcl_Preserve(interp_);
 }
@@ -91,6 +96,7 @@ std::vector<std::string> TclInterp::commands() {
 }
 
 TclWords::TclWords(const Words& words) {
+  startTcl();
   for (const std::string& word : words) {
     objects_.push_back(newText(word));
     Tcl_IncrRefCount(objects_.back());

@@ -87,7 +87,8 @@ def main():
     known = commands()
     (DATABASE / "compile_commands.json").write_text(json.dumps(list(known.values()), indent=1))
 
-    settings = (ROOT / ".clang-tidy").read_bytes() + pathlib.Path(__file__).read_bytes()
+    settings = b"".join(path.read_bytes() for path in
+                        (ROOT / ".clang-tidy", ROOT / "tests/.clang-tidy", pathlib.Path(__file__)))
     stamps = {name: STAMPS / digest(name, settings) for name in known}
     changed = [name for name in known if not stamps[name].exists()]
     failed = []

@@ -1,0 +1,74 @@
+#include "plugin/configuration.h"
+
+#include <gmock/gmock.h>
+
+#include "plugin/companion_launch.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(Configuration, OnlyStringsCount) {
+  const struct {
+    const char* text;
+    std::optional<std::string> language;
+    bool start;
+  } rows[] = {
+      {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", "CN", true},
+      {R"({"AlgMenuLang":"","StartWithCadence":"11"})", "", false},
+      {R"({"AlgMenuLang":7,"StartWithCadence":1})", {}, false},
+      {R"({"StartWithCadence":"1 "})", {}, false},
+      {R"({"StartWithCadence":"true"})", {}, false},
+      {R"({"StartWithCadence":true,"startWithCadence":"1"})", {}, false},
+      {R"({"StartWithCadence":"0"} {"StartWithCadence":"1"})", {}, false},
+      {"[]", {}, false},
+  };
+  for (const auto& row : rows) {
+    const auto found = parseConfiguration(row.text);
+    ASSERT_TRUE(found) << row.text;
+    EXPECT_EQ(found->language, row.language) << row.text;
+    EXPECT_EQ(found->startCompanion, row.start) << row.text;
+  }
+  for (const char* const text : {"", "{", "AlgMenuLang=CN", "\xFF\xFE{"}) {
+    EXPECT_FALSE(parseConfiguration(text)) << text;
+  }
+}
+
+class CompanionLaunchTest : public testing::Test, protected FakeServices {};
+
+TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
+  const struct {
+    std::vector<Process> running;
+    std::uint16_t expected;
+  } rows[] = {
+      {{}, 0},
+      {{{"lantuzs.exe", 7}}, 0},  // the first entry is never looked at
+      {{{"idle", 0}, {"LanTuZS.exe", 7}}, 0},
+      {{{"idle", 0}, {"xlantuzs2.exe", 7}, {"lantuzs.exe", 8}}, 7},
+      {{{"idle", 0}, {"lantuzs.exe", 0x12345}}, 0x2345},
+      {{{"idle", 0}, {"lantuzs.exe", 0x10000}}, 0},
+  };
+  for (const auto& row : rows) {
+    fake.processes.list = row.running;
+    EXPECT_EQ(processIdFromName(world, logs, "lantuzs"), row.expected);
+  }
+  fake.processes.listThrows = true;
+  EXPECT_EQ(processIdFromName(world, logs, "lantuzs"), 0);
+  EXPECT_EQ(crashes(), "GetProcessidFromName");
+}
+
+TEST_F(CompanionLaunchTest, StartsInTheBaseDirectoryAndGivesTheFolderBack) {
+  launchCompanion(world, "C:\\App");
+  fake.files.addFile("C:\\App\\LanTuZS.exe", "");
+  launchCompanion(world, "C:\\App");
+  fake.processes.startThrows = true;
+  EXPECT_THROW(launchCompanion(world, "C:\\App"), std::bad_alloc);
+  EXPECT_THAT(fake.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin", "C:\\App> LanTuZS.exe AutoLogin"));
+  EXPECT_EQ(fake.processes.folder, "D:\\Work");
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,358 @@
+#include "plugin/start_up.h"
+
+#include <gmock/gmock.h>
+#include <tcl.h>
+
+#include "core/text.h"
+#include "plugin/command_table.h"
+#include "plugin/plug_in.h"
+#include "sharing/library_files.h"
+#include "support/fake_world.h"
+#include "support/tcl_interp_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Sessions whose link thread would run now.
+std::vector<std::shared_ptr<Session>>& threads() {
+  static std::vector<std::shared_ptr<Session>> sessions;
+  return sessions;
+}
+
+class StartUpTest : public testing::Test {
+ protected:
+  StartUpTest() {
+    fake_.files.addFolder("C:\\App\\bin");
+    interp_.define(
+        {"RegisterAction", "UnregisterAction", "InsertXMLMenu", "creatServerForPthread", "::capGenerateBOMUtil::init"});
+  }
+  ~StartUpTest() override {
+    setActivePlugIn(nullptr);
+    threads().clear();
+  }
+
+  void load() {
+    startUp(interp_.get(), plugIn_);
+    interp_.evaluate("");  // what a script left as its result
+  }
+  void configure(const char* text) { fake_.files.addFile("C:\\App\\Config\\App.txt", text); }
+  GlobalState& state() { return plugIn_.session->services().state; }
+  std::string crashes() { return logMessages(fake_.files.bytes("C:\\App\\bin\\catchLog\\log.txt")); }
+
+  TclInterp interp_;
+  FakeWorld fake_;
+  World world_ = fake_.world();
+  PlugIn plugIn_{world_, "C:\\App\\bin\\Vernoxa64.dll", Logs(fake_.clock, fake_.files, "C:\\App\\bin"), nullptr,
+                 [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
+};
+
+TEST_F(StartUpTest, ScriptByteForByte) {
+  const std::string_view script = startUpScript();
+  EXPECT_EQ(script.size(), 683U);
+  EXPECT_EQ(replaceAll(script, "\r\n", "").find_first_of("\r\n"), std::string::npos);
+  EXPECT_FALSE(script.ends_with('\n'));
+  EXPECT_EQ(splitFields(script, '\n').size(), 15U);
+}
+
+TEST_F(StartUpTest, HostSeesItsCallsInOrder) {
+  load();
+  const std::string menu = "\xC0\xBD\xCD\xBC\xD6\xFA\xCA\xD6";  // 澜图助手 as stored, which Tcl takes byte by byte
+  EXPECT_THAT(
+      interp_.calls,
+      ElementsAre(Words{"::capGenerateBOMUtil::init"},
+                  Words{"RegisterAction", "_cdnOrAtCaptureExit", "alwaysEnable", "", "exitOpration", ""},
+                  Words{"creatServerForPthread"},
+                  Words{"RegisterAction", "_cdnOrSchViewCmdComplete", "alwaysEnable", "", "MouseClick", ""},
+                  Words{"InsertXMLMenu", menu + " 1 " + menu + " {action " + menu + " 0 Operation ShareModule}"},
+                  Words{"RegisterAction", "Operation", "checkSocketConnect", "", "ShowMainForm", ""},
+                  Words{"RegisterAction", "ShareModule", "checkSocketConnect", "", "checkSocketConnect", ""}));
+  interp_.calls.clear();
+  interp_.evaluate("LoadAction; unloadAction");
+  ASSERT_EQ(interp_.calls.size(), 2U);
+  EXPECT_THAT(interp_.calls[0], ElementsAre("RegisterAction", testing::EndsWith("  Alt+S"), "alwaysEnable", "Alt+S",
+                                            "switchStickOrNotStick", "Schematic"));
+  EXPECT_EQ(interp_.calls[1], (Words{"UnregisterAction", interp_.calls[0][1]}));
+}
+
+TEST_F(StartUpTest, LeavesTheDefaults) {
+  load();
+  EXPECT_EQ(interp_.evaluate("package present Vernoxa").text, "1.0");
+  EXPECT_EQ(state().language, "EN");
+  EXPECT_EQ(state().link.baseDirectory(), "C:\\App");
+  EXPECT_EQ(state().link.hostInstallPath(), "");
+  EXPECT_FALSE(state().link.clientCreated());
+  EXPECT_EQ(state().logDirectory, "C:\\App\\Script\\Log");
+  EXPECT_EQ(state().placement.backupBaseName, "Test");
+  EXPECT_EQ(state().placement.libraryBaseName, "123456");
+  EXPECT_EQ(state().placement.placeState, 0);
+  EXPECT_THAT(threads(), ElementsAre(plugIn_.session));
+  EXPECT_EQ(fake_.sockets.started(), 1);
+  EXPECT_EQ(fake_.sockets.opened(), 0);
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(StartUpTest, ConfigurationAndProcessesDecideOnTheCompanion) {
+  const std::vector<Process> absent = {{"idle", 0}, {"LanTuZS.exe", 9}};
+  const std::vector<Process> running = {{"idle", 0}, {"lantuzs.exe", 9}};
+  const struct {
+    const char* configuration;
+    const std::vector<Process>& processes;
+    const char* language;
+    std::size_t started;
+  } rows[] = {
+      {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", absent, "CN", 1},
+      {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", running, "CN", 0},
+      {R"({"AlgMenuLang":"","StartWithCadence":1})", absent, "", 0},
+      {R"({"AlgMenuLang":null})", absent, "EN", 0},
+      {"broken {\"StartWithCadence\":\"1\"}", absent, "EN", 0},
+      {"", absent, "EN", 0},
+  };
+  for (const auto& row : rows) {
+    configure(row.configuration);
+    fake_.processes.list = row.processes;
+    fake_.processes.started.clear();
+    load();
+    EXPECT_EQ(state().language, row.language) << row.configuration;
+    EXPECT_EQ(fake_.processes.started.size(), row.started) << row.configuration;
+  }
+  EXPECT_THAT(fake_.messages.shown(), IsEmpty());
+}
+
+TEST_F(StartUpTest, FailedLaunchIsShownAndTheStartGoesOn) {
+  configure(R"({"StartWithCadence":"1"})");
+  fake_.processes.startThrows = true;
+  load();
+  EXPECT_THAT(fake_.messages.shown(), ElementsAre("澜图助手启动失败"));
+  EXPECT_EQ(fake_.processes.folder, "D:\\Work");
+  EXPECT_EQ(threads().size(), 1U);
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(StartUpTest, TrafficLogStartsAfresh) {
+  fake_.files.addFile("C:\\App\\Script\\Log\\schLog.txt", "former run");
+  load();
+  EXPECT_EQ(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt"), "(no file)");
+}
+
+// A host without one procedure of the start-up script loses what stands after it, and nothing else.
+TEST_F(StartUpTest, MissingProceduresOfTheHost) {
+  for (const char* const missing :
+       {"::capGenerateBOMUtil::init", "creatServerForPthread", "InsertXMLMenu", "RegisterAction"}) {
+    interp_.evaluate(std::string("rename ") + missing + " {}");
+    interp_.calls.clear();
+    load();
+    EXPECT_THAT(interp_.calls, Each(testing::Not(Contains(missing)))) << missing;
+    EXPECT_TRUE(plugIn_.session) << missing;
+    EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0") << missing;
+    interp_.define(missing);
+  }
+  EXPECT_EQ(threads().size(), 4U);
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(StartUpTest, ExceptionEndsTheStartWhereItHappened) {
+  configure(R"({"AlgMenuLang":"CN","StartWithCadence":"1"})");
+  fake_.locks.failing = true;
+  load();
+  EXPECT_FALSE(plugIn_.session);
+  EXPECT_THAT(threads(), IsEmpty());
+  EXPECT_THAT(fake_.processes.started, IsEmpty());
+  EXPECT_EQ(fake_.sockets.started(), 0);
+
+  fake_.locks.failing = false;
+  fake_.files.faults.failCall(1, Faults::Kind::throwBadAlloc);  // the configuration
+  load();
+  EXPECT_TRUE(plugIn_.session);
+  EXPECT_EQ(state().language, "EN");
+  EXPECT_THAT(threads(), IsEmpty());
+
+  fake_.processes.listThrows = true;  // counts as not running
+  load();
+  EXPECT_EQ(fake_.processes.started.size(), 1U);
+  EXPECT_EQ(threads().size(), 1U);
+  EXPECT_EQ(crashes(), "Vernoxa_Init\nVernoxa_Init\nGetProcessidFromName");
+}
+
+TEST_F(StartUpTest, AnyCallOfTheFilesMayFail) {
+  configure(R"({"StartWithCadence":"1"})");
+  fake_.files.addFolder("C:\\App\\Script\\Log");
+  for (int call = 1; call <= 6; ++call) {
+    for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+      fake_.files.faults.failCall(call, kind);
+      load();
+      EXPECT_TRUE(plugIn_.session) << call;
+      EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0") << call;
+    }
+  }
+}
+
+TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
+  load();
+  state().openDesigns = {"a.dsn"};
+  fake_.sockets.listen(hostPort, {{}, StreamEnd::hang, nullptr});
+  Session& first = *plugIn_.session;
+  EXPECT_EQ(first.client().connect(localAddress, hostPort), 0);
+  load();
+  EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0");
+  ASSERT_EQ(threads().size(), 2U);
+  EXPECT_NE(threads()[0], threads()[1]);
+  // The first thread goes on with its own client, which only fails.
+  std::string message;
+  EXPECT_EQ(first.client().receivePacket(message), -1);
+  EXPECT_EQ(first.client().connect(localAddress, hostPort), -1);
+  EXPECT_EQ(plugIn_.session->client().connect(localAddress, hostPort), 0);
+  EXPECT_EQ(fake_.sockets.stillOpen(), 1);
+  threads().clear();
+  EXPECT_EQ(fake_.sockets.started(), 1);
+  EXPECT_FALSE(fake_.sockets.misused());
+}
+
+// A load from inside a command leaves that command on memory of its own.
+TEST_F(StartUpTest, LoadInsideACommand) {
+  load();
+  threads().clear();
+  interp_.define("getDsnPinCount", [&](const Words&) {
+    load();
+    threads().clear();
+    return Evaluation{true, "5"};
+  });
+  EXPECT_EQ(interp_.evaluate("string length [ReadOpenPath a.dsn]").status, TCL_OK);
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(StartUpTest, InterpreterDeletedInsideACommand) {
+  load();
+  interp_.define("getDsnPinCount", [&](const Words&) {
+    Tcl_DeleteInterp(interp_.get());
+    return Evaluation{true, "5"};
+  });
+  interp_.evaluate("ReadOpenPath a.dsn");
+  EXPECT_EQ(crashes(), "");
+}
+
+TEST_F(StartUpTest, RegistersTheTableInItsOrder) {
+  std::vector<std::string> registered;
+  Tcl_CreateObjCommand(
+      interp_.get(), "seen",
+      [](ClientData data, Tcl_Interp*, int, Tcl_Obj* const objects[]) {
+        static_cast<std::vector<std::string>*>(data)->emplace_back(Tcl_GetString(objects[1]));
+        return TCL_OK;
+      },
+      &registered, nullptr);
+  std::string traces;
+  for (const CommandRow& row : commandTable()) {  // a second registration deletes the first: a trace tells when
+    traces += std::string("proc ") + row.name + " args {}; trace add command " + row.name + " delete {seen " +
+              row.name + "; list};";
+  }
+  EXPECT_EQ(interp_.evaluate(traces).status, TCL_OK);
+  load();
+  std::vector<std::string> expected;
+  for (const CommandRow& row : commandTable()) {
+    expected.emplace_back(row.name);
+    Tcl_CmdInfo info;
+    ASSERT_NE(Tcl_GetCommandInfo(interp_.get(), row.name, &info), 0);
+    EXPECT_EQ(info.objClientData, nullptr);
+    EXPECT_EQ(info.deleteProc, nullptr);
+  }
+  EXPECT_EQ(registered, expected);
+  EXPECT_EQ(expected.size(), 48U);
+  EXPECT_EQ(expected.front(), "packetParser");
+  EXPECT_EQ(expected.back(), "execTool");
+}
+
+TEST_F(StartUpTest, CommandsBeforeTheStateDoNothing) {
+  fake_.locks.failing = true;  // no session comes about
+  load();
+  const std::string before = crashes();
+  for (const CommandRow& row : commandTable()) {
+    for (const char* const arguments : {"", " {}", " 7b7d", " a b c d e f g"}) {
+      const auto result = interp_.evaluate(std::string(row.name) + arguments);
+      EXPECT_EQ(result.status, TCL_OK) << row.name;
+      const std::string_view name = row.name;
+      EXPECT_EQ(result.text, name == "getOpenFileCount"                                     ? "0"
+                             : name == "sendSaveFile" || name == "selectAddOrRemoveFromBom" ? "1"
+                                                                                            : "")
+          << row.name;
+    }
+  }
+  EXPECT_EQ(crashes(), before);
+  EXPECT_THAT(fake_.messages.shown(), IsEmpty());
+}
+
+// The same while the start-up script runs, which is before the state as well.
+TEST_F(StartUpTest, CommandsInsideTheStartUpScript) {
+  std::string answer = "?";
+  interp_.define("creatServerForPthread", [&](const Words&) {
+    answer = interp_.evaluate("sendSaveFile a.dsn").text;
+    return Evaluation{true, ""};
+  });
+  load();
+  EXPECT_EQ(answer, "1");
+}
+
+TEST_F(StartUpTest, ExceptionsOfCommandsEndAtTheirGuard) {
+  load();
+  interp_.evaluate("set kept before");
+  fake_.output.throwing = true;
+  const auto failed = interp_.evaluate("packetParser 7b");
+  EXPECT_EQ(failed.text, "command returned bad code: -1");
+  EXPECT_EQ(interp_.evaluate("catch {packetParserForPthread 7b} text; set text").text, "");
+  EXPECT_EQ(crashes(), "packetParser\npacketParserForPthread");
+  fake_.output.throwing = false;
+  EXPECT_EQ(interp_.evaluate("packetParser 7b").status, TCL_OK);
+  EXPECT_EQ(fake_.locks.held, 0);
+}
+
+TEST_F(StartUpTest, SmallCommands) {
+  load();
+  EXPECT_EQ(interp_.evaluate("getGenerateGuid ignored").text, "1B4E28BA-2FA1-11d2-883F-0016D3CCA427");
+  fake_.guids.next.reset();
+  EXPECT_EQ(interp_.evaluate("getGenerateGuid").text, "");
+  EXPECT_EQ(interp_.evaluate("execTool a b").text, "");
+  EXPECT_THAT(fake_.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
+  state().link.setBaseDirectory("E:\\project");  // later reports do not move the installation
+  interp_.evaluate("execTool");
+  EXPECT_EQ(fake_.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
+}
+
+TEST_F(StartUpTest, MessagesToTheUser) {
+  load();
+  const std::pair<std::string, const char*> rows[] = {
+      {"outputWarming", "(i) 请先选中器件"},
+      {"outputError OtherProject", "请在同一个项目中选择"},
+      {"outputError NoObject ignored", "请选择元件"},
+      {"outputError MoreThanPage", "超过page范围,请重新摆放"},
+      {"outputError InvaildObject", "非法器件,选择其他器件"},
+      {"outputError InvalidObject", "InvalidObject"},
+      {"outputError noobject", "noobject"},
+      {"outputError " + utf8(u8"未知错误"), "未知错误"},
+      {"outputError {}", ""},
+  };
+  for (const auto& [script, shown] : rows) {
+    EXPECT_EQ(interp_.evaluate(script).status, TCL_OK) << script;
+    EXPECT_EQ(fake_.messages.shown().back(), shown) << script;
+  }
+  EXPECT_EQ(interp_.evaluate("outputError").status, TCL_OK);
+  EXPECT_EQ(fake_.messages.shown().size(), std::size(rows));
+}
+
+TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
+  load();
+  state().placement.dsnDatPath = "D:\\modules\\m.json";
+  fake_.files.addFile("D:\\modules\\Test.olb", "");
+  interp_.evaluate("outputError MoreThanPage");
+  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
+  noteMadeLibrary(state().placement, newLibraryPath(state().placement));
+  interp_.evaluate("outputError NoObject");
+  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
+  interp_.evaluate("outputError MoreThanPage");
+  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "(no file)");
+}
+
+}  // namespace
+}  // namespace vernoxa
