@@ -35,9 +35,10 @@ constexpr std::array faults = {
 // A run of the plug-in under faults; what it says of an answer that no contract knows, else "".
 using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&);
 
-std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const char* door) {
+// Words are the door and the packet text.
+std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words) {
   if (answer.status == commandFailed) {
-    return load.crashes() == door ? "" : "failed without its name in the crash log";
+    return load.crashes() == words[0] ? "" : "failed without its name in the crash log";
   }
   if (answer.status != commandDone) {
     return "status " + std::to_string(answer.status);
@@ -49,7 +50,8 @@ std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, con
   const Json message = Json::parse(reply.message).document;
   const auto name = message.member("Command").text();
   const bool named = name && name->ends_with("_EndResult");
-  return reply.message.empty() || named ? "" : "a reply without its name: " + reply.message;
+  const bool echoed = reply.message == words[1];  // what could not be decoded comes back
+  return reply.message.empty() || named || echoed ? "" : "a reply without its name: " + reply.message;
 }
 
 std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, const char* door) {
@@ -59,7 +61,7 @@ std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, 
   }();
   const TrustHost::Answer answer = host.call(words);
   const EnoughMemory enough;
-  return isPacketAnswer(answer, load, door);
+  return isPacketAnswer(answer, load, words);
 }
 
 std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input) {
