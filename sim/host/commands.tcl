@@ -3,7 +3,8 @@
 #
 #   pause SECONDS            waitLink ?SECONDS?    (until the companion is connected)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
-#   select REFERENCE ...     action HANDLER        note TEXT            quit
+#   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
+#   resourcePath ID          writeLibrary FILE     action HANDLER       note TEXT    quit
 
 # Only inside a coroutine, which is where scripts run; events go on meanwhile.
 proc pause {seconds} {
@@ -37,6 +38,29 @@ proc closeDesign {{name ""}} {
 
 proc select {args} {
     pages::select $args
+}
+
+proc showPage {page {name ""}} {
+    set path [designs::need [expr {$name eq "" ? [dict get $::pages::active path] : $name}]]
+    pages::activate $path $page
+    host::log "showing $page of $path"
+}
+
+# Everything about the named parts, as with the mouse around them.
+proc selectBlock {args} {
+    modules::selectBlock $args
+    host::log "selected [llength $::pages::selection] parts and what lies about them"
+}
+
+# Where the companion keeps a shared module.
+proc resourcePath {id} {
+    host::log "resource $id: [link::plugin GetResPath $id]"
+}
+
+# The symbols of the active design as a library.
+proc writeLibrary {file} {
+    packages::write [dict get $::pages::active path] $file
+    host::log "wrote the library $file"
 }
 
 proc action {handler} {

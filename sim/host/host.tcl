@@ -15,14 +15,15 @@
 #   -serverPort N, -companionPort N   other ports than the fixed ones, for tests
 #
 # Procedures live by topic: link (sockets), menu (actions), designs (open, save, close), pages (what
-# is shown), parts (references, properties), bom, nets, drawing, placing.
+# is shown), parts (references, properties), bom, nets, drawing, modules, placing
+# (connectors), checks, packages.
 
 namespace eval ::host {
     variable folder [file dirname [file normalize [info script]]]
     variable finishing 0
     variable lineCount 0
 }
-foreach topic {log kicad frames link menu designs pages parts bom nets drawing placing commands} {
+foreach topic {log kicad frames link menu designs pages parts bom nets drawing modules placing checks packages commands} {
     source -encoding utf-8 [file join $::host::folder $topic.tcl]
 }
 unset topic

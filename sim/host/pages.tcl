@@ -35,6 +35,7 @@ proc ::pages::need {} {
 proc ::pages::select {references} {
     variable selection
     lassign [need] path
+    set ::modules::block {}
     set selection {}
     foreach reference $references {
         lappend selection {*}[parts::ids $path $reference]
@@ -49,6 +50,9 @@ proc ::pages::selected {path {page *}} {
     if {$path eq [dict get $active path]} {
         foreach id $selection {
             set part [dict get $::designs::open $path parts $id]
+            if {[dict get $part power]} {
+                continue
+            }
             if {$page in [list * [dict get $part page]]} {
                 dict set references [dict get $part reference] 1
             }
@@ -92,6 +96,7 @@ host::procedure IsSchematicViewActive {} {
 
 host::procedure UnSelectAll {} {
     set ::pages::selection {}
+    set ::modules::block {}
     return 1
 }
 
@@ -109,13 +114,4 @@ host::procedure ZoomIn {} {
 host::procedure ZoomOut {} {
     dict set ::pages::active scale [expr {[dict get $::pages::active scale] / 2}]
     return 1
-}
-
-# References of the parts that are selected on the page.
-host::procedure getSelectPart {page} {
-    lassign [pages::need] path
-    if {![dict exists $::designs::open $path pages $page]} {
-        error "no such page: $page"
-    }
-    return [pages::selected $path $page]
 }

@@ -36,6 +36,15 @@ proc ::parts::property {part name} {
     return ""
 }
 
+# The name by which the editor knows a property of a schematic, and the way back.
+proc ::parts::editorName {name} {
+    return [expr {$name eq "Footprint" ? "PCB Footprint" : $name eq "Reference" ? "Part Reference" : $name}]
+}
+
+proc ::parts::schematicName {name} {
+    return [expr {$name eq "PCB Footprint" ? "Footprint" : $name eq "Part Reference" ? "Reference" : $name}]
+}
+
 host::procedure getAllPropertyName {text} {
     set path [designs::need $text]
     set names {}

@@ -1,6 +1,8 @@
 // The table of the companion's commands. A new command is one row here and one function in the file it belongs to.
 #include "commands/companion_handlers.h"
 
+#include "commands/placing_handlers.h"
+
 namespace vernoxa {
 namespace {
 
@@ -8,6 +10,7 @@ using Place = PlacementContext;
 
 constexpr auto text = MemberKind::text;
 constexpr auto number = MemberKind::number;
+constexpr auto textOrNumber = MemberKind::textOrNumber;
 constexpr auto array = MemberKind::array;
 constexpr auto needed = MemberUse::needed;
 constexpr auto optional = MemberUse::optional;
@@ -49,6 +52,32 @@ constexpr std::array rows = {
                  {"pinPrice", text, optional, &Place::pinPrice}}},
                "Has the selected parts of a page offered as a module."},
     HandlerRow{"ClearCurrentDesign", clearCurrentDesign, {}, "Clears the current design."},
+    HandlerRow{"PlaceDsnLibPartModule",
+               placeDsnLibPartModule,
+               {{{"PartIndex", textOrNumber, needed, &Place::PartIndex},
+                 {"Designator", text, optional, &Place::selfModule},
+                 {"dsnDatPath", text, optional, &Place::dsnDatPath},
+                 {"ViewBoxWidth", textOrNumber, needed},
+                 {"ViewBoxHeight", textOrNumber, needed},
+                 {"packageName", text, optional, &Place::packageName},
+                 {"PartNumber", text, optional, &Place::PartNumber},
+                 {"PartName", text, needed, &Place::PartName},
+                 {"prefix", text, optional, &Place::prefix},
+                 {"value", text, optional, &Place::value},
+                 {"cateId", text, optional, &Place::cateId},
+                 {"companyId", text, optional, &Place::companyId},
+                 {"Package", text, optional, &Place::package}}},
+               "Has the user place one part of a downloaded library."},
+    HandlerRow{"PlaceDSNModule",
+               placeDsnModule,
+               {{{"sumPins", text, optional, &Place::sumPins},
+                 {"price", text, optional, &Place::price},
+                 {"dsnDatPath", text, optional, &Place::dsnDatPath},
+                 {"dsnBmpPath", text, optional, &Place::dsnBmpPath},
+                 {"uploadResId", text, optional, &Place::uploadResId},
+                 {"uploadUserId", text, optional, &Place::uploadUserId},
+                 {"selfModule", text, optional, &Place::selfModule}}},
+               "Has the user place a downloaded module."},
     HandlerRow{"GenerateBOM",
                generateBom,
                {{projectPath, {"PartNumberKey", text, optional}, {"PartNameKey", text, optional}}},

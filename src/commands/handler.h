@@ -80,7 +80,7 @@ struct Member {
   std::string PlacementContext::*stored = nullptr;
 };
 
-constexpr std::size_t mostMembers = 12;
+constexpr std::size_t mostMembers = 13;
 
 struct HandlerRow {
   const char* name;

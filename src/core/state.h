@@ -55,7 +55,6 @@ struct PlacementContext {
   int placeState = 0;                      // 1: one catalogue part is being placed; 0: a shared module, or nothing
   std::string backupBaseName = "Test";     // base name of the new library
   std::string libraryBaseName = "123456";  // base name of the temporary library
-  std::set<std::string> madeLibraries;     // what placements of this process made, and may remove
 };
 
 // A design that the companion knows to be open.
@@ -67,11 +66,13 @@ struct ToldDesign {
 // Everything but `link` belongs to the host's thread.
 struct GlobalState {
   LinkState link;
+  std::string installDirectory;  // found from the module path, code page; later reports of projects never change it
   std::string logDirectory;
   std::string language = "EN";
   std::vector<std::string> openDesigns;  // paths as the host gave them
   std::vector<ToldDesign> toldDesigns;
   PlacementContext placement;
+  std::set<std::string> madeLibraries;               // what placements of this process made, and may remove
   std::map<std::string, std::string> resourcePaths;  // resource id to module file
 };
 

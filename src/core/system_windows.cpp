@@ -9,17 +9,10 @@
 #include <new>
 
 #include "core/handle_windows.h"
+#include "core/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {
-
-std::wstring toWide(std::string_view text, UINT codePage) {
-  const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), length);
-  return wide;
-}
 
 std::string fromWide(const std::wstring& wide, UINT codePage) {
   const int size = static_cast<int>(wide.size());

@@ -3,12 +3,17 @@
 
 namespace vernoxa {
 
+class Clipboard;
 class Clock;
 class CodePage;
+class Desktop;
 class Files;
 class GuidSource;
 class LockSource;
+class Pictures;
 class Processes;
+class RandomNumbers;
+class Registry;
 class Sockets;
 class StandardOutput;
 class UserMessages;
@@ -20,9 +25,14 @@ struct World {
   GuidSource& guids;
   LockSource& locks;
   Processes& processes;
+  RandomNumbers& random;
   Sockets& sockets;
   StandardOutput& output;
   UserMessages& messages;
+  Registry& registry;
+  Clipboard& clipboard;
+  Pictures& pictures;
+  Desktop& desktop;
 };
 
 }  // namespace vernoxa

@@ -3,9 +3,15 @@
 #include <string_view>
 
 #include "bom/bom_commands.h"
+#include "checks/report_commands.h"
 #include "commands/packet_door.h"
+#include "desktop/desktop_commands.h"
+#include "export/export_commands.h"
 #include "link/file_status_commands.h"
 #include "plugin/small_commands.h"
+#include "sharing/module_commands.h"
+#include "sharing/placement_commands.h"
+#include "sharing/request_commands.h"
 
 namespace vernoxa {
 namespace {
@@ -24,15 +30,20 @@ constexpr CommandFunction run = &Run<command>::call;
 
 constexpr const char* linkFile = "link/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
+constexpr const char* exportFile = "export/export_commands.cpp";
+constexpr const char* reportFile = "checks/report_commands.cpp";
+constexpr const char* moduleFile = "sharing/module_commands.cpp";
+constexpr const char* placementFile = "sharing/placement_commands.cpp";
+constexpr const char* requestFile = "sharing/request_commands.cpp";
 constexpr const char* doorFile = "commands/packet_door.cpp";
+constexpr const char* desktopFile = "desktop/desktop_commands.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
-constexpr CommandFunction notYet = nullptr;
 
 // clang-format off
 constexpr std::array<CommandRow, commandCount> table = {{
   {"packetParser",           run<packetParser>,           "packetText", "Carries out one packet of the companion and answers the packet text of the reply.", doorFile, "", nullptr},
   {"packetParserForPthread", run<packetParserForPthread>, "packetText", "The same for a packet of the link thread.", doorFile, "", nullptr},
-  {"SelectJumpPart",         notYet, "candidates number", "Lets the user pick one of several parts.", "", "", nullptr},
+  {"SelectJumpPart",         run<selectJumpPart>, "candidates number", "Lets the user pick one of several parts.", desktopFile, "", nullptr},
   {"ReadOpenPath",           run<readOpenPath>,           "path", "Answers the packet text that reports an opened design.", linkFile, "", nullptr},
   {"sendCloseFile",          run<sendCloseFile>,          "path", "Answers the packet text that reports a closed design.", linkFile, "", nullptr},
   {"serverLinkBreak",        run<serverLinkBreak>,        "", "Notes that the host's connection to the companion broke.", linkFile, "", nullptr},
@@ -44,39 +55,39 @@ constexpr std::array<CommandRow, commandCount> table = {{
   {"outputWarming",          run<outputWarming>,          "", "Tells the user to select a part first.", smallFile, "", nullptr},
   {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, "", "Tells the host's script to go on.", bomFile, "1", nullptr},
   {"sendSaveFile",           run<sendSaveFile>,           "path", "Answers the packet text that reports a saved design.", linkFile, "1", nullptr},
-  {"addToPageList",          notYet, "record", "Adds one object of a page to the drawing.", "", "", nullptr},
-  {"addToLibList",           notYet, "record", "Adds one record of a library symbol to the drawing.", "", "", nullptr},
-  {"initSVGList",            notYet, "", "Starts a drawing export.", "", "", nullptr},
-  {"outputSVGFile",          notYet, "names", "Writes the last page of a drawing export.", "", "", nullptr},
-  {"GetClipBoardPic",        notYet, "", "Saves the clipboard's picture as the preview and answers its path.", "", "", nullptr},
-  {"GetMousePosition",       notYet, "", "Answers the cursor's position.", "", "", nullptr},
+  {"addToPageList",          run<addToPageList>, "record", "Adds one object of a page to the drawing.", exportFile, "", nullptr},
+  {"addToLibList",           run<addToLibList>, "record", "Adds one record of a library symbol to the drawing.", exportFile, "", nullptr},
+  {"initSVGList",            run<initSVGList>, "", "Starts a drawing export.", exportFile, "", nullptr},
+  {"outputSVGFile",          run<outputSVGFile>, "names", "Writes the last page of a drawing export.", exportFile, "", nullptr},
+  {"GetClipBoardPic",        run<getClipBoardPic>, "", "Saves the clipboard's picture as the preview and answers its path.", desktopFile, "", nullptr},
+  {"GetMousePosition",       run<getMousePosition>, "", "Answers the cursor's position.", desktopFile, "", nullptr},
   {"outputError",            run<outputError>,            "?code?", "Shows the message of an error code.", smallFile, "", nullptr},
-  {"initMarketFile",         notYet, "", "Starts the export of a shared module.", "", "", nullptr},
-  {"addMarketPartList",      notYet, "record", "Adds one schematic object to the module.", "", "", nullptr},
-  {"addMarketLibList",       notYet, "record", "Adds one record of a library part to the module.", "", "", nullptr},
-  {"outputMarketFile",       notYet, "name width height unused", "Writes the module and answers its path.", "", "", nullptr},
-  {"getOlbPath",             notYet, "", "Answers the temporary library's path.", "", "", nullptr},
-  {"sendUploadMarket",       notYet, "sumPins selfPins copyPrice parts wires ?keys?", "Hands a module over to the companion.", "", "", "sendUploadMarket exception"},
-  {"placeMarketPart",        notYet, "", "Places the module that the companion named.", "", "", nullptr},
-  {"afterPlace",             notYet, "", "Ends the host's placement mode.", "", "", nullptr},
-  {"getNewOlbPath",          notYet, "", "Answers the new library's path.", "", "", nullptr},
-  {"GetResPath",             notYet, "resourceId", "Answers where the companion keeps a module.", "", "", nullptr},
-  {"pressEnter",             notYet, "", "Presses Enter after a moment.", "", "", nullptr},
-  {"getSelfUserId",          notYet, "", "Answers the signed-in user's id.", "", "", nullptr},
-  {"removeDatFile",          notYet, "", "Removes the files of a placement.", "", "", nullptr},
-  {"sendRefRepetition",      notYet, "?kind reference second schematic page x y?", "Design check: reference designators.", "", "", nullptr},
-  {"sendIllegalChar",        notYet, "?property value schematic page x y?", "Design check: illegal characters.", "", "", nullptr},
-  {"sendPinNC",              notYet, "?reference pin schematic page x y?", "Design check: unconnected pins.", "", "", nullptr},
-  {"sendNetlist",            notYet, "?kind reference second schematic page x y?", "Design check: netlist.", "", "", nullptr},
-  {"checkCharIllegal",       notYet, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", "", "", nullptr},
-  {"initGraphicFile",        notYet, "", "Starts a graphic library.", "", "", nullptr},
-  {"addGraphicLibList",      notYet, "record", "Adds one record to the graphic library.", "", "", nullptr},
-  {"outputGraphicFile",      notYet, "name", "Writes the graphic library and answers its path.", "", "", nullptr},
-  {"sendOlbPackageInfo",     notYet, "properties", "Package report of a library.", "", "", nullptr},
-  {"sendDsnPackageInfo",     notYet, "properties", "Package report of a design.", "", "", nullptr},
-  {"sendOlbObjectPackageInfo", notYet, "properties", "Package report of a library object.", "", "", nullptr},
-  {"writeToClipboard",       notYet, "text", "Puts a text on the clipboard.", "", "", nullptr},
-  {"PlacePartProperty",      notYet, "", "Sets the properties of the part that was placed.", "", "", nullptr},
+  {"initMarketFile",         run<initMarketFile>, "", "Starts the export of a shared module.", moduleFile, "", nullptr},
+  {"addMarketPartList",      run<addMarketPartList>, "record", "Adds one schematic object to the module.", moduleFile, "", nullptr},
+  {"addMarketLibList",       run<addMarketLibList>, "record", "Adds one record of a library part to the module.", moduleFile, "", nullptr},
+  {"outputMarketFile",       run<outputMarketFile>, "name width height unused", "Writes the module and answers its path.", moduleFile, "", nullptr},
+  {"getOlbPath",             run<getOlbPath>, "", "Answers the temporary library's path.", placementFile, "", nullptr},
+  {"sendUploadMarket",       run<sendUploadMarket>, "sumPins selfPins copyPrice parts wires ?keys?", "Hands a module over to the companion.", requestFile, "", "sendUploadMarket exception"},
+  {"placeMarketPart",        run<placeMarketPart>, "", "Places the module that the companion named.", placementFile, "", nullptr},
+  {"afterPlace",             run<afterPlace>, "", "Ends the host's placement mode.", desktopFile, "", nullptr},
+  {"getNewOlbPath",          run<getNewOlbPath>, "", "Answers the new library's path.", placementFile, "", nullptr},
+  {"GetResPath",             run<getResPath>, "resourceId", "Answers where the companion keeps a module.", requestFile, "", nullptr},
+  {"pressEnter",             run<pressEnter>, "", "Presses Enter after a moment.", desktopFile, "", nullptr},
+  {"getSelfUserId",          run<getSelfUserId>, "", "Answers the signed-in user's id.", requestFile, "", nullptr},
+  {"removeDatFile",          run<removeDatFile>, "", "Removes the files of a placement.", requestFile, "", nullptr},
+  {"sendRefRepetition",      run<sendRefRepetition>, "?kind reference second schematic page x y?", "Design check: reference designators.", reportFile, "", nullptr},
+  {"sendIllegalChar",        run<sendIllegalChar>, "?property value schematic page x y?", "Design check: illegal characters.", reportFile, "", nullptr},
+  {"sendPinNC",              run<sendPinNc>, "?reference pin schematic page x y?", "Design check: unconnected pins.", reportFile, "", nullptr},
+  {"sendNetlist",            run<sendNetlist>, "?kind reference second schematic page x y?", "Design check: netlist.", reportFile, "", nullptr},
+  {"checkCharIllegal",       run<checkCharIllegal>, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", exportFile, "", nullptr},
+  {"initGraphicFile",        run<initGraphicFile>, "", "Starts a graphic library.", exportFile, "", nullptr},
+  {"addGraphicLibList",      run<addGraphicLibList>, "record", "Adds one record to the graphic library.", exportFile, "", nullptr},
+  {"outputGraphicFile",      run<outputGraphicFile>, "name", "Writes the graphic library and answers its path.", exportFile, "", nullptr},
+  {"sendOlbPackageInfo",     run<sendOlbPackageInfo>, "properties", "Package report of a library.", reportFile, "", nullptr},
+  {"sendDsnPackageInfo",     run<sendDsnPackageInfo>, "properties", "Package report of a design.", reportFile, "", nullptr},
+  {"sendOlbObjectPackageInfo", run<sendOlbObjectPackageInfo>, "properties", "Package report of a library object.", reportFile, "", nullptr},
+  {"writeToClipboard",       run<writeToClipboard>, "text", "Puts a text on the clipboard.", desktopFile, "", nullptr},
+  {"PlacePartProperty",      run<placePartProperty>, "", "Sets the properties of the part that was placed.", placementFile, "", nullptr},
   {"execTool",               run<execTool>,               "", "Starts the companion.", smallFile, "", nullptr},
 }};
 // clang-format on

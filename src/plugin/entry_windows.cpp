@@ -2,10 +2,11 @@
 #include <tcl.h>
 
 #include <memory>
+#include <utility>
 
-#include "core/handle_windows.h"
 #include "core/log.h"
 #include "core/process_windows.h"
+#include "core/thread_windows.h"
 #include "core/world.h"
 #include "link/link_thread.h"
 #include "plugin/plug_in.h"
@@ -15,19 +16,9 @@
 namespace vernoxa {
 namespace {
 
-DWORD WINAPI linkThreadBody(LPVOID parameter) {
-  // The thread's own share of its session: a later load must not take it away.
-  const std::unique_ptr<std::shared_ptr<Session>> session(static_cast<std::shared_ptr<Session>*>(parameter));
-  LinkThread((*session)->services(), (*session)->client()).run();
-  return 0;
-}
-
 void startLinkThread(std::shared_ptr<Session> session) {
-  auto share = std::make_unique<std::shared_ptr<Session>>(std::move(session));
-  const KernelHandle thread(CreateThread(nullptr, 0, linkThreadBody, share.get(), 0, nullptr));
-  if (thread) {
-    static_cast<void>(share.release());  // the thread's now
-  }
+  // The thread's own share of its session: a later load must not take it away.
+  startDetachedThread([session = std::move(session)] { LinkThread(session->services(), session->client()).run(); });
 }
 
 // Lives until the process ends: the link thread runs in it, and nothing ends that thread.

@@ -2,7 +2,12 @@
 
 #include "core/files_windows.h"
 #include "core/process_windows.h"
+#include "core/random.h"
+#include "core/registry_windows.h"
 #include "core/system_windows.h"
+#include "desktop/clipboard_windows.h"
+#include "desktop/desktop_windows.h"
+#include "desktop/pictures_windows.h"
 #include "desktop/user_messages_windows.h"
 #include "link/sockets_windows.h"
 
@@ -16,9 +21,14 @@ struct RealWorld {
   WindowsGuidSource guids;
   WindowsLockSource locks;
   WindowsProcesses processes;
+  TimeSeededNumbers random;
   WindowsSockets sockets;
   WindowsStandardOutput output;
   WindowsUserMessages messages;
+  WindowsRegistry registry;
+  WindowsClipboard clipboard;
+  WindowsPictures pictures;
+  WindowsDesktop desktop;
 };
 
 }  // namespace
@@ -26,8 +36,8 @@ struct RealWorld {
 World realWorld() {
   // Never destroyed: the link thread goes on while the process's statics are being taken down.
   static RealWorld& real = *new RealWorld;
-  return {real.clock,     real.codePage, real.files,  real.guids,   real.locks,
-          real.processes, real.sockets,  real.output, real.messages};
+  return {real.clock,   real.codePage, real.files,    real.guids,    real.locks,     real.processes, real.random,
+          real.sockets, real.output,   real.messages, real.registry, real.clipboard, real.pictures,  real.desktop};
 }
 
 }  // namespace vernoxa

@@ -11,8 +11,9 @@ Session::Session(World& world, const Logs& crashLogs, Directories directories)
       services_{world, logs_, state_, text_},
       client_(world, logs_),
       packetLock_{world.locks.create()},
-      parts_(services_, packetLock_, directories_) {
+      parts_(services_, packetLock_, directories_, pageExport_, graphicLibrary_, moduleDocument_) {
   state_.link.setBaseDirectory(directories_.baseDirectory);
+  state_.installDirectory = directories_.baseDirectory;
   state_.logDirectory = directories_.logDirectory;
 }
 

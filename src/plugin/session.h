@@ -11,7 +11,10 @@
 #include "core/services.h"
 #include "core/state.h"
 #include "core/world.h"
+#include "export/graphic_library.h"
+#include "export/page_export.h"
 #include "link/socket_client.h"
+#include "sharing/module_document.h"
 
 namespace vernoxa {
 
@@ -39,7 +42,10 @@ class Session {
   Services services_;
   SocketClient client_;
   PacketLock packetLock_;
-  std::tuple<Services&, PacketLock&, const Directories&> parts_;
+  PageExport pageExport_;
+  GraphicLibrary graphicLibrary_;
+  ModuleDocument moduleDocument_;
+  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&, ModuleDocument&> parts_;
 };
 
 }  // namespace vernoxa

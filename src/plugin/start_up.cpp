@@ -2,13 +2,16 @@
 
 #include <tcl.h>
 
+#include <memory>
 #include <string>
 
 #include "core/files.h"
+#include "core/tcl_script_host.h"
 #include "core/user_messages.h"
 #include "plugin/command_guard.h"
 #include "plugin/companion_launch.h"
 #include "plugin/configuration.h"
+#include "plugin/host_discovery.h"
 #include "plugin/plug_in.h"
 
 namespace vernoxa {
@@ -62,6 +65,13 @@ void applyConfiguration(PlugIn& plugIn) {
   }
 }
 
+// The host's script may load the plug-in anew: the session is ours meanwhile.
+void recordHostInstallation(Tcl_Interp* interp, PlugIn& plugIn) {
+  const std::shared_ptr<Session> session = plugIn.session;
+  TclScriptHost host(interp);
+  setOrcadInstallPath(host, session->services());
+}
+
 }  // namespace
 
 std::string_view startUpScript() {
@@ -76,6 +86,7 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     Tcl_Eval(interp, std::string(script).c_str());
     replaceSession(plugIn);
     applyConfiguration(plugIn);
+    recordHostInstallation(interp, plugIn);
     plugIn.startLinkThread(plugIn.session);
     plugIn.session->services().logs.resetTraffic();
   } catch (...) {

@@ -1,10 +1,11 @@
 #include "sharing/library_files.h"
 
 #include <algorithm>
-#include <cctype>
+#include <array>
 
 #include "core/files.h"
 #include "core/log.h"
+#include "core/random.h"
 #include "core/services.h"
 #include "core/text.h"
 #include "core/world.h"
@@ -22,25 +23,72 @@ std::string libraryPath(const PlacementContext& placement, const std::string& na
   return moduleFolder(placement) + "/" + name;
 }
 
-// Windows takes both separators and either case for the same file.
+// Windows takes both separators and either case for the same file. Code page: the second byte of a double-byte
+// character has no case.
 std::string comparable(const std::string& path) {
   std::string text = replaceInCodePage(path, '\\', "/");
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (isDoubleByteLead(text[index])) {
+      ++index;
+    } else if (text[index] >= 'A' && text[index] <= 'Z') {
+      text[index] = static_cast<char>(text[index] - 'A' + 'a');
+    }
+  }
   return text;
 }
 
-bool isUsersOwn(const PlacementContext& placement, const std::string& path) {
+bool isUsersOwn(const GlobalState& state, const std::string& path) {
   const std::string file = comparable(path);
   const std::string extension = extensionOf(file).value_or("");
   if (extension == "dsn" || extension == "opj") {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
-  return library && placement.madeLibraries.count(file) == 0;
+  return library && state.madeLibraries.count(file) == 0;
+}
+
+// As the editor keeps a library's files; a lock alone tells of a library that is being made.
+constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OBK"};
+
+// A base name that is free in the module's folder and not `taken`; empty when the numbers drawn are all in use.
+std::string freeName(Services& services, const std::string& taken) {
+  constexpr int mostDraws = 10000;
+  for (int draw = 0; draw < mostDraws; ++draw) {
+    const std::string name = std::to_string(services.world.random.next());
+    const bool used = std::any_of(libraryEndings.begin(), libraryEndings.end(), [&](const char* ending) {
+      return services.world.files.exists(libraryPath(services.state.placement, name + ending));
+    });
+    if (!used && name != taken) {
+      return name;
+    }
+  }
+  return {};
 }
 
 }  // namespace
+
+bool drawLibraryNames(Services& services) {
+  const std::string temporary = freeName(services, "");
+  const std::string renewed = freeName(services, temporary);
+  if (temporary.empty() || renewed.empty()) {
+    services.logs.openTraffic().writeLine("no free library name");
+    return false;
+  }
+  services.state.placement.libraryBaseName = temporary;
+  services.state.placement.backupBaseName = renewed;
+  return true;
+}
+
+std::string emptyLibraryPath(const Services& services) {
+  for (const std::string& folder :
+       {services.state.installDirectory, withoutLastComponent(services.state.link.hostInstallPath())}) {
+    const std::string path = folder + "\\config\\Resource\\Empty.olb";
+    if (services.world.files.exists(path)) {
+      return path;
+    }
+  }
+  return {};
+}
 
 std::string temporaryLibraryPath(const PlacementContext& placement) {
   return libraryPath(placement, placement.libraryBaseName + ".olb");
@@ -54,21 +102,21 @@ std::string libraryBackupPath(const PlacementContext& placement) {
   return libraryPath(placement, placement.libraryBaseName + "_0.OBK");
 }
 
-void noteMadeLibrary(PlacementContext& placement, const std::string& path) {
-  const std::string file = comparable(path);
-  placement.madeLibraries.insert(file);
-  placement.madeLibraries.insert(file.substr(0, file.rfind('.')) + "_0.obk");
+void noteMadeLibrary(GlobalState& state, const std::string& path) {
+  state.madeLibraries.insert(comparable(path));
 }
 
 void removePlacementFile(Services& services, const std::string& path) {
   if (!services.world.files.exists(path)) {
     return;
   }
-  if (isUsersOwn(services.state.placement, path)) {
+  if (isUsersOwn(services.state, path)) {
     services.logs.openTraffic().writeLine("not removed: " + path);
     return;
   }
-  services.world.files.removeFile(path);
+  if (services.world.files.removeFile(path)) {
+    services.state.madeLibraries.erase(comparable(path));  // who makes it anew is another matter
+  }
 }
 
 }  // namespace vernoxa

@@ -16,8 +16,16 @@ std::string newLibraryPath(const PlacementContext& placement);
 // The host's own backup of the temporary library.
 std::string libraryBackupPath(const PlacementContext& placement);
 
-// Notes that this process made the library at that path, and so may remove it and its backup.
-void noteMadeLibrary(PlacementContext& placement, const std::string& path);
+// Draws the two base names anew: numbers under which the module's folder holds neither a library nor its lock or
+// backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is found.
+bool drawLibraryNames(Services& services);
+
+// The library without parts that every temporary one starts from: the installation's, else the one below the host's
+// program folder; empty when neither exists.
+std::string emptyLibraryPath(const Services& services);
+
+// Notes that this process made the library or backup at that path, and so may remove it.
+void noteMadeLibrary(GlobalState& state, const std::string& path);
 
 // Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
 // design, a project, or a library or backup that this process did not make.

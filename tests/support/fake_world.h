@@ -1,10 +1,12 @@
 // Stand-ins for everything that the plug-in needs of the operating system.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
 #include "core/log.h"
+#include "core/random.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/system.h"
@@ -12,6 +14,7 @@
 #include "core/world.h"
 #include "support/fake_clock.h"
 #include "support/fake_code_page.h"
+#include "support/fake_desktop.h"
 #include "support/fake_files.h"
 #include "support/fake_sockets.h"
 
@@ -49,6 +52,24 @@ class FakeProcesses final : public Processes {
   bool startThrows = false;
 };
 
+// Gives the numbers that a test has set, in their order, then counts on from the last one.
+class FakeRandomNumbers final : public RandomNumbers {
+ public:
+  int next() override {
+    if (!numbers.empty()) {
+      last_ = numbers.front();
+      numbers.pop_front();
+      return last_;
+    }
+    return ++last_;
+  }
+
+  std::deque<int> numbers;
+
+ private:
+  int last_ = 0;
+};
+
 class FakeStandardOutput final : public StandardOutput {
  public:
   void print(std::string_view text) override;
@@ -80,11 +101,19 @@ class FakeWorld {
   FakeGuidSource guids;
   FakeLockSource locks;
   FakeProcesses processes;
+  FakeRandomNumbers random;
   FakeSockets sockets{clock};
   FakeStandardOutput output;
   FakeUserMessages messages;
+  FakeRegistry registry;
+  FakeClipboard clipboard{files};
+  FakePictures pictures;
+  FakeDesktop desktop;
 
-  World world() { return {clock, codePage, files, guids, locks, processes, sockets, output, messages}; }
+  World world() {
+    return {clock,   codePage, files,    guids,    locks,     processes, random,
+            sockets, output,   messages, registry, clipboard, pictures,  desktop};
+  }
 };
 
 // Services on a fake world, as a session has them: plug-in folder "C:\App\bin", base directory "C:\App".

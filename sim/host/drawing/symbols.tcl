@@ -10,7 +10,7 @@ proc ::drawing::symbolName {symbol unit style} {
 }
 
 proc ::drawing::unitCount {symbol} {
-    set count 1
+    set count [expr {[dict exists $symbol units] ? [dict get $symbol units] : 1}]
     foreach key [concat [dict keys [dict get $symbol graphics]] [dict keys [dict get $symbol pins]]] {
         set count [expr {max($count, [lindex $key 0])}]
     }

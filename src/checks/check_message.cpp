@@ -1,0 +1,98 @@
+#include "checks/check_message.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/code_page.h"
+#include "core/text.h"
+
+namespace vernoxa {
+namespace {
+
+using enum ActualValue;
+
+constexpr std::array referenceKinds = {
+    FindingKind{"NoRefNum", first, true, "器件未编号"},
+    FindingKind{"RefRepe", second, true, "位号重名"},
+};
+
+constexpr std::array illegalCharacterKinds = {
+    FindingKind{"", second, true, "属性包含非法字符"},
+};
+
+constexpr std::array unconnectedPinKinds = {
+    FindingKind{"", firstDotSecond, false, "引脚未连接"},
+};
+
+constexpr std::array netlistKinds = {
+    FindingKind{"NoFootprint", first, true, "器件无封装"},
+    FindingKind{"FootprintDiff", first, true, "器件存在多个封装"},
+    FindingKind{"NoPinNumber", firstDotSecond, true, "引脚未编号"},
+    FindingKind{"RepePinName", firstDotSecond, true, "引脚名重复"},
+    FindingKind{"RepePinNum", firstDotSecond, true, "引脚编号重复"},
+    FindingKind{"ValueDiff", secondInParentheses, true, "同一器件Value值不同"},
+};
+
+std::string actualValue(const FindingKind& kind, const Finding& finding) {
+  const std::string one(finding.first);
+  const std::string two(finding.second);
+  switch (kind.actual) {
+    case first:
+      return one;
+    case second:
+      return two;
+    case firstDotSecond:
+      return one + "." + two;
+    case secondInParentheses:
+      return one + "(" + two + ")";
+  }
+  return {};
+}
+
+struct PlaceName {
+  std::string text;
+  bool inCodePage;
+};
+
+PlaceName placeName(std::string_view name, const TextConverter& text) {
+  const bool kept = looksLikeUtf8Chinese(name);
+  return {kept ? std::string(name) : text.utf8ToAnsi(name), !kept};
+}
+
+std::string pageName(std::string_view name, const TextConverter& text) {
+  constexpr std::string_view backslashMark = "[;fanxiegan;]";
+  const PlaceName page = placeName(name, text);
+  return page.inCodePage ? replaceInCodePage(page.text, '\\', backslashMark)
+                         : replaceAll(page.text, "\\", backslashMark);
+}
+
+}  // namespace
+
+const DesignCheck referenceCheck{"1001", referenceKinds};
+const DesignCheck illegalCharacterCheck{"1002", illegalCharacterKinds};
+const DesignCheck unconnectedPinCheck{"1003", unconnectedPinKinds};
+const DesignCheck netlistCheck{"1004", netlistKinds};
+
+std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding, const TextConverter& text) {
+  const auto kind = std::find_if(check.kinds.begin(), check.kinds.end(),
+                                 [&](const FindingKind& each) { return each.name == finding.kind; });
+  if (kind == check.kinds.end()) {
+    return std::nullopt;
+  }
+  std::string message = "{\"Command\":\"DsnCheck_Result\",\"Data\":{\"id\":\"";
+  message.append(check.id).append("\",\"RequiredValue\":\"\",\"ActualValue\":\"").append(actualValue(*kind, finding));
+  message.append("\",\"Comment\":\"");
+  message.append(kind->commentNamesFirst ? finding.first : std::string_view()).append(kind->comment);
+  message.append("\",\"PagePos\":\"").append(finding.x).append(" ").append(finding.y);
+  message.append("\",\"PageName\":\"").append(pageName(finding.page, text));
+  message.append("\",\"ViewBox\":\"\",\"Sch\":\"").append(placeName(finding.schematic, text).text);
+  return message.append("\"},\"Result\":\"0\",\"ErrInfo\":\"\"}");
+}
+
+std::string checkEndMessage(const DesignCheck& check) {
+  return std::string("{\"Command\":\"DsnCheck_EndResult\",\"Data\":{\"id\":\"")
+      .append(check.id)
+      .append("\"},\"Result\":\"0\",\"ErrInfo\":\"\"}");
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,56 @@
+#include "core/file_name_escaping.h"
+
+#include <array>
+#include <cstddef>
+
+#include "core/text.h"
+
+namespace vernoxa {
+namespace {
+
+struct Marker {
+  char character;
+  std::string_view text;
+};
+
+constexpr std::array<Marker, 9> markers = {{{'\\', "[;fanxiegan;]"},
+                                            {'/', "[;xiegan;]"},
+                                            {':', "[;maohao;]"},
+                                            {'*', "[;xinghao;]"},
+                                            {'?', "[;wenhao;]"},
+                                            {'"', "[;yinhao;]"},
+                                            {'<', "[;xiaoyuhao;]"},
+                                            {'>', "[;dayuhao;]"},
+                                            {'|', "[;shugan;]"}}};
+
+std::string_view markerOf(const char& character) {
+  for (const Marker& marker : markers) {
+    if (marker.character == character) {
+      return marker.text;
+    }
+  }
+  return {&character, 1};
+}
+
+// Second bytes begin at 40 (Windows code page 936 table). A separator after a stray first byte stays a separator for
+// Windows, and must not get through.
+bool isDoubleByteCharacter(std::string_view text) {
+  return text.size() >= 2 && isDoubleByteLead(text[0]) && static_cast<unsigned char>(text[1]) >= 0x40;
+}
+
+}  // namespace
+
+std::string escapedFileName(std::string_view name) {
+  std::string escaped;
+  escaped.reserve(name.size());
+  for (std::size_t index = 0; index < name.size(); ++index) {
+    if (isDoubleByteCharacter(name.substr(index))) {
+      escaped.append(name, index++, 2);
+    } else {
+      escaped.append(markerOf(name[index]));
+    }
+  }
+  return escaped;
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,13 @@
+// File names that are made of names of a design, which may hold what Windows forbids in a file name.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vernoxa {
+
+// Replaces each of \ / : * ? " < > | by its marker, for example ":" by "[;maohao;]"; the companion replaces the markers
+// back. Text in the code page: the second byte of a double-byte character is none of these.
+std::string escapedFileName(std::string_view name);
+
+}  // namespace vernoxa

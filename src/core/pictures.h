@@ -1,0 +1,54 @@
+// Pictures that are drawn by the system: enhanced metafiles, and bitmaps that suit the screen.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace vernoxa {
+
+// Edges in hundredths of a millimetre, as a metafile's header gives them; any of them may be the larger one.
+struct PictureFrame {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+};
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+};
+
+struct ScreenMeasures {
+  int pixelsAcross = 0;
+  int pixelsDown = 0;
+  int millimetresAcross = 0;
+  int millimetresDown = 0;
+};
+
+// A device-independent bitmap as one block: information header, palette, rows from the bottom up.
+struct PackedBitmap {
+  int bitCount = 0;  // of a pixel: 1, 4, 8, 16, 24 or 32
+  std::string bytes;
+};
+
+class Metafile {
+ public:
+  virtual ~Metafile() = default;
+  // Nothing when the header cannot be read.
+  virtual std::optional<PictureFrame> frame() = 0;
+  // Drawn over the whole of a white bitmap of that size and the screen's own depth; nothing when the system has no
+  // room for it.
+  virtual std::optional<PackedBitmap> draw(PixelSize size) = 0;
+};
+
+class Pictures {
+ public:
+  virtual ~Pictures() = default;
+  virtual ScreenMeasures screen() = 0;
+  // Nothing when the file is missing or no metafile. The file stays open as long as the metafile.
+  virtual std::unique_ptr<Metafile> openMetafile(const std::string& path) = 0;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,32 @@
+// Bitmap files: a file header, then the packed bitmap (wingdi.h, BITMAPFILEHEADER and BITMAPINFOHEADER).
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "core/pictures.h"
+
+namespace vernoxa {
+
+class Files;
+
+constexpr std::size_t bitmapInformationBytes = 40;  // BITMAPINFOHEADER
+
+// Bytes of the parts of an uncompressed bitmap. Each row fills whole groups of four bytes.
+struct BitmapLayout {
+  std::size_t paletteBytes = 0;  // four bytes for each colour; none above 8 bits
+  std::size_t pixelBytes = 0;
+  std::size_t pixelOffset() const { return bitmapInformationBytes + paletteBytes; }
+};
+
+// Nothing for a size that is not positive, and for one whose file no reader would take: its length is a signed 32-bit
+// number to many of them.
+std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
+
+std::size_t paletteBytes(int bitCount);
+
+// False when there is no bitmap, and then no file is made, or when the file cannot be written whole.
+bool writeBitmapFile(Files& files, const std::string& path, const std::optional<PackedBitmap>& bitmap);
+
+}  // namespace vernoxa

@@ -1,0 +1,53 @@
+#include "desktop/clipboard_windows.h"
+
+#include <cstring>
+
+#include "desktop/gdi_windows.h"
+
+namespace vernoxa {
+namespace {
+
+GlobalMemory movableCopy(const std::string& text) {
+  const std::size_t size = text.size() + 1;
+  GlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, size));
+  void* const bytes = memory ? GlobalLock(memory.get()) : nullptr;
+  if (bytes == nullptr) {
+    return {};
+  }
+  std::memcpy(bytes, text.c_str(), size);
+  GlobalUnlock(memory.get());
+  return memory;
+}
+
+class WindowsClipboardAccess final : public ClipboardAccess {
+ public:
+  explicit WindowsClipboardAccess(ClipboardLock lock) : lock_(std::move(lock)) {}
+
+  bool hasMetafile() override { return IsClipboardFormatAvailable(CF_ENHMETAFILE) != 0; }
+
+  bool saveMetafile(const std::string& path) override {
+    // The clipboard's own handle stays its own; the copy's is ours, and closing it ends the writing of the file.
+    const auto picture = static_cast<HENHMETAFILE>(GetClipboardData(CF_ENHMETAFILE));
+    return picture != nullptr && static_cast<bool>(MetafileHandle(CopyEnhMetaFileA(picture, path.c_str())));
+  }
+
+  void replaceByText(const std::string& text) override {
+    EmptyClipboard();
+    GlobalMemory memory = movableCopy(text);
+    if (memory && SetClipboardData(CF_TEXT, memory.get()) != nullptr) {
+      static_cast<void>(memory.release());  // the clipboard's now
+    }
+  }
+
+ private:
+  ClipboardLock lock_;
+};
+
+}  // namespace
+
+std::unique_ptr<ClipboardAccess> WindowsClipboard::open() {
+  ClipboardLock lock(OpenClipboard(nullptr) != 0);
+  return lock ? std::make_unique<WindowsClipboardAccess>(std::move(lock)) : nullptr;
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,102 @@
+#include "desktop/desktop_commands.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/clipboard.h"
+#include "core/clock.h"
+#include "core/code_page.h"
+#include "core/desktop.h"
+#include "core/log.h"
+#include "core/services.h"
+#include "core/text.h"
+#include "core/user_messages.h"
+#include "core/world.h"
+#include "desktop/clipboard_picture.h"
+
+namespace vernoxa {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto beforeKey = 200ms;
+constexpr auto keyHeld = 50ms;
+
+// Nothing after the user was told that they cannot be read.
+std::optional<std::vector<std::string>> sortedCandidates(Services& services, std::string_view text) {
+  try {
+    std::vector<std::string> candidates = splitItems(text, ';');
+    std::sort(candidates.begin(), candidates.end());
+    return candidates;
+  } catch (const std::exception&) {
+    services.world.messages.show("跳转数据错误", MessageIcon::none);
+    return std::nullopt;
+  }
+}
+
+std::string choose(Services& services, const std::vector<std::string>& candidates) {
+  std::vector<std::string> shown;
+  shown.reserve(candidates.size());
+  for (const std::string& candidate : candidates) {
+    shown.push_back(services.text.hostPath(candidate));
+  }
+  const auto chosen = services.world.desktop.choose(shown);
+  return chosen ? candidates.at(*chosen) : std::string();
+}
+
+}  // namespace
+
+CommandResult selectJumpPart(CommandCall& call, Services& services) {
+  if (call.arguments.count() < 3) {
+    return {};
+  }
+  try {
+    const auto candidates = sortedCandidates(services, call.arguments.text(1));
+    return {candidates ? choose(services, *candidates) : std::string()};
+  } catch (...) {
+    services.logs.reportCrash("SelectJumpPart");
+    return {};
+  }
+}
+
+CommandResult getClipBoardPic(CommandCall&, Services& services) {
+  return {services.text.ansiToUtf8(saveClipboardPicture(services))};
+}
+
+CommandResult getMousePosition(CommandCall&, Services& services) {
+  const ScreenPoint cursor = services.world.desktop.cursor();
+  return {std::to_string(cursor.x) + " " + std::to_string(cursor.y)};
+}
+
+CommandResult writeToClipboard(CommandCall& call, Services& services) {
+  const std::string text = services.text.utf8ToAnsi(call.arguments.text(1));
+  const auto clipboard = services.world.clipboard.open();
+  if (!clipboard) {
+    return {{}, commandError};
+  }
+  clipboard->replaceByText(text);
+  return {};
+}
+
+CommandResult pressEnter(CommandCall&, Services& services) {
+  // The system's parts outlive every session.
+  services.world.desktop.runInBackground([&clock = services.world.clock, &desktop = services.world.desktop] {
+    clock.sleep(beforeKey);
+    desktop.moveKey(Key::enter, KeyMove::press);
+    clock.sleep(keyHeld);
+    desktop.moveKey(Key::enter, KeyMove::release);
+  });
+  return {};
+}
+
+CommandResult afterPlace(CommandCall&, Services& services) {
+  services.world.desktop.moveKey(Key::escape, KeyMove::press);
+  services.world.desktop.moveKey(Key::escape, KeyMove::release);
+  return {};
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,74 @@
+// Owners of the handles that drawing and the clipboard need.
+#pragma once
+
+#include "core/handle_windows.h"
+
+namespace vernoxa {
+
+struct ScreenContextTrait {
+  using Handle = HDC;
+  static Handle invalid() { return nullptr; }
+  static void close(Handle handle) { ReleaseDC(nullptr, handle); }
+};
+
+struct MemoryContextTrait {
+  using Handle = HDC;
+  static Handle invalid() { return nullptr; }
+  static void close(Handle handle) { DeleteDC(handle); }
+};
+
+template <class GdiHandle>
+struct GdiObjectTrait {
+  using Handle = GdiHandle;
+  static Handle invalid() { return nullptr; }
+  static void close(Handle handle) { DeleteObject(handle); }
+};
+
+struct MetafileTrait {
+  using Handle = HENHMETAFILE;
+  static Handle invalid() { return nullptr; }
+  static void close(Handle handle) { DeleteEnhMetaFile(handle); }
+};
+
+struct GlobalMemoryTrait {
+  using Handle = HGLOBAL;
+  static Handle invalid() { return nullptr; }
+  static void close(Handle handle) { GlobalFree(handle); }
+};
+
+// The clipboard has no handle: it is open or not.
+struct ClipboardTrait {
+  using Handle = bool;
+  static Handle invalid() { return false; }
+  static void close(Handle) { CloseClipboard(); }
+};
+
+using ScreenContext = Owned<ScreenContextTrait>;
+using MemoryContext = Owned<MemoryContextTrait>;
+using Bitmap = Owned<GdiObjectTrait<HBITMAP>>;
+using Brush = Owned<GdiObjectTrait<HBRUSH>>;
+using Font = Owned<GdiObjectTrait<HFONT>>;
+using MetafileHandle = Owned<MetafileTrait>;
+using GlobalMemory = Owned<GlobalMemoryTrait>;
+using ClipboardLock = Owned<ClipboardTrait>;
+
+// An object that a device context draws with; the former one comes back, since no object can be deleted before that.
+class Selection {
+ public:
+  Selection(HDC context, HGDIOBJ object) : context_(context), former_(SelectObject(context, object)) {}
+  ~Selection() {
+    if (former_ != nullptr) {
+      SelectObject(context_, former_);
+    }
+  }
+  Selection(const Selection&) = delete;
+  Selection& operator=(const Selection&) = delete;
+
+  explicit operator bool() const { return former_ != nullptr; }
+
+ private:
+  HDC context_;
+  HGDIOBJ former_;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,14 @@
+// Enhanced metafiles through Windows' own drawing.
+#pragma once
+
+#include "core/pictures.h"
+
+namespace vernoxa {
+
+class WindowsPictures final : public Pictures {
+ public:
+  ScreenMeasures screen() override;
+  std::unique_ptr<Metafile> openMetafile(const std::string& path) override;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,12 @@
+// Numbers of the dialogs and their controls.
+#pragma once
+
+#define VERNOXA_SELECT_DIALOG 101
+#define VERNOXA_INPUT_DIALOG 105
+#define VERNOXA_MODULE_DIALOG 109
+
+#define VERNOXA_SELECT_LIST 1001
+#define VERNOXA_INPUT_TEXT 1002
+#define VERNOXA_MODULE_PRICE 1003
+#define VERNOXA_MODULE_VIEW 1004
+#define VERNOXA_MODULE_EXTRACT 1005

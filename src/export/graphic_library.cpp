@@ -1,0 +1,88 @@
+#include "export/graphic_library.h"
+
+#include "core/code_page.h"
+#include "core/files.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/text.h"
+#include "core/world.h"
+#include "export/cache_folders.h"
+#include "export/pin_shapes.h"
+#include "export/symbol_elements.h"
+
+namespace vernoxa {
+namespace {
+
+std::string valueOf(const Attribute& attribute, const Record& record) {
+  std::string value;
+  for (const ValuePiece& piece : attribute.pieces) {
+    value.append(piece.value != nullptr ? piece.value(record) : piece.text);
+  }
+  return value;
+}
+
+Json jsonOf(const ElementForm& form, const Record& record) {
+  Json object = Json::object();
+  object.add("name", form.tag());
+  if (form.shownText() != nullptr) {
+    object.add("value", form.shownText()(record));
+  }
+  Json attributes = Json::object();
+  for (const Attribute& attribute : form.attributes()) {
+    attributes.add(attribute.name, valueOf(attribute, record));
+  }
+  object.add("attr", std::move(attributes));
+  return object;
+}
+
+}  // namespace
+
+void GraphicLibrary::start() {
+  Json document = Json::object();
+  target_ = document.add("children", Json::array());
+  const JsonView padStacks = document.add("padstacks", Json::array());
+  for (const PinShape& shape : pinShapes()) {
+    document.appendTo(padStacks, padStack(shape));
+  }
+  libraries_ = document.add("lib", Json::array());
+  document_ = std::move(document);
+}
+
+void GraphicLibrary::addRecord(const Record& record) {
+  if (!document_) {
+    return;
+  }
+  if (record.kind() != "Name") {
+    drawSymbolRecord(record, *this);
+    return;
+  }
+  Json entry = Json::object();
+  entry.add("name", "g");
+  Json attributes = Json::object();
+  attributes.add("id", record[1]);
+  entry.add("attr", std::move(attributes));
+  const JsonView children = entry.add("children", Json::array());
+  document_.appendTo(libraries_, std::move(entry));
+  target_ = children;
+}
+
+std::string GraphicLibrary::finish(std::string_view name, const Services& services) {
+  const Json document = std::move(document_);
+  Files& files = services.world.files;
+  const std::string base = services.state.link.baseDirectory();
+  const std::string fileName = replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json";
+  const std::string path = base + "\\Cache\\Library\\" + fileName;
+  if (document && !files.exists(path)) {
+    makeLibraryFolder(files, base);
+    if (const auto file = files.create(path)) {
+      file->write(withDosLineEnds(document.printFormatted()));
+    }
+  }
+  return services.text.ansiToUtf8(replaceInCodePage(base, '\\', "/")) + "/Cache/Library/" + fileName;
+}
+
+void GraphicLibrary::add(const ElementForm& form, const Record& record) {
+  document_.appendTo(target_, jsonOf(form, record));
+}
+
+}  // namespace vernoxa

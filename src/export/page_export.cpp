@@ -1,0 +1,70 @@
+#include "export/page_export.h"
+
+#include "core/clock.h"
+#include "core/code_page.h"
+#include "core/file_name_escaping.h"
+#include "core/files.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/world.h"
+#include "export/cache_folders.h"
+#include "export/page_elements.h"
+#include "export/symbol_elements.h"
+
+namespace vernoxa {
+namespace {
+
+std::string pageFileName(const PageNames& names, const TextConverter& text) {
+  return escapedFileName(text.utf8ToAnsi(names.schematic) + "@!@" + text.utf8ToAnsi(names.page) + "@!@" +
+                         text.utf8ToAnsi(names.key) + ".json");
+}
+
+}  // namespace
+
+void PageExport::start(const Services& services) {
+  renewOutputFolder(services.world.files, services.world.clock, services.state.link.baseDirectory());
+  document_.emplace();
+  oldHost.reset();
+}
+
+void PageExport::addPageRecord(const Record& record, const Services& services) {
+  if (record.kind() == "Schematic") {
+    schematicName_ = record[1];
+  } else if (record.kind() == "Page") {
+    if (document_ && document_->hasPage()) {
+      write(openPage_, services);
+    }
+    document_.emplace(PageStart{record[1], record[2], record[3]});
+    openPage_ = {schematicName_, std::string(record[1]), std::string(record[4])};
+  } else if (ElementSink* const page = document_ ? document_->page() : nullptr) {
+    drawPageRecord(record, *page);
+  }
+}
+
+void PageExport::addSymbolRecord(const Record& record) {
+  if (!document_ || !document_->hasPage()) {
+    return;
+  }
+  if (record.kind() == "Name") {
+    document_->startSymbol(record[1]);
+  } else if (ElementSink* const symbol = document_->symbol()) {
+    drawSymbolRecord(record, *symbol);
+  }
+}
+
+void PageExport::finish(const PageNames& names, const Services& services) {
+  if (document_) {
+    write(names, services);
+    document_.reset();
+  }
+}
+
+void PageExport::write(const PageNames& names, const Services& services) {
+  Files& files = services.world.files;
+  const std::string folder = makeOutputFolder(files, services.state.link.baseDirectory());
+  if (const auto file = files.create(folder + "\\" + pageFileName(names, services.text))) {
+    document_->writeTo(*file);
+  }
+}
+
+}  // namespace vernoxa

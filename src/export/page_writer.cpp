@@ -1,0 +1,19 @@
+#include "export/page_writer.h"
+
+#include "core/files.h"
+
+namespace vernoxa {
+
+std::string& PageWriter::text() {
+  if (text_.size() >= pieceSize) {
+    finish();
+  }
+  return text_;
+}
+
+void PageWriter::finish() {
+  failed_ = failed_ || !file_.write(text_);
+  text_.clear();
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,123 @@
+#include "plugin/host_discovery.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "core/files.h"
+#include "core/log.h"
+#include "core/registry.h"
+#include "core/script_host.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/text.h"
+#include "core/world.h"
+
+namespace vernoxa {
+namespace {
+
+struct Source {
+  RegistryPath path;
+  const char* crashName;
+};
+
+// The installer of the host is a 32-bit program.
+const Source sources[] = {
+    {{RegistryRoot::localMachine, "SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall"},
+     "readOrcadInstallInfo1"},
+    {{RegistryRoot::currentUser, "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"}, "readOrcadInstallInfo"},
+};
+
+bool contains(const std::optional<std::string>& text, std::string_view part) {
+  return text && text->find(part) != std::string::npos;
+}
+
+// One "\" at the end; the second byte of a double-byte character is none.
+std::string withoutTrailingBackslash(const std::string& location) {
+  std::string parent = withoutLastComponent(location);
+  return parent.size() + 1 == location.size() ? parent : location;
+}
+
+std::optional<Installation> readEntry(Registry& registry, const RegistryPath& entry) {
+  if (!contains(registry.text(entry, "Publisher"), "Cadence")) {
+    return std::nullopt;
+  }
+  const auto location = registry.text(entry, "InstallLocation");
+  const auto name = registry.text(entry, "DisplayName");
+  // The vendor's installation manager and signal integrity products register under the same publisher.
+  if (!location || !name || contains(name, "Manage") || contains(name, "Sigrity")) {
+    return std::nullopt;
+  }
+  const auto version = registry.text(entry, "DisplayVersion");
+  return version ? std::optional<Installation>({withoutTrailingBackslash(*location), *version}) : std::nullopt;
+}
+
+void readSource(Registry& registry, const RegistryPath& path, std::vector<Installation>& found) {
+  for (const std::string& name : registry.subKeys(path)) {
+    if (auto installation = readEntry(registry, {path.root, path.key + "\\" + name})) {
+      found.push_back(std::move(*installation));
+    }
+  }
+}
+
+std::string versionKey(const std::string& version) {
+  return version.substr(0, 4);
+}
+
+// The host moved its executable between its versions 16 and 17.
+const char* executableBelow(const std::string& hostVersion) {
+  return hostVersion.starts_with("16") ? "\\tools\\capture\\Capture.exe" : "\\tools\\bin\\Capture.exe";
+}
+
+std::string lastExecutableInFolders(Files& files, const std::string& location, const std::string& suffix) {
+  std::string last;
+  for (const FolderEntry& entry : files.entries(location)) {
+    const std::string candidate = location + "\\" + entry.name + suffix;
+    // Plain folders only: one that is hidden, read-only or a link as well is somebody else's.
+    if (entry.attributes == directoryAttribute && files.exists(candidate)) {
+      last = candidate;
+    }
+  }
+  return last;
+}
+
+}  // namespace
+
+std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& logs) {
+  std::vector<Installation> found;
+  for (const Source& source : sources) {
+    try {
+      readSource(registry, source.path, found);
+    } catch (...) {
+      logs.reportCrash(source.crashName);
+    }
+  }
+  return found;
+}
+
+std::string findHostExecutable(Files& files, const std::string& hostVersion,
+                               const std::vector<Installation>& installations) {
+  const auto match =
+      std::find_if(installations.begin(), installations.end(), [&hostVersion](const Installation& installation) {
+        return versionKey(installation.version) == versionKey(hostVersion);
+      });
+  const std::string location = match == installations.end() ? std::string() : match->location;
+  const std::string suffix = executableBelow(hostVersion);
+  const std::string usual = location + suffix;
+  if (files.exists(usual) && !files.isFolder(usual)) {
+    return usual;
+  }
+  return lastExecutableInFolders(files, location, suffix);
+}
+
+void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept {
+  try {
+    const std::string version = host.evaluate("GetProductVersion").text;
+    const auto installations = readOrcadInstallInfo(services.world.registry, services.logs);
+    services.state.link.setHostInstallPath(findHostExecutable(services.world.files, version, installations));
+  } catch (...) {
+    services.logs.reportCrash("setOrcadInstallPath");
+  }
+}
+
+}  // namespace vernoxa

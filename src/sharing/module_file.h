@@ -1,0 +1,45 @@
+// A shared module as it is read for a placement. Anybody may have written it: every member may be missing or of
+// another type, and reads as empty then.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/json.h"
+
+namespace vernoxa {
+
+class Files;
+
+// Width and height as decimal texts.
+struct ViewBox {
+  std::string width;
+  std::string height;
+};
+
+// Texts are UTF-8; views are valid as long as this object.
+class ModuleFile {
+ public:
+  // Unreadable and no JSON alike: a module without a root.
+  static ModuleFile read(Files& files, const std::string& path);
+
+  bool hasRoot() const { return static_cast<bool>(root_); }
+  bool hasLibrary() const { return library().isArray(); }
+  JsonView library() const { return root_.member("lib"); }
+  JsonView objects() const { return root_.member("children"); }
+  // "Name" of the library's first entry.
+  std::string_view firstPartName() const;
+  // From "BoundingBox": two numbers as they are, or the differences of four; nothing for all else.
+  std::optional<ViewBox> viewBox() const;
+
+ private:
+  Json root_;
+};
+
+// The text of a member; empty when it is missing or no text.
+std::string_view textOf(JsonView object, std::string_view member);
+// The name of a part, element or object: "Name", in older modules and for schematic objects "name".
+std::string_view nameOf(JsonView object);
+
+}  // namespace vernoxa

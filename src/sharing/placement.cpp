@@ -1,0 +1,143 @@
+#include "sharing/placement.h"
+
+#include <unordered_set>
+#include <vector>
+
+#include "core/code_page.h"
+#include "core/files.h"
+#include "core/log.h"
+#include "core/script_host.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/world.h"
+#include "sharing/library_files.h"
+#include "sharing/placement_scripts.h"
+
+namespace vernoxa {
+namespace {
+
+// The library that the host writes into, gone at the end in every case. It keeps its own paths: a script may bring the
+// next placement in before this one ends.
+class TemporaryLibrary {
+ public:
+  TemporaryLibrary(Services& services, const std::string& emptyLibrary)
+      : services_(services),
+        path_(temporaryLibraryPath(services.state.placement)),
+        backup_(libraryBackupPath(services.state.placement)),
+        made_(services.world.files.copyFile(emptyLibrary, path_)) {
+    if (made_) {
+      noteMadeLibrary(services.state, path_);
+      noteMadeLibrary(services.state, backup_);
+    } else {
+      services.logs.openTraffic().writeLine("not made: " + path_);
+    }
+  }
+  TemporaryLibrary(const TemporaryLibrary&) = delete;
+  TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
+  ~TemporaryLibrary() {
+    if (!made_) {
+      return;
+    }
+    try {
+      removePlacementFile(services_, path_);
+      removePlacementFile(services_, backup_);
+    } catch (...) {  // memory: the file stays, and nothing leaves a destructor
+    }
+  }
+
+  bool made() const { return made_; }
+  const std::string& path() const { return path_; }
+
+ private:
+  Services& services_;
+  const std::string path_;
+  const std::string backup_;
+  const bool made_;
+};
+
+void evaluateLogged(ScriptHost& host, const Services& services, const std::string& script) {
+  if (LogWriter log = services.logs.openTraffic(); log.enabled()) {
+    log.writeLine(services.text.utf8ToAnsi(script));
+  }
+  host.evaluate(script);
+}
+
+bool isPlaceable(const ModuleFile& module, const Services& services) {
+  if (!module.hasLibrary()) {
+    services.logs.openTraffic().writeLine(module.hasRoot() ? "libItem is null" : "root is null");
+  }
+  return module.hasLibrary();
+}
+
+void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleFile& module,
+                       const std::string& libraryPath, DraggedBox box) {
+  std::unordered_set<std::string_view> seen;
+  std::vector<std::string> pinScripts;
+  for (const JsonView entry : module.library()) {
+    if (!entry.isObject() || !seen.insert(nameOf(entry)).second) {
+      continue;
+    }
+    const std::string arguments = libraryPartArguments(libraryPath, entry);
+    evaluateLogged(host, services, "placeLibPart " + arguments);
+    pinScripts.push_back("setPinNum " + arguments);
+  }
+  if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
+    evaluateLogged(host, services, viewBoxPartScript(libraryPath, *size));
+  }
+  for (const std::string& script : pinScripts) {
+    host.evaluate(script);
+  }
+}
+
+void copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
+  removePlacementFile(services, to);
+  if (services.world.files.copyFile(from, to)) {
+    noteMadeLibrary(services.state, to);
+  }
+}
+
+}  // namespace
+
+PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box) {
+  PlacedLibrary placed;
+  PlacementContext& placement = services.state.placement;
+  const bool named = drawLibraryNames(services);
+  placed.newLibrary = newLibraryPath(placement);
+  placed.module = ModuleFile::read(services.world.files, placement.dsnDatPath);
+  const std::string emptyLibrary = emptyLibraryPath(services);
+  if (!named || emptyLibrary.empty() || !isPlaceable(placed.module, services)) {
+    return placed;
+  }
+  const TemporaryLibrary temporary(services, emptyLibrary);
+  if (!temporary.made()) {
+    return placed;
+  }
+  placeLibraryParts(host, services, placed.module, services.text.scriptValue(temporary.path()), box);
+  copyToNewLibrary(services, temporary.path(), placed.newLibrary);
+  placed.made = true;
+  return placed;
+}
+
+void placeModule(ScriptHost& host, Services& services) {
+  const PlacementContext asked = services.state.placement;
+  services.state.placement.placeState = 0;
+  removePlacementFile(services, newLibraryPath(asked));
+  const PlacedLibrary placed = placeLibrary(host, services, DraggedBox::none);
+  if (!placed.made) {
+    return;
+  }
+  if (asked.placeState == 1) {
+    host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, services.text));
+  } else {
+    for (const JsonView object : placed.module.objects()) {
+      if (!nameOf(object).empty()) {
+        evaluateLogged(host, services, schematicObjectScript(object, asked, services.text));
+      }
+    }
+  }
+  removePlacementFile(services, placed.newLibrary);
+  removePlacementFile(services, asked.dsnDatPath);
+  services.logs.openTraffic().writeLine("over!!!");
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,79 @@
+#include "sharing/request_commands.h"
+
+#include "core/code_page.h"
+#include "core/files.h"
+#include "core/log.h"
+#include "core/services.h"
+#include "core/state.h"
+#include "core/text.h"
+#include "core/world.h"
+#include "link/companion_sender.h"
+#include "sharing/companion_query.h"
+#include "sharing/library_files.h"
+#include "sharing/upload_message.h"
+
+namespace vernoxa {
+namespace {
+
+// A path as the host's scripts write one into further scripts; empty for a file that is not there.
+std::string pathAnswer(const Services& services, const std::string& path) {
+  return services.world.files.exists(path) ? replaceInCodePage(path, '\\', "\\\\") : std::string();
+}
+
+}  // namespace
+
+CommandResult sendUploadMarket(CommandCall& call, Services& services) {
+  const Arguments& given = call.arguments;
+  PlacementContext& placement = services.state.placement;
+  const UploadedSelection selection{given.text(1), given.text(2), given.text(3),
+                                    given.text(4), given.text(5), given.text(6)};
+  const std::string message = uploadMessage(selection, placement, services.text).printFormatted();
+  placement.dsnBmpPath.clear();
+  placement.dsnDatPath.clear();
+  return {sendToCompanion(call.host, services, message)};
+}
+
+CommandResult getResPath(CommandCall& call, Services& services) {
+  const std::string id(call.arguments.text(1));
+  auto& known = services.state.resourcePaths;
+  if (const auto found = known.find(id); found != known.end() && services.world.files.exists(found->second)) {
+    return {pathAnswer(services, found->second)};
+  }
+  const std::string request = "{\"Command\":\"GetMarketResPath\",\"Data\":{\"ResId\":\"" +
+                              services.text.messageText(id) + "\"},\"Result\":\"0\"}";
+  const auto reply = askCompanion(services, request, "ResId");
+  if (!reply || !reply->errorText.empty()) {
+    return {reply ? reply->errorText : std::string()};
+  }
+  const auto path = reply->data.member("DatPath").text();
+  if (!path) {
+    services.logs.openTraffic().writeLine("DatPath");
+    return {reply->text};
+  }
+  known[id] = *path;
+  return {pathAnswer(services, std::string(*path))};
+}
+
+CommandResult getSelfUserId(CommandCall&, Services& services) {
+  std::string& userId = services.state.placement.PartIndex;
+  if (!userId.empty()) {
+    return {userId};
+  }
+  const auto reply = askCompanion(services, "{\"Command\":\"GetSelfId\",\"Data\":{},\"Result\":\"0\"}", "UserId");
+  if (!reply || !reply->errorText.empty()) {
+    return {reply ? reply->errorText : std::string()};
+  }
+  userId = reply->value;
+  return {userId};
+}
+
+CommandResult removeDatFile(CommandCall&, Services& services) {
+  const PlacementContext& placement = services.state.placement;
+  for (const std::string& path : {newLibraryPath(placement), temporaryLibraryPath(placement),
+                                  libraryBackupPath(placement), placement.dsnDatPath}) {
+    removePlacementFile(services, path);
+  }
+  return {};
+}
+
+}  // namespace vernoxa

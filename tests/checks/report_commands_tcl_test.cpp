@@ -1,0 +1,141 @@
+#include "checks/report_commands.h"
+
+#include <gtest/gtest.h>
+
+#include "link/packet_text.h"
+#include "support/fake_script_host.h"
+#include "support/fake_world.h"
+#include "support/tcl_interp_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+using Command = CommandResult (*)(CommandCall&, Services&);
+
+class ReportCommands : public testing::Test {
+ protected:
+  // The messages that a call sends, each decoded from its script.
+  std::vector<std::string> sent(Command command, const Words& arguments) {
+    Words words{"command"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const TclWords objects(words);
+    const Arguments given = objects.arguments();
+    host_.scripts.clear();
+    CommandCall call{given, host_};
+    const CommandResult result = command(call, with_.services);
+    EXPECT_EQ(result.text, "");
+    EXPECT_EQ(result.status, commandDone);
+    std::vector<std::string> messages;
+    for (const std::string& script : host_.scripts) {
+      const std::string packet = script.substr(std::string("sendPacketGlobalHandle \"").size());
+      messages.push_back(messageOf(packet.substr(0, packet.size() - 1)).message);
+    }
+    return messages;
+  }
+
+  TclInterp tcl_;  // brings Tcl up for the words
+  FakeServices with_;
+  FakeScriptHost host_;
+};
+
+std::string finding(const std::string& id, const std::string& actual, const std::string& comment,
+                    const std::string& position, const std::string& page, const std::string& schematic) {
+  return R"({"Command":"DsnCheck_Result","Data":{"id":")" + id + R"(","RequiredValue":"","ActualValue":")" + actual +
+         R"(","Comment":")" + comment + R"(","PagePos":")" + position + R"(","PageName":")" + page +
+         R"(","ViewBox":"","Sch":")" + schematic + R"("},"Result":"0","ErrInfo":""})";
+}
+
+TEST_F(ReportCommands, FindingBecomesOneMessage) {
+  const std::string page = utf8(u8"页");          // too short to be kept: goes into the code page
+  const std::string longPage = utf8(u8"电源页");  // stays UTF-8
+  const struct {
+    Command command;
+    Words arguments;
+    std::string expected;
+  } cases[] = {
+      {sendRefRepetition,
+       {"NoRefNum", "R?", "-", "S", "P", "1", "2"},
+       finding("1001", "R?", "R?器件未编号", "1 2", "P", "S")},
+      {sendRefRepetition,
+       {"RefRepe", "R1", "R1B", "S", "P", "1", "2"},
+       finding("1001", "R1B", "R1位号重名", "1 2", "P", "S")},
+      {sendIllegalChar,
+       {"Value", "1\"k", "S", "P", "-5", ""},
+       finding("1002", "1\"k", "Value属性包含非法字符", "-5 ", "P", "S")},
+      {sendPinNc,
+       {"U3", "7", "S", "A\\B", "10", "20"},
+       finding("1003", "U3.7", "引脚未连接", "10 20", "A[;fanxiegan;]B", "S")},
+      {sendNetlist,
+       {"NoFootprint", "R1", "x", page, page, "", ""},
+       finding("1004", "R1", "R1器件无封装", " ", "页", "页")},
+      {sendNetlist,
+       {"FootprintDiff", "R1", "x", longPage + "x", longPage + "\\1", "", ""},
+       finding("1004", "R1", "R1器件存在多个封装", " ", longPage + "[;fanxiegan;]1", longPage + "x")},
+      {sendNetlist,
+       {"NoPinNumber", "U1", "A", "S", utf8(u8"乗"), "", ""},
+       finding("1004", "U1.A", "U1引脚未编号", " ", "乗", "S")},
+      {sendNetlist,
+       {"RepePinName", "U1", "A", "S", "P", "", ""},
+       finding("1004", "U1.A", "U1引脚名重复", " ", "P", "S")},
+      {sendNetlist,
+       {"RepePinNum", "U1", "3", "S", "P", "", ""},
+       finding("1004", "U1.3", "U1引脚编号重复", " ", "P", "S")},
+      {sendNetlist,
+       {"ValueDiff", "R1", "10k", "S", "P", "", ""},
+       finding("1004", "R1(10k)", "R1同一器件Value值不同", " ", "P", "S")},
+      {sendPinNc, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(sent(each.command, each.arguments), std::vector{each.expected});
+  }
+}
+
+TEST_F(ReportCommands, CallWithoutFindingEndsItsCheck) {
+  const struct {
+    Command command;
+    const char* id;
+  } cases[] = {{sendRefRepetition, "1001"}, {sendIllegalChar, "1002"}, {sendPinNc, "1003"}, {sendNetlist, "1004"}};
+  for (const auto& each : cases) {
+    EXPECT_EQ(sent(each.command, {}), std::vector{std::string(R"({"Command":"DsnCheck_EndResult","Data":{"id":")") +
+                                                  each.id + R"("},"Result":"0","ErrInfo":""})"});
+  }
+  for (const char* kind : {"", "norefnum", "NoRefNum ", "ValueDiff"}) {
+    EXPECT_TRUE(sent(sendRefRepetition, {kind, "R1", "", "S", "P", "1", "2"}).empty()) << kind;
+  }
+}
+
+TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
+  const std::string resistor = "贴片电阻";
+  const struct {
+    Command command;
+    std::string list;
+    std::string expected;
+  } cases[] = {
+      {sendDsnPackageInfo, "", R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
+      {sendDsnPackageInfo, "{Name U1} {Value 10k} {short} {ID 7} {Path C:\\\\a} {Reference R1}",
+       R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Value":"10k","Path":"C:\\a",}]}})"},
+      {sendOlbPackageInfo, "{Lib C:\\\\lib\\\\a.olb} {ID 7} {Designator A extra}",
+       R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\\lib\\a.olb","ID":"7",)"
+       R"("Designator":"A"}]}})"},
+      {sendOlbObjectPackageInfo,
+       "{Lib C:\\\\lib\\\\a.olb} {{Part Reference} R} {" + utf8(u8"名") + " " + utf8(u8"贴片电阻") + "}",
+       R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")" +
+           resistor + R"("}]}})"},
+      {sendOlbObjectPackageInfo, "{broken",
+       R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(sent(each.command, {each.list}), std::vector{each.expected}) << each.list;
+  }
+  EXPECT_EQ(sent(sendDsnPackageInfo, {}), sent(sendDsnPackageInfo, {""}));
+}
+
+TEST_F(ReportCommands, AnswerOfTheSenderIsLogged) {
+  with_.enableTraffic();
+  host_.answer("sendPacketGlobalHandle", "no connection", false);
+  sent(sendPinNc, {});
+  EXPECT_TRUE(with_.traffic().ends_with("sendPacketGlobalHandle \"no connection\"")) << with_.traffic();
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,104 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "commands/dispatcher.h"
+#include "support/fake_script_host.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class PlacingHandlers : public testing::Test {
+ protected:
+  PlacingHandlers() {
+    host_.answer("IsSchematicViewActive", "1");
+    with_.state.installDirectory = "C:\\App";
+    with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+    with_.fake.files.addFile("C:\\模块\\m.json", R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
+  }
+  int send(const std::string& command, const std::string& data) {
+    host_.scripts.clear();
+    reply_.clear();
+    with_.fake.random.numbers = {5, 6};
+    const std::string message = R"({"Command":")" + command + R"(","Data":{)" + data + "}}";
+    return dispatch(companionHandlers(), Answers::accepted, message, reply_, host_, with_.services);
+  }
+
+  FakeServices with_;
+  FakeScriptHost host_;
+  std::string reply_;
+};
+
+const std::string partData =
+    R"("PartIndex":2,"Designator":"A","dsnDatPath":"C:\\模块\\m.json","ViewBoxWidth":"30","ViewBoxHeight":20,)"
+    R"("packageName":"0603","PartNumber":"n","PartName":"电阻[1]","prefix":"U","value":"v","cateId":"c","companyId":"d")";
+
+TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
+  const std::string library = utf8(u8"C:/模块/5.olb {RES} ");
+  EXPECT_EQ(send("PlaceDsnLibPartModule", partData), handled);
+  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDsnLibPartModule_EndResult","Result":"0"})");
+  EXPECT_THAT(host_.scripts,
+              ElementsAre("MenuCommand 57603", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox [list 30 20]",
+                          StartsWith("placeLibPart " + library), StartsWith("setPinNum " + library),
+                          "setPlaceMarketFlag 2", utf8(u8"PlaceNew 电阻\\[1] {C:/模块/6.olb} 2")));
+  const PlacementContext& placement = with_.state.placement;
+  EXPECT_EQ(placement.placeState, 1);
+  EXPECT_EQ(placement.PartIndex, "2");
+  EXPECT_EQ(placement.selfModule, "A");
+  EXPECT_EQ(placement.package, "0603");
+  send("PlaceDsnLibPartModule", partData + R"(,"Package":"P")");
+  EXPECT_EQ(placement.package, "P");
+}
+
+TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
+  const std::string data = R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")";
+  EXPECT_EQ(send("PlaceDSNModule", data), handled);
+  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
+  EXPECT_THAT(
+      host_.scripts,
+      ElementsAre("IsSchematicViewActive", "UnSelectAll", StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {RES} ")),
+                  StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {ViewBox} 0 ViewBox [list 0 0 300 200] ")),
+                  StartsWith("setPinNum "), "setPlaceMarketFlag 1",
+                  utf8(u8"PlaceNew \"C:/模块/6.olb\" ViewBox {300 200}")));
+  EXPECT_EQ(with_.state.placement.placeState, 0);
+
+  EXPECT_EQ(send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")"), handled);
+  EXPECT_THAT(host_.scripts, ElementsAre("IsSchematicViewActive", "UnSelectAll", "setPlaceMarketFlag 1",
+                                         R"(PlaceNew "C:/a\"]\$x/6.olb" ViewBox)"));
+}
+
+TEST_F(PlacingHandlers, WithoutAnActivePageNothingIsPlaced) {
+  host_.answer("IsSchematicViewActive", "0");
+  for (const char* command : {"PlaceDsnLibPartModule", "PlaceDSNModule"}) {
+    EXPECT_EQ(send(command, partData), handled);
+    EXPECT_EQ(reply_, std::string(R"({"Data":{},"Command":")") + command +
+                          R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})");
+    EXPECT_EQ(host_.scripts.back(), "IsSchematicViewActive");
+    EXPECT_EQ(with_.state.placement.placeState, 0);
+  }
+}
+
+TEST_F(PlacingHandlers, NeededMembersComeFirst) {
+  EXPECT_EQ(send("PlaceDsnLibPartModule", R"("PartIndex":"2","PartName":"R","ViewBoxWidth":1,"prefix":"Q")"),
+            stoppedEarly);
+  EXPECT_THAT(host_.scripts, IsEmpty());
+  EXPECT_EQ(with_.state.placement.prefix, "Q");
+}
+
+TEST_F(PlacingHandlers, ExceptionTakesTheStateBack) {
+  host_.during = [](const std::string& script) {
+    if (script == "UnSelectAll") {
+      throw std::bad_alloc();
+    }
+  };
+  EXPECT_EQ(send("PlaceDsnLibPartModule", partData), stoppedEarly);
+  EXPECT_EQ(with_.state.placement.placeState, 0);
+  EXPECT_THAT(with_.fake.messages.shown(), ElementsAre("格式有误"));
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,185 @@
+#include "desktop/clipboard_picture.h"
+
+#include <gmock/gmock.h>
+
+#include "desktop/bitmap_file.h"
+#include "desktop/dialog_place.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using namespace std::string_literals;
+
+TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
+  const struct {
+    PictureFrame frame;
+    ScreenMeasures screen;
+    int width;  // 0: no size
+    int height;
+  } cases[] = {
+      {{0, 0, 27700, 19000}, {1920, 1080, 508, 286}, 1046, 717},
+      {{27700, 19000, 0, 0}, {1920, 1080, 508, 286}, 1046, 717},
+      {{-100, -100, 100, 100}, {1920, 1080, 508, 286}, 6, 6},  // -3.78 and 3.78 lose their fractions towards zero
+      {{14, 14, 27, 27}, {1920, 1080, 508, 286}, 1, 1},        // 0.53 and 1.02
+      {{0, 0, 100, 126555}, {1920, 1080, 508, 286}, 3, 4778},  // 4779 in double precision
+      {{0, 0, 20, 20}, {1920, 1080, 508, 286}, 0, 0},
+      {{100, 0, 100, 5000}, {1920, 1080, 508, 286}, 0, 0},
+      {{0, 0, 27700, 19000}, {1920, 1080, 0, 0}, 0, 0},
+      {{0, 0, 0, 0}, {1920, 1080, 0, 0}, 0, 0},
+      {{-2147483647 - 1, 0, 2147483647, 100}, {32767, 32767, 1, 1}, 0, 0},
+      {{-2147483647 - 1, 0, 2147483647, 1000}, {100, 100, 1, 1}, 0, 0},
+  };
+  for (const auto& each : cases) {
+    const auto size = frameInPixels(each.frame, each.screen).value_or(PixelSize{});
+    EXPECT_EQ(size.width, each.width) << each.frame.right << " x " << each.frame.bottom;
+    EXPECT_EQ(size.height, each.height) << each.frame.right << " x " << each.frame.bottom;
+  }
+}
+
+TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
+  const struct {
+    PixelSize size;
+    int bitCount;
+    std::size_t palette;
+    std::size_t pixels;  // 0: no layout
+  } cases[] = {
+      {{3, 2}, 1, 8, 8},
+      {{3, 2}, 4, 64, 8},
+      {{5, 2}, 8, 1024, 16},
+      {{3, 2}, 16, 0, 16},
+      {{3, 2}, 24, 0, 24},
+      {{3, 2}, 32, 0, 24},
+      {{0, 5}, 32, 0, 0},
+      {{5, -1}, 32, 0, 0},
+      {{1, 536870898}, 32, 0, 2147483592},  // with 54 bytes of headers the largest 32-bit length but one
+      {{1, 536870899}, 32, 0, 0},
+      {{2147483647, 2147483647}, 32, 0, 0},
+  };
+  for (const auto& each : cases) {
+    const auto layout = bitmapLayout(each.size, each.bitCount);
+    ASSERT_EQ(layout.has_value(), each.pixels != 0) << each.size.width << " x " << each.size.height;
+    if (layout) {
+      EXPECT_EQ(layout->paletteBytes, each.palette) << each.bitCount;
+      EXPECT_EQ(layout->pixelBytes, each.pixels) << each.bitCount;
+    }
+  }
+}
+
+TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
+  FakeFiles files;
+  files.addFolder("C:\\P");
+  ASSERT_TRUE(writeBitmapFile(files, "C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
+  EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
+  ASSERT_TRUE(writeBitmapFile(files, "C:\\P\\palette.bmp", PackedBitmap{8, "y"}));
+  EXPECT_EQ(files.bytes("C:\\P\\palette.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
+  EXPECT_FALSE(writeBitmapFile(files, "C:\\P\\none.bmp", std::nullopt));
+  EXPECT_FALSE(files.exists("C:\\P\\none.bmp"));
+  EXPECT_FALSE(writeBitmapFile(files, "C:\\nowhere\\x.bmp", PackedBitmap{32, "z"}));
+}
+
+class ClipboardPicture : public testing::Test {
+ protected:
+  ClipboardPicture() {
+    fake.fake.files.addFolder("C:\\");
+    fake.fake.clipboard.metafile = "drawing";
+  }
+  // What a call leaves behind, whatever it answered.
+  void expectTidy() {
+    EXPECT_FALSE(fake.fake.files.exists("C:/Temp/test.emf"));
+    EXPECT_EQ(fake.fake.clipboard.openNow, 0);
+  }
+  FakeServices fake;
+};
+
+TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
+  fake.state.link.setBaseDirectory("C:\\\xCF\xEE\xC4\xBF");
+  fake.fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
+  for (int pass = 0; pass < 2; ++pass) {  // folders missing, then there
+    EXPECT_EQ(saveClipboardPicture(fake.services), "C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp");
+    EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
+    expectTidy();
+  }
+  EXPECT_THAT(fake.fake.pictures.opened, ElementsAre("C:/Temp/test.emf", "C:/Temp/test.emf"));
+  EXPECT_EQ(fake.fake.pictures.drawn.at(0).width, 96);
+  EXPECT_EQ(fake.fake.pictures.drawn.at(0).height, 47);
+}
+
+TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
+  const struct {
+    const char* name;
+    void (*spoil)(FakeWorld&);
+  } cases[] = {
+      {"held by another program", [](FakeWorld& world) { world.clipboard.held = true; }},
+      {"text only", [](FakeWorld& world) { world.clipboard.metafile.reset(); }},
+      {"no header", [](FakeWorld& world) { world.pictures.frame.reset(); }},
+      {"no size", [](FakeWorld& world) { world.pictures.frame = PictureFrame{}; }},
+      {"no room", [](FakeWorld& world) { world.pictures.bitmap.reset(); }},
+  };
+  for (const auto& each : cases) {
+    FakeServices one;
+    one.fake.clipboard.metafile = "drawing";
+    each.spoil(one.fake);
+    EXPECT_EQ(saveClipboardPicture(one.services), "") << each.name;
+    EXPECT_FALSE(one.fake.files.exists("C:\\App\\Cache\\Output\\Preview.bmp")) << each.name;
+    EXPECT_FALSE(one.fake.files.exists("C:/Temp/test.emf")) << each.name;
+    EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.name;
+  }
+}
+
+TEST_F(ClipboardPicture, TouchesNoFileWithoutADrawing) {
+  fake.fake.clipboard.metafile.reset();
+  saveClipboardPicture(fake.services);
+  EXPECT_THAT(fake.fake.files.changes(), ElementsAre());
+}
+
+TEST_F(ClipboardPicture, EveryFailureOfTheFileSystemLeavesNothingOpen) {
+  saveClipboardPicture(fake.services);
+  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+    for (int call = 1; call <= 12; ++call) {
+      FakeServices one;
+      one.fake.clipboard.metafile = "drawing";
+      one.fake.files.faults.failCall(call, kind);
+      try {
+        saveClipboardPicture(one.services);
+      } catch (const std::bad_alloc&) {
+        EXPECT_EQ(kind, Faults::Kind::throwBadAlloc);
+      }
+      EXPECT_EQ(one.fake.clipboard.openNow, 0) << call;
+    }
+  }
+  fake.fake.pictures.drawThrows = true;
+  EXPECT_THROW(saveClipboardPicture(fake.services), std::bad_alloc);
+  expectTidy();
+}
+
+TEST(DialogPlace, GrowsAndCentresWithinTheWorkArea) {
+  const Box area{0, 0, 1280, 1000};
+  EXPECT_EQ(dialogGrowth(-5, 300, area), 0);
+  EXPECT_EQ(dialogGrowth(200, 300, area), 200);
+  EXPECT_EQ(dialogGrowth(5000, 300, area), 980);
+  EXPECT_EQ(dialogGrowth(50, 1300, area), 0);
+  const struct {
+    Box dialog;
+    Box around;
+    int left;
+    int top;
+  } cases[] = {
+      {{9, 9, 300, 200}, {100, 100, 500, 400}, 200, 200},
+      {{9, 9, 300, 200}, {-400, -300, 500, 400}, 0, 0},
+      {{9, 9, 300, 200}, {1200, 900, 500, 400}, 980, 800},
+      {{9, 9, 2000, 1500}, {100, 100, 500, 400}, 0, 0},
+  };
+  for (const auto& each : cases) {
+    const Box place = centred(each.dialog, each.around, area);
+    EXPECT_EQ(place.left, each.left);
+    EXPECT_EQ(place.top, each.top);
+    EXPECT_EQ(place.width, each.dialog.width);
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,250 @@
+// Drives the real dialog: one thread shows it, another plays the user.
+#include "desktop/select_dialog_windows.h"
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "core/wide_text_windows.h"
+#include "desktop/resource.h"
+#include "support/handle_probe_windows.h"
+#include "support/soak.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+using namespace std::chrono_literals;
+
+constexpr const wchar_t* caption = L"选择要跳转的器件分部";
+constexpr COLORREF groundColour = RGB(230, 242, 242);
+
+// "U1", "电阻 R2", "三" in UTF-8.
+const std::vector<std::string> threeTexts = {"U1", "\xE7\x94\xB5\xE9\x98\xBB R2", "\xE4\xB8\x89"};
+
+bool waitUntil(const std::function<bool()>& condition) {
+  for (int pause = 0; pause < 2000; ++pause) {
+    if (condition()) {
+      return true;
+    }
+    std::this_thread::sleep_for(5ms);
+  }
+  return false;
+}
+
+class Seen {
+ public:
+  explicit Seen(HWND window) : dialog(window), list(GetDlgItem(window, VERNOXA_SELECT_LIST)) {}
+
+  void key(WPARAM code) const { PostMessageW(list, WM_KEYDOWN, code, 0); }
+  // A key that moves the selection. What it sets off goes before the user's next key, but behind a posted one.
+  void arrow(WPARAM code) const {
+    const int before = selected();
+    key(code);
+    waitUntil([&] { return selected() != before; });
+  }
+  int selected() const { return static_cast<int>(ask(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED)); }
+  void doubleClick(int row) const {
+    const LPARAM place = middleOf(row);
+    PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    PostMessageW(list, WM_LBUTTONUP, 0, place);
+    PostMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, place);
+    PostMessageW(list, WM_LBUTTONUP, 0, place);
+  }
+  void select(int row) const { ListView_SetItemState(list, row, LVIS_SELECTED, LVIS_SELECTED); }
+  void press(int button) const { PostMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0); }
+  LRESULT ask(UINT message, WPARAM word = 0, LPARAM parameter = 0) const {
+    return SendMessageW(list, message, word, parameter);
+  }
+  std::wstring row(int index) const {
+    std::wstring text(2000, L'\0');
+    LVITEMW item{};
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    text.resize(
+        static_cast<std::size_t>(ask(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item))));
+    return text;
+  }
+  static RECT box(HWND window) {
+    RECT rectangle{};
+    GetWindowRect(window, &rectangle);
+    return rectangle;
+  }
+
+  HWND dialog;
+  HWND list;
+
+ private:
+  // Below the last row for a row that is not there.
+  LPARAM middleOf(int row) const {
+    const int last = static_cast<int>(ask(LVM_GETITEMCOUNT)) - 1;
+    RECT rectangle{LVIR_BOUNDS, 0, 0, 0};
+    ask(LVM_GETITEMRECT, static_cast<WPARAM>(std::min(row, last)), reinterpret_cast<LPARAM>(&rectangle));
+    const int height = rectangle.bottom - rectangle.top;
+    return MAKELPARAM(rectangle.left + 20, rectangle.top + height / 2 + std::max(0, row - last) * height);
+  }
+};
+
+using User = std::function<void(const Seen&)>;
+
+std::optional<std::size_t> withUser(const std::vector<std::string>& texts, const User& user) {
+  std::thread thread([&user] {
+    HWND dialog = nullptr;
+    ASSERT_TRUE(waitUntil([&dialog] {
+      dialog = FindWindowW(L"#32770", caption);
+      return dialog != nullptr && IsWindowVisible(dialog) != FALSE;
+    }));
+    user(Seen(dialog));
+    EXPECT_TRUE(waitUntil([dialog] { return IsWindow(dialog) == FALSE; })) << "the user's moves did not end the dialog";
+    if (IsWindow(dialog) != FALSE) {
+      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    }
+  });
+  const auto chosen = SelectDialog(texts).run();
+  thread.join();
+  return chosen;
+}
+
+TEST(SelectDialogTest, ShowsTheTextsAsTheHostExpectsThem) {
+  withUser(threeTexts, [](const Seen& seen) {
+    const std::vector<std::wstring> rows = {seen.row(0), seen.row(1), seen.row(2)};
+    EXPECT_THAT(rows, ElementsAre(L"U1", L"电阻 R2", L"三"));
+    EXPECT_EQ(seen.ask(LVM_GETITEMCOUNT), 3);
+    EXPECT_EQ(seen.ask(LVM_GETEXTENDEDLISTVIEWSTYLE), 33);
+    EXPECT_EQ(seen.ask(LVM_GETTEXTBKCOLOR), static_cast<LRESULT>(groundColour));
+    EXPECT_EQ(seen.selected(), -1);
+
+    std::wstring heading(50, L'\0');
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+    column.pszText = heading.data();
+    column.cchTextMax = static_cast<int>(heading.size());
+    seen.ask(LVM_GETCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    EXPECT_STREQ(heading.c_str(), L"选择要跳转的部分");
+    EXPECT_EQ(column.fmt & LVCFMT_JUSTIFYMASK, LVCFMT_LEFT);
+    EXPECT_EQ(column.cx, Seen::box(seen.list).right - Seen::box(seen.list).left - 20);
+
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HFONT>(seen.ask(WM_GETFONT)), sizeof font, &font);
+    EXPECT_STREQ(font.lfFaceName, L"宋体");
+    const HDC screen = GetDC(nullptr);
+    EXPECT_EQ(font.lfHeight, -MulDiv(18, GetDeviceCaps(screen, LOGPIXELSY), 72));
+    LOGBRUSH brush{};
+    const LRESULT ground = SendMessageW(seen.dialog, WM_CTLCOLORDLG, reinterpret_cast<WPARAM>(screen),
+                                        reinterpret_cast<LPARAM>(seen.dialog));
+    GetObjectW(reinterpret_cast<HBRUSH>(ground), sizeof brush, &brush);
+    EXPECT_EQ(brush.lbColor, groundColour);
+    EXPECT_EQ(GetBkColor(screen), groundColour);
+    ReleaseDC(nullptr, screen);
+    seen.key(VK_ESCAPE);
+  });
+}
+
+TEST(SelectDialogTest, KeysAndMouseChoose) {
+  const struct {
+    const char* name;
+    User user;
+    int chosen;  // -1: none
+  } cases[] = {
+      {"Enter without a selection", [](const Seen& seen) { seen.key(VK_RETURN); }, -1},
+      {"down", [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_RETURN); }, 0},
+      {"up", [](const Seen& seen) { seen.arrow(VK_UP), seen.key(VK_RETURN); }, 0},
+      {"down twice", [](const Seen& seen) { seen.arrow(VK_DOWN), seen.arrow(VK_DOWN), seen.key(VK_RETURN); }, 1},
+      {"to the end", [](const Seen& seen) { seen.arrow(VK_END), seen.key(VK_RETURN); }, 2},
+      {"down and up", [](const Seen& seen) { seen.arrow(VK_END), seen.arrow(VK_UP), seen.key(VK_RETURN); }, 1},
+      {"Escape", [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_ESCAPE); }, -1},
+      {"double click", [](const Seen& seen) { seen.doubleClick(2); }, 2},
+      {"double click below", [](const Seen& seen) { seen.doubleClick(4), seen.key(VK_ESCAPE); }, -1},
+      {"OK", [](const Seen& seen) { seen.select(1), seen.press(IDOK); }, 1},
+      {"Cancel", [](const Seen& seen) { seen.select(1), seen.press(IDCANCEL); }, -1},
+      {"closed", [](const Seen& seen) { seen.select(1), PostMessageW(seen.dialog, WM_CLOSE, 0, 0); }, -1},
+  };
+  for (const auto& each : cases) {
+    const auto chosen = withUser(threeTexts, each.user);
+    EXPECT_EQ(chosen ? static_cast<int>(*chosen) : -1, each.chosen) << each.name;
+  }
+  EXPECT_FALSE(withUser({}, [](const Seen& seen) { seen.key(VK_DOWN), seen.key(VK_RETURN); }));
+}
+
+TEST(SelectDialogTest, IsOwnedByTheHostsWindowAlsoWhileAnotherProgramIsActive) {
+  for (const int show : {SW_SHOW, SW_SHOWNOACTIVATE}) {
+    const HWND host = CreateWindowExA(0, "STATIC", "host", WS_OVERLAPPEDWINDOW, 100, 100, 600, 500, nullptr, nullptr,
+                                      nullptr, nullptr);
+    ShowWindow(host, show);
+    withUser(threeTexts, [host](const Seen& seen) {
+      EXPECT_EQ(GetWindow(seen.dialog, GW_OWNER), host);
+      EXPECT_FALSE(IsWindowEnabled(host));
+      const RECT dialog = Seen::box(seen.dialog);
+      const RECT owner = Seen::box(host);
+      EXPECT_NEAR(dialog.left + dialog.right, owner.left + owner.right, 2);
+      EXPECT_NEAR(dialog.top + dialog.bottom, owner.top + owner.bottom, 2);
+      seen.key(VK_ESCAPE);
+    });
+    EXPECT_TRUE(IsWindowEnabled(host));
+    DestroyWindow(host);
+  }
+}
+
+TEST(SelectDialogTest, LongTextsWidenItAsFarAsTheScreenGoes) {
+  RECT area{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+  for (const int length : {25, 3000}) {
+    std::string text;
+    for (int count = 0; count < length; ++count) {
+      text += "\xE7\x94\xB5";
+    }
+    withUser({"U1", text}, [&](const Seen& seen) {
+      const RECT dialog = Seen::box(seen.dialog);
+      const RECT list = Seen::box(seen.list);
+      const LRESULT needed = seen.ask(LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(toWide(text, CP_UTF8).c_str()));
+      EXPECT_TRUE(length > 1000 ? dialog.right - dialog.left == area.right - area.left
+                                : seen.ask(LVM_GETCOLUMNWIDTH) >= needed + 12);
+      EXPECT_GE(dialog.left, area.left);
+      EXPECT_LE(dialog.right, area.right);
+      EXPECT_EQ(seen.ask(LVM_GETCOLUMNWIDTH), list.right - list.left - 20);
+      EXPECT_EQ(Seen::box(GetDlgItem(seen.dialog, IDCANCEL)).right, list.right);
+      seen.key(VK_ESCAPE);
+    });
+  }
+}
+
+TEST(SelectDialogTest, TheOtherTemplatesStandInTheResources) {
+  const struct {
+    int dialog;
+    const wchar_t* title;
+    std::vector<std::wstring> controls;
+  } cases[] = {
+      {VERNOXA_INPUT_DIALOG, L"请输入内容", {L"确定", L"取消"}},
+      {VERNOXA_MODULE_DIALOG, L"模块复用", {L"所选电路售价:", L"视图模式切换:", L"提取"}},
+  };
+  for (const auto& each : cases) {
+    const HWND dialog = CreateDialogParamW(
+        GetModuleHandleW(nullptr), MAKEINTRESOURCEW(each.dialog), nullptr,
+        [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+    ASSERT_NE(dialog, nullptr);
+    wchar_t text[50] = L"";
+    GetWindowTextW(dialog, text, 50);
+    EXPECT_STREQ(text, each.title);
+    for (const std::wstring& control : each.controls) {
+      EXPECT_NE(FindWindowExW(dialog, nullptr, nullptr, control.c_str()), nullptr);
+    }
+    DestroyWindow(dialog);
+  }
+}
+
+TEST(SelectDialogTest, HoldsNoMoreHandlesAfterManyCalls) {
+  const int calls = soakCalls(60);
+  const User user = [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_RETURN); };
+  withUser(threeTexts, user);
+  const HandleProbe before = HandleProbe::take();
+  for (int call = 0; call < calls; ++call) {
+    ASSERT_EQ(withUser(threeTexts, user), 0U);
+  }
+  EXPECT_FALSE(holdsMore(HandleProbe::take(), before, static_cast<std::uintptr_t>(calls)));
+}
+
+}  // namespace
+}  // namespace vernoxa
