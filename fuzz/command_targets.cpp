@@ -15,13 +15,16 @@ constexpr std::string_view companionProcedures =
     "generateBOMForPath GetProductVersion ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList "
     "::capGenerateBOMUtil::getNoPartNumberList gotoLocation InitPath switchStickOrNotStick setRefToNotUse setRefToUse "
     "saveFile ZoomIn ZoomOut LockBomView setAllNotStick setEnterViewMode getAllPropertyName getGuid convertToSVG Exit "
-    "MenuCommand IsSchematicViewActive UnSelectAll SetLibViewBox setPlaceMarketFlag PlaceNew placeLibPart setPinNum";
+    "MenuCommand IsSchematicViewActive UnSelectAll SetLibViewBox setPlaceMarketFlag PlaceNew placeLibPart setPinNum "
+    "placePart";
 
 constexpr std::string_view threadProcedures = "GetNetsList getDsnPinCount InitPath creatClient sendPacketGlobalHandle";
 
 constexpr std::string_view commandProcedures =
-    "getDsnPinCount sendPacketGlobalHandle GetProductVersion placePart placeLibPart setPinNum MenuCommand "
-    "SetProperty UnSelectAll JumpToPartRef gotoLocation";
+    "getDsnPinCount sendPacketGlobalHandle GetProductVersion placePart placeLibPart setPinNum";
+
+constexpr std::string_view placingProcedures =
+    "IsSchematicViewActive UnSelectAll setPlaceMarketFlag PlaceNew placeLibPart setPinNum placePart";
 
 constexpr std::array<const char*, 2> joinedProcedures = {"getGuid\"", "convertToSVG\""};
 
@@ -96,6 +99,28 @@ void commands(std::string_view input) {
   std::erase_if(host.interp.calls, isJoined);
   host.requireOnly(std::string(companionProcedures) + " " + std::string(threadProcedures) + " " +
                    std::string(commandProcedures));
+}
+
+// The input is the module file that the companion names and the host's script then has placed.
+void moduleFile(std::string_view input) {
+  static const Words asked = {"packetParser",
+                              packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"sumPins":"1","price":"2",)"
+                                           R"("dsnDatPath":"C:\\m.json","dsnBmpPath":"C:\\p.bmp","uploadResId":"7",)"
+                                           R"("uploadUserId":"8","selfModule":"0"}})")};
+  RecordingHost& host = recordingHost();
+  host.answerWith("1");
+  LoadedPlugIn loaded;
+  loaded.fake.files.addFile("C:\\m.json", input);
+  loaded.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+  loaded.fake.files.addFile("C:\\my.olb", "library");
+  host.interp.calls.clear();
+  require(host.call(asked) == commandDone, "the module's placement failed");
+  require(messageOf(host.result()).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
+          "a module changed the answer");
+  require(host.call({"placeMarketPart"}) == commandDone, "the placement failed");
+  host.requireOnly(placingProcedures);
+  require(loaded.fake.files.exists("C:\\my.olb"), "a library of the user's is gone");
+  require(loaded.fake.files.exists("C:\\App\\config\\Resource\\Empty.olb"), "the base library is gone");
 }
 
 }  // namespace vernoxa::fuzz

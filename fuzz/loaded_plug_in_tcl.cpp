@@ -81,6 +81,8 @@ LoadedPlugIn::LoadedPlugIn()
              [](std::shared_ptr<Session>) {}} {
   fake.files.addFolder("C:\\App\\bin");
   fake.files.addFolder("C:\\App\\Script\\Log");
+  fake.files.addFolder("C:\\App\\Cache");
+  fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","ID":"1"}})"), {}}}, {}, {}});
   plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
   setActivePlugIn(&plugIn);
 }

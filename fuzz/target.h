@@ -33,10 +33,12 @@ void linkThread(std::string_view input);
 void configuration(std::string_view input);
 void texts(std::string_view input);
 void scriptText(std::string_view input);
+void registry(std::string_view input);
 
 // command_targets.cpp: everything that runs in an interpreter
 void companionPacket(std::string_view input);
 void threadPacket(std::string_view input);
 void commands(std::string_view input);
+void moduleFile(std::string_view input);
 
 }  // namespace vernoxa::fuzz

@@ -4,6 +4,7 @@
 #include "core/script_text.h"
 #include "core/text.h"
 #include "plugin/configuration.h"
+#include "plugin/host_discovery.h"
 #include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
 #include "target.h"
@@ -60,6 +61,28 @@ void texts(std::string_view input) {
   require(input.starts_with(withoutLastComponent(input)), "a folder that is not the path's");
   require(replaceInCodePage(input, '\\', "\\") == input, "replacing a character by itself changed a text");
   require(replaceAll(input, "\\", "\\\\") == doubleBackslashes(input), "backslashes doubled in two ways");
+}
+
+// First line: the host's version; then an installed product a line, its values between tabs.
+void registry(std::string_view input) {
+  FakeServices services;
+  const std::string version(takeUntil(input, '\n'));
+  while (!input.empty()) {
+    std::string_view line = takeUntil(input, '\n');
+    FakeRegistry::Values values;
+    for (const char* const name : {"Publisher", "InstallLocation", "DisplayName", "DisplayVersion"}) {
+      if (!line.empty()) {
+        values[name] = takeUntil(line, '\t');
+      }
+    }
+    auto& entries = line.empty() ? services.fake.registry.machine : services.fake.registry.user;
+    entries.emplace_back("product " + std::to_string(entries.size()), std::move(values));
+  }
+  services.fake.files.addFile("C:\\Cadence\\tools\\bin\\Capture.exe", "the host");
+  const auto installations = readOrcadInstallInfo(services.fake.registry, services.logs);
+  const std::string found = findHostExecutable(services.fake.files, version, installations);
+  require(found.empty() || services.fake.files.exists(found), "a host that is not there");
+  require(services.crashes().empty(), "reading the registry ended in an exception");
 }
 
 // The first byte chooses how the value is written.
