@@ -143,8 +143,9 @@ class Bench {
 
  private:
   static World worldOf(FakeWorld& fake, CountingFiles& files) {
-    return {fake.clock,     fake.codePage, files,       fake.guids,   fake.locks,
-            fake.processes, fake.sockets,  fake.output, fake.messages};
+    const World all = fake.world();
+    return {all.clock,   all.codePage, files,        all.guids,    all.locks,     all.processes, all.random,
+            all.sockets, all.output,   all.messages, all.registry, all.clipboard, all.pictures,  all.desktop};
   }
   // Of the processor, in our code and in the system for us: other programs must not show.
   static double secondsUsed() {

@@ -43,6 +43,8 @@ class Answers:
         self.findings: dict[str, list[dict]] = {}
         self.reports: dict[str, list[list[str]]] = {}
         self.modules: dict[str, str] = {}
+        self.uploads: dict[str, dict] = {}
+        self._downloads = 0
 
     @property
     def current(self) -> Design | None:
@@ -114,6 +116,7 @@ class Answers:
             return
         identifier = str(len(self.modules) + 1)
         self.modules[identifier] = self._keep(identifier, message.data["dsnDatPath"])
+        self.uploads[identifier] = message.data
 
     def _keep(self, identifier: str, windows_path: str) -> str:
         local = paths.to_local(windows_path)
@@ -124,11 +127,23 @@ class Answers:
         shutil.copyfile(local, kept)
         return paths.to_windows(kept)
 
+    def _download(self, identifier: str) -> str:
+        """A copy for this one placement, since placing a module deletes its file; "" for a module that is not there."""
+        kept = self.modules.get(identifier, "")
+        local = paths.to_local(kept)
+        if self.modules_folder is None or local is None or not local.is_file():
+            return kept
+        self._downloads += 1
+        copy = self.modules_folder / "downloads" / f"{identifier}-{self._downloads}" / local.name
+        copy.parent.mkdir(parents=True)
+        shutil.copyfile(local, copy)
+        return paths.to_windows(copy)
+
     def _GetSelfId(self, message: Message, _: dict) -> list[dict]:
         return [{"Command": "GetSelfId_EndResult", "Data": {"UserId": self.user_id}, "Result": 0}]
 
     def _GetMarketResPath(self, message: Message, _: dict) -> list[dict]:
         identifier = str(message.data.get("ResId", ""))
-        path = self.modules.get(identifier)
+        path = self._download(identifier)
         data = {"ResId": identifier, "DatPath": path or ""}
         return [{"Command": "GetMarketResPath_EndResult", "Data": data, "Result": 0 if path else 1}]

@@ -54,6 +54,11 @@ proc ::checks::partsOf {design} {
     return $parts
 }
 
+# Units that came with a module have symbols of their own, named after the unit.
+proc ::checks::packageOf {part} {
+    return [regsub -- {-[A-Z]+$} [dict get $part symbol] ""]
+}
+
 # A reference may be there twice only for two units of one part.
 proc ::checks::references {design} {
     set findings {}
@@ -65,8 +70,7 @@ proc ::checks::references {design} {
                 continue
             }
             set unit [dict get $part unit]
-            set first [lindex $parts 0]
-            if {[dict exists $seen $unit] || [dict get $part symbol] ne [dict get $first symbol]} {
+            if {[dict exists $seen $unit] || [packageOf $part] ne [packageOf [lindex $parts 0]]} {
                 lappend findings [list RefRepe $reference $reference {*}[place $design $part]]
             }
             dict set seen $unit 1

@@ -4,7 +4,8 @@
 #   pause SECONDS            waitLink ?SECONDS?    (until the companion is connected)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
 #   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
-#   resourcePath ID          writeLibrary FILE     action HANDLER       note TEXT    quit
+#   resourcePath ID          userId                writeLibrary FILE
+#   libraryParts FILE        action HANDLER        note TEXT            quit
 
 # Only inside a coroutine, which is where scripts run; events go on meanwhile.
 proc pause {seconds} {
@@ -52,6 +53,11 @@ proc selectBlock {args} {
     host::log "selected [llength $::pages::selection] parts and what lies about them"
 }
 
+# Who is signed in there.
+proc userId {} {
+    host::log "user: [link::plugin getSelfUserId]"
+}
+
 # Where the companion keeps a shared module.
 proc resourcePath {id} {
     host::log "resource $id: [link::plugin GetResPath $id]"
@@ -61,6 +67,10 @@ proc resourcePath {id} {
 proc writeLibrary {file} {
     packages::write [dict get $::pages::active path] $file
     host::log "wrote the library $file"
+}
+
+proc libraryParts {file} {
+    host::log "library parts: [packages::names $file]"
 }
 
 proc action {handler} {
@@ -88,18 +98,29 @@ proc ::host::runScript {file} {
     }} $script
 }
 
-proc ::host::readCommands {} {
-    fconfigure stdin -blocking 0 -encoding utf-8
-    fileevent stdin readable ::host::readCommand
+proc ::host::readCommands {channel} {
+    fconfigure $channel -blocking 0 -encoding utf-8
+    fileevent $channel readable [list ::host::readCommand $channel]
 }
 
-proc ::host::readCommand {} {
-    if {[gets stdin line] < 0} {
-        if {[eof stdin]} {
-            fileevent stdin readable {}
-        }
-        return
+proc ::host::readCommand {channel} {
+    if {[gets $channel line] >= 0} {
+        runLine $line
+    } elseif {[eof $channel]} {
+        fileevent $channel readable {}
     }
+}
+
+# A file has no events, so it is looked at now and then.
+proc ::host::followCommands {channel} {
+    fconfigure $channel -encoding utf-8
+    while {[gets $channel line] >= 0} {
+        runLine $line
+    }
+    after 100 [list ::host::followCommands $channel]
+}
+
+proc ::host::runLine {line} {
     if {[string trim $line] ne ""} {
         coroutine ::host::line[incr ::host::lineCount] apply {{line} {
             catch {uplevel #0 $line} result

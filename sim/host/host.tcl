@@ -9,6 +9,7 @@
 #   -state FOLDER   where saved designs keep what was changed; else it is lost at the end
 #   -seconds N      end after N seconds
 #   -until-told     run until the companion or a command says so; lines on standard input are commands
+#   -follow FILE    the same for the lines that are added to a file
 #   -commands FILE  a Tcl script to run once the designs are open; see commands.tcl for its words
 #   -with FILE      a Tcl file to read before the plug-in is loaded
 #   -trace          log every call of a host procedure
@@ -29,7 +30,7 @@ foreach topic {log kicad frames link menu designs pages parts bom nets drawing m
 unset topic
 
 proc ::host::options {arguments} {
-    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} \
+    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} follow "" \
         trace 0 serverPort 9610 companionPort 9601]
     while {$arguments ne ""} {
         set arguments [lassign $arguments option]
@@ -52,7 +53,7 @@ proc ::host::options {arguments} {
                     [list [lindex $designs end 0] $value]]
             }
             -with {dict lappend options with $value}
-            -dll - -state - -seconds - -commands - -serverPort - -companionPort {
+            -dll - -state - -seconds - -follow - -commands - -serverPort - -companionPort {
                 dict set options [string range $option 1 end] $value
             }
             default {error "unknown option $option"}
@@ -87,7 +88,10 @@ proc ::host::start {options} {
         after [expr {int([dict get $options seconds] * 1000)}] ::host::finish
     }
     if {[dict get $options untilTold]} {
-        readCommands
+        readCommands stdin
+    }
+    if {[dict get $options follow] ne ""} {
+        followCommands [open [dict get $options follow]]
     }
 }
 

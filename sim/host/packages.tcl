@@ -74,7 +74,7 @@ proc ::packages::names {path} {
 proc ::packages::write {path file} {
     library::create $file
     dict for {name symbol} [dict get $::designs::open $path symbols] {
-        library::addLine $file [list part [modules::packageName $symbol 1] 0 \
+        library::addLine $file [list part [lindex [split $name :] end] 0 \
             [expr {[dict get $symbol power] ? "Global" : "Part"}] $symbol]
     }
 }

@@ -30,7 +30,9 @@ def command_line(installation: Installation, designs: Sequence[tuple[pathlib.Pat
     command += ["-dll", paths.to_windows(installation.module)]
     for schematic, name in designs:
         command += ["-design", paths.to_windows(schematic), "-as", name]
-    return command + ["-state", paths.to_windows(installation.host_state), "-seconds", str(seconds)]
+    # Under Wine the host hears nothing on its standard input.
+    return command + ["-state", paths.to_windows(installation.host_state), "-seconds", str(seconds),
+        "-follow", paths.to_windows(installation.commands)]
 
 
 def require_free_port() -> None:

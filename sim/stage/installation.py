@@ -34,15 +34,26 @@ class Installation:
         shutil.copyfile(module, self.module)
         configuration = {"AlgMenuLang": "CN", "StartWithCadence": "0"}
         (plug_in / "Config" / "App.txt").write_text(json.dumps(configuration), encoding="ascii")
+        # What a new symbol library starts as, in the way of the stand-in host.
+        resources = plug_in / "Config" / "Resource"
+        resources.mkdir()
+        (resources / "Empty.olb").write_text("# a library of the stand-in host\n", encoding="ascii")
         # The traffic log is kept only where this folder exists. The names differ in case; Wine finds either.
         self._log_folder = plug_in / "Script" / "Log"
         self.host_state = self.root / "host"
         self.host_state.mkdir()
+        self.commands = self.root / "commands.txt"
+        self.commands.touch()
 
     def add_design_folder(self, name: str) -> pathlib.Path:
         folder = self.root / name
         folder.mkdir()
         return folder
+
+    def command(self, line: str) -> None:
+        """Has the host do something, as its user would; what it answers is among its lines."""
+        with open(self.commands, "a", encoding="utf-8", newline="\n") as file:
+            file.write(line + "\n")
 
     def traffic(self) -> str:
         """The plug-in's traffic log so far."""

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import asyncio
+import re
 import time
 from typing import Awaitable, Callable, TypeVar
 
@@ -33,6 +34,7 @@ class Scene:
         self.companion.listeners.append(ConversationView(view, self.answers))
         self.designs: dict[str, dict[str, str]] = {}
         self.host: Host | None = None
+        self.host_lines: list[str] = []
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
         if self._record:
@@ -45,6 +47,7 @@ class Scene:
         await self.host.start()
 
     def _hear_host(self, speaker: str, text: str) -> None:
+        self.host_lines.append(text)
         # The companion shows each message whole.
         self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
 
@@ -105,6 +108,22 @@ class Scene:
                 await asyncio.sleep(0.2)
 
         await self.step(what, look(), seconds)
+
+    async def do(self, what: str, line: str, answer: str, seconds: float = 20) -> str:
+        """Gives the host a command and waits for the line with which it answers; `answer` is a pattern of it."""
+        since = len(self.host_lines)
+        self.installation.command(line)
+        return await self.told(what, answer, since, seconds)
+
+    async def told(self, what: str, pattern: str, since: int, seconds: float = 20) -> str:
+        """The first line of the host, from the since-th on, that matches; of a pattern with a group, that group."""
+
+        def found() -> re.Match[str] | None:
+            return next(filter(None, (re.search(pattern, line) for line in self.host_lines[since:])), None)
+
+        await self.until(what, lambda: found() is not None, seconds)
+        match = found()
+        return match[match.lastindex or 0]
 
     async def ask(self, what: str, command: str, seconds: float = 20, **data: object) -> dict:
         """The "Data" of a successful reply."""

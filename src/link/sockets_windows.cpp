@@ -48,6 +48,7 @@ bool WindowsSockets::waitReadable(Handle socket, std::chrono::milliseconds limit
 
 void WindowsSockets::shutDown(Handle socket) {
   ::shutdown(socket, SD_BOTH);
+  CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);  // a receive that blocks already does not notice it
 }
 
 void WindowsSockets::close(Handle socket) {

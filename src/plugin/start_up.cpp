@@ -65,13 +65,6 @@ void applyConfiguration(PlugIn& plugIn) {
   }
 }
 
-// The host's script may load the plug-in anew: the session is ours meanwhile.
-void recordHostInstallation(Tcl_Interp* interp, PlugIn& plugIn) {
-  const std::shared_ptr<Session> session = plugIn.session;
-  TclScriptHost host(interp);
-  setOrcadInstallPath(host, session->services());
-}
-
 }  // namespace
 
 std::string_view startUpScript() {
@@ -85,10 +78,13 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
   try {
     Tcl_Eval(interp, std::string(script).c_str());
     replaceSession(plugIn);
+    // Ours from here on: a script of the host may load the plug-in anew meanwhile.
+    const std::shared_ptr<Session> session = plugIn.session;
     applyConfiguration(plugIn);
-    recordHostInstallation(interp, plugIn);
-    plugIn.startLinkThread(plugIn.session);
-    plugIn.session->services().logs.resetTraffic();
+    TclScriptHost host(interp);
+    setOrcadInstallPath(host, session->services());
+    plugIn.startLinkThread(session);
+    session->services().logs.resetTraffic();
   } catch (...) {
     plugIn.crashLogs.reportCrash("Vernoxa_Init");
   }

@@ -225,6 +225,22 @@ TEST_F(StartUpTest, LoadInsideACommand) {
   EXPECT_EQ(crashes(), "");
 }
 
+// Each thread has a client of its own, also when the host loads the plug-in while the plug-in asks it for its version.
+TEST_F(StartUpTest, LoadInsideALoad) {
+  bool inside = false;
+  interp_.define("GetProductVersion", [&](const Words&) {
+    if (!std::exchange(inside, true)) {
+      load();
+    }
+    return Evaluation{true, "17.2"};
+  });
+  load();
+  ASSERT_EQ(threads().size(), 2U);
+  EXPECT_EQ(threads()[0], plugIn_.session);
+  EXPECT_NE(threads()[1], plugIn_.session);
+  EXPECT_EQ(crashes(), "");
+}
+
 TEST_F(StartUpTest, InterpreterDeletedInsideACommand) {
   load();
   interp_.define("getDsnPinCount", [&](const Words&) {
@@ -347,7 +363,7 @@ TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   fake_.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
-  noteMadeLibrary(state().placement, newLibraryPath(state().placement));
+  noteMadeLibrary(state(), newLibraryPath(state().placement));
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");

@@ -150,13 +150,22 @@ proc ::fake::placedData {data commas} {
 proc ::fake::placeLibrary {module} {
     library::create $::fake::folder/new.olb
     foreach command {placeLibPart setPinNum} {
+        set seen {}
         dict for {key part} [dict get $module parts] {
             lassign $key name index type
+            # Placing takes each name once.
+            if {[dict exists $seen $name]} {
+                continue
+            }
+            dict set seen $name 1
             set graphics [lmap child [dict get $part children] {
                 list [lindex $child 0] [placedData [lindex $child 1] 1] [lindex $child 2]
             }]
-            $command $::fake::folder/new.olb $name [expr {$index eq "" ? [list ""] : $index}] $type \
-                [dict get $part box] [packages::items [dict get $part properties]] $graphics {} [dict get $part designator]
+            lassign [lmap text [list $index $type [dict get $part designator]] {
+                expr {$text eq "" ? [list ""] : $text}
+            }] index type designator
+            $command $::fake::folder/new.olb $name $index $type [dict get $part box] \
+                [packages::items [dict get $part properties]] $graphics {} $designator
         }
     }
 }

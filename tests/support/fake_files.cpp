@@ -10,17 +10,19 @@ namespace {
 // One key for all spellings of a path; the second byte of a double-byte character is no separator.
 std::string keyOf(const std::string& path) {
   std::string key;
+  std::size_t end = 0;  // without separators at the end
   for (std::size_t index = 0; index < path.size(); ++index) {
     if (isDoubleByteLead(path[index]) && index + 1 < path.size()) {
       key.append(path, index++, 2);
     } else {
       key.push_back(path[index] == '/' ? '\\' : static_cast<char>(std::tolower(path[index])));
+      if (key.back() == '\\') {
+        continue;
+      }
     }
+    end = key.size();
   }
-  while (!key.empty() && key.back() == '\\') {
-    key.pop_back();
-  }
-  return key;
+  return key.substr(0, end);
 }
 
 bool isDrive(const std::string& key) {

@@ -123,6 +123,10 @@ host::procedure placeLibPart {path name index type box properties graphics displ
     if {![file isfile $path]} {
         error "no such library: $path"
     }
+    # What a part has not comes as a list of one empty text.
+    foreach argument {index type designator} {
+        set $argument [lindex [set $argument] 0]
+    }
     set symbol [library::unitSymbol $name $index $properties $graphics $designator]
     dict set symbol power [expr {$type eq "Global"}]
     library::addLine $path [list part $name $index $type $symbol]
@@ -139,6 +143,6 @@ host::procedure setPinNum {path name index type box properties graphics displaye
             lappend numbers [dict get [library::items $data] PinNum]
         }
     }
-    library::addLine $path [list numbers $name $index $numbers]
+    library::addLine $path [list numbers $name [lindex $index 0] $numbers]
     return 1
 }

@@ -19,7 +19,7 @@ proc ::modules::partObject {design part} {
     set records [list [list [expr {$power ? "Global" : "Part"}] \
         {*}[drawing::units [list [dict get $part x] [dict get $part y]]] \
         {*}[drawing::codes [dict get $part rotation] [dict get $part mirror]] \
-        [packageName $symbol [dict get $part style]]]]
+        [packageName $symbol [dict get $part unit] [dict get $part style]]]]
     if {$power} {
         lappend records [list Property Name [dict get $part value]]
     } else {

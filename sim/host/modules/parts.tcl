@@ -1,14 +1,18 @@
 # Library parts as module records: a header, its properties, its elements.
 
-# The name under which a unit's package goes into a module: without the library's.
-proc ::modules::packageName {symbol style} {
+# The name under which a unit goes into a module: without the library's, and one for each unit, since
+# placing takes each name once. Modules keep 31 characters of it.
+proc ::modules::packageName {symbol unit style} {
     set name [lindex [split [dict get $symbol name] :] end]
-    return [expr {$style == 1 ? $name : "$name-style$style"}]
-}
-
-# Modules keep so many characters of a package's name.
-proc ::modules::keptName {name} {
-    return [string range $name 0 30]
+    set ending [expr {$style == 1 ? "" : "-style$style"}]
+    if {[drawing::unitCount $symbol] > 1} {
+        append ending - [drawing::unitLetter $unit]
+    }
+    # What was placed from a module bears such a name already.
+    if {$ending eq "" || [string match *$ending $name]} {
+        return [string range $name 0 30]
+    }
+    return [string range $name 0 [expr {30 - [string length $ending]}]]$ending
 }
 
 # `type` is Part, Global, Port or OffPage.
@@ -19,7 +23,7 @@ proc ::modules::partRecords {symbol unit style type} {
     set several [expr {[drawing::unitCount $symbol] > 1}]
     set bounds [drawing::units [kicad::boundsOf $symbol $unit $style]]
     set designator [expr {$several ? [drawing::unitLetter $unit] : ""}]
-    set records [list [list Name [packageName $symbol $style] $type {*}$bounds [expr {$unit - 1}] $designator]]
+    set records [list [list Name [packageName $symbol $unit $style] $type {*}$bounds [expr {$unit - 1}] $designator]]
     foreach {flag name} {pinNumbersHidden "Pin Numbers Visible" pinNamesHidden "Pin Names Visible"} {
         lappend records [list PartProperty $name [expr {[dict get $symbol $flag] ? "False" : "True"}]]
     }

@@ -57,7 +57,8 @@ proc ::modules::drop {path name index} {
 # A catalogue's name for a part need not be the library's, which then has but the one.
 proc ::modules::dropPart {path name index} {
     if {[library::symbol $path $name] eq ""} {
-        set name [lindex [dict keys [library::parts $path]] 0 0]
+        set keys [dict keys [library::parts $path]]
+        set name [lindex [concat [lsearch -inline -index 1 $keys $index] [lindex $keys 0]] 0]
     }
     set data [dict create Location "10 10" Rotation 0 Mirror 0 Package $name PartIndex $index]
     addPart Part $data {} {} $path
@@ -120,7 +121,7 @@ proc ::modules::addPart {kind data properties displayed libraryPath} {
     variable placedIds
     variable placedCount
     lassign [pages::need] path page
-    set symbol [symbolFor $path $libraryPath [keptName [dict get $data Package]]]
+    set symbol [symbolFor $path $libraryPath [dict get $data Package]]
     lassign [milsOf [dict get $data Location]] x y
     lassign [drawing::fromCodes [dict get $data Rotation] [dict get $data Mirror]] rotation mirror
     set id placed/[incr placedCount]

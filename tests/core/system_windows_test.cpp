@@ -1,0 +1,156 @@
+// The real operating system, held against the stand-ins that all other tests rely on.
+#include "core/system_windows.h"
+
+#include <gmock/gmock.h>
+#include <windows.h>
+
+#include <thread>
+
+#include "core/files_windows.h"
+#include "core/identifiers.h"
+#include "core/process_windows.h"
+#include "support/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+class Journal {
+ public:
+  void note(const char* what, const std::string& answer) { lines_.push_back(std::string(what) + ": " + answer); }
+  void note(const char* what, bool answer) { note(what, std::string(answer ? "yes" : "no")); }
+  const std::vector<std::string>& lines() const { return lines_; }
+
+ private:
+  std::vector<std::string> lines_;
+};
+
+std::string namesIn(Files& files, const std::string& folder) {
+  std::vector<std::string> names;
+  for (const FolderEntry& entry : files.entries(folder)) {
+    names.push_back(entry.name + ((entry.attributes & directoryAttribute) != 0 ? "\\" : ""));
+  }
+  std::sort(names.begin(), names.end());
+  return testing::PrintToString(names);
+}
+
+// The same story on any file system, below an empty folder.
+std::vector<std::string> tell(Files& files, const std::string& root) {
+  Journal journal;
+  const std::string folder = root + "\\原理图 \xD5\x5C";  // the second byte of the last character is a backslash
+  const std::string file = folder + "\\a.txt";
+  journal.note("file without its folder", files.create(file) != nullptr);
+  journal.note("folder two levels deep", files.createFolder(folder + "\\deeper"));
+  journal.note("folder", files.createFolder(folder));
+  journal.note("folder again", files.createFolder(folder));
+  journal.note("is a folder", files.isFolder(folder + "\\"));
+  journal.note("absent", files.exists(file));
+  journal.note("read nothing", files.read(file).value_or("nothing"));
+  journal.note("read a folder", files.read(folder).value_or("nothing"));
+  journal.note("append", files.openForAppending(file)->write("one\r\n"));
+  journal.note("append more", files.openForAppending(file)->write(std::string("\0two", 4)));
+  journal.note("content", files.read(folder + "/A.TXT").value_or("nothing"));
+  journal.note("is no folder", files.isFolder(file));
+  {
+    const auto open = files.openForAppending(file);
+    const auto second = files.openForAppending(file);
+    open->write("first");
+    second->write("second");
+    journal.note("read while it is written", files.read(file).value_or("nothing"));
+    journal.note("removed while it is open", files.removeFile(file));
+  }
+  journal.note("gone", files.exists(file));
+  files.create(file)->write("old content");
+  files.create(file)->write("new");
+  journal.note("made new", files.read(file).value_or("nothing"));
+  journal.note("copy", files.copyFile(file, folder + "\\b.txt"));
+  journal.note("copy over", files.copyFile(file, folder + "\\B.txt"));
+  journal.note("copy nothing", files.copyFile(folder + "\\c.txt", folder + "\\d.txt"));
+  files.createFolder(folder + "\\sub");
+  journal.note("entries", namesIn(files, folder));
+  journal.note("entries of nothing", namesIn(files, folder + "\\absent"));
+  journal.note("remove a folder as a file", files.removeFile(folder + "\\sub"));
+  journal.note("remove a file as a folder", files.removeFolder(file));
+  journal.note("remove a full folder", files.removeFolder(folder));
+  journal.note("remove what is absent", files.removeFile(folder + "\\absent"));
+  for (const char* const name : {"\\a.txt", "\\b.txt"}) {
+    journal.note(name, files.removeFile(folder + name));
+  }
+  journal.note("remove", files.removeFolder(folder + "\\sub"));
+  journal.note("remove the folder", files.removeFolder(folder));
+  return journal.lines();
+}
+
+TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
+  std::string root(MAX_PATH, '\0');
+  root.resize(GetTempPathA(MAX_PATH, root.data()));
+  root += "vernoxa-files-" + std::to_string(GetCurrentProcessId());
+  WindowsFiles real;
+  ASSERT_TRUE(real.createFolder(root));
+  FakeFiles fake;
+  fake.addFolder("C:\\root");
+  EXPECT_EQ(tell(real, root), tell(fake, "C:\\root"));
+  EXPECT_TRUE(real.removeFolder(root));
+}
+
+// Every character of the code page, both ways, and what is none.
+TEST(WindowsSystem, CodePageIsTheStandIns) {
+  const WindowsCodePage real;
+  const FakeCodePage fake;
+  for (int lead = 0x81; lead <= 0xFE; ++lead) {
+    for (int trail = 0x40; trail <= 0xFE; ++trail) {
+      const std::string text = {static_cast<char>(lead), static_cast<char>(trail), '.'};
+      const std::string utf8Text = fake.toUtf8(text);
+      ASSERT_EQ(real.toUtf8(text), utf8Text) << lead << " " << trail;
+      ASSERT_EQ(real.fromUtf8(utf8Text), fake.fromUtf8(utf8Text)) << lead << " " << trail;
+    }
+  }
+  EXPECT_EQ(real.fromUtf8("a\xF0\x9F\x98\x80z").front(), 'a');
+  EXPECT_EQ(real.toUtf8(""), "");
+}
+
+TEST(WindowsSystem, ClockLocksAndIdentifiers) {
+  WindowsClock clock;
+  const auto before = clock.monotonic();
+  clock.sleep(std::chrono::milliseconds(30));
+  EXPECT_GE((clock.monotonic() - before).count(), 15);  // its ticks are 16 ms long
+  EXPECT_GE(clock.localTime().year, 2024);
+  EXPECT_GE(clock.localTime().month, 1);
+
+  WindowsGuidSource guids;
+  EXPECT_EQ(guidText(guids).size(), 36U);
+  EXPECT_NE(guidText(guids), guidText(guids));
+
+  const auto lock = WindowsLockSource().create();
+  lock->acquire();
+  lock->acquire();
+  bool entered = false;
+  std::thread other([&] {
+    lock->acquire();
+    entered = true;
+    lock->release();
+  });
+  clock.sleep(std::chrono::milliseconds(50));
+  lock->release();
+  EXPECT_FALSE(entered);  // held once more
+  lock->release();
+  other.join();
+  EXPECT_TRUE(entered);
+}
+
+TEST(WindowsSystem, ProcessesAndTheModule) {
+  WindowsProcesses processes;
+  const std::string path = modulePath();
+  const std::string name = path.substr(path.rfind('\\') + 1);
+  EXPECT_LE(path.size(), 99U);
+  EXPECT_THAT(processes.running(),
+              testing::Contains(testing::Field(&Process::id, static_cast<std::uint32_t>(processes.ownId()))));
+  const std::string former = processes.currentFolder();
+  processes.setCurrentFolder("C:\\windows");
+  EXPECT_THAT(processes.currentFolder(), testing::StrCaseEq("C:\\windows"));
+  processes.setCurrentFolder(former);
+  EXPECT_EQ(processes.currentFolder(), former);
+  processes.start("nobody has this file.exe", "AutoLogin");  // silent
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,105 @@
+"""What is collected: modules kept and handed out, findings and reports as a text, drawings as they are read."""
+
+import json
+import pathlib
+import tempfile
+import unittest
+from unittest import mock
+
+import fake_plug_in  # noqa: F401  puts the stand-ins on the path
+
+from companion import messages, paths, report
+from companion.answers import Answers
+from stage import drawings
+from stage.module_acts import first_difference
+
+UPLOAD = {
+    "dsnBmpPath": "", "dsnDatPath": "", "Part": [{"Id": "1", "Ref": "R1"}, {"Id": "2", "Ref": "电阻", "Package": "0603"}],
+    "Wire": ["GND", "VCC"], "Keys": [], "sumPins": "4", "selfPins": "4", "copyPrice": "0",
+}  # fmt: skip
+
+
+def message(command: str, shape: str = "", **data: object) -> messages.Message:
+    return messages.Message(b"x", {"Command": command, "Data": data, "Result": "0"}, messages.PLAIN, shape=shape)
+
+
+class CollectedTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def test_a_module_is_kept_and_each_placement_gets_a_copy_of_its_own(self):
+        answers = Answers(modules_folder=self.folder / "modules")
+        written = self.folder / "ModuleLib.json"
+        written.write_text("{}", encoding="utf-8")
+        answers.take(message("SelectModule_EndResult", "upload", **UPLOAD | {"dsnDatPath": paths.to_windows(written)}))
+        written.unlink()
+
+        def answer(identifier: str) -> tuple[int, str]:
+            (reply,) = answers.take(message("GetMarketResPath", ResId=identifier))
+            return reply["Result"], reply["Data"]["DatPath"]
+
+        copies = [answer("1"), answer("1")]
+        self.assertEqual([result for result, _ in copies], [0, 0])
+        self.assertNotEqual(*copies)
+        for _, path in copies:  # placing deletes the file
+            self.assertEqual(paths.to_local(path).read_text(encoding="utf-8"), "{}")
+            paths.to_local(path).unlink()
+        self.assertEqual(answer("1")[0], 0)
+        self.assertEqual(answer("../1"), (1, ""))
+
+    def test_the_report_names_everything_and_keeps_its_columns_in_line(self):
+        answers = Answers()
+        finding = {"ActualValue": 'R"1', "PagePos": "1 2", "PageName": "页\n1", "Sch": "S"}
+        for check, comment in (("1001", "R1位号重名"), ("1003", "引脚未连接"), ("1003", "x")):
+            answers.take(message("DsnCheck_Result", id=check, Comment=comment, **finding))
+        answers.take(message("GetDsnAllPackageInfo_EndResult", "report", item=[["Value", "10k"], ["Datasheet", ""]]))
+        answers.take(message("SelectModule_EndResult", "upload", **UPLOAD))
+        text = report.text_of(answers)
+        for line in (
+            "Check 1001, reference designators: 1 findings",
+            "R1位号重名  R\"1    S          页 1  1 2",
+            "引脚未连接  R\"1    S          页 1  1 2",
+            "x           R\"1    S          页 1  1 2",
+            "Report: properties of the design's parts",
+            "Module 1: 4 pins, nets GND, VCC",
+            "电阻  0603",
+        ):
+            self.assertIn(line, text.splitlines())
+        self.assertEqual(report.text_of(Answers()), "")
+
+    def test_drawings_tell_their_parts_texts_and_symbols_that_are_missing(self):
+        def used(name: str, **attributes: str) -> dict:
+            return {"name": "use", "attr": {**attributes, "xlink:href": f"#{name}"}}
+
+        objects = [used("R", id="R1"), used("lost", id="R2"), used("R"), {"name": "text", "value": "国产", "attr": {}}]
+        page = {"name": "g", "attr": {"id": "页/1"}, "children": objects}
+        defs = {"name": "defs", "children": [{"name": "g", "attr": {"id": "R"}, "children": []}]}
+        for name, children in (("a", [defs, page]), ("b", [page | {"attr": {"id": "2"}, "children": []}])):
+            text = json.dumps({"id": "SCH_View", "children": children}, ensure_ascii=False)
+            (self.folder / f"{name}.json").write_text(text, encoding="utf-8")
+        pages = drawings.read(self.folder)
+        self.assertEqual(pages["页/1"], drawings.Page("页/1", ["R1", "R2"], ["国产"], ["lost"]))
+        self.assertEqual(pages["2"].parts, [])
+        with mock.patch.object(drawings, "_VIEW", self.folder / "none.py"):
+            out = self.folder / "out"
+            self.assertFalse(drawings.show(self.folder, out))
+            self.assertEqual(drawings.read(out / "pages"), pages)
+        (self.folder / "c.json").write_text("[", encoding="utf-8")
+        with self.assertRaises(ValueError):
+            drawings.read(self.folder)
+
+    def test_differences_are_found_where_they_are(self):
+        for one, other, difference in (
+            ({"a": [1, {"b": 2}]}, {"a": [1, {"b": 2}]}, ""),
+            ({"a": [1, {"b": 2}]}, {"a": [1, {"b": 3}]}, "/a/1/b was 2 and is 3"),
+            ({"a": 1, "b": 2}, {"b": 2, "a": 1}, "all was {'a': 1, 'b': 2} and is {'b': 2, 'a': 1}"),
+            ({"a": [1]}, {"a": [1, 2]}, "/a was [1] and is [1, 2]"),
+            ([{}], [{"x": 1}], "/0 was {} and is {'x': 1}"),
+        ):
+            self.assertEqual(first_difference(one, other), difference)
+
+
+if __name__ == "__main__":
+    unittest.main()
