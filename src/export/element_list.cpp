@@ -25,8 +25,7 @@ class Packer {
   explicit Packer(char* place) : place_(place) {}
 
   void put(const void* bytes, std::size_t count) {
-    std::memcpy(place_, bytes, count);
-    place_ += count;
+    place_ = std::copy_n(static_cast<const char*>(bytes), count, place_);  // an empty text may have no address
   }
 
  private:
