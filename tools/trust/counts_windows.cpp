@@ -6,6 +6,8 @@
 #include <tcl.h>
 #include <tlhelp32.h>
 
+#include <initializer_list>
+
 namespace {
 
 long threadsOfThisProcess() {

@@ -53,7 +53,7 @@ def main() -> int:
     for target in options.targets:
         result = run(target, options.minutes * 60 / len(options.targets))
         results.append(result)
-        rate = result["inputs"] / result["seconds"]
+        rate = result["inputs"] / max(result["seconds"], 0.1)
         print(f"{target:18} {result['inputs']:10} {rate:9.0f}  {len(result['findings'])}", flush=True)
         if result["ended"] != 0:
             print(result["last words"])
