@@ -86,6 +86,28 @@ std::string runCommands(TrustHost& host, TrustLoad&, const KeptInput& input) {
   return {};
 }
 
+// The module file that the companion names, and its placement by the host's script.
+std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input) {
+  const Words asked = [&] {
+    const EnoughMemory enough;
+    load.fake.files.addFile("C:\\Mods\\m.json", input.answer + "\n" + input.rest);
+    load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+    host.answer = "1";
+    return Words{"packetParser", packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"sumPins":"1","price":"2",)"
+                                              R"("dsnDatPath":"C:\\Mods\\m.json","dsnBmpPath":"","uploadResId":"7",)"
+                                              R"("uploadUserId":"8","selfModule":"0"}})")};
+  }();
+  const Words placed = [] {
+    const EnoughMemory enough;
+    return Words{"placeMarketPart"};
+  }();
+  const TrustHost::Answer answer = host.call(asked);
+  host.call(placed);
+  const EnoughMemory enough;
+  const std::string base = load.fake.files.bytes("C:\\App\\config\\Resource\\Empty.olb");
+  return base == "library" ? isPacketAnswer(answer, load, asked) : "the base library is " + base;
+}
+
 // The process goes on after the fault: the next packet is answered as ever.
 std::string nextConversation(TrustHost& host) {
   host.answer = "{C:/a.dsn P1}";
@@ -144,6 +166,10 @@ TEST_F(FaultLoop, CompanionPackets) {
 
 TEST_F(FaultLoop, ThreadPackets) {
   runAll("thread_packet", runThreadPacket);
+}
+
+TEST_F(FaultLoop, Modules) {
+  runAll("module_file", runModule);
 }
 
 TEST_F(FaultLoop, Commands) {

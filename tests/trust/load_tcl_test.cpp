@@ -94,14 +94,19 @@ class PassingClock final : public Clock {
   std::chrono::milliseconds end_;
 };
 
-class Load : public testing::Test, protected FakeServices {};
+class Load : public testing::Test, protected FakeServices {
+ protected:
+  World worldWith(Clock& clock, Sockets& sockets) {
+    return {clock,   fake.codePage, fake.files,    fake.guids,    fake.locks,     fake.processes, fake.random,
+            sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
+  }
+};
 
 TEST_F(Load, LinkThreadForSimulatedHours) {
   const std::chrono::hours hours(tryEverything() ? 24 * 7 : 6);
   PassingClock clock(hours);
   TirelessSockets sockets;
-  World here{clock,           world.codePage, world.files,  world.guids,   world.locks,
-             world.processes, sockets,        world.output, world.messages};
+  World here = worldWith(clock, sockets);
   Services its{here, services.logs, services.state, services.text};
   its.state.link.setClientCreated(true);
   logs.reportCrash("before");  // what the last line of the log needs is there now
@@ -122,8 +127,7 @@ TEST_F(Load, LinkThreadForSimulatedHours) {
 TEST_F(Load, ConnectionsOneAfterTheOther) {
   const int wanted = tryEverything() ? 100000 : 5000;
   TirelessSockets sockets;
-  World here{world.clock,     world.codePage, world.files,  world.guids,   world.locks,
-             world.processes, sockets,        world.output, world.messages};
+  World here = worldWith(world.clock, sockets);
   std::string answer;
   for (int count = 0; count < wanted; ++count) {
     SocketClient client(here, logs);
