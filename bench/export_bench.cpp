@@ -6,10 +6,10 @@
 #include <cJSON.h>
 #include <sys/resource.h>
 #include <tcl.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -49,10 +49,10 @@ class CountingFiles final : public Files {
   class Output final : public OutputFile {
    public:
     explicit Output(CountingFiles& files) : files_(files) { files_.bytes = 0; }
-    bool write(std::string_view bytes) override {
-      files_.bytes += bytes.size();
+    bool write(std::string_view piece) override {
+      files_.bytes += piece.size();
       if (files_.target.is_open()) {
-        files_.target.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        files_.target.write(piece.data(), static_cast<std::streamsize>(piece.size()));
       }
       return true;
     }
@@ -169,7 +169,7 @@ class Bench {
   CountingFiles files_;
   World world_;
   PlugIn plugIn_{world_, "C:\\App\\bin\\Vernoxa64.dll", Logs(fake_.clock, files_, "C:\\App\\bin"), nullptr,
-                 [](std::shared_ptr<Session>) {}};
+                 [](std::shared_ptr<Session>) {}};  // NOLINT(performance-unnecessary-value-param): the type is given
   Tcl_Interp* interp_ = Tcl_CreateInterp();
 };
 

@@ -34,8 +34,8 @@ constexpr std::array netlistKinds = {
 };
 
 std::string actualValue(const FindingKind& kind, const Finding& finding) {
-  const std::string one(finding.first);
-  const std::string two(finding.second);
+  std::string one(finding.first);
+  std::string two(finding.second);
   switch (kind.actual) {
     case first:
       return one;

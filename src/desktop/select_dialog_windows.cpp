@@ -175,12 +175,12 @@ void SelectDialog::fill() {
   SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
 
   // From the last to the first, each before all others.
-  for (auto text = texts_.rbegin(); text != texts_.rend(); ++text) {
+  std::for_each(texts_.rbegin(), texts_.rend(), [this](std::wstring& text) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;
-    item.pszText = text->data();
+    item.pszText = text.data();
     SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-  }
+  });
   ListView_SetTextBkColor(list_, backgroundColour);
 }
 

@@ -19,14 +19,19 @@ constexpr std::size_t largestBlock = std::size_t{64} * 1024;
 using Length = std::uint32_t;  // Tcl's texts are shorter than 2^31 bytes
 constexpr std::size_t mostValues = 16;
 
+// The address of a form is kept as it is: its size is meant. NOLINTBEGIN(bugprone-sizeof-expression)
+
 // Copies into memory whose size was reckoned before.
 class Packer {
  public:
   explicit Packer(char* place) : place_(place) {}
 
-  void put(const void* bytes, std::size_t count) {
-    place_ = std::copy_n(static_cast<const char*>(bytes), count, place_);  // an empty text may have no address
+  template <class Value>
+  void put(Value value) {
+    std::memcpy(place_, &value, sizeof(value));
+    place_ += sizeof(value);
   }
+  void putText(std::string_view text) { place_ += text.copy(place_, text.size()); }
 
  private:
   char* place_;
@@ -58,20 +63,19 @@ class Unpacker {
 void ElementList::add(const ElementForm& form, const Record& record) {
   std::array<std::string_view, mostValues> values;
   std::size_t count = 0;
-  const ElementForm* const address = &form;
-  std::size_t size = sizeof(address);
+  std::size_t size = sizeof(&form);
   for (const RecordValue value : form.values()) {
     values.at(count) = value(record);
     size += sizeof(Length) + values[count++].size();
   }
   Packer packer(room(size));
-  packer.put(&address, sizeof(address));
+  packer.put(&form);
   for (std::size_t index = 0; index < count; ++index) {
-    const auto length = static_cast<Length>(values[index].size());
-    packer.put(&length, sizeof(length));
-    packer.put(values[index].data(), length);
+    packer.put(static_cast<Length>(values[index].size()));
+    packer.putText(values[index]);
   }
 }
+// NOLINTEND(bugprone-sizeof-expression)
 
 void ElementList::writeTo(PageWriter& writer) const {
   bool first = true;

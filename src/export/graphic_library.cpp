@@ -39,12 +39,13 @@ Json jsonOf(const ElementForm& form, const Record& record) {
 
 void GraphicLibrary::start() {
   Json document = Json::object();
-  target_ = document.add("children", Json::array());
+  const JsonView children = document.add("children", Json::array());
   const JsonView padStacks = document.add("padstacks", Json::array());
   for (const PinShape& shape : pinShapes()) {
     document.appendTo(padStacks, padStack(shape));
   }
   libraries_ = document.add("lib", Json::array());
+  target_ = children;
   document_ = std::move(document);
 }
 

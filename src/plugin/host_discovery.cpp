@@ -72,7 +72,8 @@ const char* executableBelow(const std::string& hostVersion) {
 std::string lastExecutableInFolders(Files& files, const std::string& location, const std::string& suffix) {
   std::string last;
   for (const FolderEntry& entry : files.entries(location)) {
-    const std::string candidate = location + "\\" + entry.name + suffix;
+    std::string candidate = location;
+    candidate.append("\\").append(entry.name).append(suffix);
     // Plain folders only: one that is hidden, read-only or a link as well is somebody else's.
     if (entry.attributes == directoryAttribute && files.exists(candidate)) {
       last = candidate;
@@ -103,7 +104,7 @@ std::string findHostExecutable(Files& files, const std::string& hostVersion,
       });
   const std::string location = match == installations.end() ? std::string() : match->location;
   const std::string suffix = executableBelow(hostVersion);
-  const std::string usual = location + suffix;
+  std::string usual = location + suffix;
   if (files.exists(usual) && !files.isFolder(usual)) {
     return usual;
   }

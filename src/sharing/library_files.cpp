@@ -54,7 +54,7 @@ constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OB
 std::string freeName(Services& services, const std::string& taken) {
   constexpr int mostDraws = 10000;
   for (int draw = 0; draw < mostDraws; ++draw) {
-    const std::string name = std::to_string(services.world.random.next());
+    std::string name = std::to_string(services.world.random.next());
     const bool used = std::any_of(libraryEndings.begin(), libraryEndings.end(), [&](const char* ending) {
       return services.world.files.exists(libraryPath(services.state.placement, name + ending));
     });
@@ -82,7 +82,7 @@ bool drawLibraryNames(Services& services) {
 std::string emptyLibraryPath(const Services& services) {
   for (const std::string& folder :
        {services.state.installDirectory, withoutLastComponent(services.state.link.hostInstallPath())}) {
-    const std::string path = folder + "\\config\\Resource\\Empty.olb";
+    std::string path = folder + "\\config\\Resource\\Empty.olb";
     if (services.world.files.exists(path)) {
       return path;
     }

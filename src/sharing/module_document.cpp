@@ -108,9 +108,11 @@ Json displayedProperty(const RecordElement& element, StartPlace startPlace) {
 }  // namespace
 
 void ModuleDocument::start() {
-  root_ = Json::object();
-  children_ = root_.add("children", Json::array());
-  library_ = root_.add("lib", Json::array());
+  root_ = {};
+  Json root = Json::object();
+  children_ = root.add("children", Json::array());
+  library_ = root.add("lib", Json::array());
+  root_ = std::move(root);
   partKeys_.clear();
   part_ = {};
   object_ = {};
@@ -144,10 +146,12 @@ void ModuleDocument::startPart(const RecordElement& element) {
   part.add("Designator", isPart ? element(8) : std::string_view());
   part.add("Type", type);
   part.add("BoundingBox", joined(element, 3, 4));
-  part_.properties = part.add("Property", Json::object());
-  part_.displayedProperties = part.add("DispProperty", Json::array());
-  part_.children = part.add("children", Json::array());
+  Current current;
+  current.properties = part.add("Property", Json::object());
+  current.displayedProperties = part.add("DispProperty", Json::array());
+  current.children = part.add("children", Json::array());
   root_.appendTo(library_, std::move(part));
+  part_ = current;  // only what stands in the document may be written to
 }
 
 void ModuleDocument::addProperty(JsonView properties, const RecordElement& element) {
@@ -177,9 +181,11 @@ void ModuleDocument::addLibraryRecord(const RecordElement& element) {
   } else if (const RecordKind* const row = libraryElementKind(kind)) {
     Json added = Json::object();
     added.add("Name", row->written);
-    part_.elementProperties = added.add("Property", Json::object());
+    part_.elementProperties = {};
+    const JsonView properties = added.add("Property", Json::object());
     added.add("Data", dataOf(*row, element));
     root_.appendTo(part_.children, std::move(added));
+    part_.elementProperties = properties;
   }
 }
 
@@ -198,12 +204,14 @@ void ModuleDocument::addSchematicRecord(const RecordElement& element) {
     Json object = Json::object();
     object_ = {};
     object.add("name", row->written);
+    Current current;
     if (row->hasProperties) {
-      object_.properties = object.add("Property", Json::object());
-      object_.displayedProperties = object.add("DispProperty", Json::array());
+      current.properties = object.add("Property", Json::object());
+      current.displayedProperties = object.add("DispProperty", Json::array());
     }
     object.add("Data", dataOf(*row, element));
     root_.appendTo(children_, std::move(object));
+    object_ = current;
   }
 }
 

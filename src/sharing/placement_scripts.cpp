@@ -65,7 +65,7 @@ std::vector<std::string> pointsOf(std::string_view path, PointForm form) {
     } else if (x.empty()) {
       x = piece;
     } else {
-      points.push_back(x + " " + piece);
+      points.push_back(x.append(" ").append(piece));
       x.clear();
     }
   }

@@ -13,7 +13,6 @@ namespace vernoxa {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class PacketDoorTest : public testing::Test, protected FakeServices {
  protected:

@@ -10,7 +10,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 
 constexpr const char* crashFile = "C:\\App\\bin\\catchLog\\log.txt";
 constexpr const char* trafficFile = "C:\\App\\Script\\Log\\schLog.txt";

@@ -9,9 +9,7 @@
 namespace vernoxa {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 using namespace std::string_literals;
 
 TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {

@@ -236,7 +236,7 @@ TEST(SelectDialogTest, TheOtherTemplatesStandInTheResources) {
 }
 
 TEST(SelectDialogTest, HoldsNoMoreHandlesAfterManyCalls) {
-  const int calls = soakCalls(60);
+  const int calls = soakCalls(20);
   const User user = [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_RETURN); };
   withUser(threeTexts, user);
   const HandleProbe before = HandleProbe::take();

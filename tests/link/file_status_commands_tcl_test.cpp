@@ -12,7 +12,6 @@
 namespace vernoxa {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class FileStatusCommandsTest : public testing::Test, protected FakeServices {

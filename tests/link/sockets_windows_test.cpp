@@ -56,8 +56,7 @@ class WindowsSocketsTest : public testing::Test, protected FakeServices {
 
   WindowsSockets sockets_;
   WindowsClock clock_;
-  World real_{clock_,         fake.codePage, fake.files,  fake.guids,   fake.locks,
-              fake.processes, sockets_,      fake.output, fake.messages};
+  World real_ = fake.world(clock_, sockets_);
   SocketClient client_{real_, logs};
   SOCKET server_ = INVALID_SOCKET;
   std::uint16_t port_ = 0;

@@ -9,7 +9,6 @@ namespace vernoxa {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(Configuration, OnlyStringsCount) {
   const struct {

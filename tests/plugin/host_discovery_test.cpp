@@ -9,7 +9,6 @@ namespace vernoxa {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 FakeRegistry::Values entry(const std::string& location, const std::string& version,
                            const std::string& name = "OrCAD Capture", const std::string& publisher = "Cadence Design") {

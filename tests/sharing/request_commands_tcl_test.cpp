@@ -15,7 +15,6 @@ namespace vernoxa {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 

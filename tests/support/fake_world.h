@@ -110,9 +110,11 @@ class FakeWorld {
   FakePictures pictures;
   FakeDesktop desktop;
 
-  World world() {
-    return {clock,   codePage, files,    guids,    locks,     processes, random,
-            sockets, output,   messages, registry, clipboard, pictures,  desktop};
+  World world() { return world(clock, sockets); }
+  // With a clock and sockets that are the system's own, say.
+  World world(Clock& ownClock, Sockets& ownSockets) {
+    return {ownClock,   codePage, files,    guids,    locks,     processes, random,
+            ownSockets, output,   messages, registry, clipboard, pictures,  desktop};
   }
 };
 

@@ -31,7 +31,7 @@ def main():
     lines = collections.defaultdict(lambda: collections.defaultdict(int))
     for record in records(build):
         for source in record["files"]:
-            path = (pathlib.Path(record["current_working_directory"]) / source["file"]).resolve()
+            path = (ROOT / source["file"]).resolve()  # the compiler was told to leave the folder's own path out
             if not path.is_relative_to(ROOT / "src"):
                 continue
             name = str(path.relative_to(ROOT / "src"))

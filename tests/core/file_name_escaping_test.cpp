@@ -1,0 +1,31 @@
+#include "core/file_name_escaping.h"
+
+#include <gtest/gtest.h>
+
+namespace vernoxa {
+namespace {
+
+TEST(FileNameEscaping, ReplacesWhatWindowsForbids) {
+  const struct {
+    std::string_view name;
+    std::string_view escaped;
+  } cases[] = {
+      {"", ""},
+      {"S@!@A/B:1@!@K.json", "S@!@A[;xiegan;]B[;maohao;]1@!@K.json"},
+      {R"(\/:*?"<>|)",
+       "[;fanxiegan;][;xiegan;][;maohao;][;xinghao;][;wenhao;][;yinhao;][;xiaoyuhao;][;dayuhao;][;shugan;]"},
+      {"::", "[;maohao;][;maohao;]"},
+      {"a[;maohao;]b", "a[;maohao;]b"},
+      {"电源 页.json", "电源 页.json"},
+      {"\x95\x5C\x81\x7C|", "\x95\x5C\x81\x7C[;shugan;]"},  // second bytes that look like "\" and "|"
+      {"\x81/..\\x", "\x81[;xiegan;]..[;fanxiegan;]x"},     // a first byte without its second hides no separator
+      {"\x95\\", "\x95\\"},                                 // which is a whole character
+      {"a\x95", "a\x95"},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(escapedFileName(each.name), each.escaped) << each.name;
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,103 @@
+// The commands of the drawing export as a host's script calls them.
+#include <gtest/gtest.h>
+#include <tcl.h>
+
+#include "plugin/plug_in.h"
+#include "plugin/start_up.h"
+#include "support/fake_world.h"
+#include "support/tcl_interp_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+class ExportCommands : public testing::Test {
+ protected:
+  ExportCommands() {
+    fake.files.addFolder("C:\\App\\Cache");
+    startUp(interp.get(), plugIn);
+    interp.define("GetProductVersion", [this](const Words&) {
+      interp.evaluate(whenAsked);
+      return Evaluation{true, version};
+    });
+  }
+  ~ExportCommands() override { setActivePlugIn(nullptr); }
+
+  std::string run(const std::string& script) {
+    const auto answer = interp.evaluate(script);
+    EXPECT_EQ(answer.status, TCL_OK) << script << ": " << answer.text;
+    return answer.text;
+  }
+  std::string page(const std::string& name) {
+    return fake.files.bytes("C:\\App\\Cache\\Output\\S@!@" + name + "@!@K.json");
+  }
+  bool holds(const std::string& name, const std::string& text) { return page(name).find(text) != std::string::npos; }
+
+  TclInterp interp;
+  FakeWorld fake;
+  World world = fake.world();
+  PlugIn plugIn{world, "C:\\App\\bin\\Vernoxa64.dll", Logs(fake.clock, fake.files, "C:\\App\\bin"), nullptr,
+                [](std::shared_ptr<Session>) {}};
+  std::string version = "17.4";
+  std::string whenAsked;
+};
+
+TEST_F(ExportCommands, APageThroughItsCommands) {
+  EXPECT_EQ(run("initSVGList"), "");
+  EXPECT_EQ(run("addToPageList {Schematic S}; addToPageList {Page P 1 2 K}; addToLibList {Name RES}"), "");
+  EXPECT_EQ(run("addToPageList [list Part 1 2 0 0 RES]"), "");  // without its id
+  EXPECT_EQ(run("addToPageList {not a \"list\"x}; addToPageList; addToLibList; addToPageList {}"), "");
+  EXPECT_EQ(run("outputSVGFile [list S P unread unread K]"), "");
+  EXPECT_TRUE(holds("P", "\"id\":\t\"\",\r\n\t\t\t\t\t\t\"transform\":\t\"translate(1 2) rotate(0) scale(1,1)\""));
+  EXPECT_TRUE(holds("P", "\"id\":\t\"RES\""));
+  EXPECT_EQ(run("outputSVGFile"), "");
+  EXPECT_EQ(fake.files.entries("C:\\App\\Cache\\Output").size(), 1U);
+}
+
+TEST_F(ExportCommands, TheHostIsAskedOnceAnExportAndOnlyForChineseTexts) {
+  const std::string chinese = "addToPageList [list Text 1 2 \\u7535\\u963b\\u503c 0 {} -9 0]; ";
+  run("initSVGList; addToPageList {Page P 1 2 K}; addToPageList {Text 1 2 R1 0 {} -9 0}");
+  EXPECT_EQ(interp.calls.size(), 0U);
+  run(chinese + chinese + "addToLibList [list Text 1 2 \\u7535\\u963b\\u503c 0 {} -9 0]");
+  EXPECT_EQ(interp.calls.size(), 1U);
+  run("outputSVGFile {S P - - K}; initSVGList; addToPageList {Page P 1 2 K}; " + chinese);
+  EXPECT_EQ(interp.calls.size(), 2U);
+}
+
+TEST_F(ExportCommands, TextsOfOldHostsStayAsTheyAre) {
+  const std::string text = "[list Text 1 2 \\u7535\\u00e4\\u963b\\u503c 0 {} -9 0]";  // code page 936 has no such a
+  for (const auto& [host, shown] : {std::pair<std::string, std::u8string>("17.4", u8"电?阻值"),
+                                    {"16.5", u8"电ä阻值"},
+                                    {"16.3", u8"电ä阻值"},
+                                    {"16.50", u8"电?阻值"}}) {
+    version = host;
+    run("initSVGList; addToPageList {Page P 1 2 K}; addToPageList " + text + "; outputSVGFile {S P - - K}");
+    EXPECT_TRUE(holds("P", utf8(shown))) << host;
+  }
+}
+
+TEST_F(ExportCommands, AHostThatExportsWhileItIsAskedBreaksNothing) {
+  run("set record [list Text 1 2 \\u7535\\u963b\\u503c 0 {} -9 0]");
+  whenAsked =
+      "incr ::asked; dict size $::record; unset ::record; initSVGList; "
+      "addToPageList {Page Q 1 2 K}; addToPageList {Line 1 2 3 4 0 0 0}";
+  run("initSVGList; addToPageList {Page P 1 2 K}; addToPageList $record; outputSVGFile {S Q - - K}");
+  EXPECT_EQ(run("set asked"), "1");
+  EXPECT_TRUE(holds("Q", "\"x1\":\t\"1\""));
+  EXPECT_TRUE(holds("Q", utf8(u8"电阻值")));
+}
+
+TEST_F(ExportCommands, GraphicLibraries) {
+  EXPECT_EQ(run("outputGraphicFile a"), "C:/App/Cache/Library/a.json");
+  EXPECT_EQ(fake.files.bytes("C:\\App\\Cache\\Library\\a.json"), "(no file)");
+  EXPECT_EQ(run("initGraphicFile; addGraphicLibList {Name RES}; addGraphicLibList; outputGraphicFile lib/b"),
+            "C:/App/Cache/Library/lib-b.json");
+  EXPECT_NE(fake.files.bytes("C:\\App\\Cache\\Library\\lib-b.json").find("\"RES\""), std::string::npos);
+}
+
+TEST_F(ExportCommands, NamesWithOtherCharacters) {
+  EXPECT_EQ(run("list [checkCharIllegal R1] [checkCharIllegal {}] [checkCharIllegal] [checkCharIllegal R\\u00e4]"),
+            "0 1 1 1");
+}
+
+}  // namespace
+}  // namespace vernoxa
