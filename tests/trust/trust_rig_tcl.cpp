@@ -27,6 +27,11 @@ int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   return failed ? TCL_ERROR : TCL_OK;
 }
 
+World worldOn(FakeWorld& fake, Files& files) {
+  return {fake.clock,   fake.codePage, files,         fake.guids,    fake.locks,     fake.processes, fake.random,
+          fake.sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
+}
+
 Tcl_Obj* heldText(const std::string& text) {
   Tcl_Obj* const object = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
   Tcl_IncrRefCount(object);
@@ -68,8 +73,9 @@ TrustHost::Answer TrustHost::call(const Words& words) {
   return {text == "command returned bad code: -1" ? -1 : status, text};  // how Tcl tells of it at its top level
 }
 
-TrustLoad::TrustLoad()
-    : plugIn{fake.world(), "C:\\App\\bin\\Vernoxa64.dll", Logs(fake.clock, fake.files, "C:\\App\\bin"), nullptr,
+TrustLoad::TrustLoad(Files* files)
+    : plugIn{worldOn(fake, files != nullptr ? *files : fake.files), "C:\\App\\bin\\Vernoxa64.dll",
+             Logs(fake.clock, files != nullptr ? *files : fake.files, "C:\\App\\bin"), nullptr,
              [](std::shared_ptr<Session>) {}} {
   for (const char* const folder : {"C:\\App\\bin", "C:\\App\\Script\\Log", "C:\\App\\Cache", "C:\\Temp"}) {
     fake.files.addFolder(folder);

@@ -41,7 +41,8 @@ class TrustHost {
 // One load for one run.
 class TrustLoad {
  public:
-  TrustLoad();
+  // On that file system instead of the fake one.
+  explicit TrustLoad(Files* files = nullptr);
   ~TrustLoad();
   TrustLoad(const TrustLoad&) = delete;
   TrustLoad& operator=(const TrustLoad&) = delete;

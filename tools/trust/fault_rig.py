@@ -38,7 +38,7 @@ CASES = {
     "answer corrupted": (HOST, Fault("corrupt", "answers", 60)),
     "answer repeated": (HOST, Fault("repeat", "answers", 4)),
     "host half-closed": (HOST, Fault("halfClose", "answers", 60)),
-    "request cut": (HOST, Fault("cut", "requests", 30)),
+    "request cut": (HOST, Fault("cut", "requests", 90)),  # after the first: else nobody calls the companion
     "message to the companion cut": (COMPANION, Fault("cut", "requests", 100)),
     "companion's answer cut": (COMPANION, Fault("cut", "answers", 30)),
     "companion half-closed": (COMPANION, Fault("halfClose", "answers", 30)),
