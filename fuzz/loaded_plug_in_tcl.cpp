@@ -48,7 +48,7 @@ RecordingHost::RecordingHost() {
   registerCommands(interp.get());
 }
 
-int RecordingHost::call(const Words& words) {
+int RecordingHost::call(const Words& words) const {
   std::vector<Tcl_Obj*> objects;
   for (const std::string& word : words) {
     objects.push_back(Tcl_NewStringObj(word.data(), static_cast<int>(word.size())));
@@ -82,7 +82,7 @@ RecordingHost& recordingHost() {
 
 LoadedPlugIn::LoadedPlugIn()
     : plugIn{fake.world(), "C:\\App\\bin\\Vernoxa64.dll", Logs(fake.clock, fake.files, "C:\\App\\bin"), nullptr,
-             [](std::shared_ptr<Session>) {}} {
+             [](std::shared_ptr<Session> session) { session.reset(); }} {
   fake.files.addFolder("C:\\App\\bin");
   fake.files.addFolder("C:\\App\\Script\\Log");
   fake.files.addFolder("C:\\App\\Cache");

@@ -19,7 +19,7 @@ class RecordingHost {
   // What every procedure of the host answers from now on.
   void answerWith(std::string_view answer) { answer_ = answer; }
   // Runs one command of the plug-in at global level. Gives Tcl's status.
-  int call(const Words& words);
+  int call(const Words& words) const;
   std::string result() const;
   // Every recorded call must be one of these, which stand between blanks, or Tcl's own `list`.
   void requireOnly(std::string_view procedures) const;

@@ -105,7 +105,7 @@ void scriptText(std::string_view input) {
     return std::count_if(interp.calls.begin(), interp.calls.end(),
                          [&](const Words& words) { return words.front() == name; });
   };
-  const auto lists = form % 5 == 4 ? 1 : 0;
+  const std::ptrdiff_t lists = form % 5 == 4 ? 1 : 0;
   if (form % 5 == 3) {
     // One word with the command's own: no such command, or no script at all when the value ends in a blank.
     require(isCalled("unknown") <= 1 && interp.calls.size() <= 1, "a joined value ran something");
@@ -113,7 +113,7 @@ void scriptText(std::string_view input) {
     return;
   }
   require(isCalled("target") == 1 && isCalled("list") == lists, "the intended procedure was not called once");
-  require(interp.calls.size() == static_cast<std::size_t>(1 + lists), "a value ran something");
+  require(interp.calls.size() == 1 + static_cast<std::size_t>(lists), "a value ran something");
   const Words& words = interp.calls.back();
   require(words.back() == "end", "a value swallowed the word after it");
   if (arrivesAsText(value) && form % 5 != 2) {

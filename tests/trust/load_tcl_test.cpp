@@ -18,13 +18,13 @@ namespace {
 class TirelessSockets final : public Sockets {
  public:
   long connections = 0;
-  long open_ = 0;
+  long stillOpen = 0;
   long requests = 0;
 
   void startUp() override { ++started; }
   void cleanUp() override { --started; }
   std::optional<Handle> open() override {
-    ++open_;
+    ++stillOpen;
     return Handle(1);
   }
   bool connect(Handle, const char*, std::uint16_t) override {
@@ -50,7 +50,7 @@ class TirelessSockets final : public Sockets {
   }
   bool waitReadable(Handle, std::chrono::milliseconds) override { return true; }
   void shutDown(Handle) override {}
-  void close(Handle) override { --open_; }
+  void close(Handle) override { --stillOpen; }
   int lastErrorNumber() override { return 0; }
 
   long started = 0;
@@ -118,7 +118,7 @@ TEST_F(Load, LinkThreadForSimulatedHours) {
   }
   EXPECT_EQ(crashes(), "before\nFun111");
   EXPECT_GT(sockets.requests, hours.count() * 3600 / 10);
-  EXPECT_EQ(sockets.open_, 0);
+  EXPECT_EQ(sockets.stillOpen, 0);
   EXPECT_EQ(sockets.started, 0);
   RecordProperty("hours", static_cast<int>(hours.count()));
   RecordProperty("requests", static_cast<int>(sockets.requests));
@@ -136,7 +136,7 @@ TEST_F(Load, ConnectionsOneAfterTheOther) {
     ASSERT_EQ(client.receivePacket(answer, std::chrono::seconds(30)), 0);
   }
   EXPECT_EQ(sockets.connections, wanted);
-  EXPECT_EQ(sockets.open_, 0);
+  EXPECT_EQ(sockets.stillOpen, 0);
   EXPECT_EQ(sockets.started, 0);
   RecordProperty("connections", wanted);
 }
