@@ -38,7 +38,10 @@ std::string utf8ToAnsi(std::string_view text) {
 #else
 
 std::string convert(std::string_view text, const char* from, const char* to, std::string_view substitute) {
-  const iconv_t conversion = iconv_open(to, from);
+  struct Conversion {
+    iconv_t handle;
+    ~Conversion() { iconv_close(handle); }
+  } const conversion{iconv_open(to, from)};
   std::string input(text);
   char* next = input.data();
   std::size_t left = input.size();
@@ -48,7 +51,7 @@ std::string convert(std::string_view text, const char* from, const char* to, std
     char* output = buffer.data();
     std::size_t space = buffer.size();
     const char* const before = next;
-    iconv(conversion, &next, &left, &output, &space);
+    iconv(conversion.handle, &next, &left, &output, &space);
     result.append(buffer.data(), buffer.size() - space);
     if (next == before && space == buffer.size()) {  // stuck: one bad byte, or one character without a counterpart
       result.append(substitute);
@@ -58,7 +61,6 @@ std::string convert(std::string_view text, const char* from, const char* to, std
       } while (from == std::string_view("UTF-8") && left > 0 && (static_cast<unsigned char>(*next) & 0xC0U) == 0x80U);
     }
   }
-  iconv_close(conversion);
   return result;
 }
 

@@ -12,7 +12,7 @@ refuse() {
 }
 
 tracked() {
-  git ls-files -z "$@" | while IFS= read -r -d '' file; do
+  git ls-files -z -- "$@" ':!fuzz/corpus' | while IFS= read -r -d '' file; do
     [ -f "$file" ] && printf '%s\0' "$file"
   done
 }

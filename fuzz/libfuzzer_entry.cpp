@@ -1,0 +1,35 @@
+// The fuzzer: vernoxa_fuzz --target=NAME [libFuzzer's own options and folders]
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "target.h"
+
+namespace {
+
+const vernoxa::fuzz::Target* chosen = nullptr;
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
+  constexpr std::string_view option = "--target=";
+  for (int index = 1; index < *count; ++index) {
+    const std::string_view argument = (*arguments)[index];
+    if (argument.starts_with(option)) {
+      chosen = vernoxa::fuzz::findTarget(argument.substr(option.size()));
+    }
+  }
+  if (chosen == nullptr) {
+    std::fputs("--target=NAME with one of:\n", stderr);
+    for (const auto& target : vernoxa::fuzz::targets()) {
+      std::fprintf(stderr, "  %s\n", target.name);
+    }
+    std::exit(2);
+  }
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  chosen->run(std::string_view(reinterpret_cast<const char*>(bytes), size));
+  return 0;
+}

@@ -1,0 +1,127 @@
+#include <algorithm>
+
+#include "core/json.h"
+#include "link/envelope.h"
+#include "link/link_thread.h"
+#include "link/packet_text.h"
+#include "link/socket_client.h"
+#include "support/fake_world.h"
+#include "target.h"
+
+namespace vernoxa::fuzz {
+namespace {
+
+// The input as a stream that comes in pieces: a byte gives the size of each piece that follows it.
+std::vector<Piece> piecesOf(std::string_view input) {
+  std::vector<Piece> pieces;
+  while (!input.empty()) {
+    const auto size = static_cast<std::size_t>(static_cast<unsigned char>(input.front())) + 1;
+    pieces.push_back({std::string(input.substr(1, size)), std::chrono::milliseconds(size)});
+    input.remove_prefix(std::min(input.size(), size + 1));
+  }
+  std::erase_if(pieces, [](const Piece& piece) { return piece.bytes.empty(); });
+  return pieces;
+}
+
+void requireAllClosed(FakeServices& services) {
+  require(services.fake.sockets.stillOpen() == 0, "a socket stayed open");
+  require(services.fake.sockets.started() == 0, "a start of the sockets without its clean-up");
+  require(!services.fake.sockets.misused(), "a closed socket was used");
+}
+
+}  // namespace
+
+void packetText(std::string_view input) {
+  const DecodedPacket decoded = messageOf(input);
+  require(decoded.message.size() <= input.size() / 2, "more was decoded than came");
+  const std::string again = packetTextOf(decoded.message);
+  if (decoded.valid) {
+    std::string lower(input.substr(0, input.size() / 2 * 2));
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return static_cast<char>(c >= 'A' && c <= 'F' ? c + ('a' - 'A') : c); });
+    require(again == lower, "decoding and encoding changed a packet text");
+  }
+  require(messageOf(packetTextOf(input)).message == input, "encoding and decoding changed a message");
+
+  FakeServices services;
+  services.enableTraffic();
+  std::string message;
+  require((decodePacket(services.services, input, message) == 0) == decoded.valid, "decodePacket judged otherwise");
+  require(message == decoded.message, "decodePacket gave another message");
+}
+
+void frame(std::string_view input) {
+  FakeServices services;
+  if (!input.empty() && (input.front() & 1) != 0) {
+    services.enableTraffic();
+  }
+  const bool limited = !input.empty() && (input.front() & 2) != 0;
+  services.fake.sockets.expect(hostPort, {piecesOf(input), StreamEnd::close, {}});
+  {
+    SocketClient client(services.world, services.logs);
+    require(client.connect(localAddress, hostPort) == 0, "the connection was refused");
+    int received = 0;
+    while (received == 0) {
+      std::string message;
+      try {
+        received = limited ? client.receivePacket(message, std::chrono::seconds(30)) : client.receivePacket(message);
+      } catch (const std::runtime_error&) {
+        require(message.empty(), "a faulty payload gave a message");
+      }
+      require(message.size() < 32768, "a message longer than the format allows");
+    }
+  }
+  requireAllClosed(services);
+}
+
+void envelope(std::string_view input) {
+  FakeServices services;
+  const std::string text(input);
+  const Json message = parseMessage(text, services.fake.output);
+  const auto reply = errorReply("command error", text, services.fake.output);
+  if (!message) {
+    require(!reply, "a reply to what is no JSON");
+    return;
+  }
+  const auto command = commandOf(message.view(), services.fake.output);
+  require(command.has_value() == reply.has_value(), "a reply without a command, or none for one");
+  const Json again = Json::parse(message.printUnformatted()).document;
+  require(static_cast<bool>(again), "what was printed does not parse");
+  require(again.printFormatted() == message.printFormatted(), "printing and parsing changed a message");
+  if (reply) {
+    const Json parsed = Json::parse(*reply).document;
+    require(parsed.member("Command").text() == *command + std::string(replySuffix), "a reply with another name");
+  }
+  for (const JsonView member : message.view()) {
+    member.wholeNumber();
+    require(member.size() == 0 || member.isArray() || member.isObject(), "members in a plain value");
+  }
+}
+
+// The host's answers to the thread, one a line; "|" within a line ends a frame early and begins the next one.
+void linkThread(std::string_view input) {
+  FakeServices services;
+  services.state.link.setClientCreated(true);
+  Peer host;
+  host.pieces = {{frameOf(R"({"Result":"0"})"), {}}};
+  while (!input.empty()) {
+    std::string_view line = takeUntil(input, '\n');
+    while (!line.empty()) {
+      const std::string whole = frameOf(takeUntil(line, '|'));
+      host.pieces.push_back({whole.substr(0, 4), {}});
+      host.pieces.push_back({whole.substr(4), {}});
+    }
+  }
+  std::erase_if(host.pieces, [](const Piece& piece) { return piece.bytes.empty(); });
+  services.fake.sockets.listen(hostPort, std::move(host));
+  services.fake.sockets.listen(companionPort, {});
+  services.fake.clock.stopAfter = 12;
+  {
+    SocketClient client(services.world, services.logs);
+    LinkThread(services.services, client).run();
+  }
+  requireAllClosed(services);
+  require(services.crashes().ends_with("Fun111"), "the thread ended by itself");
+}
+
+}  // namespace vernoxa::fuzz

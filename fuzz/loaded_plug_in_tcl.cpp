@@ -1,0 +1,98 @@
+#include "loaded_plug_in_tcl.h"
+
+#include <tcl.h>
+
+#include "plugin/command_guard.h"
+#include "target.h"
+
+namespace vernoxa::fuzz {
+namespace {
+
+bool variableRead = false;
+
+char* noteRead(ClientData, Tcl_Interp*, const char*, const char*, int) {
+  variableRead = true;
+  return nullptr;
+}
+
+Evaluation listOf(const Words& words) {
+  std::vector<const char*> elements;
+  for (std::size_t index = 1; index < words.size(); ++index) {
+    elements.push_back(words[index].c_str());
+  }
+  char* const merged = Tcl_Merge(static_cast<int>(elements.size()), elements.data());
+  const std::string text = merged;
+  Tcl_Free(merged);
+  return {true, text};
+}
+
+bool isAmong(const std::string& name, std::string_view procedures) {
+  while (!procedures.empty()) {
+    if (takeUntil(procedures, ' ') == name) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+RecordingHost::RecordingHost() {
+  interp.recordEverything();
+  interp.define("unknown", [this](const Words&) { return Evaluation{true, answer_}; });
+  interp.define("list", listOf);
+  for (const char* const name : {"evil", "a", "x"}) {
+    Tcl_SetVar(interp.get(), name, "value", TCL_GLOBAL_ONLY);
+    Tcl_TraceVar(interp.get(), name, TCL_GLOBAL_ONLY | TCL_TRACE_READS, noteRead, nullptr);
+  }
+  registerCommands(interp.get());
+}
+
+int RecordingHost::call(const Words& words) const {
+  std::vector<Tcl_Obj*> objects;
+  for (const std::string& word : words) {
+    objects.push_back(Tcl_NewStringObj(word.data(), static_cast<int>(word.size())));
+    Tcl_IncrRefCount(objects.back());
+  }
+  const int status = Tcl_EvalObjv(interp.get(), static_cast<int>(objects.size()), objects.data(), TCL_EVAL_GLOBAL);
+  for (Tcl_Obj* const object : objects) {
+    Tcl_DecrRefCount(object);
+  }
+  return status;
+}
+
+std::string RecordingHost::result() const {
+  return Tcl_GetStringResult(interp.get());
+}
+
+// A procedure of the host is not defined here: it arrives at `unknown`, whose first argument is its name.
+void RecordingHost::requireOnly(std::string_view procedures) const {
+  require(!variableRead, "a variable was read");
+  for (const Words& words : interp.calls) {
+    const bool ownList = words.front() == "list";
+    require(ownList || (words.size() > 1 && isAmong(words[1], procedures)),
+            "evaluated: " + words.front() + " " + (words.size() > 1 ? words[1] : ""));
+  }
+}
+
+RecordingHost& recordingHost() {
+  static RecordingHost host;
+  return host;
+}
+
+LoadedPlugIn::LoadedPlugIn()
+    : plugIn{fake.world(), "C:\\App\\bin\\Vernoxa64.dll", Logs(fake.clock, fake.files, "C:\\App\\bin"), nullptr,
+             [](std::shared_ptr<Session> session) { session.reset(); }} {
+  fake.files.addFolder("C:\\App\\bin");
+  fake.files.addFolder("C:\\App\\Script\\Log");
+  fake.files.addFolder("C:\\App\\Cache");
+  fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","ID":"1"}})"), {}}}, {}, {}});
+  plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
+  setActivePlugIn(&plugIn);
+}
+
+LoadedPlugIn::~LoadedPlugIn() {
+  setActivePlugIn(nullptr);
+}
+
+}  // namespace vernoxa::fuzz

@@ -1,0 +1,125 @@
+#include <algorithm>
+
+#include "core/json.h"
+#include "core/script_text.h"
+#include "core/text.h"
+#include "plugin/configuration.h"
+#include "plugin/host_discovery.h"
+#include "support/fake_world.h"
+#include "support/tcl_interp_tcl.h"
+#include "target.h"
+
+namespace vernoxa::fuzz {
+namespace {
+
+bool arrivesAsText(std::string_view value) {
+  return value.find_first_of(std::string_view("\\ \t\v\f\r\n\0", 8)) == std::string_view::npos && isValidUtf8(value);
+}
+
+// Every way to write a value, beside words that must arrive unchanged.
+std::string scriptOf(char form, std::string_view value) {
+  ScriptText script("target ");
+  switch (form % 5) {
+    case 0:
+      return script.quoted(value).literal(" end").text();
+    case 1:
+      return script.literal("x").bare(value).literal(" end").text();
+    case 2:
+      return script.braced(value).literal(" end").text();
+    case 3:
+      return ScriptText("target").joined(value).literal(" end").text();
+    default:
+      return script.literal("[list x").bare(value).literal("] end").text();
+  }
+}
+
+}  // namespace
+
+void configuration(std::string_view input) {
+  const std::string text(input);
+  const auto read = parseConfiguration(text);
+  const Json parsed = Json::parse(text).document;
+  require(read.has_value() == static_cast<bool>(parsed), "a configuration out of what is no JSON, or none out of JSON");
+  require(!read || !read->startCompanion || parsed.member("StartWithCadence").text() == "1",
+          "the companion would be started unasked");
+}
+
+void texts(std::string_view input) {
+  FakeServices services;
+  const TextConverter& convert = services.text;
+  for (const std::string& text : {convert.ansiToUtf8(input), convert.scriptValue(input)}) {
+    require(isValidUtf8(text) || text == input.substr(0, input.find('\0')), "a script text that is no UTF-8");
+  }
+  convert.utf8ToAnsi(input);
+  convert.messageText(input);
+  convert.hostPath(input);
+  std::string joined;
+  for (const std::string& field : splitFields(input, ';')) {
+    joined.append(field).append(";");
+  }
+  require(joined.substr(0, joined.size() - 1) == input, "splitting lost a byte");
+  require(input.starts_with(withoutLastComponent(input)), "a folder that is not the path's");
+  require(replaceInCodePage(input, '\\', "\\") == input, "replacing a character by itself changed a text");
+  require(replaceAll(input, "\\", "\\\\") == doubleBackslashes(input), "backslashes doubled in two ways");
+}
+
+// First line: the host's version; then an installed product a line, its values between tabs.
+void registry(std::string_view input) {
+  FakeServices services;
+  const std::string version(takeUntil(input, '\n'));
+  while (!input.empty()) {
+    std::string_view line = takeUntil(input, '\n');
+    FakeRegistry::Values values;
+    for (const char* const name : {"Publisher", "InstallLocation", "DisplayName", "DisplayVersion"}) {
+      if (!line.empty()) {
+        values[name] = takeUntil(line, '\t');
+      }
+    }
+    auto& entries = line.empty() ? services.fake.registry.machine : services.fake.registry.user;
+    entries.emplace_back("product " + std::to_string(entries.size()), std::move(values));
+  }
+  services.fake.files.addFile("C:\\Cadence\\tools\\bin\\Capture.exe", "the host");
+  const auto installations = readOrcadInstallInfo(services.fake.registry, services.logs);
+  const std::string found = findHostExecutable(services.fake.files, version, installations);
+  require(found.empty() || services.fake.files.exists(found), "a host that is not there");
+  require(services.crashes().empty(), "reading the registry ended in an exception");
+}
+
+// The first byte chooses how the value is written.
+void scriptText(std::string_view input) {
+  static TclInterp& interp = []() -> TclInterp& {
+    static TclInterp made;
+    made.recordEverything();
+    made.define("target");
+    made.define("list", [](const Words& words) { return Evaluation{true, words.size() > 1 ? words[1] : ""}; });
+    return made;
+  }();
+  if (input.empty()) {
+    return;
+  }
+  const char form = static_cast<char>(input.front() & 0x7F);
+  const std::string_view value = input.substr(1).substr(0, input.substr(1).find('\0'));
+  interp.calls.clear();
+  interp.evaluate(scriptOf(form, value));
+  const auto isCalled = [&](const char* name) {
+    return std::count_if(interp.calls.begin(), interp.calls.end(),
+                         [&](const Words& words) { return words.front() == name; });
+  };
+  const std::ptrdiff_t lists = form % 5 == 4 ? 1 : 0;
+  if (form % 5 == 3) {
+    // One word with the command's own: no such command, or no script at all when the value ends in a blank.
+    require(isCalled("unknown") <= 1 && interp.calls.size() <= 1, "a joined value ran something");
+    require(interp.calls.empty() || interp.calls[0][1].starts_with("target\""), "a joined value chose the procedure");
+    return;
+  }
+  require(isCalled("target") == 1 && isCalled("list") == lists, "the intended procedure was not called once");
+  require(interp.calls.size() == 1 + static_cast<std::size_t>(lists), "a value ran something");
+  const Words& words = interp.calls.back();
+  require(words.back() == "end", "a value swallowed the word after it");
+  if (arrivesAsText(value) && form % 5 != 2) {
+    const std::string expected = (form % 5 == 0 ? "" : "x") + std::string(value);
+    require(words.size() == 3 && words[1] == expected, "a value arrived changed");
+  }
+}
+
+}  // namespace vernoxa::fuzz

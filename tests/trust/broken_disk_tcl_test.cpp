@@ -1,0 +1,100 @@
+// A disk that stays full, folders that stay read-only, a log folder that comes and goes: every kept conversation again.
+#include <gtest/gtest.h>
+
+#include "link/packet_text.h"
+#include "plugin/command_table.h"
+#include "trust/trust_rig_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+enum class Trouble { full, readOnly, logFolderComesAndGoes };
+
+class FullFile final : public OutputFile {
+ public:
+  bool write(std::string_view) override { return false; }
+};
+
+// What is there can be read; what is new depends on the trouble.
+class BrokenDisk final : public Files {
+ public:
+  explicit BrokenDisk(Trouble trouble) : trouble_(trouble) {}
+
+  FakeFiles* there = nullptr;
+
+  std::uint32_t attributes(const std::string& path) override {
+    const bool gone = trouble_ == Trouble::logFolderComesAndGoes && path.ends_with("\\Log") && ++asked_ % 3 == 0;
+    return gone ? noAttributes : there->attributes(path);
+  }
+  std::optional<std::string> read(const std::string& path) override { return there->read(path); }
+  std::unique_ptr<OutputFile> openForAppending(const std::string& path) override {
+    if (trouble_ == Trouble::logFolderComesAndGoes) {
+      return ++asked_ % 3 == 0 ? nullptr : there->openForAppending(path);
+    }
+    return newFile();
+  }
+  std::unique_ptr<OutputFile> create(const std::string& path) override {
+    return trouble_ == Trouble::logFolderComesAndGoes ? there->create(path) : newFile();
+  }
+  bool createFolder(const std::string& path) override { return writable() && there->createFolder(path); }
+  bool removeFile(const std::string& path) override { return writable() && there->removeFile(path); }
+  bool removeFolder(const std::string& path) override { return writable() && there->removeFolder(path); }
+  bool copyFile(const std::string& from, const std::string& to) override {
+    return writable() && there->copyFile(from, to);
+  }
+  std::vector<FolderEntry> entries(const std::string& folder) override { return there->entries(folder); }
+
+ private:
+  bool writable() const { return trouble_ == Trouble::logFolderComesAndGoes; }
+  std::unique_ptr<OutputFile> newFile() const {
+    return trouble_ == Trouble::full ? std::make_unique<FullFile>() : nullptr;
+  }
+
+  Trouble trouble_;
+  int asked_ = 0;
+};
+
+// A packet goes through its door, a list of commands line by line.
+std::vector<Words> callsOf(const std::string& door, const KeptInput& input) {
+  return door.empty() ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
+}
+
+std::vector<int> statusesOn(BrokenDisk* disk, TrustHost& host, const std::string& answer,
+                            const std::vector<Words>& calls) {
+  TrustLoad load(disk);
+  if (disk != nullptr) {
+    disk->there = &load.fake.files;
+  }
+  load.beginSession();
+  host.answer = answer;
+  std::vector<int> statuses;
+  for (const Words& words : calls) {
+    statuses.push_back(host.call(words).status);
+  }
+  EXPECT_EQ(load.harmToTheUsersFiles(), "");
+  EXPECT_EQ(load.fake.locks.held, 0);
+  return statuses;
+}
+
+TEST(BrokenDisk, EveryKeptConversationEndsAsOnAGoodOne) {
+  TrustHost host;
+  int conversations = 0;
+  for (const auto& [target, door] : {std::pair("companion_packet", "packetParser"),
+                                     std::pair("thread_packet", "packetParserForPthread"), std::pair("commands", "")}) {
+    for (const KeptInput& input : keptInputs(target)) {
+      SCOPED_TRACE(std::string(target) + "/" + input.name);
+      const std::vector<Words> calls = callsOf(door, input);
+      const std::vector<int> good = statusesOn(nullptr, host, input.answer, calls);
+      for (const Trouble trouble : {Trouble::full, Trouble::readOnly, Trouble::logFolderComesAndGoes}) {
+        BrokenDisk disk(trouble);
+        EXPECT_EQ(statusesOn(&disk, host, input.answer, calls), good);
+        ++conversations;
+      }
+    }
+  }
+  EXPECT_GT(conversations, 100);
+  RecordProperty("conversations", conversations);
+}
+
+}  // namespace
+}  // namespace vernoxa

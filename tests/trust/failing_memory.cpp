@@ -1,0 +1,85 @@
+#include "trust/failing_memory.h"
+
+#include <cJSON.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace vernoxa {
+namespace {
+
+thread_local int counted = 0;
+thread_local int failing = 0;
+thread_local int suspended = 0;
+std::atomic<long> live = 0;
+
+bool isTheFailingOne() {
+  return suspended == 0 && ++counted == failing;
+}
+
+void* allocateOrNull(std::size_t size) {
+  void* const block = isTheFailingOne() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  live += block != nullptr ? 1 : 0;
+  return block;
+}
+
+void* allocate(std::size_t size) {
+  void* const block = allocateOrNull(size);
+  return block != nullptr ? block : throw std::bad_alloc();
+}
+
+void release(void* block) {
+  live -= block != nullptr ? 1 : 0;
+  std::free(block);
+}
+
+const bool jsonUsesThese = [] {
+  cJSON_Hooks hooks{allocateOrNull, release};
+  cJSON_InitHooks(&hooks);
+  return true;
+}();
+
+}  // namespace
+
+void failAllocation(int number) {
+  counted = 0;
+  failing = number;
+}
+
+int countedAllocations() {
+  return counted;
+}
+
+long liveBlocks() {
+  return live;
+}
+
+EnoughMemory::EnoughMemory() {
+  ++suspended;
+}
+
+EnoughMemory::~EnoughMemory() {
+  --suspended;
+}
+
+}  // namespace vernoxa
+
+void* operator new(std::size_t size) {
+  return vernoxa::allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return vernoxa::allocate(size);
+}
+void operator delete(void* block) noexcept {
+  vernoxa::release(block);
+}
+void operator delete[](void* block) noexcept {
+  vernoxa::release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  vernoxa::release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+  vernoxa::release(block);
+}

@@ -1,0 +1,212 @@
+// Each call that can fail does so once, in every kept conversation: allocations, files, sockets, the host's procedures.
+#include <gtest/gtest.h>
+#include <tcl.h>
+
+#include "core/json.h"
+#include "link/packet_text.h"
+#include "plugin/command_guard.h"
+#include "plugin/command_table.h"
+#include "plugin/start_up.h"
+#include "trust/failing_memory.h"
+#include "trust/trust_rig_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+struct Fault {
+  const char* name;
+  // Makes the n-th call fail; 0 ends that.
+  void (*arm)(TrustHost&, TrustLoad&, int number);
+  // How many of these calls there were since.
+  int (*calls)(TrustHost&, TrustLoad&);
+};
+
+constexpr std::array faults = {
+    Fault{"memory", [](TrustHost&, TrustLoad&, int number) { failAllocation(number); },
+          [](TrustHost&, TrustLoad&) { return countedAllocations(); }},
+    Fault{"file", [](TrustHost&, TrustLoad& load, int number) { load.fake.files.faults.failCall(number); },
+          [](TrustHost&, TrustLoad& load) { return load.fake.files.faults.calls(); }},
+    Fault{"socket", [](TrustHost&, TrustLoad& load, int number) { load.fake.sockets.faults.failCall(number); },
+          [](TrustHost&, TrustLoad& load) { return load.fake.sockets.faults.calls(); }},
+    Fault{"procedure", [](TrustHost& host, TrustLoad&, int number) { host.faults.failCall(number); },
+          [](TrustHost& host, TrustLoad&) { return host.faults.calls(); }},
+};
+
+// A run of the plug-in under faults; what it says of an answer that no contract knows, else "".
+using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&);
+
+// Words are the door and the packet text.
+std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words) {
+  if (answer.status == commandFailed) {
+    return load.crashes() == words[0] ? "" : "failed without its name in the crash log";
+  }
+  if (answer.status != commandDone) {
+    return "status " + std::to_string(answer.status);
+  }
+  const DecodedPacket reply = messageOf(answer.text);
+  if (!reply.valid) {
+    return "no packet text: " + answer.text;
+  }
+  const Json message = Json::parse(reply.message).document;
+  const auto name = message.member("Command").text();
+  const bool named = name && name->ends_with("_EndResult");
+  const bool echoed = reply.message == words[1];  // what could not be decoded comes back
+  return reply.message.empty() || named || echoed ? "" : "a reply without its name: " + reply.message;
+}
+
+std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, const char* door) {
+  const Words words = [&] {
+    const EnoughMemory enough;
+    return Words{door, packetTextOf(input.rest)};
+  }();
+  const TrustHost::Answer answer = host.call(words);
+  const EnoughMemory enough;
+  return isPacketAnswer(answer, load, words);
+}
+
+std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input) {
+  return runPacket(host, load, input, "packetParser");
+}
+
+std::string runThreadPacket(TrustHost& host, TrustLoad& load, const KeptInput& input) {
+  return runPacket(host, load, input, "packetParserForPthread");
+}
+
+std::string runCommands(TrustHost& host, TrustLoad&, const KeptInput& input) {
+  const std::vector<Words> commands = [&] {
+    const EnoughMemory enough;
+    return commandsIn(input.rest);
+  }();
+  for (const Words& words : commands) {
+    const int status = host.call(words).status;
+    if (status < commandFailed || status > commandError) {
+      return words.front() + " gave status " + std::to_string(status);
+    }
+  }
+  return {};
+}
+
+// The module file that the companion names, and its placement by the host's script.
+std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input) {
+  const Words asked = [&] {
+    const EnoughMemory enough;
+    load.fake.files.addFile("C:\\Mods\\m.json", input.answer + "\n" + input.rest);
+    load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+    host.answer = "1";
+    return Words{"packetParser", packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"sumPins":"1","price":"2",)"
+                                              R"("dsnDatPath":"C:\\Mods\\m.json","dsnBmpPath":"","uploadResId":"7",)"
+                                              R"("uploadUserId":"8","selfModule":"0"}})")};
+  }();
+  const Words placed = [] {
+    const EnoughMemory enough;
+    return Words{"placeMarketPart"};
+  }();
+  const TrustHost::Answer answer = host.call(asked);
+  host.call(placed);
+  const EnoughMemory enough;
+  const std::string base = load.fake.files.bytes("C:\\App\\config\\Resource\\Empty.olb");
+  return base == "library" ? isPacketAnswer(answer, load, asked) : "the base library is " + base;
+}
+
+// The process goes on after the fault: the next packet is answered as ever.
+std::string nextConversation(TrustHost& host) {
+  host.answer = "{C:/a.dsn P1}";
+  const auto answer = host.call({"packetParser", packetTextOf(R"({"Command":"GetActiveProPages"})")});
+  return messageOf(answer.text).message;
+}
+
+constexpr const char* nextReply = R"({"Data":{"ErrInfo":"","Open":[{"ProjectPath":"C:/a.dsn","Pages":["P1"]}]},)"
+                                  R"("Command":"GetActiveProPages_EndResult","Result":"0"})";
+
+class FaultLoop : public testing::Test {
+ protected:
+  // Gives how many of these calls there were in the run.
+  int runOnce(const Fault& fault, int number, const KeptInput& input, Scenario scenario) {
+    TrustLoad load;
+    load.beginSession();
+    host_.answer = input.answer;
+    fault.arm(host_, load, number);
+    std::string wrong = scenario(host_, load, input);
+    const int calls = fault.calls(host_, load);
+    fault.arm(host_, load, 0);
+    EXPECT_EQ(wrong, "");
+    EXPECT_EQ(load.fake.locks.held, 0);
+    EXPECT_FALSE(load.fake.sockets.misused());
+    EXPECT_EQ(load.harmToTheUsersFiles(), "");
+    EXPECT_EQ(nextConversation(host_), nextReply);
+    load.plugIn.session.reset();
+    EXPECT_EQ(load.fake.sockets.stillOpen(), 0);
+    EXPECT_EQ(load.fake.sockets.started(), 0);
+    return calls;
+  }
+
+  void runAll(const std::string& target, Scenario scenario) {
+    int injected = 0;
+    for (const KeptInput& input : keptInputs(target)) {
+      for (const Fault& fault : faults) {
+        for (int number = 1;; ++number) {
+          SCOPED_TRACE(target + "/" + input.name + ", " + fault.name + " " + std::to_string(number));
+          if (runOnce(fault, number, input, scenario) < number || HasFailure()) {
+            break;
+          }
+          ++injected;
+        }
+      }
+    }
+    EXPECT_GT(injected, 100);
+    RecordProperty("faults", injected);
+  }
+
+  TrustHost host_;
+};
+
+TEST_F(FaultLoop, CompanionPackets) {
+  runAll("companion_packet", runCompanionPacket);
+}
+
+TEST_F(FaultLoop, ThreadPackets) {
+  runAll("thread_packet", runThreadPacket);
+}
+
+TEST_F(FaultLoop, Modules) {
+  runAll("module_file", runModule);
+}
+
+TEST_F(FaultLoop, Commands) {
+  runAll("commands", runCommands);
+}
+
+// A load that fails half-way leaves an editor that works, and the next load is whole.
+TEST_F(FaultLoop, StartUp) {
+  int injected = 0;
+  for (const Fault& fault : faults) {
+    for (int number = 1;; ++number) {
+      SCOPED_TRACE(std::string(fault.name) + " " + std::to_string(number));
+      TrustLoad load;
+      load.fake.processes.list = {{"System", 0}, {"Capture.exe", 7}};
+      fault.arm(host_, load, number);
+      startUp(host_.interp(), load.plugIn);
+      const int calls = fault.calls(host_, load);
+      fault.arm(host_, load, 0);
+      EXPECT_TRUE(load.crashes().empty() || load.crashes() == "Vernoxa_Init" ||
+                  load.crashes() == "GetProcessidFromName" || load.crashes().find("Orcad") != std::string::npos)
+          << load.crashes();
+      EXPECT_EQ(load.fake.processes.folder, "D:\\Work");
+      for (const CommandRow& row : commandTable()) {
+        EXPECT_GE(host_.call({row.name}).status, commandFailed);
+      }
+      startUp(host_.interp(), load.plugIn);
+      EXPECT_EQ(nextConversation(host_), nextReply);
+      EXPECT_EQ(load.harmToTheUsersFiles(), "");
+      if (calls < number || HasFailure()) {
+        break;
+      }
+      ++injected;
+    }
+  }
+  EXPECT_GT(injected, 30);
+  RecordProperty("faults", injected);
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,175 @@
+// More of everything than an editor sees in its life, while memory stays what it was.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/clock.h"
+#include "core/text.h"
+#include "link/link_thread.h"
+#include "link/packet_text.h"
+#include "link/socket_client.h"
+#include "trust/failing_memory.h"
+#include "trust/trust_rig_tcl.h"
+
+namespace vernoxa {
+namespace {
+
+// Both ends of every connection, remembering nothing of what went over it.
+class TirelessSockets final : public Sockets {
+ public:
+  long connections = 0;
+  long stillOpen = 0;
+  long requests = 0;
+
+  void startUp() override { ++started; }
+  void cleanUp() override { --started; }
+  std::optional<Handle> open() override {
+    ++stillOpen;
+    return Handle(1);
+  }
+  bool connect(Handle, const char*, std::uint16_t) override {
+    ++connections;
+    received_.clear();
+    answer_.clear();
+    return true;
+  }
+  int send(Handle, std::string_view bytes) override {
+    received_.append(bytes);
+    if (const auto messages = messagesIn(received_); !messages.empty()) {
+      ++requests;
+      answer_.append(frameOf(answerTo(messages.front())));
+      received_.clear();
+    }
+    return static_cast<int>(bytes.size());
+  }
+  int receive(Handle, std::span<char> buffer) override {
+    const std::size_t count = std::min(buffer.size(), answer_.size());
+    std::copy_n(answer_.begin(), count, buffer.begin());
+    answer_.erase(0, count);
+    return static_cast<int>(count);
+  }
+  bool waitReadable(Handle, std::chrono::milliseconds) override { return true; }
+  void shutDown(Handle) override {}
+  void close(Handle) override { --stillOpen; }
+  int lastErrorNumber() override { return 0; }
+
+  long started = 0;
+
+ private:
+  // A working day that never ends: a design is opened, then closed, then nothing is new.
+  std::string answerTo(const std::string& request) {
+    if (request.find("GetNewOpenPath") == std::string::npos) {
+      return R"({"Result":"0","Data":{"PinCount":"12","Path":"D:\\project"}})";
+    }
+    switch (++polls_ % 3) {
+      case 0:
+        return R"({"Result":"0","Data":{"ProjectPath":"D:\\a.dsn","CloseFile":""}})";
+      case 1:
+        return R"({"Result":"0","Data":{"CloseFile":"D:\\a.dsn"}})";
+      default:
+        return R"({"Result":"1","Data":{},"ErrInfo":"No file!"})";
+    }
+  }
+
+  std::string received_;
+  std::string answer_;
+  long polls_ = 0;
+};
+
+// Time that only adds up. Ends the thread when it has run out.
+class PassingClock final : public Clock {
+ public:
+  explicit PassingClock(std::chrono::hours end) : end_(end) {}
+  LocalTime localTime() override { return {}; }
+  std::chrono::milliseconds monotonic() override { return now_; }
+  void sleep(std::chrono::milliseconds duration) override {
+    now_ += duration;
+    if (now_ >= end_) {
+      throw ClockStopped();
+    }
+  }
+
+ private:
+  std::chrono::milliseconds now_{0};
+  std::chrono::milliseconds end_;
+};
+
+class Load : public testing::Test, protected FakeServices {
+ protected:
+  World worldWith(Clock& clock, Sockets& sockets) {
+    return {clock,   fake.codePage, fake.files,    fake.guids,    fake.locks,     fake.processes, fake.random,
+            sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
+  }
+};
+
+TEST_F(Load, LinkThreadForSimulatedHours) {
+  const std::chrono::hours hours(tryEverything() ? 24 * 7 : 6);
+  PassingClock clock(hours);
+  TirelessSockets sockets;
+  World here = worldWith(clock, sockets);
+  Services its{here, services.logs, services.state, services.text};
+  its.state.link.setClientCreated(true);
+  logs.reportCrash("before");  // what the last line of the log needs is there now
+  {
+    SocketClient client(here, logs);
+    const long begun = liveBlocks();
+    LinkThread(its, client).run();
+    EXPECT_LE(liveBlocks(), begun + 4) << "blocks stay behind";  // what the connection holds
+  }
+  EXPECT_EQ(crashes(), "before\nFun111");
+  EXPECT_GT(sockets.requests, hours.count() * 3600 / 10);
+  EXPECT_EQ(sockets.stillOpen, 0);
+  EXPECT_EQ(sockets.started, 0);
+  RecordProperty("hours", static_cast<int>(hours.count()));
+  RecordProperty("requests", static_cast<int>(sockets.requests));
+}
+
+TEST_F(Load, ConnectionsOneAfterTheOther) {
+  const int wanted = tryEverything() ? 100000 : 5000;
+  TirelessSockets sockets;
+  World here = worldWith(world.clock, sockets);
+  std::string answer;
+  for (int count = 0; count < wanted; ++count) {
+    SocketClient client(here, logs);
+    ASSERT_EQ(client.connect(localAddress, companionPort), 0);
+    client.sendPacket(R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
+    ASSERT_EQ(client.receivePacket(answer, std::chrono::seconds(30)), 0);
+  }
+  EXPECT_EQ(sockets.connections, wanted);
+  EXPECT_EQ(sockets.stillOpen, 0);
+  EXPECT_EQ(sockets.started, 0);
+  RecordProperty("connections", wanted);
+}
+
+TEST_F(Load, PacketsThroughBothDoors) {
+  const int wanted = tryEverything() ? 1000000 : 20000;
+  constexpr int packetsOfOneLoad = 10000;
+  std::vector<Words> packets;
+  for (const auto& [door, target] :
+       {std::pair("packetParser", "companion_packet"), std::pair("packetParserForPthread", "thread_packet")}) {
+    for (const KeptInput& input : keptInputs(target)) {
+      packets.push_back({door, packetTextOf(input.rest)});
+    }
+  }
+  TrustHost host;
+  host.answer = "0";
+  long first = 0;
+  for (int sent = 0; sent < wanted;) {
+    {
+      TrustLoad load;
+      load.fake.files.removeFolder("C:\\App\\Script\\Log");  // no traffic log
+      load.beginSession();
+      for (int count = 0; count < packetsOfOneLoad; ++count, ++sent) {
+        const auto answer = host.call(packets[static_cast<std::size_t>(sent) % packets.size()]);
+        ASSERT_EQ(answer.status, commandDone);
+      }
+      EXPECT_EQ(load.crashes(), "");
+    }
+    first = first == 0 ? liveBlocks() : first;
+    ASSERT_EQ(liveBlocks(), first) << "blocks stay behind after " << sent << " packets";
+  }
+  RecordProperty("packets", wanted);
+}
+
+}  // namespace
+}  // namespace vernoxa

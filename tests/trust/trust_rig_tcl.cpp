@@ -1,0 +1,127 @@
+#include "trust/trust_rig_tcl.h"
+
+#include <tcl.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "core/text.h"
+#include "plugin/command_guard.h"
+#include "trust/failing_memory.h"
+
+namespace vernoxa {
+namespace {
+
+// What a user may have beside the plug-in, and what may be named in a message.
+constexpr std::array<const char*, 6> usersFiles = {"C:\\job\\a.dsn",  "C:\\job\\a.opj",     "C:\\job\\a_0.OBK",
+                                                   "C:\\job\\my.olb", "C:\\job\\notes.txt", "C:\\m.json"};
+
+int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
+  const EnoughMemory enough;  // no exception may cross Tcl, and this is no code of the plug-in
+  auto& host = *static_cast<TrustHost*>(data);
+  const bool failed = host.faults.strike();
+  const std::string text = failed ? "the host's procedure failed" : host.answer;
+  Tcl_SetObjResult(interp, Tcl_NewStringObj(text.data(), static_cast<int>(text.size())));
+  return failed ? TCL_ERROR : TCL_OK;
+}
+
+World worldOn(FakeWorld& fake, Files& files) {
+  return {fake.clock,   fake.codePage, files,         fake.guids,    fake.locks,     fake.processes, fake.random,
+          fake.sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
+}
+
+Tcl_Obj* heldText(const std::string& text) {
+  Tcl_Obj* const object = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
+  Tcl_IncrRefCount(object);
+  return object;
+}
+
+}  // namespace
+
+bool tryEverything() {
+  const char* const wish = std::getenv("VERNOXA_TRUST");
+  return wish != nullptr && std::string_view(wish) == "all";
+}
+
+TrustHost::TrustHost() {
+  Tcl_FindExecutable(nullptr);
+  interp_ = Tcl_CreateInterp();
+  Tcl_CreateObjCommand(interp_, "unknown", procedure, this, nullptr);
+  registerCommands(interp_);
+}
+
+TrustHost::~TrustHost() {
+  Tcl_DeleteInterp(interp_);
+}
+
+TrustHost::Answer TrustHost::call(const Words& words) {
+  std::vector<Tcl_Obj*> objects;
+  {
+    const EnoughMemory enough;
+    for (const std::string& word : words) {
+      objects.push_back(heldText(word));
+    }
+  }
+  const int status = Tcl_EvalObjv(interp_, static_cast<int>(objects.size()), objects.data(), TCL_EVAL_GLOBAL);
+  const EnoughMemory enough;
+  for (Tcl_Obj* const object : objects) {
+    Tcl_DecrRefCount(object);
+  }
+  const std::string text = Tcl_GetStringResult(interp_);
+  return {text == "command returned bad code: -1" ? -1 : status, text};  // how Tcl tells of it at its top level
+}
+
+TrustLoad::TrustLoad(Files* files)
+    : plugIn{worldOn(fake, files != nullptr ? *files : fake.files), "C:\\App\\bin\\Vernoxa64.dll",
+             Logs(fake.clock, files != nullptr ? *files : fake.files, "C:\\App\\bin"), nullptr,
+             [](std::shared_ptr<Session> session) { session.reset(); }} {
+  for (const char* const folder : {"C:\\App\\bin", "C:\\App\\Script\\Log", "C:\\App\\Cache", "C:\\Temp"}) {
+    fake.files.addFolder(folder);
+  }
+  fake.files.addFile("C:\\App\\Config\\App.txt", R"({"AlgMenuLang":"CN","StartWithCadence":"1"})");
+  for (const char* const file : usersFiles) {
+    fake.files.addFile(file, file);
+  }
+  fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","UserId":"1"}})"), {}}}, {}, {}});
+}
+
+TrustLoad::~TrustLoad() {
+  setActivePlugIn(nullptr);
+}
+
+void TrustLoad::beginSession() {
+  plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
+  setActivePlugIn(&plugIn);
+}
+
+std::string TrustLoad::harmToTheUsersFiles() const {
+  for (const char* const file : usersFiles) {
+    if (const std::string bytes = fake.files.bytes(file); bytes != file) {
+      return std::string(file) + " is now " + bytes;
+    }
+  }
+  return {};
+}
+
+std::vector<KeptInput> keptInputs(const std::string& target) {
+  std::vector<KeptInput> inputs;
+  for (const auto& file : std::filesystem::directory_iterator(TEST_SOURCE_FOLDER "/fuzz/corpus/" + target)) {
+    std::ifstream stream(file.path(), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::size_t line = text.find('\n');
+    inputs.push_back({file.path().filename(), text.substr(0, line), text.substr(line + 1)});
+  }
+  return inputs;
+}
+
+std::vector<Words> commandsIn(const std::string& rest) {
+  std::vector<Words> commands;
+  for (const std::string& line : splitItems(rest, '\n')) {
+    commands.push_back(splitFields(line, '\t'));
+  }
+  return commands;
+}
+
+}  // namespace vernoxa

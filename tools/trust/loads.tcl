@@ -1,0 +1,29 @@
+# Loads and unloads the plug-in many times in one process: loads.tcl DLL COUNTS-DLL TIMES. Prints a line
+# "load N handles H threads T kilobytes K" after each load, for whoever judges them.
+
+lassign $argv dll counts times
+
+# What the plug-in's start-up script calls.
+namespace eval ::capGenerateBOMUtil {proc init {} {}}
+foreach name {RegisterAction UnregisterAction creatServerForPthread InsertXMLMenu} {
+    proc $name args {}
+}
+
+proc tell {number} {
+    lassign [processCounts] handles threads kilobytes
+    puts "load $number handles $handles threads $threads kilobytes $kilobytes"
+}
+
+load $counts Counts
+tell 0
+for {set number 1} {$number <= $times} {incr number} {
+    load $dll Vernoxa
+    if {[string length [getGenerateGuid]] != 36} {
+        error "the commands do not answer after load $number"
+    }
+    unload $dll Vernoxa
+    # the new thread has reached its first pause
+    after 100
+    tell $number
+}
+puts "end"

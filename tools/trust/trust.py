@@ -1,0 +1,189 @@
+#!/usr/bin/python3
+"""Runs everything that shows that the editor survives, and writes docs/reliability.md from what it measured.
+
+trust.py [--fuzz-minutes N] [--processes N] [--no-wine]"""
+
+from __future__ import annotations
+
+import argparse
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
+HERE = pathlib.Path(__file__).parent
+sys.path.insert(0, str(REPOSITORY / "sim"))
+sys.dont_write_bytecode = True
+
+from companion import paths  # noqa: E402
+
+BUILD = REPOSITORY / "build"
+WINE = [str(REPOSITORY / "tools/setup/wine-suite"), str(REPOSITORY / "tools/setup/wine-run"),
+        str(REPOSITORY / ".deps/tcl-windows/bin/tclsh86.exe")]
+LOADS_IN_ONE_PROCESS = 50
+SECONDS_FOR_ANYTHING = 3600
+# Sanitizers and the fuzzers' own words for what went wrong.
+LEAK, RACE, EVALUATED = "LeakSanitizer", "ThreadSanitizer", "FINDING: evaluated"
+
+
+class Findings:
+    """Counts over all parts; `failed` names the parts that did not pass."""
+
+    def __init__(self) -> None:
+        self.rows: list[tuple[str, str, str]] = []
+        self.counts = dict.fromkeys(("crashes", "hangs", "leaks", "races", "unintended evaluations"), 0)
+        self.failed: list[str] = []
+
+    def row(self, what: str, how_much: str, where: str) -> None:
+        self.rows.append((what, how_much, where))
+        print(f"  {what}: {how_much} ({where})", flush=True)
+
+    def fail(self, part: str, output: str, hung: bool = False) -> None:
+        kind = ("hangs" if hung else "leaks" if LEAK in output else "races" if RACE in output
+                else "unintended evaluations" if EVALUATED in output else "crashes")
+        self.counts[kind] += 1
+        self.failed.append(part)
+        print(output[-4000:], f"FAILED: {part}", sep="\n", flush=True)
+
+
+def run(findings: Findings, part: str, command: list[str], **extra: str) -> str | None:
+    """The output of a command that ended well, else None."""
+    print(f"{part} ...", flush=True)
+    try:
+        done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              text=True, errors="replace", timeout=SECONDS_FOR_ANYTHING, cwd=REPOSITORY,
+                              env=os.environ | extra, check=False)
+    except subprocess.TimeoutExpired as error:
+        findings.fail(part, str(error.stdout), hung=True)
+        return None
+    if done.returncode != 0:
+        findings.fail(part, done.stdout)
+        return None
+    return done.stdout
+
+
+def native(findings: Findings, folder: pathlib.Path) -> None:
+    report = folder / "trust.json"
+    program = str(BUILD / "native/vernoxa_trust_tests")
+    if run(findings, "faults and load", [program, "--gtest_brief=1", f"--gtest_output=json:{report}"],
+           VERNOXA_TRUST="all") is None:
+        return
+    tests = {test["name"]: test for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]}
+    streams = ("TheHostsAnswersBreakAtEveryByte", "EverySocketCallFailsOnce",
+               "TheHostHangsAtEveryByteUntilTheClientIsRetired", "TheCompanionStopsAtEveryByteOfAQuery")
+    calls = [name for name, test in tests.items() if "faults" in test and name not in streams]
+    findings.row("calls that failed once (memory, files, sockets, host procedures)",
+                 f"{sum(int(tests[name]['faults']) for name in calls):,}", "native, sanitizers")
+    findings.row("faults in a conversation, at every byte", f"{sum(int(tests[name]['faults']) for name in streams):,}",
+                 "native, sanitizers")
+    findings.row("conversations on a full or read-only disk, or with a log folder that comes and goes",
+                 tests["EveryKeptConversationEndsAsOnAGoodOne"]["conversations"], "native, sanitizers")
+    findings.row("packets through both doors", f"{int(tests['PacketsThroughBothDoors']['packets']):,}", "native, sanitizers")
+    findings.row("connections", f"{int(tests['ConnectionsOneAfterTheOther']['connections']):,}", "native, sanitizers")
+    thread = tests["LinkThreadForSimulatedHours"]
+    findings.row("simulated hours of the link thread", f"{thread['hours']} ({int(thread['requests']):,} requests)",
+                 "native, sanitizers")
+
+
+def races(findings: Findings) -> None:
+    output = run(findings, "threads", [str(BUILD / "tsan/vernoxa_pure_tests"), "--gtest_brief=1"])
+    if output is not None:
+        findings.row("tests of the pure ring under the thread sanitizer", re.search(r"(\d+) tests from", output)[1], "native")
+
+
+def corpora(findings: Findings) -> None:
+    output = run(findings, "corpora", [str(BUILD / "native/vernoxa_fuzz_replay"), "fuzz/corpus"])
+    if output is not None:
+        total = sum(int(count) for count in re.findall(r"(\d+) inputs", output))
+        findings.row("inputs replayed from the corpora and variations", f"{total:,}", "native, sanitizers")
+
+
+def fuzz(findings: Findings, folder: pathlib.Path, minutes: float) -> None:
+    report = folder / "fuzz.json"
+    output = run(findings, "fuzzers", [str(HERE / "fuzz.py"), "--minutes", str(minutes), "--json", str(report)])
+    results = json.loads(report.read_text()) if report.is_file() else []
+    if output is not None:
+        slowest = min(results, key=lambda result: result["inputs"] / result["seconds"])
+        rate = slowest["inputs"] / slowest["seconds"]
+        findings.row("new inputs tried by the fuzzers", f"{sum(result['inputs'] for result in results):,}",
+                     f"{len(results)} targets, the slowest ({slowest['target']}) {rate:,.0f} a second")
+
+
+def loads(findings: Findings, folder: pathlib.Path, processes: int) -> None:
+    plug_in = folder / "p" / "bin"
+    plug_in.mkdir(parents=True)
+    for name in ("Vernoxa64.dll", "counts.dll"):
+        shutil.copyfile(BUILD / "windows" / name, plug_in / name)
+    script = [paths.to_windows(HERE / "loads.tcl"), *(paths.to_windows(plug_in / name) for name in
+                                                      ("Vernoxa64.dll", "counts.dll"))]
+    output = run(findings, "loads in one process", [*WINE, *script, str(LOADS_IN_ONE_PROCESS)])
+    counts = [tuple(map(int, match)) for match in
+              re.findall(r"load (?!0 )\d+ handles (\d+) threads (\d+) kilobytes (\d+)", output or "")]
+    if len(counts) == LOADS_IN_ONE_PROCESS:
+        handles, threads, kilobytes = ((counts[-1][i] - counts[0][i]) / (len(counts) - 1) for i in range(3))
+        findings.row("loads and unloads in one process", f"{len(counts)}; each adds {threads:.2f} threads, "
+                     f"{handles:.2f} handles, {kilobytes:,.0f} KB (most of it the thread's stack)", "DLL under Wine")
+        if threads != 1 or handles > 3:
+            findings.fail("loads in one process", output)
+    elif output is not None:
+        findings.fail("loads in one process", output)
+    began, good = time.monotonic(), 0
+    suite = "for ((n = 0; n < $1; n++)); do \"${@:2}\" 1 | grep -q '^end' && echo good; done"
+    output = run(findings, f"loads in {processes} processes",
+                 [WINE[0], "bash", "-c", suite, "loads", str(processes), *WINE[1:], *script])
+    good = (output or "").count("good")
+    findings.row("loads, each in a process of its own", f"{good} of {processes}, "
+                 f"{(time.monotonic() - began) / processes:.2f} s each", "DLL under Wine")
+    if good != processes:
+        findings.fail("loads in processes", output or "")
+
+
+def rig(findings: Findings, folder: pathlib.Path) -> None:
+    report = folder / "rig.json"
+    run(findings, "fault rig", [str(HERE / "fault_rig.py"), "--json", str(report)])
+    results = json.loads(report.read_text()) if report.is_file() else []
+    good = [result for result in results if not result["problem"]]
+    findings.row("faults between editor, plug-in and companion", f"{len(good)} of {len(results)} survived",
+                 "DLL under Wine, with the stand-ins")
+
+
+def write_page(findings: Findings) -> None:
+    lines = ["# Reliability", "", "Written by `./dev trust` from its last run; what stands here was measured, not typed.",
+             "A run under Wine is a run under Wine, not on Windows.", "", "| What was tried | How much | Where |", "|---|---|---|"]
+    lines += [f"| {what} | {how_much} | {where} |" for what, how_much, where in findings.rows]
+    lines += ["", "| Found | Times |", "|---|---|"]
+    lines += [f"| {what} | {count} |" for what, count in findings.counts.items()]
+    if findings.failed:
+        lines += ["", "Parts that failed: " + ", ".join(findings.failed) + "."]
+    (REPOSITORY / "docs" / "reliability.md").write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--fuzz-minutes", type=float, default=6, help="for all targets together (6)")
+    parser.add_argument("--processes", type=int, default=1000, help="loads in a process of their own (1000)")
+    parser.add_argument("--no-wine", action="store_true", help="leave out what runs on the DLL")
+    options = parser.parse_args()
+    findings = Findings()
+    with tempfile.TemporaryDirectory(prefix="vernoxa-") as name:
+        folder = pathlib.Path(name)
+        native(findings, folder)
+        races(findings)
+        corpora(findings)
+        fuzz(findings, folder, options.fuzz_minutes)
+        if not options.no_wine:
+            rig(findings, folder)
+            loads(findings, folder, options.processes)
+    write_page(findings)
+    print("all survived" if not findings.failed else f"FAILED: {', '.join(findings.failed)}")
+    return 1 if findings.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
