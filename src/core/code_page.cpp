@@ -30,7 +30,11 @@ std::string TextConverter::ansiToUtf8(std::string_view ansi) const {
 
 std::string TextConverter::utf8ToAnsi(std::string_view utf8) const {
   const std::string_view text = upToNul(utf8);
-  return isAscii(text) || !isValidUtf8(text) ? std::string(text) : codePage_.fromUtf8(text);
+  if (isAscii(text)) {
+    return std::string(text);
+  }
+  const std::string plain = withoutSurrogates(text);
+  return isValidUtf8(plain) ? codePage_.fromUtf8(plain) : std::string(text);
 }
 
 std::string TextConverter::messageText(std::string_view hostText) const {

@@ -42,6 +42,12 @@ std::size_t sequenceLength(std::string_view text, std::size_t index) {
   return outOfRange ? 0 : length;
 }
 
+// A high and a low surrogate, each as three bytes: ED A0..AF xx, ED B0..BF xx.
+bool isSurrogatePair(std::string_view six) {
+  return six.size() == 6 && byteAt(six, 0) == 0xED && (byteAt(six, 1) & 0xF0U) == 0xA0 && isContinuation(six, 2) &&
+         byteAt(six, 3) == 0xED && (byteAt(six, 4) & 0xF0U) == 0xB0 && isContinuation(six, 5);
+}
+
 struct Utf8Scan {
   bool valid = true;
   bool threeBytes = false;
@@ -85,6 +91,28 @@ bool isValidUtf8(std::string_view text) {
 
 bool isUtf8WithThreeByteSequence(std::string_view text) {
   return scanUtf8(text).threeBytes;
+}
+
+std::string withoutSurrogates(std::string_view tclText) {
+  std::string result;
+  result.reserve(tclText.size());
+  for (std::size_t index = 0; index < tclText.size(); ++index) {
+    const std::string_view six = tclText.substr(index, 6);
+    if (!isSurrogatePair(six)) {
+      result.push_back(tclText[index]);
+      continue;
+    }
+    // UTF-16: ten bits of each half, from U+10000 on.
+    const unsigned high = (byteAt(six, 1) & 0x0FU) << 6U | (byteAt(six, 2) & 0x3FU);
+    const unsigned low = (byteAt(six, 4) & 0x0FU) << 6U | (byteAt(six, 5) & 0x3FU);
+    const unsigned character = 0x10000U + (high << 10U | low);
+    for (const unsigned byte : {0xF0U | character >> 18U, 0x80U | (character >> 12U & 0x3FU),
+                                0x80U | (character >> 6U & 0x3FU), 0x80U | (character & 0x3FU)}) {
+      result.push_back(static_cast<char>(byte));
+    }
+    index += six.size() - 1;
+  }
+  return result;
 }
 
 std::vector<std::string> splitFields(std::string_view text, char separator) {

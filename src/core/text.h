@@ -22,6 +22,10 @@ bool isValidUtf8(std::string_view text);
 // Well-formed UTF-8 that holds at least one three-byte sequence: a text of the code page is practically never both.
 bool isUtf8WithThreeByteSequence(std::string_view text);
 
+// Tcl 8.6 holds a character above U+FFFF as two surrogates of three bytes each, which is no UTF-8: gives the text with
+// each such pair as the one four-byte sequence. All other bytes stay.
+std::string withoutSurrogates(std::string_view tclText);
+
 // Pieces between separators; empty and last ones too, so "a;b;" is three and "" is one empty piece.
 std::vector<std::string> splitFields(std::string_view text, char separator);
 

@@ -13,6 +13,7 @@
 #include "core/desktop.h"
 #include "core/log.h"
 #include "core/services.h"
+#include "core/state.h"
 #include "core/text.h"
 #include "core/user_messages.h"
 #include "core/world.h"
@@ -64,7 +65,11 @@ CommandResult selectJumpPart(CommandCall& call, Services& services) {
 }
 
 CommandResult getClipBoardPic(CommandCall&, Services& services) {
-  return {services.text.ansiToUtf8(saveClipboardPicture(services))};
+  const std::string path = saveClipboardPicture(services);
+  if (!path.empty()) {
+    services.state.placement.dsnBmpPath = path;  // goes with the next module that is handed over
+  }
+  return {services.text.ansiToUtf8(path)};
 }
 
 CommandResult getMousePosition(CommandCall&, Services& services) {

@@ -1,5 +1,6 @@
 #include "export/decimal.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace vernoxa {
@@ -38,6 +39,7 @@ std::int64_t takeDigits(std::string_view& text, std::int64_t units, bool fractio
 }  // namespace
 
 Decimal Decimal::read(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
   const bool negative = text.starts_with('-');
   text.remove_prefix(negative || text.starts_with('+') ? 1 : 0);
   std::int64_t units = takeDigits(text, 0, false);

@@ -23,10 +23,11 @@ std::string libraryPath(const PlacementContext& placement, const std::string& na
   return moduleFolder(placement) + "/" + name;
 }
 
-// Windows takes both separators and either case for the same file. Code page: the second byte of a double-byte
-// character has no case.
+// Windows takes both separators and either case for the same file, and leaves out dots and blanks at its end. Code
+// page: the second byte of a double-byte character has no case.
 std::string comparable(const std::string& path) {
   std::string text = replaceInCodePage(path, '\\', "/");
+  text.erase(text.find_last_not_of(". ") + 1);
   for (std::size_t index = 0; index < text.size(); ++index) {
     if (isDoubleByteLead(text[index])) {
       ++index;
@@ -40,7 +41,8 @@ std::string comparable(const std::string& path) {
 bool isUsersOwn(const GlobalState& state, const std::string& path) {
   const std::string file = comparable(path);
   const std::string extension = extensionOf(file).value_or("");
-  if (extension == "dsn" || extension == "opj") {
+  const bool stream = file.find(':', 2) != std::string::npos;  // another name for a file that has one already
+  if (extension == "dsn" || extension == "opj" || stream) {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
@@ -82,6 +84,9 @@ bool drawLibraryNames(Services& services) {
 std::string emptyLibraryPath(const Services& services) {
   for (const std::string& folder :
        {services.state.installDirectory, withoutLastComponent(services.state.link.hostInstallPath())}) {
+    if (folder.empty()) {
+      continue;  // would be the root of whichever drive is current
+    }
     std::string path = folder + "\\config\\Resource\\Empty.olb";
     if (services.world.files.exists(path)) {
       return path;

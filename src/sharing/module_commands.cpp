@@ -4,14 +4,18 @@
 #include "core/files.h"
 #include "core/services.h"
 #include "core/state.h"
+#include "core/text.h"
 #include "core/world.h"
 #include "sharing/module_document.h"
 
 namespace vernoxa {
 namespace {
 
+// In the code page. A folder may have been told in UTF-8; two bytes of the code page that happen to be UTF-8 too are
+// none, which a three-byte sequence tells apart.
 std::string cacheFolder(const Services& services) {
-  return services.state.link.baseDirectory() + "\\Cache";
+  const std::string base = services.state.link.baseDirectory();
+  return (isUtf8WithThreeByteSequence(base) ? services.text.utf8ToAnsi(base) : base) + "\\Cache";
 }
 
 void makeFolder(Services& services, const std::string& path) {
@@ -42,7 +46,7 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
 
 CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocument& document) {
   const std::string folder = cacheFolder(services) + "\\Share";
-  const std::string path = services.text.utf8ToAnsi(folder + "\\ModuleLib.json");
+  const std::string path = folder + "\\ModuleLib.json";
   if (document.started()) {
     const std::string text = document.finish(call.arguments.text(2), call.arguments.text(3));
     makeFolder(services, cacheFolder(services));

@@ -89,11 +89,13 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
   }
 }
 
-void copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
+bool copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
   removePlacementFile(services, to);
-  if (services.world.files.copyFile(from, to)) {
-    noteMadeLibrary(services.state, to);
+  if (!services.world.files.copyFile(from, to)) {
+    return false;
   }
+  noteMadeLibrary(services.state, to);
+  return true;
 }
 
 }  // namespace
@@ -113,8 +115,7 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
     return placed;
   }
   placeLibraryParts(host, services, placed.module, services.text.scriptValue(temporary.path()), box);
-  copyToNewLibrary(services, temporary.path(), placed.newLibrary);
-  placed.made = true;
+  placed.made = copyToNewLibrary(services, temporary.path(), placed.newLibrary);
   return placed;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/text.h"
 #include "support/fake_world.h"
 
 namespace vernoxa {
@@ -20,6 +21,10 @@ TEST_F(CodePageTest, ConvertsBothWays) {
   EXPECT_EQ(text_.ansiToUtf8("原理图 R1"), utf8(u8"原理图 R1"));
   EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), "原理图 R1");
   EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"a\U0001F600")).front(), 'a');
+  const std::string pair = "\xED\xA0\xBD\xED\xB8\x80";  // the same character as Tcl holds it
+  EXPECT_EQ(text_.utf8ToAnsi("a" + pair), text_.utf8ToAnsi(utf8(u8"a\U0001F600")));
+  EXPECT_EQ(withoutSurrogates("a" + pair + pair + "b"), utf8(u8"a\U0001F600\U0001F600b"));
+  EXPECT_EQ(withoutSurrogates(pair.substr(0, 5)), pair.substr(0, 5));
   EXPECT_EQ(text_.utf8ToAnsi("原理图"), "原理图");  // no UTF-8: in the code page already
   EXPECT_EQ(text_.ansiToUtf8(std::string("中\0文", 5)), utf8(u8"中"));
   EXPECT_EQ(text_.utf8ToAnsi(std::string("ab\0c", 4)), "ab");

@@ -86,6 +86,10 @@ TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   fake.fake.files.addFolder("C:\\项目");
   const CommandResult result = run(getClipBoardPic, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));
+  EXPECT_EQ(fake.state.placement.dsnBmpPath, "C:\\项目\\Cache\\Output\\Preview.bmp");
+  fake.fake.clipboard.metafile.reset();
+  EXPECT_EQ(run(getClipBoardPic, {"GetClipBoardPic"}).text, "");
+  EXPECT_NE(fake.state.placement.dsnBmpPath, "");
   EXPECT_EQ(result.status, commandDone);
 }
 

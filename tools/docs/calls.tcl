@@ -68,7 +68,7 @@ call {outputMarketFile module 1100 800 0}
 call {getOlbPath}
 call {getNewOlbPath}
 call {removeDatFile}
-call {sendUploadMarket 12 4 1 {{R1 RES}} {CLK RESET} {}}
+call {sendUploadMarket 12 4 1 {1,R1,RES} {CLK;RESET} {}}
 
 call {sendRefRepetition RefRepe R1 R1 top main 300 200}
 call {sendRefRepetition}
@@ -77,8 +77,8 @@ call {sendPinNC U3 7 top main 300 200}
 call {sendNetlist NoFootprint U3 {} top main 300 200}
 call {checkCharIllegal R1}
 call {checkCharIllegal 电阻}
-call {sendDsnPackageInfo {{Value 10k} {Source C:\lib\a.olb}}}
-call {sendOlbPackageInfo {{Value 10k} {Source C:\lib\a.olb}}}
+call {sendDsnPackageInfo {{Value 10k} {Source {C:\lib\a.olb}}}}
+call {sendOlbPackageInfo {{Value 10k} {Source {C:\lib\a.olb}}}}
 call {sendOlbObjectPackageInfo {{Value 10k}}}
 call {getSelfUserId}
 call {GetResPath 1}
