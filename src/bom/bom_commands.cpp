@@ -6,6 +6,7 @@
 #include "core/services.h"
 #include "core/user_messages.h"
 #include "core/world.h"
+#include "link/companion_sender.h"
 #include "link/packet_text.h"
 
 namespace vernoxa {
@@ -63,9 +64,7 @@ CommandResult sendRemoveFromBom(CommandCall& call, Services& services) {
 CommandResult tryUpdateBom(CommandCall& call, Services& services) {
   Json message = Json::object();
   message.add("Command", "TryUpdateBom");
-  std::string packetText;
-  encodePacket(services, message.printUnformatted(), packetText);
-  call.host.evaluate(sendScript(packetText));
+  sendToCompanion(call.host, services, message.printUnformatted());
   return {};
 }
 

@@ -15,9 +15,9 @@
 namespace vernoxa {
 namespace {
 
-// Paths of one file compare equal whatever their separators, case and encoding.
-std::string comparablePath(const TextConverter& text, std::string_view path) {
-  std::string comparable = replaceAll(text.hostPath(path), "\\", "/");
+// Paths of one file, in UTF-8, compare equal whatever their separators and case.
+std::string comparablePath(std::string_view path) {
+  std::string comparable = replaceAll(path, "\\", "/");
   std::transform(comparable.begin(), comparable.end(), comparable.begin(),
                  [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
   return comparable;
@@ -26,10 +26,10 @@ std::string comparablePath(const TextConverter& text, std::string_view path) {
 // Whether the path is among the host's open ones, which are joined by ";".
 bool isOpenInHost(HandlerContext& context, const std::string& path, const std::string& openPaths) {
   const TextConverter& text = context.services.text;
-  const std::string wanted = comparablePath(text, path);
+  const std::string wanted = comparablePath(text.scriptValue(path));
   bool open = false;
   for (const std::string& entry : splitItems(openPaths, ';')) {
-    const std::string candidate = comparablePath(text, entry);
+    const std::string candidate = comparablePath(text.hostPath(entry));
     context.log.writeLine("open file:" + replyValue(context, entry));
     if (candidate.find('/') == std::string::npos) {
       context.services.world.messages.show("文件一打开路径异常", MessageIcon::none);

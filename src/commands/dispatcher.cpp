@@ -42,16 +42,18 @@ void storeMembers(const HandlerRow& row, const Request& request, PlacementContex
   }
 }
 
-bool hasNeededMembers(const HandlerRow& row, const Request& request) {
+// What is stored comes from "Data", which must be there then, whatever it lacks.
+bool hasWhatIsNeeded(const HandlerRow& row, const Request& request) {
   return std::all_of(row.members.begin(), row.members.end(), [&](const Member& member) {
-    return member.use != MemberUse::needed || isOfKind(request.data.member(member.name), member.kind);
+    return (member.stored == nullptr || request.data.isObject()) &&
+           (member.use != MemberUse::needed || isOfKind(request.data.member(member.name), member.kind));
   });
 }
 
 Outcome runHandler(const HandlerRow& row, const Request& request, HandlerContext& context) {
   try {
     storeMembers(row, request, context.services.state.placement);
-    return hasNeededMembers(row, request) ? row.run(request, context) : Outcome{stoppedEarly, std::nullopt};
+    return hasWhatIsNeeded(row, request) ? row.run(request, context) : Outcome{stoppedEarly, std::nullopt};
   } catch (...) {
     context.services.world.messages.show("格式有误", MessageIcon::none);
     return {stoppedEarly, std::nullopt};

@@ -9,7 +9,7 @@
 #include "core/services.h"
 #include "core/text.h"
 #include "core/world.h"
-#include "link/packet_text.h"
+#include "link/companion_sender.h"
 
 namespace vernoxa {
 namespace {
@@ -48,7 +48,7 @@ Outcome getNetsList(const Request& request, HandlerContext& context) {
   const std::string file = netsFile(context.services);
   ScriptText script("GetNetsList ");
   script.quoted(doubleBackslashes(convert.hostPath(request.text("ProjectPath")))).literal(" ");
-  script.quoted(doubleBackslashes(convert.hostPath(file)));
+  script.quoted(doubleBackslashes(convert.scriptValue(file)));
   const Evaluation answer = context.host.evaluate(script.text());
   if (!answer.ok || answer.text.starts_with("Error")) {
     return Outcome::failure(convert.messageText(answer.text));
@@ -73,16 +73,17 @@ Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
     argument = doubleBackslashes(argument);
   }
   const Evaluation answer = context.host.evaluate(ScriptText("getDsnPinCount ").quoted(argument).text());
-  context.log.writeLine("return:" + answer.text);
-  if (answer.text.find("//") != std::string::npos) {
-    context.log.writeLine(answer.text);
+  const std::string count = context.services.text.messageText(answer.text);
+  context.log.writeLine("return:" + count);
+  if (count.find("//") != std::string::npos) {
+    context.log.writeLine(count);
   }
   context.log.writeLine("Over");
   if (answer.text == "-1") {
     rememberTold(context.services, *path);
   }
   Json data = Json::object();
-  data.add("PinCount", context.services.text.messageText(answer.text));
+  data.add("PinCount", count);
   return Outcome::success(std::move(data));
 }
 
@@ -97,10 +98,7 @@ void passOn(const Request& request, HandlerContext& context) {
   message.add("Command", "FileStatus");
   message.add("Result", "0");
   message.add("Data", Json::copyOf(request.data));
-  std::string packetText;
-  if (encodePacket(context.services, message.printUnformatted(), packetText) == 0) {
-    context.host.evaluate(sendScript(packetText));
-  }
+  sendToCompanion(context.host, context.services, message.printUnformatted());
   if (*status == "Open") {
     rememberTold(context.services, *fileName);
   } else if (*status == "Close") {
@@ -128,10 +126,12 @@ constexpr std::array rows = {
                getNetsList,
                {{{"ProjectPath", text, needed}}},
                "Writes the nets of a design into a file and names it."},
-    HandlerRow{"getDsnPinCount",
-               getDsnPinCount,
-               {{{"ProjectPath", text, optional}}},
-               "Counts the pins of an open design; \"-1\" when the host does not have it."},
+    HandlerRow{
+        "getDsnPinCount",
+        getDsnPinCount,
+        {{{"ProjectPath", text, optional}}},
+        "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host "
+        "does not have it."},
     HandlerRow{"GetNewOpenPath",
                getNewOpenPath,
                {},

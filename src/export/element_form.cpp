@@ -1,5 +1,6 @@
 #include "export/element_form.h"
 
+#include <span>
 #include <utility>
 
 #include "export/json_text.h"
@@ -15,7 +16,7 @@ class PiecePrinter {
 
   JsonText& json() { return json_; }
 
-  void string(const std::vector<ValuePiece>& pieces) {
+  void string(std::span<const ValuePiece> pieces) {
     text_ += '"';
     for (const ValuePiece& piece : pieces) {
       appendEscaped(text_, piece.text);
@@ -50,7 +51,7 @@ void ElementForm::print(std::size_t depth) {
   json.member("name", tag_);
   if (shownText_ != nullptr) {
     json.name("value");
-    printer.string({shownText_});
+    printer.string(std::array{ValuePiece(shownText_)});
   }
   json.name("attr");
   json.openObject();

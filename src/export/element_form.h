@@ -4,6 +4,7 @@
 // and its text those values between long pieces of text.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@ using RecordValue = std::string_view (*)(const Record& record);
 
 // Part of an attribute's value: a fixed text, or a place.
 struct ValuePiece {
+  ValuePiece() = default;
   ValuePiece(const char* fixedText)
       : text(fixedText) {}  // NOLINT(google-explicit-constructor): forms are read as lists
   ValuePiece(std::string_view fixedText) : text(fixedText) {}  // NOLINT(google-explicit-constructor)
@@ -27,9 +29,10 @@ struct ValuePiece {
   RecordValue value = nullptr;
 };
 
+// Pieces that a value does not need stay empty.
 struct Attribute {
   std::string_view name;
-  std::vector<ValuePiece> pieces;
+  std::array<ValuePiece, 9> pieces;
 };
 
 struct PrintedPiece {

@@ -23,8 +23,12 @@ void closeList(JsonText& json) {
 
 }  // namespace
 
-PageDocument::PageDocument(const PageStart& start)
-    : page_(Page{std::string(start.height), std::string(start.width), {std::string(start.name), {}}}) {}
+PageDocument::PageDocument(const PageStart& start) {
+  Page& page = page_.emplace();
+  page.height = start.height;
+  page.width = start.width;
+  page.group.id = start.name;
+}
 
 void PageDocument::startSymbol(std::string_view symbolName) {
   if (symbols_.empty()) {

@@ -37,6 +37,13 @@ ElementForm redLine(ValuePiece x1, ValuePiece x2, const char* y2) {
   return red("line", {{"x1", {x1}}, {"y1", {"0"}}, {"x2", {x2}}, {"y2", {y2}}});
 }
 
+struct PinForms {
+  ElementForm dot = red("circle", {{"cx", {"3"}}, {"cy", {"0"}}, {"r", {"3"}}});
+  ElementForm line = redLine(lineStart, lineEnd, "0");
+  ElementForm wedgeDown = redLine("-3", "0", "3");
+  ElementForm wedgeUp = redLine("-3", "0", "-3");
+};
+
 Json numbers(std::initializer_list<int> values) {
   Json array = Json::array();
   for (const int value : values) {
@@ -61,20 +68,17 @@ const std::array<PinShape, 8>& pinShapes() {
 }
 
 void drawPinShape(const PinShape& shape, ElementSink& sink) {
-  static const ElementForm dot = red("circle", {{"cx", {"3"}}, {"cy", {"0"}}, {"r", {"3"}}});
-  static const ElementForm line = redLine(lineStart, lineEnd, "0");
-  static const ElementForm wedgeDown = redLine("-3", "0", "3");
-  static const ElementForm wedgeUp = redLine("-3", "0", "-3");
+  static const PinForms forms;
   Record ends;
   ends.set(0, shape.lineStart);
   ends.set(1, shape.lineEnd);
   if (shape.dot) {
-    sink.add(dot, ends);
+    sink.add(forms.dot, ends);
   }
-  sink.add(line, ends);
+  sink.add(forms.line, ends);
   if (shape.clock) {
-    sink.add(wedgeDown, ends);
-    sink.add(wedgeUp, ends);
+    sink.add(forms.wedgeDown, ends);
+    sink.add(forms.wedgeUp, ends);
   }
 }
 

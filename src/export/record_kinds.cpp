@@ -84,37 +84,39 @@ void drawByKind(const std::vector<RecordKind>& kinds, const Record& record, Elem
 }
 
 std::vector<RecordKind> sharedKinds(std::size_t depth) {
-  // 1 path, 2 colour, 3 line style, 4 line width
-  const ElementForm path(depth, "path", nullptr, {styleWith<2>("none"), {"d", {textOf<1>}}});
-  return {
-      // 1 x, 2 y, 3 lines, 4 colour, 5 unused, 6 font height, 7 rotation
+  std::vector<RecordKind> kinds;
+  // 1 x, 2 y, 3 lines, 4 colour, 5 unused, 6 font height, 7 rotation
+  kinds.push_back(
       {textKind,
        ElementForm(depth, "text", textOf<textLines>,
                    {{"style", {"stroke:", colourOf<4>, ";stroke-width:0;font-size:", textSize, ";fill:", colourOf<4>}},
                     {"transform",
                      {"translate(", textOf<textX>, ",", textOf<textY>, ") rotate(", rotationOf<textRotation>, ")"}},
-                    {"dominant-baseline", {"hanging"}}})},
-      // 1 x, 2 y, 3 width, 4 height, 5 colour, 6 line style, 7 line width, 8 fill style, 9 hatch style (unused)
-      {"Box", ElementForm(depth, "rect", nullptr,
-                          {styleWith<5>(fillOf<8, 5>),
-                           {"x", {textOf<1>}},
-                           {"y", {textOf<2>}},
-                           {"width", {textOf<3>}},
-                           {"height", {textOf<4>}}})},
-      // centre and radii, then as "Box"
-      {"Ellipse", ElementForm(depth, "ellipse", nullptr,
-                              {styleWith<5>(fillOf<8, 5>),
-                               {"cx", {textOf<1>}},
-                               {"cy", {textOf<2>}},
-                               {"rx", {textOf<3>}},
-                               {"ry", {textOf<4>}}})},
-      {"Arc", path},
-      {"Bezier", path},
-      // as "Arc", then 5 fill style, 6 hatch style (unused)
-      {"Polygon", ElementForm(depth, "path", nullptr, {styleWith<2>(fillOf<5, 2>), {"d", {textOf<1>}}})},
-      // 1 points, then as "Arc"
-      {"Polyline", ElementForm(depth, "polyline", nullptr, {styleWith<2>("none"), {"points", {textOf<1>}}})},
-  };
+                    {"dominant-baseline", {"hanging"}}})});
+  // 1 x, 2 y, 3 width, 4 height, 5 colour, 6 line style, 7 line width, 8 fill style, 9 hatch style (unused)
+  kinds.push_back({"Box", ElementForm(depth, "rect", nullptr,
+                                      {styleWith<5>(fillOf<8, 5>),
+                                       {"x", {textOf<1>}},
+                                       {"y", {textOf<2>}},
+                                       {"width", {textOf<3>}},
+                                       {"height", {textOf<4>}}})});
+  // centre and radii, then as "Box"
+  kinds.push_back({"Ellipse", ElementForm(depth, "ellipse", nullptr,
+                                          {styleWith<5>(fillOf<8, 5>),
+                                           {"cx", {textOf<1>}},
+                                           {"cy", {textOf<2>}},
+                                           {"rx", {textOf<3>}},
+                                           {"ry", {textOf<4>}}})});
+  // 1 path, 2 colour, 3 line style, 4 line width
+  for (const char* name : {"Arc", "Bezier"}) {
+    kinds.push_back({name, ElementForm(depth, "path", nullptr, {styleWith<2>("none"), {"d", {textOf<1>}}})});
+  }
+  // as "Arc", then 5 fill style, 6 hatch style (unused)
+  kinds.push_back({"Polygon", ElementForm(depth, "path", nullptr, {styleWith<2>(fillOf<5, 2>), {"d", {textOf<1>}}})});
+  // 1 points, then as "Arc"
+  kinds.push_back(
+      {"Polyline", ElementForm(depth, "polyline", nullptr, {styleWith<2>("none"), {"points", {textOf<1>}}})});
+  return kinds;
 }
 
 }  // namespace vernoxa

@@ -1,7 +1,5 @@
 #include "export/symbol_elements.h"
 
-#include <iterator>
-
 #include "export/pin_shapes.h"
 #include "export/record_kinds.h"
 
@@ -24,21 +22,20 @@ std::string_view pinAngle(const Record& record) {
 }
 
 std::vector<RecordKind> makeKinds() {
-  std::vector<RecordKind> kinds = {
-      // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 unused, 7 width
+  std::vector<RecordKind> kinds = sharedKinds(depth);
+  // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 unused, 7 width
+  kinds.push_back(
       {"Line", ElementForm(depth, "line", nullptr,
                            {{"style", {"stroke:", colourOf<5>, ";stroke-width:", lineWidth, ";stroke-linecap:round"}},
                             {"x1", {textOf<1>}},
                             {"y1", {textOf<2>}},
                             {"x2", {textOf<3>}},
-                            {"y2", {textOf<4>}}})},
-      // 1 x, 2 y, 3 to 6 unused, 7 shape, 8 side of the symbol
+                            {"y2", {textOf<4>}}})});
+  // 1 x, 2 y, 3 to 6 unused, 7 shape, 8 side of the symbol
+  kinds.push_back(
       {"Pin", ElementForm(depth, "use", nullptr,
                           {{"transform", {"translate(", textOf<1>, ",", textOf<2>, ") rotate(", pinAngle, ")"}},
-                           {"xlink:href", {pinShape}}})},
-  };
-  std::vector<RecordKind> shared = sharedKinds(depth);
-  kinds.insert(kinds.end(), std::make_move_iterator(shared.begin()), std::make_move_iterator(shared.end()));
+                           {"xlink:href", {pinShape}}})});
   return kinds;
 }
 

@@ -152,8 +152,11 @@ companion AutoDealwithDsn {{"a":"1","ProjectPath":"C:\\a.dsn","n":5,"id":"x]y","
     [list {AutoDeal "C:\a.dsn" [list 1 x\]y 2]}] {{"Data":{"id":"x]y"},%"0"}}
 companion SelectModule {{"Page":"P 1","priceK":"2"}} {} {{getSelectPart "P 1"}} {{"Data":{},%"0"}}
 companion SelectModule {{"priceK":"2"}} {} {} [refused SelectModule]
+companion PlaceDSNModule null {} {} [refused PlaceDSNModule]
 companion ClearCurrentDesign {[]} {} ClearCurrentDesign {{"Data":{},%"0"}}
 companion CheckOpenState {{"ProjectPath":"c:/设计/A.DSN"}} {InitPath {C:\x.dsn;C:\设计\a.dsn;}} InitPath {{"Data":{"State":"Open"},%"0"}}
+# 学院 in the code page would pass for UTF-8 by chance.
+companion CheckOpenState {{"ProjectPath":"C:\\学院\\a.dsn"}} {InitPath {C:\设计\b.dsn;C:\学院\a.dsn}} InitPath {{"Data":{"State":"Open"},%"0"}}
 companion CheckOpenState {{"ProjectPath":"C:\\b.dsn"}} {InitPath {C:\a.dsn}} InitPath {{"Data":{"State":"Close"},%"0"}}
 companion Cancel {{"ProjectPath":"C:\\a.dsn"}} {} {} {{"Data":{"ExitCommand":"\"C:\\a.dsn\""},%"0"}}
 check "Cancel answers in UTF-8" [encoding convertfrom utf-8 [binary decode hex [packetParser [hex [format {{"Command":"Cancel","Data":%s}} $path]]]]] \
@@ -189,6 +192,8 @@ thread FileStatus {{"Status":"Close","FileName":"C:\\a.dsn"}} {} \
 thread GetNewOpenPath {{}} {InitPath {C:\b.DSN;}} InitPath {{"Data":{"ProjectPath":"C:\\b.DSN","CloseFile":""},%"0"}}
 thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"BASE\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"File not exist"}}
 thread GetNetsList $path {GetNetsList {Error: no nets}} [list "GetNetsList $doubled \"BASE\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"Error: no nets"}}
+row packetParser {{"Command":"FileStatus_EndResult","Data":{"Path":"C:\\学院"}}} {} {} ""
+thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"C:\\\\学院\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"File not exist"}}
 
 foreach failure $failures {
   puts stderr $failure
