@@ -1,6 +1,9 @@
 // What the plug-in runs in the host's interpreter, whatever came in: only the procedures that belong to a message.
+#include <algorithm>
 #include <array>
+#include <span>
 
+#include "core/json.h"
 #include "link/packet_text.h"
 #include "loaded_plug_in_tcl.h"
 #include "plugin/command_table.h"
@@ -9,22 +12,74 @@
 namespace vernoxa::fuzz {
 namespace {
 
-constexpr std::string_view companionProcedures =
-    "GetActiveProPages KX_PlaceWirePort KX_PlaceWireOffPage ReplaceRefAndValue RenameRef GetOlbObjectPackage "
-    "GetAllPackage GetOlbAllPackage RunCheck RunCheckActiveProj JumpToDsn AutoDeal getSelectPart ClearCurrentDesign "
-    "generateBOMForPath GetProductVersion ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList "
-    "::capGenerateBOMUtil::getNoPartNumberList gotoLocation InitPath switchStickOrNotStick setRefToNotUse setRefToUse "
-    "saveFile ZoomIn ZoomOut LockBomView setAllNotStick setEnterViewMode getAllPropertyName getGuid convertToSVG Exit "
-    "MenuCommand IsSchematicViewActive UnSelectAll SetLibViewBox setPlaceMarketFlag PlaceNew placeLibPart setPinNum "
-    "placePart";
-
-constexpr std::string_view threadProcedures = "GetNetsList getDsnPinCount InitPath creatClient sendPacketGlobalHandle";
-
-constexpr std::string_view commandProcedures =
-    "getDsnPinCount sendPacketGlobalHandle GetProductVersion placePart placeLibPart setPinNum";
+// The procedures that each message may run, between blanks.
+struct MessageProcedures {
+  std::string_view message;
+  std::string_view procedures;
+};
 
 constexpr std::string_view placingProcedures =
     "IsSchematicViewActive UnSelectAll setPlaceMarketFlag PlaceNew placeLibPart setPinNum placePart";
+
+constexpr MessageProcedures companionProcedures[] = {
+    {"GetActiveProPages", "GetActiveProPages"},
+    {"SetPlacePortType", "KX_PlaceWirePort"},
+    {"SetPlaceOffpageType", "KX_PlaceWireOffPage"},
+    {"AdjustRefAndValue", "ReplaceRefAndValue"},
+    {"RenameRef", "RenameRef"},
+    {"GetOlbObjectPackageInfo", "GetOlbObjectPackage"},
+    {"GetDsnAllPackageInfo", "GetAllPackage"},
+    {"GetOlbAllPackageInfo", "GetOlbAllPackage"},
+    {"DsnCheck", "RunCheck"},
+    {"DsnCheckActiveProj", "RunCheckActiveProj"},
+    {"JumpToDsn", "JumpToDsn"},
+    {"AutoDealwithDsn", "AutoDeal"},
+    {"SelectModule", "getSelectPart"},
+    {"ClearCurrentDesign", "ClearCurrentDesign"},
+    {"PlaceDsnLibPartModule",
+     "MenuCommand IsSchematicViewActive UnSelectAll SetLibViewBox placeLibPart "
+     "setPinNum setPlaceMarketFlag PlaceNew"},
+    {"PlaceDSNModule", placingProcedures},
+    {"GenerateBOM",
+     "GetProductVersion generateBOMForPath ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList "
+     "::capGenerateBOMUtil::getNoPartNumberList"},
+    {"JumpToPartRef", "gotoLocation"},
+    {"CheckOpenState", "InitPath"},
+    {"SwitchStickOrNotStick", "switchStickOrNotStick"},
+    {"SetToNotStick", "setRefToNotUse saveFile ZoomIn ZoomOut"},
+    {"SetToStick", "setRefToUse saveFile ZoomIn ZoomOut"},
+    {"ExitBomViewMode", "LockBomView saveFile ZoomIn ZoomOut"},
+    {"EnterBomViewMode", "setAllNotStick setEnterViewMode LockBomView saveFile ZoomIn ZoomOut"},
+    {"GetPartPropertyList", "getAllPropertyName"},
+    {"SetNewGuid", "getGuid"},
+    {"CreateSVG", "convertToSVG"},
+    {"CloseOrcad", "Exit"},
+};
+
+constexpr MessageProcedures threadProcedures[] = {
+    {"GetNetsList", "GetNetsList"}, {"getDsnPinCount", "getDsnPinCount"},
+    {"GetNewOpenPath", "InitPath"}, {"FileStatus", "InitPath sendPacketGlobalHandle"},
+    {"creatClient", "creatClient"},
+};
+
+std::string_view proceduresOf(std::string_view message, std::span<const MessageProcedures> table) {
+  const Json parsed = Json::parse(std::string(message)).document;
+  const auto command = parsed.view().member("Command").text();
+  const auto row = std::find_if(table.begin(), table.end(),
+                                [&](const MessageProcedures& each) { return command && *command == each.message; });
+  return row == table.end() ? "" : row->procedures;
+}
+
+std::string allOf(std::span<const MessageProcedures> table) {
+  std::string procedures;
+  for (const MessageProcedures& each : table) {
+    procedures.append(each.procedures).append(" ");
+  }
+  return procedures;
+}
+
+constexpr std::string_view commandProcedures =
+    "getDsnPinCount sendPacketGlobalHandle GetProductVersion placePart placeLibPart setPinNum";
 
 constexpr std::array<const char*, 2> joinedProcedures = {"getGuid\"", "convertToSVG\""};
 
@@ -34,7 +89,7 @@ bool isJoined(const Words& words) {
 }
 
 // First line: what the host answers; the rest is the message.
-void packet(std::string_view input, const char* door, std::string_view procedures) {
+void packet(std::string_view input, const char* door, std::span<const MessageProcedures> table) {
   RecordingHost& host = recordingHost();
   host.answerWith(takeUntil(input, '\n'));
   LoadedPlugIn loaded;
@@ -44,7 +99,7 @@ void packet(std::string_view input, const char* door, std::string_view procedure
   require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   require(messageOf(host.result()).valid, "the answer is no packet text");
   std::erase_if(host.interp.calls, isJoined);
-  host.requireOnly(procedures);
+  host.requireOnly(proceduresOf(input, table));
 }
 
 std::string unescaped(std::string_view argument) {
@@ -97,8 +152,9 @@ void commands(std::string_view input) {
     require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   }
   std::erase_if(host.interp.calls, isJoined);
-  host.requireOnly(std::string(companionProcedures) + " " + std::string(threadProcedures) + " " +
-                   std::string(commandProcedures));
+  static const std::string procedures =
+      allOf(companionProcedures) + allOf(threadProcedures) + std::string(commandProcedures);
+  host.requireOnly(procedures);
 }
 
 // The input is the module file that the companion names and the host's script then has placed.
