@@ -32,7 +32,7 @@ class Files {
  public:
   virtual ~Files() = default;
   virtual std::uint32_t attributes(const std::string& path) = 0;
-  // The whole file, opened so that others may go on reading it.
+  // The whole file, opened so that others may go on reading it. Nothing for what is no file, as "COM1" and pipes.
   virtual std::optional<std::string> read(const std::string& path) = 0;
   // Appends; made when missing; others may read, write and delete it meanwhile. Each write arrives in one piece.
   virtual std::unique_ptr<OutputFile> openForAppending(const std::string& path) = 0;

@@ -49,7 +49,8 @@ std::uint32_t WindowsFiles::attributes(const std::string& path) {
 std::optional<std::string> WindowsFiles::read(const std::string& path) {
   const FileHandle handle(
       CreateFileA(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!handle) {
+  // A pipe or a serial port would be waited for.
+  if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
     return std::nullopt;
   }
   std::string content;

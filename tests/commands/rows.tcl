@@ -194,6 +194,7 @@ thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"BASE\\
 thread GetNetsList $path {GetNetsList {Error: no nets}} [list "GetNetsList $doubled \"BASE\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"Error: no nets"}}
 row packetParser {{"Command":"FileStatus_EndResult","Data":{"Path":"C:\\学院"}}} {} {} ""
 thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"C:\\\\学院\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"File not exist"}}
+row packetParser "{\"Command\":\"FileStatus_EndResult\",\"Data\":{\"Path\":\"[string map {\\ \\\\} $base]\"}}" {} {} ""
 
 foreach failure $failures {
   puts stderr $failure

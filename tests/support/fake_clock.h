@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/clock.h"
+#include "support/faults.h"
 
 namespace vernoxa {
 
@@ -15,9 +16,13 @@ struct ClockStopped : std::runtime_error {
 
 class FakeClock final : public Clock {
  public:
-  LocalTime localTime() override { return local; }
+  // A clock that fails gives nothing but zeros, and one that measures leaps ahead, as when a computer slept.
+  LocalTime localTime() override { return faults.strike() ? LocalTime{} : local; }
   std::chrono::milliseconds monotonic() override {
     const std::lock_guard lock(guard_);
+    if (faults.strike()) {
+      now_ += std::chrono::hours(1);
+    }
     return now_;
   }
   // Returns at once, later. Throws ClockStopped in place of the sleep after `stopAfter` ones.
@@ -40,6 +45,7 @@ class FakeClock final : public Clock {
     return pauses_;
   }
 
+  Faults faults;
   int stopAfter = -1;  // set before another thread runs
   LocalTime local{2024, 3, 5, 9, 7, 2, 45};
 

@@ -1,4 +1,5 @@
-// Each call that can fail does so once, in every kept conversation: allocations, files, sockets, the host's procedures.
+// Each call that can fail does so once, in every kept conversation: allocations, files, sockets, clocks, the host's
+// procedures.
 #include <gtest/gtest.h>
 #include <tcl.h>
 
@@ -28,6 +29,8 @@ constexpr std::array faults = {
           [](TrustHost&, TrustLoad& load) { return load.fake.files.faults.calls(); }},
     Fault{"socket", [](TrustHost&, TrustLoad& load, int number) { load.fake.sockets.faults.failCall(number); },
           [](TrustHost&, TrustLoad& load) { return load.fake.sockets.faults.calls(); }},
+    Fault{"clock", [](TrustHost&, TrustLoad& load, int number) { load.fake.clock.faults.failCall(number); },
+          [](TrustHost&, TrustLoad& load) { return load.fake.clock.faults.calls(); }},
     Fault{"procedure", [](TrustHost& host, TrustLoad&, int number) { host.faults.failCall(number); },
           [](TrustHost& host, TrustLoad&) { return host.faults.calls(); }},
 };

@@ -171,5 +171,40 @@ TEST_F(Load, PacketsThroughBothDoors) {
   RecordProperty("packets", wanted);
 }
 
+// However large a module is: the placement is answered, nothing is placed and nothing of it stays in memory.
+TEST_F(Load, HugeModules) {
+  const std::size_t size = (tryEverything() ? std::size_t{100} : std::size_t{1}) << 20U;
+  const struct {
+    const char* begin;
+    const char* repeated;
+    const char* end;
+  } modules[] = {
+      {R"({"lib":[)", "{},", "{}]"},  // an end is missing
+      {R"({"lib":)", "[", ""},       {R"({"lib":{)", R"("a":[],)", R"("a":1}})"},
+      {R"({"lib":")", "x", R"("})"}, {"", "\\", ""},
+  };
+  const Words asked = {"packetParser",
+                       packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"dsnDatPath":"C:\\m.json"}})")};
+  TrustHost host;
+  host.answer = "1";
+  for (const auto& each : modules) {
+    TrustLoad load;
+    load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+    std::string module = each.begin;
+    while (module.size() < size) {
+      module.append(each.repeated);
+    }
+    load.fake.files.addFile("C:\\m.json", module + each.end);
+    load.beginSession();
+    const long begun = liveBlocks();
+    EXPECT_NE(messageOf(host.call(asked).text).message.find(R"("Result":"0")"), std::string::npos);
+    host.call({"placeMarketPart"});
+    EXPECT_LE(liveBlocks(), begun + 64) << each.repeated;  // what the placement keeps in mind
+    EXPECT_FALSE(load.fake.files.exists("C:\\123456.olb"));
+    EXPECT_EQ(load.crashes(), "");
+  }
+  RecordProperty("megabytes", static_cast<int>(size >> 20U));
+}
+
 }  // namespace
 }  // namespace vernoxa

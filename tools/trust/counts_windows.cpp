@@ -1,11 +1,13 @@
-// A Tcl command for the load test: `processCounts` answers the handles, the threads and the committed kilobytes of the
-// process that it runs in.
+// Tcl commands for the load tests, which ask after the process that they run in: `processCounts` answers the handles, the
+// threads and the committed kilobytes, `processHeaps` the bytes in use in all heaps, or an error when one is damaged.
 #include <windows.h>
 // after windows.h
 #include <psapi.h>
 #include <tcl.h>
 #include <tlhelp32.h>
 
+#include <algorithm>
+#include <array>
 #include <initializer_list>
 
 namespace {
@@ -45,6 +47,26 @@ int processCounts(ClientData, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   return TCL_OK;
 }
 
+int processHeaps(ClientData, Tcl_Interp* interp, int, Tcl_Obj* const*) {
+  std::array<HANDLE, 64> heaps{};
+  const DWORD count = std::min<DWORD>(GetProcessHeaps(heaps.size(), heaps.data()), heaps.size());
+  Tcl_WideInt used = 0;
+  for (DWORD index = 0; index < count; ++index) {
+    if (HeapValidate(heaps[index], 0, nullptr) == FALSE) {
+      Tcl_SetObjResult(interp, Tcl_NewStringObj("a heap is damaged", -1));
+      return TCL_ERROR;
+    }
+    HeapLock(heaps[index]);
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heaps[index], &entry) != FALSE) {
+      used += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? static_cast<Tcl_WideInt>(entry.cbData) : 0;
+    }
+    HeapUnlock(heaps[index]);
+  }
+  Tcl_SetObjResult(interp, Tcl_NewWideIntObj(used));
+  return TCL_OK;
+}
+
 }  // namespace
 
 extern "C" __declspec(dllexport) int Counts_Init(Tcl_Interp* interp) {
@@ -52,5 +74,6 @@ extern "C" __declspec(dllexport) int Counts_Init(Tcl_Interp* interp) {
     return TCL_ERROR;
   }
   Tcl_CreateObjCommand(interp, "processCounts", processCounts, nullptr, nullptr);
+  Tcl_CreateObjCommand(interp, "processHeaps", processHeaps, nullptr, nullptr);
   return TCL_OK;
 }
