@@ -33,6 +33,7 @@ constexpr int largest = 1'000'000;
 class CountingFiles final : public Files {
  public:
   std::uint32_t attributes(const std::string&) override { return noAttributes; }
+  std::string fullPath(const std::string& path) override { return path; }
   std::optional<std::string> read(const std::string&) override { return std::nullopt; }
   std::unique_ptr<OutputFile> openForAppending(const std::string&) override { return nullptr; }
   std::unique_ptr<OutputFile> create(const std::string&) override { return std::make_unique<Output>(*this); }

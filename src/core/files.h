@@ -32,6 +32,10 @@ class Files {
  public:
   virtual ~Files() = default;
   virtual std::uint32_t attributes(const std::string& path) = 0;
+  // The path from its drive or share on, as the system takes it for every other call: "." and ".." resolved, dots and
+  // blanks left out where names end. Empty when it is no path, or longer
+  // than 259 bytes (MAX_PATH).
+  virtual std::string fullPath(const std::string& path) = 0;
   // The whole file, opened so that others may go on reading it. Nothing for what is no file, as "COM1" and pipes.
   virtual std::optional<std::string> read(const std::string& path) = 0;
   // Appends; made when missing; others may read, write and delete it meanwhile. Each write arrives in one piece.

@@ -46,6 +46,13 @@ std::uint32_t WindowsFiles::attributes(const std::string& path) {
   return GetFileAttributesA(path.c_str());
 }
 
+std::string WindowsFiles::fullPath(const std::string& path) {
+  std::string full(MAX_PATH, '\0');
+  const DWORD length = GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  full.resize(length < full.size() ? length : 0);  // no other call takes a longer one
+  return full;
+}
+
 std::optional<std::string> WindowsFiles::read(const std::string& path) {
   const FileHandle handle(
       CreateFileA(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -8,6 +8,7 @@ namespace vernoxa {
 class WindowsFiles final : public Files {
  public:
   std::uint32_t attributes(const std::string& path) override;
+  std::string fullPath(const std::string& path) override;
   std::optional<std::string> read(const std::string& path) override;
   std::unique_ptr<OutputFile> openForAppending(const std::string& path) override;
   std::unique_ptr<OutputFile> create(const std::string& path) override;

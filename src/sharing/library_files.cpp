@@ -23,10 +23,10 @@ std::string libraryPath(const PlacementContext& placement, const std::string& na
   return moduleFolder(placement) + "/" + name;
 }
 
-// Windows takes both separators and either case for the same file, and leaves out dots and blanks at its end. Code
-// page: the second byte of a double-byte character has no case.
-std::string comparable(const std::string& path) {
-  std::string text = replaceInCodePage(path, '\\', "/");
+// One text for all spellings of a file; empty for what is no path. Code page: the second byte of a double-byte
+// character has no case.
+std::string comparable(Files& files, const std::string& path) {
+  std::string text = replaceInCodePage(files.fullPath(path), '\\', "/");
   text.erase(text.find_last_not_of(". ") + 1);
   for (std::size_t index = 0; index < text.size(); ++index) {
     if (isDoubleByteLead(text[index])) {
@@ -38,11 +38,10 @@ std::string comparable(const std::string& path) {
   return text;
 }
 
-bool isUsersOwn(const GlobalState& state, const std::string& path) {
-  const std::string file = comparable(path);
+bool isUsersOwn(const GlobalState& state, const std::string& file) {
   const std::string extension = extensionOf(file).value_or("");
   const bool stream = file.find(':', 2) != std::string::npos;  // another name for a file that has one already
-  if (extension == "dsn" || extension == "opj" || stream) {
+  if (file.empty() || extension == "dsn" || extension == "opj" || stream) {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
@@ -107,20 +106,21 @@ std::string libraryBackupPath(const PlacementContext& placement) {
   return libraryPath(placement, placement.libraryBaseName + "_0.OBK");
 }
 
-void noteMadeLibrary(GlobalState& state, const std::string& path) {
-  state.madeLibraries.insert(comparable(path));
+void noteMadeLibrary(Services& services, const std::string& path) {
+  services.state.madeLibraries.insert(comparable(services.world.files, path));
 }
 
 void removePlacementFile(Services& services, const std::string& path) {
   if (!services.world.files.exists(path)) {
     return;
   }
-  if (isUsersOwn(services.state, path)) {
+  const std::string file = comparable(services.world.files, path);
+  if (isUsersOwn(services.state, file)) {
     services.logs.openTraffic().writeLine("not removed: " + path);
     return;
   }
   if (services.world.files.removeFile(path)) {
-    services.state.madeLibraries.erase(comparable(path));  // who makes it anew is another matter
+    services.state.madeLibraries.erase(file);  // who makes it anew is another matter
   }
 }
 

@@ -25,10 +25,10 @@ bool drawLibraryNames(Services& services);
 std::string emptyLibraryPath(const Services& services);
 
 // Notes that this process made the library or backup at that path, and so may remove it.
-void noteMadeLibrary(GlobalState& state, const std::string& path);
+void noteMadeLibrary(Services& services, const std::string& path);
 
 // Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
-// design, a project, or a library or backup that this process did not make.
+// design, a project, or a library or backup that this process did not make, however the path spells it.
 void removePlacementFile(Services& services, const std::string& path);
 
 }  // namespace vernoxa

@@ -26,8 +26,8 @@ class TemporaryLibrary {
         backup_(libraryBackupPath(services.state.placement)),
         made_(services.world.files.copyFile(emptyLibrary, path_)) {
     if (made_) {
-      noteMadeLibrary(services.state, path_);
-      noteMadeLibrary(services.state, backup_);
+      noteMadeLibrary(services, path_);
+      noteMadeLibrary(services, backup_);
     } else {
       services.logs.openTraffic().writeLine("not made: " + path_);
     }
@@ -94,7 +94,7 @@ bool copyToNewLibrary(Services& services, const std::string& from, const std::st
   if (!services.world.files.copyFile(from, to)) {
     return false;
   }
-  noteMadeLibrary(services.state, to);
+  noteMadeLibrary(services, to);
   return true;
 }
 

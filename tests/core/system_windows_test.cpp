@@ -59,6 +59,9 @@ std::vector<std::string> tell(Files& files, const std::string& root) {
     journal.note("removed while it is open", files.removeFile(file));
   }
   journal.note("gone", files.exists(file));
+  for (const char* const spelling : {"\\a.dsn\\.", "/x/..\\a.dsn", "\\a.dsn. .", "\\a.dsn\\x\\..", "\\.\\a.dsn"}) {
+    journal.note(spelling, files.fullPath(folder + spelling) == files.fullPath(folder + "\\a.dsn"));
+  }
   files.create(file)->write("old content");
   files.create(file)->write("new");
   journal.note("made new", files.read(file).value_or("nothing"));
@@ -89,6 +92,8 @@ TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
   FakeFiles fake;
   fake.addFolder("C:\\root");
   EXPECT_EQ(tell(real, root), tell(fake, "C:\\root"));
+  EXPECT_FALSE(real.read("NUL").has_value());  // no file
+  EXPECT_EQ(real.fullPath(root + "\\" + std::string(300, 'a')), "");
   EXPECT_TRUE(real.removeFolder(root));
 }
 

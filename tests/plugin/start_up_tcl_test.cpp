@@ -364,7 +364,7 @@ TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   fake_.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
-  noteMadeLibrary(state(), newLibraryPath(state().placement));
+  noteMadeLibrary(plugIn_.session->services(), newLibraryPath(state().placement));
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");

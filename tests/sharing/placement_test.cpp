@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "sharing/library_files.h"
 #include "support/fake_script_host.h"
 #include "support/fake_world.h"
 
@@ -209,15 +210,21 @@ TEST_F(Placement, EveryFailureOfTheFilesLeavesTheUsersFiles) {
 }
 
 TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
-  for (const char* path : {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\board.opj", "C:\\Mods\\7\\parts.olb",
-                           "C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b"}) {
+  for (const char* path : {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\board.opj", "C:\\Mods\\7\\parts.olb"}) {
     with_.fake.files.addFile(path, smallModule);
     with_.state.placement.dsnDatPath = path;
     placeModule(host_, with_.services);
     EXPECT_EQ(with_.fake.files.bytes(path), smallModule);
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
-  EXPECT_THAT(files(), SizeIs(8));  // and no library left behind
+  // The system finds the same files by these.
+  for (const char* path : {"C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b",
+                           "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\."}) {
+    with_.fake.files.addFile(path, "");
+    removePlacementFile(with_.services, path);
+    EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
+  }
+  EXPECT_THAT(files(), SizeIs(11));  // and no library left behind
 }
 
 // A script may run the host's event loop and with it the next placing command.

@@ -1,5 +1,6 @@
 #include "support/fake_files.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "core/text.h"
@@ -7,22 +8,48 @@
 namespace vernoxa {
 namespace {
 
-// One key for all spellings of a path; the second byte of a double-byte character is no separator.
-std::string keyOf(const std::string& path) {
-  std::string key;
-  std::size_t end = 0;  // without separators at the end
-  for (std::size_t index = 0; index < path.size(); ++index) {
-    if (isDoubleByteLead(path[index]) && index + 1 < path.size()) {
-      key.append(path, index++, 2);
-    } else {
-      key.push_back(path[index] == '/' ? '\\' : static_cast<char>(std::tolower(path[index])));
-      if (key.back() == '\\') {
-        continue;
-      }
-    }
-    end = key.size();
+// Takes the first name from a path; the second byte of a double-byte character is no separator.
+std::string takeName(std::string_view& path) {
+  std::size_t end = 0;
+  while (end < path.size() && path[end] != '\\' && path[end] != '/') {
+    end += isDoubleByteLead(path[end]) && end + 1 < path.size() ? 2U : 1U;
   }
-  return key.substr(0, end);
+  std::string name(path.substr(0, end));
+  path.remove_prefix(std::min(end + 1, path.size()));
+  return name;
+}
+
+// As Windows resolves a path: no "." and "..", no dots and blanks where names end.
+std::string resolved(std::string_view path) {
+  std::vector<std::string> names;
+  while (!path.empty()) {
+    std::string name = takeName(path);
+    if (name == ".." && names.size() > 1) {
+      names.pop_back();
+    }
+    name.erase(name.find_last_not_of(". ") + 1);
+    if (!name.empty() || names.empty()) {
+      names.push_back(std::move(name));
+    }
+  }
+  std::string full;
+  for (const std::string& name : names) {
+    full += (&name == &names.front() ? "" : "\\") + name;
+  }
+  return full;
+}
+
+// One key for all spellings of a path.
+std::string keyOf(const std::string& path) {
+  std::string key = resolved(path);
+  for (std::size_t index = 0; index < key.size(); ++index) {
+    if (isDoubleByteLead(key[index])) {
+      ++index;
+    } else {
+      key[index] = static_cast<char>(std::tolower(key[index]));
+    }
+  }
+  return key;
 }
 
 bool isDrive(const std::string& key) {
@@ -51,6 +78,10 @@ class FakeFiles::Output final : public OutputFile {
   FakeFiles& files_;
   std::shared_ptr<std::string> bytes_;
 };
+
+std::string FakeFiles::fullPath(const std::string& path) {
+  return faults.strike() ? std::string() : resolved(path);
+}
 
 void FakeFiles::addFolder(const std::string& path, std::uint32_t attributes) {
   const std::string key = keyOf(path);
@@ -113,7 +144,7 @@ std::unique_ptr<OutputFile> FakeFiles::create(const std::string& path) {
 
 bool FakeFiles::createFolder(const std::string& path) {
   const std::lock_guard lock(guard_);
-  if (faults.strike() || find(path) != nullptr || find(withoutLastComponent(keyOf(path))) == nullptr) {
+  if (faults.strike() || find(path) != nullptr || !hasItsFolder(path)) {
     return false;
   }
   change("folder", path);
@@ -147,7 +178,7 @@ bool FakeFiles::removeFolder(const std::string& path) {
 bool FakeFiles::copyFile(const std::string& from, const std::string& to) {
   const std::lock_guard lock(guard_);
   const Node* const source = faults.strike() ? nullptr : find(from);
-  if (source == nullptr || !source->bytes || find(to) != nullptr || find(withoutLastComponent(keyOf(to))) == nullptr) {
+  if (source == nullptr || !source->bytes || find(to) != nullptr || !hasItsFolder(to)) {
     return false;
   }
   change("copy", to);
@@ -179,9 +210,13 @@ FakeFiles::Node* FakeFiles::find(const std::string& path) {
   return found == nodes_.end() ? nullptr : &found->second;
 }
 
+bool FakeFiles::hasItsFolder(const std::string& path) {
+  const Node* const folder = find(withoutLastComponent(keyOf(path)));
+  return folder != nullptr && isDirectory(folder->attributes);
+}
+
 FakeFiles::Node* FakeFiles::fileForWriting(const std::string& path, bool emptied) {
-  const Node* const folder = faults.strike() ? nullptr : find(withoutLastComponent(keyOf(path)));
-  if (folder == nullptr || !isDirectory(folder->attributes)) {
+  if (faults.strike() || !hasItsFolder(path)) {
     return nullptr;
   }
   Node* const existing = find(path);

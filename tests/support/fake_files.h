@@ -29,6 +29,7 @@ class FakeFiles final : public Files {
   Faults faults;
 
   std::uint32_t attributes(const std::string& path) override;
+  std::string fullPath(const std::string& path) override;
   std::optional<std::string> read(const std::string& path) override;
   std::unique_ptr<OutputFile> openForAppending(const std::string& path) override;
   std::unique_ptr<OutputFile> create(const std::string& path) override;
@@ -47,6 +48,7 @@ class FakeFiles final : public Files {
   class Output;
 
   Node* find(const std::string& path);
+  bool hasItsFolder(const std::string& path);
   Node* fileForWriting(const std::string& path, bool emptied);
   bool hasEntries(const std::string& folder) const;
   void change(const char* what, const std::string& path);

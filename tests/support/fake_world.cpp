@@ -53,6 +53,11 @@ std::string FakeStandardOutput::text() const {
   return text_;
 }
 
+void FakeStandardOutput::forget() {
+  const std::lock_guard lock(guard_);
+  text_ = {};
+}
+
 void FakeUserMessages::show(std::string_view text, MessageIcon icon) {
   const std::lock_guard lock(guard_);
   shown_.push_back(std::string(icon == MessageIcon::none ? "" : "(i) ").append(text));
@@ -61,6 +66,11 @@ void FakeUserMessages::show(std::string_view text, MessageIcon icon) {
 std::vector<std::string> FakeUserMessages::shown() const {
   const std::lock_guard lock(guard_);
   return shown_;
+}
+
+void FakeUserMessages::forget() {
+  const std::lock_guard lock(guard_);
+  shown_ = {};
 }
 
 FakeServices::FakeServices()

@@ -74,6 +74,7 @@ class FakeStandardOutput final : public StandardOutput {
  public:
   void print(std::string_view text) override;
   std::string text() const;
+  void forget();
 
   bool throwing = false;  // `print` throws std::bad_alloc
 
@@ -87,6 +88,7 @@ class FakeUserMessages final : public UserMessages {
   void show(std::string_view text, MessageIcon icon) override;
   // Texts in the code page; a text with an icon begins with "(i) ".
   std::vector<std::string> shown() const;
+  void forget();
 
  private:
   mutable std::mutex guard_;

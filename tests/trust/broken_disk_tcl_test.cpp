@@ -26,6 +26,7 @@ class BrokenDisk final : public Files {
     const bool gone = trouble_ == Trouble::logFolderComesAndGoes && path.ends_with("\\Log") && ++asked_ % 3 == 0;
     return gone ? noAttributes : there->attributes(path);
   }
+  std::string fullPath(const std::string& path) override { return there->fullPath(path); }
   std::optional<std::string> read(const std::string& path) override { return there->read(path); }
   std::unique_ptr<OutputFile> openForAppending(const std::string& path) override {
     if (trouble_ == Trouble::logFolderComesAndGoes) {

@@ -1,6 +1,7 @@
 #include "trust/failing_memory.h"
 
 #include <cJSON.h>
+#include <malloc.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -13,6 +14,7 @@ thread_local int counted = 0;
 thread_local int failing = 0;
 thread_local int suspended = 0;
 std::atomic<long> live = 0;
+std::atomic<long> liveSize = 0;
 
 bool isTheFailingOne() {
   return suspended == 0 && ++counted == failing;
@@ -21,6 +23,7 @@ bool isTheFailingOne() {
 void* allocateOrNull(std::size_t size) {
   void* const block = isTheFailingOne() ? nullptr : std::malloc(size == 0 ? 1 : size);
   live += block != nullptr ? 1 : 0;
+  liveSize += static_cast<long>(malloc_usable_size(block));
   return block;
 }
 
@@ -31,6 +34,7 @@ void* allocate(std::size_t size) {
 
 void release(void* block) {
   live -= block != nullptr ? 1 : 0;
+  liveSize -= static_cast<long>(malloc_usable_size(block));
   std::free(block);
 }
 
@@ -53,6 +57,10 @@ int countedAllocations() {
 
 long liveBlocks() {
   return live;
+}
+
+long liveBytes() {
+  return liveSize;
 }
 
 EnoughMemory::EnoughMemory() {

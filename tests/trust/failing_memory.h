@@ -10,6 +10,7 @@ int countedAllocations();
 
 // Blocks of the whole program that were allocated and not freed yet.
 long liveBlocks();
+long liveBytes();
 
 // While one exists the calling thread's allocations neither count nor fail: for stand-ins that no exception may leave.
 class EnoughMemory {

@@ -35,11 +35,22 @@ constexpr std::array faults = {
           [](TrustHost& host, TrustLoad&) { return host.faults.calls(); }},
 };
 
-// A run of the plug-in under faults; what it says of an answer that no contract knows, else "".
-using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&);
+// What the calls of a run answered.
+using Answers = std::vector<TrustHost::Answer>;
 
-// Words are the door and the packet text.
-std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words) {
+// A run of the plug-in; it says what is wrong with an answer, else "". `good` is what the run without a fault answered.
+using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&, Answers& good);
+
+std::string commandOf(const std::string& message) {
+  return std::string(Json::parse(message).document.member("Command").text().value_or(""));
+}
+
+// The answer of the run without a fault, or one that owns up to the fault: a refusal or failure of this request, the
+// host's own error text, or a text that a message box has told is missing. Words are the door and the packet text.
+std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words, Answers& good) {
+  if (good.empty()) {
+    good.push_back(answer);
+  }
   if (answer.status == commandFailed) {
     return load.crashes() == words[0] ? "" : "failed without its name in the crash log";
   }
@@ -50,47 +61,66 @@ std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, con
   if (!reply.valid) {
     return "no packet text: " + answer.text;
   }
+  const std::string request = messageOf(words[1]).message;
   const Json message = Json::parse(reply.message).document;
-  const auto name = message.member("Command").text();
-  const bool named = name && name->ends_with("_EndResult");
-  const bool echoed = reply.message == words[1];  // what could not be decoded comes back
-  return reply.message.empty() || named || echoed ? "" : "a reply without its name: " + reply.message;
+  const bool failed = commandOf(reply.message) == commandOf(request) + "_EndResult" &&
+                      message.member("Result").text() == std::string_view("1");
+  const bool told =
+      reply.message.find("the host's procedure failed") != std::string::npos || !load.fake.messages.shown().empty();
+  const bool same = answer.text == good.front().text;
+  const bool refused = messageOf(good.front().text).message.find("\"ErrInfo\"") != std::string::npos;
+  if (refused && reply.message.empty()) {
+    return {};  // no memory to read whom the refusal is for
+  }
+  return same || failed || told || reply.message == request ? "" : "not what it was: " + reply.message;
 }
 
-std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, const char* door) {
+std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good, const char* door) {
   const Words words = [&] {
     const EnoughMemory enough;
     return Words{door, packetTextOf(input.rest)};
   }();
   const TrustHost::Answer answer = host.call(words);
   const EnoughMemory enough;
-  return isPacketAnswer(answer, load, words);
+  return isPacketAnswer(answer, load, words, good);
 }
 
-std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input) {
-  return runPacket(host, load, input, "packetParser");
+std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+  return runPacket(host, load, input, good, "packetParser");
 }
 
-std::string runThreadPacket(TrustHost& host, TrustLoad& load, const KeptInput& input) {
-  return runPacket(host, load, input, "packetParserForPthread");
+std::string runThreadPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+  return runPacket(host, load, input, good, "packetParserForPthread");
 }
 
-std::string runCommands(TrustHost& host, TrustLoad&, const KeptInput& input) {
+// A command answers as without the fault, or fails with its name in the crash log.
+std::string runCommands(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
   const std::vector<Words> commands = [&] {
     const EnoughMemory enough;
     return commandsIn(input.rest);
   }();
+  Answers answers;
   for (const Words& words : commands) {
-    const int status = host.call(words).status;
-    if (status < commandFailed || status > commandError) {
-      return words.front() + " gave status " + std::to_string(status);
+    TrustHost::Answer answer = host.call(words);
+    const EnoughMemory enough;
+    answers.push_back(std::move(answer));
+  }
+  const EnoughMemory enough;
+  if (good.empty()) {
+    good = answers;
+  }
+  for (std::size_t index = 0; index < commands.size(); ++index) {
+    const bool owned = answers[index].status == commandFailed && load.crashes().starts_with(commands[index].front());
+    if (answers[index].status != good[index].status && !owned) {
+      return commands[index].front() + " gave status " + std::to_string(answers[index].status) +
+             ", crash log: " + load.crashes();
     }
   }
   return {};
 }
 
 // The module file that the companion names, and its placement by the host's script.
-std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input) {
+std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
   const Words asked = [&] {
     const EnoughMemory enough;
     load.fake.files.addFile("C:\\Mods\\m.json", input.answer + "\n" + input.rest);
@@ -108,7 +138,32 @@ std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input) 
   host.call(placed);
   const EnoughMemory enough;
   const std::string base = load.fake.files.bytes("C:\\App\\config\\Resource\\Empty.olb");
-  return base == "library" ? isPacketAnswer(answer, load, asked) : "the base library is " + base;
+  return base == "library" ? isPacketAnswer(answer, load, asked, good) : "the base library is " + base;
+}
+
+// A file of the user's that the companion names as the module, by any of its spellings: it is there after the placement
+// and after the clearing away.
+std::string runUsersFile(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+  const Words asked = [&] {
+    const EnoughMemory enough;
+    load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+    Json data = Json::object();
+    data.add("dsnDatPath", input.rest);
+    Json message = Json::object();
+    message.add("Command", "PlaceDSNModule");
+    message.add("Data", std::move(data));
+    return Words{"packetParser", packetTextOf(message.printUnformatted())};
+  }();
+  const TrustHost::Answer answer = host.call(asked);
+  for (const char* const command : {"placeMarketPart", "removeDatFile"}) {
+    const Words words = [&] {
+      const EnoughMemory enough;
+      return Words{command};
+    }();
+    host.call(words);
+  }
+  const EnoughMemory enough;
+  return isPacketAnswer(answer, load, asked, good);
 }
 
 // The process goes on after the fault: the next packet is answered as ever.
@@ -124,12 +179,12 @@ constexpr const char* nextReply = R"({"Data":{"ErrInfo":"","Open":[{"ProjectPath
 class FaultLoop : public testing::Test {
  protected:
   // Gives how many of these calls there were in the run.
-  int runOnce(const Fault& fault, int number, const KeptInput& input, Scenario scenario) {
+  int runOnce(const Fault& fault, int number, const KeptInput& input, Scenario scenario, Answers& good) {
     TrustLoad load;
     load.beginSession();
     host_.answer = input.answer;
     fault.arm(host_, load, number);
-    std::string wrong = scenario(host_, load, input);
+    const std::string wrong = scenario(host_, load, input, good);
     const int calls = fault.calls(host_, load);
     fault.arm(host_, load, 0);
     EXPECT_EQ(wrong, "");
@@ -143,13 +198,15 @@ class FaultLoop : public testing::Test {
     return calls;
   }
 
-  void runAll(const std::string& target, Scenario scenario) {
+  void runAll(const std::vector<KeptInput>& inputs, Scenario scenario) {
     int injected = 0;
-    for (const KeptInput& input : keptInputs(target)) {
+    for (const KeptInput& input : inputs) {
+      Answers good;
+      runOnce(faults.front(), 0, input, scenario, good);
       for (const Fault& fault : faults) {
         for (int number = 1;; ++number) {
-          SCOPED_TRACE(target + "/" + input.name + ", " + fault.name + " " + std::to_string(number));
-          if (runOnce(fault, number, input, scenario) < number || HasFailure()) {
+          SCOPED_TRACE(input.name + ", " + fault.name + " " + std::to_string(number));
+          if (runOnce(fault, number, input, scenario, good) < number || HasFailure()) {
             break;
           }
           ++injected;
@@ -164,19 +221,28 @@ class FaultLoop : public testing::Test {
 };
 
 TEST_F(FaultLoop, CompanionPackets) {
-  runAll("companion_packet", runCompanionPacket);
+  runAll(keptInputs("companion_packet"), runCompanionPacket);
 }
 
 TEST_F(FaultLoop, ThreadPackets) {
-  runAll("thread_packet", runThreadPacket);
+  runAll(keptInputs("thread_packet"), runThreadPacket);
 }
 
 TEST_F(FaultLoop, Modules) {
-  runAll("module_file", runModule);
+  runAll(keptInputs("module_file"), runModule);
 }
 
 TEST_F(FaultLoop, Commands) {
-  runAll("commands", runCommands);
+  runAll(keptInputs("commands"), runCommands);
+}
+
+TEST_F(FaultLoop, UsersFiles) {
+  std::vector<KeptInput> inputs;
+  for (const char* const path : {"C:\\job\\a.dsn", "c:/JOB/A.OPJ", "C:\\job\\my.olb. .", "C:\\job\\x\\..\\a_0.OBK",
+                                 "C:\\job\\a.dsn\\.", "C:/job/a.opj/x/.."}) {
+    inputs.push_back({path, "1", path});
+  }
+  runAll(inputs, runUsersFile);
 }
 
 // A load that fails half-way leaves an editor that works, and the next load is whole.

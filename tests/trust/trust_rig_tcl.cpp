@@ -17,6 +17,8 @@ namespace {
 // What a user may have beside the plug-in, and what may be named in a message.
 constexpr std::array<const char*, 6> usersFiles = {"C:\\job\\a.dsn",  "C:\\job\\a.opj",     "C:\\job\\a_0.OBK",
                                                    "C:\\job\\my.olb", "C:\\job\\notes.txt", "C:\\m.json"};
+// Each could be placed as a module.
+constexpr const char* usersBytes = R"({"lib":[{"Name":"R"}],"children":{"a":{"name":"Wire"}}})";
 
 int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   const EnoughMemory enough;  // no exception may cross Tcl, and this is no code of the plug-in
@@ -82,7 +84,7 @@ TrustLoad::TrustLoad(Files* files)
   }
   fake.files.addFile("C:\\App\\Config\\App.txt", R"({"AlgMenuLang":"CN","StartWithCadence":"1"})");
   for (const char* const file : usersFiles) {
-    fake.files.addFile(file, file);
+    fake.files.addFile(file, usersBytes);
   }
   fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","UserId":"1"}})"), {}}}, {}, {}});
 }
@@ -98,7 +100,7 @@ void TrustLoad::beginSession() {
 
 std::string TrustLoad::harmToTheUsersFiles() const {
   for (const char* const file : usersFiles) {
-    if (const std::string bytes = fake.files.bytes(file); bytes != file) {
+    if (const std::string bytes = fake.files.bytes(file); bytes != usersBytes) {
       return std::string(file) + " is now " + bytes;
     }
   }
