@@ -90,13 +90,23 @@ class Seen {
 
 using User = std::function<void(const Seen&)>;
 
+// Another run of these tests may show its own on the same desktop.
+HWND visibleDialog() {
+  HWND dialog = nullptr;
+  while ((dialog = FindWindowExW(nullptr, dialog, L"#32770", caption)) != nullptr) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(dialog, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(dialog) != FALSE) {
+      return dialog;
+    }
+  }
+  return nullptr;
+}
+
 std::optional<std::size_t> withUser(const std::vector<std::string>& texts, const User& user) {
   std::thread thread([&user] {
     HWND dialog = nullptr;
-    ASSERT_TRUE(waitUntil([&dialog] {
-      dialog = FindWindowW(L"#32770", caption);
-      return dialog != nullptr && IsWindowVisible(dialog) != FALSE;
-    }));
+    ASSERT_TRUE(waitUntil([&dialog] { return (dialog = visibleDialog()) != nullptr; }));
     user(Seen(dialog));
     EXPECT_TRUE(waitUntil([dialog] { return IsWindow(dialog) == FALSE; })) << "the user's moves did not end the dialog";
     if (IsWindow(dialog) != FALSE) {

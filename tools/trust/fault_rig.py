@@ -19,7 +19,7 @@ sys.dont_write_bytecode = True
 from companion import paths  # noqa: E402
 from companion.answers import Answers  # noqa: E402
 from companion.server import PORT, Companion, NotConnected  # noqa: E402
-from proxy import Fault, Proxy  # noqa: E402
+from proxy import HOLD_SECONDS, Fault, Proxy  # noqa: E402
 from stage import host  # noqa: E402
 from stage.installation import Installation  # noqa: E402
 
@@ -37,6 +37,7 @@ CASES = {
     "answer cut": (HOST, Fault("cut", "answers", 60)),
     "answer corrupted": (HOST, Fault("corrupt", "answers", 60)),
     "answer repeated": (HOST, Fault("repeat", "answers", 4)),
+    "host busy for minutes": (HOST, Fault("hold", "answers", 60)),
     "host half-closed": (HOST, Fault("halfClose", "answers", 60)),
     "request cut": (HOST, Fault("cut", "requests", 90)),  # after the first: else nobody calls the companion
     "message to the companion cut": (COMPANION, Fault("cut", "requests", 100)),
@@ -108,6 +109,8 @@ async def run(side: str, fault: Fault | None) -> None:
             if stranger:
                 before_companion.target = COMPANION_BEHIND
             await answers_again(companion, 60)
+            if not stranger and fault.kind == "hold":
+                await asyncio.sleep(HOLD_SECONDS)
             await asyncio.sleep(11)  # the link thread's next pass
             await answers_again(companion, 60)
             await companion.ask("CloseOrcad", {})

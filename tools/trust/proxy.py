@@ -7,6 +7,7 @@ import contextlib
 import dataclasses
 
 ADDRESS = "127.0.0.1"
+HOLD_SECONDS = 150
 HTTP = b"HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"
 
 
@@ -48,6 +49,11 @@ class _Stream:
 
     async def _delay(self, rest: bytes) -> bool:
         await asyncio.sleep(3)
+        await self._write(rest)
+        return True
+
+    async def _hold(self, rest: bytes) -> bool:
+        await asyncio.sleep(HOLD_SECONDS)
         await self._write(rest)
         return True
 
