@@ -251,7 +251,7 @@ TEST(SelectDialogTest, HoldsNoMoreHandlesAfterManyCalls) {
   withUser(threeTexts, user);
   const HandleProbe before = HandleProbe::take();
   for (int call = 0; call < calls; ++call) {
-    ASSERT_EQ(withUser(threeTexts, user), 0U);
+    ASSERT_EQ(withUser(threeTexts, user), 0U) << call;
   }
   EXPECT_FALSE(holdsMore(HandleProbe::take(), before, static_cast<std::uintptr_t>(calls)));
 }
