@@ -60,21 +60,23 @@ std::vector<Words> callsOf(const std::string& door, const KeptInput& input) {
   return door.empty() ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
 }
 
-std::vector<int> statusesOn(BrokenDisk* disk, TrustHost& host, const std::string& answer,
-                            const std::vector<Words>& calls) {
+// Statuses and texts.
+std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std::string& answer,
+                                   const std::vector<Words>& calls) {
   TrustLoad load(disk);
   if (disk != nullptr) {
     disk->there = &load.fake.files;
   }
   load.beginSession();
   host.answer = answer;
-  std::vector<int> statuses;
+  std::vector<std::string> answers;
   for (const Words& words : calls) {
-    statuses.push_back(host.call(words).status);
+    const TrustHost::Answer given = host.call(words);
+    answers.push_back(std::to_string(given.status) + " " + messageOf(given.text).message + " " + given.text);
   }
   EXPECT_EQ(load.harmToTheUsersFiles(), "");
   EXPECT_EQ(load.fake.locks.held, 0);
-  return statuses;
+  return answers;
 }
 
 TEST(BrokenDisk, EveryKeptConversationEndsAsOnAGoodOne) {
@@ -85,10 +87,10 @@ TEST(BrokenDisk, EveryKeptConversationEndsAsOnAGoodOne) {
     for (const KeptInput& input : keptInputs(target)) {
       SCOPED_TRACE(std::string(target) + "/" + input.name);
       const std::vector<Words> calls = callsOf(door, input);
-      const std::vector<int> good = statusesOn(nullptr, host, input.answer, calls);
+      const std::vector<std::string> good = answersOn(nullptr, host, input.answer, calls);
       for (const Trouble trouble : {Trouble::full, Trouble::readOnly, Trouble::logFolderComesAndGoes}) {
         BrokenDisk disk(trouble);
-        EXPECT_EQ(statusesOn(&disk, host, input.answer, calls), good);
+        EXPECT_EQ(answersOn(&disk, host, input.answer, calls), good);
         ++conversations;
       }
     }
