@@ -40,7 +40,8 @@ class Answers:
         self.user_id = user_id
         self.modules_folder = modules_folder
         self.designs: dict[str, Design] = {}
-        self.findings: dict[str, list[dict]] = {}
+        self.findings: dict[str, list[dict]] = {}  # of the last run of each check
+        self._over: set[str] = set()  # checks whose next message belongs to a new run
         self.reports: dict[str, list[list[str]]] = {}
         self.modules: dict[str, str] = {}
         self.uploads: dict[str, dict] = {}
@@ -103,7 +104,18 @@ class Answers:
         bom.setdefault(to, []).extend(lines)
 
     def _DsnCheck_Result(self, message: Message, _: dict) -> None:
-        self.findings.setdefault(message.data["id"], []).append(message.data)
+        self._findings_of_run(message.data["id"]).append(message.data)
+
+    def _DsnCheck_EndResult(self, message: Message, _: dict) -> None:
+        check = message.data["id"]
+        self._findings_of_run(check)
+        self._over.add(check)
+
+    def _findings_of_run(self, check: str) -> list[dict]:
+        if check in self._over:
+            self._over.remove(check)
+            self.findings[check] = []
+        return self.findings.setdefault(check, [])
 
     def _report(self, message: Message, _: dict) -> None:
         if message.shape == "report":

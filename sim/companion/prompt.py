@@ -4,11 +4,13 @@ from __future__ import annotations
 
 import asyncio
 import json
-from typing import Iterator
+import threading
+from typing import Callable, Iterator, Mapping, TextIO
 
 from prompt_toolkit import PromptSession
-from prompt_toolkit.completion import CompleteEvent, Completer, Completion
+from prompt_toolkit.completion import CompleteEvent, Completer, Completion, get_common_complete_suffix
 from prompt_toolkit.document import Document
+from prompt_toolkit.key_binding import KeyBindings, KeyPressEvent
 from prompt_toolkit.patch_stdout import patch_stdout
 
 from . import view as views
@@ -116,8 +118,9 @@ def _words(text: str) -> list[str]:
 
 
 class CommandCompleter(Completer):
-    def __init__(self, answers: Answers):
+    def __init__(self, answers: Answers, more: Mapping[str, str] = LOCAL):
         self._answers = answers
+        self._more = more  # words that are no commands of the plug-in, and what they are for
 
     def get_completions(self, document: Document, complete_event: CompleteEvent) -> Iterator[Completion]:
         before = document.text_before_cursor
@@ -142,7 +145,7 @@ class CommandCompleter(Completer):
                 yield Completion(member.name + "=", -len(word), display_meta=member.default or member.kind)
 
     def _first(self, word: str, with_local: bool) -> Iterator[Completion]:
-        rows = [(command.name, command.purpose) for command in COMMANDS] + (list(LOCAL.items()) if with_local else [])
+        rows = [(command.name, command.purpose) for command in COMMANDS] + (list(self._more.items()) if with_local else [])
         for name, purpose in rows:
             if name.lower().startswith(word.lower()):
                 yield Completion(name, -len(word), display_meta=purpose)
@@ -153,12 +156,31 @@ class CommandCompleter(Completer):
         return self._answers.current.references if self._answers.current else []
 
 
-class Desk:
-    """Carries out what was typed or stands in a script."""
+def _complete(event: KeyPressEvent) -> None:
+    """Tab. The menu is made in the background while one types, and a Tab that comes before it is there is passed over by
+    prompt_toolkit; here it completes what is certain."""
+    buffer = event.current_buffer
+    if buffer.complete_state:
+        buffer.complete_next()
+        return
+    found = list(buffer.completer.get_completions(buffer.document, CompleteEvent(completion_requested=True)))
+    if len(found) == 1:
+        buffer.apply_completion(found[0])
+    elif suffix := get_common_complete_suffix(buffer.document, found):
+        buffer.insert_text(suffix)
 
-    def __init__(self, companion: Companion, view: View):
+
+class Desk:
+    """Carries out what was typed or stands in a script.
+
+    `words` are further words that can be typed, each with what it is for and what takes the rest of the line.
+    """
+
+    def __init__(self, companion: Companion, view: View, words: Mapping[str, tuple[str, Callable[[str], None]]] = {}):
         self._companion = companion
         self._view = view
+        self._words = {name: take for name, (_, take) in words.items()}
+        self._purposes = {**LOCAL, **{name: purpose for name, (purpose, _) in words.items()}}
 
     async def run(self, text: str) -> bool:
         """False when it could not be done or was answered with a failure. Raises EOFError for quit."""
@@ -167,6 +189,9 @@ class Desk:
             return True
         if words[0] in LOCAL:
             return await self._local(words)
+        if words[0] in self._words:
+            self._words[words[0]](text.strip()[len(words[0]):].strip())
+            return True
         try:
             name, data = parse(text, self._companion.answers)
             reply = await self._companion.ask(name, data)
@@ -176,8 +201,29 @@ class Desk:
             return self._say(f"outside the code page: {error.object[error.start:error.end]}")
         return reply is None or reply.succeeded
 
+    async def work(self, stream: TextIO) -> bool:
+        """Until quit or the end: prompts when people look on, else carries out the stream's lines, each shown first.
+
+        False when a line of the stream could not be done; who types sees that, and goes on.
+        """
+        if self._view.colour and stream.isatty():
+            await self.prompt()
+            return True
+        good = True
+        lines = _lines(stream)
+        while line := await lines.get():
+            self._view.line("companion", f"> {line.rstrip()}")
+            try:
+                good = await self.run(line) and good
+            except EOFError:
+                break
+        return good
+
     async def prompt(self) -> None:
-        session: PromptSession = PromptSession(completer=CommandCompleter(self._companion.answers))
+        keys = KeyBindings()
+        keys.add("tab")(_complete)
+        completer = CommandCompleter(self._companion.answers, self._purposes)
+        session: PromptSession = PromptSession(completer=completer, key_bindings=keys)
         with patch_stdout(raw=True):
             while True:
                 try:
@@ -212,7 +258,7 @@ class Desk:
     def _help(self, words: list[str]) -> bool:
         if not words:
             self._view.table("companion", views.commands_table(self._view))
-            for name, purpose in LOCAL.items():
+            for name, purpose in self._purposes.items():
                 self._view.line("companion", f"{name}: {purpose}")
             return True
         command = find(words[0])
@@ -228,3 +274,16 @@ class Desk:
     def _say(self, text: str) -> bool:
         self._view.line("companion", text, "red")
         return False
+
+
+def _lines(stream: TextIO) -> asyncio.Queue[str]:
+    """The lines of a stream as they come, an empty one at its end. Nothing waits for the thread that reads them."""
+    loop, lines = asyncio.get_running_loop(), asyncio.Queue()
+
+    def read() -> None:
+        for line in stream:
+            loop.call_soon_threadsafe(lines.put_nowait, line)
+        loop.call_soon_threadsafe(lines.put_nowait, "")
+
+    threading.Thread(target=read, daemon=True).start()
+    return lines

@@ -193,7 +193,7 @@ class Companion:
                 frame = await frames.read(reader)
         except ConnectionError as error:
             if connection.stays:
-                self._tell(NOTE, connection, text=f"the connection broke: {error.strerror or error}")
+                self._tell(NOTE, connection, text=f"the editor's end is gone, as when it ends ({error.strerror or error})")
         finally:
             self._connections.remove(connection)
             writer.close()
@@ -211,14 +211,14 @@ class Companion:
         if connection.asks and connection.frames > 1:
             message.faults.append("a second request on a query connection")
         asked = self._match(message)
+        # The books are brought up to date before anyone looks into them.
+        answers = self.answers.take(message, asked.data if asked else None)
         self._tell(RECEIVED, connection, message)
         for fault in message.faults:
             self.faults += 1
             self._tell(FAULT, connection, message, fault)
         for note in message.notes:
             self._tell(NOTE, connection, message, note)
-        # The books are brought up to date before whoever asked goes on.
-        answers = self.answers.take(message, asked.data if asked else None)
         if asked and not asked.reply.done():
             asked.reply.set_result(message)
         for answer in answers:

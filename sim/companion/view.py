@@ -24,7 +24,7 @@ PLAIN_WIDTH = 140
 ROWS_SHOWN = 12
 LONGEST_VALUE = 90
 
-_SPEAKERS = {"companion": "bold cyan", "host": "bold magenta", "demo": "bold yellow"}
+_SPEAKERS = {"companion": "bold cyan", "host": "bold magenta", "demo": "bold yellow", "play": "bold yellow"}
 _STYLES = {FAULT: "bold red", NOTE: "yellow", OPENED: "green", CLOSED: "green", PROBED: "dim"}
 _EVENT_TEXTS = {
     OPENED: "connected",

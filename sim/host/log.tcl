@@ -30,11 +30,19 @@ proc ::host::readable {text} {
     return [fromCodePage $bytes]
 }
 
+# Texts of the host that went into a message as they are stand in it in UTF-8. Text between two double
+# quotes is taken for that when it is UTF-8 throughout and holds a three-byte sequence, which text of
+# the code page is by the rarest accident only.
 proc ::host::fromCodePage {bytes} {
-    if {"cp936" in [encoding names]} {
-        return [encoding convertfrom cp936 $bytes]
+    set texts {}
+    foreach piece [split $bytes \"] {
+        set text [encoding convertfrom utf-8 $piece]
+        if {![regexp {[\u0800-\uffff]} $text] || [encoding convertto utf-8 $text] ne $piece} {
+            set text [expr {"cp936" in [encoding names] ? [encoding convertfrom cp936 $piece] : $piece}]
+        }
+        lappend texts $text
     }
-    return $bytes
+    return [join $texts \"]
 }
 
 # Packet text as the message it carries, shortened for the log.

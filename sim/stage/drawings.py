@@ -43,14 +43,17 @@ def _page(document: dict) -> Page:
     return Page(name, [use["id"] for use in uses if use.get("id")], texts, undefined)
 
 
-def show(folder: pathlib.Path, out: pathlib.Path) -> bool:
-    """Keeps the page files in `out` and makes the web page with the pictures of all of them there.
+class NotShown(RuntimeError):
+    """There is no web page with the pictures; the text says why."""
 
-    False when there is no tool for that here. Raises subprocess.CalledProcessError.
-    """
+
+def show(folder: pathlib.Path, out: pathlib.Path) -> pathlib.Path:
+    """Keeps the page files in `out` and gives the web page with the pictures of all of them. Raises NotShown."""
     shutil.rmtree(out, ignore_errors=True)
     shutil.copytree(folder, out / "pages")
-    if not _VIEW.is_file():
-        return False
-    subprocess.run([sys.executable, str(_VIEW), str(folder), "-o", str(out)], check=True, capture_output=True)
-    return True
+    command = [sys.executable, str(_VIEW), str(folder), "-o", str(out)]
+    ended = subprocess.run(command, capture_output=True, encoding="utf-8", errors="replace")
+    page = out / "index.html"
+    if ended.returncode != 0 or not page.is_file():
+        raise NotShown(ended.stderr[-400:] or f"{page} was not made")
+    return page

@@ -6,6 +6,7 @@ import asyncio
 import contextlib
 import os
 import pathlib
+import re
 import signal
 import socket
 from typing import Callable, Sequence
@@ -17,6 +18,8 @@ from .installation import Installation, NotUsable
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 HOST_PORT = 9610
+# Wine's desktop outlives the host for a moment, and says this when its screen goes.
+_SCREEN_GONE = re.compile(r"X connection to \S+ broken")
 _TOOLS = REPOSITORY / "tools" / "setup"
 _TCLSH = REPOSITORY / ".deps" / "tcl-windows" / "bin" / "tclsh86.exe"
 
@@ -78,7 +81,7 @@ class Host:
         async for line in reader:
             # The plug-in's words for the standard output have no line end.
             loose, mark, spoken = line.decode("utf-8", "replace").rstrip().partition("host: ")
-            if loose:
+            if loose and not _SCREEN_GONE.match(loose):
                 self._hear("stdout", loose)
             if mark:
                 self._hear("host", spoken)

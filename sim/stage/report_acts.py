@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import pathlib
-import subprocess
 import sys
 
 from companion import paths, report
@@ -42,23 +41,18 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
     scene.say(f"seen: {len(pages)} pages with {len(drawn)} parts, every symbol and every part of the BOM", "bold green")
     scene.note(name, Drawn_parts=len(drawn))
     try:
-        if drawings.show(folder, out):
-            scene.say(f"the pictures of {title}: {out}")
-        else:
-            scene.say(f"no tool here makes pictures of the page files; they are in {out}")
-    except subprocess.CalledProcessError as error:
-        raise Missing(f"pictures: {error.stderr.decode(errors='replace')[-400:]}") from error
+        scene.say(f"the pictures of {title}: {drawings.show(folder, out)}")
+    except drawings.NotShown as error:
+        raise Missing(f"the pictures of {title}: {error}") from error
     return pages
 
 
 async def design_is_checked(scene: Scene, name: str) -> None:
     """All four checks run and end; what they found is in the companion's books."""
-    before = sum(map(len, scene.answers.findings.values()))
     await scene.ask(f"{paths.name_of(name)} is checked", "DsnCheck", 60, ProjectPath=name)
     for check, title in report.CHECKS.items():
         await scene.hear(f"check {check}, {title}, is over", "DsnCheck_EndResult", 60, id=check)
-    found = sum(map(len, scene.answers.findings.values())) - before
-    scene.note(name, Findings=found)
+    scene.note(name, Findings=sum(map(len, scene.answers.findings.values())))
     # The placed module has brought references that were there already.
     if not any("位号重名" in finding["Comment"] for finding in scene.answers.findings.get("1001", [])):
         raise Missing("a finding that a reference is there twice")

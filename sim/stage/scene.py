@@ -27,9 +27,11 @@ class Missing(RuntimeError):
 class Scene:
     """The companion, the host between start and end, and everything that they said."""
 
-    def __init__(self, view: View, installation: Installation, record: str | None = None, port: int = PORT):
+    def __init__(self, view: View, installation: Installation, record: str | None = None, port: int = PORT,
+                 speaker: str = "demo"):
         self.view = view
         self.installation = installation
+        self._speaker = speaker
         self.answers = Answers(modules_folder=installation.root / "modules")
         self.companion = Companion(self.answers, port=port)
         self.companion.listeners.append(ConversationView(view, self.answers))
@@ -37,6 +39,7 @@ class Scene:
         self.host: Host | None = None
         self.report_page: pathlib.Path | None = None
         self.host_lines: list[str] = []
+        self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
         if self._record:
@@ -50,6 +53,8 @@ class Scene:
 
     def _hear_host(self, speaker: str, text: str) -> None:
         self.host_lines.append(text)
+        if self.hidden and self.hidden.match(text):
+            return
         # The companion shows each message whole.
         self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
 
@@ -61,7 +66,7 @@ class Scene:
             self._record.close()
 
     def say(self, text: str, style: str = "bold") -> None:
-        self.view.line("demo", text, style)
+        self.view.line(self._speaker, text, style)
 
     def note(self, design: str, **facts: object) -> None:
         """For the summary."""
@@ -145,7 +150,7 @@ class Scene:
         table = self.view.new_table("summary", "Design", *(name.replace("_", " ") for name in names))
         rows = [[design, *(facts.get(name, "") for name in names)] for design, facts in self.designs.items()]
         add_rows(table, rows, len(rows))
-        self.view.table("demo", table)
+        self.view.table(self._speaker, table)
         for fault in (event for event in self.companion.events if event.kind == FAULT):
             self.say(f"fault at {fault.seconds:.1f} s: {fault.text}", "bold red")
         self.say(

@@ -52,13 +52,18 @@ class CollectedTest(unittest.TestCase):
     def test_the_report_names_everything_and_keeps_its_columns_in_line(self):
         answers = Answers()
         finding = {"ActualValue": 'R"1', "PagePos": "1 2", "PageName": "页\n1", "Sch": "S"}
-        for check, comment in (("1001", "R1位号重名"), ("1003", "引脚未连接"), ("1003", "x")):
-            answers.take(message("DsnCheck_Result", id=check, Comment=comment, **finding))
+        for check, comment in (
+            ("1001", "of a run before"), ("1001", ""), ("1001", "R1位号重名"), ("1001", ""), ("1002", "of a run before"),
+            ("1002", ""), ("1002", ""), ("1003", "引脚未连接"), ("1003", "x"),
+        ):  # fmt: skip
+            data = {"id": check} | ({"Comment": comment, **finding} if comment else {})
+            answers.take(message("DsnCheck_Result" if comment else "DsnCheck_EndResult", **data))
         answers.take(message("GetDsnAllPackageInfo_EndResult", "report", item=[["Value", "10k"], ["Datasheet", ""]]))
         answers.take(message("SelectModule_EndResult", "upload", **UPLOAD))
         text = report.text_of(answers)
         for line in (
             "Check 1001, reference designators: 1 findings",
+            "Check 1002, illegal characters: 0 findings",
             "R1位号重名  R\"1    S          页 1  1 2",
             "引脚未连接  R\"1    S          页 1  1 2",
             "x           R\"1    S          页 1  1 2",
@@ -84,7 +89,8 @@ class CollectedTest(unittest.TestCase):
         self.assertEqual(pages["2"].parts, [])
         with mock.patch.object(drawings, "_VIEW", self.folder / "none.py"):
             out = self.folder / "out"
-            self.assertFalse(drawings.show(self.folder, out))
+            with self.assertRaisesRegex(drawings.NotShown, "none.py"):
+                drawings.show(self.folder, out)
             self.assertEqual(drawings.read(out / "pages"), pages)
         (self.folder / "c.json").write_text("[", encoding="utf-8")
         with self.assertRaises(ValueError):

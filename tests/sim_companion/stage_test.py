@@ -1,5 +1,6 @@
 """The demo's own machinery: what it makes, what it hears, and that it tells when something is missing."""
 
+import asyncio
 import contextlib
 import io
 import pathlib
@@ -12,7 +13,7 @@ import fake_plug_in  # puts the stand-ins on the path
 
 from companion import messages
 from companion.view import View
-from stage import chinese_copy, host
+from stage import chinese_copy, host, playing
 from stage.installation import Installation, NotUsable
 from stage.scene import Missing, Scene
 
@@ -49,6 +50,22 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
                 await self.scene.ask("pages", "CreateSVG")
         await self.scene.host.stop()
         self.assertIsNotNone(await self.scene.host.ended(0))
+
+    async def test_what_is_piped_in_is_asked_and_the_host_ends_with_it(self):
+        async def plug_in() -> None:
+            while not self.scene.host:
+                await asyncio.sleep(0.01)
+            async with fake_plug_in.FakePlugIn(self.scene.companion.port, {"GenerateBOM": fake_plug_in.BOM}) as plug_in:
+                plug_in.send(fake_plug_in.opened("Z:\\a.dsn"))
+                for _ in range(2):
+                    await plug_in.receive()
+
+        host = ["/bin/sh", "-c", "until grep quit $0; do sleep 0.05; done", str(self.installation.commands)]
+        with mock.patch("sys.stdin", io.StringIO("GenerateBOM\nhost select R1\nquit\nnever\n")):
+            good, _ = await asyncio.gather(playing.play(self.scene, host, ["Z:\\a.dsn"]), plug_in())
+        self.assertTrue(good)
+        self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
+        self.assertIn("电阻", self.shown.getvalue())
 
     async def test_the_traffic_log_is_found_in_either_spelling(self):
         for name in ("schLog.txt", "SchLog.txt"):

@@ -230,8 +230,8 @@ test link "the plug-in's thread is always answered; the companion may break off 
 test readable "the start-up script's bytes are shown as the Chinese that they are" -body {
     set bytes [encoding convertto cp936 澜图助手]
     list [host::readable "menu [encoding convertfrom utf-8 $bytes]"] [host::readable 设计é] \
-        [host::messageOf d6fa0a22] [host::messageOf zz]
-} -result {{menu 澜图助手} 设计é {助 "} zz}
+        [host::messageOf d6fa0a22e59bbde4baa7343775462222cebb22] [host::messageOf zz]
+} -result {{menu 澜图助手} 设计é {助 "国产47uF""位"} zz}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

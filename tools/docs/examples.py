@@ -2,7 +2,7 @@
 """Prints examples into docs/for-companion-authors.md and docs/for-script-authors.md, between their marks.
 
 Messages come out of the recorded conversations in tests/conversations, calls and their answers out of a run of calls.tcl
-in the stand-in host (kept in calls.txt, so that only --run needs the plug-in).
+in the stand-in host (kept in calls.txt, so that only --run needs the plug-in), as do messages that no conversation has.
 
     examples.py            writes the pages
     examples.py --check    exit 1 when a page differs from what would be written
@@ -28,28 +28,44 @@ DOCS = REPOSITORY / "docs"
 CALLS = pathlib.Path(__file__).with_name("calls.txt")
 MOST_ITEMS = 2
 LONGEST_RESULT = 110
+PACKET = r"\b7b(?:[0-9a-f]{2})*7d\b"
 
 
 # --- messages ------------------------------------------------------------------------------------------------------
 
 
-def conversations() -> list[record.Entry]:
+Said = tuple[str, bytes]  # the side that sent it, and the message
+
+
+def conversations() -> list[Said]:
     files = sorted((REPOSITORY / "tests" / "conversations").glob("*.txt"))
-    return [entry for file in files for entry in record.read(file) if entry.message]
+    return [(entry.what, entry.message) for file in files for entry in record.read(file) if entry.message]
+
+
+def said_in_calls() -> list[Said]:
+    sides = {"call": record.COMPANION, "sent": record.PLUG_IN, "asks": record.PLUG_IN, "result": record.PLUG_IN}
+    return [(sides[kind], bytes.fromhex(packet)) for kind, text in call_lines() if kind in sides
+            for packet in re.findall(PACKET, text)]
 
 
 class Recorded:
-    """The first example of every message; of replies one that succeeded before one that failed."""
+    """The first example of every message, out of the first source that has one; of replies one that succeeded before one
+    that failed."""
 
-    def __init__(self, entries: list[record.Entry]):
-        self._found: dict[tuple[str, str], list[messages.Message]] = {}
-        for entry in entries:
-            message = messages.read(entry.message)
-            self._found.setdefault((entry.what, message.command), []).append(message)
+    def __init__(self, *sources: list[Said]):
+        self._sources: list[dict[tuple[str, str], list[messages.Message]]] = []
+        for source in sources:
+            found: dict[tuple[str, str], list[messages.Message]] = {}
+            for who, raw in source:
+                message = messages.read(raw)
+                found.setdefault((who, message.command), []).append(message)
+            self._sources.append(found)
 
     def block(self, who: str, name: str, shape: str = "") -> str:
-        known = [message for message in self._found.get((who, name), []) if shape in ("", message.shape)]
-        if not known:
+        choices = ([message for message in found.get((who, name), []) if shape in ("", message.shape)]
+                   for found in self._sources)
+        known = next(filter(None, choices), None)
+        if known is None:
             return ""
         best = max(known, key=lambda message: (message.succeeded, -len(message.faults)))
         return "```json\n" + json.dumps(_short(best.members), ensure_ascii=False, indent=2) + "\n```\n"
@@ -118,8 +134,11 @@ def run_calls() -> None:
         async with Calls(REPOSITORY / "build" / "windows" / "Vernoxa64.dll", designs, Answers()) as calls:
             await calls.ended(60)
             root = calls.root
-            # Packets carry the root in their digits.
             lines = calls.out.read_text(encoding="utf-8")
+            for entry in calls.entries:
+                if entry.what == record.PLUG_IN and messages.read(entry.message).command in QUERIES:
+                    lines += f"asks {entry.message.hex()}\n"
+            # Packets carry the root in their digits.
             for before, after in ((root, ROOT), (root.replace("\\", "/"), ROOT.replace("\\", "/")),
                                   (root.replace("\\", "\\\\"), ROOT.replace("\\", "\\\\"))):
                 lines = lines.replace(before, after)
@@ -129,14 +148,21 @@ def run_calls() -> None:
     asyncio.run(run())
 
 
+def call_lines() -> list[tuple[str, str]]:
+    """What each line is (call, sent, result, asks, uncalled), and its text."""
+    lines = []
+    for line in CALLS.read_text(encoding="utf-8").splitlines():
+        kind, _, text = line.partition(" ")
+        lines.append((kind, re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)))
+    return lines
+
+
 def calls_page() -> str:
     """Every command in the order of its table, with its call out of the run."""
     examples: dict[str, list[str]] = {}
     reasons: dict[str, str] = {}
     call, sent = "", []
-    for line in CALLS.read_text(encoding="utf-8").splitlines():
-        kind, _, text = line.partition(" ")
-        text = re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)
+    for kind, text in call_lines():
         if kind == "call":
             call, sent = text, []
         elif kind == "sent":
@@ -144,7 +170,7 @@ def calls_page() -> str:
         elif kind == "uncalled":
             command, _, reason = text.partition(" ")
             reasons[command] = reason
-        else:
+        elif kind == "result":
             examples.setdefault(call.split()[0], []).append(_example(call, text, sent))
     text = ""
     for command, usage, role in re.findall(r"^\| \d+ \| `(\w+)([^`]*)` \| (.*?) \|", (DOCS / "commands.md").read_text(), re.M):
@@ -158,7 +184,7 @@ def calls_page() -> str:
 
 def _example(call: str, result: str, sent: list[str]) -> str:
     lines = [call]
-    lines += [f"  with {_message(packet)}" for packet in re.findall(r"\b(7b(?:[0-9a-f]{2})*7d)\b", call)]
+    lines += [f"  with {_message(packet)}" for packet in re.findall(PACKET, call)]
     lines += [f"  sends {_message(packet)}" for packet in sent]
     if result:
         lines.append(f"  answers {_cut(result)}")
@@ -194,7 +220,7 @@ def printed(page: pathlib.Path, blocks: dict[str, str]) -> str:
 def main() -> int:
     if "--run" in sys.argv:
         run_calls()
-    recorded = Recorded(conversations())
+    recorded = Recorded(conversations(), said_in_calls())
     pages = {
         DOCS / "for-companion-authors.md": {"asked": asked_page(recorded), "told": told_page(recorded)},
         DOCS / "for-script-authors.md": {"calls": calls_page()},

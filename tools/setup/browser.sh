@@ -1,8 +1,8 @@
 #!/bin/bash
-# Installs the browser in which the report page is tested, with fonts for both of its languages.
+# Installs the browser in which the report page is tested, and its Latin font; the Chinese one is there already.
 set -eu
 
-packages=(chromium fonts-noto-core fonts-noto-cjk)
+packages=(chromium fonts-noto-core)
 missing=()
 for package in "${packages[@]}"; do
   dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")

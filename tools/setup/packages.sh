@@ -8,6 +8,8 @@ packages=(
   g++-mingw-w64-x86-64-posix cmake ninja-build make ccache
   # Windows programs, on a screen that nobody sees
   wine wine64 xvfb
+  # Chinese, in the windows that Wine draws, in browsers and in pictures
+  fonts-wqy-microhei
   # the native build, its tests and its tools
   g++ gcc clang clang-format clang-tidy libclang-rt-14-dev googletest tcl8.6 tcl8.6-dev
   # the stand-ins and the scripts
