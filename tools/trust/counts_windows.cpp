@@ -1,5 +1,6 @@
-// Tcl commands for the load tests, which ask after the process that they run in: `processCounts` answers the handles, the
-// threads and the committed kilobytes, `processHeaps` the bytes in use in all heaps, or an error when one is damaged.
+// Tcl commands for the load tests, which ask after the process that they run in: `processCounts` answers the handles,
+// the threads and the committed kilobytes, `processHeaps` the bytes in use in all heaps, or an error when one is
+// damaged.
 #include <windows.h>
 // after windows.h
 #include <psapi.h>
