@@ -251,6 +251,20 @@ TOLD: tuple[Told, ...] = (
     Told("GetMarketResPath", "asks where a module lies", (Shape(_REQUEST, ("ResId",), "0"),)),
 )
 
+# How the comments of the findings end.
+FINDING_WORDS = (
+    "器件未编号",
+    "位号重名",
+    "属性包含非法字符",
+    "引脚未连接",
+    "器件无封装",
+    "器件存在多个封装",
+    "引脚未编号",
+    "引脚名重复",
+    "引脚编号重复",
+    "同一器件Value值不同",
+)
+
 # Properties that a report leaves out.
 _LEFT_OUT_OF_LIBRARIES = frozenset(
     (
