@@ -132,6 +132,13 @@ def each_text(value: object, change: Callable[[str], str]) -> object:
     return value
 
 
+def texts_of(value: object) -> list[str]:
+    """All texts in a value in their order, member names too."""
+    texts: list[str] = []
+    each_text(value, lambda text: texts.append(text) or text)
+    return texts
+
+
 def _scalar(value: object) -> str:
     if isinstance(value, str):
         return json.dumps(bytes_of(value).decode("latin-1"), ensure_ascii=False)

@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import dataclasses
 import re
-from typing import Iterator
 
 from . import json_text
 from .catalogue import FINDING_WORDS, LEFT_OUT, Shape, is_told, shapes_of
@@ -12,7 +11,7 @@ from .catalogue import FINDING_WORDS, LEFT_OUT, Shape, is_told, shapes_of
 PLAIN, FORMATTED, OTHER, EMPTY = "plain", "formatted", "other", "empty"
 
 # Their texts are not converted.
-_AS_THE_HOST_GAVE = ("GenerateBOM_EndResult",)
+_AS_THE_HOST_GAVE = ("GenerateBOM_EndResult", "Cancel_EndResult")
 
 
 @dataclasses.dataclass
@@ -155,24 +154,12 @@ def _looks_like_utf8(data: bytes) -> bool:
 
 
 def _judge_encoding(message: Message) -> None:
-    texts = list(_utf8_texts(message.members))
+    texts = [text for text in json_text.texts_of(message.members) if isinstance(text, json_text.Utf8)]
     wrong = [text for text in texts if _looks_like_utf8(text.encode("utf-8"))]
     if wrong and message.command not in (*_AS_THE_HOST_GAVE, "DsnCheck_Result"):
         message.faults.append(f"in UTF-8, not in GBK: {wrong[0]}")
     elif texts:
         message.notes.append(f"{len(texts)} text{'s' * (len(texts) != 1)} in UTF-8, as the host gave them: {texts[0]}")
-
-
-def _utf8_texts(value: object) -> Iterator[json_text.Utf8]:
-    if isinstance(value, json_text.Utf8):
-        yield value
-    elif isinstance(value, dict):
-        for name, member in value.items():
-            yield from _utf8_texts(name)
-            yield from _utf8_texts(member)
-    elif isinstance(value, list):
-        for item in value:
-            yield from _utf8_texts(item)
 
 
 # Findings and reports are glued together from texts, so a quote in a value makes them no JSON, a property can come twice,

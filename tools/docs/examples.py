@@ -6,6 +6,7 @@ in the stand-in host (kept in calls.txt, so that only --run needs the plug-in).
 
     examples.py            writes the pages
     examples.py --check    exit 1 when a page differs from what would be written
+    either also ends with 1 when a message of the tables is in no recorded conversation
     examples.py --run      runs the calls anew first
 """
 
@@ -21,13 +22,14 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(REPOSITORY / "sim"), str(REPOSITORY / "tools" / "replay")]
 sys.dont_write_bytecode = True
 
-from companion import messages, record  # noqa: E402
-from companion.catalogue import COMMANDS, QUERIES, REPLY_SUFFIX, TOLD  # noqa: E402
+from companion import json_text, messages, record  # noqa: E402
+from companion.catalogue import COMMANDS, PURPOSES, QUERIES, REPLY_SUFFIX, TOLD  # noqa: E402
 
 DOCS = REPOSITORY / "docs"
 CALLS = pathlib.Path(__file__).with_name("calls.txt")
 MOST_ITEMS = 2
 LONGEST_RESULT = 110
+ANSWERED = ("FileStatus", *QUERIES)  # what the companion answers
 
 
 # --- messages ------------------------------------------------------------------------------------------------------
@@ -39,42 +41,86 @@ def conversations() -> list[record.Entry]:
 
 
 class Recorded:
-    """The first example of every message; of replies one that succeeded before one that failed."""
+    """Examples of every message. What is asked for and not there is kept in `missing`."""
 
     def __init__(self, entries: list[record.Entry]):
         self._found: dict[tuple[str, str], list[messages.Message]] = {}
+        self._pairs: dict[str, list[tuple[messages.Message, messages.Message]]] = {}
+        self.missing: list[str] = []
+        open_requests: dict[str, list[messages.Message]] = {}
         for entry in entries:
             message = messages.read(entry.message)
             self._found.setdefault((entry.what, message.command), []).append(message)
+            name = message.command.removesuffix(REPLY_SUFFIX)
+            if entry.what == record.COMPANION:
+                open_requests.setdefault(message.command, []).append(message)
+            elif open_requests.get(name) and (not message.of_its_own or message.shape == "report"):
+                self._pairs.setdefault(name, []).append((open_requests[name].pop(0), message))
 
     def block(self, who: str, name: str, shape: str = "") -> str:
-        known = [message for message in self._found.get((who, name), []) if shape in ("", message.shape)]
-        if not known:
-            return ""
-        best = max(known, key=lambda message: (message.succeeded, -len(message.faults)))
-        return "```json\n" + json.dumps(_short(best.members), ensure_ascii=False, indent=2) + "\n```\n"
+        """The first one; `shape` is that of a message of the plug-in."""
+        for message in self._found.get((who, name), []):
+            if shape in ("", message.shape):
+                return _block(message)
+        self.missing.append(f"{name} {shape}".strip())
+        return ""
+
+    def pair(self, name: str, shapes: tuple[str, ...]) -> tuple[str, str] | None:
+        """The first request that was answered in one of these shapes, and its answer."""
+        for request, reply in self._pairs.get(name, []):
+            if reply.shape in shapes:
+                return _block(request), _block(reply)
+        return None
 
 
-def _short(value: object) -> object:
+def _block(message: messages.Message) -> str:
+    """As it stands on the wire when it was printed with line ends there, else with line ends for its reader."""
+    form, value = record.json_of(message)
+    if form == messages.FORMATTED:
+        return f"```json\n{json_text.from_code_page(message.raw)}\n```\n"
+    left_out: list[str] = []
+    value = _short(value, "", left_out)
+    text = "```json\n" + json.dumps(value, ensure_ascii=False, indent=2) + "\n```\n"
+    if left_out:
+        text += f"\nShortened here: {', '.join(left_out)}.\n"
+    return text + _encodings(value)
+
+
+def _encodings(value: object) -> str:
+    """What is in which encoding, where it is not the code page alone."""
+    texts = [text for text in json_text.texts_of(value) if not text.isascii()]
+    utf8 = dict.fromkeys(f"`{text}`" for text in texts if isinstance(text, json_text.Utf8))
+    gbk = dict.fromkeys(f"`{text}`" for text in texts if not isinstance(text, json_text.Utf8))
+    if not utf8:
+        return ""
+    return f"\nIn UTF-8: {', '.join(utf8)}." + (f" In GBK: {', '.join(gbk)}." if gbk else "") + "\n"
+
+
+def _short(value: object, name: str, left_out: list[str]) -> object:
     if isinstance(value, dict):
-        return {name: _short(member) for name, member in value.items()}
+        return {member: _short(item, member, left_out) for member, item in value.items()}
     if isinstance(value, list):
-        kept = [_short(item) for item in value[:MOST_ITEMS]]
-        return kept + [f"... {len(value) - MOST_ITEMS} more"] * (len(value) > MOST_ITEMS)
+        if len(value) > MOST_ITEMS:
+            left_out.append(f"{len(value) - MOST_ITEMS} more in `{name}`")
+        return [_short(item, name, left_out) for item in value[:MOST_ITEMS]]
     return value
 
 
 def asked_page(recorded: Recorded) -> str:
     text = ""
     for command in COMMANDS:
-        text += f"### {command.name}\n\n{_sentence(command.purpose)}\n\n"
-        request = recorded.block(record.COMPANION, command.name)
-        reply = recorded.block(record.PLUG_IN, command.name + REPLY_SUFFIX)
-        text += request or "Not in the recorded conversations.\n"
-        if request and reply:
-            text += f"\nanswered with\n\n{reply}"
-        elif not command.answered:
-            text += "\nNot answered.\n" if not command.follows else f"\nNot answered; `{command.follows}` messages follow.\n"
+        text += f"### {command.name}\n\n{command.purpose}\n\n"
+        good = recorded.pair(command.name, ("done", "report"))
+        failed = recorded.pair(command.name, ("failed",))
+        if good:
+            text += f"{good[0]}\nis answered with\n\n{good[1]}"
+        elif command.answered:
+            recorded.missing.append(f"{command.name} and its answer")
+        else:
+            text += recorded.block(record.COMPANION, command.name)
+            text += f"\nNot answered; `{command.follows}` messages follow.\n" if command.follows else "\nNot answered.\n"
+        if failed:
+            text += f"\nWhen it fails, for example as\n\n{failed[0]}\nit is answered with\n\n{failed[1]}"
         text += "\n"
     return text
 
@@ -83,12 +129,20 @@ def told_page(recorded: Recorded) -> str:
     text = ""
     for told in TOLD:
         text += f"### {told.name}\n\n{_sentence(told.purpose)}\n\n"
-        blocks = [recorded.block(record.PLUG_IN, told.name, shape.name) for shape in told.shapes]
-        text += "\n".join(filter(None, dict.fromkeys(blocks))) or "Not in the recorded conversations.\n"
+        text += "\n".join(recorded.block(record.PLUG_IN, told.name, shape.name) for shape in told.shapes)
+        if told.name in ANSWERED:
+            text += f"\nAnswer it with\n\n{recorded.block(record.COMPANION, told.name + REPLY_SUFFIX)}"
         if told.name in QUERIES:
-            text += "\nComes on a connection of its own, which is closed after the answer.\n"
+            text += "\nIt comes on a connection of its own, which is closed after the answer.\n"
         text += "\n"
     return text
+
+
+def refused_page(recorded: Recorded) -> str:
+    request, reply = recorded.pair("GenerateBOM", ("refused",)) or ("", "")
+    if not request:
+        recorded.missing.append("a request that is refused")
+    return f"{request}\nis answered with\n\n{reply}"
 
 
 def _sentence(words: str) -> str:
@@ -196,9 +250,18 @@ def main() -> int:
         run_calls()
     recorded = Recorded(conversations())
     pages = {
-        DOCS / "for-companion-authors.md": {"asked": asked_page(recorded), "told": told_page(recorded)},
+        DOCS / "for-companion-authors.md": {
+            "refused": refused_page(recorded),
+            "asked": asked_page(recorded),
+            "told": told_page(recorded),
+        },
         DOCS / "for-script-authors.md": {"calls": calls_page()},
     }
+    lost = set(PURPOSES) ^ {command.name for command in COMMANDS}
+    if lost:
+        sys.exit(f"in one of docs/messages.md and sim/companion/catalogue.py only: {', '.join(sorted(lost))}")
+    if recorded.missing:
+        sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: tools/replay/replay --record")
     stale = 0
     for page, blocks in pages.items():
         text = printed(page, blocks)
