@@ -6,6 +6,8 @@ Completion, help, the values filled in at the prompt and the checks of what arri
 from __future__ import annotations
 
 import dataclasses
+import pathlib
+import re
 
 REPLY_SUFFIX = "_EndResult"
 
@@ -13,6 +15,17 @@ REPLY_SUFFIX = "_EndResult"
 TEXT, PATH, NUMBER, TEXTS, REFERENCES, ANY = "text", "path", "number", "texts", "references", "any"
 
 BOM_LINE = ("PartNumber", "Value", "PartRef", "PartName", "PCBFootprint", "PinNumber")
+
+
+
+def _purposes() -> dict[str, str]:
+    reference = pathlib.Path(__file__).resolve().parents[2] / "docs" / "messages.md"
+    section = reference.read_text(encoding="utf-8").partition("## From the companion\n")[2].partition("\n## ")[0]
+    return dict(re.findall(r"^\| `(\w+)` \|.*\| (.*) \|$", section, re.MULTILINE))
+
+
+# What each command of the companion is for, out of the reference that is printed from the plug-in's table.
+PURPOSES = _purposes()
 
 
 @dataclasses.dataclass(frozen=True)
@@ -42,11 +55,15 @@ class Member:
 @dataclasses.dataclass(frozen=True)
 class Command:
     name: str
-    purpose: str
     members: tuple[Member, ...] = ()
     replies: tuple[Shape, ...] = ()
     # A report that the host side sends in messages of its own comes instead of a reply.
     follows: str = ""
+
+    @property
+    def purpose(self) -> str:
+        """In the words of the table that the plug-in runs on; "" for a command that it does not have."""
+        return PURPOSES.get(self.name, "")
 
     @property
     def answered(self) -> bool:
@@ -79,40 +96,29 @@ _MARKET = tuple(Member(name, needed=False) for name in ("dsnBmpPath", "uploadRes
 COMMANDS: tuple[Command, ...] = (
     Command(
         "GetActiveProPages",
-        "the open projects and their pages",
         replies=(_done("ErrInfo", "Open", items={"Open": ("ProjectPath", "Pages")}), FAILED_INSIDE),
     ),
-    Command("SetPlacePortType", "the port to place next", (Member("Type", NUMBER, "0"),), (_done("ErrInfo"),)),
-    Command(
-        "SetPlaceOffpageType", "the off-page connector to place next", (Member("Type", NUMBER, "0"),), (_done("ErrInfo"),)
-    ),
-    Command("AdjustRefAndValue", "put references and values in order", replies=(_done(), FAILED)),
-    Command("RenameRef", "number the references anew", (Member("Type", NUMBER, "0"),), (_done(), FAILED)),
-    Command(
-        "GetOlbObjectPackageInfo",
-        "the properties of one library part",
-        (_PROJECT, Member("ObjName")),
-        follows="GetOlbObjectPackageInfo_EndResult",
-    ),
-    Command("GetDsnAllPackageInfo", "the properties of a design", (_PROJECT,), follows="GetDsnAllPackageInfo_EndResult"),
-    Command("GetOlbAllPackageInfo", "the properties of a library", (_PROJECT,), follows="GetOlbAllPackageInfo_EndResult"),
-    Command("DsnCheck", "check a design", (_PROJECT,), follows="DsnCheck_Result"),
-    Command("DsnCheckActiveProj", "check the design in front", (_PROJECT,), follows="DsnCheck_Result"),
+    Command("SetPlacePortType", (Member("Type", NUMBER, "0"),), (_done("ErrInfo"),)),
+    Command("SetPlaceOffpageType", (Member("Type", NUMBER, "0"),), (_done("ErrInfo"),)),
+    Command("AdjustRefAndValue", replies=(_done(), FAILED)),
+    Command("RenameRef", (Member("Type", NUMBER, "0"),), (_done(), FAILED)),
+    Command("GetOlbObjectPackageInfo", (_PROJECT, Member("ObjName")), follows="GetOlbObjectPackageInfo_EndResult"),
+    Command("GetDsnAllPackageInfo", (_PROJECT,), follows="GetDsnAllPackageInfo_EndResult"),
+    Command("GetOlbAllPackageInfo", (_PROJECT,), follows="GetOlbAllPackageInfo_EndResult"),
+    Command("DsnCheck", (_PROJECT,), follows="DsnCheck_Result"),
+    Command("DsnCheckActiveProj", (_PROJECT,), follows="DsnCheck_Result"),
     Command(
         "JumpToDsn",
-        "show a place on a page",
         (_PROJECT, Member("PageName"), Member("PagePos", default="0 0"), Member("Sch", default="SCHEMATIC1")),
         (_done(),),
     ),
     Command(
         "AutoDealwithDsn",
-        "carry out the tasks named by the values",
         (_PROJECT, Member("id", needed=False), Member("*", ANY, needed=False)),
         (_done("id"),),
     ),
     Command(
         "SelectModule",
-        "let the user select a module to share",
         (
             Member("priceK", default="1", needed=False),
             Member("pinPrice", default="0.1", needed=False),
@@ -121,10 +127,9 @@ COMMANDS: tuple[Command, ...] = (
         ),
         (_done(),),
     ),
-    Command("ClearCurrentDesign", "empty the design in front", replies=(_done(),)),
+    Command("ClearCurrentDesign", replies=(_done(),)),
     Command(
         "PlaceDsnLibPartModule",
-        "place one part of a module",
         (
             Member("PartIndex", default="0"),
             Member("Designator", default="U?", needed=False),
@@ -139,14 +144,12 @@ COMMANDS: tuple[Command, ...] = (
     ),
     Command(
         "PlaceDSNModule",
-        "place a module",
         (Member("sumPins", default="0", needed=False), Member("price", default="0", needed=False), Member("dsnDatPath"))
         + _MARKET,
         (_done(), FAILED),
     ),
     Command(
         "GenerateBOM",
-        "the bill of materials in three lists",
         (_PROJECT, Member("PartNumberKey", needed=False), Member("PartNameKey", needed=False)),
         (
             _done(
@@ -157,32 +160,22 @@ COMMANDS: tuple[Command, ...] = (
             ),
         ),
     ),
-    Command("JumpToPartRef", "show a part", (_PROJECT, Member("PartRef")), (_done(), FAILED)),
-    Command("CheckOpenState", "whether a design is open", (_PROJECT,), (_done("State"),)),
-    Command("SwitchStickOrNotStick", "turn the selected parts to fitted or not fitted", replies=(_done("ErrInfo"),)),
-    Command(
-        "SetToNotStick", "mark parts as not fitted", (_PROJECT, Member("item", REFERENCES)), (_done_with_empty_error(),)
-    ),
-    Command("SetToStick", "mark parts as fitted", (_PROJECT, Member("item", REFERENCES)), (_done_with_empty_error(),)),
-    Command("Cancel", "leave a running operation", (_PROJECT,), (_done("ExitCommand"),)),
-    Command("ExitBomViewMode", "leave the BOM view", (_PROJECT,), (_done_with_empty_error(),)),
-    Command(
-        "EnterBomViewMode", "enter the BOM view with these parts fitted", (_PROJECT, Member("Stick", TEXTS, "")), (_done(),)
-    ),
+    Command("JumpToPartRef", (_PROJECT, Member("PartRef")), (_done(), FAILED)),
+    Command("CheckOpenState", (_PROJECT,), (_done("State"),)),
+    Command("SwitchStickOrNotStick", replies=(_done("ErrInfo"),)),
+    Command("SetToNotStick", (_PROJECT, Member("item", REFERENCES)), (_done_with_empty_error(),)),
+    Command("SetToStick", (_PROJECT, Member("item", REFERENCES)), (_done_with_empty_error(),)),
+    Command("Cancel", (_PROJECT,), (_done("ExitCommand"),)),
+    Command("ExitBomViewMode", (_PROJECT,), (_done_with_empty_error(),)),
+    Command("EnterBomViewMode", (_PROJECT, Member("Stick", TEXTS, "")), (_done(),)),
     Command(
         "GetPartPropertyList",
-        "the names of all part properties",
         (_PROJECT,),
         (_done_with_empty_error("PartNameProperty", "PartNumberProperty", "PropertyList"), FAILED),
     ),
-    Command("SetNewGuid", "give the design a new GUID", (_PROJECT,), (_done_with_empty_error("Guid"), FAILED)),
-    Command(
-        "CreateSVG",
-        "write the page files of a design",
-        (_PROJECT,),
-        (_done_with_empty_error("SVGPath", "PreviewPic"), FAILED),
-    ),
-    Command("CloseOrcad", "end the editor"),
+    Command("SetNewGuid", (_PROJECT,), (_done_with_empty_error("Guid"), FAILED)),
+    Command("CreateSVG", (_PROJECT,), (_done_with_empty_error("SVGPath", "PreviewPic"), FAILED)),
+    Command("CloseOrcad"),
 )
 
 _FILE_STATUS = ("Command", "Result", "Data")
@@ -249,6 +242,20 @@ TOLD: tuple[Told, ...] = (
     ),
     Told("GetSelfId", "asks for the signed-in user", (Shape(_REQUEST, (), "0"),)),
     Told("GetMarketResPath", "asks where a module lies", (Shape(_REQUEST, ("ResId",), "0"),)),
+)
+
+# How the comments of the findings end.
+FINDING_WORDS = (
+    "器件未编号",
+    "位号重名",
+    "属性包含非法字符",
+    "引脚未连接",
+    "器件无封装",
+    "器件存在多个封装",
+    "引脚未编号",
+    "引脚名重复",
+    "引脚编号重复",
+    "同一器件Value值不同",
 )
 
 # Properties that a report leaves out.

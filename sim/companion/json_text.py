@@ -12,6 +12,7 @@ from __future__ import annotations
 
 import codecs
 import json
+from typing import Callable
 
 
 class NotJson(ValueError):
@@ -55,6 +56,15 @@ def text_of(data: bytes) -> str:
     except UnicodeDecodeError:
         pass
     return from_code_page(data)
+
+
+def text_of_host(data: bytes) -> str:
+    """A text that is passed on as the host gave it: UTF-8 wherever it can be."""
+    try:
+        text = data.decode("utf-8")
+        return text if text.isascii() else Utf8(text)
+    except UnicodeDecodeError:
+        return from_code_page(data)
 
 
 def bytes_of(text: str) -> bytes:
@@ -109,6 +119,24 @@ def parse(message: bytes) -> tuple[object, list[str]]:
         raise NotJson("nested too deeply") from error
     except ValueError as error:
         raise NotJson(str(error)) from error
+
+
+def each_text(value: object, change: Callable[[str], str]) -> object:
+    """The value with each of its texts changed, member names too."""
+    if isinstance(value, str):
+        return change(value)
+    if isinstance(value, dict):
+        return {change(name): each_text(member, change) for name, member in value.items()}
+    if isinstance(value, list):
+        return [each_text(item, change) for item in value]
+    return value
+
+
+def texts_of(value: object) -> list[str]:
+    """All texts in a value in their order, member names too."""
+    texts: list[str] = []
+    each_text(value, lambda text: texts.append(text) or text)
+    return texts
 
 
 def _scalar(value: object) -> str:

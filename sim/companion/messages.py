@@ -4,12 +4,14 @@ from __future__ import annotations
 
 import dataclasses
 import re
-from typing import Iterator
 
 from . import json_text
-from .catalogue import LEFT_OUT, Shape, is_told, shapes_of
+from .catalogue import FINDING_WORDS, LEFT_OUT, Shape, is_told, shapes_of
 
 PLAIN, FORMATTED, OTHER, EMPTY = "plain", "formatted", "other", "empty"
+
+# Their texts are not converted.
+_AS_THE_HOST_GAVE = ("GenerateBOM_EndResult", "Cancel_EndResult")
 
 
 @dataclasses.dataclass
@@ -75,6 +77,8 @@ def read(raw: bytes) -> Message:
             return Message(raw, {}, OTHER, faults=[f"no JSON: {error}"])
         if not isinstance(value, dict):
             return Message(raw, {}, OTHER, faults=["no JSON object"])
+        if value.get("Command") in _AS_THE_HOST_GAVE and not problems:
+            value = json_text.each_text(value, lambda text: json_text.text_of_host(json_text.bytes_of(text)))
         message = Message(raw, value, form_of(raw, value), faults=problems)
     if not message.command:
         message.faults.append('no "Command", or one that is no text')
@@ -142,9 +146,6 @@ def _not_texts(value: object, where: str) -> list[str]:
     return [] if isinstance(value, str) else [f"{where} is no text"]
 
 
-# These carry texts of the host unconverted.
-_MAY_HOLD_UTF8 = ("GenerateBOM_EndResult", "DsnCheck_Result")
-
 
 def _looks_like_utf8(data: bytes) -> bool:
     """The plug-in's own test before it converts. It is blind to a text that ends with its only Chinese character."""
@@ -153,24 +154,12 @@ def _looks_like_utf8(data: bytes) -> bool:
 
 
 def _judge_encoding(message: Message) -> None:
-    texts = list(_utf8_texts(message.members))
+    texts = [text for text in json_text.texts_of(message.members) if isinstance(text, json_text.Utf8)]
     wrong = [text for text in texts if _looks_like_utf8(text.encode("utf-8"))]
-    if wrong and message.command not in _MAY_HOLD_UTF8:
+    if wrong and message.command not in (*_AS_THE_HOST_GAVE, "DsnCheck_Result"):
         message.faults.append(f"in UTF-8, not in GBK: {wrong[0]}")
     elif texts:
-        message.notes.append(f"{len(texts)} texts in UTF-8, as the host gave them: {texts[0]}")
-
-
-def _utf8_texts(value: object) -> Iterator[json_text.Utf8]:
-    if isinstance(value, json_text.Utf8):
-        yield value
-    elif isinstance(value, dict):
-        for name, member in value.items():
-            yield from _utf8_texts(name)
-            yield from _utf8_texts(member)
-    elif isinstance(value, list):
-        for item in value:
-            yield from _utf8_texts(item)
+        message.notes.append(f"{len(texts)} text{'s' * (len(texts) != 1)} in UTF-8, as the host gave them: {texts[0]}")
 
 
 # Findings and reports are glued together from texts, so a quote in a value makes them no JSON, a property can come twice,
@@ -191,7 +180,7 @@ def _read_glued(raw: bytes) -> Message | None:
     report = _REPORT.fullmatch(text)
     try:
         if finding:
-            return _finding(raw, *(json_text.text_of(value.encode("latin-1")) for value in finding.groups()))
+            return _finding(raw, *(value.encode("latin-1") for value in finding.groups()))
         if report:
             return _report(raw, *report.groups())
     except UnicodeDecodeError:
@@ -199,11 +188,22 @@ def _read_glued(raw: bytes) -> Message | None:
     return None
 
 
-def _finding(raw: bytes, check: str, actual: str, comment: str, position: str, page: str, schematic: str) -> Message:
-    data = {"id": check, "RequiredValue": "", "ActualValue": actual, "Comment": comment, "PagePos": position}
-    data |= {"PageName": page, "ViewBox": "", "Sch": schematic}
+def _finding(
+    raw: bytes, check: bytes, actual: bytes, comment: bytes, position: bytes, page: bytes, schematic: bytes
+) -> Message:
+    """The value comes as the host gave it; page and schematic stay in UTF-8 only when there is Chinese in them."""
+    text, given = json_text.text_of, json_text.text_of_host
+    data = {"id": text(check), "RequiredValue": "", "ActualValue": given(actual), "Comment": _comment(comment)}
+    data |= {"PagePos": text(position), "PageName": text(page), "ViewBox": "", "Sch": text(schematic)}
     members = {"Command": "DsnCheck_Result", "Data": data, "Result": "0", "ErrInfo": ""}
     return _glued(raw, members)
+
+
+def _comment(data: bytes) -> str:
+    """A name of the host, then the plug-in's own words in the code page."""
+    words = next((words for words in map(json_text.to_code_page, FINDING_WORDS) if data.endswith(words)), b"")
+    name = json_text.text_of_host(data.removesuffix(words))
+    return name + json_text.from_code_page(words) if words else name
 
 
 def _report(raw: bytes, command: str, body: str) -> Message:

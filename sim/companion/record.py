@@ -11,7 +11,8 @@ and any lines "name: value" that describe the run. Every other block begins with
     SECONDS     since the start, with three decimals
     CONNECTION  the connection's number, counted from 1
     WHAT        opened, closed or probed (a connection that closed without a word), alone in its block;
-                "plug-in" for a message that the plug-in sent, "companion" for one that the companion sent
+                "plug-in" for a message that the plug-in sent, "companion" for one that the companion sent,
+                "host" for what the host's user did, in the words of `sim/host/commands.tcl` below; its connection is 0
     FORM        how the message stood on the wire:
                 plain      the JSON below, printed without blanks
                 formatted  the JSON below, printed with tabs and line ends
@@ -29,14 +30,14 @@ from __future__ import annotations
 import dataclasses
 import json
 import pathlib
-from typing import Callable, Iterable, TextIO
+from typing import Iterable, TextIO
 
 from . import json_text
-from .messages import EMPTY, FORMATTED, PLAIN, Message, form_of
+from .messages import EMPTY, FORMATTED, OTHER, PLAIN, Message, form_of
 from .server import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 
 TITLE = "conversation 1"
-PLUG_IN, COMPANION = "plug-in", "companion"
+PLUG_IN, COMPANION, HOST = "plug-in", "companion", "host"
 BYTES = "bytes"
 _UTF8 = "⟦utf-8⟧"
 _SIDES = {RECEIVED: PLUG_IN, SENT: COMPANION}
@@ -44,7 +45,7 @@ _SIDES = {RECEIVED: PLUG_IN, SENT: COMPANION}
 
 @dataclasses.dataclass
 class Entry:
-    """One block. `what` is OPENED, CLOSED, PROBED, or the side that sent `message`."""
+    """One block. `what` is OPENED, CLOSED, PROBED, the side that sent `message`, or HOST with its words as `message`."""
 
     seconds: float
     connection: int
@@ -72,6 +73,8 @@ class Recorder:
                 self._write(["# text: " + " ".join(event.message.raw.decode("gbk", "replace").split())])
         elif event.kind in (OPENED, CLOSED, PROBED):
             self._write([f"{start} {event.kind}"])
+        elif event.kind == HOST:
+            self._write([f"{start} {HOST}", event.text])
         elif event.kind in (FAULT, NOTE):
             self._write([f"# {event.kind}: " + " ".join(event.text.split())])
 
@@ -83,33 +86,31 @@ class Recorder:
 def _body(message: Message) -> tuple[str, list[str]]:
     if not message.raw:
         return EMPTY, []
-    try:
-        value, problems = json_text.parse(message.raw)
-        form = form_of(message.raw, value)
-        if not problems and form in (PLAIN, FORMATTED):
-            return form, json.dumps(_marked(value), ensure_ascii=False, indent=2).split("\n")
-    except json_text.NotJson:
-        pass
+    form, value = json_of(message)
+    if form in (PLAIN, FORMATTED):
+        return form, json.dumps(_marked(value), ensure_ascii=False, indent=2).split("\n")
     digits = message.raw.hex()
     return BYTES, [digits[at : at + 64] for at in range(0, len(digits), 64)]
 
 
-def _each_text(value: object, change: Callable[[str], str]) -> object:
-    if isinstance(value, str):
-        return change(value)
-    if isinstance(value, dict):
-        return {change(name): _each_text(member, change) for name, member in value.items()}
-    if isinstance(value, list):
-        return [_each_text(item, change) for item in value]
-    return value
+def json_of(message: Message) -> tuple[str, object]:
+    """The JSON that gives the message's bytes back, and the form in which it does; any other form when none does."""
+    form = form_of(message.raw, message.members)
+    if form in (PLAIN, FORMATTED):
+        return form, message.members
+    try:
+        value, problems = json_text.parse(message.raw)
+    except json_text.NotJson:
+        return form, None
+    return (OTHER if problems else form_of(message.raw, value)), value
 
 
 def _marked(value: object) -> object:
-    return _each_text(value, lambda text: _UTF8 + text if isinstance(text, json_text.Utf8) else text)
+    return json_text.each_text(value, lambda text: _UTF8 + text if isinstance(text, json_text.Utf8) else text)
 
 
 def _unmarked(value: object) -> object:
-    return _each_text(
+    return json_text.each_text(
         value, lambda text: json_text.Utf8(text.removeprefix(_UTF8)) if text.startswith(_UTF8) else text
     )
 
@@ -157,6 +158,9 @@ def _entry(number: int, header: str, body: list[str]) -> Entry:
         _, seconds, connection, what, *rest = header.split(" ")
         entry = Entry(float(seconds), int(connection), what)
         if what in (OPENED, CLOSED, PROBED) and not rest and not body:
+            return entry
+        if what == HOST and not rest and len(body) == 1:
+            entry.message = body[0].encode("utf-8")
             return entry
         if what in _SIDES.values() and len(rest) == 2:
             entry.message = _message(rest[0], "\n".join(body))

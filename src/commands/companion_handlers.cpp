@@ -35,7 +35,7 @@ constexpr std::array rows = {
     HandlerRow{
         "GetOlbAllPackageInfo", getOlbAllPackageInfo, {{projectPath}}, "Has the package report of a library sent."},
     HandlerRow{"DsnCheck", dsnCheck, {{projectPath}}, "Checks a design; findings come as messages of their own."},
-    HandlerRow{"DsnCheckActiveProj", dsnCheckActiveProj, {{projectPath}}, "The same for the active project."},
+    HandlerRow{"DsnCheckActiveProj", dsnCheckActiveProj, {{projectPath}}, "Checks the active project in the same way."},
     HandlerRow{"JumpToDsn",
                jumpToDsn,
                {{projectPath, {"PageName", text, needed}, {"PagePos", text, needed}, {"Sch", text, needed}}},

@@ -28,8 +28,13 @@ class DistTest(unittest.TestCase):
         self.assertEqual(self.zip.read_bytes(), (self.folder / "more" / "two.zip").read_bytes())
         self.assertEqual([], package.faults_of(self.zip))
         with zipfile.ZipFile(self.zip) as files:
-            self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.txt", "docs/commands.html",
+            self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.sample.txt", "docs/commands.html",
                                   "licences/cJSON.txt"}, set(files.namelist()))
+            self.assertNotIn("Config/App.txt", files.namelist())  # an installation's own settings
+            index = files.read("docs/index.html").decode()
+            for name in files.namelist():
+                if name.startswith("licences/"):
+                    self.assertIn(f"<code>{name.removeprefix('licences/')}</code>", index)
             commands = files.read("docs/commands.html").decode()
         self.assertIn("<td><code>ReadOpenPath path</code></td>", commands)
         self.assertIn('href="index.html"', commands)

@@ -122,9 +122,13 @@ class MessagesTest(unittest.TestCase):
                 self.assertEqual(message.data[where[0]], value)
 
     def test_texts_that_the_plug_in_leaves_in_utf_8_are_read_and_noted(self):
+        mixed = in_code_page(FINDING.replace("含", "%属性包含")).replace(b"%s", "100μF".encode()).replace(b"%", "容值".encode())
         for raw, where, value in (
             (BOM.encode(), "Stick", "电阻"),
+            (BOM.replace("10k", "100μF").encode(), "Stick", "100μF"),  # in the code page it would be 100碌F
             (in_code_page(FINDING).replace(b"%s", "国产".encode()), "ActualValue", "国产"),
+            (mixed, "ActualValue", "100μF"),
+            (mixed, "Comment", "容值属性包含非法字符"),
             (opened("%").replace(b"%", "中".encode()), "FileName", "中"),  # too short for the plug-in's test
         ):
             with self.subTest(value):
@@ -162,13 +166,14 @@ class RecordTest(unittest.TestCase):
         raws = [*map(in_code_page, texts), b'{"a":"\xff"}', b'{"a":1,"a":1}', BOM.encode()]
         entries = [record.Entry(0.25, 1, OPENED), record.Entry(0.5, 2, PROBED)]
         entries += [record.Entry(1.5, 1, ("plug-in", "companion")[i % 2], raw) for i, raw in enumerate(raws)]
-        entries += [record.Entry(2.0, 1, CLOSED)]
+        entries += [record.Entry(1.5, 0, record.HOST, "select R1 电阻".encode()), record.Entry(2.0, 1, CLOSED)]
         kinds = {"plug-in": RECEIVED, "companion": SENT}
         stream = io.StringIO()
         recorder = record.Recorder(stream, design="设计.dsn")
         for entry in entries:
             message = messages.read(entry.message) if entry.what in kinds else None
-            recorder(Event(entry.seconds, kinds.get(entry.what, entry.what), entry.connection, message))
+            words = entry.message.decode() if entry.what == record.HOST else ""
+            recorder(Event(entry.seconds, kinds.get(entry.what, entry.what), entry.connection, message, words))
             recorder(Event(entry.seconds, FAULT, entry.connection, message, "a fault\n\n@ told"))
         for readable in ('"FileName": "Z:\\\\誠\\\\设计.dsn"', '# text: {"a": "空"}'):
             self.assertIn(readable, stream.getvalue())
@@ -177,7 +182,7 @@ class RecordTest(unittest.TestCase):
     def test_broken_files_are_refused(self):
         title = record.TITLE + "\n\n"
         for text in ("", "hello\n", title + "@ 1\n\n", title + "@ x 1 opened\n\n", title + "stray\n\n",
-                     title + "@ 1 1 plug-in plain X\n{\n\n", title + "@ 1 1 plug-in other X\n{}\n\n"):
+                     title + "@ 1 1 plug-in plain X\n{\n\n", title + "@ 1 1 plug-in other X\n{}\n\n", title + "@ 1 0 host\n\n"):
             with self.subTest(text), self.assertRaises(record.BadRecord):
                 self.read(text)
 

@@ -3,6 +3,7 @@
 import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -83,6 +84,17 @@ class TrafficTest(unittest.TestCase):
                 for text, fault in zip(faults, found):
                     self.assertIn(text, fault)
         self.assertEqual("09:07:02.045", items[0].time)
+
+    def test_texts_that_are_not_in_the_code_page_are_noted(self):
+        finding = ('{"Command":"DsnCheck_Result","Data":{"id":"1002","RequiredValue":"","ActualValue":"%s","Comment":"%s",'
+                   '"PagePos":"1 2","PageName":"a","ViewBox":"","Sch":"b"},"Result":"0","ErrInfo":""}')
+        line = log("return data:" + finding % ("%", "V属性包含非法字符")).replace(b"%", "100μF".encode())
+        with tempfile.NamedTemporaryFile() as file:
+            file.write(line)
+            file.flush()
+            shown = subprocess.run([PACKET, "log", file.name], capture_output=True, text=True, timeout=60).stdout
+        self.assertIn("ActualValue=100μF  Comment=V属性包含非法字符", shown)
+        self.assertIn("note: 1 text in UTF-8, as the host gave them: 100μF", shown)
 
     def test_what_is_no_log_is_no_fault_of_the_reader(self):
         for text in (b"", b"\r\n", b"loose\r\n" + log("1111"), bytes(range(256)), log("acBuf[0]:1", "errno:3", "len:x")):

@@ -20,6 +20,8 @@ CHECKSUMS = "checksums.txt"
 PACKAGE_INDEX = """\
 package ifneeded Vernoxa 1.0 [list load [file normalize [file join $dir bin Vernoxa64.dll]] Vernoxa]
 """
+# Never the name that the plug-in reads: unpacking must not overwrite the settings of an installation.
+SAMPLE = "Config/App.sample.txt"
 CONFIGURATION = {"AlgMenuLang": "EN", "StartWithCadence": "1"}
 
 # What the DLL contains of others, and where the set-up and the distribution keep the words under which it may.
@@ -56,7 +58,7 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
     files = {
         "bin/Vernoxa64.dll": module.read_bytes(),
         "pkgIndex.tcl": PACKAGE_INDEX.encode(),
-        "Config/App.txt": (json.dumps(CONFIGURATION, separators=(",", ":")) + "\n").encode(),
+        SAMPLE: (json.dumps(CONFIGURATION, separators=(",", ":")) + "\n").encode(),
     }
     files |= _documents()
     for name, path in LICENCES.items():
@@ -100,8 +102,9 @@ def _commit_time() -> tuple[int, int, int, int, int, int]:
 
 
 def _documents() -> dict[str, bytes]:
-    sources = {"index": REPOSITORY / "README.md"}
-    sources |= {path.stem: path for path in sorted((REPOSITORY / "docs").glob("*.md"))}
+    sources = {"index": REPOSITORY / "docs" / "installing.md"}
+    sources |= {path.stem: path for path in sorted((REPOSITORY / "docs").glob("*.md")) if path != sources["index"]}
+    sources |= {name: REPOSITORY / f"{name}.md" for name in ("SECURITY", "README")}
     titles = {name: _title(path.read_text(encoding="utf-8")) for name, path in sources.items()}
     pages = {
         f"docs/{name}.html": _html(path.read_text(encoding="utf-8"), name, titles).encode()
@@ -119,7 +122,7 @@ def _title(markdown: str) -> str:
 def _html(markdown: str, name: str, titles: dict[str, str]) -> str:
     body = MarkdownIt("commonmark").enable("table").render(markdown)
     body = re.sub(r'((?:href|src)=")(?:docs/|\.\./)?([\w-]+)\.md(#[\w-]*)?"', r'\1\2.html\3"', body)
-    body = re.sub(r'(src=")docs/', r"\1", body).replace('href="README.html', 'href="index.html')
+    body = re.sub(r'(src=")docs/', r"\1", body).replace('href="installing.html', 'href="index.html')
     links = [f'<a href="{other}.html">{title}</a>' for other, title in titles.items() if other != name]
     navigation = f"<p><small>{' · '.join(links)}</small></p>" if links else ""
     return _PAGE.format(title=titles[name], navigation=navigation, body=body)

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import pathlib
+import shutil
 import tempfile
 import zipfile
 
@@ -10,6 +11,7 @@ import compare
 import performance
 from companion import paths
 from conversation import Conversation
+from package import SAMPLE
 
 
 class PackagedPerformance(performance.Performance):
@@ -22,6 +24,7 @@ class PackagedPerformance(performance.Performance):
         self.installation.module.unlink()
         with zipfile.ZipFile(self.package) as files:
             files.extractall(folder)
+        shutil.copyfile(folder / SAMPLE, folder / "Config" / "App.txt")
         script = self.installation.root / "load.tcl"
         script.write_text(
             f"lappend auto_path {{{paths.to_windows(folder)}}}\n"

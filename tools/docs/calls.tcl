@@ -37,6 +37,7 @@ proc uncalled {command reason} {
 
 set path [dict get $::pages::active path]
 
+call [list packetParser [binary encode hex {{"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\designs\\old.dsn"}}}]]
 call {packetParser 7b22436f6d6d616e64223a22436865636b4f70656e5374617465227d}
 call {packetParserForPthread 7b22436f6d6d616e64223a224765744e65774f70656e50617468227d}
 call [list ReadOpenPath $path]

@@ -2,10 +2,11 @@
 """Prints examples into docs/for-companion-authors.md and docs/for-script-authors.md, between their marks.
 
 Messages come out of the recorded conversations in tests/conversations, calls and their answers out of a run of calls.tcl
-in the stand-in host (kept in calls.txt, so that only --run needs the plug-in), as do messages that no conversation has.
+in the stand-in host (kept in calls.txt, so that only --run needs the plug-in).
 
     examples.py            writes the pages
     examples.py --check    exit 1 when a page differs from what would be written
+    either also ends with 1 when a message of the tables is in no recorded conversation
     examples.py --run      runs the calls anew first
 """
 
@@ -21,76 +22,105 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(REPOSITORY / "sim"), str(REPOSITORY / "tools" / "replay")]
 sys.dont_write_bytecode = True
 
-from companion import messages, record  # noqa: E402
-from companion.catalogue import COMMANDS, QUERIES, REPLY_SUFFIX, TOLD  # noqa: E402
+from companion import json_text, messages, record  # noqa: E402
+from companion.catalogue import COMMANDS, PURPOSES, QUERIES, REPLY_SUFFIX, TOLD  # noqa: E402
 
 DOCS = REPOSITORY / "docs"
 CALLS = pathlib.Path(__file__).with_name("calls.txt")
 MOST_ITEMS = 2
 LONGEST_RESULT = 110
-PACKET = r"\b7b(?:[0-9a-f]{2})*7d\b"
+ANSWERED = ("FileStatus", *QUERIES)  # what the companion answers
 
 
 # --- messages ------------------------------------------------------------------------------------------------------
 
 
-Said = tuple[str, bytes]  # the side that sent it, and the message
-
-
-def conversations() -> list[Said]:
+def conversations() -> list[record.Entry]:
     files = sorted((REPOSITORY / "tests" / "conversations").glob("*.txt"))
-    return [(entry.what, entry.message) for file in files for entry in record.read(file) if entry.message]
-
-
-def said_in_calls() -> list[Said]:
-    sides = {"call": record.COMPANION, "sent": record.PLUG_IN, "asks": record.PLUG_IN, "result": record.PLUG_IN}
-    return [(sides[kind], bytes.fromhex(packet)) for kind, text in call_lines() if kind in sides
-            for packet in re.findall(PACKET, text)]
+    return [entry for file in files for entry in record.read(file) if entry.message]
 
 
 class Recorded:
-    """The first example of every message, out of the first source that has one; of replies one that succeeded before one
-    that failed."""
+    """Examples of every message. What is asked for and not there is kept in `missing`."""
 
-    def __init__(self, *sources: list[Said]):
-        self._sources: list[dict[tuple[str, str], list[messages.Message]]] = []
-        for source in sources:
-            found: dict[tuple[str, str], list[messages.Message]] = {}
-            for who, raw in source:
-                message = messages.read(raw)
-                found.setdefault((who, message.command), []).append(message)
-            self._sources.append(found)
+    def __init__(self, entries: list[record.Entry]):
+        self._found: dict[tuple[str, str], list[messages.Message]] = {}
+        self._pairs: dict[str, list[tuple[messages.Message, messages.Message]]] = {}
+        self.missing: list[str] = []
+        open_requests: dict[str, list[messages.Message]] = {}
+        for entry in entries:
+            message = messages.read(entry.message)
+            self._found.setdefault((entry.what, message.command), []).append(message)
+            name = message.command.removesuffix(REPLY_SUFFIX)
+            if entry.what == record.COMPANION:
+                open_requests.setdefault(message.command, []).append(message)
+            elif open_requests.get(name) and (not message.of_its_own or message.shape == "report"):
+                self._pairs.setdefault(name, []).append((open_requests[name].pop(0), message))
 
     def block(self, who: str, name: str, shape: str = "") -> str:
-        choices = ([message for message in found.get((who, name), []) if shape in ("", message.shape)]
-                   for found in self._sources)
-        known = next(filter(None, choices), None)
-        if known is None:
-            return ""
-        best = max(known, key=lambda message: (message.succeeded, -len(message.faults)))
-        return "```json\n" + json.dumps(_short(best.members), ensure_ascii=False, indent=2) + "\n```\n"
+        """The first one; `shape` is that of a message of the plug-in."""
+        for message in self._found.get((who, name), []):
+            if shape in ("", message.shape):
+                return _block(message)
+        self.missing.append(f"{name} {shape}".strip())
+        return ""
+
+    def pair(self, name: str, shapes: tuple[str, ...]) -> tuple[str, str] | None:
+        """The first request that was answered in one of these shapes, and its answer."""
+        for request, reply in self._pairs.get(name, []):
+            if reply.shape in shapes:
+                return _block(request), _block(reply)
+        return None
 
 
-def _short(value: object) -> object:
+def _block(message: messages.Message) -> str:
+    """As it stands on the wire when it was printed with line ends there, else with line ends for its reader."""
+    form, value = record.json_of(message)
+    if form == messages.FORMATTED:
+        return f"```json\n{json_text.from_code_page(message.raw)}\n```\n"
+    left_out: list[str] = []
+    value = _short(value, "", left_out)
+    text = "```json\n" + json.dumps(value, ensure_ascii=False, indent=2) + "\n```\n"
+    if left_out:
+        text += f"\nShortened here: {', '.join(left_out)}.\n"
+    return text + _encodings(value)
+
+
+def _encodings(value: object) -> str:
+    """What is in which encoding, where it is not the code page alone."""
+    texts = [text for text in json_text.texts_of(value) if not text.isascii()]
+    utf8 = dict.fromkeys(f"`{text}`" for text in texts if isinstance(text, json_text.Utf8))
+    gbk = dict.fromkeys(f"`{text}`" for text in texts if not isinstance(text, json_text.Utf8))
+    if not utf8:
+        return ""
+    return f"\nIn UTF-8: {', '.join(utf8)}." + (f" In GBK: {', '.join(gbk)}." if gbk else "") + "\n"
+
+
+def _short(value: object, name: str, left_out: list[str]) -> object:
     if isinstance(value, dict):
-        return {name: _short(member) for name, member in value.items()}
+        return {member: _short(item, member, left_out) for member, item in value.items()}
     if isinstance(value, list):
-        kept = [_short(item) for item in value[:MOST_ITEMS]]
-        return kept + [f"... {len(value) - MOST_ITEMS} more"] * (len(value) > MOST_ITEMS)
+        if len(value) > MOST_ITEMS:
+            left_out.append(f"{len(value) - MOST_ITEMS} more in `{name}`")
+        return [_short(item, name, left_out) for item in value[:MOST_ITEMS]]
     return value
 
 
 def asked_page(recorded: Recorded) -> str:
     text = ""
     for command in COMMANDS:
-        text += f"### {command.name}\n\n{_sentence(command.purpose)}\n\n"
-        request = recorded.block(record.COMPANION, command.name)
-        reply = recorded.block(record.PLUG_IN, command.name + REPLY_SUFFIX)
-        text += request or "Not in the recorded conversations.\n"
-        if request and reply:
-            text += f"\nanswered with\n\n{reply}"
-        elif not command.answered:
-            text += "\nNot answered.\n" if not command.follows else f"\nNot answered; `{command.follows}` messages follow.\n"
+        text += f"### {command.name}\n\n{command.purpose}\n\n"
+        good = recorded.pair(command.name, ("done", "report"))
+        failed = recorded.pair(command.name, ("failed",))
+        if good:
+            text += f"{good[0]}\nis answered with\n\n{good[1]}"
+        elif command.answered:
+            recorded.missing.append(f"{command.name} and its answer")
+        else:
+            text += recorded.block(record.COMPANION, command.name)
+            text += f"\nNot answered; `{command.follows}` messages follow.\n" if command.follows else "\nNot answered.\n"
+        if failed:
+            text += f"\nWhen it fails, for example as\n\n{failed[0]}\nit is answered with\n\n{failed[1]}"
         text += "\n"
     return text
 
@@ -99,12 +129,20 @@ def told_page(recorded: Recorded) -> str:
     text = ""
     for told in TOLD:
         text += f"### {told.name}\n\n{_sentence(told.purpose)}\n\n"
-        blocks = [recorded.block(record.PLUG_IN, told.name, shape.name) for shape in told.shapes]
-        text += "\n".join(filter(None, dict.fromkeys(blocks))) or "Not in the recorded conversations.\n"
+        text += "\n".join(recorded.block(record.PLUG_IN, told.name, shape.name) for shape in told.shapes)
+        if told.name in ANSWERED:
+            text += f"\nAnswer it with\n\n{recorded.block(record.COMPANION, told.name + REPLY_SUFFIX)}"
         if told.name in QUERIES:
-            text += "\nComes on a connection of its own, which is closed after the answer.\n"
+            text += "\nIt comes on a connection of its own, which is closed after the answer.\n"
         text += "\n"
     return text
+
+
+def refused_page(recorded: Recorded) -> str:
+    request, reply = recorded.pair("GenerateBOM", ("refused",)) or ("", "")
+    if not request:
+        recorded.missing.append("a request that is refused")
+    return f"{request}\nis answered with\n\n{reply}"
 
 
 def _sentence(words: str) -> str:
@@ -134,11 +172,8 @@ def run_calls() -> None:
         async with Calls(REPOSITORY / "build" / "windows" / "Vernoxa64.dll", designs, Answers()) as calls:
             await calls.ended(60)
             root = calls.root
-            lines = calls.out.read_text(encoding="utf-8")
-            for entry in calls.entries:
-                if entry.what == record.PLUG_IN and messages.read(entry.message).command in QUERIES:
-                    lines += f"asks {entry.message.hex()}\n"
             # Packets carry the root in their digits.
+            lines = calls.out.read_text(encoding="utf-8")
             for before, after in ((root, ROOT), (root.replace("\\", "/"), ROOT.replace("\\", "/")),
                                   (root.replace("\\", "\\\\"), ROOT.replace("\\", "\\\\"))):
                 lines = lines.replace(before, after)
@@ -148,21 +183,14 @@ def run_calls() -> None:
     asyncio.run(run())
 
 
-def call_lines() -> list[tuple[str, str]]:
-    """What each line is (call, sent, result, asks, uncalled), and its text."""
-    lines = []
-    for line in CALLS.read_text(encoding="utf-8").splitlines():
-        kind, _, text = line.partition(" ")
-        lines.append((kind, re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)))
-    return lines
-
-
 def calls_page() -> str:
     """Every command in the order of its table, with its call out of the run."""
     examples: dict[str, list[str]] = {}
     reasons: dict[str, str] = {}
     call, sent = "", []
-    for kind, text in call_lines():
+    for line in CALLS.read_text(encoding="utf-8").splitlines():
+        kind, _, text = line.partition(" ")
+        text = re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)
         if kind == "call":
             call, sent = text, []
         elif kind == "sent":
@@ -170,7 +198,7 @@ def calls_page() -> str:
         elif kind == "uncalled":
             command, _, reason = text.partition(" ")
             reasons[command] = reason
-        elif kind == "result":
+        else:
             examples.setdefault(call.split()[0], []).append(_example(call, text, sent))
     text = ""
     for command, usage, role in re.findall(r"^\| \d+ \| `(\w+)([^`]*)` \| (.*?) \|", (DOCS / "commands.md").read_text(), re.M):
@@ -184,7 +212,7 @@ def calls_page() -> str:
 
 def _example(call: str, result: str, sent: list[str]) -> str:
     lines = [call]
-    lines += [f"  with {_message(packet)}" for packet in re.findall(PACKET, call)]
+    lines += [f"  with {_message(packet)}" for packet in re.findall(r"\b(7b(?:[0-9a-f]{2})*7d)\b", call)]
     lines += [f"  sends {_message(packet)}" for packet in sent]
     if result:
         lines.append(f"  answers {_cut(result)}")
@@ -220,11 +248,20 @@ def printed(page: pathlib.Path, blocks: dict[str, str]) -> str:
 def main() -> int:
     if "--run" in sys.argv:
         run_calls()
-    recorded = Recorded(conversations(), said_in_calls())
+    recorded = Recorded(conversations())
     pages = {
-        DOCS / "for-companion-authors.md": {"asked": asked_page(recorded), "told": told_page(recorded)},
+        DOCS / "for-companion-authors.md": {
+            "refused": refused_page(recorded),
+            "asked": asked_page(recorded),
+            "told": told_page(recorded),
+        },
         DOCS / "for-script-authors.md": {"calls": calls_page()},
     }
+    lost = set(PURPOSES) ^ {command.name for command in COMMANDS}
+    if lost:
+        sys.exit(f"in one of docs/messages.md and sim/companion/catalogue.py only: {', '.join(sorted(lost))}")
+    if recorded.missing:
+        sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: tools/replay/replay --record")
     stale = 0
     for page, blocks in pages.items():
         text = printed(page, blocks)

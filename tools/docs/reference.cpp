@@ -61,12 +61,12 @@ std::string commandReference() {
   std::ostringstream page;
   page << "# Tcl commands of the plug-in\n\n"
        << "Printed by `./dev docs` from the table in `src/plugin/command_table.cpp`, in the order of registration; do "
-          "not edit.\nA command that is not available yet answers -1 and leaves its name in the crash log.\n\n"
+          "not edit.\nA command that ends in an exception answers -1 and leaves its name in the crash log.\n\n"
        << "| # | Command and arguments | What it is for | Carried out in `src/` |\n|---|---|---|---|\n";
   int position = 0;
   for (const CommandRow& row : commandTable()) {
     page << "| " << ++position << " | `" << row.name << (*row.usage != '\0' ? " " : "") << row.usage << "` | "
-         << row.role << " | " << (row.run != nullptr ? row.file : "not available yet") << " |\n";
+         << row.role << " | " << row.file << " |\n";
   }
   return page.str();
 }

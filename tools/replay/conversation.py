@@ -16,14 +16,15 @@ import re
 
 from companion import json_text, messages, record
 from companion.catalogue import REPLY_SUFFIX
-from companion.record import COMPANION, Entry
+from companion.record import COMPANION, HOST, Entry
 from companion.server import CLOSED, OPENED, PROBED, RECEIVED, SENT, Event
 
 DEMOS = pathlib.Path("/usr/share/kicad/demos")
 ROOT = "Z:\\run"
 
 _DESIGN = re.compile(r"(?P<schematic>.+?)(?P<chinese> in Chinese)? as (?P<name>.+)")
-_KINDS = {record.PLUG_IN: RECEIVED, record.COMPANION: SENT, OPENED: OPENED, CLOSED: CLOSED, PROBED: PROBED}
+_KINDS = {record.PLUG_IN: RECEIVED, record.COMPANION: SENT, OPENED: OPENED, CLOSED: CLOSED, PROBED: PROBED,
+          HOST: HOST}
 
 
 class NotReplayable(RuntimeError):
@@ -72,12 +73,13 @@ class Conversation:
             write = record.Recorder(stream, **about)
             for entry in self.entries:
                 message = messages.read(entry.message) if entry.what in (record.PLUG_IN, COMPANION) else None
-                write(Event(entry.seconds, _KINDS[entry.what], entry.connection, message))
+                words = entry.message.decode("utf-8") if entry.what == HOST else ""
+                write(Event(entry.seconds, _KINDS[entry.what], entry.connection, message, words))
 
     def moved_to(self, root: str) -> "Conversation":
         """The same below another folder."""
         return Conversation(root, self.designs, [
-            dataclasses.replace(entry, message=_moved(entry.message, self.root, root)) for entry in self.entries
+            dataclasses.replace(entry, message=moved(entry.message, self.root, root)) for entry in self.entries
         ])
 
 
@@ -104,7 +106,7 @@ def value_of(entry: Entry) -> dict:
     return value
 
 
-def _moved(message: bytes, old: str, new: str) -> bytes:
+def moved(message: bytes, old: str, new: str) -> bytes:
     """Both roots are ASCII, which stands in a message of any form as it is, but for its doubled backslashes."""
     for before, after in ((old.replace("\\", "\\\\"), new.replace("\\", "\\\\")),
                           (old, new), (old.replace("\\", "/"), new.replace("\\", "/"))):

@@ -11,19 +11,22 @@ from companion import messages, paths
 from companion.answers import Answers
 from companion.catalogue import REPLY_SUFFIX
 from companion.prompt import parse
-from companion.record import COMPANION, PLUG_IN, Entry
+from companion.record import COMPANION, HOST, PLUG_IN, Entry
 from companion.server import RECEIVED, Companion, Event, NotConnected, PortTaken
 from stage import chinese_copy, host
 from stage.installation import Installation, NotUsable
 
 import compare
-from conversation import Conversation, Design, entry_of, is_request, value_of
+from conversation import Conversation, Design, entry_of, is_request, moved, value_of
 
 # The plug-in's thread pauses ten seconds before each of its steps.
 FIRST_MESSAGE_SECONDS = 60
 MESSAGE_SECONDS = 30
+HOST_SECONDS = 30
 PORTS_SECONDS = 20
 LONGEST_RUN = 600
+
+_DONE = "that is done"
 
 
 class RecordedAnswers(Answers):
@@ -50,12 +53,16 @@ class Performance:
         self.installation = Installation(module)
         self.root = paths.to_windows(self.installation.root)
         self.last_words: list[str] = []
+        self.entries: list[Entry] = []
         self.companion = Companion(answers)
+        self.companion.listeners.append(self._keep)
         self._host: host.Host | None = None
+        self._done = asyncio.Semaphore(0)
 
-    @property
-    def entries(self) -> list[Entry]:
-        return [entry for entry in map(entry_of, self.companion.events) if entry]
+    def _keep(self, event: Event) -> None:
+        entry = entry_of(event)
+        if entry:
+            self.entries.append(entry)
 
     async def __aenter__(self) -> "Performance":
         try:
@@ -85,7 +92,16 @@ class Performance:
         return schematic, name
 
     def _hear(self, speaker: str, text: str) -> None:
+        if (speaker, text) == ("host", _DONE):
+            self._done.release()
+            return
         self.last_words = [*self.last_words[-9:], f"{speaker}: {text}"]
+
+    async def do(self, words: str) -> None:
+        """Has the host's user do something, and waits until it is done. Raises TimeoutError."""
+        self.entries.append(Entry(self.entries[-1].seconds if self.entries else 0, 0, HOST, words.encode("utf-8")))
+        self.installation.command(f"try {{{words}}} finally {{note {{{_DONE}}}}}")
+        await asyncio.wait_for(self._done.acquire(), HOST_SECONDS)
 
     async def __aexit__(self, *_: object) -> None:
         if self._host:
@@ -132,6 +148,8 @@ async def hold_again(
                 counts[key] = counts.get(key, 0) + 1
                 came = await performance.hear(key, counts[key], patience)
                 patience = MESSAGE_SECONDS if came else 3  # what is missing is told soon enough
+            elif entry.what == HOST:
+                await performance.do(entry.message.decode("utf-8"))
             elif is_request(entry):
                 try:
                     performance.companion.send_raw(value_of(entry))
@@ -145,7 +163,8 @@ async def hold_again(
 async def hold(module: pathlib.Path, designs: list[Design], commands: list[str], root: str) -> Conversation:
     """A new conversation: the commands, as they are typed at the companion's prompt, are sent one after the other.
 
-    `wait N` lets N seconds pass. Raises NotUsable, PortTaken, prompt.BadCommand, NotConnected, TimeoutError.
+    `wait N` lets N seconds pass, `host WORDS` has the host's user do something. Raises NotUsable, PortTaken,
+    prompt.BadCommand, NotConnected, TimeoutError.
     """
     performance = Performance(module, designs, Answers())
     async with performance:
@@ -158,8 +177,11 @@ async def hold(module: pathlib.Path, designs: list[Design], commands: list[str],
             if text.startswith("wait "):
                 await asyncio.sleep(float(text.removeprefix("wait ")))
                 continue
-            name, data = parse(text.replace(root.replace("\\", "\\\\"), performance.root.replace("\\", "\\\\"))
-                               .replace(root, performance.root), companion.answers)
+            text = moved(text.encode("utf-8"), root, performance.root).decode("utf-8")
+            if text.startswith("host "):
+                await performance.do(text.removeprefix("host "))
+                continue
+            name, data = parse(text, companion.answers)
             try:
                 await companion.ask(name, data)
             except NotConnected:
