@@ -156,13 +156,14 @@ function columns(rows, wanted) {
         const words = escaped(say(cell.getData()));
         return mark ? mark(cell.getData(), words) : words;
       },
-      tooltip: (_, cell) => wholeText(cell.getElement()),
+      tooltip: (event) => wholeText(event.target),
     };
   });
 }
 
-// What a cell cuts off; "" when it shows all of it.
-function wholeText(element) {
+// What a cell cuts off; "" when it shows all of it, or was filled anew since the pointer came.
+function wholeText(target) {
+  const element = target.closest(".tabulator-cell");
   if (element.scrollWidth <= element.clientWidth) return "";
   const node = document.createElement("div");
   node.textContent = element.textContent;
