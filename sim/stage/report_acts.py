@@ -51,7 +51,8 @@ async def design_is_checked(scene: Scene, name: str) -> None:
     """All four checks run and end; what they found is in the companion's books."""
     await scene.ask(f"{paths.name_of(name)} is checked", "DsnCheck", 60, ProjectPath=name)
     for check, title in report.CHECKS.items():
-        await scene.hear(f"check {check}, {title}, is over", "DsnCheck_EndResult", 60, id=check)
+        # The report page has had it carried out before.
+        await scene.hear(f"check {check}, {title}, is over", "DsnCheck_EndResult", 60, count=2, id=check)
     scene.note(name, Findings=sum(map(len, scene.answers.findings.values())))
     # The placed module has brought references that were there already.
     if not any("位号重名" in finding["Comment"] for finding in scene.answers.findings.get("1001", [])):

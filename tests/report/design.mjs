@@ -64,10 +64,18 @@ export function small() {
     pages: [
       page("top", "main", "1", [wire, ...part("R1", 100, 100, "10k"), ...part("R10", 300, 100, "10k"),
         ...part("R2", 500, 100, "4.7uF"), words("CLK", 180, 108), words("Filter stage", 60, 700)]),
-      page("top", "第二页", "2", [...part("R3", 200, 200, "10k"), ...part("R20", 400, 200, "电阻"),
+      page("top", "第二页", "2", [...part("R3", 200, 200, "10k"), words("0603", 230, 225), words("5%", 230, 190), ...part("R20", 400, 200, "电阻"),
         ...part("R20", 600, 200, "电阻"), words("RESET", 210, 300)]),
     ],
   };
+}
+
+// More lines than are seen at once, with texts wider than their columns.
+export function long() {
+  const design = small();
+  design.bom.Stick.push(...Array.from({ length: 80 }, (_, at) => line(`C${at}`, `${at}uF/6.3V`, "")));
+  design.bom.Stick[0].PCBFootprint = "Resistor_THT:R_Axial_DIN0204_L3.6mm_D1.6mm_P7.62mm_Horizontal";
+  return design;
 }
 
 // What must stay text: markup, scripts, addresses to fetch, names that are no elements.

@@ -2,14 +2,14 @@
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
-import { hostile, large, small } from "./design.mjs";
+import { hostile, large, long, small } from "./design.mjs";
 
 const root = fileURLToPath(new URL("../../", import.meta.url));
 const modules = process.env.VERNOXA_REPORT_MODULES ?? join(root, ".deps/report/node_modules");
@@ -60,6 +60,7 @@ const shown = (page) => page.textContent("#pages [aria-selected=true]");
 const scaleOf = (page) => page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().width / svg.viewBox.baseVal.width);
 const rowOf = (page, words) => page.locator("#bom .tabulator-row", { hasText: words });
 const overPart = async (page, reference) => page.hover(`.hit[data-reference="${reference}"]`);
+const isCut = (nodes) => nodes.filter((node) => node.scrollWidth > node.clientWidth).map((node) => node.textContent);
 const inView = (page, selector) => page.$eval(selector, (node) => {
   const [box, frame] = [node.getBoundingClientRect(), document.getElementById("frame").getBoundingClientRect()];
   return box.left >= frame.left && box.right <= frame.right && box.top >= frame.top && box.bottom <= frame.bottom;
@@ -101,13 +102,67 @@ test("what is not fitted is dimmed with its texts, and can be hidden", async () 
   const { page, close } = await open(small());
   await page.keyboard.press("PageDown");
   const dimmed = await page.$$eval("#frame .absent:is(use, text)", (nodes) => nodes.map((node) => node.textContent));
-  assert.deepEqual(dimmed, ["", "R3", "10k"]);
-  const visible = () => page.$eval('#frame use.absent', (node) => getComputedStyle(node).display !== "none");
-  assert.ok(await visible());
+  assert.deepEqual(dimmed, ["", "R3", "10k", "0603", "5%"]);
+  const visible = () => page.$$eval("#frame .absent", (nodes) => nodes.filter((node) => getComputedStyle(node).display !== "none").length);
+  assert.equal(await visible(), 6);
   await page.check("#hide");
-  assert.ok(!(await visible()));
+  assert.equal(await visible(), 0);
+  await rowOf(page, "not fitted, hidden").waitFor();
+  await page.fill("#search", "r3");
+  assert.match(await page.textContent("#hits"), /R310k · not fitted, hidden/);
+  await page.keyboard.press("Enter");
+  assert.equal(await visible(), 6, "what was searched for is shown as long as it is lit");
+  await page.keyboard.press("Escape");
+  await page.keyboard.press("Escape");
+  assert.equal(await visible(), 0);
   await page.keyboard.press("n");
-  assert.ok(await visible());
+  assert.equal(await visible(), 6);
+  await close();
+});
+
+test("what moves under a pointer at rest takes no light", async () => {
+  const { page, close } = await open(long());
+  for (const place of ["#bom .tabulator-row:nth-child(9)", '.hit[data-reference="R10"]']) {
+    await page.keyboard.press("Escape");
+    await page.keyboard.press("0");
+    await page.hover(place);
+    for (const [typed, reference] of [["r2", "R2"], ["c60", "C60"], ["r1", "R1"]]) {
+      await page.fill("#search", typed);
+      await page.keyboard.press("Enter");
+      await page.waitForTimeout(200);
+      assert.deepEqual(await lit(page), reference === "C60" ? [] : [reference]);
+      assert.equal((await litRows(page, "bom")).length, 1);
+      assert.ok((await litRows(page, "bom"))[0].includes(reference), reference);
+    }
+  }
+  await close();
+});
+
+test("columns are readable, scroll sideways when they must, and show what they cut", async () => {
+  const { page, close } = await open(long());
+  const heads = "#bom .tabulator-col-title";
+  const values = '#bom .tabulator-cell:not([tabulator-field=PCBFootprint])';
+  const scrolls = () => page.$eval("#bom .tabulator-tableholder", (node) => node.scrollWidth > node.clientWidth);
+  const share = async () => (await page.locator(".lists").boundingBox()).width / 1400;
+  for (const list of ["bom", "findings"]) {
+    await page.keyboard.press(list[0]);
+    assert.deepEqual(await page.$$eval(`#${list} .tabulator-col-title`, isCut), []);
+  }
+  await page.keyboard.press("b");
+  assert.deepEqual([await page.$$eval(values, isCut), await scrolls()], [[], false]);
+  const divider = await page.locator("#divider").boundingBox();
+  await page.mouse.move(divider.x + 3, 400);
+  await page.mouse.down();
+  await page.mouse.move(1050, 400);
+  await page.mouse.up();
+  assert.ok(Math.abs((await share()) - 0.25) < 0.01);
+  await page.focus("#divider");
+  for (let step = 0; step < 3; step++) await page.keyboard.press("ArrowLeft");
+  assert.ok(Math.abs((await share()) - 0.31) < 0.01);
+  await page.waitForTimeout(200);
+  assert.deepEqual([await page.$$eval(heads, isCut), await page.$$eval(values, isCut), await scrolls()], [[], [], true]);
+  await page.locator("#bom [tabulator-field=PCBFootprint]", { hasText: "Resistor" }).first().hover();
+  assert.match(await page.textContent(".tabulator-tooltip"), /^Resistor_THT:R_Axial.*_Horizontal$/);
   await close();
 });
 
@@ -117,8 +172,13 @@ test("findings are pinned, listed, and lead to each other", async () => {
   const pin = await page.locator("#frame .pin").boundingBox();
   const part = await page.locator('.hit[data-reference="R2"]').boundingBox();
   assert.ok(Math.abs(pin.x + pin.width / 2 - part.x - part.width / 2) < 3, "the pin stands on its part");
+  assert.equal(await page.textContent("#frame .pin title"), "1: R2.1, pin not connected");
+  await page.focus("#frame .pin");
+  await page.keyboard.press("Enter");
+  assert.match((await litRows(page, "findings")).join(), /1\|Pins\|R2\.1\|pin not connected\|main/);
+  await page.keyboard.press("b");
   await page.click("#frame .pin");
-  assert.match((await litRows(page, "findings")).join(), /Pins\|R2\.1\|pin not connected\|main/);
+  assert.equal((await litRows(page, "findings")).length, 1);
   await page.locator("#findings .tabulator-row", { hasText: "has no footprint" }).click();
   assert.equal(await shown(page), "第二页11");
   assert.ok(await inView(page, ".pin.chosen"));
@@ -180,8 +240,25 @@ test("everything is done with keys as well", async () => {
   await page.keyboard.press("/");
   await page.keyboard.type("r2");
   await page.keyboard.press("ArrowDown");
-  await page.keyboard.press("Enter");
+  await page.keyboard.press("Control+Enter");
+  assert.match(await page.evaluate(() => document.activeElement.textContent), /R20/);
   assert.deepEqual(await lit(page), ["R20", "R20"]);
+  await close();
+});
+
+test("properties are the lit part's, or said to be the design's", async () => {
+  const { page, close } = await open(small());
+  await page.keyboard.press("p");
+  const shownRows = () => page.$$eval("#properties .tabulator-row", (rows) =>
+    rows.map((row) => [...row.querySelectorAll(".tabulator-cell")].map((cell) => cell.textContent).join(" ")));
+  const whose = () => page.textContent("#whose");
+  assert.match(await whose(), /^Every property name of the design/);
+  assert.match((await shownRows()).join(), /Datasheet <b>bold<\/b>/);
+  await page.click('.hit[data-reference="R10"]');
+  await page.waitForFunction(() => document.querySelector("#properties").textContent.includes("R10.2"));
+  assert.equal(await whose(), "Of R10:");
+  assert.deepEqual(await shownRows(), ["State fitted", "Value 10k", "Part number A-1", "Part R", "Footprint 0603", "Pins 2",
+    "Page main", "R10.2 CLK"]);
   await close();
 });
 
@@ -193,20 +270,31 @@ test("both languages, the reader's own first", async () => {
   await page.click("#language");
   await page.waitForFunction(() => document.querySelector("#findings").textContent.includes("R3 has no footprint"));
   const heads = await page.$$eval("#bom .tabulator-col-title", (nodes) => nodes.map((node) => node.textContent));
-  assert.deepEqual(heads, ["Qty", "References", "Value", "Part number", "Part", "Footprint", "Pins", "State"]);
+  assert.deepEqual(heads, ["Qty", "References", "Value", "State", "Part number", "Part", "Pins", "Footprint"]);
   assert.equal(await page.getAttribute("html", "lang"), "en");
   await page.click("#help");
   assert.match(await page.textContent("#help-box"), /hide or show what is not fitted/);
+  for (const library of ["d3-drag", "d3-selection", "d3-zoom", "tabulator-tables"]) {
+    const licence = readFileSync(join(modules, library, "LICENSE"), "utf-8").trim();
+    assert.ok((await page.textContent("#licences")).includes(licence), library);
+  }
   await close();
 });
 
-test("a print has every page and both lists", async () => {
+test("a print has every page, both lists, and what is not fitted as on the screen", async () => {
   const { page, close } = await open(small());
   const pdf = await page.pdf({ format: "A4", landscape: true });
   assert.equal(String(pdf).match(/\/Type\s*\/Page\b/g).length, 4);
   await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
   assert.equal(await page.locator("#printed svg").count(), 2);
-  assert.match(await page.textContent("#printed"), /R1, R10.*R3 has no footprint/s);
+  assert.match(await page.textContent("#printed"), /not fitted: R3.*R1, R10.*2NetlistR3R3 has no footprint/s);
+  assert.deepEqual(await page.$$eval("#printed .pin text", (nodes) => nodes.map((node) => node.textContent)), ["1", "2"]);
+  await page.emulateMedia({ media: "print" });
+  const dimmed = () => page.$$eval("#printed .absent", (nodes) => nodes.map((node) => getComputedStyle(node))
+    .map((style) => (style.display === "none" ? "hidden" : style.strokeDasharray === "none" ? style.opacity : "dashed")));
+  assert.deepEqual((await dimmed()).sort(), [...Array(5).fill("0.28"), "dashed"]);
+  await page.keyboard.press("n");
+  assert.deepEqual(await dimmed(), Array(6).fill("hidden"));
   await close();
 });
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import html
 import json
 import pathlib
 
@@ -19,12 +20,14 @@ def write(target: pathlib.Path, design: dict, bundle: pathlib.Path = BUNDLE) -> 
     try:
         styles = (bundle / "report.css").read_text(encoding="utf-8")
         script = (bundle / "report.js").read_text(encoding="utf-8")
+        licences = (bundle / "licences.txt").read_text(encoding="utf-8")
     except FileNotFoundError as error:
         raise NotBuilt(f"{error.filename} is not there: ./dev demo makes it") from error
     template = (HERE / "page" / "template.html").read_text(encoding="utf-8")
     pieces = {
         # Nothing in them may end the element that holds them.
         "/* styles */": styles.replace("</", "<\\/"),
+        "/* licences */": html.escape(licences),
         "/* design */": json.dumps(design, ensure_ascii=False, separators=(",", ":")).replace("<", "\\u003c"),
         "/* script */": script.replace("</script", "<\\/script"),
     }

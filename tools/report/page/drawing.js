@@ -26,7 +26,8 @@ export function svgElement(name, attributes = {}) {
 let drawn = 0;
 
 export class Drawing {
-  // `svg` shows the page; `parts` are {reference, element} and `texts` {value, element} in drawing order.
+  // `svg` shows the page; `parts` are {reference, element} and `texts` {value, element, follows} in drawing order, the
+  // last being the element of the part that a text was drawn right after.
   constructor(page) {
     this.page = page;
     this.parts = [];
@@ -44,6 +45,7 @@ export class Drawing {
   }
 
   #prefix;
+  #follows = null;
   #symbols = new Map();
 
   #symbolId(name) {
@@ -70,7 +72,8 @@ export class Drawing {
       if (target.startsWith("#")) node.setAttribute("href", `#${this.#symbolId(target.slice(1))}`);
       if (attr.id && !isSymbol) this.parts.push({ reference: attr.id, element: node });
     }
-    if (source.name === "text" && !isSymbol) this.texts.push({ value: source.value ?? "", element: node });
+    if (source.name === "text" && !isSymbol) this.texts.push({ value: source.value ?? "", element: node, follows: this.#follows });
+    else this.#follows = source.name === "use" && attr.id ? node : null;
     this.nodes.set(source, node);
     for (const child of source.children ?? []) node.append(this.#node(child, isSymbol && source.name === "defs"));
     return node;

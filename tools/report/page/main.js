@@ -1,10 +1,11 @@
 // Puts the page together: what the user does in one place shows in the others.
 
+import { addDivider } from "./divider.js";
 import { Model } from "./model.js";
-import { printable } from "./printing.js";
+import { print } from "./printing.js";
 import { Search } from "./search.js";
 import { bomColumns, findingColumns, List, propertyColumns } from "./tables.js";
-import { chooseLanguage, comment, currentLanguage, fillTexts, text } from "./texts.js";
+import { chooseLanguage, currentLanguage, fillTexts, stateOf, text } from "./texts.js";
 import { Viewer } from "./viewer.js";
 
 const PAN_PIXELS = 80;
@@ -14,6 +15,8 @@ const element = (id) => document.getElementById(id);
 const model = new Model(JSON.parse(element("design").textContent));
 
 let chosen = []; // references that stay lit
+let lit = [];    // references that are lit
+let shownPanel = "bom";
 let pointing = ""; // where the pointer was last seen on something: its leaving one place may be told after its arrival in another
 
 function point(place, references) {
@@ -29,7 +32,7 @@ const viewer = new Viewer(element("frame"), model, {
 
 const lists = {
   bom: new List(element("bom"), {
-    columns: () => bomColumns(model.lines), rows: () => model.lines,
+    columns: bomColumns, rows: () => model.lines,
     classOf: (line) => (line.fitted ? [] : ["absent"]),
     events: {
       pointAt: (line) => point("bom", line?.references),
@@ -42,26 +45,34 @@ const lists = {
   }),
   properties: new List(element("properties"), {
     columns: propertyColumns,
-    rows: () => model.design.properties.map(([name, value], id) => ({ id, name, value })),
+    rows: () => (lit.length ? propertiesOfLit() : model.design.properties).map(([name, value], id) => ({ id, name, value })),
   }),
 };
 
-const search = new Search(element("search"), element("hits"), model, (hit) => {
-  if (hit.page >= 0) showPage(hit.page);
-  chosen = hit.references;
-  light(chosen, true);
-  if (hit.element) viewer.lookAtElement(hit.element);
-  else if (hit.references.length) viewer.lookAtParts(hit.references);
+const search = new Search(element("search"), element("hits"), model, {
+  goTo: (hit) => {
+    if (hit.page >= 0) showPage(hit.page);
+    chosen = hit.references;
+    light(chosen, true);
+    if (hit.element) viewer.lookAtElement(hit.element);
+    else if (hit.references.length) viewer.lookAtParts(hit.references);
+  },
+  leave: () => lists[shownPanel].focus(),
+  remark: ({ references }) => {
+    const absent = references.length > 0 && references.every((reference) => !model.parts.get(reference).fitted);
+    return absent ? stateOf(false) : "";
+  },
 });
 
 // Lights parts everywhere but in the list where the pointer is.
 function light(references, fromPage) {
+  lit = references;
   viewer.light(references);
+  if (shownPanel === "properties") showProperties();
   const lines = new Set(references.map((reference) => model.parts.get(reference)?.line?.id).filter((id) => id !== undefined));
   lists.bom.light([...lines], fromPage);
-  const lit = new Set(references);
   for (const tab of element("pages").children) {
-    const count = [...lit].filter((reference) => model.parts.get(reference)?.pages.includes(Number(tab.dataset.page))).length;
+    const count = [...new Set(lit)].filter((reference) => model.parts.get(reference)?.pages.includes(Number(tab.dataset.page))).length;
     tab.querySelector(".count").textContent = count || "";
   }
 }
@@ -101,16 +112,32 @@ function showPage(index) {
 }
 
 function showPanel(name) {
+  shownPanel = name;
   for (const tab of element("panels").children) tab.setAttribute("aria-selected", tab.dataset.panel === name);
   for (const [panel, list] of Object.entries(lists)) {
-    element(panel).hidden = panel !== name;
+    element(panel).parentElement.hidden = panel !== name;
     if (panel === name) list.redraw();
   }
+  if (name === "properties") showProperties();
+}
+
+function propertiesOfLit() {
+  const states = new Set(lit.map((reference) => stateOf(model.parts.get(reference).fitted)));
+  return [["state", [...states].join("; ")], ...model.propertiesOf(lit)].map(([name, value]) => [text(name), value]);
+}
+
+// Those of the lit parts; without any, what the package report says of the whole design.
+function showProperties() {
+  const parts = [...new Set(lit)];
+  element("whose").textContent = parts.length ? text("propertiesOf", { parts: parts.join(", ") }) : text("allProperties");
+  lists.properties.refresh();
 }
 
 function hideAbsent(hide) {
   element("hide").checked = hide;
   document.body.classList.toggle("hide-absent", hide);
+  search.show();
+  lists.bom.refresh();
 }
 
 function fillPages() {
@@ -142,11 +169,9 @@ async function speak(language) {
     for (const words of [keys, what]) row.insertCell().textContent = words;
     return row;
   }));
-  for (const finding of model.findings) {
-    const pin = document.querySelector(`.pin[data-finding="${finding.id}"]`);
-    pin?.setAttribute("aria-label", `${finding.value} ${comment(finding.comment)}`);
-  }
+  viewer.labelPins();
   search.show();
+  showProperties();
   await Promise.all(Object.values(lists).map((list) => list.refresh()));
 }
 
@@ -158,9 +183,14 @@ const keys = {
   ArrowUp: () => viewer.panBy(0, PAN_PIXELS), ArrowDown: () => viewer.panBy(0, -PAN_PIXELS),
   PageUp: () => turnPage(-1), PageDown: () => turnPage(1),
   n: () => hideAbsent(!element("hide").checked), l: () => speak(currentLanguage() === "zh" ? "en" : "zh"),
-  b: () => showPanel("bom"), f: () => showPanel("findings"), p: () => showPanel("properties"),
+  b: () => enterPanel("bom"), f: () => enterPanel("findings"), p: () => enterPanel("properties"),
   Escape: () => choose([]),
 };
+
+function enterPanel(name) {
+  showPanel(name);
+  lists[name].focus();
+}
 
 function turnPage(by) {
   const count = model.pages.length;
@@ -183,12 +213,13 @@ const clicks = {
 for (const [id, action] of Object.entries(clicks)) element(id).addEventListener("click", action);
 element("hide").addEventListener("change", (event) => hideAbsent(event.target.checked));
 for (const tab of element("panels").children) tab.addEventListener("click", () => showPanel(tab.dataset.panel));
-window.addEventListener("beforeprint", () => element("printed").replaceChildren(...printable(model)));
+window.addEventListener("beforeprint", () => print(element("printed"), model));
 window.addEventListener("afterprint", () => element("printed").replaceChildren());
 
 document.title = model.design.path.split(/[\\/]/).at(-1);
 element("title").textContent = document.title;
 element("title").title = model.design.path;
+addDivider(element("divider"), document.querySelector("main"));
 fillPages();
 showPage(0);
 showPanel("bom");

@@ -88,10 +88,25 @@ export class Model {
     const named = [...this.parts.keys()].filter((reference) => [finding.ActualValue, finding.Comment].some(
       (text) => text === reference || (text.startsWith(reference) && !/[0-9A-Za-z_]/.test(text[reference.length]))));
     return {
-      id, check: finding.id, value: finding.ActualValue, comment: finding.Comment, page: page?.index ?? -1,
+      id, number: id + 1, check: finding.id, value: finding.ActualValue, comment: finding.Comment, page: page?.index ?? -1,
       pageName: finding.PageName, x, y, placed: page !== undefined && Number.isFinite(x) && Number.isFinite(y),
       references: named,
     };
+  }
+
+  // What is known of these parts together: [[the name of a text, or a pin, value]...].
+  propertiesOf(references) {
+    const parts = references.map((reference) => this.parts.get(reference)).filter(Boolean);
+    const lines = parts.map((part) => part.line).filter(Boolean);
+    const joined = (values) => [...new Set(values)].filter(Boolean).join("; ");
+    const pins = this.nets.flatMap((net) => net.pins.filter((pin) => references.includes(pin.split(".")[0])).map((pin) => [pin, net.name]));
+    return [
+      ["value", joined(lines.map((line) => line.Value))], ["partNumber", joined(lines.map((line) => line.PartNumber))],
+      ["partName", joined(lines.map((line) => line.PartName))], ["footprint", joined(lines.map((line) => line.PCBFootprint))],
+      ["pins", joined(lines.map((line) => line.PinNumber))],
+      ["page", joined(parts.flatMap((part) => part.pages.map((page) => this.pages[page].name)))],
+      ...pins.sort(([one], [other]) => inNaturalOrder(one, other)),
+    ];
   }
 
   counts() {

@@ -1,31 +1,46 @@
-// What goes on paper: every page on a sheet of its own, then the lists, in the language that is shown.
+// What goes on paper: every page on a sheet of its own, then the lists, in the language and with the parts that are shown.
 
 import { Drawing } from "./drawing.js";
-import { comment, text } from "./texts.js";
+import { addOverlay, scalePins } from "./overlay.js";
+import { comment, stateOf, text } from "./texts.js";
 
-export function printable(model) {
-  return [...model.pages.map((page) => sheet(page)), bill(model), findings(model)].filter(Boolean);
+const PINS_TO_WIDTH = 1 / 1200; // of a pin's scale to its page's width
+
+export function print(room, model) {
+  const drawings = model.pages.map((page) => new Drawing(page));
+  room.replaceChildren(...drawings.map((drawing) => sheet(drawing, model)), bill(model), ...findings(model));
+  room.classList.add("measured");
+  for (const drawing of drawings) {
+    addOverlay(drawing, model);
+    scalePins(drawing, drawing.size.width * PINS_TO_WIDTH);
+  }
+  room.classList.remove("measured");
 }
 
-function sheet(page) {
+function sheet({ page, svg }, model) {
   const node = document.createElement("section");
-  const drawing = new Drawing(page);
-  drawing.svg.removeAttribute("width");
-  drawing.svg.removeAttribute("height");
-  node.append(heading(page.name), drawing.svg);
+  svg.removeAttribute("width");
+  svg.removeAttribute("height");
+  const absent = [...model.parts.values()].filter((part) => !part.fitted && part.pages.includes(page.index));
+  node.append(heading(page.name), svg);
+  if (absent.length) {
+    const note = document.createElement("span");
+    note.textContent = `${stateOf(false)}: ${absent.map((part) => part.reference).join(", ")}`;
+    node.firstChild.append(note);
+  }
   return node;
 }
 
 function bill(model) {
-  return table("bom", ["quantity", "references", "value", "partNumber", "partName", "footprint", "state"],
-    model.lines.map((line) => [line.quantity, line.references.join(", "), line.Value, line.PartNumber, line.PartName,
-      line.PCBFootprint, text(line.fitted ? "fitted" : "absent")]));
+  return table("bom", ["quantity", "references", "value", "state", "partNumber", "partName", "footprint"],
+    model.lines.map((line) => [line.quantity, line.references.join(", "), line.Value, stateOf(line.fitted), line.PartNumber,
+      line.PartName, line.PCBFootprint]));
 }
 
 function findings(model) {
-  if (!model.findings.length) return null;
-  return table("findings", ["check", "value", "comment", "page"], model.findings.map((finding) => [
-    text(`check${finding.check}`), finding.value, comment(finding.comment), finding.pageName]));
+  if (!model.findings.length) return [];
+  return [table("findings", ["number", "check", "value", "comment", "page"], model.findings.map((finding) => [
+    finding.number, text(`check${finding.check}`), finding.value, comment(finding.comment), finding.pageName]))];
 }
 
 function table(title, columns, rows) {

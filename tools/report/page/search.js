@@ -3,11 +3,14 @@
 import { text } from "./texts.js";
 
 export class Search {
-  constructor(field, list, model, goTo) {
+  // `goTo(hit)` and `leave()`, which goes on to the lists, are what the user does; `remark(hit)` is said beside a hit.
+  constructor(field, list, model, { goTo, leave, remark }) {
     this.field = field;
     this.list = list;
     this.model = model;
     this.goTo = goTo;
+    this.leave = leave;
+    this.remark = remark;
     this.hits = [];
     this.at = 0;
     field.addEventListener("input", () => this.show());
@@ -35,7 +38,7 @@ export class Search {
     item.role = "option";
     item.dataset.at = at;
     item.id = `hit-${at}`;
-    for (const [name, words] of [["kind", text(hit.kind)], ["label", hit.label], ["detail", hit.detail]]) {
+    for (const [name, words] of [["kind", text(hit.kind)], ["label", hit.label], ["detail", [hit.detail, this.remark(hit)].filter(Boolean).join(" · ")]]) {
       const part = document.createElement("span");
       part.className = name;
       part.textContent = words;
@@ -62,6 +65,7 @@ export class Search {
     const hit = this.hits[at];
     if (!hit) return;
     this.at = at;
+    this.list.hidden = true;
     this.#mark();
     this.goTo(hit);
   }
@@ -69,10 +73,12 @@ export class Search {
   #key(event) {
     const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
     if (step && this.hits.length) {
-      this.at = (this.at + step + this.hits.length) % this.hits.length;
+      this.at = this.list.hidden ? this.at : (this.at + step + this.hits.length) % this.hits.length;
+      this.list.hidden = false;
       this.#mark();
     } else if (event.key === "Enter") {
       this.#choose(this.at);
+      if (event.ctrlKey || event.metaKey) this.leave();
     } else if (event.key === "Escape") {
       this.field.value = "";
       this.list.hidden = true;

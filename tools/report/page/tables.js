@@ -5,14 +5,17 @@ import {
 } from "tabulator-tables";
 
 import { inNaturalOrder } from "./model.js";
-import { comment, text } from "./texts.js";
+import { followPointer } from "./pointer.js";
+import { comment, stateOf, text } from "./texts.js";
 
 Tabulator.registerModule([FormatModule, InteractionModule, ResizeColumnsModule, ResizeTableModule, SortModule, TooltipModule]);
 
+const [PADDING, ARROW, DOT] = [14, 10, 15]; // pixels
+const ruler = document.createElement("canvas").getContext("2d");
 const natural = (one, other) => inNaturalOrder(String(one ?? ""), String(other ?? ""));
 
 export class List {
-  // `columns()` and `rows()` are asked again when the language changes. `events`: pointAt(row), choose(row).
+  // `columns(rows)` and `rows()` are asked again when the language changes. `events`: pointAt(row), choose(row).
   constructor(element, { columns, rows, events, classOf, height = "100%" }) {
     this.element = element;
     this.columns = columns;
@@ -20,14 +23,15 @@ export class List {
     this.lit = new Set();
     this.ready = new Promise((resolve) => {
       this.table = new Tabulator(element, {
-        data: rows(), columns: columns(), index: "id", layout: "fitColumns", height, placeholder: text("empty"),
-        columnDefaults: { sorter: natural, resizable: true, minWidth: 40 },
+        data: rows(), columns: columns(rows()), index: "id", layout: "fitColumns", height, placeholder: text("empty"),
+        columnDefaults: { sorter: natural, resizable: true },
         rowFormatter: (row) => this.#format(row, classOf),
       });
       this.table.on("tableBuilt", resolve);
     });
-    this.table.on("rowMouseEnter", (_, row) => events?.pointAt?.(row.getData()));
-    this.table.on("rowMouseLeave", () => events?.pointAt?.(null));
+    followPointer(element, (target) => target.closest(".tabulator-row")?.dataset.id, (id) => {
+      events?.pointAt?.(id === null ? null : this.table.getRow(id).getData());
+    });
     this.table.on("rowClick", (_, row) => events?.choose?.(row.getData()));
     element.addEventListener("keydown", (event) => this.#key(event, events));
     element.addEventListener("focusin", (event) => this.#focus(event, events));
@@ -35,8 +39,9 @@ export class List {
 
   async refresh() {
     await this.ready;
-    this.table.setColumns(this.columns());
-    await this.table.replaceData(this.rows());
+    const rows = this.rows();
+    this.table.setColumns(this.columns(rows));
+    await this.table.replaceData(rows);
   }
 
   // Marks the rows of these ids; the first of them comes into view when the pointer is elsewhere.
@@ -53,6 +58,14 @@ export class List {
 
   redraw() {
     this.ready.then(() => this.table.redraw(true));
+  }
+
+  // The first lit row gets the focus, or else the first.
+  async focus() {
+    await this.ready;
+    const rows = this.table.getRows("active");
+    const row = rows.find((row) => this.lit.has(row.getData().id)) ?? rows[0];
+    if (row) this.#goTo(row);
   }
 
   #format(row, classOf) {
@@ -95,45 +108,71 @@ export class List {
   }
 }
 
-// A column in which no line says anything is left out.
+// Columns are asked for with `say`, the text of a row's cell, and with `most`, the widest that they have to be for it, in
+// pixels. A column in which no row says anything is left out.
 export function bomColumns(lines) {
-  const columns = [
-    { title: text("quantity"), field: "quantity", width: 64, hozAlign: "right" },
-    { title: text("references"), field: "references", widthGrow: 2, sorter: (one, other) => natural(one[0], other[0]),
-      formatter: (cell) => escaped(cell.getValue().join(", ")), tooltip: (_, cell) => cell.getValue().join(", ") },
-    { title: text("value"), field: "Value", widthGrow: 1.2 },
-    { title: text("partNumber"), field: "PartNumber", widthGrow: 1.2, formatter: (cell) =>
-      cell.getValue() ? escaped(cell.getValue()) : `<i>${text("unnumbered")}</i>` },
-    { title: text("partName"), field: "PartName" },
-    { title: text("footprint"), field: "PCBFootprint", widthGrow: 1.4, tooltip: true },
-    { title: text("pins"), field: "PinNumber", width: 68, hozAlign: "right" },
-    { title: text("state"), field: "fitted", width: 84, formatter: (cell) => text(cell.getValue() ? "fitted" : "absent") },
-  ];
-  return columns.filter(({ field }) => lines.some((line) => line[field] !== "")).map(plainUnlessSaid);
+  return columns(lines, [
+    { title: text("quantity"), field: "quantity", hozAlign: "right", widthGrow: 0.1 },
+    { title: text("references"), field: "references", widthGrow: 2, most: 130, say: (line) => line.references.join(", "),
+      sorter: (one, other) => natural(one[0], other[0]) },
+    { title: text("value"), field: "Value", most: 120 },
+    { title: text("state"), field: "fitted", widthGrow: 0.1, say: (line) => stateOf(line.fitted) },
+    { title: text("partNumber"), field: "PartNumber", most: 120,
+      mark: (line, words) => words || `<i>${escaped(text("unnumbered"))}</i>` },
+    { title: text("partName"), field: "PartName", most: 120 },
+    { title: text("pins"), field: "PinNumber", hozAlign: "right", widthGrow: 0.1 },
+    { title: text("footprint"), field: "PCBFootprint", widthGrow: 3, most: 130 },
+  ]);
 }
 
-export function findingColumns() {
-  return [
-    { title: text("check"), field: "check", width: 122, formatter: (cell) =>
-      `<span class="dot check${escaped(cell.getValue())}"></span>${escaped(text(`check${cell.getValue()}`))}` },
-    { title: text("value"), field: "value" },
-    { title: text("comment"), field: "comment", widthGrow: 2, formatter: (cell) => escaped(comment(cell.getValue())) },
-    { title: text("page"), field: "pageName" },
-  ].map(plainUnlessSaid);
+export function findingColumns(findings) {
+  return columns(findings, [
+    { title: text("number"), field: "number", hozAlign: "right", widthGrow: 0.1 },
+    { title: text("check"), field: "check", widthGrow: 0.1, say: (finding) => text(`check${finding.check}`),
+      mark: (finding, words) => `<span class="dot check${escaped(finding.check)}"></span>${words}` },
+    { title: text("value"), field: "value", most: 120 },
+    { title: text("comment"), field: "comment", widthGrow: 2, most: 200, say: (finding) => comment(finding.comment) },
+    { title: text("page"), field: "pageName", most: 130 },
+  ]);
 }
 
-export function propertyColumns() {
-  return [
-    { title: text("name"), field: "name" },
-    { title: text("value"), field: "value", widthGrow: 2, tooltip: true },
-  ].map(plainUnlessSaid);
+export function propertyColumns(properties) {
+  return columns(properties, [
+    { title: text("name"), field: "name", most: 160 },
+    { title: text("value"), field: "value", widthGrow: 3, most: 300 },
+  ]);
 }
 
-// The library takes values for HTML unless it is told otherwise; a tooltip shows a node that holds the text.
-function plainUnlessSaid(column) {
-  const words = typeof column.tooltip === "function" ? column.tooltip : (_, cell) => cell.getValue();
-  const tooltip = column.tooltip ? (event, cell) => document.createTextNode(words(event, cell)) : false;
-  return { formatter: "plaintext", ...column, tooltip };
+// As wide as heads and texts want it, wider where there is room; where there is none, the list scrolls sideways.
+function columns(rows, wanted) {
+  const written = wanted.map(({ say, ...column }) => ({ ...column, say: say ?? ((row) => String(row[column.field] ?? "")) }));
+  return written.filter(({ say }) => !rows.length || rows.some(say)).map(({ say, mark, most = 400, ...column }) => {
+    const longest = Math.max(0, ...rows.map((row) => widthOf(say(row), "")));
+    const head = widthOf(column.title, "bold") + ARROW;
+    return {
+      ...column,
+      minWidth: Math.ceil(Math.max(head, Math.min(most, longest + (mark ? DOT : 0)))) + PADDING,
+      formatter: (cell) => {
+        const words = escaped(say(cell.getData()));
+        return mark ? mark(cell.getData(), words) : words;
+      },
+      tooltip: (event) => wholeText(event.target),
+    };
+  });
+}
+
+// What a cell cuts off; "" when it shows all of it, or was filled anew since the pointer came.
+function wholeText(target) {
+  const element = target.closest(".tabulator-cell");
+  if (element.scrollWidth <= element.clientWidth) return "";
+  const node = document.createElement("div");
+  node.textContent = element.textContent;
+  return node;
+}
+
+function widthOf(words, weight) {
+  ruler.font = `${weight} 12.5px ${getComputedStyle(document.body).fontFamily}`;
+  return ruler.measureText(words).width;
 }
 
 // Formatters that give marks of their own have to neutralise what they show.

@@ -6,14 +6,15 @@
 import { select } from "d3-selection";
 import { zoom, zoomIdentity } from "d3-zoom";
 
-import { boxOf, Drawing, svgElement } from "./drawing.js";
+import { boxOf, Drawing } from "./drawing.js";
+import { addOverlay, scalePins } from "./overlay.js";
+import { followPointer } from "./pointer.js";
+import { comment } from "./texts.js";
 
 const LARGEST_SCALE = 12;
 const REST_MILLISECONDS = 120;
 const MARGIN = 24;       // pixels around a page that is shown whole
 const CLOSE = 3;         // the scale at which a thing is shown that was jumped to
-const PIN_RADIUS = 9;    // pixels
-const NEAR = 80;         // units within which a part's texts are looked for
 
 export class Viewer {
   // `events`: pointAt(references), choose(references), openFinding(finding), each called by what the user does.
@@ -26,9 +27,12 @@ export class Viewer {
     this.transform = zoomIdentity;
     this.zoom = zoom().scaleExtent([0.05, LARGEST_SCALE]).on("zoom", ({ transform }) => this.#move(transform));
     this.surface = select(frame).call(this.zoom).on("dblclick.zoom", null);
-    frame.addEventListener("pointerover", (event) => events.pointAt(this.#referencesAt(event)));
-    frame.addEventListener("pointerleave", () => events.pointAt([]));
-    frame.addEventListener("click", (event) => this.#click(event));
+    followPointer(frame, (target) => target.dataset.reference, (reference) => events.pointAt(reference ? [reference] : []));
+    frame.addEventListener("click", (event) => this.#click(event.target));
+    frame.addEventListener("keydown", (event) => {
+      if (event.key === "Enter" && event.target.closest(".pin")) this.#click(event.target);
+    });
+    frame.addEventListener("focusin", (event) => this.#focus(event.target));
     new ResizeObserver(() => this.#resized()).observe(frame);
   }
 
@@ -39,7 +43,8 @@ export class Viewer {
     if (!this.drawings.has(index)) this.drawings.set(index, new Drawing(page));
     this.current = this.drawings.get(index);
     this.frame.append(this.current.svg);
-    if (!this.current.overlay) this.#addOverlay(this.current);
+    if (!this.current.hits) addOverlay(this.current, this.model);
+    this.labelPins();
     this.drawnScale = 0;
     this.fit();
     this.light(this.lit);
@@ -48,7 +53,11 @@ export class Viewer {
   // Where the pointer is or what was chosen, marked on the page.
   light(references) {
     this.lit = new Set(references);
-    for (const hit of this.current.hits) hit.node.classList.toggle("lit", this.lit.has(hit.reference));
+    for (const hit of this.current.hits) {
+      const lit = this.lit.has(hit.reference);
+      hit.node.classList.toggle("lit", lit);
+      if (!hit.fitted) for (const element of hit.elements) element.classList.toggle("lit", lit);
+    }
     this.current.svg.classList.toggle("some-lit", this.lit.size > 0);
   }
 
@@ -111,55 +120,34 @@ export class Viewer {
     }
   }
 
-  // The overlay is as large as the page: boxes that light parts and catch the pointer, and pins.
-  #addOverlay(drawing) {
-    drawing.overlay = svgElement("g", { class: "overlay" });
-    drawing.hits = drawing.parts.map(({ reference, element }) => ({ reference, element, box: boxOf(element) }));
-    const bySize = [...drawing.hits].sort((one, other) => area(other.box) - area(one.box));
-    for (const hit of bySize) {
-      const { x, y, width, height } = hit.box;
-      hit.node = svgElement("rect", {
-        class: "hit", x: x - 3, y: y - 3, width: width + 6, height: height + 6, rx: 3, "data-reference": hit.reference,
-      });
-      drawing.overlay.append(hit.node);
-    }
-    this.#dim(drawing);
-    const here = this.model.findings.filter((finding) => finding.placed && finding.page === drawing.page.index);
-    for (const finding of here) drawing.overlay.append(pinOf(finding));
-    drawing.svg.append(drawing.overlay);
-  }
-
-  // What belongs to a part that is not fitted: its symbol, the texts in it, its reference and its value.
-  #dim(drawing) {
-    const parts = this.model.parts;
-    for (const hit of drawing.hits) {
-      const part = parts.get(hit.reference);
-      if (part.fitted) continue;
-      hit.element.classList.add("absent");
-      hit.node.classList.add("absent");
-    }
-    for (const { value, element } of drawing.texts) {
-      const place = boxOf(element);
-      const point = { x: place.x + place.width / 2, y: place.y + place.height / 2 };
-      const near = drawing.hits
-        .map((hit) => ({ hit, distance: distanceTo(hit.box, point) }))
-        .filter(({ hit, distance }) => distance === 0
-          || (distance < NEAR && (isNameOf(value, hit.reference) || parts.get(hit.reference).line?.Value === value)))
-        .sort((one, other) => isNameOf(value, other.hit.reference) - isNameOf(value, one.hit.reference)
-          || one.distance - other.distance);
-      if (near.length && !parts.get(near[0].hit.reference).fitted) element.classList.add("absent");
+  // In the language that is shown.
+  labelPins() {
+    for (const pin of this.frame.querySelectorAll(".pin")) {
+      const finding = this.#findingOf(pin);
+      const words = `${finding.number}: ${finding.value}, ${comment(finding.comment)}`;
+      pin.setAttribute("aria-label", words);
+      pin.querySelector("title").textContent = words;
     }
   }
 
-  #referencesAt(event) {
-    const reference = event.target.dataset?.reference;
-    return reference ? [reference] : [];
+  #findingOf(target) {
+    return this.model.findings[target.closest(".pin")?.dataset.finding];
   }
 
-  #click(event) {
-    const pin = event.target.closest(".pin");
-    if (pin) this.events.openFinding(this.model.findings[Number(pin.dataset.finding)]);
-    else this.events.choose(this.#referencesAt(event));
+  #click(target) {
+    const finding = this.#findingOf(target);
+    if (finding) this.events.openFinding(finding);
+    else this.events.choose(target.dataset.reference ? [target.dataset.reference] : []);
+  }
+
+  // A pin that was reached with a key may be out of sight.
+  #focus(target) {
+    const finding = this.#findingOf(target);
+    if (!finding) return;
+    const [pin, frame] = [target.getBoundingClientRect(), this.frame.getBoundingClientRect()];
+    if (pin.left < frame.left || pin.right > frame.right || pin.top < frame.top || pin.bottom > frame.bottom) {
+      this.lookAtFinding(finding);
+    }
   }
 
   #move(transform) {
@@ -181,39 +169,10 @@ export class Viewer {
     svg.setAttribute("width", size.width * k);
     svg.setAttribute("height", size.height * k);
     svg.style.transform = `translate(${x}px, ${y}px)`;
-    for (const pin of svg.querySelectorAll(".pin")) {
-      pin.setAttribute("transform", `translate(${pin.dataset.x} ${pin.dataset.y}) scale(${1 / k})`);
-    }
+    scalePins(this.current, 1 / k);
   }
 
   #resized() {
     if (this.current && (this.wholePage || !this.drawnScale)) this.fit();
   }
-}
-
-function pinOf(finding) {
-  const pin = svgElement("g", {
-    class: `pin check${finding.check}`, "data-finding": finding.id, "data-x": finding.x, "data-y": finding.y,
-  });
-  pin.append(svgElement("path", { d: `M 0 0 L ${-PIN_RADIUS * 0.7} ${-PIN_RADIUS * 1.4} A ${PIN_RADIUS} ${PIN_RADIUS} 0 1 1 `
-    + `${PIN_RADIUS * 0.7} ${-PIN_RADIUS * 1.4} Z` }));
-  const sign = svgElement("text", { x: 0, y: -PIN_RADIUS * 1.9, "text-anchor": "middle", "dominant-baseline": "central" });
-  sign.textContent = "!";
-  pin.append(sign);
-  return pin;
-}
-
-// Units of one part bear a letter after its reference.
-function isNameOf(value, reference) {
-  return value === reference || (value.startsWith(reference) && /^[A-Z]$/.test(value.slice(reference.length)));
-}
-
-function area(box) {
-  return box.width * box.height;
-}
-
-function distanceTo(box, point) {
-  const across = Math.max(box.x - point.x, 0, point.x - box.x - box.width);
-  const down = Math.max(box.y - point.y, 0, point.y - box.y - box.height);
-  return Math.hypot(across, down);
 }
