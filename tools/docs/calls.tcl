@@ -1,6 +1,6 @@
 # Example calls of the plug-in's commands, carried out in the stand-in host once a design is open. Each becomes lines of
 # ::calls::file, which begin with a word that says what they are: the call, each packet that was sent meanwhile, and what
-# the call answered. What was asked on a connection of its own is added by whoever runs this. Line ends and backslashes in them are escaped.
+# the call answered. Line ends and backslashes in them are escaped.
 #
 # A command that waits for the user, or reaches outside the program, is named with the reason why it is not called.
 
@@ -24,11 +24,6 @@ proc call {words} {
     ::calls::note call $words
     catch {uplevel #0 $words} result
     ::calls::note result $result
-}
-
-# A message of the companion, as the host's scripts hand it in.
-proc asked {message} {
-    call "packetParser [binary encode hex $message]"
 }
 
 proc uncalled {command reason} {
@@ -83,10 +78,6 @@ call {sendPinNC U3 7 top main 300 200}
 call {sendNetlist NoFootprint U3 {} top main 300 200}
 call {checkCharIllegal R1}
 call {checkCharIllegal 电阻}
-set library [file join [file dirname $path] parts.olb]
-packages::write $path $library
-asked "{\"Command\":\"GetOlbAllPackageInfo\",\"Data\":{\"ProjectPath\":\"$library\"},\"Result\":\"0\"}"
-asked "{\"Command\":\"GetOlbObjectPackageInfo\",\"Data\":{\"ProjectPath\":\"$library\",\"ObjName\":\"R\"},\"Result\":\"0\"}"
 call {sendDsnPackageInfo {{Value 10k} {Source {C:\lib\a.olb}}}}
 call {sendOlbPackageInfo {{Value 10k} {Source {C:\lib\a.olb}}}}
 call {sendOlbObjectPackageInfo {{Value 10k}}}

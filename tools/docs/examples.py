@@ -225,7 +225,7 @@ def _example(call: str, result: str, sent: list[str]) -> str:
 
 def _message(packet: str) -> str:
     message = messages.read(bytes.fromhex(packet))
-    return json.dumps(message.members, ensure_ascii=False)
+    return json.dumps(record.json_of(message)[1] or message.members, ensure_ascii=False)
 
 
 def _cut(text: str) -> str:
