@@ -1,7 +1,8 @@
-# Loads and unloads the plug-in many times in one process: loads.tcl DLL COUNTS-DLL TIMES. Prints a line
-# "load N handles H threads T kilobytes K" after each load, for whoever judges them.
+# Loads and unloads the plug-in many times in one process: loads.tcl DLL COUNTS-DLL TIMES ?MILLISECONDS?. Prints a line
+# "load N handles H threads T kilobytes K" after each load, and once more so much later, when all threads have seen that
+# their clients are retired; for whoever judges them.
 
-lassign $argv dll counts times
+lassign $argv dll counts times settling
 
 # What the plug-in's start-up script calls.
 namespace eval ::capGenerateBOMUtil {proc init {} {}}
@@ -25,5 +26,9 @@ for {set number 1} {$number <= $times} {incr number} {
     # the new thread has reached its first pause
     after 100
     tell $number
+}
+if {$settling ne ""} {
+    after $settling
+    tell settled
 }
 puts "end"
