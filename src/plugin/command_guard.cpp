@@ -3,7 +3,6 @@
 #include <tcl.h>
 
 #include <memory>
-#include <stdexcept>
 #include <utility>
 
 #include "core/tcl_script_host.h"
@@ -18,9 +17,6 @@ CommandResult runRow(const CommandRow& row, PlugIn& plugIn, const Arguments& arg
   const std::shared_ptr<Session> session = plugIn.session;
   if (!session) {
     return {row.beforeState};
-  }
-  if (row.run == nullptr) {
-    throw std::logic_error("command not available");
   }
   TclScriptHost host(interp);
   CommandCall call{arguments, host};
