@@ -9,7 +9,7 @@ import time
 from typing import Awaitable, Callable, TypeVar
 
 from companion.answers import Answers
-from companion.record import Recorder
+from companion.record import HOST, Recorder
 from companion.server import FAULT, PORT, RECEIVED, SENT, Companion, Event
 from companion.view import ConversationView, View, add_rows
 
@@ -42,8 +42,9 @@ class Scene:
         self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
-        if self._record:
-            self.companion.listeners.append(Recorder(self._record))
+        self._recorder = Recorder(self._record) if self._record else None
+        if self._recorder:
+            self.companion.listeners.append(self._recorder)
 
     async def begin(self, command: list[str]) -> None:
         await self.companion.start()
@@ -57,6 +58,12 @@ class Scene:
             return
         # The companion shows each message whole.
         self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
+
+    def user_does(self, line: str) -> None:
+        """The editor's user does something, in the host's own words."""
+        if self._recorder:
+            self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=line))
+        self.installation.command(line)
 
     async def end(self) -> None:
         if self.host:
@@ -119,7 +126,7 @@ class Scene:
     async def do(self, what: str, line: str, answer: str, seconds: float = 20) -> str:
         """Gives the host a command and waits for the line with which it answers; `answer` is a pattern of it."""
         since = len(self.host_lines)
-        self.installation.command(line)
+        self.user_does(line)
         return await self.told(what, answer, since, seconds)
 
     async def told(self, what: str, pattern: str, since: int, seconds: float = 20) -> str:
