@@ -85,7 +85,7 @@ constexpr std::array rows = {
     HandlerRow{"JumpToPartRef",
                jumpToPartRef,
                {{{"ProjectPath", text, optional}, {"PartRef", text, optional}}},
-               "Goes to a part. Answers \"No PartRef\" without one, and nothing without a project."},
+               "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
     HandlerRow{"CheckOpenState", checkOpenState, {{projectPath}}, "Tells whether a design is open in the host."},
     HandlerRow{"SwitchStickOrNotStick", switchStickOrNotStick, {}, "Switches the selected parts' fitting."},
     HandlerRow{"SetToNotStick", setToNotStick, {{projectPath, {"item", array, needed}}}, "Marks parts as not fitted."},

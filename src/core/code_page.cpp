@@ -46,7 +46,7 @@ std::string TextConverter::scriptValue(std::string_view packetValue) const {
 }
 
 std::string TextConverter::hostPath(std::string_view path) const {
-  return isValidUtf8(path) ? std::string(path) : ansiToUtf8(path);
+  return isValidUtf8(withoutSurrogates(path)) ? std::string(path) : ansiToUtf8(path);
 }
 
 }  // namespace vernoxa

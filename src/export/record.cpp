@@ -24,8 +24,9 @@ std::string linesToShow(const TextConverter& converter, std::string_view text, b
   std::string result;
   for (std::size_t start = 0;;) {
     const std::size_t end = text.find(lineSeparator, start);
-    const std::string line = withoutSurrogates(text.substr(start, end - start));
-    result += !convert && isValidUtf8(line) ? line : throughCodePage(converter, line);
+    const std::string_view line = text.substr(start, end - start);
+    const std::string joined = withoutSurrogates(line);
+    result += !convert && isValidUtf8(joined) ? joined : throughCodePage(converter, line);
     if (end == std::string_view::npos) {
       return result;
     }

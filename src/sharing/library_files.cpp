@@ -27,7 +27,7 @@ std::string libraryPath(const PlacementContext& placement, const std::string& na
 // character has no case.
 std::string comparable(Files& files, const std::string& path) {
   std::string text = replaceInCodePage(files.fullPath(path), '\\', "/");
-  text.erase(text.find_last_not_of(". ") + 1);
+  text.erase(text.find_last_not_of("./ ") + 1);
   for (std::size_t index = 0; index < text.size(); ++index) {
     if (isDoubleByteLead(text[index])) {
       ++index;
@@ -40,7 +40,9 @@ std::string comparable(Files& files, const std::string& path) {
 
 bool isUsersOwn(const GlobalState& state, const std::string& file) {
   const std::string extension = extensionOf(file).value_or("");
-  const bool stream = file.find(':', 2) != std::string::npos;  // another name for a file that has one already
+  // Behind the drive's, which may stand behind "//?/", a colon begins another name for a file that has one already.
+  const std::size_t drive = file.starts_with("//?/") || file.starts_with("//./") ? 6 : 2;
+  const bool stream = file.find(':', drive) != std::string::npos;
   if (file.empty() || extension == "dsn" || extension == "opj" || stream) {
     return true;
   }
@@ -108,6 +110,16 @@ std::string libraryBackupPath(const PlacementContext& placement) {
 
 void noteMadeLibrary(Services& services, const std::string& path) {
   services.state.madeLibraries.insert(comparable(services.world.files, path));
+}
+
+bool makeLibrary(Services& services, const std::string& from, const std::string& to) {
+  // Noted first: once it is there, nothing may fail any more that would keep it from being removed.
+  const auto [note, added] = services.state.madeLibraries.insert(comparable(services.world.files, to));
+  const bool made = services.world.files.copyFile(from, to);
+  if (!made && added) {
+    services.state.madeLibraries.erase(note);
+  }
+  return made;
 }
 
 void removePlacementFile(Services& services, const std::string& path) {

@@ -24,6 +24,9 @@ bool drawLibraryNames(Services& services);
 // program folder; empty when neither exists.
 std::string emptyLibraryPath(const Services& services);
 
+// Makes a library as a copy of another and notes it. False when it could not be made; a file that was there stays.
+bool makeLibrary(Services& services, const std::string& from, const std::string& to);
+
 // Notes that this process made the library or backup at that path, and so may remove it.
 void noteMadeLibrary(Services& services, const std::string& path);
 

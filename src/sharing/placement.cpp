@@ -16,6 +16,13 @@
 namespace vernoxa {
 namespace {
 
+// The host makes it beside the temporary library, whose name is drawn so that no backup has it yet.
+std::string notedBackup(Services& services) {
+  std::string path = libraryBackupPath(services.state.placement);
+  noteMadeLibrary(services, path);
+  return path;
+}
+
 // The library that the host writes into, gone at the end in every case. It keeps its own paths: a script may bring the
 // next placement in before this one ends.
 class TemporaryLibrary {
@@ -23,12 +30,9 @@ class TemporaryLibrary {
   TemporaryLibrary(Services& services, const std::string& emptyLibrary)
       : services_(services),
         path_(temporaryLibraryPath(services.state.placement)),
-        backup_(libraryBackupPath(services.state.placement)),
-        made_(services.world.files.copyFile(emptyLibrary, path_)) {
-    if (made_) {
-      noteMadeLibrary(services, path_);
-      noteMadeLibrary(services, backup_);
-    } else {
+        backup_(notedBackup(services)),
+        made_(makeLibrary(services, emptyLibrary, path_)) {
+    if (!made_) {
       services.logs.openTraffic().writeLine("not made: " + path_);
     }
   }
@@ -91,11 +95,7 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
 
 bool copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
   removePlacementFile(services, to);
-  if (!services.world.files.copyFile(from, to)) {
-    return false;
-  }
-  noteMadeLibrary(services, to);
-  return true;
+  return makeLibrary(services, from, to);
 }
 
 }  // namespace

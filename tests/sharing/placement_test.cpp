@@ -218,13 +218,14 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
   // The system finds the same files by these.
-  for (const char* path : {"C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b",
-                           "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\."}) {
+  for (const char* path :
+       {"C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b",
+        "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\"}) {
     with_.fake.files.addFile(path, "");
     removePlacementFile(with_.services, path);
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
-  EXPECT_THAT(files(), SizeIs(11));  // and no library left behind
+  EXPECT_THAT(files(), SizeIs(12));  // and no library left behind
 }
 
 // A script may run the host's event loop and with it the next placing command.

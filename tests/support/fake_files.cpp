@@ -80,7 +80,9 @@ class FakeFiles::Output final : public OutputFile {
 };
 
 std::string FakeFiles::fullPath(const std::string& path) {
-  return faults.strike() ? std::string() : resolved(path);
+  // As Windows does, the last separator stays.
+  const bool open = !path.empty() && replaceInCodePage(path, '\\', "/").back() == '/';
+  return faults.strike() ? std::string() : resolved(path) + (open ? "\\" : "");
 }
 
 void FakeFiles::addFolder(const std::string& path, std::uint32_t attributes) {

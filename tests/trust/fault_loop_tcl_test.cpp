@@ -35,11 +35,14 @@ constexpr std::array faults = {
           [](TrustHost& host, TrustLoad&) { return host.faults.calls(); }},
 };
 
-// What the calls of a run answered.
-using Answers = std::vector<TrustHost::Answer>;
+// What the run without a fault answered, and how many message boxes it showed.
+struct Good {
+  std::vector<TrustHost::Answer> answers;
+  std::size_t boxes = 0;
+};
 
-// A run of the plug-in; it says what is wrong with an answer, else "". `good` is what the run without a fault answered.
-using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&, Answers& good);
+// A run of the plug-in; it says what is wrong with an answer, else "". `good` is filled by the run without a fault.
+using Scenario = std::string (*)(TrustHost&, TrustLoad&, const KeptInput&, Good& good);
 
 std::string commandOf(const std::string& message) {
   return std::string(Json::parse(message).document.member("Command").text().value_or(""));
@@ -47,9 +50,10 @@ std::string commandOf(const std::string& message) {
 
 // The answer of the run without a fault, or one that owns up to the fault: a refusal or failure of this request, the
 // host's own error text, or a text that a message box has told is missing. Words are the door and the packet text.
-std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words, Answers& good) {
-  if (good.empty()) {
-    good.push_back(answer);
+std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words, Good& good) {
+  const std::size_t boxes = load.fake.messages.shown().size();
+  if (good.answers.empty()) {
+    good = {{answer}, boxes};
   }
   if (answer.status == commandFailed) {
     return load.crashes() == words[0] ? "" : "failed without its name in the crash log";
@@ -61,21 +65,21 @@ std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, con
   if (!reply.valid) {
     return "no packet text: " + answer.text;
   }
-  const std::string request = messageOf(words[1]).message;
+  const DecodedPacket asked = messageOf(words[1]);
+  const std::string& request = asked.message;
   const Json message = Json::parse(reply.message).document;
   const bool failed = commandOf(reply.message) == commandOf(request) + "_EndResult" &&
                       message.member("Result").text() == std::string_view("1");
-  const bool told =
-      reply.message.find("the host's procedure failed") != std::string::npos || !load.fake.messages.shown().empty();
-  const bool same = answer.text == good.front().text;
-  const bool refused = messageOf(good.front().text).message.find("\"ErrInfo\"") != std::string::npos;
+  const bool told = reply.message.find("the host's procedure failed") != std::string::npos || boxes > good.boxes;
+  const bool same = answer.text == good.answers.front().text;
+  const bool refused = messageOf(good.answers.front().text).message.find(R"("Result":	"1")") != std::string::npos;
   if (refused && reply.message.empty()) {
     return {};  // no memory to read whom the refusal is for
   }
-  return same || failed || told || reply.message == request ? "" : "not what it was: " + reply.message;
+  return same || failed || told || (!asked.valid && answer.text == words[1]) ? "" : "not what it was: " + reply.message;
 }
 
-std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good, const char* door) {
+std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good, const char* door) {
   const Words words = [&] {
     const EnoughMemory enough;
     return Words{door, packetTextOf(input.rest)};
@@ -85,33 +89,33 @@ std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, 
   return isPacketAnswer(answer, load, words, good);
 }
 
-std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
   return runPacket(host, load, input, good, "packetParser");
 }
 
-std::string runThreadPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+std::string runThreadPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
   return runPacket(host, load, input, good, "packetParserForPthread");
 }
 
-// A command answers as without the fault, or fails with its name in the crash log.
-std::string runCommands(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+// A command ends as without the fault, or fails with its name in the crash log.
+std::string runCommands(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
   const std::vector<Words> commands = [&] {
     const EnoughMemory enough;
     return commandsIn(input.rest);
   }();
-  Answers answers;
+  std::vector<TrustHost::Answer> answers;
   for (const Words& words : commands) {
     TrustHost::Answer answer = host.call(words);
     const EnoughMemory enough;
     answers.push_back(std::move(answer));
   }
   const EnoughMemory enough;
-  if (good.empty()) {
-    good = answers;
+  if (good.answers.empty()) {
+    good.answers = answers;
   }
   for (std::size_t index = 0; index < commands.size(); ++index) {
     const bool owned = answers[index].status == commandFailed && load.crashes().starts_with(commands[index].front());
-    if (answers[index].status != good[index].status && !owned) {
+    if (answers[index].status != good.answers[index].status && !owned) {
       return commands[index].front() + " gave status " + std::to_string(answers[index].status) +
              ", crash log: " + load.crashes();
     }
@@ -120,7 +124,7 @@ std::string runCommands(TrustHost& host, TrustLoad& load, const KeptInput& input
 }
 
 // The module file that the companion names, and its placement by the host's script.
-std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
   const Words asked = [&] {
     const EnoughMemory enough;
     load.fake.files.addFile("C:\\Mods\\m.json", input.answer + "\n" + input.rest);
@@ -143,7 +147,7 @@ std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input, 
 
 // A file of the user's that the companion names as the module, by any of its spellings: it is there after the placement
 // and after the clearing away.
-std::string runUsersFile(TrustHost& host, TrustLoad& load, const KeptInput& input, Answers& good) {
+std::string runUsersFile(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
   const Words asked = [&] {
     const EnoughMemory enough;
     load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
@@ -179,7 +183,7 @@ constexpr const char* nextReply = R"({"Data":{"ErrInfo":"","Open":[{"ProjectPath
 class FaultLoop : public testing::Test {
  protected:
   // Gives how many of these calls there were in the run.
-  int runOnce(const Fault& fault, int number, const KeptInput& input, Scenario scenario, Answers& good) {
+  int runOnce(const Fault& fault, int number, const KeptInput& input, Scenario scenario, Good& good) {
     TrustLoad load;
     load.beginSession();
     host_.answer = input.answer;
@@ -201,7 +205,7 @@ class FaultLoop : public testing::Test {
   void runAll(const std::vector<KeptInput>& inputs, Scenario scenario) {
     int injected = 0;
     for (const KeptInput& input : inputs) {
-      Answers good;
+      Good good;
       runOnce(faults.front(), 0, input, scenario, good);
       for (const Fault& fault : faults) {
         for (int number = 1;; ++number) {
@@ -239,7 +243,7 @@ TEST_F(FaultLoop, Commands) {
 TEST_F(FaultLoop, UsersFiles) {
   std::vector<KeptInput> inputs;
   for (const char* const path : {"C:\\job\\a.dsn", "c:/JOB/A.OPJ", "C:\\job\\my.olb. .", "C:\\job\\x\\..\\a_0.OBK",
-                                 "C:\\job\\a.dsn\\.", "C:/job/a.opj/x/.."}) {
+                                 "C:\\job\\a.dsn\\.", "C:/job/a.opj/x/..", "C:\\job\\a.dsn\\"}) {
     inputs.push_back({path, "1", path});
   }
   runAll(inputs, runUsersFile);

@@ -91,7 +91,8 @@ async def run(side: str, fault: Fault | None) -> None:
     before_companion = Proxy(PORT, None if stranger and side == COMPANION else COMPANION_BEHIND,
                              fault if side == COMPANION else None)
     name = paths.to_windows(installation.add_design_folder("design") / "design.dsn")
-    command = host.command_line(installation, [(DESIGN, name)], 150) + ["-serverPort", str(HOST_BEHIND)]
+    held = HOLD_SECONDS if fault and fault.kind == "hold" else 0
+    command = host.command_line(installation, [(DESIGN, name)], 150 + held) + ["-serverPort", str(HOST_BEHIND)]
     editor = host.Host(command, lambda *_: None)
     try:
         await companion.start()
@@ -109,9 +110,7 @@ async def run(side: str, fault: Fault | None) -> None:
             if stranger:
                 before_companion.target = COMPANION_BEHIND
             await answers_again(companion, 60)
-            if not stranger and fault.kind == "hold":
-                await asyncio.sleep(HOLD_SECONDS)
-            await asyncio.sleep(11)  # the link thread's next pass
+            await asyncio.sleep(held + 11)  # the link thread's next pass
             await answers_again(companion, 60)
             await companion.ask("CloseOrcad", {})
             if (status := await editor.ended(20)) != 0:
