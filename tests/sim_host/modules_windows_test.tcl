@@ -1,0 +1,171 @@
+# Modules between the stand-in host and the built DLL: a block of a real design is shared, placed into another design and
+# shared from there: modules_windows_test.tcl Vernoxa64.dll
+
+if {![info exists reread]} {
+    set reread 1  ;# Tcl took this file for a text in the code page
+    source -encoding utf-8 [info script]
+    return
+}
+set built [lindex $argv 0]
+set argv {}  ;# would be options of the test package
+package require tcltest
+namespace import ::tcltest::test
+set demos Z:/usr/share/kicad/demos
+if {![file isdirectory $demos]} {
+    puts "skipped: kicad-demos is not installed"
+    exit 0
+}
+source -encoding utf-8 [file join [file dirname [file normalize [info script]]] .. .. sim host host.tcl]
+
+proc host::log {text} {
+    lappend ::logged $text
+    if {[string match "placed *" $text]} {
+        set ::dropped $text
+    }
+}
+proc sendPacketGlobalHandle {packet} {
+    set ::told [encoding convertfrom cp936 [binary decode hex $packet]]
+    return 0
+}
+# What a module holds is what the host gives for it.
+trace add execution link::plugin enter {apply {{words operation} {
+    lassign $words - command record
+    if {$command in {addMarketLibList addMarketPartList}} {
+        lappend ::records [list $command $record]
+    }
+}}}
+# Real designs have no Chinese: here it is in the names of symbols, pins and nets, in values and texts.
+rename kicad::readFile kicad::readPlain
+proc kicad::readFile {path} {
+    return [string map {GND 地线 VCC 电源 uF 微法} [kicad::readPlain $path]]
+}
+
+set root [file join $env(TEMP) vernoxa-modules]
+catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
+file mkdir $root/bin $root/Config/Resource $root/module
+file copy $built $root/bin/Vernoxa64.dll
+library::create $root/Config/Resource/Empty.olb
+set link::serverPort 0  ;# any: nobody is to find this host
+load [file nativename $root/bin/Vernoxa64.dll] Vernoxa
+
+proc ask {command members} {
+    set packet [binary encode hex [encoding convertto cp936 "{\"Command\":\"$command\",\"Data\":{$members}}"]]
+    set reply [encoding convertfrom cp936 [binary decode hex [packetParser $packet]]]
+    if {![string match {*"Result":"0"*} $reply]} {
+        error "$command was answered with $reply"
+    }
+}
+
+proc openPage {demo page} {
+    set path [designs::load $::demos/$demo.kicad_sch Z:\\[file tail $demo].dsn]
+    pages::activate $path $page
+    return $path
+}
+
+# Gives the records of what is selected.
+proc share {} {
+    set ::records {}
+    ask SelectModule "\"Page\":\"[lindex [pages::need] 1]\""
+    return $::records
+}
+
+# Places the module that was shared last. Gives the files that are left where the plug-in found it.
+proc place {command members} {
+    file copy -force $::root/Cache/Share/ModuleLib.json $::root/module
+    set path [string map {\\ \\\\} [file nativename $::root/module/ModuleLib.json]]
+    ask $command "\"dsnDatPath\":\"$path\",$members"
+    set waiting [after 20000 {set ::dropped never}]
+    vwait ::dropped
+    after cancel $waiting
+    return [glob -nocomplain -tails -directory $::root/module *]
+}
+
+# Records of what is selected, and of what came of it in another design; then the files that are left.
+proc travelled {own} {
+    set first [share]
+    pages::activate Z:\\ecc83-pp.dsn ecc83-pp
+    set left [place PlaceDSNModule "\"uploadResId\":\"7\",\"uploadUserId\":\"8\",\"selfModule\":\"$own\""]
+    return [list $first [share] $left]
+}
+
+# The first record that comes back otherwise, but for the marks that placing puts on every object, placeholders, which
+# come back empty, and @, which comes back as _.
+proc different {first second} {
+    set second [lsearch -all -inline -not -regexp $second {Property (NimbMarket|MarketResID|MarketUserID) }]
+    foreach one $first other $second {
+        if {[lindex $one 1 0] in {Property PartProperty}} {
+            set value [lindex $one 1 2]
+            lset one 1 2 [expr {[string match *$* $value] ? "" : [string map {@ _} $value]}]
+        }
+        if {$one ne $other} {
+            return [list $one $other]
+        }
+    }
+}
+
+openPage ecc83/ecc83-pp ecc83-pp
+test travel "a block of each page comes back the same: parts, units, wires, names, texts, arcs, Chinese" -body {
+    set answers {}
+    foreach {demo page references} {
+        complex_hierarchy/complex_hierarchy ampli_ht_vertical {P4 U3 Q1 RV1 P3 C3}
+        video/video RAMS all
+        video/video graphic all
+        pic_programmer/pic_programmer pic_sockets all
+    } {
+        set path [openPage $demo $page]
+        if {$references eq "all"} {
+            set references [lmap part [dict values [dict get $designs::open $path parts]] {
+                if {[dict get $part page] ne $page || [dict get $part power]} continue
+                dict get $part reference
+            }]
+        }
+        modules::selectBlock [lsort -unique $references]
+        lassign [travelled 1] first second left
+        lappend answers [different $first $second] $left [expr {[llength $first] > 400}] [regexp 地线|电源|微法 $first]
+    }
+    set answers
+} -result [string trim [string repeat {{} {} 1 1 } 4]]
+
+test foreign "of others' modules only the editor's own properties come along" -body {
+    set path [openPage complex_hierarchy/complex_hierarchy ampli_ht_vertical]
+    modules::selectBlock R6
+    foreach {name value} {Value {国产 [exit]} Footprint a@b "Part Number" $x Maker x} {
+        dict set designs::open $path parts [lindex $pages::selection 0] properties $name $value
+    }
+    lmap call [lindex [travelled 0] 1] {
+        if {![string match {addMarketPartList {Property *}} $call]} continue
+        lrange [lindex $call 1] 1 2
+    }
+} -result {{{Part Reference} R6} {Reference R6} {Value {国产 [exit]}} {{PCB Footprint} a_b} {{Part Number} {}}\
+    {NimbMarket Part} {MarketResID 7} {MarketUserID 8}}
+
+test offer "the companion is told pins, parts, nets and words" -body {
+    openPage complex_hierarchy/complex_hierarchy complex_hierarchy
+    modules::selectBlock {C9 C1}
+    share
+    regsub -all {\s} $told ""
+} -match glob -result [string cat {*"Part":?{"Id":"1","Ref":"C1",*},{"Id":"2","Ref":"C9",*}?,} \
+    {"Wire":?"HT","地线","电源"?,"Keys":?"47微法","47微法/63V"?,"sumPins":"4","selfPins":"4","copyPrice":"0"*}]
+
+test single "a single part lands at its place under the next free number" -body {
+    set path [openPage complex_hierarchy/complex_hierarchy ampli_ht_vertical]
+    modules::selectBlock U3
+    share
+    set left [place PlaceDsnLibPartModule {"PartIndex":"1","Designator":"B","ViewBoxWidth":10,"ViewBoxHeight":20,
+        "PartName":"a-catalogue's-name","prefix":"U","value":"国产"}]
+    set part [dict get $designs::open $path parts [lindex $pages::selection 0]]
+    list {*}[lmap field {reference unit x value} {dict get $part $field}] \
+        [dict exists $designs::open $path references U5] [llength [dict get $part pins]] $left
+} -result {U5 2 100 国产 1 5 {}}
+
+test wrong "what cannot be placed is told, and the rest stays" -body {
+    set logged {}
+    set before $designs::open
+    list [placePart Nonsense 0 {} {} {}] [catch {placePart Part 0 {} {{Location "1 2"} {Rotation x}} {}}] \
+        [catch {placeLibPart /nowhere/a.olb n 0 Part {} {} {} {} {}}] [string match "*cannot place*" $logged] \
+        [expr {$before eq $designs::open}]
+} -result {1 1 1 1 1}
+
+set failed $tcltest::numTests(Failed)
+tcltest::cleanupTests
+exit [expr {$failed > 0}]
