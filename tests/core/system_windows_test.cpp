@@ -59,7 +59,8 @@ std::vector<std::string> tell(Files& files, const std::string& root) {
     journal.note("removed while it is open", files.removeFile(file));
   }
   journal.note("gone", files.exists(file));
-  for (const char* const spelling : {"\\a.dsn\\.", "/x/..\\a.dsn", "\\a.dsn. .", "\\a.dsn\\x\\..", "\\.\\a.dsn", "\\a.dsn\\"}) {
+  for (const char* const spelling :
+       {"\\a.dsn\\.", "/x/..\\a.dsn", "\\a.dsn. .", "\\a.dsn\\x\\..", "\\.\\a.dsn", "\\a.dsn\\"}) {
     journal.note(spelling, files.fullPath(folder + spelling) == files.fullPath(folder + "\\a.dsn"));
   }
   files.create(file)->write("old content");

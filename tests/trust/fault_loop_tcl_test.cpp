@@ -48,9 +48,11 @@ std::string commandOf(const std::string& message) {
   return std::string(Json::parse(message).document.member("Command").text().value_or(""));
 }
 
-// The answer of the run without a fault, or one that owns up to the fault: a refusal or failure of this request, the
-// host's own error text, or a text that a message box has told is missing. Words are the door and the packet text.
-std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, const Words& words, Good& good) {
+// The answer of the run without a fault, or one of this request that owns up to the fault: a refusal, a failure, what
+// it made of the host's own error, or a text that a message box has told is missing. Words are the door and the packet
+// text.
+std::string isPacketAnswer(const TrustHost& host, const TrustHost::Answer& answer, TrustLoad& load, const Words& words,
+                           Good& good) {
   const std::size_t boxes = load.fake.messages.shown().size();
   if (good.answers.empty()) {
     good = {{answer}, boxes};
@@ -67,16 +69,17 @@ std::string isPacketAnswer(const TrustHost::Answer& answer, TrustLoad& load, con
   }
   const std::string request = messageOf(words[1]).message;
   const Json message = Json::parse(reply.message).document;
-  const bool failed = commandOf(reply.message) == commandOf(request) + "_EndResult" &&
-                      message.member("Result").text() == std::string_view("1");
-  const bool told = reply.message.find("the host's procedure failed") != std::string::npos || boxes > good.boxes;
+  const bool named = commandOf(reply.message) == commandOf(request) + "_EndResult";
+  const bool failed = message.member("Result").text() == std::string_view("1");
   const bool same = answer.text == good.answers.front().text;
   const bool refused = messageOf(good.answers.front().text).message.find(R"("Result":	"1")") != std::string::npos;
   if (refused && reply.message.empty()) {
     return {};  // no memory to read whom the refusal is for
   }
   const bool echoed = reply.message == words[1] && boxes > 0;  // it could not be decoded, which a box tells
-  return same || failed || told || echoed ? "" : "not what it was: " + reply.message;
+  return same || (named && (failed || host.erred || boxes > good.boxes)) || echoed
+             ? ""
+             : "not what it was: " + reply.message;
 }
 
 std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good, const char* door) {
@@ -86,7 +89,7 @@ std::string runPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, 
   }();
   const TrustHost::Answer answer = host.call(words);
   const EnoughMemory enough;
-  return isPacketAnswer(answer, load, words, good);
+  return isPacketAnswer(host, answer, load, words, good);
 }
 
 std::string runCompanionPacket(TrustHost& host, TrustLoad& load, const KeptInput& input, Good& good) {
@@ -142,7 +145,7 @@ std::string runModule(TrustHost& host, TrustLoad& load, const KeptInput& input, 
   host.call(placed);
   const EnoughMemory enough;
   const std::string base = load.fake.files.bytes("C:\\App\\config\\Resource\\Empty.olb");
-  return base == "library" ? isPacketAnswer(answer, load, asked, good) : "the base library is " + base;
+  return base == "library" ? isPacketAnswer(host, answer, load, asked, good) : "the base library is " + base;
 }
 
 // A file of the user's that the companion names as the module, by any of its spellings: it is there after the placement
@@ -167,7 +170,7 @@ std::string runUsersFile(TrustHost& host, TrustLoad& load, const KeptInput& inpu
     host.call(words);
   }
   const EnoughMemory enough;
-  return isPacketAnswer(answer, load, asked, good);
+  return isPacketAnswer(host, answer, load, asked, good);
 }
 
 // The process goes on after the fault: the next packet is answered as ever.
@@ -188,6 +191,7 @@ class FaultLoop : public testing::Test {
     load.beginSession();
     host_.answer = input.answer;
     fault.arm(host_, load, number);
+    host_.erred = false;
     const std::string wrong = scenario(host_, load, input, good);
     const int calls = fault.calls(host_, load);
     fault.arm(host_, load, 0);

@@ -24,6 +24,7 @@ int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   const EnoughMemory enough;  // no exception may cross Tcl, and this is no code of the plug-in
   auto& host = *static_cast<TrustHost*>(data);
   const bool failed = host.faults.strike();
+  host.erred = host.erred || failed;
   const std::string text = failed ? "the host's procedure failed" : host.answer;
   Tcl_SetObjResult(interp, Tcl_NewStringObj(text.data(), static_cast<int>(text.size())));
   return failed ? TCL_ERROR : TCL_OK;

@@ -33,6 +33,7 @@ class TrustHost {
 
   std::string answer;  // of the host's procedures
   Faults faults;       // counts the calls of them
+  bool erred = false;  // one of them has failed
 
  private:
   Tcl_Interp* interp_;
