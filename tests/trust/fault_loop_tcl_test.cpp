@@ -72,9 +72,9 @@ std::string isPacketAnswer(const TrustHost& host, const TrustHost::Answer& answe
   const bool named = commandOf(reply.message) == commandOf(request) + "_EndResult";
   const bool failed = message.member("Result").text() == std::string_view("1");
   const bool same = answer.text == good.answers.front().text;
-  const bool refused = messageOf(good.answers.front().text).message.find(R"("Result":	"1")") != std::string::npos;
-  if (refused && reply.message.empty()) {
-    return {};  // no memory to read whom the refusal is for
+  const bool refused = messageOf(good.answers.front().text).message.find("\"Result\":\t\"1\"") != std::string::npos;
+  if (reply.message.empty() && (refused || boxes > good.boxes)) {
+    return {};  // no memory to read whom a refusal is for, or to encode the reply, which a box tells
   }
   const bool echoed = reply.message == words[1] && boxes > 0;  // it could not be decoded, which a box tells
   return same || (named && (failed || host.erred || boxes > good.boxes)) || echoed

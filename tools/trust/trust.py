@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Runs everything that shows that the editor survives, and writes docs/reliability.md from what it measured.
 
-trust.py [--fuzz-minutes N] [--processes N] [--no-wine]"""
+trust.py [PART...] [--fuzz-minutes N] [--processes N]. Each part keeps what it measured; the page is made of the last run
+of each."""
 
 from __future__ import annotations
 
@@ -29,6 +30,7 @@ WINE = [str(REPOSITORY / "tools/setup/wine-suite"), str(REPOSITORY / "tools/setu
 LOADS_IN_ONE_PROCESS = 50
 SETTLING = 30000  # milliseconds, in which each link thread passes its poll
 SECONDS_FOR_ANYTHING = 3600
+KEPT = BUILD / "trust.json"
 HEAP_PASSES = 100
 SOAK_CALLS = 10000
 # What went wrong, by the words that the sanitizers, the fuzzers and the tests have for it; the first that fits counts.
@@ -47,7 +49,7 @@ class Findings:
 
     def __init__(self) -> None:
         self.rows: list[tuple[str, str, str]] = []
-        self.counts = dict.fromkeys(("crashes", "hangs", "leaks", "races", "unintended evaluations", "wrong answers"), 0)
+        self.counts = dict.fromkeys(KINDS, 0)
         self.failed: list[str] = []
 
     def row(self, what: str, how_much: str, where: str) -> None:
@@ -196,39 +198,65 @@ def rig(findings: Findings, folder: pathlib.Path) -> None:
                  "DLL under Wine, with the stand-ins")
 
 
-def write_page(findings: Findings) -> None:
+def kept_results() -> dict[str, dict]:
+    return json.loads(KEPT.read_text(encoding="utf-8")) if KEPT.is_file() else {}
+
+
+def keep(part: str, findings: Findings) -> None:
+    commit = subprocess.run(["git", "rev-parse", "--short", "HEAD"], cwd=REPOSITORY, capture_output=True, text=True,
+                            check=False).stdout.strip()
+    results = kept_results() | {part: vars(findings) | {"commit": commit}}
+    KEPT.write_text(json.dumps(results, indent=1), encoding="utf-8")
+
+
+def write_page() -> None:
+    results = kept_results()
+    known = [results[part] for part in PARTS if part in results]
     lines = ["# Reliability", "", "Written by `./dev trust` from its last run; what stands here was measured, not typed.",
-             "A run under Wine is a run under Wine, not on Windows.", "", "| What was tried | How much | Where |", "|---|---|---|"]
-    lines += [f"| {what} | {how_much} | {where} |" for what, how_much, where in findings.rows]
+             "A run under Wine is a run under Wine, not on Windows.", "", "| What was tried | How much | Where |",
+             "|---|---|---|"]
+    lines += [f"| {what} | {how_much} | {where} |" for result in known for what, how_much, where in result["rows"]]
     lines += ["", "| Found | Times |", "|---|---|"]
-    lines += [f"| {what} | {count} |" for what, count in findings.counts.items()]
-    if findings.failed:
-        lines += ["", "Parts that failed: " + ", ".join(findings.failed) + "."]
+    lines += [f"| {kind} | {sum(result['counts'][kind] for result in known)} |" for kind in KINDS]
+    if failed := [part for result in known for part in result["failed"]]:
+        lines += ["", "Parts that failed: " + ", ".join(failed) + "."]
+    if missing := [part for part in PARTS if part not in results]:
+        lines += ["", "Not run: " + ", ".join(missing) + "."]
+    commits = dict.fromkeys(result["commit"] for result in known)
+    lines += ["", "Measured at " + ", ".join(f"`{commit}`" for commit in commits) + "."]
     (REPOSITORY / "docs" / "reliability.md").write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+
+# In the order of the page.
+PARTS = {
+    "native": lambda findings, folder, options: native(findings, folder),
+    "races": lambda findings, folder, options: races(findings),
+    "corpora": lambda findings, folder, options: corpora(findings),
+    "fuzz": lambda findings, folder, options: fuzz(findings, folder, options.fuzz_minutes),
+    "rig": lambda findings, folder, options: rig(findings, folder),
+    "soak": lambda findings, folder, options: soak(findings),
+    "heaps": lambda findings, folder, options: heaps(findings, installed(folder)),
+    "loads": lambda findings, folder, options: loads(findings, installed(folder), options.processes),
+}
 
 
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("parts", nargs="*", choices=[[], *PARTS], default=[], metavar="PART",
+                        help=f"{', '.join(PARTS)} (all)")
     parser.add_argument("--fuzz-minutes", type=float, default=6, help="for all targets together (6)")
     parser.add_argument("--processes", type=int, default=1000, help="loads in a process of their own (1000)")
-    parser.add_argument("--no-wine", action="store_true", help="leave out what runs on the DLL")
     options = parser.parse_args()
-    findings = Findings()
-    with tempfile.TemporaryDirectory(prefix="vernoxa-") as name:
-        folder = pathlib.Path(name)
-        native(findings, folder)
-        races(findings)
-        corpora(findings)
-        fuzz(findings, folder, options.fuzz_minutes)
-        if not options.no_wine:
-            rig(findings, folder)
-            soak(findings)
-            libraries = installed(folder)
-            heaps(findings, libraries)
-            loads(findings, libraries, options.processes)
-    write_page(findings)
-    print("all survived" if not findings.failed else f"FAILED: {', '.join(findings.failed)}")
-    return 1 if findings.failed else 0
+    failed = []
+    for part in options.parts or PARTS:
+        findings = Findings()
+        with tempfile.TemporaryDirectory(prefix="vernoxa-") as folder:
+            PARTS[part](findings, pathlib.Path(folder), options)
+        keep(part, findings)
+        failed += findings.failed
+        write_page()
+    print("all survived" if not failed else f"FAILED: {', '.join(failed)}")
+    return 1 if failed else 0
 
 
 if __name__ == "__main__":
