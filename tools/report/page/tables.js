@@ -47,13 +47,13 @@ export class List {
   // Marks the rows of these ids; the first of them comes into view when the pointer is elsewhere.
   async light(ids, scroll) {
     await this.ready;
-    this.lit = new Set(ids);
-    for (const row of this.table.getRows("visible")) this.#mark(row);
+    this.lit = new Set(ids.map(String));
+    this.#markAll();
     const first = ids.find((id) => this.table.getRow(id));
     if (scroll && first !== undefined && this.element.offsetParent) {
       await this.table.scrollToRow(first, "center", false).catch(() => {});
     }
-    for (const row of this.table.getRows("visible")) this.#mark(row);
+    this.#markAll();
   }
 
   redraw() {
@@ -64,7 +64,7 @@ export class List {
   async focus() {
     await this.ready;
     const rows = this.table.getRows("active");
-    const row = rows.find((row) => this.lit.has(row.getData().id)) ?? rows[0];
+    const row = rows.find((row) => this.lit.has(String(row.getData().id))) ?? rows[0];
     if (row) this.#goTo(row);
   }
 
@@ -73,11 +73,16 @@ export class List {
     element.tabIndex = 0;
     element.dataset.id = row.getData().id;
     for (const name of classOf?.(row.getData()) ?? []) element.classList.add(name);
-    this.#mark(row);
+    this.#mark(element);
   }
 
-  #mark(row) {
-    row.getElement().classList.toggle("lit", this.lit.has(row.getData().id));
+  #mark(element) {
+    element.classList.toggle("lit", this.lit.has(element.dataset.id));
+  }
+
+  // Every row that has a place on the page: those that the table takes for visible are fewer while it is being laid out.
+  #markAll() {
+    for (const element of this.element.querySelectorAll(".tabulator-row")) this.#mark(element);
   }
 
   // A row far outside what is shown has no place on the page yet.
