@@ -13,7 +13,7 @@
 #include "commands/packet_door.h"
 #include "core/tcl_script_host.h"
 #include "link/packet_text.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace {
 

@@ -20,7 +20,7 @@
 #include "export/record.h"
 #include "plugin/plug_in.h"
 #include "plugin/start_up.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace {
 

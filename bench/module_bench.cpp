@@ -8,7 +8,7 @@
 #include "sharing/module_document.h"
 #include "sharing/placement.h"
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace {
 

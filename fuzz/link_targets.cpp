@@ -5,7 +5,7 @@
 #include "link/link_thread.h"
 #include "link/packet_text.h"
 #include "link/socket_client.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 #include "target.h"
 
 namespace vernoxa::fuzz {

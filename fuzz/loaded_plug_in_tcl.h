@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "plugin/plug_in.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa::fuzz {
 

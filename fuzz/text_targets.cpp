@@ -5,8 +5,8 @@
 #include "core/text.h"
 #include "plugin/configuration.h"
 #include "plugin/host_discovery.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 #include "target.h"
 
 namespace vernoxa::fuzz {

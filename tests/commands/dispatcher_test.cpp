@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "commands/dispatcher.h"
 #include "core/tcl_script_host.h"
-#include "support/fake_world.h"
 #include "support/hostile_values.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

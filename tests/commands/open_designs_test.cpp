@@ -5,7 +5,7 @@
 #include "core/text.h"
 #include "link/packet_text.h"
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

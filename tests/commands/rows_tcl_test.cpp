@@ -4,8 +4,8 @@
 
 #include "plugin/plug_in.h"
 #include "plugin/start_up.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -9,7 +9,7 @@
 #include "core/files_windows.h"
 #include "core/identifiers.h"
 #include "core/process_windows.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

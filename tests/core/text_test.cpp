@@ -4,7 +4,7 @@
 
 #include "core/directories.h"
 #include "core/identifiers.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "desktop/bitmap_file.h"
 #include "desktop/dialog_place.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "export/drawn.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

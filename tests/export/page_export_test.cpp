@@ -5,7 +5,7 @@
 
 #include "core/json.h"
 #include "export/drawn.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

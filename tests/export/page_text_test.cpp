@@ -6,7 +6,7 @@
 #include "core/json.h"
 #include "export/drawn.h"
 #include "export/page_export.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

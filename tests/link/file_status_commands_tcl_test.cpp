@@ -6,8 +6,8 @@
 #include "core/text.h"
 #include "link/packet_text.h"
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -7,7 +7,7 @@
 #include "core/text.h"
 #include "link/link_thread.h"
 #include "link/socket_client.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -8,7 +8,7 @@
 #include "core/text.h"
 #include "link/file_status.h"
 #include "link/socket_client.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

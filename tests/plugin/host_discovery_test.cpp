@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

@@ -7,8 +7,8 @@
 #include "plugin/command_table.h"
 #include "plugin/plug_in.h"
 #include "sharing/library_files.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

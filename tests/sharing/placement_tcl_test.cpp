@@ -9,8 +9,8 @@
 #include "sharing/module_document.h"
 #include "sharing/placement.h"
 #include "sharing/placement_commands.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

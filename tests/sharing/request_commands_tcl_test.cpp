@@ -8,8 +8,8 @@
 #include "link/socket_client.h"
 #include "sharing/library_files.h"
 #include "support/fake_script_host.h"
-#include "support/fake_world.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
 
 namespace vernoxa {
 namespace {

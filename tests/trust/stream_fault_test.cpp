@@ -6,7 +6,7 @@
 
 #include "link/link_thread.h"
 #include "link/socket_client.h"
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 #include "trust/trust_rig_tcl.h"
 
 namespace vernoxa {

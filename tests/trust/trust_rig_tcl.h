@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "plugin/plug_in.h"
-#include "support/fake_world.h"
-#include "support/faults.h"
 #include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
+#include "system/faults.h"
 
 namespace vernoxa {
 

@@ -1,4 +1,4 @@
-#include "support/fake_world.h"
+#include "system/fake_world.h"
 
 #include <algorithm>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "support/fake_code_page.h"
+#include "system/fake_code_page.h"
 
 #include <new>
 

@@ -12,11 +12,11 @@
 #include "core/system.h"
 #include "core/user_messages.h"
 #include "core/world.h"
-#include "support/fake_clock.h"
-#include "support/fake_code_page.h"
-#include "support/fake_desktop.h"
-#include "support/fake_files.h"
-#include "support/fake_sockets.h"
+#include "system/fake_clock.h"
+#include "system/fake_code_page.h"
+#include "system/fake_desktop.h"
+#include "system/fake_files.h"
+#include "system/fake_sockets.h"
 
 namespace vernoxa {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/clock.h"
-#include "support/faults.h"
+#include "system/faults.h"
 
 namespace vernoxa {
 

@@ -1,4 +1,4 @@
-#include "support/fake_files.h"
+#include "system/fake_files.h"
 
 #include <algorithm>
 #include <cctype>

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "core/files.h"
-#include "support/faults.h"
+#include "system/faults.h"
 
 namespace vernoxa {
 

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "core/sockets.h"
-#include "support/fake_clock.h"
-#include "support/faults.h"
+#include "system/fake_clock.h"
+#include "system/faults.h"
 
 namespace vernoxa {
 

@@ -14,7 +14,7 @@
 #include "core/desktop.h"
 #include "core/pictures.h"
 #include "core/registry.h"
-#include "support/fake_files.h"
+#include "system/fake_files.h"
 
 namespace vernoxa {
 

@@ -1,4 +1,4 @@
-#include "support/fake_sockets.h"
+#include "system/fake_sockets.h"
 
 #include <algorithm>
 
