@@ -15,7 +15,7 @@ constexpr auto array = MemberKind::array;
 constexpr auto needed = MemberUse::needed;
 constexpr auto optional = MemberUse::optional;
 
-constexpr Member projectPath{"ProjectPath", text, needed};
+constexpr Member designPath{"ProjectPath", text, needed};
 
 constexpr std::array rows = {
     HandlerRow{"GetActiveProPages", getActiveProPages, {}, "Lists the open projects with their pages."},
@@ -28,21 +28,21 @@ constexpr std::array rows = {
     HandlerRow{"RenameRef", renameRef, {{{"Type", number, needed}}}, "Numbers the reference designators anew."},
     HandlerRow{"GetOlbObjectPackageInfo",
                getOlbObjectPackageInfo,
-               {{projectPath, {"ObjName", text, needed}}},
+               {{designPath, {"ObjName", text, needed}}},
                "Has the package report of one library part sent."},
     HandlerRow{
-        "GetDsnAllPackageInfo", getDsnAllPackageInfo, {{projectPath}}, "Has the package report of a design sent."},
+        "GetDsnAllPackageInfo", getDsnAllPackageInfo, {{designPath}}, "Has the package report of a design sent."},
     HandlerRow{
-        "GetOlbAllPackageInfo", getOlbAllPackageInfo, {{projectPath}}, "Has the package report of a library sent."},
-    HandlerRow{"DsnCheck", dsnCheck, {{projectPath}}, "Checks a design; findings come as messages of their own."},
-    HandlerRow{"DsnCheckActiveProj", dsnCheckActiveProj, {{projectPath}}, "Checks the active project in the same way."},
+        "GetOlbAllPackageInfo", getOlbAllPackageInfo, {{designPath}}, "Has the package report of a library sent."},
+    HandlerRow{"DsnCheck", dsnCheck, {{designPath}}, "Checks a design; findings come as messages of their own."},
+    HandlerRow{"DsnCheckActiveProj", dsnCheckActiveProj, {{designPath}}, "Checks the active project in the same way."},
     HandlerRow{"JumpToDsn",
                jumpToDsn,
-               {{projectPath, {"PageName", text, needed}, {"PagePos", text, needed}, {"Sch", text, needed}}},
+               {{designPath, {"PageName", text, needed}, {"PagePos", text, needed}, {"Sch", text, needed}}},
                "Opens a page and goes to a position on it."},
     HandlerRow{"AutoDealwithDsn",
                autoDealwithDsn,
-               {{projectPath, {"id", text, optional}}},
+               {{designPath, {"id", text, optional}}},
                "Has the host treat a design with the given values."},
     HandlerRow{"SelectModule",
                selectModule,
@@ -80,25 +80,25 @@ constexpr std::array rows = {
                "Has the user place a downloaded module."},
     HandlerRow{"GenerateBOM",
                generateBom,
-               {{projectPath, {"PartNumberKey", text, optional}, {"PartNameKey", text, optional}}},
+               {{designPath, {"PartNumberKey", text, optional}, {"PartNameKey", text, optional}}},
                "Makes the bill of materials and answers its three lists."},
     HandlerRow{"JumpToPartRef",
                jumpToPartRef,
                {{{"ProjectPath", text, optional}, {"PartRef", text, optional}}},
                "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
-    HandlerRow{"CheckOpenState", checkOpenState, {{projectPath}}, "Tells whether a design is open in the host."},
+    HandlerRow{"CheckOpenState", checkOpenState, {{designPath}}, "Tells whether a design is open in the host."},
     HandlerRow{"SwitchStickOrNotStick", switchStickOrNotStick, {}, "Switches the selected parts' fitting."},
-    HandlerRow{"SetToNotStick", setToNotStick, {{projectPath, {"item", array, needed}}}, "Marks parts as not fitted."},
-    HandlerRow{"SetToStick", setToStick, {{projectPath, {"item", array, needed}}}, "Marks parts as fitted."},
-    HandlerRow{"Cancel", cancel, {{projectPath}}, "Answers the path with which the host ends its view."},
-    HandlerRow{"ExitBomViewMode", exitBomViewMode, {{projectPath}}, "Leaves the BOM view."},
+    HandlerRow{"SetToNotStick", setToNotStick, {{designPath, {"item", array, needed}}}, "Marks parts as not fitted."},
+    HandlerRow{"SetToStick", setToStick, {{designPath, {"item", array, needed}}}, "Marks parts as fitted."},
+    HandlerRow{"Cancel", cancel, {{designPath}}, "Answers the path with which the host ends its view."},
+    HandlerRow{"ExitBomViewMode", exitBomViewMode, {{designPath}}, "Leaves the BOM view."},
     HandlerRow{"EnterBomViewMode",
                enterBomViewMode,
-               {{projectPath, {"Stick", array, needed}}},
+               {{designPath, {"Stick", array, needed}}},
                "Enters the BOM view with the given parts fitted."},
-    HandlerRow{"GetPartPropertyList", getPartPropertyList, {{projectPath}}, "Lists the property names of a design."},
-    HandlerRow{"SetNewGuid", setNewGuid, {{projectPath}}, "Gives a design a new identifier."},
-    HandlerRow{"CreateSVG", createSvg, {{projectPath}}, "Exports the drawings of a design."},
+    HandlerRow{"GetPartPropertyList", getPartPropertyList, {{designPath}}, "Lists the property names of a design."},
+    HandlerRow{"SetNewGuid", setNewGuid, {{designPath}}, "Gives a design a new identifier."},
+    HandlerRow{"CreateSVG", createSvg, {{designPath}}, "Exports the drawings of a design."},
     HandlerRow{"CloseOrcad", closeOrcad, {}, "Closes the host."},
 };
 static_assert(namesDiffer(rows));

@@ -42,7 +42,7 @@ std::string withoutAt(std::string_view value) {
 }
 
 // The first two numbers of a point list ("10,20 30,40") or path data ("M 10 20 L 30 40"), joined by a blank.
-std::string pathStart(std::string_view path) {
+std::string startOfPath(std::string_view path) {
   const auto isNumberPart = [](char c) {
     return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-' || c == '+';
   };
@@ -70,7 +70,7 @@ std::string memberValue(const RecordMember& member, const RecordElement& element
     case MemberRule::placeholder:
       return withoutPlaceholder(element(member.first));
     case MemberRule::pathStart:
-      return pathStart(element(member.first));
+      return startOfPath(element(member.first));
   }
   return {};
 }

@@ -8,13 +8,13 @@
 namespace vernoxa {
 namespace {
 
-struct Case {
+struct TableCase {
   std::string_view code;
   std::string_view result;
 };
 
-void expectAll(std::string_view (*table)(std::string_view), std::initializer_list<Case> cases) {
-  for (const Case& each : cases) {
+void expectAll(std::string_view (*table)(std::string_view), std::initializer_list<TableCase> cases) {
+  for (const TableCase& each : cases) {
     EXPECT_EQ(table(each.code), each.result) << "code \"" << each.code << '"';
   }
 }
