@@ -6,7 +6,7 @@ add_library(vernoxa_pure STATIC)
 target_link_libraries(vernoxa_pure PRIVATE vernoxa_options PUBLIC cjson)
 target_include_directories(vernoxa_pure PUBLIC ${CMAKE_SOURCE_DIR}/src)
 
-add_library(vernoxa_tcl STATIC)
+add_library(vernoxa_tcl STATIC EXCLUDE_FROM_ALL)
 target_link_libraries(vernoxa_tcl PRIVATE vernoxa_options PUBLIC vernoxa_pure tcl)
 
 if(WIN32)
