@@ -107,7 +107,8 @@ def native(findings: Findings, folder: pathlib.Path) -> None:
 def races(findings: Findings) -> None:
     output = run(findings, "threads", [str(BUILD / "tsan/vernoxa_pure_tests"), "--gtest_brief=1"])
     if output is not None:
-        findings.row("tests of the pure ring under the thread sanitizer", re.search(r"(\d+) tests from", output)[1], "native")
+        findings.row("tests of the link and its threads under the thread sanitizer",
+                     re.search(r"(\d+) tests from", output)[1], "native")
 
 
 def corpora(findings: Findings) -> None:
