@@ -14,4 +14,4 @@ fi
 mkdir -p "$VERNOXA_DEPS/report"
 cp "$VERNOXA_ROOT"/tools/report/package.json "$VERNOXA_ROOT"/tools/report/package-lock.json "$VERNOXA_DEPS/report"
 cd "$VERNOXA_DEPS/report"
-npm ci --ignore-scripts --no-audit --no-fund --omit-lockfile-registry-resolved
+npm ci --engine-strict --ignore-scripts --no-audit --no-fund --omit-lockfile-registry-resolved
