@@ -6,13 +6,12 @@ add_library(vernoxa_pure STATIC)
 target_link_libraries(vernoxa_pure PRIVATE vernoxa_options PUBLIC cjson)
 target_include_directories(vernoxa_pure PUBLIC ${CMAKE_SOURCE_DIR}/src)
 # The standard library's headers take longer to read than most files to compile. A file includes what it uses all the
-# same; the linter, which has none of these, finds where it does not.
+# same; the build for the thread sanitizer, which has none of these, finds where it does not.
 target_precompile_headers(vernoxa_pure PRIVATE
   <algorithm> <array> <chrono> <functional> <memory> <optional> <span> <string> <string_view> <vector>)
 
 add_library(vernoxa_tcl STATIC EXCLUDE_FROM_ALL)
 target_link_libraries(vernoxa_tcl PRIVATE vernoxa_options PUBLIC vernoxa_pure tcl)
-target_precompile_headers(vernoxa_tcl REUSE_FROM vernoxa_pure)
 
 if(WIN32)
   add_library(vernoxa_windows STATIC)

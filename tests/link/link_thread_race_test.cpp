@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include "core/json.h"
 #include "core/text.h"
 #include "link/link_thread.h"
 #include "link/socket_client.h"
@@ -42,6 +43,8 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
     state.link.setHostInstallPath("D:\\Capture.exe");
     state.link.setClientCreated(times % 3 == 0);
     logs.openTraffic().writeLine("host thread");
+    EXPECT_TRUE(Json::parse(R"({"read":"beside the link thread"})").document);
+    EXPECT_FALSE(Json::parse("{").document);
   }
   client.retire();
   thread.join();

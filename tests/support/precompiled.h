@@ -1,5 +1,5 @@
 // The headers that most tests include and that take longest to read: each test program reads them once for all its
-// files. A file includes what it uses all the same; the linter, which does not see this one, finds where it does not.
+// files. A file includes what it uses all the same; the build for coverage, which has none, finds where it does not.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -6,7 +6,8 @@ Windows build does.
 
 Most of the linter's time goes into the headers of the standard library and of GoogleTest, again for each source. So
 sources compiled alike are seen together, as one that includes them all. Where such a batch does not pass, which may be
-for two helpers of one name only, each of its sources is seen alone, and that counts.
+for two helpers of one name only, each of its sources is seen alone, and that counts. What a batch hides is looked for
+elsewhere: names that nobody uses here, a missing header of the standard library by the builds without precompiled ones.
 """
 
 import concurrent.futures
@@ -23,7 +24,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 STAMPS = ROOT / ".deps/tidy"
 DATABASE = ROOT / "build/tidy"
 BATCH = 8
-HEADERS_AND_SOURCES = r"/(src|sim|tests|bench|fuzz|tools)/[a-z_]+/[a-z_]+\.(h|cpp)$"
+HEADERS_AND_SOURCES = r"/(src|sim|tests|bench|fuzz|tools)/([a-z_]+/)?[a-z_]+\.(h|cpp)$"
+USING = re.compile(r"^ *using (?:[A-Za-z_]+::)+([A-Za-z_]+);", re.MULTILINE)
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 # Clang knows neither other character sets for literals nor GCC's sanitizer sets.
 GCC_ONLY = ("-fexec-charset", "-finput-charset", "-fsanitize", "-fno-sanitize", "-Wno-maybe-uninitialized")
@@ -45,7 +47,7 @@ def commands():
 
 def for_clang(entry, preset):
     arguments = [word for word in shlex.split(entry["command"]) if not word.startswith(GCC_ONLY)]
-    while "-include" in arguments:  # precompiled headers, which hide what a source forgets to include
+    while "-include" in arguments:  # precompiled headers, of another compiler
         place = arguments.index("-include")
         del arguments[place:place + 2]
     while not arguments[0].endswith("++") and not arguments[0].endswith("++-posix"):
@@ -78,7 +80,7 @@ def digest(name, settings):
         content = path.read_bytes()
         total.update(content)
         for include in INCLUDE.findall(content.decode("utf-8", "replace")):
-            waiting += [folder / include for folder in (path.parent, ROOT / "src", ROOT / "tests", ROOT)]
+            waiting += [folder / include for folder in (path.parent, ROOT / "src", ROOT / "sim", ROOT / "tests", ROOT)]
     return total.hexdigest()
 
 
@@ -120,12 +122,24 @@ def passes(path, *options):
     return run.returncode == 0, text.strip()
 
 
+def unused_names(name):
+    """The names that a source brings in with `using` and does not use, which clang-tidy misses in a batch."""
+    text = (ROOT / name).read_text()
+    return "\n".join(f"{ROOT / name}: using {used}, which nobody uses" for used in USING.findall(text)
+                     if len(re.findall(rf"\b{used}\b", text)) == 1)
+
+
 def check(names, path):
     """What clang-tidy has against each of the sources: a list of names and texts, empty where all pass."""
-    if len(names) > 1 and passes(path, f"--header-filter={HEADERS_AND_SOURCES}")[0]:
-        return []
+    found = [(name, text) for name in names if (text := unused_names(name))]
+    passed, together = passes(path, f"--header-filter={HEADERS_AND_SOURCES}") if len(names) > 1 else (False, "")
+    if passed:
+        return found
     alone = [(name, *passes(ROOT / name)) for name in names]
-    return [(name, text) for name, passed, text in alone if not passed]
+    found += [(name, text) for name, passed, text in alone if not passed]
+    if not found and re.search(r" error: .*\[(?!clang-diagnostic)", together):
+        found = [(names[0], together)]  # more than two helpers of one name
+    return found
 
 
 def main():
