@@ -29,6 +29,8 @@ export class List {
       });
       this.table.on("tableBuilt", resolve);
     });
+    this.table.on("renderStarted", () => this.#keepFocus());
+    this.table.on("renderComplete", () => this.#giveFocusBack());
     followPointer(element, (target) => target.closest(".tabulator-row")?.dataset.id, (id) => {
       events?.pointAt?.(id === null ? null : this.table.getRow(id).getData());
     });
@@ -89,6 +91,18 @@ export class List {
   #goTo(row) {
     if (row.getElement().isConnected) row.getElement().focus();
     else this.table.scrollToRow(row, "center", false).catch(() => {}).then(() => row.getElement().focus());
+  }
+
+  // A table that is laid out anew takes its rows off the page and the focus with them: the keyboard would lose its place.
+  #keepFocus() {
+    const element = document.activeElement;
+    this.focused = this.element.contains(element) ? element.closest(".tabulator-row")?.dataset.id : undefined;
+  }
+
+  #giveFocusBack() {
+    if (this.focused === undefined || document.activeElement !== document.body) return;
+    const row = this.table.getRow(this.focused);
+    if (row) row.getElement().focus({ preventScroll: true });
   }
 
   #rowOf(event) {
