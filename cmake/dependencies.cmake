@@ -18,7 +18,10 @@ else()
   target_link_libraries(tcl INTERFACE tcl8.6)
 endif()
 
-if(VERNOXA_TESTS)
+# GoogleTest: built from its sources for Windows, natively the distribution's own libraries.
+if(VERNOXA_TESTS AND NOT WIN32)
+  find_package(GTest REQUIRED)
+elseif(VERNOXA_TESTS)
   set(INSTALL_GTEST OFF)
   add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
   foreach(library gtest gtest_main gmock)

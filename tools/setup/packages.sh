@@ -11,7 +11,7 @@ packages=(
   # Chinese, in the windows that Wine draws, in browsers and in pictures
   fonts-wqy-microhei
   # the native build, its tests and its tools
-  g++ gcc clang clang-format clang-tidy libclang-rt-14-dev googletest tcl8.6 tcl8.6-dev
+  g++ gcc clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev libgmock-dev tcl8.6 tcl8.6-dev
   # the stand-ins and the scripts
   python3 python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
   # the set-up itself
