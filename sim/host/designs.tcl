@@ -38,6 +38,9 @@ proc ::designs::load {schematic path} {
     set seconds [format %.1f [expr {([clock milliseconds] - $started) / 1000.0}]]
     host::log "opened $path: [dict size [dict get $design pages]] pages,\
         [pinCount $path] pins, [dict size [dict get $design nets]] nets in $seconds s"
+    foreach note [dict get $design notes] {
+        host::log $note
+    }
     pages::activate $path [lindex [dict keys [dict get $design pages]] 0]
     if {[checkSocketConnect]} {
         report $path

@@ -7,7 +7,7 @@ source -encoding utf-8 [file join [file dirname [file normalize [info script]]] 
 set demos /usr/share/kicad/demos
 tcltest::testConstraint demos [file isdirectory $demos]
 
-test parse "texts and nesting survive whatever characters they hold" -body {
+test parse "texts and nesting survive whatever characters they hold, and no text is taken for a list" -body {
     set wrong {}
     foreach {text expected} [list \
         "(a 1 (b 2) (c))" {a 1 {b 2} c} \
@@ -19,13 +19,17 @@ test parse "texts and nesting survive whatever characters they hold" -body {
         "(a \"\[exit\] \$x\" \"#\" ;)" [list a "\[exit\] \$x" "#" ";"] \
         "(a \"b\"(c)\"d\")" {a b c d} \
         "(a ba\\re\n\x7bx)" [list a ba\\re "\x7bx"] \
+        "(a \"end\\\\\" \"\\\\\x7b\" \")\")" [list a end\\ "\\\x7b" ")"] \
     ] {
-        if {[list {*}[kicad::parse $text]] ne [list {*}$expected]} {
-            lappend wrong $text [kicad::parse $text]
+        set found [list {*}[string map {\1 "" " \x7d" \x7d} [kicad::parse $text]]]
+        if {$found ne [list {*}$expected]} {
+            lappend wrong $text $found
         }
     }
-    lappend wrong [lindex [kicad::parse "(a (b \"\x7d\x7b\"))"] 1 1]
-} -result [list "\x7d\x7b"]
+    set text [kicad::parse "(text \"at 5 V\" (at 1 2) (b \"\x7d\x7b\" \"hide\"))"]
+    list {*}$wrong [kicad::value $text at] [kicad::kind [lindex $text 1]] [kicad::kind [lindex $text 2]] \
+        [kicad::value $text b] [kicad::says $text hide]
+} -result [list 1 "" at "\x7d\x7b" 0]
 
 test onPage "rotation comes before mirroring" -body {
     set wrong {}
@@ -41,9 +45,12 @@ test onPage "rotation comes before mirroring" -body {
     set wrong
 } -result {}
 
-test busMembers "only a range makes a bus" -body {
-    lmap name {{D[0..2]} {A-[3..1]} {D[08..9]} D0 {D[0]} {D[0..99999]}} {kicad::busMembers $name}
-} -result {{0 D0 1 D1 2 D2} {1 A-1 2 A-2 3 A-3} {8 D8 9 D9} {} {} {}}
+test busMembers "ranges and groups are buses, marks of formatting are not" -body {
+    lmap name {{D[0..2]} {A-[3..1]} {D[08..9]} D0 {D[0]} {D[0..99999]} ~{RST} ~{D[0..1]} {U{D+ ~{R}}} {{I2C X[1..0]}}} {
+        kicad::busMembers $name {I2C {SDA SCL}}
+    }
+} -result {{0 D0 1 D1 2 D2} {0 A-1 1 A-2 2 A-3} {0 D8 1 D9} {} {} {} {} {0 ~{D0} 1 ~{D1}}\
+    {D+ U.D+ ~{R} U.~{R}} {SDA SDA SCL SCL X0 X0 X1 X1}}
 
 # A resistor lies across: pins 1 at -100 and 2 at +100 mils. A supply symbol has its pin at its place.
 set symbols {(lib_symbols
@@ -124,7 +131,7 @@ test unreadable "a file that is no schematic is an error" -body {
 proc boardNets {file} {
     set nets {}
     foreach item [kicad::parse [kicad::readFile $file]] {
-        if {[lindex $item 0] ne "footprint"} {
+        if {[kicad::kind $item] ne "footprint"} {
             continue
         }
         set reference ""

@@ -49,8 +49,8 @@ proc ::drawing::graphicRecords {page} {
         lappend records [list Polyline [pointList $points] [colour graphic] 2 0]
     }
     foreach text [dict get $page texts] {
-        lappend records [textFrom [dict get $text text] [dict get $text x] [dict get $text y] \
-            [dict get $text size] [dict get $text rotation] bottom graphic]
+        lappend records [textAt [dict get $text text] [dict get $text x] [dict get $text y] \
+            [dict get $text size] [expr {[dict get $text rotation] in {90 270}}] [dict get $text justify] graphic]
     }
     return $records
 }

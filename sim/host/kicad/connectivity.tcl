@@ -39,10 +39,11 @@ proc ::kicad::connect {design} {
         dict set numberOf $name [incr number]
     }
     dict for {name page} [dict get $design pages] {
-        connectPage $page [dict get $numberOf $name] $numberOf
+        connectPage $page [dict get $numberOf $name] $numberOf [dict get $design aliases]
     }
     foreach part [dict values [dict get $design parts]] {
-        connectPins $part [dict get $numberOf [dict get $part page]]
+        connectPins $part [dict get $design symbols [dict get $part symbol]] \
+            [dict get $numberOf [dict get $part page]]
     }
     set design [nameNets $design $numberOf]
     array unset parent
@@ -86,7 +87,8 @@ proc ::kicad::linesThrough {index x y} {
     }
     foreach line [dict get $index slanted] {
         lassign $line x1 y1 x2 y2 node
-        if {($x - $x1) * ($y2 - $y1) == ($y - $y1) * ($x2 - $x1)
+        # Within a mil, since all points are rounded.
+        if {abs(($x - $x1) * ($y2 - $y1) - ($y - $y1) * ($x2 - $x1)) <= hypot($x2 - $x1, $y2 - $y1)
                 && min($x1, $x2) <= $x && $x <= max($x1, $x2)} {
             lappend nodes $node
         }
@@ -94,20 +96,7 @@ proc ::kicad::linesThrough {index x y} {
     return $nodes
 }
 
-# "D[0..7]" -> {0 D0 1 D1 ...}; {} for a name that is no bus.
-proc ::kicad::busMembers {name} {
-    if {![regexp {^(.*)\[(\d{1,4})\.\.(\d{1,4})\]$} $name -> prefix from to]} {
-        return {}
-    }
-    scan "$from $to" "%d %d" from to
-    set members {}
-    for {set i [expr {min($from, $to)}]} {$i <= max($from, $to)} {incr i} {
-        lappend members $i $prefix$i
-    }
-    return $members
-}
-
-proc ::kicad::connectPage {page number numberOf} {
+proc ::kicad::connectPage {page number numberOf aliases} {
     set wires [joinLines [dict get $page wires] W $number]
     set buses [joinLines [dict get $page buses] B $number]
     foreach junction [dict get $page junctions] {
@@ -125,7 +114,7 @@ proc ::kicad::connectPage {page number numberOf} {
             set kinds [dict get {
                 label {L} hierarchical {L H} global {G}
             } $kind]
-            attachName $wires $buses onBus $number $x $y $text $kinds $number
+            attachName $wires $buses onBus $aliases $number $x $y $text $kinds $number
         }
     }
     foreach sheet [dict get $page sheets] {
@@ -134,7 +123,7 @@ proc ::kicad::connectPage {page number numberOf} {
         }
         set below [dict get $numberOf [dict get $sheet page]]
         foreach pin [dict get $sheet pins] {
-            attachName $wires $buses onBus $number [dict get $pin x] [dict get $pin y] \
+            attachName $wires $buses onBus $aliases $number [dict get $pin x] [dict get $pin y] \
                 [dict get $pin name] H $below
         }
     }
@@ -147,15 +136,19 @@ proc ::kicad::nameNode {kind number name} {
 }
 
 # Attaches a name to what lies under its point; a bus name is put down in onBus for later.
-proc ::kicad::attachName {wires buses onBusName number x y name kinds nameNumber} {
+proc ::kicad::attachName {wires buses onBusName aliases number x y name kinds nameNumber} {
     upvar 1 $onBusName onBus
-    set members [busMembers $name]
+    set members [busMembers $name $aliases]
     if {$members ne ""} {
-        foreach kind $kinds {
-            lappend onBus [list "B $number $x $y" $kind $nameNumber $members]
-        }
+        lassign $kinds kind port
+        lappend onBus [list "B $number $x $y" $name $kind $nameNumber $members]
         foreach node [linesThrough $buses $x $y] {
             join2 $node "B $number $x $y"
+        }
+        if {$port ne ""} {
+            foreach {- member} $members {
+                join2 [nameNode $kind $nameNumber $member] [nameNode $port $nameNumber $member]
+            }
         }
         return
     }
@@ -167,29 +160,18 @@ proc ::kicad::attachName {wires buses onBusName number x y name kinds nameNumber
     }
 }
 
-proc ::kicad::joinBusMembers {onBus} {
-    set first {}
-    foreach entry $onBus {
-        lassign $entry node kind number members
-        set bus [rootOf $node]
-        foreach {index member} $members {
-            set name [nameNode $kind $number $member]
-            if {[dict exists $first $bus,$index]} {
-                join2 [dict get $first $bus,$index] $name
-            } else {
-                dict set first $bus,$index $name
-            }
-        }
-    }
-}
-
-# A supply symbol's pin, and a hidden supply pin of any part, joins the net of its own name.
-proc ::kicad::connectPins {part number} {
+# A supply symbol's pin joins the net that its value names, everywhere or, if it is a local one, on its
+# page. A hidden supply pin of any other part joins the net of its own name.
+proc ::kicad::connectPins {part symbol number} {
     foreach pin [dict get $part pins] {
         set node "W $number [dict get $pin x] [dict get $pin y]"
         rootOf $node
-        if {[dict get $pin type] eq "power_in"
-                && ([dict get $pin hidden] || [dict get $part power])} {
+        if {[dict get $pin type] ne "power_in"} {
+            continue
+        }
+        if {[dict get $symbol power]} {
+            join2 $node [nameNode [expr {[dict get $symbol local] ? "L" : "G"}] $number [dict get $part value]]
+        } elseif {[dict get $pin hidden]} {
             join2 $node "G [dict get $pin name]"
         }
     }

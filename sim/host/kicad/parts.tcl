@@ -1,7 +1,7 @@
 # Placed symbols: where a symbol's points land on the page, and the parts themselves.
 
-# Turns a point of the symbol by the part's rotation, then mirrors it, then moves it to the part.
-proc ::kicad::onPage {x y part} {
+# Turns a point of the symbol by the part's rotation, then mirrors it.
+proc ::kicad::turned {x y part} {
     switch -exact -- [dict get $part rotation] {
         90  {lassign [list $y [expr {-$x}]] x y}
         180 {lassign [list [expr {-$x}] [expr {-$y}]] x y}
@@ -11,33 +11,68 @@ proc ::kicad::onPage {x y part} {
         x {set y [expr {-$y}]}
         y {set x [expr {-$x}]}
     }
+    return [list $x $y]
+}
+
+proc ::kicad::onPage {x y part} {
+    lassign [turned $x $y $part] x y
     return [list [expr {[dict get $part x] + $x}] [expr {[dict get $part y] + $y}]]
 }
 
-# Pins of a placed unit at their places on the page.
+# Pins of a placed unit at their places on the page. Where part and pin know theirs in steps, what meets
+# there meets here.
 proc ::kicad::placedPins {symbol part} {
     set pins {}
     foreach pin [partOf [dict get $symbol pins] [dict get $part unit] [dict get $part style]] {
         lassign [onPage [dict get $pin x] [dict get $pin y] $part] x y
         lassign [onPage [dict get $pin bodyX] [dict get $pin bodyY] $part] bodyX bodyY
-        lappend pins [dict merge $pin \
+        if {[dict exists $part steps] && [dict exists $pin steps]} {
+            lassign [turned {*}[dict get $pin steps] $part] right down
+            lassign [dict get $part steps] partX partY
+            set x [milsOfSteps [expr {$partX + $right}]]
+            set y [milsOfSteps [expr {$partY + $down}]]
+        }
+        lappend pins [dict merge [dict remove $pin steps alternates] \
             [dict create x $x y $y bodyX $bodyX bodyY $bodyY noConnect 0 net ""]]
     }
     return $pins
 }
 
+# The symbol with the other names and functions that the placed one chose for its pins.
+proc ::kicad::withAlternates {symbol node} {
+    set chosen {}
+    foreach pin [children $node pin] {
+        if {[set alternate [value $pin alternate]] ne ""} {
+            dict set chosen [lindex $pin 1] $alternate
+        }
+    }
+    if {$chosen eq ""} {
+        return $symbol
+    }
+    dict for {key pins} [dict get $symbol pins] {
+        dict set symbol pins $key [lmap pin $pins {
+            set number [dict get $pin number]
+            if {[dict exists $chosen $number] && [dict exists $pin alternates [dict get $chosen $number]]} {
+                set pin [dict merge $pin [dict get $pin alternates [dict get $chosen $number]]]
+            }
+            set pin
+        }]
+    }
+    return $symbol
+}
+
 # `instance` holds what this page's copy of the symbol overrides: reference, unit, value, footprint.
-proc ::kicad::partFrom {node id page symbol instance} {
+# `page` also says whether parts are in the bill and fitted at all; `variables` are those of the page.
+proc ::kicad::partFrom {node id page symbol instance variables} {
     set at [child $node at]
-    lassign [point $at] x y
+    lassign $at - atX atY turn
     set properties {}
     set texts {}
     foreach property [children $node property] {
         lassign $property - name value
-        dict set properties $name $value
+        dict set properties $name [plainText $value]
         set place [child $property at]
-        dict set texts $name [list {*}[point $place] [expr {round([lindex $place 3])}] \
-            [textSize $property] [isHidden $property] [justifyOf $property]]
+        dict set texts $name [list {*}[point $place] [expr {round([lindex $place 3])}] {*}[styleOf $property]]
     }
     foreach {key name} {reference Reference value Value footprint Footprint} {
         if {[dict exists $instance $key] && [dict get $instance $key] ne ""} {
@@ -46,19 +81,20 @@ proc ::kicad::partFrom {node id page symbol instance} {
             dict set properties $name ""
         }
     }
-    set unit [value $node unit 1]
-    if {[dict exists $instance unit]} {
-        set unit [dict get $instance unit]
-    }
+    set properties [resolvedProperties $properties $variables]
     set reference [dict get $properties Reference]
-    set part [dict create id $id page $page reference $reference \
+    set unit [expr {[dict exists $instance unit] ? [dict get $instance unit] : [value $node unit 1]}]
+    set part [dict create id $id page [dict get $page name] reference $reference \
         value [dict get $properties Value] footprint [dict get $properties Footprint] \
-        symbol [dict get $symbol name] unit $unit style [value $node convert 1] \
-        x $x y $y rotation [expr {round([lindex $at 3])}] mirror [value $node mirror] \
+        symbol [dict get $symbol name] unit $unit style [value $node body_style [value $node convert 1]] \
+        x [mils $atX] y [mils $atY] steps [list [steps $atX] [steps $atY]] \
+        rotation [expr {round($turn)}] mirror [value $node mirror] \
         properties $properties texts $texts \
         power [expr {[dict get $symbol power] || [string match "#*" $reference]}] \
-        inBom [expr {[value $node in_bom yes] eq "yes" && [dict get $symbol inBom]}] \
-        fitted [expr {[value $node dnp no] ne "yes"}]]
-    dict set part pins [placedPins $symbol $part]
+        inBom [expr {[dict get $page inBom] && [value $node in_bom yes] ne "no"}] \
+        fitted [expr {[dict get $page fitted] && [value $node dnp no] ne "yes"}] \
+        onBoard [expr {[dict get $page onBoard] && [value $node on_board yes] ne "no"}] \
+        simulated [expr {[dict get $page simulated] && [value $node exclude_from_sim no] ne "yes"}]]
+    dict set part pins [placedPins [withAlternates $symbol $node] $part]
     return $part
 }

@@ -1,18 +1,32 @@
-# S-expressions as Tcl lists: (at 1 2) becomes {at 1 2}.
+# S-expressions as Tcl lists: (at 1 "2 mm") becomes {\1at 1 {2 mm}}.
+#
+# The mark \1 before a list's name tells the list from a text of the same words. Rewriting a file into
+# one Tcl list leaves all parsing to Tcl, which reads each level only when it is looked at.
 
-# Rewriting the text into one Tcl list leaves all parsing to Tcl, which reads each level only
-# when it is looked at. Inside quotes Tcl and KiCad escape alike; only braces need help, since
-# Tcl counts them wherever they stand.
+namespace eval ::kicad {
+    # Inside quotes Tcl and KiCad escape alike. Braces need help, since Tcl counts them wherever they
+    # stand, and parentheses must not be taken for those of lists.
+    variable insideQuotes {\\\\ \\\\ \\\{ \\173 \\\} \\175 \{ \\173 \} \\175 ( \\050 ) \\051}
+    variable outsideQuotes {\\ \\\\ \{ \\173 \} \\175}
+}
+
 proc ::kicad::parse {text} {
-    set pieces {}
-    foreach piece [regexp -all -inline {"(?:[^"\\]|\\.)*"|[^"]+|"} $text] {
-        if {[string index $piece 0] eq "\""} {
-            lappend pieces [string map {\\\{ \\173 \\\} \\175 \{ \\173 \} \\175} $piece]
-        } else {
-            lappend pieces [string map {\\ \\\\ \{ \\173 \} \\175 ( " \{" ) "\} "} $piece]
+    variable insideQuotes
+    variable outsideQuotes
+    set safe {}
+    set quoted 0
+    foreach piece [split [string map {\1 {} \\\\ \\\\ \\\" \\042} $text] \"] {
+        if {[string match {*[\\(){}]*} $piece]} {
+            if {$quoted} {
+                set piece [string map $insideQuotes $piece]
+            } elseif {[regexp {[\\{}]} $piece]} {
+                set piece [string map $outsideQuotes $piece]
+            }
         }
+        lappend safe $piece
+        set quoted [expr {!$quoted}]
     }
-    return [lindex [join $pieces ""] 0]
+    return [lindex [string map [list ( " \{\1" ) " \} "] [join $safe \"]] 0]
 }
 
 proc ::kicad::readFile {path} {
@@ -25,46 +39,62 @@ proc ::kicad::readFile {path} {
     }
 }
 
+# The name of a list, or "" for a text.
+proc ::kicad::kind {item} {
+    return [expr {[string index $item 0] eq "\1" ? [string range [lindex $item 0] 1 end] : ""}]
+}
+
 # The first child list named `name`, or {} when there is none.
 proc ::kicad::child {node name} {
-    foreach item $node {
-        if {[string match $name* $item] && [lindex $item 0] eq $name} {
-            return $item
-        }
-    }
-    return {}
+    return [lsearch -inline -glob $node "\1$name\[ \n\r\t\]*"]
+}
+
+proc ::kicad::children {node name} {
+    return [lsearch -all -inline -glob $node "\1$name\[ \n\r\t\]*"]
 }
 
 # Value `index` of the first child named `name`, else the default.
 proc ::kicad::value {node name {default ""} {index 1}} {
     set found [child $node $name]
-    if {[llength $found] > $index} {
-        return [lindex $found $index]
+    return [expr {[llength $found] > $index ? [lindex $found $index] : $default}]
+}
+
+# Whether a list says `name`: as a bare word, which KiCad wrote first, or as (name yes).
+proc ::kicad::says {node name} {
+    if {$name in $node} {
+        return 1
     }
-    return $default
+    set found [child $node $name]
+    return [expr {$found ne "" && [lindex $found 1] in {"" yes}}]
 }
 
-proc ::kicad::children {node name} {
-    set found {}
-    foreach item $node {
-        if {[string match $name* $item] && [lindex $item 0] eq $name} {
-            lappend found $item
-        }
+# A text as its reader sees it: "~" stands for none, and words in braces for some characters.
+proc ::kicad::plainText {text} {
+    if {$text eq "~"} {
+        return ""
     }
-    return $found
+    if {[string first \{ $text] < 0} {
+        return $text
+    }
+    return [string map {\{slash\} / \{backslash\} \\ \{colon\} : \{dblquote\} \" \{quote\} ' \{lt\} < \{gt\} >
+        \{bar\} | \{comma\} , \{space\} " " \{dollar\} \$ \{tab\} \t \{return\} \n \{brace\} \{} $text]
 }
 
-# A bare word of a list, such as `hide`.
-proc ::kicad::flag {node word} {
-    return [expr {[lsearch -exact $node $word] >= 0}]
+# Millimetres to whole steps of KiCad's own grid, of which 254 are a mil. What meets in KiCad meets
+# there; sums of rounded mils may differ by one.
+proc ::kicad::steps {millimetres} {
+    return [expr {round($millimetres * 10000)}]
 }
 
-# Millimetres to whole mils.
+proc ::kicad::milsOfSteps {steps} {
+    return [expr {round($steps / 254.0)}]
+}
+
 proc ::kicad::mils {millimetres} {
-    return [expr {round($millimetres / 0.0254)}]
+    return [expr {round(round($millimetres * 10000) / 254.0)}]
 }
 
-# {x y} in mils of a node such as {xy 1.27 2.54} or {start 0 0}.
+# {x y} in mils of a list such as (xy 1.27 2.54) or (start 0 0).
 proc ::kicad::point {node} {
     if {[llength $node] < 3} {
         return {0 0}
@@ -81,24 +111,18 @@ proc ::kicad::points {node} {
     return $flat
 }
 
-proc ::kicad::textSize {node} {
-    return [mils [value [child [child $node effects] font] size 1.27]]
-}
-
-# Where a text lies about its point: {left, center or right} {top, center or bottom}.
-proc ::kicad::justifyOf {node} {
-    set words [child [child $node effects] justify]
+# How a text looks: {size hidden justify}. justify says where it lies about its point:
+# {left, center or right} {top, center or bottom}.
+proc ::kicad::styleOf {node} {
+    set effects [child $node effects]
     set across center
     set down center
-    foreach word $words {
+    foreach word [lrange [child $effects justify] 1 end] {
         switch -exact -- $word {
             left - right {set across $word}
             top - bottom {set down $word}
         }
     }
-    return [list $across $down]
-}
-
-proc ::kicad::isHidden {node} {
-    return [flag [child $node effects] hide]
+    return [list [mils [value [child $effects font] size 1.27]] \
+        [expr {[says $effects hide] || [value $node hide] eq "yes"}] [list $across $down]]
 }

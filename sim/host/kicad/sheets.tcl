@@ -1,4 +1,4 @@
-# Sheets: each file is parsed once, and each place where it is used becomes a page.
+# Sheets: each file is read once, and each place where it is used becomes a page.
 
 namespace eval ::kicad {
     # Sheet widths and heights in millimetres, landscape (ISO 216 and ANSI/ASME Y14.1).
@@ -7,19 +7,63 @@ namespace eval ::kicad {
         A {279.4 215.9} B {431.8 279.4} C {558.8 431.8} D {863.6 558.8} E {1117.6 863.6}
         USLetter {279.4 215.9} USLegal {355.6 215.9} USLedger {431.8 279.4}
     }
+    # Up to this version of the format a supply symbol joins the net that its pin is named after.
+    variable powerByValue 20230221
 }
 
-proc ::kicad::readSheets {file} {
-    set root [parse [readFile $file]]
-    if {[lindex $root 0] ne "kicad_sch"} {
-        error "not a KiCad schematic: $file"
-    }
-    set design [dict create file $file title [titleOf $root] pages {} parts {} symbols {} nets {}]
-    set context [dict create parsed [dict create $file $root] \
-        instances [instancesOf $root] numbers [pageNumbersOf $root]]
-    addPage design context $file [file rootname [file tail $file]] / {}
+# Reading goes along a context: what the root says for all pages, and `files`, those read so far.
+proc ::kicad::readSheets {path} {
+    set design [dict create file $path title {} pages {} parts {} symbols {} nets {} aliases {} notes {}]
+    set context [dict create files {} numbers {}]
+    readSheetFile design context $path
+    set root [dict get $context files $path root]
+    dict set design title [titleOf $root]
+    set uuid [value $root uuid]
+    dict set context rootPath [expr {$uuid eq "" ? "" : "/$uuid"}]
+    dict set context project [file rootname [file tail $path]]
+    dict set context variables [projectVariables $path]
+    dict set context overrides [rootOverrides $root]
+    dict set context numbers [rootPageNumbers $root]
+    addPage design context $path [dict create name [dict get $context project] path / above {} \
+        inBom 1 fitted 1 onBoard 1 simulated 1]
     dict set design pages [inPageOrder [dict get $design pages] [dict get $context numbers]]
+    dict set design notes [lsort -unique [dict get $design notes]]
     return $design
+}
+
+# Reads a file unless it was read, and notes in the design what is left out.
+proc ::kicad::readSheetFile {designName contextName path} {
+    upvar 1 $designName design $contextName context
+    if {[dict exists $context files $path]} {
+        return
+    }
+    set root [parse [readFile $path]]
+    if {[kind $root] ne "kicad_sch"} {
+        error "not a KiCad schematic: $path"
+    }
+    set drawings [dict merge [drawingsOf $root] [paperOf $root] \
+        [dict create title [titleOf $root] schematic [file rootname [file tail $path]]]]
+    dict set design aliases [dict merge [dict get $design aliases] [dict get $drawings aliases]]
+    dict unset drawings aliases
+    set symbols {}
+    dict for {library symbol} [symbolsOf [children [child $root lib_symbols] symbol]] {
+        dict set symbols $library [keepSymbol design $symbol [dict get $drawings schematic]]
+    }
+    dict set context files $path [dict create root $root drawings $drawings symbols $symbols \
+        version [value $root version 0]]
+    dict lappend design notes {*}[unreadNote $root $path]
+}
+
+# Files carry their own copies of the symbols; copies that differ get the schematic's name added.
+proc ::kicad::keepSymbol {designName symbol schematic} {
+    upvar 1 $designName design
+    set name [dict get $symbol name]
+    if {[dict exists $design symbols $name] && [dict get $design symbols $name] ne $symbol} {
+        append name @ $schematic
+        dict set symbol name $name
+    }
+    dict set design symbols $name $symbol
+    return $name
 }
 
 proc ::kicad::inPageOrder {pages numbers} {
@@ -47,25 +91,6 @@ proc ::kicad::titleOf {root} {
         rev [value $block rev] company [value $block company] comments $comments]
 }
 
-# Symbol path -> what that instance of the symbol is called.
-proc ::kicad::instancesOf {root} {
-    set instances {}
-    foreach entry [children [child $root symbol_instances] path] {
-        dict set instances [lindex $entry 1] [dict create reference [value $entry reference] \
-            unit [value $entry unit 1] value [value $entry value] \
-            footprint [value $entry footprint]]
-    }
-    return $instances
-}
-
-proc ::kicad::pageNumbersOf {root} {
-    set numbers {}
-    foreach entry [children [child $root sheet_instances] path] {
-        dict set numbers [lindex $entry 1] [value $entry page]
-    }
-    return $numbers
-}
-
 proc ::kicad::paperOf {root} {
     variable paperSizes
     lassign [child $root paper] - name first second
@@ -82,35 +107,55 @@ proc ::kicad::paperOf {root} {
     return [dict create paper $name width [mils $width] height [mils $height]]
 }
 
-# Adds the page that shows `file` under the sheet path `path`, then the pages below it.
-# `above` lists the files on the way down: a sheet that contains itself is left out.
-proc ::kicad::addPage {designName contextName file name path above} {
+# Adds the page that shows `file`, then the pages below it. `place` says where in the design it is: name
+# and path of the page, what holds for all its parts, and `above`, the files on the way down: a sheet
+# that contains itself is left out.
+proc ::kicad::addPage {designName contextName file place} {
     upvar 1 $designName design $contextName context
-    if {![dict exists $context parsed $file]} {
-        dict set context parsed $file [parse [readFile $file]]
-    }
-    set root [dict get $context parsed $file]
-    set page [drawingsOf $root]
-    set page [dict merge $page [paperOf $root] [dict create name $name path $path \
-        schematic [file rootname [file tail $file]] title [titleOf $root]]]
-    dict set page parts [addParts design $root $page [dict get $context instances]]
-    dict set page sheets {}
+    set above [concat [dict get $place above] [list $file]]
+    set page [dict merge [dict get $context files $file drawings] [dict remove $place above] [dict create sheets {}]]
+    set name [dict get $page name]
+    set variables [pageVariables $page [dict get $context variables]]
+    set page [resolvedPage $page $variables]
+    dict set page parts [addParts design $page $context $file $variables]
     dict set design pages $name $page
 
+    set path [string trimright [dict get $place path] /]
     set sheets {}
-    foreach node [children $root sheet] {
+    foreach node [children [dict get $context files $file root] sheet] {
         set sheet [sheetOf $node]
-        set below [file normalize [file join [file dirname $file] [dict get $sheet file]]]
-        set pageName [freeName [dict get $design pages] $name $path [dict get $sheet name]]
+        set below [fileBelow $file [dict get $sheet file]]
         dict set sheet page ""
-        if {$below ne $file && $below ni $above && [file isfile $below]} {
-            dict set sheet page $pageName
-            set pathBelow [string trimright $path /]/[dict get $sheet uuid]
-            addPage design context $below $pageName $pathBelow [concat $above [list $file]]
+        if {$below in $above} {
+            dict lappend design notes "sheet [dict get $sheet name] is left out: it is on itself"
+        } elseif {[catch {readSheetFile design context $below} problem]} {
+            dict lappend design notes "sheet [dict get $sheet name] is left out: $problem"
+        } else {
+            dict set sheet page [freeName [dict get $design pages] $name [dict get $place path] [dict get $sheet name]]
+            dict set context numbers $path/[dict get $sheet uuid] [pageNumberFor $node $path $context]
+            addPage design context $below [dict merge [placeBelow $place $node] [dict create \
+                name [dict get $sheet page] path $path/[dict get $sheet uuid] above $above]]
         }
         lappend sheets $sheet
     }
     dict set design pages $name sheets $sheets
+}
+
+# The file of a sheet, as it is named by the file that shows it.
+proc ::kicad::fileBelow {file name} {
+    set folder [file dirname $file]
+    set name [string map [list \\ / "\$\{KIPRJMOD\}" $folder] $name]
+    return [file normalize [file join $folder $name]]
+}
+
+# What holds for all parts below a sheet.
+proc ::kicad::placeBelow {place node} {
+    foreach {key word no} {inBom in_bom no onBoard on_board no fitted dnp yes simulated exclude_from_sim yes} {
+        if {[value $node $word] eq $no} {
+            dict set place $key 0
+        }
+    }
+    return $place
 }
 
 proc ::kicad::freeName {pages parent parentPath name} {
@@ -123,89 +168,51 @@ proc ::kicad::freeName {pages parent parentPath name} {
 }
 
 proc ::kicad::sheetOf {node} {
-    set properties [children $node property]
     lassign [point [child $node at]] x y
     lassign [point [child $node size]] width height
     set pins {}
     foreach pin [children $node pin] {
         set at [child $pin at]
         lassign [point $at] pinX pinY
-        lappend pins [dict create name [lindex $pin 1] type [lindex $pin 2] \
+        lappend pins [dict create name [plainText [lindex $pin 1]] type [lindex $pin 2] \
             x $pinX y $pinY rotation [lindex $at 3]]
     }
     # The first two properties are the sheet's name and file, whatever language names them.
-    return [dict create name [lindex $properties 0 2] file [lindex $properties 1 2] \
+    set properties [children $node property]
+    return [dict create name [plainText [lindex $properties 0 2]] file [lindex $properties 1 2] \
         uuid [value $node uuid] x $x y $y width $width height $height pins $pins]
 }
 
-# Everything on a page but its parts and sheets.
-proc ::kicad::drawingsOf {root} {
-    set page [dict create wires {} buses {} entries {} junctions {} noConnects {} \
-        labels {} texts {} lines {}]
-    foreach item $root {
-        switch -exact -- [lindex $item 0] {
-            wire {dict lappend page wires [points $item]}
-            bus {dict lappend page buses [points $item]}
-            bus_entry {
-                dict lappend page entries \
-                    [concat [point [child $item at]] [point [child $item size]]]
-            }
-            junction {dict lappend page junctions [point [child $item at]]}
-            no_connect {dict lappend page noConnects [point [child $item at]]}
-            polyline {dict lappend page lines [points $item]}
-            label - global_label - hierarchical_label {
-                set kind [string map {_label ""} [lindex $item 0]]
-                dict lappend page labels [dict merge [textOf $item] \
-                    [dict create kind $kind shape [value $item shape]]]
-            }
-            text {dict lappend page texts [textOf $item]}
-        }
-    }
-    return $page
-}
-
-proc ::kicad::textOf {node} {
-    set at [child $node at]
-    lassign [point $at] x y
-    return [dict create text [lindex $node 1] x $x y $y \
-        rotation [expr {round([lindex $at 3])}] size [textSize $node]]
-}
-
 # Adds the page's parts to the design and gives their ids.
-proc ::kicad::addParts {designName root page instances} {
+proc ::kicad::addParts {designName page context file variables} {
     upvar 1 $designName design
-    set known {}
-    foreach node [children [child $root lib_symbols] symbol] {
-        dict set known [lindex $node 1] [keepSymbol design [symbolOf $node] $page]
-    }
-    set prefix [string trimright [dict get $page path] /]
+    variable powerByValue
+    set path [string trimright [dict get $page path] /]
+    set known [dict get $context files $file symbols]
     set ids {}
-    foreach node [children $root symbol] {
+    foreach node [children [dict get $context files $file root] symbol] {
         set library [value $node lib_name [value $node lib_id]]
         if {![dict exists $known $library]} {
-            continue
+            dict lappend design notes "[file tail $file] has no symbol $library"
+            dict set known $library [keepSymbol design [unknownSymbol $library] [dict get $page schematic]]
         }
         set symbol [dict get $design symbols [dict get $known $library]]
-        set path $prefix/[value $node uuid]
-        set instance [expr {[dict exists $instances $path] ? [dict get $instances $path] : {}}]
-        set id $path
-        for {set copy 2} {[dict exists $design parts $id]} {incr copy} {
-            set id "$path ($copy)"
+        set overrides [overridesFor $node $path $context]
+        if {[dict get $symbol power] && [dict get $context files $file version] < $powerByValue} {
+            dict set overrides value [hiddenPinName $symbol]
         }
-        dict set design parts $id [partFrom $node $id [dict get $page name] $symbol $instance]
+        set id $path/[value $node uuid]
+        for {set copy 2} {[dict exists $design parts $id]} {incr copy} {
+            set id "$path/[value $node uuid] ($copy)"
+        }
+        dict set design parts $id [partFrom $node $id $page $symbol $overrides $variables]
         lappend ids $id
     }
     return $ids
 }
 
-# Files carry their own copies of the symbols; copies that differ get the schematic's name added.
-proc ::kicad::keepSymbol {designName symbol page} {
-    upvar 1 $designName design
-    set name [dict get $symbol name]
-    if {[dict exists $design symbols $name] && [dict get $design symbols $name] ne $symbol} {
-        append name @ [dict get $page schematic]
-        dict set symbol name $name
-    }
-    dict set design symbols $name $symbol
-    return $name
+# The name of the one pin of a supply symbol, if it is hidden.
+proc ::kicad::hiddenPinName {symbol} {
+    set pins [concat {*}[dict values [dict get $symbol pins]]]
+    return [expr {[llength $pins] == 1 && [dict get [lindex $pins 0] hidden] ? [dict get [lindex $pins 0] name] : ""}]
 }

@@ -10,7 +10,7 @@ proc ::kicad::flipped {flat} {
 
 proc ::kicad::shapeOf {node} {
     set fill [value [child $node fill] type none]
-    switch -exact -- [lindex $node 0] {
+    switch -exact -- [kind $node] {
         rectangle {
             set corners [concat [point [child $node start]] [point [child $node end]]]
             return [list rectangle [concat [flipped $corners] $fill]]
@@ -20,7 +20,7 @@ proc ::kicad::shapeOf {node} {
             return [list circle [concat $centre [mils [value $node radius 0]] $fill]]
         }
         polyline - bezier {
-            return [list [lindex $node 0] [list [flipped [points $node]] $fill]]
+            return [list [kind $node] [list [flipped [points $node]] $fill]]
         }
         arc {
             set flat [concat [point [child $node start]] [point [child $node mid]] \
@@ -30,7 +30,13 @@ proc ::kicad::shapeOf {node} {
         text {
             set at [child $node at]
             return [list text [concat [list [lindex $node 1]] [flipped [point $at]] \
-                [expr {[lindex $at 3] / 10}] [textSize $node]]]
+                [expr {[lindex $at 3] / 10}] [lindex [styleOf $node] 0]]]
+        }
+        text_box {
+            lassign [point [child $node at]] x y
+            lassign [point [child $node size]] width height
+            set middle [list [expr {$x + $width / 2}] [expr {$y + $height / 2}]]
+            return [list text [concat [list [lindex $node 1]] [flipped $middle] 0 [lindex [styleOf $node] 0]]]
         }
     }
     return {}
@@ -46,10 +52,41 @@ proc ::kicad::pinOf {node} {
         180 {set bodyX [expr {$x - $length}]; set bodyY $y}
         default {set bodyX $x; set bodyY [expr {$y + $length}]}
     }
-    set name [value $node name]
-    return [dict create number [value $node number] name [expr {$name eq "~" ? "" : $name}] \
-        type [lindex $node 1] shape [lindex $node 2] hidden [flag $node hide] \
-        x $x y $y bodyX $bodyX bodyY $bodyY]
+    set pin [dict create number [plainText [value $node number]] name [plainText [value $node name]] \
+        type [lindex $node 1] shape [lindex $node 2] hidden [says $node hide] \
+        x $x y $y bodyX $bodyX bodyY $bodyY steps [list [steps [lindex $at 1]] [expr {-[steps [lindex $at 2]]}]]]
+    foreach alternate [children $node alternate] {
+        lassign $alternate - name type shape
+        dict set pin alternates $name [dict create name [plainText $name] type $type shape $shape]
+    }
+    return $pin
+}
+
+# Symbols of a file by name. One that extends another has its graphics and pins too.
+proc ::kicad::symbolsOf {nodes} {
+    set known {}
+    foreach node $nodes {
+        dict set known [lindex $node 1] [symbolOf $node]
+    }
+    foreach node $nodes {
+        set name [lindex $node 1]
+        set base [value $node extends]
+        for {set depth 0} {$depth < 10 && [dict exists $known $base]} {incr depth} {
+            set symbol [dict get $known $base]
+            foreach part {graphics pins} {
+                dict set known $name $part [dict merge [dict get $symbol $part] [dict get $known $name $part]]
+            }
+            dict set known $name properties \
+                [dict merge [dict get $symbol properties] [dict get $known $name properties]]
+            foreach part {power pinNamesHidden pinNumbersHidden} {
+                if {[dict get $known $name $part] in {"" 0}} {
+                    dict set known $name $part [dict get $symbol $part]
+                }
+            }
+            set base [dict get $symbol extends]
+        }
+    }
+    return $known
 }
 
 # The children of a symbol are named NAME_unit_style; 0 stands for every unit or style.
@@ -62,7 +99,7 @@ proc ::kicad::symbolOf {node} {
         }
         set key [list $unit $style]
         foreach item [lrange $body 2 end] {
-            if {[lindex $item 0] eq "pin"} {
+            if {[kind $item] eq "pin"} {
                 dict lappend pins $key [pinOf $item]
             } elseif {[set shape [shapeOf $item]] ne ""} {
                 dict lappend graphics $key $shape
@@ -73,11 +110,18 @@ proc ::kicad::symbolOf {node} {
     foreach property [children $node property] {
         dict set properties [lindex $property 1] [lindex $property 2]
     }
-    return [dict create name [lindex $node 1] properties $properties power [expr {[child $node power] ne ""}] \
+    set power [child $node power]
+    return [dict create name [plainText [lindex $node 1]] extends [value $node extends] properties $properties \
+        power [expr {$power ne ""}] local [expr {[lindex $power 1] eq "local"}] \
         inBom [expr {[value $node in_bom yes] eq "yes"}] \
-        pinNamesHidden [flag [child $node pin_names] hide] \
-        pinNumbersHidden [flag [child $node pin_numbers] hide] \
+        pinNamesHidden [says [child $node pin_names] hide] \
+        pinNumbersHidden [says [child $node pin_numbers] hide] \
         graphics $graphics pins $pins]
+}
+
+# What stands for a symbol that the file does not hold.
+proc ::kicad::unknownSymbol {name} {
+    return [symbolOf [list \1symbol $name]]
 }
 
 # What a placed unit shows: the entries of its own unit and style and of "every one".

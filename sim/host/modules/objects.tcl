@@ -97,7 +97,8 @@ proc ::modules::itemFrom {kind data points properties} {
         Text {
             lassign [milsOf "[dict get $data {Text Location X-Coordinate}]\
                 [dict get $data {Text Location Y-Coordinate}]"] x y
-            return [list texts [dict create text [dict get $data Text] x $x y $y rotation $turned size $size]]
+            return [list texts [dict create text [dict get $data Text] x $x y $y rotation $turned size $size \
+                justify [list [expr {$turned in {180 270} ? "right" : "left"}] bottom]]]
         }
         Port - OffPage {
             set name [expr {[dict exists $properties Name] ? [dict get $properties Name] : ""}]

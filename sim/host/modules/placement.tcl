@@ -129,7 +129,7 @@ proc ::modules::addPart {kind data properties displayed libraryPath} {
     set part [dict create id $id page $page reference "" value "" footprint "" symbol [dict get $symbol name] \
         unit $unit style 1 x $x y $y rotation $rotation mirror $mirror \
         properties {Reference "" Value "" Footprint ""} texts [textsFrom $displayed] \
-        power [expr {$kind eq "Global"}] inBom [expr {$kind ne "Global"}] fitted 1]
+        power [expr {$kind eq "Global"}] inBom [expr {$kind ne "Global"}] fitted 1 onBoard 1 simulated 1]
     dict set part pins [kicad::placedPins $symbol $part]
     dict set ::designs::open $path parts $id $part
     dict set ::designs::open $path pages $page parts \

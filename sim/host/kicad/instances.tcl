@@ -1,0 +1,67 @@
+# What a place where a sheet is used says about it and the symbols on it.
+#
+# Since KiCad 7 each symbol lists what it is called, by project and path; before, the root did so for
+# all. Paths are made of the identifiers of the sheets on the way; the newer ones begin with the root's.
+
+# The entry of a symbol or sheet for a path, of our own project rather than of another; {} without one.
+proc ::kicad::instanceFor {node path project} {
+    set found {}
+    foreach theirs [children [child $node instances] project] {
+        foreach entry [children $theirs path] {
+            if {[lindex $entry 1] eq $path} {
+                set found $entry
+                if {[lindex $theirs 1] eq $project} {
+                    return $entry
+                }
+            }
+        }
+    }
+    return $found
+}
+
+# What overrides a symbol's own fields on the page with that path below the root: a dict of reference and
+# unit, in older files also of value and footprint.
+proc ::kicad::overridesFor {node path context} {
+    set entry [instanceFor $node [dict get $context rootPath]$path [dict get $context project]]
+    if {$entry ne ""} {
+        set overrides [dict create reference [value $entry reference]]
+        if {[set unit [value $entry unit]] ne ""} {
+            dict set overrides unit $unit
+        }
+        return $overrides
+    }
+    set key $path/[value $node uuid]
+    if {[dict exists $context overrides $key]} {
+        return [dict get $context overrides $key]
+    }
+    return {}
+}
+
+# The root's own table of them: symbol path -> overrides.
+proc ::kicad::rootOverrides {root} {
+    set overrides {}
+    foreach entry [children [child $root symbol_instances] path] {
+        dict set overrides [lindex $entry 1] [dict create reference [value $entry reference] \
+            unit [value $entry unit 1] value [plainText [value $entry value]] \
+            footprint [plainText [value $entry footprint]]]
+    }
+    return $overrides
+}
+
+# The root's own table of page numbers: sheet path -> page number.
+proc ::kicad::rootPageNumbers {root} {
+    set numbers {}
+    foreach entry [children [child $root sheet_instances] path] {
+        dict set numbers [lindex $entry 1] [value $entry page]
+    }
+    return $numbers
+}
+
+# The page number of a sheet on the page with the path `above`.
+proc ::kicad::pageNumberFor {node above context} {
+    set key $above/[value $node uuid]
+    if {[dict exists $context numbers $key]} {
+        return [dict get $context numbers $key]
+    }
+    return [value [instanceFor $node [dict get $context rootPath]$above [dict get $context project]] page]
+}
