@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "export/decimal.h"
+#include "core/decimal.h"
 
 namespace vernoxa {
 namespace {

@@ -1,6 +1,6 @@
 #include "sharing/module_document.h"
 
-#include <cctype>
+#include <algorithm>
 
 #include "core/text.h"
 #include "sharing/module_records.h"
@@ -41,24 +41,38 @@ std::string withoutAt(std::string_view value) {
   return replaceAll(value, "@", "_");
 }
 
-// The first two numbers of a point list ("10,20 30,40") or path data ("M 10 20 L 30 40"), joined by a blank.
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isSign(char c) {
+  return c == '-' || c == '+';
+}
+
+// The number that the text begins with, an exponent included; empty where none begins.
+std::string_view numberAtStart(std::string_view text) {
+  std::size_t end = !text.empty() && isSign(text[0]) ? 1 : 0;
+  while (end < text.size() && (isDigit(text[end]) || text[end] == '.')) {
+    ++end;
+  }
+  if (end > 0 && end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    const std::size_t digits = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
+    if (digits < text.size() && isDigit(text[digits])) {
+      end = std::min(text.find_first_not_of("0123456789", digits), text.size());
+    }
+  }
+  return text.substr(0, end);
+}
+
+// The first two numbers of a point list ("10,20 30,40") or path data ("M 10 20 L 30 40"), joined by a space.
 std::string startOfPath(std::string_view path) {
-  const auto isNumberPart = [](char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-' || c == '+';
-  };
   std::string start;
-  int numbers = 0;
-  for (std::size_t index = 0; index < path.size() && numbers < 2;) {
-    if (!isNumberPart(path[index])) {
-      ++index;
-      continue;
+  for (int numbers = 0; !path.empty() && numbers < 2;) {
+    const std::string_view number = numberAtStart(path);
+    if (!number.empty()) {
+      start.append(numbers++ == 0 ? "" : " ").append(number);
     }
-    std::size_t end = index + 1;
-    while (end < path.size() && isNumberPart(path[end]) && path[end] != '-' && path[end] != '+') {
-      ++end;
-    }
-    start.append(numbers++ == 0 ? "" : " ").append(path.substr(index, end - index));
-    index = end;
+    path.remove_prefix(std::max<std::size_t>(number.size(), 1));
   }
   return start;
 }

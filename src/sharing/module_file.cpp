@@ -1,33 +1,21 @@
 #include "sharing/module_file.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
+#include <cstdint>
 #include <vector>
 
+#include "core/decimal.h"
 #include "core/files.h"
 #include "core/text.h"
 
 namespace vernoxa {
 namespace {
 
-constexpr double farthest = 1e9;  // no page is wider in any unit
+// No page is wider in any unit.
+constexpr std::int64_t farthest = 1'000'000'000;
 
-std::optional<double> decimal(const std::string& text) {
-  double value = 0;
-  const char* const end = text.data() + text.size();
-  const auto parsed = std::from_chars(text.data(), end, value, std::chars_format::fixed);
-  if (parsed.ec != std::errc() || parsed.ptr != end || !(std::fabs(value) <= farthest)) {
-    return std::nullopt;
-  }
-  return value;
-}
-
-// Ten digits: enough for every coordinate, too few to show that binary fractions are not decimal ones.
-std::string decimalText(double value) {
-  std::array<char, 32> buffer{};
-  const auto printed = std::to_chars(buffer.begin(), buffer.end(), value, std::chars_format::general, 10);
-  return {buffer.data(), printed.ptr};
+std::optional<Decimal> coordinate(const std::string& text) {
+  const auto value = Decimal::of(text);
+  return value && *value <= Decimal::whole(farthest) && *value >= Decimal::whole(-farthest) ? value : std::nullopt;
 }
 
 }  // namespace
@@ -49,9 +37,9 @@ std::string_view ModuleFile::firstPartName() const {
 
 std::optional<ViewBox> ModuleFile::viewBox() const {
   const std::vector<std::string> pieces = splitItems(textOf(root_.view(), "BoundingBox"), ' ');
-  std::vector<double> values;
+  std::vector<Decimal> values;
   for (const std::string& piece : pieces) {
-    const auto value = decimal(piece);
+    const auto value = coordinate(piece);
     if (!value) {
       return std::nullopt;
     }
@@ -61,7 +49,7 @@ std::optional<ViewBox> ModuleFile::viewBox() const {
     return ViewBox{pieces[0], pieces[1]};
   }
   if (values.size() == 4) {
-    return ViewBox{decimalText(values[2] - values[0]), decimalText(values[3] - values[1])};
+    return ViewBox{(values[2] - values[0]).text(), (values[3] - values[1]).text()};
   }
   return std::nullopt;
 }

@@ -220,7 +220,8 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
   // The system finds the same files by these.
   for (const char* path :
        {"C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b",
-        "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\"}) {
+        "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\",
+        "\\\\?\\C:\\Mods\\7\\d.dsn", "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
     with_.fake.files.addFile(path, "");
     removePlacementFile(with_.services, path);
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
@@ -259,7 +260,13 @@ TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
       {"1 x", "none"},
       {"[exit] 2", "none"},
       {"nan inf", "none"},
-      {"1e3 2", "none"},
+      {"1e3 2", "1e3 2"},
+      {"1e-05 0 1e3 2e1", "999.99999 20"},
+      {"1e10 2", "none"},
+      {"2 -1e10", "none"},
+      {"1e 2", "none"},
+      {"+5 .5", "+5 .5"},
+      {". -", "none"},
       {"1 2000000000", "none"},
       {"1 2}", "none"},
   };
