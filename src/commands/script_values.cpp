@@ -16,7 +16,8 @@ std::string projectPath(const Request& request, HandlerContext& context) {
 }
 
 std::string doubledOnce(const std::string& path) {
-  return path.find("\\\\") != std::string::npos ? path : doubleBackslashes(path);
+  constexpr std::size_t networkStart = 2;
+  return path.find("\\\\", networkStart) != std::string::npos ? path : doubleBackslashes(path);
 }
 
 std::string replyValue(HandlerContext& context, const std::string& result) {

@@ -14,7 +14,7 @@ std::string scriptValue(const Request& request, HandlerContext& context, std::st
 // "ProjectPath" in UTF-8, backslashes as they came.
 std::string projectPath(const Request& request, HandlerContext& context);
 
-// Backslashes doubled, unless the text holds a doubled one already.
+// Backslashes doubled, unless the text holds a doubled one already. The two that begin a network path are none.
 std::string doubledOnce(const std::string& path);
 
 // A result text of the host as a message holds it.

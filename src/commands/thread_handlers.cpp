@@ -1,6 +1,7 @@
 // What the link thread asks of the host: the link itself and the open designs.
 #include "commands/handler.h"
 #include "commands/open_designs.h"
+#include "commands/script_values.h"
 #include "core/code_page.h"
 #include "core/files.h"
 #include "core/log.h"
@@ -68,10 +69,7 @@ Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
   if (!path) {
     return {stoppedEarly, std::nullopt};
   }
-  std::string argument = context.services.text.hostPath(*path);
-  if (argument.find("\\\\") == std::string::npos) {
-    argument = doubleBackslashes(argument);
-  }
+  const std::string argument = doubledOnce(context.services.text.hostPath(*path));
   const Evaluation answer = context.host.evaluate(ScriptText("getDsnPinCount ").quoted(argument).text());
   const std::string count = context.services.text.messageText(answer.text);
   context.log.writeLine("return:" + count);

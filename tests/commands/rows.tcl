@@ -144,6 +144,8 @@ foreach {command procedure} {SetToNotStick setRefToNotUse SetToStick setRefToUse
 companion ExitBomViewMode $path {} [concat [list "LockBomView $doubled 0"] $redraw] {{"Data":{},%"0","ErrInfo":""}}
 companion EnterBomViewMode {{"ProjectPath":"C:\\\\设计\\\\a.dsn","Stick":["R1",3,"C 1"]}} {} \
     [concat [list "setAllNotStick $doubled" "setEnterViewMode $doubled R1,C 1," "LockBomView $doubled 1"] $redraw] {{"Data":{},%"0"}}
+companion ExitBomViewMode {{"ProjectPath":"\\\\server\\设计\\a.dsn"}} {} \
+    [concat [list {LockBomView "\\\\server\\设计\\a.dsn" 0} {saveFile "\\\\server\\设计\\a.dsn"}] [lrange $redraw 1 end]] {{"Data":{},%"0","ErrInfo":""}}
 companion EnterBomViewMode {{"ProjectPath":"a","Stick":[]}} {} \
     {{setAllNotStick "a"} {setEnterViewMode "a" } {LockBomView "a" 1} {saveFile "a"} ZoomIn ZoomOut} {{"Data":{},%"0"}}
 
@@ -180,6 +182,8 @@ thread creatClient {{}} {creatClient 没有} {{creatClient 1}} {{"Data":{},%"1",
 thread creatClient {{}} {creatClient 0} {{creatClient 1}} {{"Data":{},%"0"}}
 thread creatClient {{}} {creatClient 0} {{creatClient 0}} {{"Data":{},%"0"}}
 thread getDsnPinCount $path {getDsnPinCount 12} [list "getDsnPinCount $doubled"] {{"Data":{"PinCount":"12"},%"0"}}
+thread getDsnPinCount {{"ProjectPath":"\\\\server\\a.dsn"}} {} {{getDsnPinCount "\\\\server\\a.dsn"}} {{"Data":{"PinCount":""},%"0"}}
+thread getDsnPinCount {{"ProjectPath":"\\\\\\\\server\\\\a.dsn"}} {} {{getDsnPinCount "\\\\server\\a.dsn"}} {{"Data":{"PinCount":""},%"0"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.txt;}} InitPath {{"Data":{},%"1","ErrInfo":"No file!"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.dsn;C:\b.DSN;C:\c.Dsn}} InitPath {{"Data":{"ProjectPath":"C:\\a.dsn","CloseFile":""},%"0"}}
 thread FileStatus {{"Status":"Open","FileName":"C:\\a.dsn","More":1}} {InitPath {C:\a.dsn;C:\b.DSN;}} \
