@@ -10,4 +10,8 @@ namespace vernoxa {
 // back. Text in the code page: the second byte of a double-byte character is none of these.
 std::string escapedFileName(std::string_view name);
 
+// A name that stands for a file wherever it is opened: one that Windows keeps for a device, as CON or "lpt1.json", gets
+// "_" in front, and ":", behind which another name for the same file would begin, becomes "-". UTF-8 or code page.
+std::string plainFileName(std::string_view name);
+
 }  // namespace vernoxa

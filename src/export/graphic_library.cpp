@@ -1,6 +1,7 @@
 #include "export/graphic_library.h"
 
 #include "core/code_page.h"
+#include "core/file_name_escaping.h"
 #include "core/files.h"
 #include "core/services.h"
 #include "core/state.h"
@@ -71,7 +72,7 @@ std::string GraphicLibrary::finish(std::string_view name, const Services& servic
   const Json document = std::move(document_);
   Files& files = services.world.files;
   const std::string base = services.state.link.baseDirectory();
-  const std::string fileName = replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json";
+  const std::string fileName = plainFileName(replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json");
   const std::string path = base + "\\Cache\\Library\\" + fileName;
   if (document && !files.exists(path)) {
     makeLibraryFolder(files, base);

@@ -24,7 +24,7 @@ class GraphicLibrary final : private ElementSink {
 
   // Writes the document, if one was started, below "\Cache\Library" and drops it. A file that is there already is kept:
   // a library never changes under its readers. Gives the file's path with "/", in UTF-8, written or not. "\" and "/" of
-  // the name become "-"; its bytes name the file as they are.
+  // the name become "-", plainFileName() does the rest; its bytes name the file as they are.
   std::string finish(std::string_view name, const Services& services);
 
  private:

@@ -15,8 +15,8 @@ namespace vernoxa {
 namespace {
 
 std::string pageFileName(const PageNames& names, const TextConverter& text) {
-  return escapedFileName(text.utf8ToAnsi(names.schematic) + "@!@" + text.utf8ToAnsi(names.page) + "@!@" +
-                         text.utf8ToAnsi(names.key) + ".json");
+  return plainFileName(escapedFileName(text.utf8ToAnsi(names.schematic) + "@!@" + text.utf8ToAnsi(names.page) + "@!@" +
+                                       text.utf8ToAnsi(names.key) + ".json"));
 }
 
 }  // namespace

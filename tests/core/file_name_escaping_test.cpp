@@ -27,5 +27,32 @@ TEST(FileNameEscaping, ReplacesWhatWindowsForbids) {
   }
 }
 
+TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
+  const struct {
+    std::string_view name;
+    std::string_view plain;
+  } cases[] = {
+      {"CON.json", "_CON.json"},
+      {"nul", "_nul"},
+      {"Aux.b.json", "_Aux.b.json"},
+      {"PRN .json", "_PRN .json"},
+      {"com1.json", "_com1.json"},
+      {"LPT9", "_LPT9"},
+      {"COM0.json", "COM0.json"},
+      {"COM10.json", "COM10.json"},
+      {"CONE.json", "CONE.json"},
+      {"CON@!@P.json", "CON@!@P.json"},
+      {"ACON", "ACON"},
+      {"a:b.json", "a-b.json"},
+      {"CON:.json", "_CON-.json"},
+      {"LPT.json", "LPT.json"},
+      {"CO", "CO"},
+      {"", ""},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(plainFileName(each.name), each.plain) << each.name;
+  }
+}
+
 }  // namespace
 }  // namespace vernoxa
