@@ -33,8 +33,8 @@ std::string TextConverter::utf8ToAnsi(std::string_view utf8) const {
   if (isAscii(text)) {
     return std::string(text);
   }
-  const std::string plain = withoutSurrogates(text);
-  return isValidUtf8(plain) ? codePage_.fromUtf8(plain) : std::string(text);
+  const auto plain = utf8OfTcl(text);
+  return plain ? codePage_.fromUtf8(*plain) : std::string(text);
 }
 
 std::string TextConverter::messageText(std::string_view hostText) const {
@@ -46,7 +46,7 @@ std::string TextConverter::scriptValue(std::string_view packetValue) const {
 }
 
 std::string TextConverter::hostPath(std::string_view path) const {
-  return isValidUtf8(withoutSurrogates(path)) ? std::string(path) : ansiToUtf8(path);
+  return utf8OfTcl(path) ? std::string(path) : ansiToUtf8(path);
 }
 
 }  // namespace vernoxa

@@ -26,7 +26,8 @@ class TextConverter {
   // A failure (memory) shows "GBK格式异常" and gives the empty text.
   std::string ansiToUtf8(std::string_view ansi) const;
 
-  // A text that is no valid UTF-8 is in the code page already and stays as it is. Tcl's surrogate pairs count as valid.
+  // A text that is no valid UTF-8 is in the code page already and stays as it is. A text of Tcl's is one, and ends at
+  // its NUL.
   std::string utf8ToAnsi(std::string_view utf8) const;
 
   // A name or text from the host on its way into a message (code page): converted when it looks like UTF-8 Chinese.

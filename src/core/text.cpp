@@ -42,10 +42,28 @@ std::size_t sequenceLength(std::string_view text, std::size_t index) {
   return outOfRange ? 0 : length;
 }
 
-// A high and a low surrogate, each as three bytes: ED A0..AF xx, ED B0..BF xx.
-bool isSurrogatePair(std::string_view six) {
-  return six.size() == 6 && byteAt(six, 0) == 0xED && (byteAt(six, 1) & 0xF0U) == 0xA0 && isContinuation(six, 2) &&
-         byteAt(six, 3) == 0xED && (byteAt(six, 4) & 0xF0U) == 0xB0 && isContinuation(six, 5);
+// The value of a surrogate that starts at `index` (U+D800 to U+DFFF as three bytes, ED A0..BF xx); 0 when none does.
+unsigned surrogateAt(std::string_view text, std::size_t index) {
+  const bool found = index + 3 <= text.size() && byteAt(text, index) == 0xED && byteAt(text, index + 1) >= 0xA0 &&
+                     isContinuation(text, index + 1) && isContinuation(text, index + 2);
+  return found ? 0xD000U | (byteAt(text, index + 1) & 0x3FU) << 6U | (byteAt(text, index + 2) & 0x3FU) : 0;
+}
+
+bool isHighSurrogate(unsigned value) {
+  return value >= 0xD800 && value <= 0xDBFF;
+}
+
+bool isLowSurrogate(unsigned value) {
+  return value >= 0xDC00 && value <= 0xDFFF;
+}
+
+void appendPair(std::string& text, unsigned high, unsigned low) {
+  // UTF-16: ten bits of each half, from U+10000 on.
+  const unsigned character = 0x10000U + ((high & 0x3FFU) << 10U | (low & 0x3FFU));
+  for (const unsigned byte : {0xF0U | character >> 18U, 0x80U | (character >> 12U & 0x3FU),
+                              0x80U | (character >> 6U & 0x3FU), 0x80U | (character & 0x3FU)}) {
+    text.push_back(static_cast<char>(byte));
+  }
 }
 
 struct Utf8Scan {
@@ -93,25 +111,32 @@ bool isUtf8WithThreeByteSequence(std::string_view text) {
   return scanUtf8(text).threeBytes;
 }
 
-std::string withoutSurrogates(std::string_view tclText) {
+std::optional<std::string> utf8OfTcl(std::string_view tclText) {
+  constexpr std::string_view replacement = "\xEF\xBF\xBD";
   std::string result;
   result.reserve(tclText.size());
-  for (std::size_t index = 0; index < tclText.size(); ++index) {
-    const std::string_view six = tclText.substr(index, 6);
-    if (!isSurrogatePair(six)) {
-      result.push_back(tclText[index]);
-      continue;
+  std::size_t end = std::string::npos;
+  for (std::size_t index = 0; index < tclText.size();) {
+    const std::size_t length = sequenceLength(tclText, index);
+    const unsigned first = surrogateAt(tclText, index);
+    const unsigned second = surrogateAt(tclText, index + 3);
+    if (length > 0) {
+      result.append(tclText, index, length);
+      index += length;
+    } else if (tclText.substr(index).starts_with(tclNul)) {
+      end = std::min(end, result.size());
+      index += tclNul.size();
+    } else if (isHighSurrogate(first) && isLowSurrogate(second)) {
+      appendPair(result, first, second);
+      index += 6;
+    } else if (first != 0) {
+      result += replacement;
+      index += 3;
+    } else {
+      return std::nullopt;
     }
-    // UTF-16: ten bits of each half, from U+10000 on.
-    const unsigned high = (byteAt(six, 1) & 0x0FU) << 6U | (byteAt(six, 2) & 0x3FU);
-    const unsigned low = (byteAt(six, 4) & 0x0FU) << 6U | (byteAt(six, 5) & 0x3FU);
-    const unsigned character = 0x10000U + (high << 10U | low);
-    for (const unsigned byte : {0xF0U | character >> 18U, 0x80U | (character >> 12U & 0x3FU),
-                                0x80U | (character >> 6U & 0x3FU), 0x80U | (character & 0x3FU)}) {
-      result.push_back(static_cast<char>(byte));
-    }
-    index += six.size() - 1;
   }
+  result.resize(std::min(end, result.size()));
   return result;
 }
 

@@ -22,9 +22,12 @@ bool isValidUtf8(std::string_view text);
 // Well-formed UTF-8 that holds at least one three-byte sequence: a text of the code page is practically never both.
 bool isUtf8WithThreeByteSequence(std::string_view text);
 
-// Tcl 8.6 holds a character above U+FFFF as two surrogates of three bytes each, which is no UTF-8: gives the text with
-// each such pair as the one four-byte sequence. All other bytes stay.
-std::string withoutSurrogates(std::string_view tclText);
+constexpr std::string_view tclNul = "\xC0\x80";  // how Tcl 8.6 holds a NUL character
+
+// A text as Tcl 8.6 holds it, in UTF-8: it ends at its first NUL, and a character above U+FFFF, held as
+// two surrogates of three bytes each, is one sequence of four bytes. Half such a pair becomes U+FFFD, the replacement
+// character. Nothing for bytes that are no text of Tcl's: they are in the code page.
+std::optional<std::string> utf8OfTcl(std::string_view tclText);
 
 // Pieces between separators; empty and last ones too, so "a;b;" is three and "" is one empty piece.
 std::vector<std::string> splitFields(std::string_view text, char separator);

@@ -77,6 +77,7 @@ CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
   const TclList list = call.arguments.list(1);
   Record record;
   readRecord(list, record);
+  record.takeAsUtf8();
   library.addRecord(record);
   return {};
 }

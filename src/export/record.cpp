@@ -1,5 +1,8 @@
 #include "export/record.h"
 
+#include <optional>
+#include <utility>
+
 #include "core/code_page.h"
 #include "core/text.h"
 
@@ -19,15 +22,15 @@ std::string throughCodePage(const TextConverter& converter, std::string_view tex
   return converter.ansiToUtf8(converter.utf8ToAnsi(text));
 }
 
-// Each line for itself, so that a bad one does not change its neighbours.
+// Each line for itself, so that a bad one does not change its neighbours; a NUL ends them all.
 std::string linesToShow(const TextConverter& converter, std::string_view text, bool convert) {
   std::string result;
   for (std::size_t start = 0;;) {
     const std::size_t end = text.find(lineSeparator, start);
     const std::string_view line = text.substr(start, end - start);
-    const std::string joined = withoutSurrogates(line);
-    result += !convert && isValidUtf8(joined) ? joined : throughCodePage(converter, line);
-    if (end == std::string_view::npos) {
+    const auto plain = utf8OfTcl(line);
+    result += plain && !convert ? *plain : throughCodePage(converter, line);
+    if (end == std::string_view::npos || (plain && line.find(tclNul) != std::string_view::npos)) {
       return result;
     }
     result += lineSeparator;
@@ -45,6 +48,14 @@ void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
     }
     const bool lines = index == textLines && kind() == textKind;
     keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
+  }
+}
+
+void Record::takeAsUtf8() {
+  for (std::size_t index = 0; index < size; ++index) {
+    if (auto plain = isAscii(texts_[index]) ? std::nullopt : utf8OfTcl(texts_[index])) {
+      keep(index, std::move(*plain));
+    }
   }
 }
 

@@ -37,6 +37,9 @@ class Record {
   // is valid UTF-8 stays. Afterwards all texts are UTF-8.
   void showInCodePage(const TextConverter& converter, bool convertLines);
 
+  // Makes each text of Tcl's plain UTF-8; one in the code page stays as it is.
+  void takeAsUtf8();
+
  private:
   std::array<std::string_view, size> texts_;
   std::forward_list<std::string> kept_;

@@ -1,5 +1,7 @@
 #include "sharing/module_commands.h"
 
+#include <forward_list>
+
 #include "core/code_page.h"
 #include "core/files.h"
 #include "core/services.h"
@@ -24,6 +26,25 @@ void makeFolder(Services& services, const std::string& path) {
   }
 }
 
+std::string utf8(std::string_view tclText) {
+  return utf8OfTcl(tclText).value_or(std::string(tclText));
+}
+
+// The elements of a record in plain UTF-8; one in the code page stays as it is.
+class RecordTexts {
+ public:
+  explicit RecordTexts(CommandCall& call) : list_(call.arguments.list(1)) {}
+
+  std::string_view operator()(int index) {
+    const std::string_view text = list_.text(index);
+    return text.empty() || !hasNonAscii(text) ? text : kept_.emplace_front(utf8(text));
+  }
+
+ private:
+  const TclList list_;
+  std::forward_list<std::string> kept_;
+};
+
 }  // namespace
 
 CommandResult initMarketFile(CommandCall&, Services& services, ModuleDocument& document) {
@@ -33,14 +54,14 @@ CommandResult initMarketFile(CommandCall&, Services& services, ModuleDocument& d
 }
 
 CommandResult addMarketLibList(CommandCall& call, ModuleDocument& document) {
-  const TclList record = call.arguments.list(1);
-  document.addLibraryRecord([&record](int index) { return record.text(index); });
+  RecordTexts texts(call);
+  document.addLibraryRecord([&texts](int index) { return texts(index); });
   return {};
 }
 
 CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
-  const TclList record = call.arguments.list(1);
-  document.addSchematicRecord([&record](int index) { return record.text(index); });
+  RecordTexts texts(call);
+  document.addSchematicRecord([&texts](int index) { return texts(index); });
   return {};
 }
 
@@ -48,7 +69,7 @@ CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocu
   const std::string folder = cacheFolder(services) + "\\Share";
   const std::string path = folder + "\\ModuleLib.json";
   if (document.started()) {
-    const std::string text = document.finish(call.arguments.text(2), call.arguments.text(3));
+    const std::string text = document.finish(utf8(call.arguments.text(2)), utf8(call.arguments.text(3)));
     makeFolder(services, cacheFolder(services));
     makeFolder(services, folder);
     if (const auto file = services.world.files.create(path)) {

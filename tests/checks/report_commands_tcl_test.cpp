@@ -121,6 +121,14 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
        "{Lib C:\\\\lib\\\\a.olb} {{Part Reference} R} {" + utf8(u8"名") + " " + utf8(u8"贴片电阻") + "}",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")" +
            resistor + R"("}]}})"},
+      {sendDsnPackageInfo,
+       "{Name x} {ID x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} {Reference x} "
+       "{Designator x} {{Part Reference} x} {{Pin Names Rotate} x}",
+       R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Pin Names Rotate":"x"}]}})"},
+      {sendOlbPackageInfo,
+       "{Name x} {{Pin Numbers Visible} x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} "
+       "{{Pin Names Visible} x} {{Pin Names Rotate} x} {{Part Reference} x} {Reference x}",
+       R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
       {sendOlbObjectPackageInfo, "{broken",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
   };

@@ -104,6 +104,36 @@ TEST(Text, Utf8IsWellFormedOrNot) {
   }
 }
 
+TEST(Text, OfTclBecomesPlainUtf8) {
+  const std::string high = "\xED\xA0\xBD";
+  const std::string low = "\xED\xB8\x80";
+  const std::string lost = utf8(u8"\uFFFD");
+  const std::string nul(tclNul);
+  const struct {
+    std::string text;
+    std::optional<std::string> plain;
+  } rows[] = {
+      {"", ""},
+      {utf8(u8"a图\U0001F600"), utf8(u8"a图\U0001F600")},
+      {"a" + high + low + high + low + "b", utf8(u8"a\U0001F600\U0001F600b")},
+      {"\xED\xA0\x80\xED\xB0\x80\xED\xAF\xBF\xED\xBF\xBF", utf8(u8"\U00010000\U0010FFFF")},
+      {high, lost},
+      {low + high, lost + lost},
+      {high + high + low, lost + utf8(u8"\U0001F600")},
+      {high + "x", lost + "x"},
+      {"\xED\x9F\xBF", "\xED\x9F\xBF"},  // the last character before the surrogates
+      {"ab" + nul + "c" + nul, "ab"},
+      {nul, ""},
+      {high + low.substr(0, 2), std::nullopt},
+      {"ab" + nul + "\xFF", std::nullopt},  // not Tcl's: what looks like a NUL is a character of the code page
+      {"\xC0\x81", std::nullopt},
+      {"中文", std::nullopt},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(utf8OfTcl(row.text), row.plain) << row.text;
+  }
+}
+
 TEST(Text, SplitsIntoFieldsAndItems) {
   const struct {
     std::string_view text;

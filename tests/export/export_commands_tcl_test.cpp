@@ -44,7 +44,8 @@ class ExportCommands : public testing::Test {
 TEST_F(ExportCommands, APageThroughItsCommands) {
   EXPECT_EQ(run("initSVGList"), "");
   EXPECT_EQ(run("addToPageList {Schematic S}; addToPageList {Page P 1 2 K}; addToLibList {Name RES}"), "");
-  EXPECT_EQ(run("addToPageList [list Part 1 2 0 0 RES]"), "");  // without its id
+  EXPECT_EQ(run("addToPageList [list Part 1 2 0 0 RES]"), "");                // without its id
+  EXPECT_EQ(run("addToPageList [list Box 1 2 3 4 5 6 7 8 9 10 11 12]"), "");  // longer than any record
   EXPECT_EQ(run("addToPageList {not a \"list\"x}; addToPageList; addToLibList; addToPageList {}"), "");
   EXPECT_EQ(run("outputSVGFile [list S P unread unread K]"), "");
   EXPECT_TRUE(holds("P", "\"id\":\t\"\",\r\n\t\t\t\t\t\t\"transform\":\t\"translate(1 2) rotate(0) scale(1,1)\""));
@@ -91,7 +92,14 @@ TEST_F(ExportCommands, GraphicLibraries) {
   EXPECT_EQ(fake.files.bytes("C:\\App\\Cache\\Library\\a.json"), "(no file)");
   EXPECT_EQ(run("initGraphicFile; addGraphicLibList {Name RES}; addGraphicLibList; outputGraphicFile lib/b"),
             "C:/App/Cache/Library/lib-b.json");
-  EXPECT_NE(fake.files.bytes("C:\\App\\Cache\\Library\\lib-b.json").find("\"RES\""), std::string::npos);
+  const auto library = [this](const char* name) {
+    return fake.files.bytes("C:\\App\\Cache\\Library\\" + std::string(name));
+  };
+  EXPECT_NE(library("lib-b.json").find("\"RES\""), std::string::npos);
+  EXPECT_EQ(run("initGraphicFile; addGraphicLibList [list Name \\ud83d\\ude00\\u0000x]; outputGraphicFile a:b"),
+            "C:/App/Cache/Library/a-b.json");
+  EXPECT_NE(library("a-b.json").find('"' + utf8(u8"\U0001F600") + '"'), std::string::npos) << library("a-b.json");
+  EXPECT_EQ(run("initGraphicFile; outputGraphicFile NUL"), "C:/App/Cache/Library/_NUL.json");
 }
 
 TEST_F(ExportCommands, NamesWithOtherCharacters) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/json.h"
+#include "core/text.h"
 #include "export/drawn.h"
 #include "system/fake_world.h"
 
@@ -133,6 +134,16 @@ TEST_F(PageExportTest, EachPageBecomesAFileOfItsOwn) {
   EXPECT_EQ(names().size(), 4U);
 }
 
+TEST_F(PageExportTest, NoPageBecomesADevice) {
+  pages.start(fake.services);
+  page({"Schematic", "con.1"});
+  page({"Page", "P", "1", "1", "K"});
+  finish("Lpt1.x", "P", "K");
+  page({"Page", "P", "1", "1", "K"});
+  page({"Page", "P", "1", "1", "K"});
+  EXPECT_EQ(names(), (Names{"_con.1@!@P@!@K.json", "_Lpt1.x@!@P@!@K.json"}));
+}
+
 TEST_F(PageExportTest, FlushedAndLastFilesHaveTheSameChineseNames) {
   const std::string schematic = utf8(u8"电源");
   const std::string name = utf8(u8"第1页");
@@ -231,6 +242,11 @@ TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   EXPECT_EQ(shown(gbk, false), utf8(u8"电阻"));
   EXPECT_EQ(shown(outside + "\r\n" + gbk + "\r\n", false), outside + "\r\n" + utf8(u8"电阻") + "\r\n");
   EXPECT_EQ(shown(outside + "\r\n" + gbk + "\r\nA", true), utf8(u8"电?阻值\r\n电阻\r\nA"));
+
+  const std::string nul(tclNul);
+  EXPECT_EQ(shown(chinese + nul + "x\r\nB", false), chinese);
+  EXPECT_EQ(shown(outside + nul + "x\r\nB", true), utf8(u8"电?阻值"));
+  EXPECT_EQ(shown(chinese + "\xED\xA0\xBD\xED\xB8\x80\xED\xA0\xBD", false), chinese + utf8(u8"\U0001F600\uFFFD"));
 
   WordRecord part{"Part", "1", "2", outside, "0", gbk, outside};
   part.showInCodePage(fake.services.text, false);

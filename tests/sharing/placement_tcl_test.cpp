@@ -146,8 +146,9 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
   run(initMarketFile, {"init"}, with_.services, document);
   const std::string value = utf8(u8"阻值 10%");
   for (const std::string& record :
-       {std::string("Name RES Part 0 0 20 10 1 A"), "PartProperty Value {" + value + "}",
-        std::string("Polyline 1 2 3 0 1 {1,2 3,4}"), std::string("Pin 0 5 -10 5 1 IN Passive")}) {
+       {std::string("Name RES Part 0 0 20 10 1 A"), std::string("PartProperty Mark \xED\xA0\xBD\xED\xB8\x80\xC0\x80x"),
+        "PartProperty Value {" + value + "}", std::string("Polyline 1 2 3 0 1 {1,2 3,4}"),
+        std::string("Pin 0 5 -10 5 1 IN Passive")}) {
     run(addMarketLibList, {"lib", record}, document);
   }
   for (const char* record : {"Part 100 200 1 0 RES 7", "Property {Part Reference} R@1", "Property Own x",
@@ -163,7 +164,8 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
   const std::vector<Words> calls = place(file);
   ASSERT_EQ(calls.size(), 4U);
   EXPECT_THAT(calls[0],
-              ElementsAre("placeLibPart", "C:/Mods/1.olb", "RES", "1", "Part", "0 0 20 10", "{Value {" + value + "}}",
+              ElementsAre("placeLibPart", "C:/Mods/1.olb", "RES", "1", "Part", "0 0 20 10",
+                          "{Mark " + utf8(u8"\U0001F600") + "} {Value {" + value + "}}",
                           "{Polyline {{PolylineStart {1 2}} {Color 3} {Style 0} {Width 1} {Color 3} {NewPoint 1,2} "
                           "{NewPoint 3,4}} {}} {Pin {{StartPoint {0 5}} {HotSpot {-10 5}} {PinName IN} {PinNum 1} "
                           "{PinType Passive}} {}}",
