@@ -4,9 +4,6 @@ namespace import ::tcltest::test ::tcltest::makeFile ::tcltest::makeDirectory
 source -encoding utf-8 [file join [file dirname [file normalize [info script]]] \
     .. .. sim host kicad.tcl]
 
-set demos /usr/share/kicad/demos
-tcltest::testConstraint demos [file isdirectory $demos]
-
 test parse "texts and nesting survive whatever characters they hold, and no text is taken for a list" -body {
     set wrong {}
     foreach {text expected} [list \
@@ -127,59 +124,86 @@ test unreadable "a file that is no schematic is an error" -body {
     set answers
 } -result {1 1 1 1 1}
 
-# The boards of the demos were made from these schematics, so they tell which pads are joined.
-proc boardNets {file} {
-    set nets {}
-    foreach item [kicad::parse [kicad::readFile $file]] {
-        if {[kicad::kind $item] ne "footprint"} {
-            continue
-        }
-        set reference ""
-        foreach text [kicad::children $item fp_text] {
-            if {[lindex $text 1] eq "reference"} {
-                set reference [lindex $text 2]
-            }
-        }
-        foreach pad [kicad::children $item pad] {
-            dict set nets "$reference [lindex $pad 1]" [kicad::value $pad net "" 2]
-        }
+# KiCad 9's way: every symbol says what it is called on each page of each project.
+proc placed {uuid library x y names {more ""}} {
+    set projects ""
+    foreach {project path reference} $names {
+        append projects "(project \"$project\" (path \"$path\" (reference \"$reference\") (unit 1)))"
     }
-    return $nets
+    return "(symbol (lib_id \"d:$library\") (at $x $y 0) (unit 1) (uuid \"$uuid\") $more
+      (property \"Reference\" \"[lindex $names 2]\" (at 0 0 0)) (instances $projects))"
+}
+proc label {text x y} {
+    return "(label \"$text\" (at $x $y 0))"
+}
+proc sheet {uuid name file y {more ""}} {
+    return "(sheet (at 101.6 $y) (size 25.4 12.7) (uuid \"$uuid\") $more
+      (property \"Notes\" \"theirs\" (at 0 0 0)) (property \"Sheetname\" \"$name\" (at 0 0 0))
+      (property \"Sheetfile\" \"$file\" (at 0 0 0)))"
+}
+proc schematic {uuid body} {
+    return "(kicad_sch (version 20250114) (generator \"eeschema\") (uuid \"$uuid\") (paper \"A4\") (lib_symbols
+      (symbol \"d:R\" (pin_names (offset 0) (hide yes)) (property \"Value\" \"R\" (at 0 0 0)) (symbol \"R_1_1\"
+        (pin passive line (at -2.54 0 0) (length 1.27) (name \"~\") (number \"1\"))
+        (pin passive line (at 2.54 0 180) (length 1.27) (name \"~\") (number \"2\"))))
+      (symbol \"d:MCU\" (symbol \"MCU_1_1\"
+        (pin bidirectional line (at -2.54 0 0) (length 2.54) (name \"PA0\") (number \"1\")
+          (alternate \"U{slash}TX\" output line) (alternate \"~{NSS}\" input inverted))
+        (pin power_in line (at 2.54 0 0) (length 2.54) (hide yes) (name \"VDD\") (number \"2\"))))
+      (symbol \"d:MCU2\" (extends \"MCU\") (property \"Value\" \"MCU2\" (at 0 0 0)))
+      (symbol \"d:VDD\" (power) (symbol \"VDD_1_1\"
+        (pin power_in line (at 0.9 0 270) (length 0) (name \"~\") (number \"1\")))))
+      $body)"
 }
 
-foreach {demo pins} {
-    video/video 1931 complex_hierarchy/complex_hierarchy 164 stickhub/StickHub 266
-    kit-dev-coldfire-xilinx_5213/kit-dev-coldfire-xilinx_5213 803 interf_u/interf_u 373
-} {
-    test board-[file tail $demo] "nets are the board's" -constraints demos -body {
-        set board [boardNets $demos/$demo.kicad_pcb]
-        set known {}
-        set compared {}
-        foreach part [dict values [dict get [kicad::load $demos/$demo.kicad_sch] parts]] {
-            foreach pin [dict get $part pins] {
-                set pad "[dict get $part reference] [dict get $pin number]"
-                if {[dict get $part power] || ![dict exists $board $pad]} {
-                    continue
-                }
-                dict set compared $pad 1
-                set theirs [dict get $board $pad]
-                set ours [dict get $pin net]
-                if {[string match unconnected-* $theirs]} {
-                    set theirs ""
-                }
-                # Each name stands for one other name, always the same one.
-                foreach {from to} [list "b $theirs" "s $ours" "s $ours" "b $theirs"] {
-                    if {[string length $from] > 2 && [dict exists $known $from]
-                            && [dict get $known $from] ne $to} {
-                        error "$pad: $from is $to, and was [dict get $known $from]"
-                    }
-                    dict set known $from $to
-                }
-            }
+test projects "two projects share a sheet above their folders; pages, names and what is taken out are each one's own" -setup {
+    set folder [makeDirectory kicad_projects]
+    foreach name {one two two/部分} {
+        file mkdir $folder/$name
+    }
+    # Metric places, whose sums are other whole mils than they; bus names that go on by place in a range and by name in a group; a group may have a name of its own.
+    makeFile [schematic shared "
+      [placed r1 R 25.4 25.4 {one /one/a R1 one /one/b R2 two /two/a/b R11 two /other/a R99}]
+      [placed m1 MCU2 50.8 25.4 {one /one/a U1 one /one/b U2 two /two/a/b U11} "
+        (property \"Value\" \"\${型号}-\${PROJECT}\" (at 0 0 0)) (property \"型号\" \"国产\" (at 0 0 0))
+        (dnp yes) (in_bom no) (exclude_from_sim yes) (pin \"1\" (uuid \"p1\") (alternate \"U{slash}TX\"))"]
+      [wire 27.94 25.4 48.26 25.4] [label D3 30.48 25.4]
+      (hierarchical_label \"D\[2..3\]\" (shape input) (at 25.4 50.8 0)) (bus (pts (xy 25.4 50.8) (xy 50.8 50.8)))
+      [label SDA 22.86 25.4] (hierarchical_label \"{I2C}\" (shape input) (at 25.4 60.96 0)) (bus_alias \"I2C\" (members \"SDA\" \"SCL\"))
+      (text_box \"说明\" (at 10 10 0) (size 10 5) (effects (font (size 1.27 1.27)) (justify left top)))
+      (circle (center 10 10) (radius 2)) (image (at 1 1)) (novelty \"what comes after\") (image (at 2 2))"] shared.kicad_sch $folder
+    set pins {(pin "D[2..3]" input (at 101.6 %1$s 180)) (pin "{I2C}" input (at 101.6 %2$s 180))}
+    makeFile [schematic one "
+      [sheet a 左 ../shared.kicad_sch 25.4 [format $pins 27.94 30.48]] [sheet b 右 ..\\\\shared.kicad_sch 50.8]
+      (bus (pts (xy 76.2 27.94) (xy 101.6 27.94))) [label X\[0..7\] 76.2 27.94]
+      (bus (pts (xy 76.2 30.48) (xy 101.6 30.48))) [label Y{SDA} 76.2 30.48]
+      [placed r2 R 25.4 76.2 {elsewhere /one R8 one /one R3}] [label X1 22.86 76.2] [label Y.SDA 27.94 76.2]
+      [placed r3 R 24.66 80.01 {one /one R4}] [placed r4 R 29.74 80.01 {one /one R5}]
+      [placed v1 VDD 26.3 80.01 {one /one #PWR1} {(property "Value" "VDD" (at 0 0 0))}]
+      [sheet c 缺 none.kicad_sch 101.6] [sheet d 自 one.kicad_sch 127]"] one/one.kicad_sch $folder
+    makeFile {{"text_variables": {"PROJECT": "二"}}} two/two.kicad_pro $folder
+    makeFile [schematic two "[sheet a 板 部分/sub.kicad_sch 25.4 {(dnp yes)}]"] two/two.kicad_sch $folder
+    makeFile [schematic sub "[sheet b 板 ../../shared.kicad_sch 25.4] [placed r5 R 25.4 25.4 {two /two/a R12}]"] two/部分/sub.kicad_sch $folder
+    proc parts {design} {
+        lmap part [dict values [dict get $design parts]] {
+            if {[dict get $part power]} continue
+            concat [lmap key {reference value inBom fitted simulated} {dict get $part $key}] \
+                [lmap pin [dict get $part pins] {dict get $pin name}]
         }
-        dict size $compared
-    } -result $pins
-}
+    }
+} -body {
+    set one [kicad::load $folder/one/one.kicad_sch]
+    set two [kicad::load $folder/two/two.kicad_sch]
+    list [dict keys [dict get $one pages]] [parts $one] [joined $one] [dict get $one notes] \
+        [dict keys [dict get $two pages]] [parts $two] [joined $two] \
+        [lmap part [parts [kicad::load $folder/shared.kicad_sch]] {lindex $part 0}]
+} -result {{one 左 右} {{R3 {} 1 1 1 {} {}} {R4 {} 1 1 1 {} {}} {R5 {} 1 1 1 {} {}}\
+    {R1 {} 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 U/TX VDD} {R2 {} 1 1 1 {} {}} {U2 {国产-${PROJECT}} 0 0 0 U/TX VDD}}\
+    {VDD {R4.2 R5.1 U1.2 U2.2} X1 {R1.2 R3.1 U1.1} Y.SDA {R1.1 R3.2} 右/D3 {R2.2 U2.1} 右/SDA R2.1}\
+    {{shared.kicad_sch holds what is not shown: 2 image, 1 novelty} {sheet 缺 is left out: there is no none.kicad_sch}\
+        {sheet 自 is left out: it is on itself}}\
+    {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
+    {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

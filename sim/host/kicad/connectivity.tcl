@@ -160,11 +160,19 @@ proc ::kicad::attachName {wires buses onBusName aliases number x y name kinds na
     }
 }
 
+# The node of a pin. One that must not be connected is alone, whatever it touches.
+proc ::kicad::pinNode {part pin number} {
+    if {[dict get $pin type] eq "no_connect"} {
+        return "U [dict get $part id] [dict get $pin number]"
+    }
+    return "W $number [dict get $pin x] [dict get $pin y]"
+}
+
 # A supply symbol's pin joins the net that its value names, everywhere or, if it is a local one, on its
 # page. A hidden supply pin of any other part joins the net of its own name.
 proc ::kicad::connectPins {part symbol number} {
     foreach pin [dict get $part pins] {
-        set node "W $number [dict get $pin x] [dict get $pin y]"
+        set node [pinNode $part $pin $number]
         rootOf $node
         if {[dict get $pin type] ne "power_in"} {
             continue
@@ -222,30 +230,34 @@ proc ::kicad::nameNets {design numberOf} {
             dict set noConnect "W [dict get $numberOf $name] $point" 1
         }
     }
+    set connected {}
     dict for {id part} [dict get $design parts] {
+        set number [dict get $numberOf [dict get $part page]]
         foreach pin [dict get $part pins] {
-            set node "W [dict get $numberOf [dict get $part page]] [dict get $pin x] [dict get $pin y]"
-            dict lappend members [rootOf $node] [list $id [dict get $pin number]]
+            set root [rootOf [pinNode $part $pin $number]]
+            dict lappend connected $id [list $pin $root]
+            dict incr members $root
         }
     }
     set unnamed 0
-    dict for {root list} $members {
-        if {![dict exists $names $root] && [llength $list] > 1} {
+    dict for {root count} $members {
+        if {![dict exists $names $root] && $count > 1} {
             dict set names $root [format N%05d [incr unnamed]]
         }
     }
     set nets {}
-    dict for {id part} [dict get $design parts] {
+    dict for {id list} $connected {
+        set power [dict get $design parts $id power]
+        set number [dict get $numberOf [dict get $design parts $id page]]
         set pins {}
-        foreach pin [dict get $part pins] {
-            set node "W [dict get $numberOf [dict get $part page]] [dict get $pin x] [dict get $pin y]"
-            set root [rootOf $node]
+        foreach pair $list {
+            lassign $pair pin root
             set net [expr {[dict exists $names $root] ? [dict get $names $root] : ""}]
-            if {$net ne "" && ![dict get $part power]} {
+            if {$net ne "" && !$power} {
                 dict lappend nets $net [list $id [dict get $pin number]]
             }
             dict set pin net $net
-            dict set pin noConnect [dict exists $noConnect $node]
+            dict set pin noConnect [dict exists $noConnect "W $number [dict get $pin x] [dict get $pin y]"]
             lappend pins $pin
         }
         dict set design parts $id pins $pins

@@ -22,6 +22,7 @@ proc ::kicad::instanceFor {node path project} {
 # What overrides a symbol's own fields on the page with that path below the root: a dict of reference and
 # unit, in older files also of value and footprint.
 proc ::kicad::overridesFor {node path context} {
+    set key $path/[value $node uuid]
     set entry [instanceFor $node [dict get $context rootPath]$path [dict get $context project]]
     if {$entry ne ""} {
         set overrides [dict create reference [value $entry reference]]
@@ -30,11 +31,12 @@ proc ::kicad::overridesFor {node path context} {
         }
         return $overrides
     }
-    set key $path/[value $node uuid]
     if {[dict exists $context overrides $key]} {
         return [dict get $context overrides $key]
     }
-    return {}
+    # A sheet that is shown without its project goes by its first use, as in KiCad.
+    set first [child [child [child $node instances] project] path]
+    return [expr {$first eq "" ? {} : [dict create reference [value $first reference]]}]
 }
 
 # The root's own table of them: symbol path -> overrides.

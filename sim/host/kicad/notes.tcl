@@ -1,9 +1,10 @@
 # What a file holds that is not read: named once, so that nothing is lost silently.
 
 namespace eval ::kicad {
-    # Lists that are read, or say nothing about what a page shows and joins.
+    # Lists that are read, or say nothing about what a page shows and joins: where,name.
     variable read
-    array set read {
+    array set read {}
+    foreach {where names} {
         schematic {version generator generator_version uuid paper title_block lib_symbols symbol sheet
             sheet_instances symbol_instances embedded_fonts wire bus bus_entry bus_alias junction no_connect
             polyline rectangle circle arc bezier text text_box table label global_label hierarchical_label}
@@ -14,7 +15,12 @@ namespace eval ::kicad {
         library {extends power pin_numbers pin_names in_bom on_board exclude_from_sim property symbol
             embedded_fonts embedded_files}
         body {pin rectangle circle arc polyline bezier text text_box unit_name}
+    } {
+        foreach name $names {
+            set read($where,$name) 1
+        }
     }
+    unset where names name
 }
 
 # Counts the lists of a node that are not read, by name.
@@ -24,7 +30,7 @@ proc ::kicad::countUnread {countsName node where} {
     foreach item [lrange $node 1 end] {
         if {[string index $item 0] eq "\1"} {
             set name [string range [lindex $item 0] 1 end]
-            if {$name ni $read($where)} {
+            if {![info exists read($where,$name)]} {
                 dict incr counts $name
             }
         }

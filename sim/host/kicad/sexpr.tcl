@@ -8,6 +8,9 @@ namespace eval ::kicad {
     # stand, and parentheses must not be taken for those of lists.
     variable insideQuotes {\\\\ \\\\ \\\{ \\173 \\\} \\175 \{ \\173 \} \\175 ( \\050 ) \\051}
     variable outsideQuotes {\\ \\\\ \{ \\173 \} \\175}
+    # What styleOf found, by the list that says it.
+    variable styles
+    array set styles {}
 }
 
 proc ::kicad::parse {text} {
@@ -114,15 +117,23 @@ proc ::kicad::points {node} {
 # How a text looks: {size hidden justify}. justify says where it lies about its point:
 # {left, center or right} {top, center or bottom}.
 proc ::kicad::styleOf {node} {
+    variable styles
     set effects [child $node effects]
-    set across center
-    set down center
-    foreach word [lrange [child $effects justify] 1 end] {
-        switch -exact -- $word {
-            left - right {set across $word}
-            top - bottom {set down $word}
+    # Thousands of texts look alike.
+    if {![info exists styles($effects)]} {
+        set across center
+        set down center
+        foreach word [lrange [child $effects justify] 1 end] {
+            switch -exact -- $word {
+                left - right {set across $word}
+                top - bottom {set down $word}
+            }
         }
+        set styles($effects) [list [mils [value [child $effects font] size 1.27]] [says $effects hide] \
+            [list $across $down]]
     }
-    return [list [mils [value [child $effects font] size 1.27]] \
-        [expr {[says $effects hide] || [value $node hide] eq "yes"}] [list $across $down]]
+    if {[value $node hide] eq "yes"} {
+        return [lreplace $styles($effects) 1 1 1]
+    }
+    return $styles($effects)
 }

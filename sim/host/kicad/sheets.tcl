@@ -128,6 +128,8 @@ proc ::kicad::addPage {designName contextName file place} {
         dict set sheet page ""
         if {$below in $above} {
             dict lappend design notes "sheet [dict get $sheet name] is left out: it is on itself"
+        } elseif {![file isfile $below]} {
+            dict lappend design notes "sheet [dict get $sheet name] is left out: there is no [dict get $sheet file]"
         } elseif {[catch {readSheetFile design context $below} problem]} {
             dict lappend design notes "sheet [dict get $sheet name] is left out: $problem"
         } else {
@@ -177,9 +179,16 @@ proc ::kicad::sheetOf {node} {
         lappend pins [dict create name [plainText [lindex $pin 1]] type [lindex $pin 2] \
             x $pinX y $pinY rotation [lindex $at 3]]
     }
-    # The first two properties are the sheet's name and file, whatever language names them.
+    # KiCad 6 named these two in its user's language, but always wrote them first.
     set properties [children $node property]
-    return [dict create name [plainText [lindex $properties 0 2]] file [lindex $properties 1 2] \
+    lassign [list [lindex $properties 0 2] [lindex $properties 1 2]] name file
+    foreach property $properties {
+        switch -exact -- [lindex $property 1] {
+            Sheetname {set name [lindex $property 2]}
+            Sheetfile {set file [lindex $property 2]}
+        }
+    }
+    return [dict create name [plainText $name] file $file \
         uuid [value $node uuid] x $x y $y width $width height $height pins $pins]
 }
 

@@ -62,31 +62,37 @@ proc ::kicad::pinOf {node} {
     return $pin
 }
 
-# Symbols of a file by name. One that extends another has its graphics and pins too.
+# Symbols of a file by name. One that extends another has what that one has and it has not itself.
 proc ::kicad::symbolsOf {nodes} {
     set known {}
     foreach node $nodes {
         dict set known [lindex $node 1] [symbolOf $node]
     }
-    foreach node $nodes {
-        set name [lindex $node 1]
-        set base [value $node extends]
-        for {set depth 0} {$depth < 10 && [dict exists $known $base]} {incr depth} {
-            set symbol [dict get $known $base]
-            foreach part {graphics pins} {
-                dict set known $name $part [dict merge [dict get $symbol $part] [dict get $known $name $part]]
+    foreach name [dict keys $known] {
+        set symbol [dict get $known $name]
+        for {set depth 0} {$depth < 10 && [dict get $symbol extends] ne ""} {incr depth} {
+            # It names the other without their library.
+            set library [regsub {[^:]*$} $name ""]
+            set base $library[dict get $symbol extends]
+            if {![dict exists $known $base]} {
+                break
             }
-            dict set known $name properties \
-                [dict merge [dict get $symbol properties] [dict get $known $name properties]]
-            foreach part {power pinNamesHidden pinNumbersHidden} {
-                if {[dict get $known $name $part] in {"" 0}} {
-                    dict set known $name $part [dict get $symbol $part]
-                }
-            }
-            set base [dict get $symbol extends]
+            set symbol [extended [dict get $known $base] $symbol]
         }
+        dict set known $name $symbol
     }
     return $known
+}
+
+proc ::kicad::extended {base symbol} {
+    foreach part {graphics pins properties} {
+        dict set symbol $part [dict merge [dict get $base $part] [dict get $symbol $part]]
+    }
+    foreach part {power local pinNamesHidden pinNumbersHidden} {
+        dict set symbol $part [expr {[dict get $symbol $part] || [dict get $base $part]}]
+    }
+    dict set symbol extends [dict get $base extends]
+    return $symbol
 }
 
 # The children of a symbol are named NAME_unit_style; 0 stands for every unit or style.
