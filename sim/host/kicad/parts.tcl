@@ -61,6 +61,12 @@ proc ::kicad::withAlternates {symbol node} {
     return $symbol
 }
 
+# KiCad 6 has no mark of its own for parts that are left out; people write it into a field.
+proc ::kicad::isFitted {node properties} {
+    set field [expr {[dict exists $properties DNP] ? [string tolower [dict get $properties DNP]] : ""}]
+    return [expr {[value $node dnp no] ne "yes" && $field in {"" 0 no false}}]
+}
+
 # `instance` holds what this page's copy of the symbol overrides: reference, unit, value, footprint.
 # `page` also says whether parts are in the bill and fitted at all; `variables` are those of the page.
 proc ::kicad::partFrom {node id page symbol instance variables} {
@@ -92,7 +98,7 @@ proc ::kicad::partFrom {node id page symbol instance variables} {
         properties $properties texts $texts \
         power [expr {[dict get $symbol power] || [string match "#*" $reference]}] \
         inBom [expr {[dict get $page inBom] && [value $node in_bom yes] ne "no"}] \
-        fitted [expr {[dict get $page fitted] && [value $node dnp no] ne "yes"}] \
+        fitted [expr {[dict get $page fitted] && [isFitted $node $properties]}] \
         onBoard [expr {[dict get $page onBoard] && [value $node on_board yes] ne "no"}] \
         simulated [expr {[dict get $page simulated] && [value $node exclude_from_sim no] ne "yes"}]]
     dict set part pins [placedPins [withAlternates $symbol $node] $part]
