@@ -9,6 +9,9 @@ import tempfile
 
 from companion import paths
 
+# The design that is shown when no other is named. DESIGN_VALUE is the Chinese value of a part in it.
+DESIGN = pathlib.Path(__file__).resolve().parents[1] / "designs" / "microphone" / "microphone.kicad_sch"
+DESIGN_VALUE = "国产78L05"
 # The plug-in asks for the path of its own module with room for so many characters, the ending zero included.
 LONGEST_MODULE_PATH = 99
 

@@ -13,13 +13,9 @@ import fake_plug_in  # puts the stand-ins on the path
 
 from companion import messages
 from companion.view import View
-from stage import chinese_copy, host, playing
+from stage import host, playing
 from stage.installation import Installation, NotUsable
 from stage.scene import Missing, Scene
-
-SHEET = """(kicad_sch (symbol (property "Value" "47uF"))
-  (symbol_instances (path "/a" (reference "#PWR01") (unit 1) (value "GND"))
-    (path "/b" (reference "C1") (unit 1) (value "47uF"))))"""
 
 
 class SceneTest(unittest.IsolatedAsyncioTestCase):
@@ -87,19 +83,6 @@ class BeginTest(unittest.TestCase):
             with mock.patch.object(host, "HOST_PORT", other.getsockname()[1]):
                 with self.assertRaisesRegex(NotUsable, "is taken"):
                     host.require_free_port()
-
-    def test_a_copy_with_a_chinese_value(self):
-        with tempfile.TemporaryDirectory() as folder:
-            source, target = pathlib.Path(folder, "a"), pathlib.Path(folder, "设计")
-            source.mkdir()
-            target.mkdir()
-            (source / "x.kicad_sch").write_text(SHEET, encoding="utf-8")
-            copy, value = chinese_copy.make(source / "x.kicad_sch", target)
-            self.assertEqual(value, "国产47uF")
-            self.assertEqual(copy.read_text(encoding="utf-8"), SHEET.replace("47uF", value))
-            (source / "x.kicad_sch").write_text("(kicad_sch)", encoding="utf-8")
-            with self.assertRaisesRegex(NotUsable, "no part"):
-                chinese_copy.make(source / "x.kicad_sch", target)
 
 
 if __name__ == "__main__":

@@ -58,10 +58,10 @@ class Recorded:
                 self._pairs.setdefault(name, []).append((open_requests[name].pop(0), message))
 
     def block(self, who: str, name: str, shape: str = "") -> str:
-        """The first one; `shape` is that of a message of the plug-in."""
-        for message in self._found.get((who, name), []):
-            if shape in ("", message.shape):
-                return _block(message)
+        """The first one, if possible with texts in UTF-8 too; `shape` is that of a message of the plug-in."""
+        fitting = [message for message in self._found.get((who, name), []) if shape in ("", message.shape)]
+        for message in sorted(fitting, key=lambda message: not _encodings(record.json_of(message)[1])):
+            return _block(message)
         self.missing.append(f"{name} {shape}".strip())
         return ""
 
@@ -168,7 +168,7 @@ def run_calls() -> None:
             return super().command_line(designs) + ["-commands", paths.to_windows(script)]
 
     async def run() -> None:
-        designs = [Design.parse("ecc83/ecc83-pp.kicad_sch as design\\ecc83-pp.dsn")]
+        designs = [Design.parse("microphone/power.kicad_sch as design\\power.dsn")]
         async with Calls(REPOSITORY / "build" / "windows" / "Vernoxa64.dll", designs, Answers()) as calls:
             await calls.ended(60)
             root = calls.root

@@ -3,9 +3,8 @@
 The title block of such a record has the lines
 
     root: FOLDER                        every path of the run lies below it, in Windows form
-    design N: SCHEMATIC as NAME         a KiCad schematic (below the folder of the KiCad demos, or a whole path) and its
-                                        path below the root, in the order in which the designs were opened
-    design N: SCHEMATIC in Chinese as NAME      the same, with one part's value in Chinese
+    design N: SCHEMATIC as NAME         a KiCad schematic (below sim/designs, or a whole path) and its path below the
+                                        root, in the order in which the designs were opened
 """
 
 from __future__ import annotations
@@ -19,10 +18,10 @@ from companion.catalogue import REPLY_SUFFIX
 from companion.record import COMPANION, HOST, Entry
 from companion.server import CLOSED, OPENED, PROBED, RECEIVED, SENT, Event
 
-DEMOS = pathlib.Path("/usr/share/kicad/demos")
+DESIGNS = pathlib.Path(__file__).resolve().parents[2] / "sim" / "designs"
 ROOT = "Z:\\run"
 
-_DESIGN = re.compile(r"(?P<schematic>.+?)(?P<chinese> in Chinese)? as (?P<name>.+)")
+_DESIGN = re.compile(r"(?P<schematic>.+?) as (?P<name>.+)")
 _KINDS = {record.PLUG_IN: RECEIVED, record.COMPANION: SENT, OPENED: OPENED, CLOSED: CLOSED, PROBED: PROBED,
           HOST: HOST}
 
@@ -37,7 +36,6 @@ class Design:
 
     schematic: pathlib.Path
     name: str
-    in_chinese: bool = False
 
     @staticmethod
     def parse(text: str) -> "Design":
@@ -45,11 +43,11 @@ class Design:
         found = _DESIGN.fullmatch(text)
         if not found:
             raise NotReplayable(f'no design: "{text}"')
-        return Design(DEMOS / found["schematic"], found["name"], bool(found["chinese"]))
+        return Design(DESIGNS / found["schematic"], found["name"])
 
     def __str__(self) -> str:
-        path = self.schematic.relative_to(DEMOS) if self.schematic.is_relative_to(DEMOS) else self.schematic
-        return f"{path}{' in Chinese' if self.in_chinese else ''} as {self.name}"
+        path = self.schematic.relative_to(DESIGNS) if self.schematic.is_relative_to(DESIGNS) else self.schematic
+        return f"{path} as {self.name}"
 
 
 @dataclasses.dataclass

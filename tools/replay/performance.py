@@ -13,7 +13,7 @@ from companion.catalogue import REPLY_SUFFIX
 from companion.prompt import parse
 from companion.record import COMPANION, HOST, PLUG_IN, Entry
 from companion.server import RECEIVED, Companion, Event, NotConnected, PortTaken
-from stage import chinese_copy, host
+from stage import host
 from stage.installation import Installation, NotUsable
 
 import compare
@@ -84,12 +84,11 @@ class Performance:
 
     def _prepared(self, design: Design) -> tuple[pathlib.Path, str]:
         if not design.schematic.is_file():
-            raise NotUsable(f"{design.schematic} is not there: ./dev setup installs the designs")
+            raise NotUsable(f"{design.schematic} is not there")
         name = f"{self.root}\\{design.name}"
         folder = paths.to_local(paths.folder_of(name))
         folder.mkdir(parents=True, exist_ok=True)
-        schematic = chinese_copy.make(design.schematic, folder)[0] if design.in_chinese else design.schematic
-        return schematic, name
+        return design.schematic, name
 
     def _hear(self, speaker: str, text: str) -> None:
         if (speaker, text) == ("host", _DONE):

@@ -21,10 +21,9 @@ from companion.answers import Answers  # noqa: E402
 from companion.server import PORT, Companion, NotConnected  # noqa: E402
 from proxy import HOLD_SECONDS, Fault, Proxy  # noqa: E402
 from stage import host  # noqa: E402
-from stage.installation import Installation  # noqa: E402
+from stage.installation import DESIGN, Installation  # noqa: E402
 
 MODULE = REPOSITORY / "build" / "windows" / "Vernoxa64.dll"
-DESIGN = pathlib.Path("/usr/share/kicad/demos/complex_hierarchy/complex_hierarchy.kicad_sch")
 HOST_BEHIND, COMPANION_BEHIND = 19610, 19601
 # What may end in an exception, by its name in the crash log.
 MAY_FAIL = {"creatClient", "connectToServerForPthread"}
