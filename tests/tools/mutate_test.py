@@ -1,0 +1,40 @@
+"""The changes that ./dev mutate makes to a source: where there is room for them, and that the bytes are the right ones."""
+
+import pathlib
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools/mutate"))
+import changes  # noqa: E402
+
+CASES = (
+    # source line, what it can become
+    ("  if (a == b) {", {"  if (a != b) {", "  if (!(a == b)) {"}),
+    ("  return count < 3;", {"  return count <= 3;", "  return count >= 3;", "  return count < 4;", "  return count < 2;",
+                             "  return {};"}),
+    ("  log.writeLine(text);", {"  ;"}),
+    ('  const auto name = "测";  // a == b', {'  const auto name = "测x";  // a == b'}),
+    ("  for (; !done; ++next) {", {"  for (; done; ++next) {", "  for (; !done; --next) {"}),
+    ("  std::vector<int> numbers;", set()),
+    ("#include <vector>  // 1 + 1", set()),
+    ("  // only 1 + 1 words", set()),
+    ("  const char end = '\\n';", {"  const char end = 'y';"}),
+    ("  flags |= 0x10U;", {"  flags |= 17U;", "  flags |= 15U;", "  ;"}),
+)
+
+
+class ChangesTest(unittest.TestCase):
+    def test_lines(self):
+        with tempfile.TemporaryDirectory() as folder:
+            root = pathlib.Path(folder)
+            for line, expected in CASES:
+                with self.subTest(line=line):
+                    source = f"// 器件\n{line}\n"
+                    (root / "a.cpp").write_text(source, encoding="utf-8")
+                    made = {change.apply(source.encode()).decode() for change in changes.of_file(root, "a.cpp")}
+                    self.assertEqual(made, {f"// 器件\n{after}\n" for after in expected})
+
+
+if __name__ == "__main__":
+    unittest.main()
