@@ -32,16 +32,17 @@ constexpr int largest = 1'000'000;
 // Takes page files and counts their bytes; keeps them in `target` when that is open.
 class CountingFiles final : public Files {
  public:
-  std::uint32_t attributes(const std::string&) override { return noAttributes; }
-  std::string fullPath(const std::string& path) override { return path; }
-  std::optional<std::string> read(const std::string&) override { return std::nullopt; }
-  std::unique_ptr<OutputFile> openForAppending(const std::string&) override { return nullptr; }
-  std::unique_ptr<OutputFile> create(const std::string&) override { return std::make_unique<Output>(*this); }
-  bool createFolder(const std::string&) override { return true; }
-  bool removeFile(const std::string&) override { return true; }
-  bool removeFolder(const std::string&) override { return true; }
-  bool copyFile(const std::string&, const std::string&) override { return false; }
-  std::vector<FolderEntry> entries(const std::string&) override { return {}; }
+  std::uint32_t attributes(const FilePath&) override { return noAttributes; }
+  FilePath fullPath(const FilePath& path) override { return path; }
+  FilePath shortPath(const FilePath& path) override { return path; }
+  std::optional<std::string> read(const FilePath&) override { return std::nullopt; }
+  std::unique_ptr<OutputFile> openForAppending(const FilePath&) override { return nullptr; }
+  std::unique_ptr<OutputFile> create(const FilePath&) override { return std::make_unique<Output>(*this); }
+  bool createFolder(const FilePath&) override { return true; }
+  bool removeFile(const FilePath&) override { return true; }
+  bool removeFolder(const FilePath&) override { return true; }
+  bool copyFile(const FilePath&, const FilePath&) override { return false; }
+  std::vector<FolderEntry> entries(const FilePath&) override { return {}; }
 
   std::ofstream target;
   std::size_t bytes = 0;
@@ -169,7 +170,8 @@ class Bench {
   FakeWorld fake_;
   CountingFiles files_;
   World world_;
-  PlugIn plugIn_{world_, "C:\\App\\bin\\Vernoxa64.dll", Logs(fake_.clock, files_, "C:\\App\\bin"), nullptr,
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(fake_.clock, files_, pathOf("C:\\App\\bin")),
+                 nullptr,
                  [](std::shared_ptr<Session>) {}};  // NOLINT(performance-unnecessary-value-param): the type is given
   Tcl_Interp* interp_ = Tcl_CreateInterp();
 };

@@ -41,7 +41,7 @@ std::string exportModule(int parts) {
 
 std::size_t place(const std::string& module) {
   FakeServices with;
-  with.state.installDirectory = "C:\\App";
+  with.state.installDirectory = pathOf("C:\\App");
   with.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
   with.fake.files.addFile(moduleFile, module);
   with.state.placement.dsnDatPath = moduleFile;

@@ -28,7 +28,8 @@ int main() {
     lock->acquire();
     lock->release();
   });
-  const double looking = microsecondsEach([&] { files.attributes("C:\\no such folder\\Script\\Log"); });
+  const double looking =
+      microsecondsEach([&] { files.attributes(vernoxa::FilePath::fromUtf8("C:\\no such folder\\Script\\Log")); });
   std::printf("packet lock, taken and given back: %.1f us; look for the log folder: %.1f us\n", locking, looking);
   return 0;
 }

@@ -1,91 +1,142 @@
 #include "system/fake_code_page.h"
 
+#include <array>
 #include <new>
 
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include <iconv.h>
-
-#include <array>
 #endif
 
 namespace vernoxa {
 namespace {
 
+constexpr unsigned literals = 936;
+constexpr unsigned utf8Number = 65001;
+
+struct Converted {
+  std::string text;
+  bool whole = true;  // nothing had to be put in the place of something
+};
+
 #ifdef _WIN32
 
-// CP_UTF8 or 936, and what stands for a byte or character that has no counterpart.
-std::string convert(std::string_view text, UINT from, UINT to) {
+// Best fit is the system's own; whatever does not come back the same was not converted whole.
+Converted convert(std::string_view text, unsigned from, unsigned to) {
   std::wstring wide(text.size(), L'\0');
   const int units = MultiByteToWideChar(from, 0, text.data(), static_cast<int>(text.size()), wide.data(),
                                         static_cast<int>(wide.size()));
-  std::string result(static_cast<std::size_t>(units) * 3, '\0');
-  const int bytes =
-      WideCharToMultiByte(to, 0, wide.data(), units, result.data(), static_cast<int>(result.size()), nullptr, nullptr);
-  result.resize(static_cast<std::size_t>(bytes));
+  Converted result{std::string(static_cast<std::size_t>(units) * 3, '\0')};
+  const int bytes = WideCharToMultiByte(to, 0, wide.data(), units, result.text.data(),
+                                        static_cast<int>(result.text.size()), nullptr, nullptr);
+  result.text.resize(static_cast<std::size_t>(bytes));
+  std::wstring back(static_cast<std::size_t>(units), L'\0');
+  const int backUnits = MultiByteToWideChar(to, 0, result.text.data(), bytes, back.data(), units);
+  result.whole = backUnits == units && back == wide.substr(0, back.size());
   return result;
-}
-
-std::string ansiToUtf8(std::string_view text) {
-  return convert(text, 936, CP_UTF8);
-}
-
-std::string utf8ToAnsi(std::string_view text) {
-  return convert(text, CP_UTF8, 936);
 }
 
 #else
 
-std::string convert(std::string_view text, const char* from, const char* to, std::string_view substitute) {
+const char* nameOf(unsigned number) {
+  switch (number) {
+    case 936:
+      return "CP936";
+    case 950:
+      return "CP950";
+    case 932:
+      return "CP932";
+    case 1252:
+      return "CP1252";
+    default:
+      return "UTF-8";
+  }
+}
+
+Converted convert(std::string_view text, unsigned from, unsigned to) {
   struct Conversion {
     iconv_t handle;
     ~Conversion() { iconv_close(handle); }
-  } const conversion{iconv_open(to, from)};
+  } const conversion{iconv_open(nameOf(to), nameOf(from))};
   std::string input(text);
   char* next = input.data();
   std::size_t left = input.size();
-  std::string result;
+  Converted result;
   while (left > 0) {
     std::array<char, 256> buffer{};
     char* output = buffer.data();
     std::size_t space = buffer.size();
     const char* const before = next;
     iconv(conversion.handle, &next, &left, &output, &space);
-    result.append(buffer.data(), buffer.size() - space);
+    result.text.append(buffer.data(), buffer.size() - space);
     if (next == before && space == buffer.size()) {  // stuck: one bad byte, or one character without a counterpart
-      result.append(substitute);
+      result.whole = false;
+      result.text.append(to == utf8Number ? "\xEF\xBF\xBD" : "?");
       do {
         ++next;
         --left;
-      } while (from == std::string_view("UTF-8") && left > 0 && (static_cast<unsigned char>(*next) & 0xC0U) == 0x80U);
+      } while (from == utf8Number && left > 0 && (static_cast<unsigned char>(*next) & 0xC0U) == 0x80U);
     }
   }
   return result;
 }
 
-std::string ansiToUtf8(std::string_view text) {
-  return convert(text, "CP936", "UTF-8", "\xEF\xBF\xBD");
-}
-
-std::string utf8ToAnsi(std::string_view text) {
-  return convert(text, "UTF-8", "CP936", "?");
-}
-
 #endif
+
+struct Range {
+  unsigned char first;
+  unsigned char last;
+};
+
+// First bytes of double-byte characters (the tables of Windows' code pages).
+std::array<Range, 2> leadBytes(unsigned number) {
+  switch (number) {
+    case 936:
+    case 950:
+      return {{{0x81, 0xFE}, {0x81, 0xFE}}};
+    case 932:
+      return {{{0x81, 0x9F}, {0xE0, 0xFC}}};
+    default:
+      return {{{1, 0}, {1, 0}}};
+  }
+}
 
 }  // namespace
 
+bool FakeCodePage::isLeadByte(char byte) const {
+  const auto value = static_cast<unsigned char>(byte);
+  for (const Range& range : leadBytes(number_)) {
+    if (value >= range.first && value <= range.last) {
+      return true;
+    }
+  }
+  return false;
+}
+
 std::string FakeCodePage::toUtf8(std::string_view ansi) const {
-  return throwing ? throw std::bad_alloc() : ansiToUtf8(ansi);
+  return throwing ? throw std::bad_alloc() : convert(ansi, number_, utf8Number).text;
 }
 
 std::string FakeCodePage::fromUtf8(std::string_view utf8) const {
-  return throwing ? throw std::bad_alloc() : utf8ToAnsi(utf8);
+  return throwing ? throw std::bad_alloc() : convert(utf8, utf8Number, number_).text;
+}
+
+std::optional<std::string> FakeCodePage::nameFromUtf8(std::string_view utf8) const {
+  Converted name = throwing ? throw std::bad_alloc() : convert(utf8, utf8Number, number_);
+  return name.whole ? std::optional(std::move(name.text)) : std::nullopt;
 }
 
 std::string utf8(std::u8string_view text) {
   return {text.begin(), text.end()};
+}
+
+FilePath pathOf(std::string_view literal) {
+  return FilePath::fromUtf8(convert(literal, literals, utf8Number).text);
+}
+
+std::string literalOf(const FilePath& path) {
+  return convert(path.utf8(), utf8Number, literals).text;
 }
 
 }  // namespace vernoxa

@@ -72,7 +72,7 @@ class FakeClipboard final : public Clipboard {
     explicit Opened(FakeClipboard& clipboard) : clipboard_(clipboard) { ++clipboard_.openNow; }
     ~Opened() override { --clipboard_.openNow; }
     bool hasMetafile() override { return clipboard_.metafile.has_value(); }
-    bool saveMetafile(const std::string& path) override {
+    bool saveMetafile(const FilePath& path) override {
       const auto file = clipboard_.files_.create(path);
       return file && clipboard_.metafile && file->write(*clipboard_.metafile);
     }
@@ -98,8 +98,8 @@ class FakePictures final : public Pictures {
   std::vector<PixelSize> drawn;
 
   ScreenMeasures screen() override { return measures; }
-  std::unique_ptr<Metafile> openMetafile(const std::string& path) override {
-    opened.push_back(path);
+  std::unique_ptr<Metafile> openMetafile(const FilePath& path) override {
+    opened.push_back(path.utf8());
     return std::make_unique<Opened>(*this);
   }
 

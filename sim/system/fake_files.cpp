@@ -3,23 +3,17 @@
 #include <algorithm>
 #include <cctype>
 
-#include "core/text.h"
-
 namespace vernoxa {
 namespace {
 
-// Takes the first name from a path; the second byte of a double-byte character is no separator.
 std::string takeName(std::string_view& path) {
-  std::size_t end = 0;
-  while (end < path.size() && path[end] != '\\' && path[end] != '/') {
-    end += isDoubleByteLead(path[end]) && end + 1 < path.size() ? 2U : 1U;
-  }
+  const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
   std::string name(path.substr(0, end));
   path.remove_prefix(std::min(end + 1, path.size()));
   return name;
 }
 
-// As Windows resolves a path: no "." and "..", no dots and blanks where names end.
+// As Windows resolves a path: no "." and "..", no dots and spaces where names end.
 std::string resolved(std::string_view path) {
   std::vector<std::string> names;
   while (!path.empty()) {
@@ -40,16 +34,15 @@ std::string resolved(std::string_view path) {
 }
 
 // One key for all spellings of a path.
-std::string keyOf(const std::string& path) {
-  std::string key = resolved(path);
-  for (std::size_t index = 0; index < key.size(); ++index) {
-    if (isDoubleByteLead(key[index])) {
-      ++index;
-    } else {
-      key[index] = static_cast<char>(std::tolower(key[index]));
-    }
-  }
+std::string keyOf(const FilePath& path) {
+  std::string key = resolved(path.utf8());
+  std::transform(key.begin(), key.end(), key.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return key;
+}
+
+std::string folderOf(const std::string& key) {
+  return key.substr(0, key.rfind('\\'));
 }
 
 bool isDrive(const std::string& key) {
@@ -79,28 +72,36 @@ class FakeFiles::Output final : public OutputFile {
   std::shared_ptr<std::string> bytes_;
 };
 
-std::string FakeFiles::fullPath(const std::string& path) {
+FilePath FakeFiles::fullPath(const FilePath& path) {
   // As Windows does, the last separator stays.
-  const bool open = !path.empty() && replaceInCodePage(path, '\\', "/").back() == '/';
-  return faults.strike() ? std::string() : resolved(path) + (open ? "\\" : "");
+  const bool open = path.utf8().ends_with('\\') || path.utf8().ends_with('/');
+  return faults.strike() ? FilePath() : FilePath::fromUtf8(resolved(path.utf8()) + (open ? "\\" : ""));
 }
 
-void FakeFiles::addFolder(const std::string& path, std::uint32_t attributes) {
+FilePath FakeFiles::shortPath(const FilePath& path) {
+  if (!Files::exists(path)) {
+    return {};
+  }
+  const auto found = shortPaths.find(path);
+  return found != shortPaths.end() ? found->second : path;
+}
+
+void FakeFiles::addFolder(const FilePath& path, std::uint32_t attributes) {
   const std::string key = keyOf(path);
-  if (const std::string parent = withoutLastComponent(key); parent != key) {
-    addFolder(path.substr(0, parent.size()));
+  if (const std::string parent = folderOf(key); parent != key) {
+    addFolder(FilePath::fromUtf8(path.utf8().substr(0, parent.size())));
   }
   const std::lock_guard lock(guard_);
   nodes_.try_emplace(key, Node{path, attributes, nullptr});
 }
 
-void FakeFiles::addFile(const std::string& path, std::string_view bytes, std::uint32_t attributes) {
-  addFolder(path.substr(0, withoutLastComponent(keyOf(path)).size()));
+void FakeFiles::addFile(const FilePath& path, std::string_view bytes, std::uint32_t attributes) {
+  addFolder(FilePath::fromUtf8(path.utf8().substr(0, folderOf(keyOf(path)).size())));
   const std::lock_guard lock(guard_);
   nodes_[keyOf(path)] = {path, attributes, std::make_shared<std::string>(bytes)};
 }
 
-std::string FakeFiles::bytes(const std::string& path) const {
+std::string FakeFiles::bytes(const FilePath& path) const {
   const std::lock_guard lock(guard_);
   const auto found = nodes_.find(keyOf(path));
   return found == nodes_.end() || !found->second.bytes ? "(no file)" : *found->second.bytes;
@@ -110,7 +111,7 @@ std::vector<std::string> FakeFiles::paths() const {
   const std::lock_guard lock(guard_);
   std::vector<std::string> all;
   for (const auto& [key, node] : nodes_) {
-    all.push_back(node.path);
+    all.push_back(literalOf(node.path));
   }
   return all;
 }
@@ -120,31 +121,31 @@ std::vector<std::string> FakeFiles::changes() const {
   return changes_;
 }
 
-std::uint32_t FakeFiles::attributes(const std::string& path) {
+std::uint32_t FakeFiles::attributes(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
   return node != nullptr ? node->attributes : noAttributes;
 }
 
-std::optional<std::string> FakeFiles::read(const std::string& path) {
+std::optional<std::string> FakeFiles::read(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
   return node != nullptr && node->bytes ? std::optional(*node->bytes) : std::nullopt;
 }
 
-std::unique_ptr<OutputFile> FakeFiles::openForAppending(const std::string& path) {
+std::unique_ptr<OutputFile> FakeFiles::openForAppending(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = fileForWriting(path, false);
   return node != nullptr ? std::make_unique<Output>(*this, node->bytes) : nullptr;
 }
 
-std::unique_ptr<OutputFile> FakeFiles::create(const std::string& path) {
+std::unique_ptr<OutputFile> FakeFiles::create(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = fileForWriting(path, true);
   return node != nullptr ? std::make_unique<Output>(*this, node->bytes) : nullptr;
 }
 
-bool FakeFiles::createFolder(const std::string& path) {
+bool FakeFiles::createFolder(const FilePath& path) {
   const std::lock_guard lock(guard_);
   if (faults.strike() || find(path) != nullptr || !hasItsFolder(path)) {
     return false;
@@ -154,7 +155,7 @@ bool FakeFiles::createFolder(const std::string& path) {
   return true;
 }
 
-bool FakeFiles::removeFile(const std::string& path) {
+bool FakeFiles::removeFile(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
   if (node == nullptr || !node->bytes || (node->attributes & 1U) != 0) {
@@ -164,7 +165,7 @@ bool FakeFiles::removeFile(const std::string& path) {
   return nodes_.erase(keyOf(path)) == 1;
 }
 
-bool FakeFiles::removeFolder(const std::string& path) {
+bool FakeFiles::removeFolder(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
   if (node == nullptr || node->bytes) {
@@ -177,7 +178,7 @@ bool FakeFiles::removeFolder(const std::string& path) {
   return nodes_.erase(keyOf(path)) == 1;
 }
 
-bool FakeFiles::copyFile(const std::string& from, const std::string& to) {
+bool FakeFiles::copyFile(const FilePath& from, const FilePath& to) {
   const std::lock_guard lock(guard_);
   const Node* const source = faults.strike() ? nullptr : find(from);
   if (source == nullptr || !source->bytes || find(to) != nullptr || !hasItsFolder(to)) {
@@ -188,7 +189,7 @@ bool FakeFiles::copyFile(const std::string& from, const std::string& to) {
   return true;
 }
 
-std::vector<FolderEntry> FakeFiles::entries(const std::string& folder) {
+std::vector<FolderEntry> FakeFiles::entries(const FilePath& folder) {
   const std::lock_guard lock(guard_);
   std::vector<FolderEntry> found;
   if (faults.strike()) {
@@ -196,14 +197,14 @@ std::vector<FolderEntry> FakeFiles::entries(const std::string& folder) {
   }
   const std::string key = keyOf(folder);
   for (const auto& [each, node] : nodes_) {
-    if (each != key && !isDrive(each) && withoutLastComponent(each) == key) {
-      found.push_back({node.path.substr(key.size() + 1), node.attributes});
+    if (each != key && !isDrive(each) && folderOf(each) == key) {
+      found.push_back({node.path.utf8().substr(key.size() + 1), node.attributes});
     }
   }
   return found;
 }
 
-FakeFiles::Node* FakeFiles::find(const std::string& path) {
+FakeFiles::Node* FakeFiles::find(const FilePath& path) {
   const std::string key = keyOf(path);
   if (isDrive(key)) {
     nodes_.try_emplace(key, Node{path, directoryAttribute, nullptr});
@@ -212,12 +213,12 @@ FakeFiles::Node* FakeFiles::find(const std::string& path) {
   return found == nodes_.end() ? nullptr : &found->second;
 }
 
-bool FakeFiles::hasItsFolder(const std::string& path) {
-  const Node* const folder = find(withoutLastComponent(keyOf(path)));
+bool FakeFiles::hasItsFolder(const FilePath& path) {
+  const Node* const folder = find(FilePath::fromUtf8(folderOf(keyOf(path))));
   return folder != nullptr && isDirectory(folder->attributes);
 }
 
-FakeFiles::Node* FakeFiles::fileForWriting(const std::string& path, bool emptied) {
+FakeFiles::Node* FakeFiles::fileForWriting(const FilePath& path, bool emptied) {
   if (faults.strike() || !hasItsFolder(path)) {
     return nullptr;
   }
@@ -236,14 +237,14 @@ FakeFiles::Node* FakeFiles::fileForWriting(const std::string& path, bool emptied
   return existing;
 }
 
-bool FakeFiles::hasEntries(const std::string& folder) const {
+bool FakeFiles::hasEntries(const FilePath& folder) const {
   const std::string prefix = keyOf(folder) + "\\";
   const auto next = nodes_.lower_bound(prefix);
   return next != nodes_.end() && next->first.starts_with(prefix);
 }
 
-void FakeFiles::change(const char* what, const std::string& path) {
-  changes_.push_back(std::string(what) + " " + path);
+void FakeFiles::change(const char* what, const FilePath& path) {
+  changes_.push_back(std::string(what) + " " + literalOf(path));
 }
 
 }  // namespace vernoxa

@@ -1,5 +1,7 @@
 // A file system in memory that behaves as Windows' does: names without regard to case, "\" and "/" alike, a file needs
-// its folder. Paths are in the code page. Usable from any thread.
+// its folder. Usable from any thread.
+//
+// Tests give paths as literals and read them so.
 #pragma once
 
 #include <map>
@@ -10,6 +12,7 @@
 #include <string_view>
 
 #include "core/files.h"
+#include "system/fake_code_page.h"
 #include "system/faults.h"
 
 namespace vernoxa {
@@ -17,44 +20,60 @@ namespace vernoxa {
 class FakeFiles final : public Files {
  public:
   // Both make every folder above.
-  void addFolder(const std::string& path, std::uint32_t attributes = directoryAttribute);
-  void addFile(const std::string& path, std::string_view bytes, std::uint32_t attributes = 0);
+  void addFolder(const FilePath& path, std::uint32_t attributes = directoryAttribute);
+  void addFile(const FilePath& path, std::string_view bytes, std::uint32_t attributes = 0);
   // The file's bytes; "(no file)" when there is none.
-  std::string bytes(const std::string& path) const;
+  std::string bytes(const FilePath& path) const;
+
+  void addFolder(std::string_view literal, std::uint32_t attributes = directoryAttribute) {
+    addFolder(pathOf(literal), attributes);
+  }
+  void addFile(std::string_view literal, std::string_view bytes, std::uint32_t attributes = 0) {
+    addFile(pathOf(literal), bytes, attributes);
+  }
+  std::string bytes(std::string_view literal) const { return bytes(pathOf(literal)); }
+  bool exists(std::string_view literal) { return Files::exists(pathOf(literal)); }
+  bool removeFile(std::string_view literal) { return removeFile(pathOf(literal)); }
+  bool removeFolder(std::string_view literal) { return removeFolder(pathOf(literal)); }
+  std::vector<FolderEntry> entries(std::string_view literal) { return entries(pathOf(literal)); }
+
   // Every file and folder by its name as it was first written, sorted.
   std::vector<std::string> paths() const;
   // What was changed, in order: "create", "append", "remove", "copy", "folder" and the path.
   std::vector<std::string> changes() const;
 
   Faults faults;
+  std::map<FilePath, FilePath> shortPaths;  // of what has one, beside all that is short anyway
 
-  std::uint32_t attributes(const std::string& path) override;
-  std::string fullPath(const std::string& path) override;
-  std::optional<std::string> read(const std::string& path) override;
-  std::unique_ptr<OutputFile> openForAppending(const std::string& path) override;
-  std::unique_ptr<OutputFile> create(const std::string& path) override;
-  bool createFolder(const std::string& path) override;
-  bool removeFile(const std::string& path) override;
-  bool removeFolder(const std::string& path) override;
-  bool copyFile(const std::string& from, const std::string& to) override;
-  std::vector<FolderEntry> entries(const std::string& folder) override;
+  using Files::exists;
+  std::uint32_t attributes(const FilePath& path) override;
+  FilePath fullPath(const FilePath& path) override;
+  FilePath shortPath(const FilePath& path) override;
+  std::optional<std::string> read(const FilePath& path) override;
+  std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override;
+  std::unique_ptr<OutputFile> create(const FilePath& path) override;
+  bool createFolder(const FilePath& path) override;
+  bool removeFile(const FilePath& path) override;
+  bool removeFolder(const FilePath& path) override;
+  bool copyFile(const FilePath& from, const FilePath& to) override;
+  std::vector<FolderEntry> entries(const FilePath& folder) override;
 
  private:
   struct Node {
-    std::string path;
+    FilePath path;
     std::uint32_t attributes = 0;
     std::shared_ptr<std::string> bytes;  // outlives a removal while the file is open
   };
   class Output;
 
-  Node* find(const std::string& path);
-  bool hasItsFolder(const std::string& path);
-  Node* fileForWriting(const std::string& path, bool emptied);
-  bool hasEntries(const std::string& folder) const;
-  void change(const char* what, const std::string& path);
+  Node* find(const FilePath& path);
+  bool hasItsFolder(const FilePath& path);
+  Node* fileForWriting(const FilePath& path, bool emptied);
+  bool hasEntries(const FilePath& folder) const;
+  void change(const char* what, const FilePath& path);
 
   mutable std::mutex guard_;
-  std::map<std::string, Node> nodes_;
+  std::map<std::string, Node> nodes_;  // by one text for all spellings of a path, UTF-8
   std::vector<std::string> changes_;
 };
 

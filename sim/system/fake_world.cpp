@@ -74,9 +74,10 @@ void FakeUserMessages::forget() {
 }
 
 FakeServices::FakeServices()
-    : logs(Logs(fake.clock, fake.files, "C:\\App\\bin"), "C:\\App\\Script\\Log"), text(fake.codePage, fake.messages) {
-  state.link.setBaseDirectory("C:\\App");
-  state.logDirectory = "C:\\App\\Script\\Log";
+    : logs(Logs(fake.clock, fake.files, pathOf("C:\\App\\bin")), pathOf("C:\\App\\Script\\Log")),
+      text(fake.codePage, fake.messages) {
+  state.link.setBaseDirectory(pathOf("C:\\App"));
+  state.logDirectory = pathOf("C:\\App\\Script\\Log");
   fake.files.addFolder("C:\\App\\bin");
 }
 

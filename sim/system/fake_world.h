@@ -40,8 +40,8 @@ class FakeProcesses final : public Processes {
  public:
   std::vector<Process> running() override;
   int ownId() override { return id; }
-  std::string currentFolder() override { return folder; }
-  void setCurrentFolder(const std::string& path) override { folder = path; }
+  FilePath currentFolder() override { return pathOf(folder); }
+  void setCurrentFolder(const FilePath& path) override { folder = literalOf(path); }
   void start(const std::string& file, const std::string& argument) override;
 
   std::vector<Process> list{{"[System Process]", 0}, {"Capture.exe", 4242}};

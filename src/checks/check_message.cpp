@@ -62,7 +62,7 @@ PlaceName placeName(std::string_view name, const TextConverter& text) {
 std::string pageName(std::string_view name, const TextConverter& text) {
   constexpr std::string_view backslashMark = "[;fanxiegan;]";
   const PlaceName page = placeName(name, text);
-  return page.inCodePage ? replaceInCodePage(page.text, '\\', backslashMark)
+  return page.inCodePage ? text.replaceInCodePage(page.text, '\\', backslashMark)
                          : replaceAll(page.text, "\\", backslashMark);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/code_page.h"
 #include "core/log.h"
 #include "core/services.h"
 #include "core/user_messages.h"
@@ -29,7 +30,7 @@ bool isOfKind(JsonView value, MemberKind kind) {
 void takeAnswer(const Request& request, Services& services) {
   const auto path = request.data.member("Path").text();
   if (request.command == "FileStatus_EndResult" && path && !path->empty()) {
-    services.state.link.setBaseDirectory(std::string(*path));
+    services.state.link.setBaseDirectory(services.text.path(*path));
   }
 }
 

@@ -36,10 +36,6 @@ Outcome noActivePage() {
   return Outcome::failure("请先打开要放置的原理图page页!");
 }
 
-std::string newLibrary(const PlacedLibrary& placed, HandlerContext& context) {
-  return context.services.text.scriptValue(placed.newLibrary);
-}
-
 }  // namespace
 
 Outcome placeDsnLibPartModule(const Request& request, HandlerContext& context) {
@@ -59,7 +55,7 @@ Outcome placeDsnLibPartModule(const Request& request, HandlerContext& context) {
   const PlacedLibrary placed = placeLibrary(context.host, context.services, DraggedBox::none);
   context.host.evaluate("setPlaceMarketFlag 2");
   ScriptText place("PlaceNew ");
-  place.bare(scriptValue(request, context, "PartName")).literal(" ").braced(newLibrary(placed, context));
+  place.bare(scriptValue(request, context, "PartName")).literal(" ").braced(placed.newLibrary.utf8());
   context.host.evaluate(place.literal(" ").bare(scriptValue(request, context, "PartIndex")).text());
   state.keep();
   return Outcome::success();
@@ -74,7 +70,7 @@ Outcome placeDsnModule(const Request&, HandlerContext& context) {
   const PlacedLibrary placed = placeLibrary(context.host, context.services, DraggedBox::made);
   context.host.evaluate("setPlaceMarketFlag 1");
   ScriptText place("PlaceNew ");
-  place.quoted(newLibrary(placed, context)).literal(" ViewBox");
+  place.quoted(placed.newLibrary.utf8()).literal(" ViewBox");
   if (const auto box = placed.module.viewBox()) {
     place.literal(" ").braced(box->width + " " + box->height);
   }

@@ -5,6 +5,7 @@
 #include "core/code_page.h"
 #include "core/files.h"
 #include "core/log.h"
+#include "core/path_text.h"
 #include "core/script_host.h"
 #include "core/script_text.h"
 #include "core/services.h"
@@ -38,18 +39,18 @@ Outcome getNewOpenPath(const Request&, HandlerContext& context) {
 }
 
 // The folder is made one level deep: the project's own folder is there, or nothing can be written.
-std::string netsFile(Services& services) {
-  const std::string folder = services.state.link.baseDirectory() + "\\Cache";
+FilePath netsFile(Services& services) {
+  const FilePath folder = services.state.link.baseDirectory() / "Cache";
   services.world.files.createFolder(folder);
-  return folder + "\\Nets.txt";
+  return folder / "Nets.txt";
 }
 
 Outcome getNetsList(const Request& request, HandlerContext& context) {
   const TextConverter& convert = context.services.text;
-  const std::string file = netsFile(context.services);
+  const FilePath file = netsFile(context.services);
   ScriptText script("GetNetsList ");
   script.quoted(doubleBackslashes(convert.hostPath(request.text("ProjectPath")))).literal(" ");
-  script.quoted(doubleBackslashes(convert.scriptValue(file)));
+  script.quoted(doubleBackslashes(file.utf8()));
   const Evaluation answer = context.host.evaluate(script.text());
   if (!answer.ok || answer.text.starts_with("Error")) {
     return Outcome::failure(convert.messageText(answer.text));
@@ -58,7 +59,7 @@ Outcome getNetsList(const Request& request, HandlerContext& context) {
     return Outcome::failure("File not exist");
   }
   Json data = Json::object();
-  data.add("netlistsFile", file);
+  data.add("netlistsFile", pathText(context.services, file));
   data.add("datFile", convert.messageText(answer.text));
   return Outcome::success(std::move(data));
 }

@@ -1,6 +1,7 @@
 #include "commands/companion_handlers.h"
 #include "commands/script_values.h"
 #include "core/code_page.h"
+#include "core/path_text.h"
 #include "core/script_host.h"
 #include "core/script_text.h"
 #include "core/services.h"
@@ -37,7 +38,8 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
   if (!answer.ok || answer.text.empty()) {
     return Outcome::failure(replyValue(context, answer.text), repliedItself);
   }
-  const std::string folder = context.services.state.link.baseDirectory() + "\\Cache\\Output";
+  const std::string folder =
+      pathText(context.services, context.services.state.link.baseDirectory() / "Cache" / "Output");
   Outcome outcome = Outcome::success();
   outcome.reply->data.add("SVGPath", folder);
   outcome.reply->data.add("PreviewPic", folder + "\\Preview.bmp");

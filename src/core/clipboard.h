@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 // The clipboard while it is ours; closed with this object. Meant to be short-lived: nobody else can use it meanwhile.
@@ -13,7 +15,7 @@ class ClipboardAccess {
   // An enhanced metafile lies there, or something that the system makes one of.
   virtual bool hasMetafile() = 0;
   // False when there is none or the file cannot be written.
-  virtual bool saveMetafile(const std::string& path) = 0;
+  virtual bool saveMetafile(const FilePath& path) = 0;
   // In place of everything that was there. The text is in the code page and ends at its first NUL byte.
   virtual void replaceByText(const std::string& text) = 0;
 };

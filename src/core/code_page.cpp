@@ -49,4 +49,37 @@ std::string TextConverter::hostPath(std::string_view path) const {
   return utf8OfTcl(path) ? std::string(path) : ansiToUtf8(path);
 }
 
+FilePath TextConverter::path(std::string_view packetPath) const {
+  return FilePath::fromUtf8(scriptValue(packetPath));
+}
+
+std::string TextConverter::trueName(std::string_view hostName) const {
+  const auto plain = utf8OfTcl(hostName);
+  return plain ? *plain : ansiToUtf8(hostName);
+}
+
+std::optional<std::string> TextConverter::nameInCodePage(const FilePath& path) const {
+  return isAscii(path.utf8()) ? path.utf8() : codePage_.nameFromUtf8(path.utf8());
+}
+
+std::string TextConverter::replaceInCodePage(std::string_view text, char character, std::string_view to) const {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (codePage_.isLeadByte(text[index]) && index + 1 < text.size()) {
+      result.append(text, index++, 2);
+    } else if (text[index] == character) {
+      result.append(to);
+    } else {
+      result.push_back(text[index]);
+    }
+  }
+  return result;
+}
+
+std::string TextConverter::doubledBackslashes(std::string_view packetPath) const {
+  return isUtf8WithThreeByteSequence(packetPath) ? doubleBackslashes(packetPath)
+                                                 : replaceInCodePage(packetPath, '\\', "\\\\");
+}
+
 }  // namespace vernoxa

@@ -1,21 +1,30 @@
-// Conversions between the host's ANSI code page (GBK, 936) and UTF-8.
+// The system's ANSI code page (936, GBK, on the systems that the plug-in was made for), and UTF-8.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "core/file_path.h"
 
 namespace vernoxa {
 
 class UserMessages;
 
-// The conversions of the operating system. A character that the code page lacks becomes the system's default
-// character. Bytes that are no text of the source encoding give replacement characters, never a failure. Usable from
-// any thread.
+// The code page that the process began with, and its conversions by the operating system. Bytes that are no text of the
+// source encoding give replacement characters, never a failure. Usable from any thread.
 class CodePage {
  public:
   virtual ~CodePage() = default;
+  virtual unsigned number() const = 0;  // as Windows numbers it; 65001 is UTF-8
+  // Whether a double-byte character begins so. None does in UTF-8, whose sequences hold no byte of another character.
+  virtual bool isLeadByte(char byte) const = 0;
   virtual std::string toUtf8(std::string_view ansi) const = 0;
+  // A character that the code page lacks becomes one that looks like it, or the system's default character: for texts
+  // that are read, never for one that becomes a name.
   virtual std::string fromUtf8(std::string_view utf8) const = 0;
+  // Nothing when the code page lacks a character.
+  virtual std::optional<std::string> nameFromUtf8(std::string_view utf8) const = 0;
 };
 
 // The conversions as the plug-in uses them. Results end at the first NUL byte of the text.
@@ -38,6 +47,22 @@ class TextConverter {
 
   // A path that came from the host, goes back to it and may have been in either encoding: any valid UTF-8 stays.
   std::string hostPath(std::string_view path) const;
+
+  // A path that a packet brought or the state holds for one, in the code page or in UTF-8 as `scriptValue` tells.
+  FilePath path(std::string_view packetPath) const;
+
+  // A name from the host's Tcl on its way into a path (UTF-8).
+  std::string trueName(std::string_view hostName) const;
+
+  // A path on its way into a message; nothing when the code page lacks a character of it.
+  std::optional<std::string> nameInCodePage(const FilePath& path) const;
+
+  // Replaces a character of a text in the code page: the second byte of a double-byte character is never that
+  // character.
+  std::string replaceInCodePage(std::string_view text, char character, std::string_view to) const;
+
+  // Doubles the backslashes of a path in the code page or in UTF-8.
+  std::string doubledBackslashes(std::string_view packetPath) const;
 
  private:
   const CodePage& codePage_;

@@ -1,17 +1,17 @@
-// The folders of the installation, all derived from the full path of the plug-in's own module (code page).
+// The folders of the installation, all derived from the full path of the plug-in's own module.
 #pragma once
 
-#include <string>
+#include "core/file_path.h"
 
 namespace vernoxa {
 
 struct Directories {
-  std::string pluginFolder;   // the module's own folder; the crash log lives below it
-  std::string baseDirectory;  // the module path without its last two components
-  std::string logDirectory;   // traffic log
-  std::string configurationFile;
+  FilePath pluginFolder;   // the module's own folder; the crash log lives below it
+  FilePath baseDirectory;  // the module path without its last two components
+  FilePath logDirectory;   // traffic log
+  FilePath configurationFile;
 };
 
-Directories directoriesOf(const std::string& modulePath);
+Directories directoriesOf(const FilePath& modulePath);
 
 }  // namespace vernoxa

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 
 #include "core/text.h"
 
@@ -33,12 +32,6 @@ std::string_view markerOf(const char& character) {
   return {&character, 1};
 }
 
-// Second bytes begin at 40 (Windows code page 936 table). A separator after a stray first byte stays a separator for
-// Windows, and must not get through.
-bool isDoubleByteCharacter(std::string_view text) {
-  return text.size() >= 2 && isDoubleByteLead(text[0]) && static_cast<unsigned char>(text[1]) >= 0x40;
-}
-
 char upperCase(char byte) {
   return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
 }
@@ -58,12 +51,8 @@ bool isDevice(std::string_view name) {
 std::string escapedFileName(std::string_view name) {
   std::string escaped;
   escaped.reserve(name.size());
-  for (std::size_t index = 0; index < name.size(); ++index) {
-    if (isDoubleByteCharacter(name.substr(index))) {
-      escaped.append(name, index++, 2);
-    } else {
-      escaped.append(markerOf(name[index]));
-    }
+  for (const char& character : name) {
+    escaped.append(markerOf(character));
   }
   return escaped;
 }

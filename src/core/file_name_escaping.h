@@ -7,11 +7,11 @@
 namespace vernoxa {
 
 // Replaces each of \ / : * ? " < > | by its marker, for example ":" by "[;maohao;]"; the companion replaces the markers
-// back. Text in the code page: the second byte of a double-byte character is none of these.
+// back. UTF-8.
 std::string escapedFileName(std::string_view name);
 
 // A name that stands for a file wherever it is opened: one that Windows keeps for a device, as CON or "lpt1.json", gets
-// "_" in front, and ":", behind which another name for the same file would begin, becomes "-". UTF-8 or code page.
+// "_" in front, and ":", behind which another name for the same file would begin, becomes "-". UTF-8.
 std::string plainFileName(std::string_view name);
 
 }  // namespace vernoxa

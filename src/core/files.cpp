@@ -4,7 +4,7 @@
 
 namespace vernoxa {
 
-bool Files::isFolder(const std::string& path) {
+bool Files::isFolder(const FilePath& path) {
   const std::uint32_t found = attributes(path);
   return found != noAttributes && (found & directoryAttribute) != 0;
 }

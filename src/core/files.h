@@ -1,4 +1,4 @@
-// The file system as the plug-in uses it. Paths and names are in the code page; contents are bytes.
+// The file system as the plug-in uses it. Paths and names are true ones, in UTF-8; contents are bytes.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/file_path.h"
 
 namespace vernoxa {
 
@@ -19,7 +21,7 @@ class OutputFile {
 };
 
 struct FolderEntry {
-  std::string name;
+  std::string name;              // UTF-8
   std::uint32_t attributes = 0;  // as Windows numbers them: 1 read-only, 2 hidden, 16 directory, 1024 reparse point
 };
 
@@ -31,29 +33,32 @@ constexpr std::uint32_t noAttributes = 0xFFFFFFFFU;    // INVALID_FILE_ATTRIBUTE
 class Files {
  public:
   virtual ~Files() = default;
-  virtual std::uint32_t attributes(const std::string& path) = 0;
+  virtual std::uint32_t attributes(const FilePath& path) = 0;
   // The path from its drive or share on, as the system takes it for every other call: "." and ".." resolved, dots and
-  // blanks left out where names end. Empty when it is no path, or longer
-  // than 259 bytes (MAX_PATH).
-  virtual std::string fullPath(const std::string& path) = 0;
+  // spaces left out where names end. Empty when it is no path, or longer
+  // than 259 characters (MAX_PATH).
+  virtual FilePath fullPath(const FilePath& path) = 0;
+  // Another name of a file or folder that is there, each part of at most eight characters, a dot and three (a short
+  // name), as older programs open it. Its own where it needs no other; empty where the system keeps none.
+  virtual FilePath shortPath(const FilePath& path) = 0;
   // The whole file, opened so that others may go on reading it. Nothing for what is no file, as "COM1" and pipes.
-  virtual std::optional<std::string> read(const std::string& path) = 0;
+  virtual std::optional<std::string> read(const FilePath& path) = 0;
   // Appends; made when missing; others may read, write and delete it meanwhile. Each write arrives in one piece.
-  virtual std::unique_ptr<OutputFile> openForAppending(const std::string& path) = 0;
+  virtual std::unique_ptr<OutputFile> openForAppending(const FilePath& path) = 0;
   // Made new or emptied.
-  virtual std::unique_ptr<OutputFile> create(const std::string& path) = 0;
+  virtual std::unique_ptr<OutputFile> create(const FilePath& path) = 0;
   // One level only.
-  virtual bool createFolder(const std::string& path) = 0;
-  virtual bool removeFile(const std::string& path) = 0;
+  virtual bool createFolder(const FilePath& path) = 0;
+  virtual bool removeFile(const FilePath& path) = 0;
   // An empty folder, or a link to a folder (never what stands behind it).
-  virtual bool removeFolder(const std::string& path) = 0;
+  virtual bool removeFolder(const FilePath& path) = 0;
   // Does not overwrite.
-  virtual bool copyFile(const std::string& from, const std::string& to) = 0;
+  virtual bool copyFile(const FilePath& from, const FilePath& to) = 0;
   // Entries of a folder without "." and "..", in the system's order; empty when it cannot be read.
-  virtual std::vector<FolderEntry> entries(const std::string& folder) = 0;
+  virtual std::vector<FolderEntry> entries(const FilePath& folder) = 0;
 
-  bool exists(const std::string& path) { return attributes(path) != noAttributes; }
-  bool isFolder(const std::string& path);
+  bool exists(const FilePath& path) { return attributes(path) != noAttributes; }
+  bool isFolder(const FilePath& path);
 };
 
 // Windows' text mode: "\n" becomes "\r\n".

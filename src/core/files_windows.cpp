@@ -4,12 +4,26 @@
 #include <array>
 
 #include "core/handle_windows.h"
+#include "core/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {
 
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t largestPiece = std::size_t{1} << 30U;  // a write takes a 32-bit count
+
+std::wstring wide(const FilePath& path) {
+  return toWide(path.utf8(), CP_UTF8);
+}
+
+// What a call that fills in a path of that many characters gives; empty when it fails or needs more.
+template <class Call>
+FilePath pathWithin(std::size_t size, Call call) {
+  std::wstring path(size, L'\0');
+  const DWORD length = call(path.data(), static_cast<DWORD>(size));
+  path.resize(length < size ? length : 0);
+  return FilePath::fromUtf8(fromWide(path, CP_UTF8));
+}
 
 class WindowsOutputFile final : public OutputFile {
  public:
@@ -31,31 +45,36 @@ class WindowsOutputFile final : public OutputFile {
   FileHandle handle_;
 };
 
-std::unique_ptr<OutputFile> open(const std::string& path, DWORD access, DWORD disposition) {
-  FileHandle handle(CreateFileA(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+std::unique_ptr<OutputFile> open(const FilePath& path, DWORD access, DWORD disposition) {
+  FileHandle handle(
+      CreateFileW(wide(path).c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
   return handle ? std::make_unique<WindowsOutputFile>(std::move(handle)) : nullptr;
 }
 
-bool isDots(const char* name) {
-  return std::string_view(name) == "." || std::string_view(name) == "..";
+bool isDots(std::wstring_view name) {
+  return name == L"." || name == L"..";
 }
 
 }  // namespace
 
-std::uint32_t WindowsFiles::attributes(const std::string& path) {
-  return GetFileAttributesA(path.c_str());
+std::uint32_t WindowsFiles::attributes(const FilePath& path) {
+  return GetFileAttributesW(wide(path).c_str());
 }
 
-std::string WindowsFiles::fullPath(const std::string& path) {
-  std::string full(MAX_PATH, '\0');
-  const DWORD length = GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-  full.resize(length < full.size() ? length : 0);  // no other call takes a longer one
-  return full;
+FilePath WindowsFiles::fullPath(const FilePath& path) {
+  return pathWithin(MAX_PATH, [&](wchar_t* full, DWORD size) {  // no other call takes a longer one
+    return GetFullPathNameW(wide(path).c_str(), size, full, nullptr);
+  });
 }
 
-std::optional<std::string> WindowsFiles::read(const std::string& path) {
+FilePath WindowsFiles::shortPath(const FilePath& path) {
+  return pathWithin(MAX_PATH,
+                    [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).c_str(), name, size); });
+}
+
+std::optional<std::string> WindowsFiles::read(const FilePath& path) {
   const FileHandle handle(
-      CreateFileA(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+      CreateFileW(wide(path).c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   // A pipe or a serial port would be waited for.
   if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
     return std::nullopt;
@@ -72,42 +91,42 @@ std::optional<std::string> WindowsFiles::read(const std::string& path) {
   return std::nullopt;
 }
 
-std::unique_ptr<OutputFile> WindowsFiles::openForAppending(const std::string& path) {
+std::unique_ptr<OutputFile> WindowsFiles::openForAppending(const FilePath& path) {
   return open(path, FILE_APPEND_DATA, OPEN_ALWAYS);
 }
 
-std::unique_ptr<OutputFile> WindowsFiles::create(const std::string& path) {
+std::unique_ptr<OutputFile> WindowsFiles::create(const FilePath& path) {
   return open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
 }
 
-bool WindowsFiles::createFolder(const std::string& path) {
-  return CreateDirectoryA(path.c_str(), nullptr) != 0;
+bool WindowsFiles::createFolder(const FilePath& path) {
+  return CreateDirectoryW(wide(path).c_str(), nullptr) != 0;
 }
 
-bool WindowsFiles::removeFile(const std::string& path) {
-  return DeleteFileA(path.c_str()) != 0;
+bool WindowsFiles::removeFile(const FilePath& path) {
+  return DeleteFileW(wide(path).c_str()) != 0;
 }
 
-bool WindowsFiles::removeFolder(const std::string& path) {
-  return RemoveDirectoryA(path.c_str()) != 0;
+bool WindowsFiles::removeFolder(const FilePath& path) {
+  return RemoveDirectoryW(wide(path).c_str()) != 0;
 }
 
-bool WindowsFiles::copyFile(const std::string& from, const std::string& to) {
-  return CopyFileA(from.c_str(), to.c_str(), TRUE) != 0;
+bool WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
+  return CopyFileW(wide(from).c_str(), wide(to).c_str(), TRUE) != 0;
 }
 
-std::vector<FolderEntry> WindowsFiles::entries(const std::string& folder) {
+std::vector<FolderEntry> WindowsFiles::entries(const FilePath& folder) {
   std::vector<FolderEntry> found;
-  WIN32_FIND_DATAA entry{};
-  const FindHandle search(FindFirstFileA((folder + "\\*.*").c_str(), &entry));
+  WIN32_FIND_DATAW entry{};
+  const FindHandle search(FindFirstFileW(wide(folder / "*.*").c_str(), &entry));
   if (!search) {
     return found;
   }
   do {
     if (!isDots(entry.cFileName)) {
-      found.push_back({entry.cFileName, entry.dwFileAttributes});
+      found.push_back({fromWide(entry.cFileName, CP_UTF8), entry.dwFileAttributes});
     }
-  } while (FindNextFileA(search.get(), &entry) != 0);
+  } while (FindNextFileW(search.get(), &entry) != 0);
   return found;
 }
 

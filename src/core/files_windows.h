@@ -1,4 +1,4 @@
-// The file system through Windows' ANSI calls: paths go through the code page.
+// The file system through Windows' wide calls.
 #pragma once
 
 #include "core/files.h"
@@ -7,16 +7,17 @@ namespace vernoxa {
 
 class WindowsFiles final : public Files {
  public:
-  std::uint32_t attributes(const std::string& path) override;
-  std::string fullPath(const std::string& path) override;
-  std::optional<std::string> read(const std::string& path) override;
-  std::unique_ptr<OutputFile> openForAppending(const std::string& path) override;
-  std::unique_ptr<OutputFile> create(const std::string& path) override;
-  bool createFolder(const std::string& path) override;
-  bool removeFile(const std::string& path) override;
-  bool removeFolder(const std::string& path) override;
-  bool copyFile(const std::string& from, const std::string& to) override;
-  std::vector<FolderEntry> entries(const std::string& folder) override;
+  std::uint32_t attributes(const FilePath& path) override;
+  FilePath fullPath(const FilePath& path) override;
+  FilePath shortPath(const FilePath& path) override;
+  std::optional<std::string> read(const FilePath& path) override;
+  std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override;
+  std::unique_ptr<OutputFile> create(const FilePath& path) override;
+  bool createFolder(const FilePath& path) override;
+  bool removeFile(const FilePath& path) override;
+  bool removeFolder(const FilePath& path) override;
+  bool copyFile(const FilePath& from, const FilePath& to) override;
+  std::vector<FolderEntry> entries(const FilePath& folder) override;
 };
 
 }  // namespace vernoxa

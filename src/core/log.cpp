@@ -51,10 +51,10 @@ void LogWriter::writeFormatted(const char* format, ...) noexcept {
   writeLine(buffer.data());
 }
 
-Logs::Logs(Clock& clock, Files& files, std::string pluginFolder)
+Logs::Logs(Clock& clock, Files& files, FilePath pluginFolder)
     : clock_(clock), files_(files), pluginFolder_(std::move(pluginFolder)) {}
 
-Logs::Logs(const Logs& other, std::string logDirectory)
+Logs::Logs(const Logs& other, FilePath logDirectory)
     : clock_(other.clock_),
       files_(other.files_),
       pluginFolder_(other.pluginFolder_),
@@ -67,7 +67,7 @@ LogWriter Logs::openTraffic() const noexcept {
 std::unique_ptr<OutputFile> Logs::openTrafficFile() const noexcept {
   try {
     if (!logDirectory_.empty() && files_.isFolder(logDirectory_)) {
-      return files_.openForAppending(logDirectory_ + "\\schLog.txt");
+      return files_.openForAppending(logDirectory_ / "schLog.txt");
     }
   } catch (const std::exception&) {
     return nullptr;
@@ -77,11 +77,11 @@ std::unique_ptr<OutputFile> Logs::openTrafficFile() const noexcept {
 
 void Logs::reportCrash(std::string_view operation) const noexcept {
   try {
-    const std::string folder = pluginFolder_ + "\\catchLog";
+    const FilePath folder = pluginFolder_ / "catchLog";
     if (!files_.exists(folder)) {
       files_.createFolder(folder);
     }
-    LogWriter(clock_, files_.openForAppending(folder + "\\log.txt")).writeLine(operation);
+    LogWriter(clock_, files_.openForAppending(folder / "log.txt")).writeLine(operation);
   } catch (const std::exception&) {
     return;  // the report is for developers; there is nobody left to tell
   }
@@ -89,7 +89,7 @@ void Logs::reportCrash(std::string_view operation) const noexcept {
 
 void Logs::resetTraffic() const {
   if (files_.isFolder(logDirectory_)) {
-    files_.removeFile(logDirectory_ + "\\SchLog.txt");
+    files_.removeFile(logDirectory_ / "SchLog.txt");
   }
 }
 

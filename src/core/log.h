@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 class Clock;
@@ -36,8 +38,8 @@ class LogWriter {
 class Logs {
  public:
   // `pluginFolder` holds the crash log's folder "\catchLog". The traffic log is off until its folder is known.
-  Logs(Clock& clock, Files& files, std::string pluginFolder);
-  Logs(const Logs& other, std::string logDirectory);
+  Logs(Clock& clock, Files& files, FilePath pluginFolder);
+  Logs(const Logs& other, FilePath logDirectory);
 
   // On while the log directory exists.
   LogWriter openTraffic() const noexcept;
@@ -51,8 +53,8 @@ class Logs {
 
   Clock& clock_;
   Files& files_;
-  std::string pluginFolder_;
-  std::string logDirectory_;
+  FilePath pluginFolder_;
+  FilePath logDirectory_;
 };
 
 }  // namespace vernoxa

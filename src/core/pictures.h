@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 // Edges in hundredths of a millimetre, as a metafile's header gives them; any of them may be the larger one.
@@ -48,7 +50,7 @@ class Pictures {
   virtual ~Pictures() = default;
   virtual ScreenMeasures screen() = 0;
   // Nothing when the file is missing or no metafile. The file stays open as long as the metafile.
-  virtual std::unique_ptr<Metafile> openMetafile(const std::string& path) = 0;
+  virtual std::unique_ptr<Metafile> openMetafile(const FilePath& path) = 0;
 };
 
 }  // namespace vernoxa

@@ -9,11 +9,12 @@
 #include <array>
 
 #include "core/handle_windows.h"
+#include "core/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {
 
-constexpr DWORD modulePathCharacters = 100;
+constexpr std::size_t modulePathBytes = 99;
 
 // Any address of this module does.
 const char addressInModule = 0;
@@ -46,24 +47,28 @@ int WindowsProcesses::ownId() {
   return _getpid();
 }
 
-std::string WindowsProcesses::currentFolder() {
-  std::array<char, MAX_PATH> buffer{};
-  const DWORD length = GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data());
-  return length < buffer.size() ? std::string(buffer.data(), length) : std::string();
+FilePath WindowsProcesses::currentFolder() {
+  std::array<wchar_t, MAX_PATH> buffer{};
+  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(buffer.size()), buffer.data());
+  return length < buffer.size() ? FilePath::fromUtf8(fromWide({buffer.data(), length}, CP_UTF8)) : FilePath();
 }
 
-void WindowsProcesses::setCurrentFolder(const std::string& folder) {
-  SetCurrentDirectoryA(folder.c_str());
+void WindowsProcesses::setCurrentFolder(const FilePath& folder) {
+  SetCurrentDirectoryW(toWide(folder.utf8(), CP_UTF8).c_str());
 }
 
 void WindowsProcesses::start(const std::string& file, const std::string& argument) {
   ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);
 }
 
-std::string modulePath() {
-  std::array<char, MAX_PATH> buffer{};
-  GetModuleFileNameA(ownModule(), buffer.data(), modulePathCharacters);
-  return buffer.data();
+FilePath modulePath() {
+  std::array<wchar_t, MAX_PATH> buffer{};
+  const DWORD length = GetModuleFileNameW(ownModule(), buffer.data(), static_cast<DWORD>(buffer.size()));
+  std::wstring path(buffer.data(), length);
+  while (fromWide(path, CP_ACP).size() > modulePathBytes) {
+    path.pop_back();
+  }
+  return FilePath::fromUtf8(fromWide(path, CP_UTF8));
 }
 
 void pinModule() {

@@ -11,14 +11,14 @@ class WindowsProcesses final : public Processes {
  public:
   std::vector<Process> running() override;
   int ownId() override;
-  std::string currentFolder() override;
-  void setCurrentFolder(const std::string& folder) override;
+  FilePath currentFolder() override;
+  void setCurrentFolder(const FilePath& folder) override;
   void start(const std::string& file, const std::string& argument) override;
 };
 
-// Full path of this module (code page), found by an address in it, however the host loaded it. At most 99 characters:
-// the buffer's size is a limit that the installation keeps to.
-std::string modulePath();
+// Full path of this module, found by an address in it, however the host loaded it. Cut after 99 bytes of the code page:
+// a limit that the installation keeps to.
+FilePath modulePath();
 
 // Keeps the module loaded until the process ends: a thread runs in it that nothing ends.
 void pinModule();

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "core/handle_windows.h"
+#include "core/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {
@@ -18,7 +19,8 @@ using RegistryKey = Owned<RegistryKeyTrait>;
 RegistryKey openForReading(const RegistryPath& path) {
   const HKEY root = path.root == RegistryRoot::localMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
   HKEY key = nullptr;
-  return RegistryKey(RegOpenKeyExA(root, path.key.c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS ? key : nullptr);
+  return RegistryKey(
+      RegOpenKeyExW(root, toWide(path.key, CP_UTF8).c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS ? key : nullptr);
 }
 
 }  // namespace
@@ -29,31 +31,38 @@ std::vector<std::string> WindowsRegistry::subKeys(const RegistryPath& path) {
   if (!key) {
     return names;
   }
-  std::array<char, registryBufferBytes> buffer{};
+  std::array<wchar_t, 256> buffer{};
   for (DWORD index = 0;; ++index) {
     auto length = static_cast<DWORD>(buffer.size());
-    if (RegEnumKeyExA(key.get(), index, buffer.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+    if (RegEnumKeyExW(key.get(), index, buffer.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
       return names;
     }
-    names.emplace_back(buffer.data(), length);
+    const std::wstring_view name(buffer.data(), length);
+    if (fromWide(name, CP_ACP).size() >= registryBufferBytes) {
+      return names;
+    }
+    names.push_back(fromWide(name, CP_UTF8));
   }
 }
 
 std::optional<std::string> WindowsRegistry::text(const RegistryPath& path, const std::string& name) {
   const RegistryKey key = openForReading(path);
-  std::array<char, registryBufferBytes> buffer{};
-  auto size = static_cast<DWORD>(buffer.size());
+  std::array<wchar_t, registryBufferBytes> buffer{};
+  auto size = static_cast<DWORD>(sizeof buffer);
   DWORD type = REG_NONE;
-  if (!key || RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()),
-                               &size) != ERROR_SUCCESS) {
+  if (!key || RegQueryValueExW(key.get(), toWide(name, CP_UTF8).c_str(), nullptr, &type,
+                               reinterpret_cast<BYTE*>(buffer.data()), &size) != ERROR_SUCCESS) {
     return std::nullopt;
   }
   if (type != REG_SZ && type != REG_EXPAND_SZ) {
     return std::nullopt;
   }
   // Whoever wrote the value may have left out its ending zero.
-  const std::string text(buffer.data(), size);
-  return text.substr(0, text.find('\0'));
+  const std::wstring_view stored(buffer.data(), size / sizeof(wchar_t));
+  if (fromWide(stored, CP_ACP).size() > registryBufferBytes) {
+    return std::nullopt;
+  }
+  return fromWide(stored.substr(0, stored.find(L'\0')), CP_UTF8);
 }
 
 }  // namespace vernoxa

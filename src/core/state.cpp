@@ -4,22 +4,22 @@
 
 namespace vernoxa {
 
-std::string LinkState::baseDirectory() const {
+FilePath LinkState::baseDirectory() const {
   const std::lock_guard lock(guard_);
   return baseDirectory_;
 }
 
-void LinkState::setBaseDirectory(std::string path) {
+void LinkState::setBaseDirectory(FilePath path) {
   const std::lock_guard lock(guard_);
   baseDirectory_ = std::move(path);
 }
 
-std::string LinkState::hostInstallPath() const {
+FilePath LinkState::hostInstallPath() const {
   const std::lock_guard lock(guard_);
   return hostInstallPath_;
 }
 
-void LinkState::setHostInstallPath(std::string path) {
+void LinkState::setHostInstallPath(FilePath path) {
   const std::lock_guard lock(guard_);
   hostInstallPath_ = std::move(path);
 }

@@ -7,19 +7,21 @@
 #include <string>
 #include <vector>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 // What the host's thread and the link thread both touch. Every access is guarded; no reference into it leaves.
 class LinkState {
  public:
   // Starts as the plug-in's base directory and follows the project path that the companion reports, so that the cache
-  // folders follow the open project. Code page, no trailing "\".
-  std::string baseDirectory() const;
-  void setBaseDirectory(std::string path);
+  // folders follow the open project. No trailing "\".
+  FilePath baseDirectory() const;
+  void setBaseDirectory(FilePath path);
 
-  // Full path of the host's Capture.exe, code page; empty when it was not found.
-  std::string hostInstallPath() const;
-  void setHostInstallPath(std::string path);
+  // Full path of the host's Capture.exe; empty when it was not found.
+  FilePath hostInstallPath() const;
+  void setHostInstallPath(FilePath path);
 
   // True while the host's scripts hold a connection to the companion.
   bool clientCreated() const;
@@ -27,8 +29,8 @@ class LinkState {
 
  private:
   mutable std::mutex guard_;
-  std::string baseDirectory_;
-  std::string hostInstallPath_;
+  FilePath baseDirectory_;
+  FilePath hostInstallPath_;
   bool clientCreated_ = false;
 };
 
@@ -66,8 +68,8 @@ struct ToldDesign {
 // Everything but `link` belongs to the host's thread.
 struct GlobalState {
   LinkState link;
-  std::string installDirectory;  // found from the module path, code page; later reports of projects never change it
-  std::string logDirectory;
+  FilePath installDirectory;  // found from the module path; later reports of projects never change it
+  FilePath logDirectory;
   std::string language = "EN";
   std::vector<std::string> openDesigns;  // paths as the host gave them
   std::vector<ToldDesign> toldDesigns;

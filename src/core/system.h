@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 // A globally unique identifier in its four fields.
@@ -50,8 +52,8 @@ class Processes {
   // Snapshot in the system's order; empty when it cannot be taken.
   virtual std::vector<Process> running() = 0;
   virtual int ownId() = 0;
-  virtual std::string currentFolder() = 0;
-  virtual void setCurrentFolder(const std::string& folder) = 0;
+  virtual FilePath currentFolder() = 0;
+  virtual void setCurrentFolder(const FilePath& folder) = 0;
   // Opens a file of the current folder with one argument, minimised. Failures of the system are silent.
   virtual void start(const std::string& file, const std::string& argument) = 0;
 };

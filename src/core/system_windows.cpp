@@ -14,14 +14,6 @@
 namespace vernoxa {
 namespace {
 
-std::string fromWide(const std::wstring& wide, UINT codePage) {
-  const int size = static_cast<int>(wide.size());
-  const int length = WideCharToMultiByte(codePage, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
-  std::string text(static_cast<std::size_t>(length), '\0');
-  WideCharToMultiByte(codePage, 0, wide.data(), size, text.data(), length, nullptr, nullptr);
-  return text;
-}
-
 // Win32 mutexes let their own thread in again.
 class WindowsLock final : public Lock {
  public:
@@ -53,12 +45,22 @@ void WindowsClock::sleep(std::chrono::milliseconds duration) {
   Sleep(static_cast<DWORD>(duration.count()));
 }
 
+WindowsCodePage::WindowsCodePage() : number_(GetACP()) {
+  for (std::size_t byte = 0; byte < leadBytes_.size(); ++byte) {
+    leadBytes_[byte] = IsDBCSLeadByteEx(number_, static_cast<BYTE>(byte)) != 0;
+  }
+}
+
 std::string WindowsCodePage::toUtf8(std::string_view ansi) const {
-  return fromWide(toWide(ansi, CP_ACP), CP_UTF8);
+  return fromWide(toWide(ansi, number_), CP_UTF8);
 }
 
 std::string WindowsCodePage::fromUtf8(std::string_view utf8) const {
-  return fromWide(toWide(utf8, CP_UTF8), CP_ACP);
+  return fromWide(toWide(utf8, CP_UTF8), number_);
+}
+
+std::optional<std::string> WindowsCodePage::nameFromUtf8(std::string_view utf8) const {
+  return nameFromWide(toWide(utf8, CP_UTF8), number_);
 }
 
 std::optional<Guid> WindowsGuidSource::create() {

@@ -1,6 +1,8 @@
 // Windows' clock, code page, identifiers, locks and standard output.
 #pragma once
 
+#include <bitset>
+
 #include "core/clock.h"
 #include "core/code_page.h"
 #include "core/system.h"
@@ -16,8 +18,17 @@ class WindowsClock final : public Clock {
 
 class WindowsCodePage final : public CodePage {
  public:
+  WindowsCodePage();
+
+  unsigned number() const override { return number_; }
+  bool isLeadByte(char byte) const override { return leadBytes_[static_cast<unsigned char>(byte)]; }
   std::string toUtf8(std::string_view ansi) const override;
   std::string fromUtf8(std::string_view utf8) const override;
+  std::optional<std::string> nameFromUtf8(std::string_view utf8) const override;
+
+ private:
+  unsigned number_;
+  std::bitset<256> leadBytes_;
 };
 
 class WindowsGuidSource final : public GuidSource {

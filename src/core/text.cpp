@@ -172,40 +172,8 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
   return result.append(text, start, std::string_view::npos);
 }
 
-bool isDoubleByteLead(char byte) {
-  const auto value = static_cast<unsigned char>(byte);
-  return value >= 0x81 && value <= 0xFE;
-}
-
-std::string replaceInCodePage(std::string_view text, char character, std::string_view to) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    if (isDoubleByteLead(text[index]) && index + 1 < text.size()) {
-      result.append(text, index++, 2);
-    } else if (text[index] == character) {
-      result.append(to);
-    } else {
-      result.push_back(text[index]);
-    }
-  }
-  return result;
-}
-
 std::string doubleBackslashes(std::string_view text) {
   return replaceAll(text, "\\", "\\\\");
-}
-
-std::string withoutLastComponent(std::string_view path) {
-  std::size_t last = std::string_view::npos;
-  for (std::size_t index = 0; index < path.size(); ++index) {
-    if (isDoubleByteLead(path[index]) && index + 1 < path.size()) {
-      ++index;
-    } else if (path[index] == '\\') {
-      last = index;
-    }
-  }
-  return std::string(path.substr(0, last));
 }
 
 std::optional<std::string> extensionOf(std::string_view path) {

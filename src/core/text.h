@@ -38,17 +38,8 @@ std::vector<std::string> splitItems(std::string_view text, char separator);
 // Replaces each occurrence, left to right, going on after the inserted text. An empty `from` changes nothing.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-// First byte of a double-byte character of code page 936 (81..FE; Windows code page 936 table).
-bool isDoubleByteLead(char byte);
-
-// Replaces a character of a text in the code page: the second byte of a double-byte character is never that character.
-std::string replaceInCodePage(std::string_view text, char character, std::string_view to);
-
 // For a text in UTF-8, where no byte of a longer sequence equals an ASCII character.
 std::string doubleBackslashes(std::string_view text);
-
-// The path up to its last "\" (a text in the code page); a path without one is left unchanged.
-std::string withoutLastComponent(std::string_view path);
 
 // The text after the last "."; nothing without one.
 std::optional<std::string> extensionOf(std::string_view path);

@@ -1,6 +1,7 @@
 // Text in UTF-16, as Windows itself holds it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,5 +10,11 @@ namespace vernoxa {
 // `codePage` as Windows numbers it: CP_ACP for the host's, CP_UTF8. What is no text of it gives replacement
 // characters.
 std::wstring toWide(std::string_view text, unsigned codePage);
+
+// A character that the code page lacks becomes one that looks like it, or the system's default character.
+std::string fromWide(std::wstring_view wide, unsigned codePage);
+
+// Nothing when the code page lacks a character.
+std::optional<std::string> nameFromWide(std::wstring_view wide, unsigned codePage);
 
 }  // namespace vernoxa

@@ -46,7 +46,7 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount) {
   return BitmapLayout{palette, rowBytes * height};
 }
 
-bool writeBitmapFile(Files& files, const std::string& path, const std::optional<PackedBitmap>& bitmap) {
+bool writeBitmapFile(Files& files, const FilePath& path, const std::optional<PackedBitmap>& bitmap) {
   if (!bitmap) {
     return false;
   }

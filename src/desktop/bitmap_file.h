@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "core/file_path.h"
 #include "core/pictures.h"
 
 namespace vernoxa {
@@ -27,6 +28,6 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 std::size_t paletteBytes(int bitCount);
 
 // False when there is no bitmap, and then no file is made, or when the file cannot be written whole.
-bool writeBitmapFile(Files& files, const std::string& path, const std::optional<PackedBitmap>& bitmap);
+bool writeBitmapFile(Files& files, const FilePath& path, const std::optional<PackedBitmap>& bitmap);
 
 }  // namespace vernoxa

@@ -40,7 +40,7 @@ std::optional<int> distance(int first, int second, int pixels, int millimetres) 
 
 class TemporaryFile {
  public:
-  TemporaryFile(Files& files, std::string path) : files_(files), path_(std::move(path)) {}
+  TemporaryFile(Files& files, FilePath path) : files_(files), path_(std::move(path)) {}
   ~TemporaryFile() {
     try {
       files_.removeFile(path_);
@@ -53,14 +53,14 @@ class TemporaryFile {
 
  private:
   Files& files_;
-  std::string path_;
+  FilePath path_;
 };
 
 // Each step can fail without a word: what comes after it says so.
-void makeFolders(Files& files, const std::string& cache) {
-  files.createFolder(temporaryFolder);
+void makeFolders(Files& files, const FilePath& cache) {
+  files.createFolder(FilePath::fromUtf8(temporaryFolder));
   files.createFolder(cache);
-  files.createFolder(cache + "\\Output");
+  files.createFolder(cache / "Output");
 }
 
 }  // namespace
@@ -71,27 +71,28 @@ std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMe
   return width && height ? std::optional(PixelSize{*width, *height}) : std::nullopt;
 }
 
-bool convertMetafile(const World& world, const std::string& metafilePath, const std::string& bitmapPath) {
+bool convertMetafile(const World& world, const FilePath& metafilePath, const FilePath& bitmapPath) {
   const auto metafile = world.pictures.openMetafile(metafilePath);
   const auto frame = metafile ? metafile->frame() : std::nullopt;
   const auto size = frame ? frameInPixels(*frame, world.pictures.screen()) : std::nullopt;
   return size && writeBitmapFile(world.files, bitmapPath, metafile->draw(*size));
 }
 
-std::string saveClipboardPicture(const Services& services) {
+FilePath saveClipboardPicture(const Services& services) {
   const World& world = services.world;
   const auto clipboard = world.clipboard.open();
   if (!clipboard || !clipboard->hasMetafile()) {
     return {};
   }
-  const std::string cache = services.state.link.baseDirectory() + "\\Cache";
-  const std::string preview = cache + "\\Output\\Preview.bmp";
+  const FilePath cache = services.state.link.baseDirectory() / "Cache";
+  const FilePath preview = cache / "Output" / "Preview.bmp";
+  const FilePath metafile = FilePath::fromUtf8(temporaryMetafile);
   makeFolders(world.files, cache);
-  if (!clipboard->saveMetafile(temporaryMetafile)) {
+  if (!clipboard->saveMetafile(metafile)) {
     return {};
   }
-  const TemporaryFile temporary(world.files, temporaryMetafile);
-  return convertMetafile(world, temporaryMetafile, preview) ? preview : std::string();
+  const TemporaryFile temporary(world.files, metafile);
+  return convertMetafile(world, metafile, preview) ? preview : FilePath();
 }
 
 }  // namespace vernoxa

@@ -15,10 +15,10 @@ struct World;
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen);
 
 // Draws a metafile into a bitmap file. False when it cannot be read, drawn or written.
-bool convertMetafile(const World& world, const std::string& metafilePath, const std::string& bitmapPath);
+bool convertMetafile(const World& world, const FilePath& metafilePath, const FilePath& bitmapPath);
 
-// Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path (code page); empty when the
+// Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path; empty when the
 // clipboard holds no drawing or any step fails.
-std::string saveClipboardPicture(const Services& services);
+FilePath saveClipboardPicture(const Services& services);
 
 }  // namespace vernoxa

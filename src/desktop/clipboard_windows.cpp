@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/wide_text_windows.h"
 #include "desktop/gdi_windows.h"
 
 namespace vernoxa {
@@ -25,10 +26,11 @@ class WindowsClipboardAccess final : public ClipboardAccess {
 
   bool hasMetafile() override { return IsClipboardFormatAvailable(CF_ENHMETAFILE) != 0; }
 
-  bool saveMetafile(const std::string& path) override {
+  bool saveMetafile(const FilePath& path) override {
     // The clipboard's own handle stays its own; the copy's is ours, and closing it ends the writing of the file.
     const auto picture = static_cast<HENHMETAFILE>(GetClipboardData(CF_ENHMETAFILE));
-    return picture != nullptr && static_cast<bool>(MetafileHandle(CopyEnhMetaFileA(picture, path.c_str())));
+    const std::wstring file = toWide(path.utf8(), CP_UTF8);
+    return picture != nullptr && static_cast<bool>(MetafileHandle(CopyEnhMetaFileW(picture, file.c_str())));
   }
 
   void replaceByText(const std::string& text) override {

@@ -12,6 +12,7 @@
 #include "core/code_page.h"
 #include "core/desktop.h"
 #include "core/log.h"
+#include "core/path_text.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/text.h"
@@ -65,11 +66,11 @@ CommandResult selectJumpPart(CommandCall& call, Services& services) {
 }
 
 CommandResult getClipBoardPic(CommandCall&, Services& services) {
-  const std::string path = saveClipboardPicture(services);
+  const FilePath path = saveClipboardPicture(services);
   if (!path.empty()) {
-    services.state.placement.dsnBmpPath = path;  // goes with the next module that is handed over
+    services.state.placement.dsnBmpPath = pathText(services, path);  // goes with the next module that is handed over
   }
-  return {services.text.ansiToUtf8(path)};
+  return {path.utf8()};
 }
 
 CommandResult getMousePosition(CommandCall&, Services& services) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 
+#include "core/wide_text_windows.h"
 #include "desktop/bitmap_file.h"
 #include "desktop/gdi_windows.h"
 
@@ -103,8 +104,8 @@ ScreenMeasures WindowsPictures::screen() {
           GetDeviceCaps(screen.get(), HORZSIZE), GetDeviceCaps(screen.get(), VERTSIZE)};
 }
 
-std::unique_ptr<Metafile> WindowsPictures::openMetafile(const std::string& path) {
-  MetafileHandle handle(GetEnhMetaFileA(path.c_str()));
+std::unique_ptr<Metafile> WindowsPictures::openMetafile(const FilePath& path) {
+  MetafileHandle handle(GetEnhMetaFileW(toWide(path.utf8(), CP_UTF8).c_str()));
   return handle ? std::make_unique<WindowsMetafile>(std::move(handle)) : nullptr;
 }
 

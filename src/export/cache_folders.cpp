@@ -11,18 +11,18 @@ namespace {
 // Windows finishes the removal of a folder only after its last watcher let it go.
 constexpr std::chrono::milliseconds removalTime{200};
 
-std::string makeFolder(Files& files, const std::string& baseDirectory, const char* name) {
-  const std::string cache = baseDirectory + "\\Cache";
-  std::string folder = cache + name;
+FilePath makeFolder(Files& files, const FilePath& baseDirectory, const char* name) {
+  const FilePath cache = baseDirectory / "Cache";
+  FilePath folder = cache / name;
   files.createFolder(cache);
   files.createFolder(folder);
   return folder;
 }
 
-void removeTree(Files& files, const std::string& folder, std::uint32_t attributes) {
+void removeTree(Files& files, const FilePath& folder, std::uint32_t attributes) {
   if ((attributes & reparsePointAttribute) == 0) {
     for (const FolderEntry& entry : files.entries(folder)) {
-      const std::string path = folder + "\\" + entry.name;
+      const FilePath path = folder / entry.name;
       if ((entry.attributes & directoryAttribute) != 0) {
         removeTree(files, path, entry.attributes);
       } else {
@@ -35,16 +35,16 @@ void removeTree(Files& files, const std::string& folder, std::uint32_t attribute
 
 }  // namespace
 
-std::string makeOutputFolder(Files& files, const std::string& baseDirectory) {
-  return makeFolder(files, baseDirectory, "\\Output");
+FilePath makeOutputFolder(Files& files, const FilePath& baseDirectory) {
+  return makeFolder(files, baseDirectory, "Output");
 }
 
-std::string makeLibraryFolder(Files& files, const std::string& baseDirectory) {
-  return makeFolder(files, baseDirectory, "\\Library");
+FilePath makeLibraryFolder(Files& files, const FilePath& baseDirectory) {
+  return makeFolder(files, baseDirectory, "Library");
 }
 
-void renewOutputFolder(Files& files, Clock& clock, const std::string& baseDirectory) {
-  const std::string folder = baseDirectory + "\\Cache\\Output";
+void renewOutputFolder(Files& files, Clock& clock, const FilePath& baseDirectory) {
+  const FilePath folder = baseDirectory / "Cache" / "Output";
   if (const std::uint32_t attributes = files.attributes(folder); attributes != noAttributes) {
     removeTree(files, folder, attributes);
     clock.sleep(removalTime);

@@ -1,7 +1,7 @@
-// The folders below the base directory in which drawings are left for the companion. Paths in the code page.
+// The folders below the base directory in which drawings are left for the companion.
 #pragma once
 
-#include <string>
+#include "core/file_path.h"
 
 namespace vernoxa {
 
@@ -10,11 +10,11 @@ class Files;
 
 // Each makes the folder, and "\Cache" above it, where missing, and gives its path. A folder that cannot be made shows
 // when its files cannot be.
-std::string makeOutputFolder(Files& files, const std::string& baseDirectory);   // "\Cache\Output"
-std::string makeLibraryFolder(Files& files, const std::string& baseDirectory);  // "\Cache\Library"
+FilePath makeOutputFolder(Files& files, const FilePath& baseDirectory);   // "\Cache\Output"
+FilePath makeLibraryFolder(Files& files, const FilePath& baseDirectory);  // "\Cache\Library"
 
 // Makes "\Cache\Output" anew without what it held, and without "\Cache" above it. What a link in it leads to is left
 // alone.
-void renewOutputFolder(Files& files, Clock& clock, const std::string& baseDirectory);
+void renewOutputFolder(Files& files, Clock& clock, const FilePath& baseDirectory);
 
 }  // namespace vernoxa

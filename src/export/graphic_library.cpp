@@ -71,16 +71,16 @@ void GraphicLibrary::addRecord(const Record& record) {
 std::string GraphicLibrary::finish(std::string_view name, const Services& services) {
   const Json document = std::move(document_);
   Files& files = services.world.files;
-  const std::string base = services.state.link.baseDirectory();
+  const FilePath base = services.state.link.baseDirectory();
   const std::string fileName = plainFileName(replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json");
-  const std::string path = base + "\\Cache\\Library\\" + fileName;
+  const FilePath path = base / "Cache" / "Library" / services.text.trueName(fileName);
   if (document && !files.exists(path)) {
     makeLibraryFolder(files, base);
     if (const auto file = files.create(path)) {
       file->write(withDosLineEnds(document.printFormatted()));
     }
   }
-  return services.text.ansiToUtf8(replaceInCodePage(base, '\\', "/")) + "/Cache/Library/" + fileName;
+  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName;
 }
 
 void GraphicLibrary::add(const ElementForm& form, const Record& record) {

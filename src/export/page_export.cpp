@@ -15,8 +15,8 @@ namespace vernoxa {
 namespace {
 
 std::string pageFileName(const PageNames& names, const TextConverter& text) {
-  return plainFileName(escapedFileName(text.utf8ToAnsi(names.schematic) + "@!@" + text.utf8ToAnsi(names.page) + "@!@" +
-                                       text.utf8ToAnsi(names.key) + ".json"));
+  return plainFileName(escapedFileName(text.trueName(names.schematic) + "@!@" + text.trueName(names.page) + "@!@" +
+                                       text.trueName(names.key) + ".json"));
 }
 
 }  // namespace
@@ -61,8 +61,8 @@ void PageExport::finish(const PageNames& names, const Services& services) {
 
 void PageExport::write(const PageNames& names, const Services& services) {
   Files& files = services.world.files;
-  const std::string folder = makeOutputFolder(files, services.state.link.baseDirectory());
-  if (const auto file = files.create(folder + "\\" + pageFileName(names, services.text))) {
+  const FilePath folder = makeOutputFolder(files, services.state.link.baseDirectory());
+  if (const auto file = files.create(folder / pageFileName(names, services.text))) {
     document_->writeTo(*file);
   }
 }

@@ -1,6 +1,7 @@
 #include "link/file_status.h"
 
 #include "core/code_page.h"
+#include "core/path_text.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/system.h"
@@ -19,7 +20,7 @@ Json statusData(const Services& services, std::string_view status, std::string_v
 
 void addHost(Json& data, const Services& services) {
   data.add("Pid", std::to_string(services.world.processes.ownId()));
-  data.add("AllegroPath", services.state.link.hostInstallPath());
+  data.add("AllegroPath", pathText(services, services.state.link.hostInstallPath()));
 }
 
 Json fileStatus(Json data) {

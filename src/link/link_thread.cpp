@@ -183,7 +183,7 @@ bool LinkThread::reportOpened(const std::string& path) {
   const Exchange told = exchange(openedMessage(services_, path, *pinCount));
   const std::string projectPath = textOrEmpty(told.reply.member("Data").member("Path"));
   if (!projectPath.empty()) {
-    services_.state.link.setBaseDirectory(projectPath);
+    services_.state.link.setBaseDirectory(services_.text.path(projectPath));
   }
   return told.received;
 }

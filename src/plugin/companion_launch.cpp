@@ -11,7 +11,7 @@ namespace {
 // The current folder belongs to the host: it is given back on every way out.
 class CurrentFolder {
  public:
-  CurrentFolder(Processes& processes, const std::string& folder)
+  CurrentFolder(Processes& processes, const FilePath& folder)
       : processes_(processes), former_(processes.currentFolder()) {
     processes_.setCurrentFolder(folder);
   }
@@ -21,7 +21,7 @@ class CurrentFolder {
 
  private:
   Processes& processes_;
-  std::string former_;
+  FilePath former_;
 };
 
 }  // namespace
@@ -40,9 +40,9 @@ std::uint16_t processIdFromName(const World& world, const Logs& logs, const std:
   return 0;
 }
 
-void launchCompanion(const World& world, const std::string& baseDirectory) {
+void launchCompanion(const World& world, const FilePath& baseDirectory) {
   const CurrentFolder folder(world.processes, baseDirectory);
-  const bool usualName = world.files.exists(baseDirectory + "\\LanTuZS.exe");
+  const bool usualName = world.files.exists(baseDirectory / "LanTuZS.exe");
   world.processes.start(usualName ? "LanTuZS.exe" : "lantuzs.exe", "AutoLogin");
 }
 

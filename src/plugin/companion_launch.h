@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "core/file_path.h"
+
 namespace vernoxa {
 
 class Logs;
@@ -16,6 +18,6 @@ std::uint16_t processIdFromName(const World& world, const Logs& logs, const std:
 
 // Starts "LanTuZS.exe" (or, where that is missing, "lantuzs.exe") of the base directory with "AutoLogin", minimised.
 // The current folder is the base directory meanwhile. Failures of the system are silent.
-void launchCompanion(const World& world, const std::string& baseDirectory);
+void launchCompanion(const World& world, const FilePath& baseDirectory);
 
 }  // namespace vernoxa

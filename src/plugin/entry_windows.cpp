@@ -25,7 +25,7 @@ void startLinkThread(std::shared_ptr<Session> session) {
 PlugIn& processPlugIn() {
   static PlugIn* const plugIn = [] {
     World world = realWorld();
-    const std::string path = modulePath();
+    const FilePath path = modulePath();
     return new PlugIn{world, path, Logs(world.clock, world.files, directoriesOf(path).pluginFolder), nullptr,
                       startLinkThread};
   }();

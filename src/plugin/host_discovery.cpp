@@ -32,10 +32,9 @@ bool contains(const std::optional<std::string>& text, std::string_view part) {
   return text && text->find(part) != std::string::npos;
 }
 
-// One "\" at the end; the second byte of a double-byte character is none.
-std::string withoutTrailingBackslash(const std::string& location) {
-  std::string parent = withoutLastComponent(location);
-  return parent.size() + 1 == location.size() ? parent : location;
+// A "\" at the end is left out, once.
+FilePath folderAt(std::string_view location) {
+  return FilePath::fromUtf8(location.substr(0, location.size() - (location.ends_with('\\') ? 1 : 0)));
 }
 
 std::optional<Installation> readEntry(Registry& registry, const RegistryPath& entry) {
@@ -49,7 +48,7 @@ std::optional<Installation> readEntry(Registry& registry, const RegistryPath& en
     return std::nullopt;
   }
   const auto version = registry.text(entry, "DisplayVersion");
-  return version ? std::optional<Installation>({withoutTrailingBackslash(*location), *version}) : std::nullopt;
+  return version ? std::optional<Installation>({folderAt(*location), *version}) : std::nullopt;
 }
 
 void readSource(Registry& registry, const RegistryPath& path, std::vector<Installation>& found) {
@@ -66,14 +65,13 @@ std::string versionKey(const std::string& version) {
 
 // The host moved its executable between its versions 16 and 17.
 const char* executableBelow(const std::string& hostVersion) {
-  return hostVersion.starts_with("16") ? "\\tools\\capture\\Capture.exe" : "\\tools\\bin\\Capture.exe";
+  return hostVersion.starts_with("16") ? "tools\\capture\\Capture.exe" : "tools\\bin\\Capture.exe";
 }
 
-std::string lastExecutableInFolders(Files& files, const std::string& location, const std::string& suffix) {
-  std::string last;
+FilePath lastExecutableInFolders(Files& files, const FilePath& location, const std::string& suffix) {
+  FilePath last;
   for (const FolderEntry& entry : files.entries(location)) {
-    std::string candidate = location;
-    candidate.append("\\").append(entry.name).append(suffix);
+    const FilePath candidate = location / entry.name / suffix;
     // Plain folders only: one that is hidden, read-only or a link as well is somebody else's.
     if (entry.attributes == directoryAttribute && files.exists(candidate)) {
       last = candidate;
@@ -96,15 +94,15 @@ std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& l
   return found;
 }
 
-std::string findHostExecutable(Files& files, const std::string& hostVersion,
-                               const std::vector<Installation>& installations) {
+FilePath findHostExecutable(Files& files, const std::string& hostVersion,
+                            const std::vector<Installation>& installations) {
   const auto match =
       std::find_if(installations.begin(), installations.end(), [&hostVersion](const Installation& installation) {
         return versionKey(installation.version) == versionKey(hostVersion);
       });
-  const std::string location = match == installations.end() ? std::string() : match->location;
+  const FilePath location = match == installations.end() ? FilePath() : match->location;
   const std::string suffix = executableBelow(hostVersion);
-  std::string usual = location + suffix;
+  FilePath usual = location / suffix;
   if (files.exists(usual) && !files.isFolder(usual)) {
     return usual;
   }

@@ -1,11 +1,12 @@
 // Finds the executable of the very host that loaded the plug-in.
 //
-// Several versions of the host may be installed side by side; each leaves an uninstall entry in the registry. All texts
-// are in the code page.
+// Several versions of the host may be installed side by side; each leaves an uninstall entry in the registry.
 #pragma once
 
 #include <string>
 #include <vector>
+
+#include "core/file_path.h"
 
 namespace vernoxa {
 
@@ -16,7 +17,7 @@ class ScriptHost;
 struct Services;
 
 struct Installation {
-  std::string location;  // folder without a "\" at its end
+  FilePath location;  // folder without a "\" at its end
   std::string version;
 };
 
@@ -27,8 +28,8 @@ std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& l
 // Full path of Capture.exe of that version, or empty. Versions agree when their first four characters do. When the
 // executable is not in its usual place, the folders below the installation are searched, and the last hit is taken;
 // without an installation the search begins at the root of the current drive.
-std::string findHostExecutable(Files& files, const std::string& hostVersion,
-                               const std::vector<Installation>& installations);
+FilePath findHostExecutable(Files& files, const std::string& hostVersion,
+                            const std::vector<Installation>& installations);
 
 // Asks the host for its version and keeps the path of its executable in the state; empty when it was not found. An
 // exception goes to the crash log as "setOrcadInstallPath".

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
+#include "core/file_path.h"
 #include "core/log.h"
 #include "core/world.h"
 #include "plugin/session.h"
@@ -12,7 +12,7 @@ namespace vernoxa {
 
 struct PlugIn {
   World world;
-  std::string modulePath;
+  FilePath modulePath;
   Logs crashLogs;
   std::shared_ptr<Session> session;  // none before the first start-up reached it
   // Runs the link thread of a session, in the background.

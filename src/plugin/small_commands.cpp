@@ -60,7 +60,7 @@ CommandResult outputError(CommandCall& call, Services& services) {
   }
   const std::string code(call.arguments.text(1));
   if (code == "MoreThanPage") {
-    removePlacementFile(services, newLibraryPath(services.state.placement));
+    removePlacementFile(services, newLibraryPath(services));
   }
   const auto known = textFor(code);
   services.world.messages.show(known ? std::string(*known) : services.text.utf8ToAnsi(code), MessageIcon::none);

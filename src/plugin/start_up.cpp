@@ -54,7 +54,7 @@ void startCompanion(PlugIn& plugIn) {
 }
 
 void applyConfiguration(PlugIn& plugIn) {
-  const std::string file = plugIn.session->directories().configurationFile;
+  const FilePath file = plugIn.session->directories().configurationFile;
   const auto configuration = parseConfiguration(plugIn.world.files.read(file).value_or(""));
   if (configuration && configuration->language) {
     plugIn.session->services().state.language = *configuration->language;

@@ -3,36 +3,36 @@
 #include <algorithm>
 #include <array>
 
+#include "core/code_page.h"
 #include "core/files.h"
 #include "core/log.h"
 #include "core/random.h"
 #include "core/services.h"
+#include "core/state.h"
 #include "core/text.h"
 #include "core/world.h"
 
 namespace vernoxa {
 namespace {
 
-std::string moduleFolder(const PlacementContext& placement) {
-  const std::string path = replaceInCodePage(placement.dsnDatPath, '\\', "/");
+std::string moduleFolder(const Services& services) {
+  const FilePath module = services.text.path(services.state.placement.dsnDatPath);
+  const std::string path = replaceAll(module.utf8(), "\\", "/");
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? std::string() : path.substr(0, slash);
 }
 
-std::string libraryPath(const PlacementContext& placement, const std::string& name) {
-  return moduleFolder(placement) + "/" + name;
+FilePath libraryPath(const Services& services, const std::string& name) {
+  return FilePath::fromUtf8(moduleFolder(services) + "/" + name);
 }
 
-// One text for all spellings of a file; empty for what is no path. Code page: the second byte of a double-byte
-// character has no case.
-std::string comparable(Files& files, const std::string& path) {
-  std::string text = replaceInCodePage(files.fullPath(path), '\\', "/");
+// One text for all spellings of a file, as far as ASCII goes; empty for what is no path.
+std::string comparable(Files& files, const FilePath& path) {
+  std::string text = replaceAll(files.fullPath(path).utf8(), "\\", "/");
   text.erase(text.find_last_not_of("./ ") + 1);
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    if (isDoubleByteLead(text[index])) {
-      ++index;
-    } else if (text[index] >= 'A' && text[index] <= 'Z') {
-      text[index] = static_cast<char>(text[index] - 'A' + 'a');
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'Z') {
+      character = static_cast<char>(character - 'A' + 'a');
     }
   }
   return text;
@@ -59,7 +59,7 @@ std::string freeName(Services& services, const std::string& taken) {
   for (int draw = 0; draw < mostDraws; ++draw) {
     std::string name = std::to_string(services.world.random.next());
     const bool used = std::any_of(libraryEndings.begin(), libraryEndings.end(), [&](const char* ending) {
-      return services.world.files.exists(libraryPath(services.state.placement, name + ending));
+      return services.world.files.exists(libraryPath(services, name + ending));
     });
     if (!used && name != taken) {
       return name;
@@ -82,13 +82,12 @@ bool drawLibraryNames(Services& services) {
   return true;
 }
 
-std::string emptyLibraryPath(const Services& services) {
-  for (const std::string& folder :
-       {services.state.installDirectory, withoutLastComponent(services.state.link.hostInstallPath())}) {
+FilePath emptyLibraryPath(const Services& services) {
+  for (const FilePath& folder : {services.state.installDirectory, services.state.link.hostInstallPath().folder()}) {
     if (folder.empty()) {
       continue;  // would be the root of whichever drive is current
     }
-    std::string path = folder + "\\config\\Resource\\Empty.olb";
+    FilePath path = folder / "config" / "Resource" / "Empty.olb";
     if (services.world.files.exists(path)) {
       return path;
     }
@@ -96,23 +95,23 @@ std::string emptyLibraryPath(const Services& services) {
   return {};
 }
 
-std::string temporaryLibraryPath(const PlacementContext& placement) {
-  return libraryPath(placement, placement.libraryBaseName + ".olb");
+FilePath temporaryLibraryPath(const Services& services) {
+  return libraryPath(services, services.state.placement.libraryBaseName + ".olb");
 }
 
-std::string newLibraryPath(const PlacementContext& placement) {
-  return libraryPath(placement, placement.backupBaseName + ".olb");
+FilePath newLibraryPath(const Services& services) {
+  return libraryPath(services, services.state.placement.backupBaseName + ".olb");
 }
 
-std::string libraryBackupPath(const PlacementContext& placement) {
-  return libraryPath(placement, placement.libraryBaseName + "_0.OBK");
+FilePath libraryBackupPath(const Services& services) {
+  return libraryPath(services, services.state.placement.libraryBaseName + "_0.OBK");
 }
 
-void noteMadeLibrary(Services& services, const std::string& path) {
+void noteMadeLibrary(Services& services, const FilePath& path) {
   services.state.madeLibraries.insert(comparable(services.world.files, path));
 }
 
-bool makeLibrary(Services& services, const std::string& from, const std::string& to) {
+bool makeLibrary(Services& services, const FilePath& from, const FilePath& to) {
   // Noted first: once it is there, nothing may fail any more that would keep it from being removed.
   const auto [note, added] = services.state.madeLibraries.insert(comparable(services.world.files, to));
   const bool made = services.world.files.copyFile(from, to);
@@ -122,13 +121,13 @@ bool makeLibrary(Services& services, const std::string& from, const std::string&
   return made;
 }
 
-void removePlacementFile(Services& services, const std::string& path) {
+void removePlacementFile(Services& services, const FilePath& path) {
   if (!services.world.files.exists(path)) {
     return;
   }
   const std::string file = comparable(services.world.files, path);
   if (isUsersOwn(services.state, file)) {
-    services.logs.openTraffic().writeLine("not removed: " + path);
+    services.logs.openTraffic().writeLine("not removed: " + services.text.utf8ToAnsi(path.utf8()));
     return;
   }
   if (services.world.files.removeFile(path)) {

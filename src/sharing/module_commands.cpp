@@ -2,8 +2,8 @@
 
 #include <forward_list>
 
-#include "core/code_page.h"
 #include "core/files.h"
+#include "core/path_text.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/text.h"
@@ -13,14 +13,11 @@
 namespace vernoxa {
 namespace {
 
-// In the code page. A folder may have been told in UTF-8; two bytes of the code page that happen to be UTF-8 too are
-// none, which a three-byte sequence tells apart.
-std::string cacheFolder(const Services& services) {
-  const std::string base = services.state.link.baseDirectory();
-  return (isUtf8WithThreeByteSequence(base) ? services.text.utf8ToAnsi(base) : base) + "\\Cache";
+FilePath cacheFolder(const Services& services) {
+  return services.state.link.baseDirectory() / "Cache";
 }
 
-void makeFolder(Services& services, const std::string& path) {
+void makeFolder(Services& services, const FilePath& path) {
   if (!services.world.files.exists(path)) {
     services.world.files.createFolder(path);
   }
@@ -48,7 +45,7 @@ class RecordTexts {
 }  // namespace
 
 CommandResult initMarketFile(CommandCall&, Services& services, ModuleDocument& document) {
-  makeFolder(services, cacheFolder(services) + "\\Share");
+  makeFolder(services, cacheFolder(services) / "Share");
   document.start();
   return {};
 }
@@ -66,8 +63,8 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
 }
 
 CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocument& document) {
-  const std::string folder = cacheFolder(services) + "\\Share";
-  const std::string path = folder + "\\ModuleLib.json";
+  const FilePath folder = cacheFolder(services) / "Share";
+  const FilePath path = folder / "ModuleLib.json";
   if (document.started()) {
     const std::string text = document.finish(utf8(call.arguments.text(2)), utf8(call.arguments.text(3)));
     makeFolder(services, cacheFolder(services));
@@ -76,8 +73,8 @@ CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocu
       file->write(withDosLineEnds(text));
     }
   }
-  services.state.placement.dsnDatPath = path;
-  return {services.text.scriptValue(path)};
+  services.state.placement.dsnDatPath = pathText(services, path);
+  return {path.utf8()};
 }
 
 }  // namespace vernoxa

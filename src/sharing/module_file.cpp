@@ -20,7 +20,7 @@ std::optional<Decimal> coordinate(const std::string& text) {
 
 }  // namespace
 
-ModuleFile ModuleFile::read(Files& files, const std::string& path) {
+ModuleFile ModuleFile::read(Files& files, const FilePath& path) {
   ModuleFile module;
   if (const auto text = files.read(path)) {
     module.root_ = Json::parse(*text).document;

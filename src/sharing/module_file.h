@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/file_path.h"
 #include "core/json.h"
 
 namespace vernoxa {
@@ -22,7 +23,7 @@ struct ViewBox {
 class ModuleFile {
  public:
   // Unreadable and no JSON alike: a module without a root.
-  static ModuleFile read(Files& files, const std::string& path);
+  static ModuleFile read(Files& files, const FilePath& path);
 
   bool hasRoot() const { return static_cast<bool>(root_); }
   bool hasLibrary() const { return library().isArray(); }

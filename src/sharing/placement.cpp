@@ -17,8 +17,8 @@ namespace vernoxa {
 namespace {
 
 // The host makes it beside the temporary library, whose name is drawn so that no backup has it yet.
-std::string notedBackup(Services& services) {
-  std::string path = libraryBackupPath(services.state.placement);
+FilePath notedBackup(Services& services) {
+  FilePath path = libraryBackupPath(services);
   noteMadeLibrary(services, path);
   return path;
 }
@@ -27,13 +27,13 @@ std::string notedBackup(Services& services) {
 // next placement in before this one ends.
 class TemporaryLibrary {
  public:
-  TemporaryLibrary(Services& services, const std::string& emptyLibrary)
+  TemporaryLibrary(Services& services, const FilePath& emptyLibrary)
       : services_(services),
-        path_(temporaryLibraryPath(services.state.placement)),
+        path_(temporaryLibraryPath(services)),
         backup_(notedBackup(services)),
         made_(makeLibrary(services, emptyLibrary, path_)) {
     if (!made_) {
-      services.logs.openTraffic().writeLine("not made: " + path_);
+      services.logs.openTraffic().writeLine("not made: " + services.text.utf8ToAnsi(path_.utf8()));
     }
   }
   TemporaryLibrary(const TemporaryLibrary&) = delete;
@@ -50,12 +50,12 @@ class TemporaryLibrary {
   }
 
   bool made() const { return made_; }
-  const std::string& path() const { return path_; }
+  const FilePath& path() const { return path_; }
 
  private:
   Services& services_;
-  const std::string path_;
-  const std::string backup_;
+  const FilePath path_;
+  const FilePath backup_;
   const bool made_;
 };
 
@@ -93,7 +93,7 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
   }
 }
 
-bool copyToNewLibrary(Services& services, const std::string& from, const std::string& to) {
+bool copyToNewLibrary(Services& services, const FilePath& from, const FilePath& to) {
   removePlacementFile(services, to);
   return makeLibrary(services, from, to);
 }
@@ -102,11 +102,10 @@ bool copyToNewLibrary(Services& services, const std::string& from, const std::st
 
 PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box) {
   PlacedLibrary placed;
-  PlacementContext& placement = services.state.placement;
   const bool named = drawLibraryNames(services);
-  placed.newLibrary = newLibraryPath(placement);
-  placed.module = ModuleFile::read(services.world.files, placement.dsnDatPath);
-  const std::string emptyLibrary = emptyLibraryPath(services);
+  placed.newLibrary = newLibraryPath(services);
+  placed.module = ModuleFile::read(services.world.files, services.text.path(services.state.placement.dsnDatPath));
+  const FilePath emptyLibrary = emptyLibraryPath(services);
   if (!named || emptyLibrary.empty() || !isPlaceable(placed.module, services)) {
     return placed;
   }
@@ -114,7 +113,7 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
   if (!temporary.made()) {
     return placed;
   }
-  placeLibraryParts(host, services, placed.module, services.text.scriptValue(temporary.path()), box);
+  placeLibraryParts(host, services, placed.module, temporary.path().utf8(), box);
   placed.made = copyToNewLibrary(services, temporary.path(), placed.newLibrary);
   return placed;
 }
@@ -122,7 +121,7 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
 void placeModule(ScriptHost& host, Services& services) {
   const PlacementContext asked = services.state.placement;
   services.state.placement.placeState = 0;
-  removePlacementFile(services, newLibraryPath(asked));
+  removePlacementFile(services, newLibraryPath(services));
   const PlacedLibrary placed = placeLibrary(host, services, DraggedBox::none);
   if (!placed.made) {
     return;
@@ -137,7 +136,7 @@ void placeModule(ScriptHost& host, Services& services) {
     }
   }
   removePlacementFile(services, placed.newLibrary);
-  removePlacementFile(services, asked.dsnDatPath);
+  removePlacementFile(services, services.text.path(asked.dsnDatPath));
   services.logs.openTraffic().writeLine("over!!!");
 }
 

@@ -2,8 +2,7 @@
 // file and the values.
 #pragma once
 
-#include <string>
-
+#include "core/file_path.h"
 #include "sharing/module_file.h"
 
 namespace vernoxa {
@@ -12,8 +11,8 @@ class ScriptHost;
 struct Services;
 
 struct PlacedLibrary {
-  bool made = false;       // the module's parts stand in the new library
-  std::string newLibrary;  // its path in the code page, "/" between folders, made or not
+  bool made = false;    // the module's parts stand in the new library
+  FilePath newLibrary;  // "/" between folders; made or not
   ModuleFile module;
 };
 

@@ -23,11 +23,11 @@ CommandResult placePartProperty(CommandCall& call, Services& services) {
 }
 
 CommandResult getOlbPath(CommandCall&, Services& services) {
-  return {services.text.scriptValue(temporaryLibraryPath(services.state.placement))};
+  return {temporaryLibraryPath(services).utf8()};
 }
 
 CommandResult getNewOlbPath(CommandCall&, Services& services) {
-  return {services.text.scriptValue(newLibraryPath(services.state.placement))};
+  return {newLibraryPath(services).utf8()};
 }
 
 }  // namespace vernoxa

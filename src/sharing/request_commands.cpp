@@ -5,7 +5,6 @@
 #include "core/log.h"
 #include "core/services.h"
 #include "core/state.h"
-#include "core/text.h"
 #include "core/world.h"
 #include "link/companion_sender.h"
 #include "sharing/companion_query.h"
@@ -15,9 +14,13 @@
 namespace vernoxa {
 namespace {
 
+bool isThere(const Services& services, std::string_view path) {
+  return services.world.files.exists(services.text.path(path));
+}
+
 // A path as the host's scripts write one into further scripts; empty for a file that is not there.
 std::string pathAnswer(const Services& services, const std::string& path) {
-  return services.world.files.exists(path) ? replaceInCodePage(path, '\\', "\\\\") : std::string();
+  return isThere(services, path) ? services.text.doubledBackslashes(path) : std::string();
 }
 
 }  // namespace
@@ -36,7 +39,7 @@ CommandResult sendUploadMarket(CommandCall& call, Services& services) {
 CommandResult getResPath(CommandCall& call, Services& services) {
   const std::string id(call.arguments.text(1));
   auto& known = services.state.resourcePaths;
-  if (const auto found = known.find(id); found != known.end() && services.world.files.exists(found->second)) {
+  if (const auto found = known.find(id); found != known.end() && isThere(services, found->second)) {
     return {pathAnswer(services, found->second)};
   }
   const std::string request = "{\"Command\":\"GetMarketResPath\",\"Data\":{\"ResId\":\"" +
@@ -68,9 +71,8 @@ CommandResult getSelfUserId(CommandCall&, Services& services) {
 }
 
 CommandResult removeDatFile(CommandCall&, Services& services) {
-  const PlacementContext& placement = services.state.placement;
-  for (const std::string& path : {newLibraryPath(placement), temporaryLibraryPath(placement),
-                                  libraryBackupPath(placement), placement.dsnDatPath}) {
+  for (const FilePath& path : {newLibraryPath(services), temporaryLibraryPath(services), libraryBackupPath(services),
+                               services.text.path(services.state.placement.dsnDatPath)}) {
     removePlacementFile(services, path);
   }
   return {};

@@ -16,7 +16,7 @@ class PlacingHandlers : public testing::Test {
  protected:
   PlacingHandlers() {
     host_.answer("IsSchematicViewActive", "1");
-    with_.state.installDirectory = "C:\\App";
+    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     with_.fake.files.addFile("C:\\模块\\m.json", R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
   }

@@ -53,6 +53,14 @@ TEST_F(CodePageTest, EachRoadHasItsOwnTest) {
   }
 }
 
+// 0x5C, the backslash, is a second byte of many characters of the code page.
+TEST_F(CodePageTest, SecondBytesAreNoCharactersOfTheirOwn) {
+  EXPECT_EQ(text_.replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
+  EXPECT_EQ(text_.replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
+  EXPECT_EQ(text_.replaceInCodePage("\x80\\", '\\', "/"), "\x80/");
+  EXPECT_EQ(text_.replaceInCodePage("\xFF\\", '\\', "/"), "\xFF/");
+}
+
 TEST_F(CodePageTest, FailureIsShownAndGivesNoText) {
   page_.throwing = true;
   EXPECT_EQ(text_.ansiToUtf8("图"), "");

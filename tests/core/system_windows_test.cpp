@@ -24,7 +24,7 @@ class Journal {
   std::vector<std::string> lines_;
 };
 
-std::string namesIn(Files& files, const std::string& folder) {
+std::string namesIn(Files& files, const FilePath& folder) {
   std::vector<std::string> names;
   for (const FolderEntry& entry : files.entries(folder)) {
     names.push_back(entry.name + ((entry.attributes & directoryAttribute) != 0 ? "\\" : ""));
@@ -34,21 +34,22 @@ std::string namesIn(Files& files, const std::string& folder) {
 }
 
 // The same story on any file system, below an empty folder.
-std::vector<std::string> tell(Files& files, const std::string& root) {
+std::vector<std::string> tell(Files& files, const FilePath& root) {
   Journal journal;
-  const std::string folder = root + "\\原理图 \xD5\x5C";  // the second byte of the last character is a backslash
-  const std::string file = folder + "\\a.txt";
+  // Characters of three bytes, one that no Chinese code page has, and one beyond the first 65,536.
+  const FilePath folder = root / utf8(u8"原理图 한\U0001F600");
+  const FilePath file = folder / "a.txt";
   journal.note("file without its folder", files.create(file) != nullptr);
-  journal.note("folder two levels deep", files.createFolder(folder + "\\deeper"));
+  journal.note("folder two levels deep", files.createFolder(folder / "deeper"));
   journal.note("folder", files.createFolder(folder));
   journal.note("folder again", files.createFolder(folder));
-  journal.note("is a folder", files.isFolder(folder + "\\"));
+  journal.note("is a folder", files.isFolder(folder / ""));
   journal.note("absent", files.exists(file));
   journal.note("read nothing", files.read(file).value_or("nothing"));
   journal.note("read a folder", files.read(folder).value_or("nothing"));
   journal.note("append", files.openForAppending(file)->write("one\r\n"));
   journal.note("append more", files.openForAppending(file)->write(std::string("\0two", 4)));
-  journal.note("content", files.read(folder + "/A.TXT").value_or("nothing"));
+  journal.note("content", files.read(FilePath::fromUtf8(folder.utf8() + "/A.TXT")).value_or("nothing"));
   journal.note("is no folder", files.isFolder(file));
   {
     const auto open = files.openForAppending(file);
@@ -61,40 +62,41 @@ std::vector<std::string> tell(Files& files, const std::string& root) {
   journal.note("gone", files.exists(file));
   for (const char* const spelling :
        {"\\a.dsn\\.", "/x/..\\a.dsn", "\\a.dsn. .", "\\a.dsn\\x\\..", "\\.\\a.dsn", "\\a.dsn\\"}) {
-    journal.note(spelling, files.fullPath(folder + spelling) == files.fullPath(folder + "\\a.dsn"));
+    journal.note(spelling,
+                 files.fullPath(FilePath::fromUtf8(folder.utf8() + spelling)) == files.fullPath(folder / "a.dsn"));
   }
   files.create(file)->write("old content");
   files.create(file)->write("new");
   journal.note("made new", files.read(file).value_or("nothing"));
-  journal.note("copy", files.copyFile(file, folder + "\\b.txt"));
-  journal.note("copy over", files.copyFile(file, folder + "\\B.txt"));
-  journal.note("copy nothing", files.copyFile(folder + "\\c.txt", folder + "\\d.txt"));
-  files.createFolder(folder + "\\sub");
+  journal.note("copy", files.copyFile(file, folder / "b.txt"));
+  journal.note("copy over", files.copyFile(file, folder / "B.txt"));
+  journal.note("copy nothing", files.copyFile(folder / "c.txt", folder / "d.txt"));
+  files.createFolder(folder / "sub");
   journal.note("entries", namesIn(files, folder));
-  journal.note("entries of nothing", namesIn(files, folder + "\\absent"));
-  journal.note("remove a folder as a file", files.removeFile(folder + "\\sub"));
+  journal.note("entries of nothing", namesIn(files, folder / "absent"));
+  journal.note("remove a folder as a file", files.removeFile(folder / "sub"));
   journal.note("remove a file as a folder", files.removeFolder(file));
   journal.note("remove a full folder", files.removeFolder(folder));
-  journal.note("remove what is absent", files.removeFile(folder + "\\absent"));
-  for (const char* const name : {"\\a.txt", "\\b.txt"}) {
-    journal.note(name, files.removeFile(folder + name));
+  journal.note("remove what is absent", files.removeFile(folder / "absent"));
+  for (const char* const name : {"a.txt", "b.txt"}) {
+    journal.note(name, files.removeFile(folder / name));
   }
-  journal.note("remove", files.removeFolder(folder + "\\sub"));
+  journal.note("remove", files.removeFolder(folder / "sub"));
   journal.note("remove the folder", files.removeFolder(folder));
   return journal.lines();
 }
 
 TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
-  std::string root(MAX_PATH, '\0');
-  root.resize(GetTempPathA(MAX_PATH, root.data()));
-  root += "vernoxa-files-" + std::to_string(GetCurrentProcessId());
+  std::string temporary(MAX_PATH, '\0');
+  temporary.resize(GetTempPathA(MAX_PATH, temporary.data()));
+  const FilePath root = pathOf(temporary + "vernoxa-files-" + std::to_string(GetCurrentProcessId()));
   WindowsFiles real;
   ASSERT_TRUE(real.createFolder(root));
   FakeFiles fake;
   fake.addFolder("C:\\root");
-  EXPECT_EQ(tell(real, root), tell(fake, "C:\\root"));
-  EXPECT_FALSE(real.read("NUL").has_value());  // no file
-  EXPECT_EQ(real.fullPath(root + "\\" + std::string(300, 'a')), "");
+  EXPECT_EQ(tell(real, root), tell(fake, pathOf("C:\\root")));
+  EXPECT_FALSE(real.read(pathOf("NUL")).has_value());  // no file
+  EXPECT_TRUE(real.fullPath(root / std::string(300, 'a')).empty());
   EXPECT_TRUE(real.removeFolder(root));
 }
 
@@ -145,14 +147,12 @@ TEST(WindowsSystem, ClockLocksAndIdentifiers) {
 
 TEST(WindowsSystem, ProcessesAndTheModule) {
   WindowsProcesses processes;
-  const std::string path = modulePath();
-  const std::string name = path.substr(path.rfind('\\') + 1);
-  EXPECT_LE(path.size(), 99U);
+  EXPECT_LE(modulePath().utf8().size(), 99U);
   EXPECT_THAT(processes.running(),
               testing::Contains(testing::Field(&Process::id, static_cast<std::uint32_t>(processes.ownId()))));
-  const std::string former = processes.currentFolder();
-  processes.setCurrentFolder("C:\\windows");
-  EXPECT_THAT(processes.currentFolder(), testing::StrCaseEq("C:\\windows"));
+  const FilePath former = processes.currentFolder();
+  processes.setCurrentFolder(pathOf("C:\\windows"));
+  EXPECT_THAT(processes.currentFolder().utf8(), testing::StrCaseEq("C:\\windows"));
   processes.setCurrentFolder(former);
   EXPECT_EQ(processes.currentFolder(), former);
   processes.start("nobody has this file.exe", "AutoLogin");  // silent

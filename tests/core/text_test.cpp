@@ -159,20 +159,6 @@ TEST(Text, ReplacesWithoutReadingWhatItInserted) {
   EXPECT_EQ(doubleBackslashes("C:\\a\\\\b"), "C:\\\\a\\\\\\\\b");
 }
 
-// 0x5C, the backslash, is a second byte of many characters of the code page.
-TEST(Text, SecondBytesAreNoCharactersOfTheirOwn) {
-  EXPECT_EQ(replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
-  EXPECT_EQ(replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
-  EXPECT_EQ(replaceInCodePage("\x80\\", '\\', "/"), "\x80/");
-  EXPECT_EQ(replaceInCodePage("\xFF\\", '\\', "/"), "\xFF/");
-
-  EXPECT_EQ(withoutLastComponent("C:\\a\\b.dll"), "C:\\a");
-  EXPECT_EQ(withoutLastComponent("C:\\\xD5\x5C"), "C:");
-  EXPECT_EQ(withoutLastComponent("\xD5\x5C"), "\xD5\x5C");
-  EXPECT_EQ(withoutLastComponent("none"), "none");
-  EXPECT_EQ(withoutLastComponent(""), "");
-}
-
 TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
   EXPECT_EQ(extensionOf("C:\\a.b\\c.dsn"), "dsn");
   EXPECT_EQ(extensionOf("a."), "");
@@ -180,12 +166,12 @@ TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
 }
 
 TEST(Directories, FollowTheModulePath) {
-  const Directories found = directoriesOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll");
-  EXPECT_EQ(found.pluginFolder, "D:\\\xD5\x5C tools\\bin");
-  EXPECT_EQ(found.baseDirectory, "D:\\\xD5\x5C tools");
-  EXPECT_EQ(found.logDirectory, "D:\\\xD5\x5C tools\\Script\\Log");
-  EXPECT_EQ(found.configurationFile, "D:\\\xD5\x5C tools\\Config\\App.txt");
-  EXPECT_EQ(directoriesOf("Vernoxa64.dll").baseDirectory, "Vernoxa64.dll");
+  const Directories found = directoriesOf(pathOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll"));
+  EXPECT_EQ(found.pluginFolder, pathOf("D:\\\xD5\x5C tools\\bin"));
+  EXPECT_EQ(found.baseDirectory, pathOf("D:\\\xD5\x5C tools"));
+  EXPECT_EQ(found.logDirectory, pathOf("D:\\\xD5\x5C tools\\Script\\Log"));
+  EXPECT_EQ(found.configurationFile, pathOf("D:\\\xD5\x5C tools\\Config\\App.txt"));
+  EXPECT_EQ(directoriesOf(pathOf("Vernoxa64.dll")).baseDirectory, pathOf("Vernoxa64.dll"));
 }
 
 TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {

@@ -70,13 +70,13 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
 TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
   FakeFiles files;
   files.addFolder("C:\\P");
-  ASSERT_TRUE(writeBitmapFile(files, "C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
+  ASSERT_TRUE(writeBitmapFile(files, pathOf("C:\\P\\true.bmp"), PackedBitmap{32, std::string(300, 'x')}));
   EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
-  ASSERT_TRUE(writeBitmapFile(files, "C:\\P\\palette.bmp", PackedBitmap{8, "y"}));
+  ASSERT_TRUE(writeBitmapFile(files, pathOf("C:\\P\\palette.bmp"), PackedBitmap{8, "y"}));
   EXPECT_EQ(files.bytes("C:\\P\\palette.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
-  EXPECT_FALSE(writeBitmapFile(files, "C:\\P\\none.bmp", std::nullopt));
+  EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\P\\none.bmp"), std::nullopt));
   EXPECT_FALSE(files.exists("C:\\P\\none.bmp"));
-  EXPECT_FALSE(writeBitmapFile(files, "C:\\nowhere\\x.bmp", PackedBitmap{32, "z"}));
+  EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\nowhere\\x.bmp"), PackedBitmap{32, "z"}));
 }
 
 class ClipboardPicture : public testing::Test {
@@ -94,10 +94,10 @@ class ClipboardPicture : public testing::Test {
 };
 
 TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
-  fake.state.link.setBaseDirectory("C:\\\xCF\xEE\xC4\xBF");
+  fake.state.link.setBaseDirectory(pathOf("C:\\\xCF\xEE\xC4\xBF"));
   fake.fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
   for (int pass = 0; pass < 2; ++pass) {  // folders missing, then there
-    EXPECT_EQ(saveClipboardPicture(fake.services), "C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp");
+    EXPECT_EQ(saveClipboardPicture(fake.services), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));
     EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
     expectTidy();
   }
@@ -121,7 +121,7 @@ TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
     FakeServices one;
     one.fake.clipboard.metafile = "drawing";
     each.spoil(one.fake);
-    EXPECT_EQ(saveClipboardPicture(one.services), "") << each.name;
+    EXPECT_TRUE(saveClipboardPicture(one.services).empty()) << each.name;
     EXPECT_FALSE(one.fake.files.exists("C:\\App\\Cache\\Output\\Preview.bmp")) << each.name;
     EXPECT_FALSE(one.fake.files.exists("C:/Temp/test.emf")) << each.name;
     EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.name;

@@ -21,6 +21,7 @@
 #include "plugin/real_world_windows.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
+#include "system/fake_code_page.h"
 
 namespace vernoxa {
 namespace {
@@ -54,9 +55,9 @@ std::string clipboardText() {
 
 class RealDesktop : public testing::Test {
  protected:
-  RealDesktop() : logs(world.clock, world.files, folder + "\\bin"), text(world.codePage, world.messages) {
+  RealDesktop() : logs(world.clock, world.files, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
-    state.link.setBaseDirectory(folder);
+    state.link.setBaseDirectory(pathOf(folder));
   }
   ~RealDesktop() override {
     for (const char* below : {"\\Cache\\Output\\Preview.bmp"}) {
@@ -88,9 +89,9 @@ std::uint32_t number(const std::string& bytes, std::size_t offset) {
 
 TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
   putDrawingOnClipboard(80, 40);
-  const std::string path = saveClipboardPicture(services);
-  ASSERT_EQ(path, folder + "\\Cache\\Output\\Preview.bmp");
-  EXPECT_FALSE(world.files.exists("C:/Temp/test.emf"));
+  const FilePath path = saveClipboardPicture(services);
+  ASSERT_EQ(path, pathOf(folder + "\\Cache\\Output\\Preview.bmp"));
+  EXPECT_FALSE(world.files.exists(pathOf("C:/Temp/test.emf")));
 
   const std::string file = world.files.read(path).value_or("");
   const ScreenMeasures screen = world.pictures.screen();
@@ -105,7 +106,8 @@ TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
   ASSERT_EQ(number(file, 26), 1U | 32U << 16U);
 
   // The system's own reader sees the same picture.
-  const Bitmap bitmap(static_cast<HBITMAP>(LoadImageA(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
+  const Bitmap bitmap(
+      static_cast<HBITMAP>(LoadImageA(nullptr, literalOf(path).c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
   ASSERT_TRUE(bitmap);
   const MemoryContext context(CreateCompatibleDC(nullptr));
   const Selection selected(context.get(), bitmap.get());
@@ -121,16 +123,16 @@ TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
 
 TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
   world.clipboard.open()->replaceByText("text only");
-  EXPECT_EQ(saveClipboardPicture(services), "");
-  EXPECT_FALSE(world.files.exists(folder + "\\Cache"));
-  const std::string broken = folder + "\\broken.emf";
+  EXPECT_TRUE(saveClipboardPicture(services).empty());
+  EXPECT_FALSE(world.files.exists(pathOf(folder + "\\Cache")));
+  const FilePath broken = pathOf(folder + "\\broken.emf");
   for (const std::string& bytes : {std::string(), std::string("no metafile"), std::string(108, '\1')}) {
     world.files.create(broken)->write(bytes);
-    EXPECT_FALSE(convertMetafile(world, broken, folder + "\\x.bmp"));
+    EXPECT_FALSE(convertMetafile(world, broken, pathOf(folder + "\\x.bmp")));
   }
-  EXPECT_FALSE(world.files.exists(folder + "\\x.bmp"));
+  EXPECT_FALSE(world.files.exists(pathOf(folder + "\\x.bmp")));
   world.files.removeFile(broken);
-  EXPECT_FALSE(convertMetafile(world, broken, folder + "\\x.bmp"));
+  EXPECT_FALSE(convertMetafile(world, broken, pathOf(folder + "\\x.bmp")));
 }
 
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
@@ -146,7 +148,7 @@ TEST_F(RealDesktop, AClipboardThatAnotherHoldsIsNotOpened) {
     ASSERT_TRUE(OpenClipboard(window));
     std::thread([this] {
       EXPECT_EQ(world.clipboard.open(), nullptr);
-      EXPECT_EQ(saveClipboardPicture(services), "");
+      EXPECT_TRUE(saveClipboardPicture(services).empty());
     }).join();
     CloseClipboard();
     DestroyWindow(window);
@@ -199,7 +201,7 @@ TEST_F(RealDesktop, HoldsNoMoreHandlesAfterManyCalls) {
     const char* name;
     std::function<void()> call;
   } cases[] = {
-      {"picture", [this] { ASSERT_NE(saveClipboardPicture(services), ""); }},
+      {"picture", [this] { ASSERT_FALSE(saveClipboardPicture(services).empty()); }},
       {"cursor", [this] { world.desktop.cursor(); }},
       {"key", [this] { world.desktop.moveKey(Key::escape, KeyMove::release); }},
       {"background",

@@ -76,12 +76,12 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
-  fake.state.link.setBaseDirectory("C:\\项目\\\x95\x5C");  // the last character's second byte looks like "\"
+  fake.state.link.setBaseDirectory(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
   fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
   const std::string name = utf8(u8"电");
   library.start();
   EXPECT_EQ(library.finish(name, fake.services), utf8(u8"C:/项目/昞/Cache/Library/") + name + ".json");
-  EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\" + name + ".json"), "(no file)");
+  EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\电.json"), "(no file)");
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ class PageExportTest : public testing::Test {
   std::vector<std::string> names() {
     std::vector<std::string> found;
     for (const FolderEntry& entry : fake.fake.files.entries(folder)) {
-      found.push_back(entry.name);
+      found.push_back(literalOf(FilePath::fromUtf8(entry.name)));
     }
     return found;
   }
@@ -192,7 +192,7 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
   files.addFolder(folder + "\\link", directoryAttribute | reparsePointAttribute);
   files.addFile(folder + "\\link\\kept.json", "of another folder");
   pages.start(fake.services);
-  EXPECT_TRUE(files.isFolder(folder));
+  EXPECT_TRUE(files.isFolder(pathOf(folder)));
   EXPECT_FALSE(files.exists(folder + "\\old.json"));
   EXPECT_FALSE(files.exists(folder + "\\sub"));
   EXPECT_EQ(files.bytes(folder + "\\link\\kept.json"), "of another folder");
@@ -203,7 +203,7 @@ TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
   pages.start(fake.services);
   EXPECT_FALSE(fake.fake.files.exists("C:\\App\\Cache"));
   EXPECT_TRUE(fake.fake.clock.pauses().empty());
-  fake.state.link.setBaseDirectory("C:\\App\\project");
+  fake.state.link.setBaseDirectory(pathOf("C:\\App\\project"));
   fake.fake.files.addFolder("C:\\App\\project");
   page({"Page", "P", "1", "1", "K"});
   finish("S", "P", "K");

@@ -38,9 +38,9 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
   LinkThread link(services, client);
   std::thread thread([&] { link.run(); });
   for (int times = 0; times < 2000; ++times) {
-    state.link.setBaseDirectory("D:\\from host");
-    EXPECT_THAT(state.link.baseDirectory(), testing::StartsWith("D:\\from "));
-    state.link.setHostInstallPath("D:\\Capture.exe");
+    state.link.setBaseDirectory(pathOf("D:\\from host"));
+    EXPECT_THAT(state.link.baseDirectory().utf8(), testing::StartsWith("D:\\from "));
+    state.link.setHostInstallPath(pathOf("D:\\Capture.exe"));
     state.link.setClientCreated(times % 3 == 0);
     logs.openTraffic().writeLine("host thread");
     EXPECT_TRUE(Json::parse(R"({"read":"beside the link thread"})").document);

@@ -60,11 +60,11 @@ TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
 }
 
 TEST_F(CompanionLaunchTest, StartsInTheBaseDirectoryAndGivesTheFolderBack) {
-  launchCompanion(world, "C:\\App");
+  launchCompanion(world, pathOf("C:\\App"));
   fake.files.addFile("C:\\App\\LanTuZS.exe", "");
-  launchCompanion(world, "C:\\App");
+  launchCompanion(world, pathOf("C:\\App"));
   fake.processes.startThrows = true;
-  EXPECT_THROW(launchCompanion(world, "C:\\App"), std::bad_alloc);
+  EXPECT_THROW(launchCompanion(world, pathOf("C:\\App")), std::bad_alloc);
   EXPECT_THAT(fake.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin", "C:\\App> LanTuZS.exe AutoLogin"));
   EXPECT_EQ(fake.processes.folder, "D:\\Work");
 }

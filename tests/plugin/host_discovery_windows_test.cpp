@@ -10,6 +10,7 @@
 #include "core/registry.h"
 #include "core/world.h"
 #include "plugin/real_world_windows.h"
+#include "system/fake_code_page.h"
 
 namespace vernoxa {
 namespace {
@@ -61,7 +62,7 @@ class RealRegistry : public testing::Test {
     makeFolder(folder + "\\tools");
     makeFolder(folder + "\\tools\\" + toolFolder);
     made_.push_back(folder + "\\tools\\" + toolFolder + "\\Capture.exe");
-    world.files.create(made_.back());
+    world.files.create(pathOf(made_.back()));
     return folder;
   }
   static std::string temporary(const std::string& name) {
@@ -70,8 +71,8 @@ class RealRegistry : public testing::Test {
     return path + name + std::to_string(GetCurrentProcessId());
   }
   std::string find(const std::string& hostVersion) {
-    const Logs logs(world.clock, world.files, temporary("nowhere"));
-    return findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs));
+    const Logs logs(world.clock, world.files, pathOf(temporary("nowhere")));
+    return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
   }
 
   World world = realWorld();
@@ -107,7 +108,7 @@ TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
     std::string bytes;
     std::optional<std::string> expected;
   } cases[] = {
-      {"ended", REG_SZ, std::string("C:\\软件\0", 8), "C:\\软件"},
+      {"ended", REG_SZ, std::string("C:\\软件\0", 8), utf8(u8"C:\\软件")},
       {"not ended", REG_SZ, "C:\\SPB", "C:\\SPB"},
       {"two zeros", REG_SZ, std::string("C:\\SPB\0\0", 8), "C:\\SPB"},
       {"zero inside", REG_SZ, std::string("C:\\A\0B\0", 7), "C:\\A"},
@@ -143,7 +144,7 @@ TEST_F(RealRegistry, NamesTheKeysBelowUpToTheFirstThatFitsNoBuffer) {
   add(L"a");
   add(std::wstring(255, L'k'));
   add(L"软件");
-  EXPECT_THAT(world.registry.subKeys(path), ElementsAre("a", std::string(255, 'k'), "软件"));
+  EXPECT_THAT(world.registry.subKeys(path), ElementsAre("a", std::string(255, 'k'), utf8(u8"软件")));
   add(std::wstring(255, L'龟'));  // 510 bytes in the code page
   add(L"\uFF00");                 // behind it
   EXPECT_THAT(world.registry.subKeys(path), testing::SizeIs(3));

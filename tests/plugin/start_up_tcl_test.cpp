@@ -47,8 +47,8 @@ class StartUpTest : public testing::Test {
   TclInterp interp_;
   FakeWorld fake_;
   World world_ = fake_.world();
-  PlugIn plugIn_{world_, "C:\\App\\bin\\Vernoxa64.dll", Logs(fake_.clock, fake_.files, "C:\\App\\bin"), nullptr,
-                 [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(fake_.clock, fake_.files, pathOf("C:\\App\\bin")),
+                 nullptr, [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
 };
 
 TEST_F(StartUpTest, ScriptByteForByte) {
@@ -83,10 +83,10 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
   load();
   EXPECT_EQ(interp_.evaluate("package present Vernoxa").text, "1.0");
   EXPECT_EQ(state().language, "EN");
-  EXPECT_EQ(state().link.baseDirectory(), "C:\\App");
-  EXPECT_EQ(state().link.hostInstallPath(), "");
+  EXPECT_EQ(state().link.baseDirectory().utf8(), "C:\\App");
+  EXPECT_EQ(state().link.hostInstallPath().utf8(), "");
   EXPECT_FALSE(state().link.clientCreated());
-  EXPECT_EQ(state().logDirectory, "C:\\App\\Script\\Log");
+  EXPECT_EQ(state().logDirectory.utf8(), "C:\\App\\Script\\Log");
   EXPECT_EQ(state().placement.backupBaseName, "Test");
   EXPECT_EQ(state().placement.libraryBaseName, "123456");
   EXPECT_EQ(state().placement.placeState, 0);
@@ -332,7 +332,7 @@ TEST_F(StartUpTest, SmallCommands) {
   EXPECT_EQ(interp_.evaluate("getGenerateGuid").text, "");
   EXPECT_EQ(interp_.evaluate("execTool a b").text, "");
   EXPECT_THAT(fake_.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
-  state().link.setBaseDirectory("E:\\project");  // later reports do not move the installation
+  state().link.setBaseDirectory(pathOf("E:\\project"));  // later reports do not move the installation
   interp_.evaluate("execTool");
   EXPECT_EQ(fake_.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
 }
@@ -364,7 +364,7 @@ TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   fake_.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
-  noteMadeLibrary(plugIn_.session->services(), newLibraryPath(state().placement));
+  noteMadeLibrary(plugIn_.session->services(), newLibraryPath(plugIn_.session->services()));
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");

@@ -28,7 +28,7 @@ class PlacementInTcl : public testing::Test {
     }
     tcl_.evaluate("rename rename {}");
     tcl_.define({"placeLibPart", "setPinNum", "placePart", "unknown"});
-    with_.state.installDirectory = "C:\\App";
+    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     with_.state.placement.dsnDatPath = "C:\\Mods\\ModuleLib.json";
     with_.fake.files.addFile("C:\\Mods\\other.txt", "the user's");

@@ -33,7 +33,7 @@ class Placement : public testing::Test {
  protected:
   Placement() {
     with_.enableTraffic();
-    with_.state.installDirectory = "C:\\App";
+    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile(emptyLibrary, "OLB");
     with_.fake.random.numbers = {5, 6};
     with_.state.placement.dsnDatPath = modulePath;
@@ -63,7 +63,7 @@ const std::string oddPart = R"(C:/Mods/7/5.olb A\\B} [list ""] [list ""] [list ]
 TEST_F(Placement, LibraryPartsAreWrittenOnceEach) {
   const PlacedLibrary placed = placeLibraryOnly(DraggedBox::made);
   EXPECT_TRUE(placed.made);
-  EXPECT_EQ(placed.newLibrary, "C:/Mods/7/6.olb");
+  EXPECT_EQ(placed.newLibrary.utf8(), "C:/Mods/7/6.olb");
   EXPECT_THAT(host_.scripts,
               ElementsAre("placeLibPart " + resistor, "placeLibPart " + oddPart,
                           R"(placeLibPart C:/Mods/7/5.olb {ViewBox} 0 ViewBox [list 0 0 300 200] [list [list "" ""]] )"
@@ -170,7 +170,7 @@ TEST_F(Placement, NamesInUseAreDrawnAgain) {
   with_.fake.files.addFile("C:\\Mods\\7\\2.olb", "the user's");
   with_.fake.files.addFile("C:\\Mods\\7\\3_0.OBK", "the user's");
   with_.fake.random.numbers = {1, 2, 3, 4, 4, 2, 8};
-  EXPECT_EQ(placeLibraryOnly().newLibrary, "C:/Mods/7/8.olb");
+  EXPECT_EQ(placeLibraryOnly().newLibrary.utf8(), "C:/Mods/7/8.olb");
   EXPECT_THAT(host_.scripts.front(), StartsWith("placeLibPart C:/Mods/7/4.olb "));
   EXPECT_THAT(files(), ElementsAre("1.OLBlck", "2.olb", "3_0.OBK", "8.olb", "ModuleLib.json"));
   EXPECT_EQ(with_.fake.files.bytes("C:\\Mods\\7\\2.olb"), "the user's");
@@ -179,8 +179,8 @@ TEST_F(Placement, NamesInUseAreDrawnAgain) {
 TEST_F(Placement, BaseLibraryIsLookedForInTwoPlaces) {
   with_.fake.files.removeFile(emptyLibrary);
   with_.fake.files.addFile("D:\\Cadence\\bin\\config\\Resource\\Empty.olb", "second");
-  with_.state.link.setHostInstallPath("D:\\Cadence\\bin\\Capture.exe");
-  with_.state.link.setBaseDirectory("C:\\Project");
+  with_.state.link.setHostInstallPath(pathOf("D:\\Cadence\\bin\\Capture.exe"));
+  with_.state.link.setBaseDirectory(pathOf("C:\\Project"));
   EXPECT_TRUE(placeLibraryOnly().made);
   EXPECT_EQ(with_.fake.files.bytes("C:\\Mods\\7\\6.olb"), "second");
 }
@@ -223,7 +223,7 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
         "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\",
         "\\\\?\\C:\\Mods\\7\\d.dsn", "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
     with_.fake.files.addFile(path, "");
-    removePlacementFile(with_.services, path);
+    removePlacementFile(with_.services, pathOf(path));
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
   EXPECT_THAT(files(), SizeIs(12));  // and no library left behind
@@ -273,7 +273,7 @@ TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
   for (const auto& each : cases) {
     FakeFiles files;
     files.addFile("C:\\m.json", std::string(R"({"BoundingBox":")") + each.box + "\"}");
-    const auto box = ModuleFile::read(files, "C:\\m.json").viewBox();
+    const auto box = ModuleFile::read(files, pathOf("C:\\m.json")).viewBox();
     EXPECT_EQ(box ? box->width + " " + box->height : "none", each.expected);
   }
 }

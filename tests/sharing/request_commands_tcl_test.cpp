@@ -160,7 +160,7 @@ TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
   run(removeDatFile, {});  // none of the libraries was made here
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
   for (const char* path : {"c:/mods/5.OLB", "C:\\Mods\\5_0.obk", "C:\\Mods/6.olb"}) {
-    noteMadeLibrary(with_.services, path);
+    noteMadeLibrary(with_.services, pathOf(path));
   }
   run(removeDatFile, {});
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 1U);

@@ -22,28 +22,27 @@ class BrokenDisk final : public Files {
 
   FakeFiles* there = nullptr;
 
-  std::uint32_t attributes(const std::string& path) override {
-    const bool gone = trouble_ == Trouble::logFolderComesAndGoes && path.ends_with("\\Log") && ++asked_ % 3 == 0;
+  std::uint32_t attributes(const FilePath& path) override {
+    const bool gone = trouble_ == Trouble::logFolderComesAndGoes && path.utf8().ends_with("\\Log") && ++asked_ % 3 == 0;
     return gone ? noAttributes : there->attributes(path);
   }
-  std::string fullPath(const std::string& path) override { return there->fullPath(path); }
-  std::optional<std::string> read(const std::string& path) override { return there->read(path); }
-  std::unique_ptr<OutputFile> openForAppending(const std::string& path) override {
+  FilePath fullPath(const FilePath& path) override { return there->fullPath(path); }
+  FilePath shortPath(const FilePath& path) override { return there->shortPath(path); }
+  std::optional<std::string> read(const FilePath& path) override { return there->read(path); }
+  std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override {
     if (trouble_ == Trouble::logFolderComesAndGoes) {
       return ++asked_ % 3 == 0 ? nullptr : there->openForAppending(path);
     }
     return newFile();
   }
-  std::unique_ptr<OutputFile> create(const std::string& path) override {
+  std::unique_ptr<OutputFile> create(const FilePath& path) override {
     return trouble_ == Trouble::logFolderComesAndGoes ? there->create(path) : newFile();
   }
-  bool createFolder(const std::string& path) override { return writable() && there->createFolder(path); }
-  bool removeFile(const std::string& path) override { return writable() && there->removeFile(path); }
-  bool removeFolder(const std::string& path) override { return writable() && there->removeFolder(path); }
-  bool copyFile(const std::string& from, const std::string& to) override {
-    return writable() && there->copyFile(from, to);
-  }
-  std::vector<FolderEntry> entries(const std::string& folder) override { return there->entries(folder); }
+  bool createFolder(const FilePath& path) override { return writable() && there->createFolder(path); }
+  bool removeFile(const FilePath& path) override { return writable() && there->removeFile(path); }
+  bool removeFolder(const FilePath& path) override { return writable() && there->removeFolder(path); }
+  bool copyFile(const FilePath& from, const FilePath& to) override { return writable() && there->copyFile(from, to); }
+  std::vector<FolderEntry> entries(const FilePath& folder) override { return there->entries(folder); }
 
  private:
   bool writable() const { return trouble_ == Trouble::logFolderComesAndGoes; }

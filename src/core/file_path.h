@@ -1,0 +1,35 @@
+// Where a file or folder is.
+#pragma once
+
+#include <compare>
+#include <string>
+#include <string_view>
+
+namespace vernoxa {
+
+// The true name of a file or folder, in UTF-8: it says the same whatever the system's code page can name. No byte of a
+// longer sequence looks like a separator, so that plain text operations are safe on it. Texts from outside become one
+// by `TextConverter::path`, which knows their encodings.
+class FilePath {
+ public:
+  FilePath() = default;
+  // Up to the text's first NUL byte.
+  static FilePath fromUtf8(std::string_view text);
+
+  const std::string& utf8() const { return utf8_; }
+  bool empty() const { return utf8_.empty(); }
+
+  // Below this folder; "\" comes between, also when the folder is empty.
+  FilePath operator/(std::string_view utf8Name) const;
+  // Up to the last "\"; a path without one stays as it is.
+  FilePath folder() const;
+
+  friend auto operator<=>(const FilePath&, const FilePath&) = default;
+
+ private:
+  explicit FilePath(std::string utf8) : utf8_(std::move(utf8)) {}
+
+  std::string utf8_;
+};
+
+}  // namespace vernoxa
