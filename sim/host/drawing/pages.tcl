@@ -62,8 +62,11 @@ proc ::drawing::labelRecords {page} {
         dict with label {}
         if {$kind eq "label"} {
             # The alias draws nothing either.
+            # What is read keeps clear of its line, and a bus is broad.
+            set clear [expr {[kicad::busMembers $text] eq "" ? 15 : 45}]
+            lassign [expr {$rotation in {90 270} ? [list $clear 0] : [list 0 $clear]}] left up
             lappend records [list Alias {*}[units [list $x $y]] $text [colour label] "" [fontHeight $size]] \
-                [textFrom $text $x $y $size $rotation bottom label]
+                [textFrom $text [expr {$x - $left}] [expr {$y - $up}] $size $rotation bottom label]
             continue
         }
         lappend records {*}[connectorRecords $kind $shape $text $x $y $rotation $size]

@@ -202,12 +202,13 @@ proc ::kicad::netNames {numberOf} {
         } elseif {$number == 1} {
             lappend candidates [list 1 $local [rootOf $node]]
         } else {
-            lappend candidates [list 2 [dict get $pageOf $number]/$local [rootOf $node]]
+            set page [dict get $pageOf $number]
+            lappend candidates [list [expr {2 + [regexp -all / $page]}] $page/$local [rootOf $node]]
         }
     }
     set names {}
     set used {}
-    foreach candidate [lsort -index 0 [lsort -dictionary -index 1 $candidates]] {
+    foreach candidate [lsort -integer -index 0 [lsort -dictionary -index 1 $candidates]] {
         lassign $candidate - name root
         if {![dict exists $names $root]} {
             set free $name
