@@ -91,8 +91,9 @@ proc ::drawing::room {text size} {
     foreach line $lines {
         set width 0
         foreach character [split $line ""] {
-            # Chinese characters take a whole square, Latin ones a good half.
-            set width [expr {$width + $size * ([scan $character %c] >= 0x2e80 ? 1.0 : 0.56)}]
+            # Chinese characters take a whole square, Latin capitals two thirds of it, others a good half.
+            set share [expr {[scan $character %c] >= 0x2e80 ? 1.0 : [string is upper $character] ? 0.66 : 0.56}]
+            set width [expr {$width + $size * $share}]
         }
         set widest [expr {max($widest, $width)}]
     }
