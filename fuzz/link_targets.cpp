@@ -77,7 +77,7 @@ void frame(std::string_view input) {
 void envelope(std::string_view input) {
   FakeServices services;
   const std::string text(input);
-  const Json message = parseMessage(text, services.fake.output);
+  const Json message = parseMessage(text, services.services);
   const auto reply = errorReply("command error", text, services.fake.output);
   if (!message) {
     require(!reply, "a reply to what is no JSON");

@@ -37,7 +37,7 @@ std::string scriptOf(char form, std::string_view value) {
 
 void configuration(std::string_view input) {
   const std::string text(input);
-  const auto read = parseConfiguration(text);
+  const auto read = parseConfiguration(text, FakeServices().logs);
   const Json parsed = Json::parse(text).document;
   require(read.has_value() == static_cast<bool>(parsed), "a configuration out of what is no JSON, or none out of JSON");
   require(!read || !read->startCompanion || parsed.member("StartWithCadence").text() == "1",

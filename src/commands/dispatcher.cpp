@@ -86,7 +86,7 @@ std::string replyText(const std::string& command, Reply reply) {
 int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::string& message, std::string& reply,
              ScriptHost& host, Services& services) {
   LogWriter log = services.logs.openTraffic();
-  const Json parsed = parseMessage(message, services.world.output);
+  const Json parsed = parseMessage(message, services);
   if (!parsed) {
     return notUnderstood;
   }

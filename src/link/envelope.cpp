@@ -1,15 +1,26 @@
 #include "link/envelope.h"
 
+#include "core/outside_json.h"
+#include "core/services.h"
 #include "core/system.h"
+#include "core/world.h"
 
 namespace vernoxa {
 
-Json parseMessage(const std::string& message, StandardOutput& output) {
+namespace {
+
+Json parsedOrTold(const std::string& message, StandardOutput& output) {
   Json::Parsed parsed = Json::parse(message);
   if (!parsed.document) {
     output.print("Error before: [" + parsed.errorRest + "]\n");
   }
   return std::move(parsed.document);
+}
+
+}  // namespace
+
+Json parseMessage(const std::string& message, const Services& services) {
+  return isWithinBounds(message, services.logs) ? parsedOrTold(message, services.world.output) : Json();
 }
 
 std::optional<std::string> commandOf(JsonView message, StandardOutput& output) {
@@ -26,7 +37,7 @@ void printMissingValue(StandardOutput& output) {
 }
 
 std::optional<std::string> errorReply(std::string_view errorText, const std::string& request, StandardOutput& output) {
-  const Json message = parseMessage(request, output);
+  const Json message = outsideJsonRefusal(request).empty() ? parsedOrTold(request, output) : Json();
   if (!message) {
     return std::nullopt;
   }

@@ -12,11 +12,13 @@
 namespace vernoxa {
 
 class StandardOutput;
+struct Services;
 
 inline constexpr std::string_view replySuffix = "_EndResult";
 
-// Parses a message. When it is no JSON prints "Error before: [rest]" and a line end, and is empty.
-Json parseMessage(const std::string& message, StandardOutput& output);
+// Parses a message. When it is no JSON prints "Error before: [rest]" and a line end, and is empty; when it is beyond
+// the bounds of what is parsed it is empty, and the traffic log says why.
+Json parseMessage(const std::string& message, const Services& services);
 
 // The text of "Command". When it is missing or no string prints "not value" and a line end, and is nothing.
 std::optional<std::string> commandOf(JsonView message, StandardOutput& output);
@@ -25,7 +27,7 @@ std::optional<std::string> commandOf(JsonView message, StandardOutput& output);
 void printMissingValue(StandardOutput& output);
 
 // The reply for a command that could not be carried out; members "ErrInfo", "Result", "Data", "Command" in that
-// order, formatted. Nothing when the request names no command.
+// order, formatted. Nothing when the request names no command, or is beyond the bounds.
 std::optional<std::string> errorReply(std::string_view errorText, const std::string& request, StandardOutput& output);
 
 }  // namespace vernoxa

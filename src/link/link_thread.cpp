@@ -135,7 +135,7 @@ LinkThread::Exchange LinkThread::exchange(const Json& request) {
   if (client_.receivePacket(message) != 0) {
     return {};
   }
-  return {true, parseMessage(message, services_.world.output)};
+  return {true, parseMessage(message, services_)};
 }
 
 int LinkThread::poll() {

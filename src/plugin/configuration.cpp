@@ -1,11 +1,11 @@
 #include "plugin/configuration.h"
 
-#include "core/json.h"
+#include "core/outside_json.h"
 
 namespace vernoxa {
 
-std::optional<Configuration> parseConfiguration(const std::string& text) {
-  const Json root = Json::parse(text).document;
+std::optional<Configuration> parseConfiguration(const std::string& text, const Logs& logs) {
+  const Json root = parseOutsideJson(text, logs);
   if (!root) {
     return std::nullopt;
   }

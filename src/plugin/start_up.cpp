@@ -55,7 +55,8 @@ void startCompanion(PlugIn& plugIn) {
 
 void applyConfiguration(PlugIn& plugIn) {
   const FilePath file = plugIn.session->directories().configurationFile;
-  const auto configuration = parseConfiguration(plugIn.world.files.read(file).value_or(""));
+  const auto configuration =
+      parseConfiguration(plugIn.world.files.read(file).value_or(""), plugIn.session->services().logs);
   if (configuration && configuration->language) {
     plugIn.session->services().state.language = *configuration->language;
   }

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "core/log.h"
+#include "core/outside_json.h"
 #include "core/services.h"
 #include "link/socket_client.h"
 
@@ -43,7 +44,7 @@ std::optional<QueryReply> askCompanion(const Services& services, std::string_vie
   }
   QueryReply reply;
   reply.text = std::move(*text);
-  reply.message = Json::parse(reply.text).document;
+  reply.message = parseOutsideJson(reply.text, services.logs);
   const auto result = reply.message.member("Result").wholeNumber();
   const JsonView data = reply.message.member("Data");
   const auto value = textOrNumber(data.member(member));

@@ -1,14 +1,22 @@
 #include "sharing/module_file.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
 #include "core/decimal.h"
 #include "core/files.h"
+#include "core/log.h"
+#include "core/outside_json.h"
+#include "core/services.h"
 #include "core/text.h"
+#include "core/world.h"
 
 namespace vernoxa {
 namespace {
+
+// Each is a script for the host, which would be busy for hours; the longest sound module has a sixth of it.
+constexpr std::size_t mostItems = 250'000;
 
 // No page is wider in any unit.
 constexpr std::int64_t farthest = 1'000'000'000;
@@ -20,10 +28,14 @@ std::optional<Decimal> coordinate(const std::string& text) {
 
 }  // namespace
 
-ModuleFile ModuleFile::read(Files& files, const FilePath& path) {
+ModuleFile ModuleFile::read(const Services& services, const FilePath& path) {
   ModuleFile module;
-  if (const auto text = files.read(path)) {
-    module.root_ = Json::parse(*text).document;
+  if (const auto text = services.world.files.read(path)) {
+    module.root_ = parseOutsideJson(*text, services.logs);
+    if (std::max(module.library().size(), module.objects().size()) > mostItems) {
+      services.logs.openTraffic().writeLine("module refused: more than 250000 parts or objects");
+      module.root_ = {};
+    }
   }
   return module;
 }

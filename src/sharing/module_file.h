@@ -11,7 +11,7 @@
 
 namespace vernoxa {
 
-class Files;
+struct Services;
 
 // Width and height as decimal texts.
 struct ViewBox {
@@ -22,8 +22,8 @@ struct ViewBox {
 // Texts are UTF-8; views are valid as long as this object.
 class ModuleFile {
  public:
-  // Unreadable and no JSON alike: a module without a root.
-  static ModuleFile read(Files& files, const FilePath& path);
+  // Unreadable, no JSON, and beyond the bounds (a line in the traffic log tells) alike: a module without a root.
+  static ModuleFile read(const Services& services, const FilePath& path);
 
   bool hasRoot() const { return static_cast<bool>(root_); }
   bool hasLibrary() const { return library().isArray(); }

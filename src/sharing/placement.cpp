@@ -104,7 +104,7 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
   PlacedLibrary placed;
   const bool named = drawLibraryNames(services);
   placed.newLibrary = newLibraryPath(services);
-  placed.module = ModuleFile::read(services.world.files, services.text.path(services.state.placement.dsnDatPath));
+  placed.module = ModuleFile::read(services, services.text.path(services.state.placement.dsnDatPath));
   const FilePath emptyLibrary = emptyLibraryPath(services);
   if (!named || emptyLibrary.empty() || !isPlaceable(placed.module, services)) {
     return placed;

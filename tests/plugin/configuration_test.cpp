@@ -11,6 +11,7 @@ namespace {
 using testing::ElementsAre;
 
 TEST(Configuration, OnlyStringsCount) {
+  const FakeServices with;
   const struct {
     const char* text;
     std::optional<std::string> language;
@@ -26,13 +27,13 @@ TEST(Configuration, OnlyStringsCount) {
       {"[]", {}, false},
   };
   for (const auto& row : rows) {
-    const auto found = parseConfiguration(row.text);
+    const auto found = parseConfiguration(row.text, with.logs);
     ASSERT_TRUE(found) << row.text;
     EXPECT_EQ(found->language, row.language) << row.text;
     EXPECT_EQ(found->startCompanion, row.start) << row.text;
   }
   for (const char* const text : {"", "{", "AlgMenuLang=CN", "\xFF\xFE{"}) {
-    EXPECT_FALSE(parseConfiguration(text)) << text;
+    EXPECT_FALSE(parseConfiguration(text, with.logs)) << text;
   }
 }
 

@@ -271,9 +271,9 @@ TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
       {"1 2}", "none"},
   };
   for (const auto& each : cases) {
-    FakeFiles files;
-    files.addFile("C:\\m.json", std::string(R"({"BoundingBox":")") + each.box + "\"}");
-    const auto box = ModuleFile::read(files, pathOf("C:\\m.json")).viewBox();
+    FakeServices with;
+    with.fake.files.addFile("C:\\m.json", std::string(R"({"BoundingBox":")") + each.box + "\"}");
+    const auto box = ModuleFile::read(with.services, pathOf("C:\\m.json")).viewBox();
     EXPECT_EQ(box ? box->width + " " + box->height : "none", each.expected);
   }
 }
