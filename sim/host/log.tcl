@@ -3,6 +3,8 @@
 namespace eval ::host {
     variable tracing 0
     variable procedures {}
+    # Asking which there are takes milliseconds under Wine, for it looks into folders.
+    variable hasCodePage [expr {"cp936" in [encoding names]}]
 }
 
 # One plain line on standard output, flushed.
@@ -34,11 +36,12 @@ proc ::host::readable {text} {
 # quotes is taken for that when it is UTF-8 throughout and holds a three-byte sequence, which text of
 # the code page is by the rarest accident only.
 proc ::host::fromCodePage {bytes} {
+    variable hasCodePage
     set texts {}
     foreach piece [split $bytes \"] {
         set text [encoding convertfrom utf-8 $piece]
         if {![regexp {[\u0800-\uffff]} $text] || [encoding convertto utf-8 $text] ne $piece} {
-            set text [expr {"cp936" in [encoding names] ? [encoding convertfrom cp936 $piece] : $piece}]
+            set text [expr {$hasCodePage ? [encoding convertfrom cp936 $piece] : $piece}]
         }
         lappend texts $text
     }
