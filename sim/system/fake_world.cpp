@@ -58,9 +58,9 @@ void FakeStandardOutput::forget() {
   text_ = {};
 }
 
-void FakeUserMessages::show(std::string_view text, MessageIcon icon) {
+void FakeUserMessages::show(std::u8string_view text, MessageIcon icon) {
   const std::lock_guard lock(guard_);
-  shown_.push_back(std::string(icon == MessageIcon::none ? "" : "(i) ").append(text));
+  shown_.push_back(std::string(icon == MessageIcon::none ? "" : "(i) ").append(literalOf(FilePath::fromUtf8(utf8(text)))));
 }
 
 std::vector<std::string> FakeUserMessages::shown() const {

@@ -85,8 +85,8 @@ class FakeStandardOutput final : public StandardOutput {
 
 class FakeUserMessages final : public UserMessages {
  public:
-  void show(std::string_view text, MessageIcon icon) override;
-  // Texts in the code page; a text with an icon begins with "(i) ".
+  void show(std::u8string_view text, MessageIcon icon) override;
+  // As literals of the tests; a text with an icon begins with "(i) ".
   std::vector<std::string> shown() const;
   void forget();
 

@@ -15,11 +15,11 @@ namespace {
 struct BomMessage {
   const char* command;
   const char* member;
-  const char* shortLineText;  // the question marks are how the text has always been shown
+  std::u8string_view shortLineText;  // the question marks are how the text has always been shown
 };
 
-constexpr BomMessage addMessage{"AddToBom", "Stick", "??BOM??"};
-constexpr BomMessage removeMessage{"RemoveFromBom", "NotStick", "?BOM?????"};
+constexpr BomMessage addMessage{"AddToBom", "Stick", u8"??BOM??"};
+constexpr BomMessage removeMessage{"RemoveFromBom", "NotStick", u8"?BOM?????"};
 
 Json partsMessage(const BomMessage& kind, const TclList& parts, const Services& services) {
   Json message = Json::object();

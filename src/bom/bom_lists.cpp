@@ -70,7 +70,7 @@ Json readBomLists(ScriptHost& host, const Services& services) {
   }
   for (std::size_t index = 0; index < bomLists.size(); ++index) {
     if (!readList(host, services.text, oldHost, bomLists[index].procedure, data, arrays[index])) {
-      services.world.messages.show("BOM读取出错", MessageIcon::none);
+      services.world.messages.show(u8"BOM读取出错", MessageIcon::none);
       break;
     }
   }

@@ -32,7 +32,7 @@ bool isOpenInHost(HandlerContext& context, const std::string& path, const std::s
     const std::string candidate = comparablePath(text.hostPath(entry));
     context.log.writeLine("open file:" + replyValue(context, entry));
     if (candidate.find('/') == std::string::npos) {
-      context.services.world.messages.show("文件一打开路径异常", MessageIcon::none);
+      context.services.world.messages.show(u8"文件一打开路径异常", MessageIcon::none);
     } else if (candidate == wanted) {
       open = true;
     }

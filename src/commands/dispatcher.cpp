@@ -56,7 +56,7 @@ Outcome runHandler(const HandlerRow& row, const Request& request, HandlerContext
     storeMembers(row, request, context.services.state.placement);
     return hasWhatIsNeeded(row, request) ? row.run(request, context) : Outcome{stoppedEarly, std::nullopt};
   } catch (...) {
-    context.services.world.messages.show("格式有误", MessageIcon::none);
+    context.services.world.messages.show(u8"格式有误", MessageIcon::none);
     return {stoppedEarly, std::nullopt};
   }
 }

@@ -79,7 +79,7 @@ Outcome createSvg(const Request& request, HandlerContext& context) {
   try {
     return exportDrawing(request, context);
   } catch (...) {
-    context.services.world.messages.show("处理失败", MessageIcon::none);
+    context.services.world.messages.show(u8"处理失败", MessageIcon::none);
     return {stoppedEarly, std::nullopt};
   }
 }

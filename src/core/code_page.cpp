@@ -23,7 +23,7 @@ std::string TextConverter::ansiToUtf8(std::string_view ansi) const {
   try {
     return isAscii(text) ? std::string(text) : codePage_.toUtf8(text);
   } catch (const std::exception&) {
-    messages_.show("GBK格式异常", MessageIcon::none);
+    messages_.show(u8"GBK格式异常", MessageIcon::none);
     return {};
   }
 }

@@ -10,9 +10,9 @@ enum class MessageIcon { none, information };
 class UserMessages {
  public:
   virtual ~UserMessages() = default;
-  // Shows a text (code page) with the caption "澜图助手", an OK button and no owner window; returns once the user has
+  // Shows a text (UTF-8, so that it reads the same in every code page) with the caption "澜图助手", an OK button and no owner window; returns once the user has
   // answered. What the system cannot show is dropped in silence.
-  virtual void show(std::string_view text, MessageIcon icon) = 0;
+  virtual void show(std::u8string_view text, MessageIcon icon) = 0;
 };
 
 }  // namespace vernoxa

@@ -35,7 +35,7 @@ std::optional<std::vector<std::string>> sortedCandidates(Services& services, std
     std::sort(candidates.begin(), candidates.end());
     return candidates;
   } catch (const std::exception&) {
-    services.world.messages.show("跳转数据错误", MessageIcon::none);
+    services.world.messages.show(u8"跳转数据错误", MessageIcon::none);
     return std::nullopt;
   }
 }

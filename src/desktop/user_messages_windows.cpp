@@ -4,11 +4,14 @@
 
 #include <string>
 
+#include "core/wide_text_windows.h"
+
 namespace vernoxa {
 
-void WindowsUserMessages::show(std::string_view text, MessageIcon icon) {
+void WindowsUserMessages::show(std::u8string_view text, MessageIcon icon) {
   const UINT style = icon == MessageIcon::information ? MB_ICONINFORMATION : MB_OK;
-  MessageBoxA(nullptr, std::string(text).c_str(), "澜图助手", style);
+  const std::wstring wide = toWide({reinterpret_cast<const char*>(text.data()), text.size()}, CP_UTF8);
+  MessageBoxW(nullptr, wide.c_str(), L"澜图助手", style);
 }
 
 }  // namespace vernoxa

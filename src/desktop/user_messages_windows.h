@@ -7,7 +7,7 @@ namespace vernoxa {
 
 class WindowsUserMessages final : public UserMessages {
  public:
-  void show(std::string_view text, MessageIcon icon) override;
+  void show(std::u8string_view text, MessageIcon icon) override;
 };
 
 }  // namespace vernoxa

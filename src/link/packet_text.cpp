@@ -71,7 +71,7 @@ int encodePacket(const Services& services, std::string_view message, std::string
     log.writeLine(packetText);
     return 0;
   } catch (const std::exception&) {
-    services.world.messages.show("发送的数据异常", MessageIcon::none);
+    services.world.messages.show(u8"发送的数据异常", MessageIcon::none);
     return -1;
   }
 }
@@ -89,7 +89,7 @@ int decodePacket(const Services& services, std::string_view packetText, std::str
   } catch (const std::exception&) {
     message.clear();
   }
-  services.world.messages.show("接收的数据异常", MessageIcon::none);
+  services.world.messages.show(u8"接收的数据异常", MessageIcon::none);
   return -1;
 }
 

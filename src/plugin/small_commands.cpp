@@ -18,18 +18,18 @@ namespace {
 
 struct ErrorText {
   std::string_view code;
-  std::string_view text;
+  std::u8string_view text;
 };
 
 // "InvaildObject" is how the host's scripts spell it.
 constexpr std::array errorTexts = {
-    ErrorText{"OtherProject", "请在同一个项目中选择"},
-    ErrorText{"NoObject", "请选择元件"},
-    ErrorText{"MoreThanPage", "超过page范围,请重新摆放"},
-    ErrorText{"InvaildObject", "非法器件,选择其他器件"},
+    ErrorText{"OtherProject", u8"请在同一个项目中选择"},
+    ErrorText{"NoObject", u8"请选择元件"},
+    ErrorText{"MoreThanPage", u8"超过page范围,请重新摆放"},
+    ErrorText{"InvaildObject", u8"非法器件,选择其他器件"},
 };
 
-std::optional<std::string_view> textFor(std::string_view code) {
+std::optional<std::u8string_view> textFor(std::string_view code) {
   for (const ErrorText& each : errorTexts) {
     if (each.code == code) {
       return each.text;
@@ -50,7 +50,7 @@ CommandResult getGenerateGuid(CommandCall&, Services& services) {
 }
 
 CommandResult outputWarming(CommandCall&, Services& services) {
-  services.world.messages.show("请先选中器件", MessageIcon::information);
+  services.world.messages.show(u8"请先选中器件", MessageIcon::information);
   return {};
 }
 
@@ -62,8 +62,9 @@ CommandResult outputError(CommandCall& call, Services& services) {
   if (code == "MoreThanPage") {
     removePlacementFile(services, newLibraryPath(services));
   }
-  const auto known = textFor(code);
-  services.world.messages.show(known ? std::string(*known) : services.text.utf8ToAnsi(code), MessageIcon::none);
+  const std::string name = services.text.trueName(code);
+  const std::u8string unknown(name.begin(), name.end());
+  services.world.messages.show(textFor(code).value_or(unknown), MessageIcon::none);
   return {};
 }
 

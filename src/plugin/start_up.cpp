@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "core/code_page.h"
 #include "core/files.h"
 #include "core/tcl_script_host.h"
 #include "core/user_messages.h"
@@ -49,7 +50,7 @@ void startCompanion(PlugIn& plugIn) {
   try {
     launchCompanion(plugIn.world, plugIn.session->directories().baseDirectory);
   } catch (...) {
-    plugIn.world.messages.show("澜图助手启动失败", MessageIcon::none);
+    plugIn.world.messages.show(u8"澜图助手启动失败", MessageIcon::none);
   }
 }
 
@@ -85,7 +86,9 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     TclScriptHost host(interp);
     setOrcadInstallPath(host, session->services());
     plugIn.startLinkThread(session);
-    session->services().logs.resetTraffic();
+    const Logs& logs = session->services().logs;
+    logs.resetTraffic();
+    logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
   } catch (...) {
     plugIn.crashLogs.reportCrash("Vernoxa_Init");
   }

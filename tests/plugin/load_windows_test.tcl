@@ -156,7 +156,7 @@ check "close message" [unhex [$linked eval [list sendCloseFile "D:\\原理图\\a
     {{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"D:\\原理图\\a.dsn"}}}
 set log [readFile [file join $base Script Log schLog.txt]]
 check "traffic log: a fresh one" [string first "former" $log] -1
-check "traffic log" [regexp [string map [list @ $stamp] {^@6073 Close\r\n@return data:\{[^\r]*原理图[^\r]*\r\n@7b22}] $log] 1
+check "traffic log" [regexp [string map [list @ $stamp] {^@GetACP 936\r\n@6073 Close\r\n@return data:\{[^\r]*原理图[^\r]*\r\n@7b22}] $log] 1
 check "no argument" [list [$linked eval packetParser] [$linked eval packetParserForPthread]] {{} {}}
 
 # The companion's answer moves the cache folders, here to a folder with a Chinese name.

@@ -136,7 +136,7 @@ TEST_F(StartUpTest, FailedLaunchIsShownAndTheStartGoesOn) {
 TEST_F(StartUpTest, TrafficLogStartsAfresh) {
   fake_.files.addFile("C:\\App\\Script\\Log\\schLog.txt", "former run");
   load();
-  EXPECT_EQ(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt"), "(no file)");
+  EXPECT_EQ(logMessages(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt")), "GetACP 936");
 }
 
 // A host without one procedure of the start-up script loses what stands after it, and nothing else.
