@@ -20,11 +20,12 @@ class Rewriter:
         top = parse(root.read_text("utf-8"))
         self._root = "/" + word(top, "uuid")
         self._called = {entry[1].strip('"'): entry for entry in inside(inside(top, "symbol_instances")[0], "path")}
-        self._pages = {entry[1].strip('"'): word(entry, "page") for entry in inside(inside(top, "sheet_instances")[0], "path")}
+        self._pages = {entry[1].strip('"'): word(entry, "page")
+                       for entry in inside(inside(top, "sheet_instances")[0], "path")}
         self.files: dict[str, str] = {}
-        self._paths = self._places(root, "")
-        for name in self._paths:
-            self.files[name] = to_text(self._file(parse((root.parent / name).read_text("utf-8")), name == root.name, self._paths[name]))
+        for name, paths in self._places(root, "").items():
+            top = parse((root.parent / name).read_text("utf-8"))
+            self.files[name] = to_text(self._file(top, name == root.name, paths))
 
     def _places(self, file: pathlib.Path, path: str) -> dict[str, list[str]]:
         """The paths at which each file is used, below the root."""
@@ -63,7 +64,7 @@ class Rewriter:
         """References move to the symbol, value and footprint are one for all, and a mark takes the field's place."""
         keys = [f"{path}/{word(symbol, 'uuid')}" for path in paths]
         called = [self._called[key] for key in keys]
-        entries = [["path", f'"{self._root}{path}"', ["reference", f'"{word(entry, "reference")}"'], ["unit", word(entry, "unit")]]
+        entries = [["path", f'"{self._root}{path}"', *inside(entry, "reference"), *inside(entry, "unit")]
                    for path, entry in zip(paths, called)]
         fitted = True
         items = []
@@ -87,7 +88,8 @@ class Rewriter:
         items = [[item[0], next(names, item[1]), *item[2:]] if item[0] == "property" else item for item in sheet]
         if self._target >= 9:
             items[3:3] = [["exclude_from_sim", "no"], ["in_bom", "yes"], ["on_board", "yes"], ["dnp", "no"]]
-        pages = [["path", f'"{self._root}{path}"', ["page", f'"{self._pages[path + "/" + word(sheet, "uuid")]}"']] for path in paths]
+        uuid = word(sheet, "uuid")
+        pages = [["path", f'"{self._root}{path}"', ["page", f'"{self._pages[f"{path}/{uuid}"]}"']] for path in paths]
         return items + [self._instances(pages)]
 
     def _everywhere(self, node: list) -> list:

@@ -196,14 +196,16 @@ test projects "two projects share a sheet above their folders; pages, names and 
     set two [kicad::load $folder/two/two.kicad_sch]
     list [dict keys [dict get $one pages]] [parts $one] [joined $one] [dict get $one notes] \
         [dict keys [dict get $two pages]] [parts $two] [joined $two] \
-        [lmap part [parts [kicad::load $folder/shared.kicad_sch]] {lindex $part 0}]
+        [lmap part [parts [kicad::load $folder/shared.kicad_sch]] {lindex $part 0}] \
+        [dict get $one pages 左 texts] [lmap line [dict get $one pages 左 lines] {lrange $line 0 5}]
 } -result {{one 左 右} {{R3 {} 1 1 1 {} {}} {R4 {} 1 1 1 {} {}} {R5 {} 1 1 1 {} {}}\
     {R1 {} 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 U/TX VDD} {R2 {} 1 1 1 {} {}} {U2 {国产-${PROJECT}} 0 0 0 U/TX VDD}}\
     {VDD {R4.2 R5.1 U1.2 U2.2} X1 {R1.2 R3.1 U1.1} Y.SDA {R1.1 R3.2} 右/D3 {R2.2 U2.1} 右/SDA R2.1}\
     {{shared.kicad_sch holds what is not shown: 2 image, 1 novelty} {sheet 缺 is left out: there is no none.kicad_sch}\
         {sheet 自 is left out: it is on itself}}\
     {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
-    {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}}
+    {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}\
+    {{text 说明 x 444 y 444 rotation 0 size 50 justify {left top}}} {{394 394 788 394 788 591} {473 394 470 414 462 434}}}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

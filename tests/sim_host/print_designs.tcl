@@ -1,7 +1,8 @@
 # What the stand-in host reads in schematics, for other programs: print_designs.tcl FILE...
 #
 # One line an item, its fields parted by tabs: design FILE | page NAME | note TEXT |
-# part REFERENCE UNIT VALUE FOOTPRINT IN-BOM FITTED PAGE | pin REFERENCE NUMBER NAME NET. Symbols that only name nets are left out.
+# part REFERENCE UNIT VALUE FOOTPRINT IN-BOM FITTED PAGE | pin REFERENCE NUMBER NAME NET.
+# Symbols that only name nets are left out.
 source -encoding utf-8 [file join [file dirname [file normalize [info script]]] .. .. sim host kicad.tcl]
 fconfigure stdout -encoding utf-8 -translation lf
 

@@ -57,8 +57,8 @@ class Counted:
         self._files: dict[pathlib.Path, list] = {}
         top = self._file(root)
         self._uuid = "/" + word(top, "uuid")
-        self._called = {item[1].strip('"'): (word(item, "reference"), word(item, "unit")) for table in inside(top, "symbol_instances")
-                        for item in inside(table, "path")}
+        self._called = {item[1].strip('"'): (word(item, "reference"), word(item, "unit"))
+                        for table in inside(top, "symbol_instances") for item in inside(table, "path")}
         self._page(root, "", True, True)
 
     def _file(self, path: pathlib.Path) -> list:
@@ -71,12 +71,14 @@ class Counted:
                       for entry in inside(project, "path")):
             if entry[1] == f'"{self._uuid}{path}"':
                 return word(entry, "reference"), word(entry, "unit")
-        return self._called.get(f"{path}/{word(symbol, 'uuid')}", (field(symbol, "Reference"), word(symbol, "unit", "1")))
+        fields = field(symbol, "Reference"), word(symbol, "unit", "1")
+        return self._called.get(f"{path}/{word(symbol, 'uuid')}", fields)
 
     def _page(self, path: pathlib.Path, place: str, in_bom: bool, fitted: bool) -> None:
         self.pages += 1
         sheet = self._file(path)
-        library = {symbol[1].strip('"'): symbol for held in inside(sheet, "lib_symbols") for symbol in inside(held, "symbol")}
+        library = {symbol[1].strip('"'): symbol
+                   for held in inside(sheet, "lib_symbols") for symbol in inside(held, "symbol")}
         for symbol in inside(sheet, "symbol"):
             reference, unit = self._name(symbol, place)
             drawn = library[word(symbol, "lib_name") or word(symbol, "lib_id")]

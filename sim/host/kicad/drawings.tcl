@@ -136,7 +136,8 @@ proc ::kicad::bezierOutline {points} {
     set flat {}
     for {set step 0} {$step <= 12} {incr step} {
         set t [expr {$step / 12.0}]
-        set weights [list [expr {(1 - $t)**3}] [expr {3 * $t * (1 - $t)**2}] [expr {3 * $t**2 * (1 - $t)}] [expr {$t**3}]]
+        set weights [list [expr {(1 - $t)**3}] [expr {3 * $t * (1 - $t)**2}] \
+            [expr {3 * $t**2 * (1 - $t)}] [expr {$t**3}]]
         set x 0
         set y 0
         foreach {px py} $points weight $weights {

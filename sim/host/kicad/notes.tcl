@@ -37,8 +37,9 @@ proc ::kicad::countUnread {countsName node where} {
     }
 }
 
-# "NAME.kicad_sch holds what is not shown: 2 image, 1 rule_area", or nothing.
-proc ::kicad::unreadNote {root file} {
+# "NAME.kicad_sch holds what is not shown: 2 image, 1 rule_area", or nothing. `symbols` are those of its
+# library that were not looked at before.
+proc ::kicad::unreadNote {file root symbols} {
     set counts {}
     countUnread counts $root schematic
     foreach node [children $root symbol] {
@@ -47,7 +48,7 @@ proc ::kicad::unreadNote {root file} {
     foreach node [children $root sheet] {
         countUnread counts $node sheet
     }
-    foreach node [children [child $root lib_symbols] symbol] {
+    foreach node $symbols {
         countUnread counts $node library
         foreach body [children $node symbol] {
             countUnread counts $body body

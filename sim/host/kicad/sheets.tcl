@@ -11,10 +11,11 @@ namespace eval ::kicad {
     variable powerByValue 20230221
 }
 
-# Reading goes along a context: what the root says for all pages, and `files`, those read so far.
+# Reading goes along a context: what the root says for all pages, and `files` and `symbols`, those read so
+# far.
 proc ::kicad::readSheets {path} {
     set design [dict create file $path title {} pages {} parts {} symbols {} nets {} aliases {} notes {}]
-    set context [dict create files {} numbers {}]
+    set context [dict create files {} symbols {} numbers {}]
     readSheetFile design context $path
     set root [dict get $context files $path root]
     dict set design title [titleOf $root]
@@ -45,13 +46,20 @@ proc ::kicad::readSheetFile {designName contextName path} {
         [dict create title [titleOf $root] schematic [file rootname [file tail $path]]]]
     dict set design aliases [dict merge [dict get $design aliases] [dict get $drawings aliases]]
     dict unset drawings aliases
+    set nodes [children [child $root lib_symbols] symbol]
+    dict lappend design notes {*}[unreadNote $path $root [lmap node $nodes {
+        if {[dict exists $context symbols $node]} continue
+        set node
+    }]]
     set symbols {}
-    dict for {library symbol} [symbolsOf [children [child $root lib_symbols] symbol]] {
+    dict update context symbols read {
+        set found [symbolsOf read $nodes]
+    }
+    dict for {library symbol} $found {
         dict set symbols $library [keepSymbol design $symbol [dict get $drawings schematic]]
     }
     dict set context files $path [dict create root $root drawings $drawings symbols $symbols \
         version [value $root version 0]]
-    dict lappend design notes {*}[unreadNote $root $path]
 }
 
 # Files carry their own copies of the symbols; copies that differ get the schematic's name added.

@@ -62,11 +62,16 @@ proc ::kicad::pinOf {node} {
     return $pin
 }
 
-# Symbols of a file by name. One that extends another has what that one has and it has not itself.
-proc ::kicad::symbolsOf {nodes} {
+# Symbols of a file by name. One that extends another has what that one has and it has not itself. The
+# dict `read` keeps what was read of a symbol, since the files of a design hold most of them again and again.
+proc ::kicad::symbolsOf {readName nodes} {
+    upvar 1 $readName read
     set known {}
     foreach node $nodes {
-        dict set known [lindex $node 1] [symbolOf $node]
+        if {![dict exists $read $node]} {
+            dict set read $node [symbolOf $node]
+        }
+        dict set known [lindex $node 1] [dict get $read $node]
     }
     foreach name [dict keys $known] {
         set symbol [dict get $known $name]

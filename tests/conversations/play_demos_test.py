@@ -1,0 +1,110 @@
+"""Every design that KiCad's demos bring, played with the built plug-in: the companion gets a page for each sheet, every
+part and every pin, and the folder is as it was. play_demos_test.py [FOLDER] PLUG-IN"""
+
+import asyncio
+import collections
+import contextlib
+import hashlib
+import io
+import json
+import pathlib
+import sys
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path[:0] = [str(HERE.parents[1] / "sim"), str(HERE.parent / "sim_host")]
+
+from companion import paths
+from companion.answers import references_of
+from companion.view import View
+from schematics import DEMOS, Counted, roots
+from stage import host
+from stage.installation import Installation
+from stage.scene import Scene
+
+MODULE = pathlib.Path(sys.argv.pop())
+FOLDER = pathlib.Path(sys.argv.pop()) if sys.argv[1:] else DEMOS
+SECONDS = 240  # for an answer, on a machine that has much else to do
+
+
+def sums(folder: pathlib.Path) -> dict[pathlib.Path, str]:
+    return {path: hashlib.sha256(path.read_bytes()).hexdigest() for path in folder.rglob("*") if path.is_file()}
+
+
+def ids(node: object) -> set[str]:
+    """What stands on a drawn page under a name of its own."""
+    if not isinstance(node, dict) or node.get("name") == "defs":
+        return set()
+    own = {node["attr"]["id"]} if node.get("name") == "use" and "id" in node["attr"] else set()
+    return own.union(*map(ids, node.get("children", ())))
+
+
+class Played:
+    """What the companion was told of one design."""
+
+    def __init__(self, opened: dict, pages: list[str], bom: dict, drawings: pathlib.Path):
+        self.pins = int(opened["PinCount"])
+        self.pages = pages
+        self.fitted, self.left_out = (
+            {reference: int(line["PinNumber"]) for line in bom[kind] for reference in references_of(line)}
+            for kind in ("Stick", "NotStick")
+        )
+        self.drawn_pages, self.drawn = 0, set()
+        for file in drawings.glob("*@!@*.json"):
+            self.drawn_pages += 1
+            self.drawn |= ids(json.loads(file.read_bytes().decode("gbk")))
+            # The next design may be drawn into the same folder: into that of the design that was told of last.
+            file.unlink()
+
+
+async def play(designs: list[pathlib.Path]) -> tuple[list[Played], int]:
+    """All in one session; and the faults that were seen."""
+    installation = Installation(MODULE)
+    scene = Scene(View(colour=False), installation)
+    names = [paths.to_windows(installation.add_design_folder(f"design{number}") / design.with_suffix(".dsn").name)
+             for number, design in enumerate(designs, 1)]
+    try:
+        await scene.begin(host.command_line(installation, list(zip(designs, names)), 1000))
+        events = [await scene.hear(name, "FileStatus", SECONDS, Status="Open", FileName=name) for name in names]
+        open_now = (await scene.ask("pages", "GetActiveProPages", SECONDS))["Open"]
+        pages = {project["ProjectPath"]: project["Pages"] for project in open_now}
+        played = []
+        for name, event in zip(names, events):
+            bom = await scene.ask("bill", "GenerateBOM", SECONDS, ProjectPath=name)
+            drawn = await scene.ask("drawings", "CreateSVG", SECONDS, ProjectPath=name)
+            played.append(Played(event.message.data, pages[name], bom, paths.to_local(drawn["SVGPath"])))
+        return played, scene.companion.faults
+    finally:
+        await scene.end()
+        installation.remove()
+
+
+class PlayDemosTest(unittest.TestCase):
+    def test_every_page_part_and_pin_is_there(self):
+        designs = roots(FOLDER)
+        if not designs:
+            self.skipTest(f"no designs in {FOLDER}")
+        before = sums(FOLDER)
+        said = io.StringIO()
+        try:
+            with contextlib.redirect_stdout(said):
+                played, faults = asyncio.run(play(designs))
+        except Exception:
+            print(said.getvalue()[-4000:])
+            raise
+        self.assertEqual(0, faults)
+        self.assertEqual(before, sums(FOLDER))
+        for design, told in zip(designs, played):
+            with self.subTest(design.relative_to(FOLDER)):
+                counted = Counted(design)
+                pins = collections.Counter(reference for reference, _ in counted.pins)
+                in_bom = {reference: fitted for reference, _, in_bom, fitted in counted.units if in_bom}
+                self.assertEqual(len(counted.pins), told.pins)
+                self.assertEqual((counted.pages, counted.pages), (len(told.pages), told.drawn_pages))
+                for fitted, lines in ((True, told.fitted), (False, told.left_out)):
+                    self.assertEqual({name: pins[name] for name in in_bom if in_bom[name] == fitted}, lines)
+                self.assertEqual({reference for reference, *_ in counted.units}, told.drawn)
+
+
+if __name__ == "__main__":
+    unittest.main()
