@@ -42,6 +42,13 @@ test onPage "rotation comes before mirroring" -body {
     set wrong
 } -result {}
 
+test fitted "a mark or a field leaves a part out" -body {
+    lmap {node properties} {
+        (s) {} "(s (dnp no))" {} "(s (dnp yes))" {} (s) {DNP DNP} (s) {DNP 1} (s) {DNP ""} (s) {DNP No} (s) {DNP 0}
+        "(s (dnp yes))" {DNP 0}
+    } {kicad::isFitted [kicad::parse $node] $properties}
+} -result {1 1 0 0 0 1 1 1 0}
+
 test busMembers "ranges and groups are buses, marks of formatting are not" -body {
     lmap name {{D[0..2]} {A-[3..1]} {D[08..9]} D0 {D[0]} {D[0..99999]} ~{RST} ~{D[0..1]} {U{D+ ~{R}}} {{I2C X[1..0]}}} {
         kicad::busMembers $name {I2C {SDA SCL}}
