@@ -41,7 +41,7 @@
 #          pins        list of dicts: number name type shape hidden x y (connection point)
 #                      bodyX bodyY (where the pin meets the body) noConnect net
 #
-# symbol   name extends power inBom pinNamesHidden pinNumbersHidden
+# symbol   name extends power pinNamesHidden pinNumbersHidden
 #          local       1 for a supply that is one only on its page
 #          properties  dict: name -> value
 #          graphics    dict: {unit style} -> list of shapes; unit 0 and style 0 mean every one

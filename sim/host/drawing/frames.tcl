@@ -27,7 +27,7 @@ proc ::drawing::connector {kind shape} {
         set shape passive
     }
     set body [list [list polyline [list [dict get $connectorBodies $shape] none]]]
-    return [dict create name [connectorRecordType $kind]-$shape properties {} power 0 inBom 0 \
+    return [dict create name [connectorRecordType $kind]-$shape properties {} power 0 \
         pinNamesHidden 1 pinNumbersHidden 1 graphics [dict create {1 1} $body] pins {}]
 }
 

@@ -124,7 +124,6 @@ proc ::kicad::symbolOf {node} {
     set power [child $node power]
     return [dict create name [plainText [lindex $node 1]] extends [value $node extends] properties $properties \
         power [expr {$power ne ""}] local [expr {[lindex $power 1] eq "local"}] \
-        inBom [expr {[value $node in_bom yes] eq "yes"}] \
         pinNamesHidden [says [child $node pin_names] hide] \
         pinNumbersHidden [says [child $node pin_numbers] hide] \
         graphics $graphics pins $pins]

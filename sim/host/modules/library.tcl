@@ -114,7 +114,7 @@ proc ::library::unitSymbol {name index properties graphics designator} {
     }
     # A part with a designator is one of several units, whether the others are here or not.
     set units [expr {$designator eq "" ? 1 : max($unit, 2)}]
-    return [dict create name $name units $units properties $kept power 0 local 0 inBom 1 {*}$hidden \
+    return [dict create name $name units $units properties $kept power 0 local 0 {*}$hidden \
         graphics [dict create [list $unit 1] $shapes] pins [dict create [list $unit 1] $pins]]
 }
 
