@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "core/json.h"
 #include "core/script_text.h"
@@ -45,11 +46,18 @@ void configuration(std::string_view input) {
 }
 
 void texts(std::string_view input) {
+  static constexpr std::array<unsigned, 5> pages = {936, 950, 932, 1252, 65001};
   FakeServices services;
+  services.fake.codePage = FakeCodePage(pages[input.size() % pages.size()]);
   const TextConverter& convert = services.text;
   for (const std::string& text : {convert.ansiToUtf8(input), convert.scriptValue(input)}) {
     require(isValidUtf8(text) || text == input.substr(0, input.find('\0')), "a script text that is no UTF-8");
   }
+  require(isValidUtf8(convert.trueName(input)), "a name of a file that is no UTF-8");
+  require(convert.replaceInCodePage(input, '\\', "\\") == input, "replacing a character by itself changed a text");
+  const FilePath path = convert.path(input);
+  const auto name = convert.nameInCodePage(path);
+  require(!name || convert.ansiToUtf8(*name) == path.utf8(), "a name in the code page that is another file's");
   convert.utf8ToAnsi(input);
   convert.messageText(input);
   convert.hostPath(input);

@@ -15,25 +15,16 @@ namespace {
 constexpr unsigned literals = 936;
 constexpr unsigned utf8Number = 65001;
 
-struct Converted {
-  std::string text;
-  bool whole = true;  // nothing had to be put in the place of something
-};
-
 #ifdef _WIN32
 
-// Best fit is the system's own; whatever does not come back the same was not converted whole.
-Converted convert(std::string_view text, unsigned from, unsigned to) {
+std::string convert(std::string_view text, unsigned from, unsigned to) {
   std::wstring wide(text.size(), L'\0');
   const int units = MultiByteToWideChar(from, 0, text.data(), static_cast<int>(text.size()), wide.data(),
                                         static_cast<int>(wide.size()));
-  Converted result{std::string(static_cast<std::size_t>(units) * 3, '\0')};
-  const int bytes = WideCharToMultiByte(to, 0, wide.data(), units, result.text.data(),
-                                        static_cast<int>(result.text.size()), nullptr, nullptr);
-  result.text.resize(static_cast<std::size_t>(bytes));
-  std::wstring back(static_cast<std::size_t>(units), L'\0');
-  const int backUnits = MultiByteToWideChar(to, 0, result.text.data(), bytes, back.data(), units);
-  result.whole = backUnits == units && back == wide.substr(0, back.size());
+  std::string result(static_cast<std::size_t>(units) * 3, '\0');
+  const int bytes =
+      WideCharToMultiByte(to, 0, wide.data(), units, result.data(), static_cast<int>(result.size()), nullptr, nullptr);
+  result.resize(static_cast<std::size_t>(bytes));
   return result;
 }
 
@@ -54,7 +45,7 @@ const char* nameOf(unsigned number) {
   }
 }
 
-Converted convert(std::string_view text, unsigned from, unsigned to) {
+std::string convert(std::string_view text, unsigned from, unsigned to) {
   struct Conversion {
     iconv_t handle;
     ~Conversion() { iconv_close(handle); }
@@ -62,17 +53,16 @@ Converted convert(std::string_view text, unsigned from, unsigned to) {
   std::string input(text);
   char* next = input.data();
   std::size_t left = input.size();
-  Converted result;
+  std::string result;
   while (left > 0) {
     std::array<char, 256> buffer{};
     char* output = buffer.data();
     std::size_t space = buffer.size();
     const char* const before = next;
     iconv(conversion.handle, &next, &left, &output, &space);
-    result.text.append(buffer.data(), buffer.size() - space);
+    result.append(buffer.data(), buffer.size() - space);
     if (next == before && space == buffer.size()) {  // stuck: one bad byte, or one character without a counterpart
-      result.whole = false;
-      result.text.append(to == utf8Number ? "\xEF\xBF\xBD" : "?");
+      result.append(to == utf8Number ? "\xEF\xBF\xBD" : "?");
       do {
         ++next;
         --left;
@@ -115,16 +105,17 @@ bool FakeCodePage::isLeadByte(char byte) const {
 }
 
 std::string FakeCodePage::toUtf8(std::string_view ansi) const {
-  return throwing ? throw std::bad_alloc() : convert(ansi, number_, utf8Number).text;
+  return throwing ? throw std::bad_alloc() : convert(ansi, number_, utf8Number);
 }
 
 std::string FakeCodePage::fromUtf8(std::string_view utf8) const {
-  return throwing ? throw std::bad_alloc() : convert(utf8, utf8Number, number_).text;
+  return throwing ? throw std::bad_alloc() : convert(utf8, utf8Number, number_);
 }
 
 std::optional<std::string> FakeCodePage::nameFromUtf8(std::string_view utf8) const {
-  Converted name = throwing ? throw std::bad_alloc() : convert(utf8, utf8Number, number_);
-  return name.whole ? std::optional(std::move(name.text)) : std::nullopt;
+  std::string name = fromUtf8(utf8);
+  // Some tables give a second character the same bytes, as the yen sign those of the backslash.
+  return toUtf8(name) == utf8 ? std::optional(std::move(name)) : std::nullopt;
 }
 
 std::string utf8(std::u8string_view text) {
@@ -132,11 +123,11 @@ std::string utf8(std::u8string_view text) {
 }
 
 FilePath pathOf(std::string_view literal) {
-  return FilePath::fromUtf8(convert(literal, literals, utf8Number).text);
+  return FilePath::fromUtf8(convert(literal, literals, utf8Number));
 }
 
 std::string literalOf(const FilePath& path) {
-  return convert(path.utf8(), utf8Number, literals).text;
+  return convert(path.utf8(), utf8Number, literals);
 }
 
 }  // namespace vernoxa

@@ -29,13 +29,13 @@ void PageExport::start(const Services& services) {
 
 void PageExport::addPageRecord(const Record& record, const Services& services) {
   if (record.kind() == "Schematic") {
-    schematicName_ = record[1];
+    schematicName_ = record.given(1);
   } else if (record.kind() == "Page") {
     if (document_ && document_->hasPage()) {
       write(openPage_, services);
     }
     document_.emplace(PageStart{record[1], record[2], record[3]});
-    openPage_ = {schematicName_, std::string(record[1]), std::string(record[4])};
+    openPage_ = {schematicName_, std::string(record.given(1)), std::string(record.given(4))};
   } else if (ElementSink* const page = document_ ? document_->page() : nullptr) {
     drawPageRecord(record, *page);
   }

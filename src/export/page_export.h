@@ -15,7 +15,7 @@ namespace vernoxa {
 
 struct Services;
 
-// What page files are named after. UTF-8.
+// What page files are named after, as the host gave it.
 struct PageNames {
   std::string schematic;
   std::string page;

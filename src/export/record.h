@@ -26,11 +26,13 @@ class Record {
 
   std::string_view kind() const { return texts_[0]; }
   std::string_view operator[](std::size_t index) const { return texts_[index]; }
-  void set(std::size_t index, std::string_view text) { texts_[index] = text; }
+  // The text as it came, whatever was made of it since: what a file is named after.
+  std::string_view given(std::size_t index) const { return given_[index]; }
+  void set(std::size_t index, std::string_view text) { texts_[index] = given_[index] = text; }
   // The same with a text that the record owns.
   void keep(std::size_t index, std::string text) { texts_[index] = kept_.emplace_front(std::move(text)); }
   // The texts of another record, which must outlive this one.
-  void show(const Record& other) { texts_ = other.texts_; }
+  void show(const Record& other) { texts_ = given_ = other.texts_; }
 
   // Puts each text through the code page and back, since a drawing shows what the code page can hold; what is no UTF-8
   // is read as the code page. The lines of a "Text" are put through only when `convertLines` says so, else a line that
@@ -42,6 +44,7 @@ class Record {
 
  private:
   std::array<std::string_view, size> texts_;
+  std::array<std::string_view, size> given_;
   std::forward_list<std::string> kept_;
 };
 

@@ -81,13 +81,16 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
   fake.files.addFolder(project);
   ASSERT_EQ(tell(u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\測한"}})"), "");
   PageExport pages;
-  for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/"}) {
-    pages.start(services);
-    pages.addPageRecord(WordRecord({"Page", "P", "1", "1", ""}), services);
-    pages.finish({"S", utf8(name), ""}, services);
-    EXPECT_EQ(fake.files.entries(project / "Cache" / "Output").size(), 1U);
+  pages.start(services);
+  for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
+    const std::string page = utf8(name);
+    WordRecord record({"Page", page, "1", "1", ""});
+    record.showInCodePage(text, true);
+    pages.addPageRecord(record, services);
   }
-  EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\S@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
+  pages.finish({"", utf8(u8"測한"), ""}, services);
+  EXPECT_EQ(fake.files.entries(project / "Cache" / "Output").size(), 6U);
+  EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
 
   GraphicLibrary library;
   library.start();

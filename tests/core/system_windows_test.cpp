@@ -112,6 +112,13 @@ TEST(WindowsSystem, CodePageIsTheStandIns) {
       ASSERT_EQ(real.fromUtf8(utf8Text), fake.fromUtf8(utf8Text)) << lead << " " << trail;
     }
   }
+  EXPECT_EQ(real.number(), fake.number());
+  for (int byte = 0; byte < 256; ++byte) {
+    EXPECT_EQ(real.isLeadByte(static_cast<char>(byte)), fake.isLeadByte(static_cast<char>(byte))) << byte;
+  }
+  for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"电阻", u8"P\u00F1", u8"\u00A5", u8"한", u8"\U0001F600"}) {
+    EXPECT_EQ(real.nameFromUtf8(utf8(name)), fake.nameFromUtf8(utf8(name))) << utf8(name);
+  }
   EXPECT_EQ(real.fromUtf8("a\xF0\x9F\x98\x80z").front(), 'a');
   EXPECT_EQ(real.toUtf8(""), "");
 }

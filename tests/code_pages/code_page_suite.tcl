@@ -1,0 +1,185 @@
+# The built DLL in a Windows of another code page than the one that it was made for, which is the locale's here:
+# code_page_suite.tcl PAGE Vernoxa64.dll box_watch.dll
+# One process does everything, since its start takes longer than all else.
+
+if {![info exists reread]} {
+  set reread 1  ;# Tcl took this file for a text in the code page
+  source -encoding utf-8 [info script]
+  return
+}
+
+lassign $argv page built boxWatch
+set encoding [expr {$page == 65001 ? "utf-8" : "cp$page"}]
+set root [file join $env(TEMP) vernoxa-page-$page]
+catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
+set failures 0
+
+proc check {what got expected} {
+  if {$got ne $expected} {
+    incr ::failures
+    puts stderr [encoding convertto utf-8 "$::page: $what\n  got      $got\n  expected $expected"]
+  }
+}
+
+fconfigure stderr -translation lf -encoding binary
+check "system encoding" [encoding system] $encoding
+
+# A name that the page has, with what is half a character in it where there is one, and one that it has not.
+array set namesOf {1252 iné 950 功測 932 表測 65001 測é}
+set named $namesOf($page)
+set foreign [expr {$page == 65001 ? "한é" : "測한é"}]
+
+proc hex {text} {
+  return [binary encode hex $text]
+}
+
+# A packet in UTF-8, and a reply's bytes.
+proc packet {json} {
+  return [hex [encoding convertto utf-8 $json]]
+}
+
+proc replied {packet} {
+  return [binary decode hex $packet]
+}
+
+# What stands behind a member's name in a reply, as a program that reads it in the page does.
+proc member {reply name} {
+  if {![regexp "\"$name\":\"((?:\[^\"\\\\\]|\\\\.)*)\"" $reply - bytes]} {
+    return "(none)"
+  }
+  return [encoding convertfrom $::encoding [string map {\\\\ \\} $bytes]]
+}
+
+proc names {folder} {
+  return [lsort [lmap path [glob -nocomplain -directory $folder *] {file tail $path}]]
+}
+
+proc writeFile {path text} {
+  set channel [open $path wb]
+  puts -nonewline $channel $text
+  close $channel
+}
+
+proc readFile {path} {
+  if {[catch {open $path rb} channel]} {
+    return "(no file)"
+  }
+  set text [read $channel]
+  close $channel
+  return $text
+}
+
+# --- load, configuration, log, link ---------------------------------------------------------------------------------
+
+# The link thread comes at once.
+proc accept {channel address port} {
+  set ::linked 1
+}
+socket -server accept -myaddr 127.0.0.1 9610
+after 5000 {set ::linked "nobody came"}
+
+set base [file join $root $named]
+foreach folder {bin Config Config/Resource Script/Log} {
+  file mkdir [file join $base $folder]
+}
+writeFile [file join $base Config App.txt] {{"StartWithCadence":"1"}}
+writeFile [file join $base Config Resource Empty.olb] OLB
+file copy $built [file join $base bin Vernoxa64.dll]
+# A Tcl stands in for the companion.
+set tcl [file dirname [info nameofexecutable]]
+file copy [info nameofexecutable] [file join $base LanTuZS.exe]
+foreach library [glob -directory $tcl *.dll] {
+  file copy $library $base
+}
+writeFile [file join $base AutoLogin] {close [open started.txt w]; exit}
+set env(TCL_LIBRARY) $tcl_library
+
+proc InitPath {} {return $::open}
+proc IsSchematicViewActive {} {return 1}
+proc GetNetsList {design path} {
+  writeFile $path nets
+  return done
+}
+proc placeLibPart {path args} {
+  set ::library [list [string first \\ $path] [file exists $path] [file tail [file dirname $path]]]
+}
+proc convertToSVG {path} {return done}
+foreach name {RegisterAction UnregisterAction InsertXMLMenu creatServerForPthread UnSelectAll setPinNum PlaceNew
+              setPlaceMarketFlag sendPacketGlobalHandle} {
+  proc $name {args} {}
+}
+
+load $boxWatch Boxwatch
+set folder [pwd]
+load [file join $base bin Vernoxa64.dll] Vernoxa
+check "current folder" [pwd] $folder
+vwait linked
+check "link" $linked 1
+check "code page in the log" [regexp "\]:\[0-9: -\]+\\.GetACP $page\r\n" [readFile [file join $base Script Log schLog.txt]]] 1
+
+# --- file status ----------------------------------------------------------------------------------------------------
+
+check "file status" [member [replied [sendCloseFile "D:\\設計\\a.dsn"]] FileName] \
+    [encoding convertfrom $encoding [encoding convertto $encoding "D:\\設計\\a.dsn"]]
+
+# --- a project that is told in UTF-8 and that hardly any page has a name for -----------------------------------------
+
+set project [file nativename [file join $root $foreign]]
+set json [string map {\\ \\\\} $project]
+file mkdir $project
+packetParser [packet "{\"Command\":\"FileStatus_EndResult\",\"Data\":{\"Path\":\"$json\"}}"]
+file mkdir [file join $project Cache]
+
+initSVGList
+addToPageList {Schematic S}
+set pages [list PA PＡ Pé Pe é\\é|é/ 測한]
+foreach name $pages {
+  addToPageList [list Page $name 100 100 K]
+}
+outputSVGFile [list S [lindex $pages end] "" "" K]
+check "page files" [names [file join $project Cache Output]] [lsort [list S@!@PA@!@K.json S@!@PＡ@!@K.json S@!@Pé@!@K.json \
+    S@!@Pe@!@K.json {S@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@K.json} S@!@測한@!@K.json]]
+set reply [replied [packetParser [packet {{"Command":"CreateSVG","Data":{"ProjectPath":"D:\\a.dsn"}}}]]]
+check "told folder of drawings" [file isdirectory [member $reply SVGPath]] 1
+
+initGraphicFile
+check "graphic library" [outputGraphicFile é/測] [string map {\\ /} $project]/Cache/Library/é-測.json
+check "graphic library's file" [names [file join $project Cache Library]] é-測.json
+
+initMarketFile
+check "module" [outputMarketFile 1 2 3] $project\\Cache\\Share\\ModuleLib.json
+check "module's file" [file exists [file join $project Cache Share ModuleLib.json]] 1
+
+set reply [replied [packetParserForPthread [packet {{"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}}}]]]
+check "nets" [list [member $reply Result] [file exists [member $reply netlistsFile]]] {0 1}
+check "nets' file" [file exists [file join $project Cache Nets.txt]] 1
+
+# --- placing, by a path in UTF-8 and by one in the page -------------------------------------------------------------
+
+foreach {folder with} [list $foreign utf-8 $named $encoding] {
+  set modules [file join $root $folder]
+  writeFile [file join $modules m.json] {{"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"}}
+  # JSON escapes bytes: half a character may be one that needs it.
+  set path [string map {\\ \\\\} [encoding convertto $with [file nativename [file join $modules m.json]]]]
+  set library {}
+  packetParser [hex "{\"Command\":\"PlaceDSNModule\",\"Data\":{\"dsnDatPath\":\"$path\"}}"]
+  check "library in $folder" $library [list -1 1 $folder]
+}
+
+# --- boxes and the dialog -------------------------------------------------------------------------------------------
+
+outputWarming
+outputError OtherProject
+outputError "$foreign é"
+check "boxes" [boxes] [list {澜图助手 请先选中器件} {澜图助手 请在同一个项目中选择} [list 澜图助手 "$foreign é"]]
+check "selection" [SelectJumpPart "測 R2;U1" 1] U1
+check "dialog" [boxes] {{选择要跳转的器件分部 U1 {測 R2}}}
+
+# --- the companion, begun first -------------------------------------------------------------------------------------
+
+for {set pause 0} {$pause < 100 && ![file exists [file join $base started.txt]]} {incr pause} {
+  after 50
+}
+check "companion started in its folder" [file exists [file join $base started.txt]] 1
+puts "[expr {$failures ? "$failures checks failed" : "all checks passed"}]"
+exit [expr {$failures > 0}]
