@@ -30,9 +30,7 @@ void lockBomView(HandlerContext& context, const std::string& path, const char* l
 }
 
 Outcome doneWithoutError() {
-  Outcome outcome = Outcome::success();
-  outcome.reply->errInfo = "";
-  return outcome;
+  return Outcome::success(Json::object(), "");
 }
 
 Outcome markParts(const char* procedure, const Request& request, HandlerContext& context) {

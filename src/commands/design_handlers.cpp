@@ -41,9 +41,7 @@ bool isOpenInHost(HandlerContext& context, const std::string& path, const std::s
 }
 
 Outcome withEmptyError(Json data) {
-  Outcome outcome = Outcome::success(std::move(data));
-  outcome.reply->errInfo = "";
-  return outcome;
+  return Outcome::success(std::move(data), "");
 }
 
 }  // namespace

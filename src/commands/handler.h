@@ -47,8 +47,9 @@ struct Outcome {
   int status = handled;
   std::optional<Reply> reply;
 
-  static Outcome success() { return {handled, Reply()}; }
-  static Outcome success(Json data) { return {handled, Reply{std::move(data), "0", std::nullopt}}; }
+  static Outcome success(Json data = Json::object(), std::optional<std::string> errInfo = std::nullopt) {
+    return {handled, Reply{std::move(data), "0", std::move(errInfo)}};
+  }
   // "Result" "1" and the text in "ErrInfo" beside it.
   static Outcome failure(std::string errInfo, int status = handled) {
     return {status, Reply{Json::object(), "1", std::move(errInfo)}};

@@ -40,11 +40,10 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
   }
   const std::string folder =
       pathText(context.services, context.services.state.link.baseDirectory() / "Cache" / "Output");
-  Outcome outcome = Outcome::success();
-  outcome.reply->data.add("SVGPath", folder);
-  outcome.reply->data.add("PreviewPic", folder + "\\Preview.bmp");
-  outcome.reply->errInfo = "";
-  return outcome;
+  Json data = Json::object();
+  data.add("SVGPath", folder);
+  data.add("PreviewPic", folder + "\\Preview.bmp");
+  return Outcome::success(std::move(data), "");
 }
 
 }  // namespace
@@ -52,19 +51,17 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
 Outcome getActiveProPages(const Request&, HandlerContext& context) {
   const Evaluation answer = context.host.evaluate("GetActiveProPages");
   const auto projects = answer.ok ? context.host.splitList(answer.text) : std::vector<std::string>();
-  Outcome outcome = Outcome::success();
-  Json& data = outcome.reply->data;
+  Json data = Json::object();
   if (projects.empty()) {
     data.add("ErrInfo", replyValue(context, answer.text));
-    outcome.reply->result = "1";
-    return outcome;
+    return {handled, Reply{std::move(data), "1", std::nullopt}};
   }
   data.add("ErrInfo", "");
   const JsonView open = data.add("Open", Json::array());
   for (const std::string& project : projects) {
     data.appendTo(open, openProject(context.host.splitList(project), context));
   }
-  return outcome;
+  return Outcome::success(std::move(data));
 }
 
 Outcome setPlacePortType(const Request& request, HandlerContext& context) {
