@@ -19,11 +19,11 @@ std::string_view placeScale(const Record& record) {
   return mirrorScale(record[4]);
 }
 
-std::vector<RecordKind> makeKinds() {
+std::vector<DrawnKind> makeKinds() {
   const Attribute place = {
       "transform", {"translate(", textOf<1>, " ", textOf<2>, ") rotate(", rotationOf<3>, ") scale(", placeScale, ")"}};
   const Attribute reference = {"xlink:href", {"#", textOf<5>}};
-  std::vector<RecordKind> kinds = sharedKinds(depth);
+  std::vector<DrawnKind> kinds = sharedKinds(depth);
   // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 line style, 7 line width or "BusWire"
   kinds.push_back({"Line", ElementForm(depth, "line", nullptr,
                                        {{"style",
@@ -51,7 +51,7 @@ std::vector<RecordKind> makeKinds() {
 }  // namespace
 
 void drawPageRecord(const Record& record, ElementSink& sink) {
-  static const std::vector<RecordKind> kinds = makeKinds();
+  static const std::vector<DrawnKind> kinds = makeKinds();
   drawByKind(kinds, record, sink);
 }
 

@@ -69,8 +69,8 @@ void drawLines(const ElementForm& form, const Record& record, ElementSink& sink)
 
 }  // namespace
 
-void drawByKind(const std::vector<RecordKind>& kinds, const Record& record, ElementSink& sink) {
-  for (const RecordKind& kind : kinds) {
+void drawByKind(const std::vector<DrawnKind>& kinds, const Record& record, ElementSink& sink) {
+  for (const DrawnKind& kind : kinds) {
     if (kind.name != record.kind()) {
       continue;
     }
@@ -83,8 +83,8 @@ void drawByKind(const std::vector<RecordKind>& kinds, const Record& record, Elem
   }
 }
 
-std::vector<RecordKind> sharedKinds(std::size_t depth) {
-  std::vector<RecordKind> kinds;
+std::vector<DrawnKind> sharedKinds(std::size_t depth) {
+  std::vector<DrawnKind> kinds;
   // 1 x, 2 y, 3 lines, 4 colour, 5 unused, 6 font height, 7 rotation
   kinds.push_back(
       {textKind,

@@ -11,7 +11,7 @@
 
 namespace vernoxa {
 
-struct RecordKind {
+struct DrawnKind {
   std::string_view name;
   ElementForm form;
 };
@@ -19,10 +19,10 @@ struct RecordKind {
 // Puts the record into the form of its kind; a record of another kind draws nothing. A "Text" draws an element for each
 // of its lines that is not empty; the n-th is moved by n times the font size and 2, in the direction in which lines
 // follow each other.
-void drawByKind(const std::vector<RecordKind>& kinds, const Record& record, ElementSink& sink);
+void drawByKind(const std::vector<DrawnKind>& kinds, const Record& record, ElementSink& sink);
 
 // The kinds that pages and symbols share, for elements at that depth.
-std::vector<RecordKind> sharedKinds(std::size_t depth);
+std::vector<DrawnKind> sharedKinds(std::size_t depth);
 
 // Values of a record's element, through the tables.
 template <std::size_t index>

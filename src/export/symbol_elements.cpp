@@ -21,8 +21,8 @@ std::string_view pinAngle(const Record& record) {
   return pinSideAngle(record[8]);
 }
 
-std::vector<RecordKind> makeKinds() {
-  std::vector<RecordKind> kinds = sharedKinds(depth);
+std::vector<DrawnKind> makeKinds() {
+  std::vector<DrawnKind> kinds = sharedKinds(depth);
   // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 unused, 7 width
   kinds.push_back(
       {"Line", ElementForm(depth, "line", nullptr,
@@ -42,7 +42,7 @@ std::vector<RecordKind> makeKinds() {
 }  // namespace
 
 void drawSymbolRecord(const Record& record, ElementSink& sink) {
-  static const std::vector<RecordKind> kinds = makeKinds();
+  static const std::vector<DrawnKind> kinds = makeKinds();
   drawByKind(kinds, record, sink);
 }
 
