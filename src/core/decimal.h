@@ -22,7 +22,7 @@ class Decimal {
   Decimal operator-(Decimal other) const;
   Decimal operator*(std::int64_t factor) const;
   bool operator==(const Decimal&) const = default;
-  auto operator<=>(const Decimal&) const = default;
+  auto operator<=>(const Decimal&) const = default;  // NOLINT(modernize-use-nullptr): the compiler's own 0
   // Never with an exponent; without a point when whole, else without last zeros.
   std::string text() const;
 
