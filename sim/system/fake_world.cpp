@@ -74,7 +74,7 @@ void FakeUserMessages::forget() {
 }
 
 FakeServices::FakeServices()
-    : logs(Logs(fake.clock, fake.files, pathOf("C:\\App\\bin")), pathOf("C:\\App\\Script\\Log")),
+    : logs(Logs(fake.world(), pathOf("C:\\App\\bin")), pathOf("C:\\App\\Script\\Log")),
       text(fake.codePage, fake.messages) {
   state.link.setBaseDirectory(pathOf("C:\\App"));
   state.logDirectory = pathOf("C:\\App\\Script\\Log");

@@ -1,12 +1,16 @@
 #include "core/log.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <exception>
 
 #include "core/clock.h"
+#include "core/code_page.h"
 #include "core/files.h"
+#include "core/text.h"
+#include "core/world.h"
 
 namespace vernoxa {
 namespace {
@@ -20,9 +24,27 @@ std::string stamp(const LocalTime& time) {
   return buffer.data();
 }
 
+// A line can hold texts of both encodings. Each that stands between quotes, or in a list of paths, is looked at alone;
+// neither character is ever the second byte of another.
+std::string inCodePage(const CodePage& codePage, std::string_view line) {
+  constexpr std::string_view separators = "\";";
+  if (line.empty() || !hasNonAscii(line)) {
+    return std::string(line);
+  }
+  std::string converted;
+  for (std::size_t start = 0; start < line.size();) {
+    const std::size_t end = std::min(line.find_first_of(separators, start), line.size() - 1) + 1;
+    const std::string_view text = line.substr(start, end - start);
+    converted.append(isUtf8WithThreeByteSequence(text) ? codePage.fromUtf8(text) : std::string(text));
+    start = end;
+  }
+  return converted;
+}
+
 }  // namespace
 
-LogWriter::LogWriter(Clock& clock, std::unique_ptr<OutputFile> file) : clock_(clock), file_(std::move(file)) {}
+LogWriter::LogWriter(Clock& clock, const CodePage& codePage, std::unique_ptr<OutputFile> file)
+    : clock_(clock), codePage_(codePage), file_(std::move(file)) {}
 
 LogWriter::LogWriter(LogWriter&&) noexcept = default;
 
@@ -33,7 +55,7 @@ void LogWriter::writeLine(std::string_view message) noexcept {
     return;
   }
   try {
-    file_->write(withDosLineEnds(stamp(clock_.localTime()).append(message).append("\n")));
+    file_->write(withDosLineEnds(stamp(clock_.localTime()).append(inCodePage(codePage_, message)).append("\n")));
   } catch (const std::exception&) {
     file_.reset();  // no memory for a line: the operation that is being logged matters more
   }
@@ -51,17 +73,18 @@ void LogWriter::writeFormatted(const char* format, ...) noexcept {
   writeLine(buffer.data());
 }
 
-Logs::Logs(Clock& clock, Files& files, FilePath pluginFolder)
-    : clock_(clock), files_(files), pluginFolder_(std::move(pluginFolder)) {}
+Logs::Logs(const World& world, FilePath pluginFolder)
+    : clock_(world.clock), codePage_(world.codePage), files_(world.files), pluginFolder_(std::move(pluginFolder)) {}
 
 Logs::Logs(const Logs& other, FilePath logDirectory)
     : clock_(other.clock_),
+      codePage_(other.codePage_),
       files_(other.files_),
       pluginFolder_(other.pluginFolder_),
       logDirectory_(std::move(logDirectory)) {}
 
 LogWriter Logs::openTraffic() const noexcept {
-  return {clock_, openTrafficFile()};
+  return {clock_, codePage_, openTrafficFile()};
 }
 
 std::unique_ptr<OutputFile> Logs::openTrafficFile() const noexcept {
@@ -81,7 +104,7 @@ void Logs::reportCrash(std::string_view operation) const noexcept {
     if (!files_.exists(folder)) {
       files_.createFolder(folder);
     }
-    LogWriter(clock_, files_.openForAppending(folder / "log.txt")).writeLine(operation);
+    LogWriter(clock_, codePage_, files_.openForAppending(folder / "log.txt")).writeLine(operation);
   } catch (const std::exception&) {
     return;  // the report is for developers; there is nobody left to tell
   }

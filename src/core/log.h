@@ -1,7 +1,8 @@
 // The two logs that the plug-in keeps for its developers: plain text in the code page, CR LF line ends.
 //
 // Every line is "[Time]:2024-3-5 9:7:2:45.message": local time without padding, a colon before the milliseconds and a
-// full stop before the message. Logging never fails visibly and never throws. Usable from both threads: each line is
+// full stop before the message. Messages of the host and to it may hold UTF-8: what is recognised as such is put into
+// the code page. Logging never fails visibly and never throws. Usable from both threads: each line is
 // written to a file opened for appending in one piece, so lines of two threads may follow each other in any order but
 // never mix.
 #pragma once
@@ -15,13 +16,15 @@
 namespace vernoxa {
 
 class Clock;
+class CodePage;
 class Files;
 class OutputFile;
+struct World;
 
 // One open log; short-lived. Without a file every write does nothing.
 class LogWriter {
  public:
-  LogWriter(Clock& clock, std::unique_ptr<OutputFile> file);
+  LogWriter(Clock& clock, const CodePage& codePage, std::unique_ptr<OutputFile> file);
   LogWriter(LogWriter&&) noexcept;
   ~LogWriter();
 
@@ -32,13 +35,14 @@ class LogWriter {
 
  private:
   Clock& clock_;
+  const CodePage& codePage_;
   std::unique_ptr<OutputFile> file_;
 };
 
 class Logs {
  public:
   // `pluginFolder` holds the crash log's folder "\catchLog". The traffic log is off until its folder is known.
-  Logs(Clock& clock, Files& files, FilePath pluginFolder);
+  Logs(const World& world, FilePath pluginFolder);
   Logs(const Logs& other, FilePath logDirectory);
 
   // On while the log directory exists.
@@ -52,6 +56,7 @@ class Logs {
   std::unique_ptr<OutputFile> openTrafficFile() const noexcept;
 
   Clock& clock_;
+  const CodePage& codePage_;
   Files& files_;
   FilePath pluginFolder_;
   FilePath logDirectory_;

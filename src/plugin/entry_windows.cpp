@@ -26,8 +26,7 @@ PlugIn& processPlugIn() {
   static PlugIn* const plugIn = [] {
     World world = realWorld();
     const FilePath path = modulePath();
-    return new PlugIn{world, path, Logs(world.clock, world.files, directoriesOf(path).pluginFolder), nullptr,
-                      startLinkThread};
+    return new PlugIn{world, path, Logs(world, directoriesOf(path).pluginFolder), nullptr, startLinkThread};
   }();
   return *plugIn;
 }

@@ -14,8 +14,8 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   TclInterp interp;
   FakeWorld fake;
   World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(fake.clock, fake.files, pathOf("C:\\App\\bin")),
-                nullptr, [](std::shared_ptr<Session>) {}};
+  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world, pathOf("C:\\App\\bin")), nullptr,
+                [](std::shared_ptr<Session>) {}};
   startUp(interp.get(), plugIn);
   const auto run = interp.evaluate(
       "set base {C:\\App}; set channel [open {" TEST_SOURCE_FOLDER

@@ -28,6 +28,14 @@ TEST_F(LogTest, LinesByteForByte) {
             "[Time]:2025-12-31 23:59:58:999.\r\n");
 }
 
+TEST_F(LogTest, IsInTheCodePageWhateverALineHolds) {
+  enableTraffic();
+  logs.openTraffic().writeLine("{\"a\":\"" + utf8(u8"原理图") + "\",\"b\":\"原理图;" + utf8(u8"é原;") + "\"}");
+  logs.openTraffic().writeLine(utf8(u8"return:网表"));
+  logs.openTraffic().writeFormatted("%s;", utf8(u8"é").c_str());  // two bytes of UTF-8 may be a character as well
+  EXPECT_EQ(traffic(), "{\"a\":\"原理图\",\"b\":\"原理图;é原;\"}\nreturn:网表\n\xC3\xA9;");
+}
+
 TEST_F(LogTest, FormattedLineIsCutOffAndStillEnds) {
   enableTraffic();
   for (const std::size_t size : {4094U, 4095U, 4096U, 9000U}) {

@@ -55,7 +55,7 @@ std::string clipboardText() {
 
 class RealDesktop : public testing::Test {
  protected:
-  RealDesktop() : logs(world.clock, world.files, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
+  RealDesktop() : logs(world, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
     state.link.setBaseDirectory(pathOf(folder));
   }

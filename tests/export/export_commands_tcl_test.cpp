@@ -35,8 +35,8 @@ class ExportCommands : public testing::Test {
   TclInterp interp;
   FakeWorld fake;
   World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(fake.clock, fake.files, pathOf("C:\\App\\bin")),
-                nullptr, [](std::shared_ptr<Session>) {}};
+  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world, pathOf("C:\\App\\bin")), nullptr,
+                [](std::shared_ptr<Session>) {}};
   std::string version = "17.4";
   std::string whenAsked;
 };

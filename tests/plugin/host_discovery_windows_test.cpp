@@ -71,7 +71,7 @@ class RealRegistry : public testing::Test {
     return path + name + std::to_string(GetCurrentProcessId());
   }
   std::string find(const std::string& hostVersion) {
-    const Logs logs(world.clock, world.files, pathOf(temporary("nowhere")));
+    const Logs logs(world, pathOf(temporary("nowhere")));
     return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
   }
 

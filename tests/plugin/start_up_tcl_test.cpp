@@ -47,8 +47,8 @@ class StartUpTest : public testing::Test {
   TclInterp interp_;
   FakeWorld fake_;
   World world_ = fake_.world();
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(fake_.clock, fake_.files, pathOf("C:\\App\\bin")),
-                 nullptr, [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world_, pathOf("C:\\App\\bin")), nullptr,
+                 [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
 };
 
 TEST_F(StartUpTest, ScriptByteForByte) {
