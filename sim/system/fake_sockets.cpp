@@ -134,6 +134,7 @@ bool FakeSockets::connect(Handle handle, const char* address, std::uint16_t port
   if (std::string_view(address) != "127.0.0.1" || nobody || refusing_[port] > 0) {
     --refusing_[port];
     ++refused_;
+    clock_.advance(refusalTakes);
     return false;
   }
   socket->peer = queue.empty() ? standing->second : queue.front();

@@ -69,6 +69,7 @@ class FakeSockets final : public Sockets {
 
   Faults faults;  // counts open, connect, send and receive
   int errorNumber = 10054;
+  std::chrono::milliseconds refusalTakes{0};  // passes on the fake clock while a connection is refused
 
   void startUp() override;
   void cleanUp() override;

@@ -11,7 +11,7 @@ namespace vernoxa {
 namespace {
 
 CommandResult sendReport(CommandCall& call, const Services& services, const std::string& message) {
-  const std::string answer = sendToCompanion(call.host, services, message);
+  const std::string answer = sendToCompanion(call.host, services, message).text;
   services.logs.openTraffic().writeLine("sendPacketGlobalHandle \"" + answer + "\"");
   return {};
 }

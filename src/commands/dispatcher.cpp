@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "core/code_page.h"
 #include "core/log.h"
 #include "core/services.h"
 #include "core/user_messages.h"
 #include "core/world.h"
 #include "link/envelope.h"
+#include "link/file_status.h"
 
 namespace vernoxa {
 namespace {
@@ -30,7 +30,7 @@ bool isOfKind(JsonView value, MemberKind kind) {
 void takeAnswer(const Request& request, Services& services) {
   const auto path = request.data.member("Path").text();
   if (request.command == "FileStatus_EndResult" && path && !path->empty()) {
-    services.state.link.setBaseDirectory(services.text.path(*path));
+    followProject(services, *path);
   }
 }
 

@@ -18,9 +18,14 @@ namespace {
 
 Outcome creatClient(const Request&, HandlerContext& context) {
   LinkState& link = context.services.state.link;
-  const Evaluation answer = context.host.evaluate(link.clientCreated() ? "creatClient 0" : "creatClient 1");
+  const bool connected = link.clientCreated();
+  const Evaluation answer = context.host.evaluate(connected ? "creatClient 0" : "creatClient 1");
   if (context.services.text.messageText(answer.text) != "0") {
     return Outcome::failure("creat client failed!");
+  }
+  if (!connected) {
+    // The companion may be another one by now, which knows nothing yet.
+    context.services.state.reportedDesigns.clear();
   }
   link.setClientCreated(true);
   return Outcome::success();
@@ -31,10 +36,11 @@ Outcome getNewOpenPath(const Request&, HandlerContext& context) {
     return Outcome::failure("No file!");
   }
   Json data = Json::object();
-  if (const auto path = firstUntold(context.services)) {
+  const GlobalState& state = context.services.state;
+  if (const auto path = firstUnreported(state)) {
     data.add("ProjectPath", *path);
   }
-  data.add("CloseFile", closedDesigns(context.services));
+  data.add("CloseFile", closedDesigns(state));
   return Outcome::success(std::move(data));
 }
 
@@ -79,14 +85,14 @@ Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
   }
   context.log.writeLine("Over");
   if (answer.text == "-1") {
-    rememberTold(context.services, *path);
+    noteWithoutPins(context.services, *path);
   }
   Json data = Json::object();
   data.add("PinCount", count);
   return Outcome::success(std::move(data));
 }
 
-// Hands the status on to the companion as it came, and keeps in mind what the companion knows.
+// Hands the status on to the companion as it is, and keeps in mind what the companion knows when it was sent.
 void passOn(const Request& request, HandlerContext& context) {
   const auto status = request.data.member("Status").text();
   const auto fileName = request.data.member("FileName").text();
@@ -97,22 +103,24 @@ void passOn(const Request& request, HandlerContext& context) {
   message.add("Command", "FileStatus");
   message.add("Result", "0");
   message.add("Data", Json::copyOf(request.data));
-  sendToCompanion(context.host, context.services, message.printUnformatted());
+  if (!sendToCompanion(context.host, context.services, message.printUnformatted()).ok) {
+    return;
+  }
   if (*status == "Open") {
-    rememberTold(context.services, *fileName);
+    noteReported(context.services, *fileName);
   } else if (*status == "Close") {
-    forgetTold(context.services, *fileName);
+    noteClosed(context.services.state, *fileName);
   }
 }
 
 Outcome fileStatus(const Request& request, HandlerContext& context) {
   passOn(request, context);
-  const std::vector<std::string> designs = scanOpenDesigns(context);
+  const std::vector<KnownDesign>& designs = scanOpenDesigns(context);
   if (designs.empty()) {
     return Outcome::failure("No file!");
   }
   Json data = Json::object();
-  data.add("ProjectPath", designs.front());
+  data.add("ProjectPath", designs.front().hostPath);
   return Outcome::success(std::move(data));
 }
 
@@ -138,7 +146,7 @@ constexpr std::array rows = {
     HandlerRow{"FileStatus",
                fileStatus,
                {{{"Status", text, optional}, {"FileName", text, optional}}},
-               "Passes a design's status on to the companion and lists the open designs anew."},
+               "Passes a design's status on to the companion and lists the open designs again."},
     HandlerRow{"creatClient", creatClient, {}, "Has the host's scripts connect to the companion."},
 };
 static_assert(namesDiffer(rows));

@@ -34,4 +34,24 @@ void LinkState::setClientCreated(bool created) {
   clientCreated_ = created;
 }
 
+void LinkState::setRefusedAtOnce(bool atOnce) {
+  const std::lock_guard lock(guard_);
+  refusedAtOnce_ = atOnce;
+}
+
+bool LinkState::companionMayBeAsked() const {
+  const std::lock_guard lock(guard_);
+  return clientCreated_ || refusedAtOnce_;
+}
+
+void LinkState::setAwaitedCount(std::string hostPath) {
+  const std::lock_guard lock(guard_);
+  awaitedCount_ = std::move(hostPath);
+}
+
+std::string LinkState::takeAwaitedCount() {
+  const std::lock_guard lock(guard_);
+  return std::exchange(awaitedCount_, {});
+}
+
 }  // namespace vernoxa

@@ -27,11 +27,24 @@ class LinkState {
   bool clientCreated() const;
   void setClientCreated(bool created);
 
+  // How the latest refused connection ended: at once, or after tries that the system made on its own (Windows takes
+  // about two seconds for them on the local machine).
+  void setRefusedAtOnce(bool atOnce);
+  // False when an attempt to reach the companion could cost the host's thread those tries: nobody is known to listen.
+  bool companionMayBeAsked() const;
+
+  // The design whose pins the link thread is asking for; empty once it has the answer. One that is still there when
+  // the thread asks for something else has lost its answer.
+  void setAwaitedCount(std::string hostPath);
+  std::string takeAwaitedCount();
+
  private:
   mutable std::mutex guard_;
   FilePath baseDirectory_;
   FilePath hostInstallPath_;
+  std::string awaitedCount_;
   bool clientCreated_ = false;
+  bool refusedAtOnce_ = false;
 };
 
 // What the companion's messages set for a later placement. Texts in the code page, as the packets brought them.
@@ -59,10 +72,10 @@ struct PlacementContext {
   std::string libraryBaseName = "123456";  // base name of the temporary library
 };
 
-// A design that the companion knows to be open.
-struct ToldDesign {
-  std::string name;      // as the messages name it; what designs are compared by
-  std::string hostPath;  // as the host gave it
+// A design under its two names.
+struct KnownDesign {
+  std::string hostPath;  // as the host gave it, in either encoding
+  std::string name;      // as messages name it: made from the former once, and never converted again
 };
 
 // Everything but `link` belongs to the host's thread.
@@ -71,8 +84,8 @@ struct GlobalState {
   FilePath installDirectory;  // found from the module path; later reports of projects never change it
   FilePath logDirectory;
   std::string language = "EN";
-  std::vector<std::string> openDesigns;  // paths as the host gave them
-  std::vector<ToldDesign> toldDesigns;
+  std::vector<KnownDesign> openDesigns;      // in the host's order
+  std::vector<KnownDesign> reportedDesigns;  // those that the companion knows to be open
   PlacementContext placement;
   std::set<std::string> madeLibraries;               // what placements of this process made, and may remove
   std::map<std::string, std::string> resourcePaths;  // resource id to module file

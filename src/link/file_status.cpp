@@ -1,6 +1,7 @@
 #include "link/file_status.h"
 
 #include "core/code_page.h"
+#include "core/files.h"
 #include "core/path_text.h"
 #include "core/services.h"
 #include "core/state.h"
@@ -11,10 +12,10 @@
 namespace vernoxa {
 namespace {
 
-Json statusData(const Services& services, std::string_view status, std::string_view fileName) {
+Json statusData(const Services& services, std::string_view status, std::string_view hostPath) {
   Json data = Json::object();
   data.add("Status", status);
-  data.add("FileName", services.text.messageText(fileName));
+  data.add("FileName", designName(services, hostPath));
   return data;
 }
 
@@ -33,21 +34,32 @@ Json fileStatus(Json data) {
 
 }  // namespace
 
-Json openedMessage(const Services& services, std::string_view fileName, std::string_view pinCount) {
-  Json data = statusData(services, "Open", fileName);
+std::string designName(const Services& services, std::string_view hostPath) {
+  return services.text.messageText(hostPath);
+}
+
+Json openedMessage(const Services& services, std::string_view hostPath, std::string_view pinCount) {
+  Json data = statusData(services, "Open", hostPath);
   addHost(data, services);
   data.add("PinCount", services.text.messageText(pinCount));
   return fileStatus(std::move(data));
 }
 
-Json savedMessage(const Services& services, std::string_view fileName) {
-  Json data = statusData(services, "Save", fileName);
+Json savedMessage(const Services& services, std::string_view hostPath) {
+  Json data = statusData(services, "Save", hostPath);
   addHost(data, services);
   return fileStatus(std::move(data));
 }
 
-Json closedMessage(const Services& services, std::string_view fileName) {
-  return fileStatus(statusData(services, "Close", fileName));
+Json closedMessage(const Services& services, std::string_view hostPath) {
+  return fileStatus(statusData(services, "Close", hostPath));
+}
+
+void followProject(const Services& services, std::string_view path) {
+  // The code page bytes of some names are UTF-8 of others: then a folder that is there is meant.
+  const FilePath inCodePage = FilePath::fromUtf8(services.text.ansiToUtf8(path));
+  const bool inUtf8 = isUtf8WithThreeByteSequence(path) && !services.world.files.isFolder(inCodePage);
+  services.state.link.setBaseDirectory(inUtf8 ? services.text.path(path) : inCodePage);
 }
 
 bool isDesign(std::string_view path) {

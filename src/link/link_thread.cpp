@@ -19,6 +19,8 @@ namespace {
 
 constexpr std::chrono::milliseconds retryPause{10000};
 constexpr std::chrono::milliseconds closedReportPause{300};
+// Between a refusal that the system hands on at once and one after its own tries, which take half a second each.
+constexpr std::chrono::milliseconds quickRefusal{250};
 
 // Why a poll ended early; nobody acts on the difference, a debugger shows it.
 constexpr int pollFailed = -1;  // an exception, or a receive that failed
@@ -60,7 +62,7 @@ void LinkThread::run() noexcept {
 void LinkThread::connectToHost() {
   int connected = -1;
   while (connected != 0) {
-    connected = client_.connect(localAddress, hostPort);
+    connected = connect(client_, hostPort);
     services_.world.clock.sleep(retryPause);  // after the successful attempt too
   }
 }
@@ -85,7 +87,7 @@ void LinkThread::pollForever() {
 void LinkThread::reconnectCompanion() {
   {
     SocketClient probe(services_.world, services_.logs);
-    if (probe.connect(localAddress, companionPort) != 0 || creatClient() != 0) {
+    if (connect(probe, companionPort) != 0 || creatClient() != 0) {
       return;
     }
     services_.world.clock.sleep(retryPause);
@@ -93,10 +95,20 @@ void LinkThread::reconnectCompanion() {
   connectToServerForPthread();
 }
 
+int LinkThread::connect(SocketClient& client, std::uint16_t port) {
+  Clock& clock = services_.world.clock;
+  const auto began = clock.monotonic();
+  const int result = client.connect(localAddress, port);
+  if (result != 0) {
+    services_.state.link.setRefusedAtOnce(clock.monotonic() - began < quickRefusal);
+  }
+  return result;
+}
+
 int LinkThread::testConnect() {
   try {
     SocketClient probe(services_.world, services_.logs);
-    return probe.connect(localAddress, companionPort);
+    return connect(probe, companionPort);
   } catch (...) {
     services_.logs.reportCrash("testConnect");
     return -1;
@@ -132,7 +144,9 @@ int LinkThread::connectToServerForPthread() {
 LinkThread::Exchange LinkThread::exchange(const Json& request) {
   client_.sendPacket(request.printFormatted());
   std::string message;
-  if (client_.receivePacket(message) != 0) {
+  const int status = client_.receivePacket(message);
+  services_.logs.openTraffic().writeFormatted("ret:%d", status);
+  if (status != 0) {
     return {};
   }
   return {true, parseMessage(message, services_)};
@@ -168,7 +182,12 @@ bool LinkThread::reportOpened(const std::string& path) {
   StandardOutput& output = services_.world.output;
   Json request = command("getDsnPinCount");
   request.add("ProjectPath", path);
+  LinkState& link = services_.state.link;
+  link.setAwaitedCount(path);
   const Exchange count = exchange(request);
+  if (count.received) {
+    link.setAwaitedCount({});
+  }
   const auto pinCount = count.reply.member("Data").member("PinCount").text();
   if (!pinCount) {
     if (count.reply) {
@@ -183,7 +202,7 @@ bool LinkThread::reportOpened(const std::string& path) {
   const Exchange told = exchange(openedMessage(services_, path, *pinCount));
   const std::string projectPath = textOrEmpty(told.reply.member("Data").member("Path"));
   if (!projectPath.empty()) {
-    services_.state.link.setBaseDirectory(services_.text.path(projectPath));
+    followProject(services_, projectPath);
   }
   return told.received;
 }

@@ -4,6 +4,7 @@
 // request on the host's own thread. Everything blocks and pauses through the interfaces passed in.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,8 @@ class LinkThread {
   int connectToServerForPthread();
 
  private:
+  // One attempt, 0 or -1; keeps in mind how long the system takes to tell of a refusal.
+  int connect(SocketClient& client, std::uint16_t port);
   void connectToHost();
   void waitForCompanion();
   void pollForever();

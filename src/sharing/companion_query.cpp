@@ -5,6 +5,7 @@
 #include "core/log.h"
 #include "core/outside_json.h"
 #include "core/services.h"
+#include "core/state.h"
 #include "link/socket_client.h"
 
 namespace vernoxa {
@@ -16,7 +17,7 @@ constexpr std::chrono::seconds replyLimit{30};
 std::optional<std::string> exchange(const Services& services, std::string_view request) {
   LogWriter log = services.logs.openTraffic();
   SocketClient client(services.world, services.logs);
-  if (client.connect(localAddress, companionPort) != 0) {
+  if (!services.state.link.companionMayBeAsked() || client.connect(localAddress, companionPort) != 0) {
     log.writeLine("can't Init");
     return std::nullopt;
   }

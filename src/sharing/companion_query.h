@@ -1,6 +1,7 @@
 // Questions to the companion, each over a connection of its own.
 //
-// They run on the host's thread and hold it for one request and its reply, 30 seconds at most.
+// They run on the host's thread and hold it for one request and its reply, 30 seconds at most. Where the system takes
+// seconds to tell that nobody listens, they are asked only while the host's scripts are connected to the companion.
 #pragma once
 
 #include <optional>

@@ -33,7 +33,7 @@ CommandResult sendUploadMarket(CommandCall& call, Services& services) {
   const std::string message = uploadMessage(selection, placement, services.text).printFormatted();
   placement.dsnBmpPath.clear();
   placement.dsnDatPath.clear();
-  return {sendToCompanion(call.host, services, message)};
+  return {sendToCompanion(call.host, services, message).text};
 }
 
 CommandResult getResPath(CommandCall& call, Services& services) {

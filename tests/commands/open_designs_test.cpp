@@ -90,8 +90,96 @@ TEST_F(OpenDesignsTest, OneDesignInBothEncodings) {
   EXPECT_EQ(newPaths(), "b.dsn|");
   open("b.dsn");
   EXPECT_EQ(newPaths(), "b.dsn|" + host);
-  status("Close", host);
+  status("Close", "D:\\原理图.dsn");
   EXPECT_EQ(newPaths(), "b.dsn|");
+}
+
+// The code page bytes of these names are valid UTF-8 of other names.
+TEST_F(OpenDesignsTest, ConvertedNameThatLooksLikeUtf8StaysWhatItIs) {
+  const struct {
+    std::string host;
+    const char* name;
+  } rows[] = {{utf8(u8"C:\\鏀惧ぇ.dsn"), "C:\\鏀惧ぇ.dsn"}, {utf8(u8"D:\\娴嬭瘯\\a.dsn"), "D:\\娴嬭瘯\\a.dsn"}};
+  for (const auto& row : rows) {
+    open(row.host + ";b.dsn");
+    EXPECT_EQ(newPaths(), row.host + "|");
+    status("Open", row.name);
+    EXPECT_EQ(newPaths(), "b.dsn|");
+    status("Open", "b.dsn");
+    EXPECT_EQ(newPaths(), "-|");
+    open("b.dsn");
+    EXPECT_EQ(newPaths(), "-|" + row.host);
+    status("Close", row.name);
+    EXPECT_EQ(newPaths(), "-|");
+    status("Open", row.name);  // of a design that is not open, and so to be closed under the host's name
+    EXPECT_EQ(newPaths(), "-|" + row.host);
+    status("Close", row.name);
+    status("Close", "b.dsn");
+  }
+}
+
+TEST_F(OpenDesignsTest, DesignsOfOneNameAreToldApartByTheHostsBytes) {
+  const std::string name = "D:\\原理图.dsn";
+  const std::string other = utf8(u8"D:\\原理图.dsn");
+  open(name + ";" + other);
+  EXPECT_EQ(newPaths(), name + "|");
+  status("Open", name);
+  EXPECT_EQ(newPaths(), other + "|");
+  status("Open", name);
+  EXPECT_EQ(newPaths(), "-|");
+  open(other);
+  EXPECT_EQ(newPaths(), "-|" + name);
+  status("Close", name);
+  EXPECT_EQ(newPaths(), "-|");
+  open(name);  // the same one, which the host writes otherwise by now
+  EXPECT_EQ(newPaths(), "-|");
+  open("a.dsn");
+  status("Close", name);
+  EXPECT_EQ(newPaths(), "a.dsn|");
+
+  open(name + ";" + other);
+  host_.answer("getDsnPinCount", "-1");
+  run("getDsnPinCount", R"(,"ProjectPath":")" + doubleBackslashes(other) + "\"");
+  EXPECT_EQ(newPaths(), name + "|");
+}
+
+TEST_F(OpenDesignsTest, WhatTheCompanionMissedIsReportedAgain) {
+  open("a.dsn;b.dsn");
+  const auto reportBoth = [&] {
+    status("Open", "a.dsn");
+    status("Open", "b.dsn");
+    EXPECT_EQ(newPaths(), "-|");
+  };
+  host_.answer("creatClient", "0");
+  run("creatClient");
+  reportBoth();
+  run("creatClient");  // the same connection
+  EXPECT_EQ(newPaths(), "-|");
+  state.link.setClientCreated(false);
+  host_.answer("creatClient", "1");
+  run("creatClient");
+  EXPECT_EQ(newPaths(), "-|");
+  host_.answer("creatClient", "0");
+  run("creatClient");
+  EXPECT_EQ(newPaths(), "a.dsn|");
+  reportBoth();
+
+  open("a.dsn;c.dsn");
+  host_.answer("sendPacketGlobalHandle", "broken", false);
+  status("Open", "c.dsn");
+  status("Close", "b.dsn");
+  EXPECT_EQ(newPaths(), "c.dsn|b.dsn");
+
+  host_.answer("getDsnPinCount", "-1");
+  const auto countPins = [&] {
+    state.link.setAwaitedCount("c.dsn");
+    run("getDsnPinCount", R"(,"ProjectPath":"c.dsn")");
+  };
+  countPins();
+  EXPECT_EQ(newPaths(), "c.dsn|b.dsn");  // the link thread asks without having had the answer
+  countPins();
+  state.link.setAwaitedCount("");
+  EXPECT_EQ(newPaths(), "-|b.dsn");
 }
 
 TEST_F(OpenDesignsTest, OtherStatusesTellNothing) {

@@ -93,7 +93,7 @@ TEST_F(FileStatusCommandsTest, TrafficLog) {
 
 TEST_F(FileStatusCommandsTest, CountAndBreak) {
   EXPECT_EQ(call(getOpenFileCount, {"command"}).text, "0");
-  state.openDesigns = {"a.dsn", "b.dsn"};
+  state.openDesigns = {{"a.dsn", "a.dsn"}, {"b.dsn", "b.dsn"}};
   EXPECT_EQ(call(getOpenFileCount, {"command", "ignored"}).text, "2");
   state.link.setClientCreated(true);
   EXPECT_EQ(call(serverLinkBreak, {"command"}).text, "");

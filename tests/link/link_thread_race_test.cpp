@@ -42,6 +42,8 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
     EXPECT_THAT(state.link.baseDirectory().utf8(), testing::StartsWith("D:\\from "));
     state.link.setHostInstallPath(pathOf("D:\\Capture.exe"));
     state.link.setClientCreated(times % 3 == 0);
+    state.link.companionMayBeAsked();
+    state.link.takeAwaitedCount();
     logs.openTraffic().writeLine("host thread");
     EXPECT_TRUE(Json::parse(R"({"read":"beside the link thread"})").document);
     EXPECT_FALSE(Json::parse("{").document);

@@ -121,6 +121,20 @@ TEST_F(LinkThreadTest, AsksNothingWhileTheCompanionIsAway) {
   EXPECT_EQ(fake.sockets.refused(), 3);
 }
 
+// Where the system tries again on its own before it tells of a refusal, only a link shows that somebody listens.
+TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
+  LinkThread link(services, client_);
+  EXPECT_FALSE(state.link.companionMayBeAsked());
+  for (const int milliseconds : {0, 2000, 249, 250}) {
+    fake.sockets.refusalTakes = std::chrono::milliseconds(milliseconds);
+    EXPECT_EQ(link.testConnect(), -1);
+    EXPECT_EQ(state.link.companionMayBeAsked(), milliseconds < 250) << milliseconds;
+  }
+  state.link.setClientCreated(true);
+  EXPECT_TRUE(state.link.companionMayBeAsked());
+  EXPECT_THAT(fake.clock.pauses(), IsEmpty());
+}
+
 TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
   const struct {
     const char* answer;
@@ -137,10 +151,12 @@ TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
       {"", -1, "Error before: []\n"},
       {hangUp, -1, ""},
   };
+  enableTraffic();
   std::string printed;
   for (const auto& row : rows) {
     answers_["creatClient"] = {row.answer};
     EXPECT_EQ(step(&LinkThread::creatClient), row.result) << row.answer;
+    EXPECT_THAT(traffic(), testing::EndsWith(row.answer == hangUp ? "\nret:-1" : "\nret:0")) << row.answer;
     EXPECT_EQ(fake.output.text(), printed += row.printed) << row.answer;
   }
   EXPECT_EQ(requests_.front(), "{\n\t\"Command\":\t\"creatClient\"\n}");
@@ -270,6 +286,7 @@ TEST_F(LinkThreadTest, PollsOfEveryKind) {
     EXPECT_EQ(asked(), expected) << row.name;
     EXPECT_EQ(fake.output.text(), printed += row.printed) << row.name;
     EXPECT_EQ(state.link.baseDirectory().utf8(), "C:\\App") << row.name;
+    EXPECT_EQ(state.link.takeAwaitedCount(), row.count == hangUp ? "a.dsn" : "") << row.name;
   }
   EXPECT_EQ(crashes(), "");
 }
@@ -305,6 +322,23 @@ TEST_F(LinkThreadTest, AnyCallMayFail) {
   }
   EXPECT_FALSE(fake.sockets.misused());
   EXPECT_EQ(fake.sockets.stillOpen(), 1);
+}
+
+class ProjectFolder : public testing::Test, protected FakeServices {};
+
+TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
+  fake.files.addFolder("C:\\鏀惧ぇ");  // in the code page the bytes of this name are UTF-8 of another one
+  const struct {
+    std::string told;
+    std::u8string_view kept;
+  } rows[] = {
+      {"D:\\工程", u8"D:\\工程"},     {utf8(u8"D:\\工程"), u8"D:\\工程"}, {utf8(u8"D:\\鏀惧ぇ"), u8"D:\\鏀惧ぇ"},
+      {"C:\\鏀惧ぇ", u8"C:\\鏀惧ぇ"}, {"D:\\\xC3\xA9", u8"D:\\茅"},       {"D:\\plain", u8"D:\\plain"},
+  };
+  for (const auto& row : rows) {
+    followProject(services, row.told);
+    EXPECT_EQ(state.link.baseDirectory().utf8(), utf8(row.kept));
+  }
 }
 
 TEST(FileStatus, DesignsAreKnownByTheirExtension) {

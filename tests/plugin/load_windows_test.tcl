@@ -137,7 +137,9 @@ set base [install "设计 a" {{"AlgMenuLang":"CN"}}]
 file mkdir [file join $base Script Log]
 writeFile [file join $base Script Log schLog.txt] "a former run"
 set linked [host [concat $startUp {InitPath getDsnPinCount creatClient sendPacketGlobalHandle GetNetsList}]]
-array set answers [list creatClient 0 getDsnPinCount 128 InitPath "D:\\原理图\\a.dsn;" GetNetsList done]
+# The code page bytes of the first two names are UTF-8 of other names.
+set designs {D:\\娴嬭瘯\\a.dsn C:\\鏀惧ぇ.dsn D:\\原理图\\a.dsn}
+array set answers [list creatClient 0 getDsnPinCount 128 InitPath "[join $designs {;}];" GetNetsList done]
 set before [llength [$linked eval {info commands}]]
 load [file join $base bin Vernoxa64.dll] Vernoxa $linked
 check "commands" [expr {[llength [$linked eval {info commands}]] - $before - 2}] 48 ;# and the script's two procedures
@@ -159,14 +161,21 @@ check "traffic log: a fresh one" [string first "former" $log] -1
 check "traffic log" [regexp [string map [list @ $stamp] {^@GetACP 936\r\n@6073 Close\r\n@return data:\{[^\r]*原理图[^\r]*\r\n@7b22}] $log] 1
 check "no argument" [list [$linked eval packetParser] [$linked eval packetParserForPthread]] {{} {}}
 
-# The companion's answer moves the cache folders, here to a folder with a Chinese name.
-set project [file nativename [file join $root 工程]]
-file mkdir $project
-$linked eval [list packetParser [hex [format {{"Command":"FileStatus_EndResult","Data":{"Path":"%s"}}} \
-    [string map {\\ \\\\} $project]]]]
-writeFile [file join $root Nets.txt] nets
-$linked eval [list packetParserForPthread [hex {{"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}}}]]
-check "cache folder" [file isdirectory [file join $project Cache]] 1
+# The companion's answer moves the cache folders, here to folders with Chinese names, told in either encoding. The code
+# page bytes of the last one are UTF-8 of another name.
+foreach {name encoding} {工程 cp936 项目 utf-8 鏀惧ぇ cp936} {
+  set project [file nativename [file join $root $name]]
+  file mkdir $project
+  set message [format {{"Command":"FileStatus_EndResult","Data":{"Path":"%s"}}} [string map {\\ \\\\} $project]]
+  $linked eval [list packetParser [binary encode hex [encoding convertto $encoding $message]]]
+  $linked eval [list packetParserForPthread [hex {{"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}}}]]
+  check "cache folder in $name" [file isdirectory [file join $project Cache]] 1
+}
+
+# Nothing waits for a companion before there is a link to one, even where the system would.
+set began [clock milliseconds]
+check "queries without a link" [list [$linked eval getSelfUserId] [$linked eval {GetResPath 1}]] {{} {}}
+check "queries without a link in time" [expr {[clock milliseconds] - $began < 1000}] 1
 
 # --- other loads ----------------------------------------------------------------------------------------------------
 
@@ -222,18 +231,53 @@ while {[llength $requests] < 4} {
   vwait requests
 }
 # A path that came from the host goes back to it in the host's own encoding, and to the companion in the code page.
-set hostPath [encoding convertfrom cp936 [encoding convertto utf-8 "D:\\\\原理图\\\\a.dsn"]]
+set hostPath [encoding convertfrom cp936 [encoding convertto utf-8 "D:\\\\娴嬭瘯\\\\a.dsn"]]
 check "requests" [lrange $requests 0 3] [list {{"Command":"creatClient"}} {{"Command":"GetNewOpenPath"}} \
     "{\"Command\":\"getDsnPinCount\",\"ProjectPath\":\"$hostPath\"}" \
-    [format {{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"D:\\原理图\\a.dsn","Pid":"%s","AllegroPath":"","PinCount":"128"}}} [pid]]]
+    [format {{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"D:\\娴嬭瘯\\a.dsn","Pid":"%s","AllegroPath":"","PinCount":"128"}}} [pid]]]
 check "probed the companion" [expr {$probes > 0}] 1
 check "host procedures of the link" [lrange $calls($linked) end-4 end] \
     {creatClient InitPath getDsnPinCount sendPacketGlobalHandle InitPath}
-check "open designs" [$linked eval getOpenFileCount] 1
-check "told, nothing new" [unhex [$linked eval [list packetParserForPthread [hex {{"Command":"GetNewOpenPath"}}]]]] \
-    {{"Data":{"CloseFile":""},"Command":"GetNewOpenPath_EndResult","Result":"0"}}
+check "open designs" [$linked eval getOpenFileCount] 3
+
+# What the link's thread would hear next, in its own words: {opened closed}, paths in the host's encoding.
+proc threadAsks {message} {
+  return [binary decode hex [$::linked eval [list packetParserForPthread [hex $message]]]]
+}
+proc next {} {
+  set reply [encoding convertfrom utf-8 [threadAsks {{"Command":"GetNewOpenPath"}}]]
+  foreach member {ProjectPath CloseFile} {
+    lappend paths [expr {[regexp "\"$member\":\"(\[^\"\]*)\"" $reply all path] ? [string map {\\\\ \\} $path] : ""}]
+  }
+  return $paths
+}
+proc status {status design} {
+  threadAsks [format {{"Command":"FileStatus","Data":{"Status":"%s","FileName":"%s"}}} $status \
+      [string map {\\ \\\\} $design]]
+}
+
+lassign $designs first second third
+check "the second design is next" [next] [list $second {}]
+$linked eval {rename sendPacketGlobalHandle kept; proc sendPacketGlobalHandle packet {error "no connection"}}
+status Open $second
+check "after a send that failed" [next] [list $second {}]
+$linked eval {rename sendPacketGlobalHandle {}; rename kept sendPacketGlobalHandle}
+status Open $second
+check "the third design is next" [next] [list $third {}]
+status Open $third
+check "all are reported" [next] {{} {}}
+set answers(InitPath) $third
+check "two are closed" [next] [list {} "$first;$second"]
+status Close $first
+check "one is closed" [next] [list {} $second]
+$linked eval serverLinkBreak
+threadAsks {{"Command":"creatClient"}}
+check "a restarted companion hears of the open design" [next] [list $third {}]
+
 set log [readFile [file join $base Script Log schLog.txt]]
 check "frames in the traffic log" [regexp [string map [list @ $stamp] {@revData\[3\]:0\r\n@len:\d+\r\n}] $log] 1
+check "waits for replies in the traffic log" [regexp [string map [list @ $stamp] {@ret:0\r\n}] $log] 1
+check "the traffic log is in the code page" [regexp {"ProjectPath":"D:\\\\原理图\\\\a.dsn"} $log] 1
 
 while {![info exists confused]} {
   vwait confused

@@ -193,7 +193,7 @@ TEST_F(StartUpTest, AnyCallOfTheFilesMayFail) {
 
 TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   load();
-  state().openDesigns = {"a.dsn"};
+  state().openDesigns = {{"a.dsn", "a.dsn"}};
   fake_.sockets.listen(hostPort, {{}, StreamEnd::hang, nullptr});
   Session& first = *plugIn_.session;
   EXPECT_EQ(first.client().connect(localAddress, hostPort), 0);

@@ -20,7 +20,10 @@ using testing::HasSubstr;
 
 class RequestCommands : public testing::Test {
  protected:
-  RequestCommands() { with_.enableTraffic(); }
+  RequestCommands() {
+    with_.enableTraffic();
+    with_.state.link.setClientCreated(true);
+  }
 
   std::string run(CommandResult (*command)(CommandCall&, Services&), const Words& arguments) {
     Words words{"command"};
@@ -93,6 +96,19 @@ TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
   with_.state.placement.PartIndex = "2";  // of a placement: the two share their field
   EXPECT_EQ(run(getSelfUserId, {}), "2");
   EXPECT_EQ(with_.fake.sockets.refused(), 1);
+}
+
+TEST_F(RequestCommands, NobodyIsAskedWhoMayNotBeThere) {
+  with_.state.link.setClientCreated(false);
+  with_.fake.sockets.refusalTakes = 2s;
+  const auto start = with_.fake.clock.monotonic();
+  EXPECT_EQ(run(getSelfUserId, {}) + run(getResPath, {"1"}), "");
+  EXPECT_EQ(with_.traffic(), "can't Init\ncan't Init");
+  EXPECT_EQ(with_.fake.sockets.refused(), 0);
+  EXPECT_EQ(with_.fake.clock.monotonic(), start);
+  with_.state.link.setRefusedAtOnce(true);  // then an attempt costs nothing
+  companionAnswers(R"({"Result":0,"Data":{"UserId":"u"}})");
+  EXPECT_EQ(run(getSelfUserId, {}), "u");
 }
 
 TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
