@@ -78,7 +78,8 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
   Tcl_PkgProvideEx(interp, "Vernoxa", "1.0", nullptr);
   registerCommands(interp);
   try {
-    Tcl_Eval(interp, std::string(script).c_str());
+    const bool complete = Tcl_Eval(interp, std::string(script).c_str()) == TCL_OK;
+    const std::string problem = complete ? std::string() : Tcl_GetStringResult(interp);
     replaceSession(plugIn);
     // Ours from here on: a script of the host may load the plug-in anew meanwhile.
     const std::shared_ptr<Session> session = plugIn.session;
@@ -89,6 +90,9 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     const Logs& logs = session->services().logs;
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
+    if (!complete) {  // a second editor, say, whose port for the link thread is taken
+      logs.openTraffic().writeLine("start-up script: " + problem);
+    }
   } catch (...) {
     plugIn.crashLogs.reportCrash("Vernoxa_Init");
   }

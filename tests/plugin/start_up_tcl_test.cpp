@@ -141,6 +141,7 @@ TEST_F(StartUpTest, TrafficLogStartsAfresh) {
 
 // A host without one procedure of the start-up script loses what stands after it, and nothing else.
 TEST_F(StartUpTest, MissingProceduresOfTheHost) {
+  fake_.files.addFolder("C:\\App\\Script\\Log");
   for (const char* const missing :
        {"::capGenerateBOMUtil::init", "creatServerForPthread", "InsertXMLMenu", "RegisterAction"}) {
     interp_.evaluate(std::string("rename ") + missing + " {}");
@@ -149,6 +150,8 @@ TEST_F(StartUpTest, MissingProceduresOfTheHost) {
     EXPECT_THAT(interp_.calls, Each(testing::Not(Contains(missing)))) << missing;
     EXPECT_TRUE(plugIn_.session) << missing;
     EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0") << missing;
+    EXPECT_EQ(logMessages(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt")),
+              std::string("GetACP 936\nstart-up script: invalid command name \"") + missing + "\"");
     interp_.define(missing);
   }
   EXPECT_EQ(threads().size(), 4U);
