@@ -95,7 +95,6 @@ class Companion:
         except OSError as error:
             raise PortTaken(f"port {self.port} is taken: {error.strerror or error}") from error
         self.port = self._server.sockets[0].getsockname()[1]
-        self._started = time.monotonic()
 
     async def stop(self) -> None:
         if self._server:

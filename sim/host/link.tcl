@@ -79,11 +79,9 @@ proc ::link::companionGone {channel} {
 
 host::procedure sendPacketGlobalHandle {text} {
     if {$::link::companion eq ""} {
-        return "no connection to the companion"
+        error "no connection to the companion"
     }
-    if {[catch {frames::send $::link::companion $text} problem]} {
-        return $problem
-    }
+    frames::send $::link::companion $text
     host::log "companion is told: [host::messageOf $text]"
     return 0
 }
@@ -107,9 +105,8 @@ proc ::link::plugin {command args} {
 proc ::link::sendFrom {command args} {
     set packet [plugin $command {*}$args]
     if {$packet ne ""} {
-        set answer [sendPacketGlobalHandle $packet]
-        if {$answer ne "0"} {
-            host::log "$command was not sent: $answer"
+        if {[catch {sendPacketGlobalHandle $packet} problem]} {
+            host::log "$command was not sent: $problem"
         }
     }
 }

@@ -29,16 +29,22 @@ async def design_becomes_known(scene: Scene, name: str) -> None:
     )
 
 
-async def link_thread_reports(scene: Scene, name: str) -> None:
-    """The plug-in's own thread asks the host every ten seconds and finds the design without being told."""
-    await scene.hear(
-        "the link thread found the open design too",
-        "FileStatus",
-        LINK_SECONDS,
-        count=2,
-        Status="Open",
-        FileName=name,
-    )
+async def companion_restarts(scene: Scene, names: list[str]) -> int:
+    """The companion ends and begins again: the host's script tells it what is open once it is connected.
+
+    Gives the number of the first event that the second companion sees.
+    """
+    since = await scene.companion_restarts()
+    for name in names:
+        title = f"the second companion heard of {paths.name_of(name)}"
+        await scene.hear(title, "FileStatus", LINK_SECONDS, since=since, Status="Open", FileName=name)
+    return since
+
+
+async def link_thread_reports(scene: Scene, name: str, since: int) -> None:
+    """The plug-in's own thread finds the design without being told, and tells the companion of that number of events."""
+    title = f"the link thread reported {paths.name_of(name)} to the second companion too"
+    await scene.hear(title, "FileStatus", LINK_SECONDS, count=2, since=since, Status="Open", FileName=name)
 
 
 async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:

@@ -65,6 +65,14 @@ class Scene:
             self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=line))
         self.installation.command(line)
 
+    async def companion_restarts(self) -> int:
+        """It ends and is there again, and knows of no design. Gives the number of the first event that it sees."""
+        await self.companion.stop()
+        self.answers.designs.clear()
+        await self.companion.start()
+        self.say("the companion has ended and begun again")
+        return len(self.companion.events)
+
     async def end(self) -> None:
         if self.host:
             await self.host.stop()
@@ -99,17 +107,19 @@ class Scene:
         self.say(f"seen: {what}", "bold green")
         return result
 
-    async def hear(self, what: str, command: str, seconds: float, count: int = 1, **data: str) -> Event:
-        """The count-th such message of the plug-in, from the beginning."""
+    async def hear(
+        self, what: str, command: str, seconds: float, count: int = 1, since: int = 0, **data: str
+    ) -> Event:
+        """The count-th such message of the plug-in, from the beginning or from event `since` on."""
 
         def wanted(event: Event) -> bool:
             return event.is_message(command, **data)
 
         async def listen() -> Event:
-            since = 0
+            first = since
             for _ in range(count):
-                event = await self.companion.wait_for(wanted, seconds, since)
-                since = self.companion.events.index(event) + 1
+                event = await self.companion.wait_for(wanted, seconds, first)
+                first = self.companion.events.index(event) + 1
             return event
 
         return await self.step(what, listen(), seconds)
