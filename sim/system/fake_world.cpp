@@ -59,8 +59,14 @@ void FakeStandardOutput::forget() {
 }
 
 void FakeUserMessages::show(std::u8string_view text, MessageIcon icon) {
-  const std::lock_guard lock(guard_);
-  shown_.push_back(std::string(icon == MessageIcon::none ? "" : "(i) ").append(literalOf(FilePath::fromUtf8(utf8(text)))));
+  const std::string said = literalOf(FilePath::fromUtf8(utf8(text)));
+  {
+    const std::lock_guard lock(guard_);
+    shown_.push_back(std::string(icon == MessageIcon::none ? "" : "(i) ").append(said));
+  }
+  if (during) {
+    during(said);
+  }
 }
 
 std::vector<std::string> FakeUserMessages::shown() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -89,6 +90,8 @@ class FakeUserMessages final : public UserMessages {
   // As literals of the tests; a text with an icon begins with "(i) ".
   std::vector<std::string> shown() const;
   void forget();
+
+  std::function<void(std::string_view text)> during;  // what the event loop of each box does
 
  private:
   mutable std::mutex guard_;

@@ -18,19 +18,20 @@ std::string_view textOf(Tcl_Obj* object) {
 
 }  // namespace
 
-TclList::TclList(Tcl_Obj* list) : list_(list) {
-  if (list_ == nullptr) {
-    return;
+TclList::TclList(Tcl_Obj* list) {
+  int count = 0;
+  Tcl_Obj** elements = nullptr;
+  if (list != nullptr && Tcl_ListObjGetElements(nullptr, list, &count, &elements) == TCL_OK) {
+    elements_.assign(elements, elements + count);
   }
-  Tcl_IncrRefCount(list_);
-  if (Tcl_ListObjGetElements(nullptr, list_, &count_, &elements_) != TCL_OK) {
-    count_ = 0;
+  for (Tcl_Obj* const element : elements_) {
+    Tcl_IncrRefCount(element);
   }
 }
 
 TclList::~TclList() {
-  if (list_ != nullptr) {
-    Tcl_DecrRefCount(list_);
+  for (Tcl_Obj* const element : elements_) {
+    Tcl_DecrRefCount(element);
   }
 }
 
@@ -39,7 +40,7 @@ std::string_view TclList::text(int index) const {
 }
 
 Tcl_Obj* TclList::element(int index) const {
-  return index >= 0 && index < count_ ? elements_[index] : nullptr;
+  return index >= 0 && index < size() ? elements_[static_cast<std::size_t>(index)] : nullptr;
 }
 
 std::string_view Arguments::text(int position) const {

@@ -5,12 +5,16 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 struct Tcl_Obj;
 
 namespace vernoxa {
 
-// The elements of one list. Keeps the list alive; views of texts are valid as long as this object.
+// The elements of one list as it was when this object was made. A message box or an evaluation may run the host's event
+// loop, and that may rewrite the list, read it as something else (which frees Tcl's own array of elements) or unset the
+// variable that holds it. So each element is held by a reference of its own: Tcl changes no object that others hold,
+// and views of texts are valid as long as this object.
 class TclList {
  public:
   explicit TclList(Tcl_Obj* list);  // nullptr: empty
@@ -18,18 +22,17 @@ class TclList {
   TclList(const TclList&) = delete;
   TclList& operator=(const TclList&) = delete;
 
-  int size() const { return count_; }
+  int size() const { return static_cast<int>(elements_.size()); }
   std::string_view text(int index) const;
   TclList list(int index) const { return TclList(element(index)); }
 
  private:
   Tcl_Obj* element(int index) const;
 
-  Tcl_Obj* list_;
-  Tcl_Obj** elements_ = nullptr;
-  int count_ = 0;
+  std::vector<Tcl_Obj*> elements_;
 };
 
+// Tcl holds the arguments for the length of the call, whatever becomes of the variables that they came from.
 class Arguments {
  public:
   Arguments(int count, Tcl_Obj* const* objects) : count_(count), objects_(objects) {}

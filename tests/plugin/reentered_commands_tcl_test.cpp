@@ -1,0 +1,284 @@
+// Every command and every handler, while the host's event loop runs inside its message boxes, its dialog and its
+// evaluations and does the worst that a script can: it reads the command's lists as something else, rewrites and unsets
+// the variables that hold them, puts other texts into the memory that this gives back, and brings the next packet.
+#include <gmock/gmock.h>
+
+#include <array>
+#include <map>
+
+#include "commands/handler.h"
+#include "link/packet_text.h"
+#include "plugin/command_table.h"
+#include "plugin/plug_in.h"
+#include "plugin/start_up.h"
+#include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr const char* worst = R"(
+  foreach name [info globals argument*] {
+    upvar #0 $name value
+    foreach element $value {
+      foreach inner $element {string length $inner}
+      string length $element
+    }
+    string length $value
+    append value { more}
+    set value {}
+    unset value
+  }
+  set noise {}
+  for {set size 0} {$size < 300} {incr size} {
+    lappend noise [list [string repeat ! $size] [expr {$size * 3}]]
+  }
+  packetParser $nested
+  sendRemoveFromBom {short 1;2;3;4;5;6 short}
+  SelectJumpPart {U2;U1} 1
+)";
+
+// By the procedure's name; all others answer "1".
+const std::map<std::string, std::string> hostAnswers = {
+    {"InitPath", "a.dsn;C:\\b.dsn;C:\\\xC9\xE8.dsn"},
+    {"GetProductVersion", "17.4"},
+    {"GetActiveProPages", "{C:/a.dsn P1 {Page 2}} {C:/b.dsn P2}"},
+    {"getAllPropertyName", "Value {Part Number}"},
+    {"creatClient", "0"},
+    {"::capGenerateBOMUtil::getStickList", "1;10k;R1;RES;0603;2 2;a;R2;RES;0603;2 short"},
+};
+
+constexpr const char* module =
+    R"({"children":[{"name":"Wire","Data":{"path":"1,2"}},{"name":"Part"}],"lib":[{"Name":"RES"},{"Name":"CAP"}],)"
+    R"("BoundingBox":"30 20"})";
+
+// One load of the plug-in, and what a call of it shows to the outside.
+class Stage {
+ public:
+  explicit Stage(bool disturbed) : disturbed_(disturbed) {
+    fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+    fake.files.addFile("C:\\Mods\\m.json", module);
+    fake.files.addFolder("C:\\App\\Cache\\Output");
+    fake.messages.during = [this](std::string_view text) { happened("box " + std::string(text)); };
+    fake.desktop.user = [this](const std::vector<std::string>& texts) {
+      happened("dialog");
+      return texts.empty() ? std::nullopt : std::optional(texts.size() - 1);
+    };
+    interp.define("unknown", [this](const Words& words) {
+      happened(testing::PrintToString(words));
+      const auto answer = hostAnswers.find(words.size() > 1 ? words[1] : "");
+      return Evaluation{true, answer != hostAnswers.end() ? answer->second : "1"};
+    });
+    interp.evaluate("set nested " + packetTextOf(R"({"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\b.dsn"}})"));
+    startUp(interp.get(), plugIn_);
+    plugIn_.session->services().state.placement.dsnDatPath = "C:\\Mods\\m.json";
+  }
+  ~Stage() { setActivePlugIn(nullptr); }
+
+  // `arguments` as a script writes them, each held by a variable.
+  std::string call(const std::string& command, const std::vector<std::string>& arguments) {
+    std::string script = command;
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+      const std::string name = "argument" + std::to_string(index);
+      interp.evaluate("set " + name + " {" + arguments[index] + "}");
+      script += " $" + name;
+    }
+    const auto result = interp.evaluate(script);
+    EXPECT_EQ(fake.locks.held, 0) << command;
+    return std::to_string(result.status) + " " + result.text;
+  }
+  std::vector<std::string> files() {
+    std::vector<std::string> all;
+    for (const std::string& path : fake.files.paths()) {
+      all.push_back(path + ": " + fake.files.bytes(path));
+    }
+    return all;
+  }
+
+  TclInterp interp;
+  FakeWorld fake;
+  std::vector<std::string> seen;  // boxes, dialogs and evaluations, but those of the disturbance
+
+ private:
+  void happened(const std::string& what) {
+    if (disturbing_) {
+      return;
+    }
+    seen.push_back(what);
+    if (disturbed_) {
+      disturbing_ = true;
+      EXPECT_EQ(interp.evaluate(worst).status, 0) << interp.evaluate("set errorInfo").text;
+      disturbing_ = false;
+    }
+  }
+
+  const bool disturbed_;
+  bool disturbing_ = false;
+  World world_ = fake.world();
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world_, pathOf("C:\\App\\bin")), nullptr,
+                 [](std::shared_ptr<Session>) {}};
+};
+
+struct Sample {
+  std::vector<std::string> arguments;
+  const char* before = "";  // a script
+};
+
+// A Tcl text in UTF-8; its characters need the code page.
+const std::string chinese = "\xE7\x94\xB5\xE9\x98\xBB";
+const std::string parts = "short 1;" + chinese + ";R1;RES;0603;2 {} {2;a b;R2;RES;0603;2} x;c;R3;RES;0603;2";
+const std::string properties = "{Value 10k} {Name n} {{Part Number} {a \\ b}} {Own " + chinese + "}";
+constexpr const char* openPage = "initSVGList; addToPageList {Page P 1 2 K}; addToLibList {Name S}";
+constexpr const char* openModule = "initMarketFile; addMarketLibList {Name RES Part 0 0 1 1 1 A}";
+
+const std::map<std::string, Sample> samples = {
+    {"packetParser", {{packetTextOf(R"({"Command":"RenameRef","Data":{"Type":2}})")}}},
+    {"packetParserForPthread", {{packetTextOf(R"({"Command":"GetNewOpenPath"})")}}},
+    {"SelectJumpPart", {{"U3;" + chinese + ";U2", "1"}}},
+    {"ReadOpenPath", {{"C:/" + chinese + ".dsn"}}},
+    {"sendCloseFile", {{"C:/" + chinese + ".dsn"}}},
+    {"serverLinkBreak", {}},
+    {"tryUpdateBom", {}},
+    {"sendAddToBom", {{parts}}},
+    {"sendRemoveFromBom", {{parts}}},
+    {"getOpenFileCount", {}},
+    {"getGenerateGuid", {}},
+    {"outputWarming", {}},
+    {"selectAddOrRemoveFromBom", {}},
+    {"sendSaveFile", {{"C:/" + chinese + ".dsn"}}},
+    {"addToPageList", {{"Text 1 2 {a " + chinese + "} 3 9 0 0"}, openPage}},
+    {"addToLibList", {{"Text 1 2 {a " + chinese + "} 3 9 0 0"}, openPage}},
+    {"initSVGList", {}},
+    {"outputSVGFile", {{chinese + " P x y K"}, openPage}},
+    {"GetClipBoardPic", {}},
+    {"GetMousePosition", {}},
+    {"outputError", {{chinese}}},
+    {"initMarketFile", {}},
+    {"addMarketPartList", {{"Part 1 2 0 0 " + chinese}, openModule}},
+    {"addMarketLibList", {{"Pin 1 2 3 4 5 " + chinese + " 7"}, openModule}},
+    {"outputMarketFile", {{"0", "300", "200", chinese}, openModule}},
+    {"getOlbPath", {}},
+    {"sendUploadMarket", {{"1", "2", "3", "id," + chinese + ";id2,R2,P", "w;" + chinese, "k"}}},
+    {"placeMarketPart", {}},
+    {"afterPlace", {}},
+    {"getNewOlbPath", {}},
+    {"GetResPath", {{"7"}}},
+    {"pressEnter", {}},
+    {"getSelfUserId", {}},
+    {"removeDatFile", {}},
+    {"sendRefRepetition", {{"RefRepe", chinese, "R2", "S", "P\\1", "1", "2"}}},
+    {"sendIllegalChar", {{"Value", chinese, "S", "P", "1", "2"}}},
+    {"sendPinNC", {{"R1", "2", chinese, "P", "1", "2"}}},
+    {"sendNetlist", {{"ValueDiff", "R1", chinese, "S", "P", "1", "2"}}},
+    {"checkCharIllegal", {{chinese}}},
+    {"initGraphicFile", {}},
+    {"addGraphicLibList", {{"Name " + chinese}, "initGraphicFile"}},
+    {"outputGraphicFile", {{chinese}, "initGraphicFile; addGraphicLibList {Name S}"}},
+    {"sendOlbPackageInfo", {{properties}}},
+    {"sendDsnPackageInfo", {{properties}}},
+    {"sendOlbObjectPackageInfo", {{properties}}},
+    {"writeToClipboard", {{chinese}}},
+    {"PlacePartProperty", {}},
+    {"execTool", {}},
+};
+
+// What the outside sees of one call.
+struct Shown {
+  std::string result;
+  std::vector<std::string> seen;
+  std::vector<std::string> files;
+  int locks = 0;
+};
+
+Shown show(const std::string& command, const Sample& sample, bool conversionsFail, bool disturbed) {
+  Stage stage(disturbed);
+  stage.interp.evaluate(sample.before);
+  stage.seen.clear();
+  stage.fake.codePage.throwing = conversionsFail;  // they show a box then
+  Shown shown;
+  shown.result = stage.call(command, sample.arguments);
+  shown.seen = stage.seen;
+  stage.fake.codePage.throwing = false;
+  stage.interp.evaluate("outputSVGFile {S P x y K}; outputGraphicFile g; outputMarketFile 0 1 2 3");
+  shown.files = stage.files();
+  shown.locks = stage.fake.locks.mostHeld;
+  return shown;
+}
+
+// The disturbed call gives what the quiet one gives. Answers how often it was disturbed.
+std::size_t holdAgainstQuiet(const std::string& name, const std::string& command, const Sample& sample) {
+  std::size_t disturbances = 0;
+  for (const bool conversionsFail : {false, true}) {
+    SCOPED_TRACE(name + (conversionsFail ? ", conversions fail" : ""));
+    const Shown quiet = show(command, sample, conversionsFail, false);
+    const Shown disturbed = show(command, sample, conversionsFail, true);
+    EXPECT_EQ(disturbed.result, quiet.result);
+    EXPECT_EQ(disturbed.seen, quiet.seen);
+    EXPECT_EQ(disturbed.files, quiet.files);
+    disturbances += disturbed.seen.size();
+  }
+  return disturbances;
+}
+
+TEST(ReenteredCommands, NoCommandLooksAtWhatAScriptTookAway) {
+  std::vector<std::string> undisturbed;
+  for (const CommandRow& row : commandTable()) {
+    const auto sample = samples.find(row.name);
+    ASSERT_NE(sample, samples.end()) << "say what " << row.name << " is called with";
+    if (holdAgainstQuiet(row.name, row.name, sample->second) == 0) {
+      undisturbed.push_back(row.name);
+    }
+  }
+  // These neither show a box nor evaluate. One that comes to stand here by mistake was not tried.
+  EXPECT_THAT(undisturbed,
+              testing::ElementsAre("sendCloseFile", "serverLinkBreak", "getOpenFileCount", "getGenerateGuid",
+                                   "selectAddOrRemoveFromBom", "sendSaveFile", "initSVGList", "outputSVGFile",
+                                   "GetClipBoardPic", "GetMousePosition", "initMarketFile", "addMarketPartList",
+                                   "addMarketLibList", "outputMarketFile", "getOlbPath", "afterPlace", "getNewOlbPath",
+                                   "GetResPath", "pressEnter", "getSelfUserId", "removeDatFile", "checkCharIllegal",
+                                   "initGraphicFile", "addGraphicLibList", "outputGraphicFile", "writeToClipboard",
+                                   "execTool"));
+}
+
+Json valueFor(const Member& member) {
+  if (member.kind == MemberKind::array) {
+    return Json::parse(R"([{"PartRef":"R1"},"R2",{"PartRef":"电阻"}])").document;
+  }
+  const std::string_view name = member.name;
+  return Json::string(member.kind == MemberKind::number ? "3"
+                      : name == "dsnDatPath"            ? "C:\\Mods\\m.json"
+                      : name == "Status"                ? "Open"
+                                                        : "C:\\设计\\a.dsn");
+}
+
+TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
+  for (const auto& [door, table] :
+       {std::pair{"packetParser", companionHandlers()}, std::pair{"packetParserForPthread", threadHandlers()}}) {
+    for (const HandlerRow& row : table) {
+      Json message = Json::object();
+      message.add("Command", row.name);
+      const JsonView data = message.add("Data", Json::object());
+      for (const Member& member : row.members) {
+        if (member.use != MemberUse::none) {
+          message.addTo(data, member.name, valueFor(member));
+        }
+      }
+      const Sample sample{{packetTextOf(message.printUnformatted())}};
+      EXPECT_GT(holdAgainstQuiet(row.name, door, sample), 0U) << row.name;
+      EXPECT_EQ(show(door, sample, false, true).locks, std::string_view(row.name) == "Cancel" ? 1 : 2) << row.name;
+    }
+  }
+}
+
+// What is no packet text shows a box while the packet lock is held.
+TEST(ReenteredCommands, ABoxOfThePacketDoorIsReenteredByAPacket) {
+  for (const char* door : {"packetParser", "packetParserForPthread"}) {
+    EXPECT_EQ(holdAgainstQuiet(door, door, {{"zz"}}), 2U);
+    const Shown shown = show(door, {{"zz"}}, false, true);
+    EXPECT_EQ(shown.result, "0 7a7a");
+    EXPECT_EQ(shown.locks, 2);
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa
