@@ -1,6 +1,7 @@
 #include "bom/bom_lists.h"
 
 #include <array>
+#include <optional>
 
 #include "bom/bom_line.h"
 #include "core/code_page.h"
@@ -33,15 +34,22 @@ void clearMissing(std::vector<std::string>& fields) {
   }
 }
 
-std::vector<std::string> elementsOf(ScriptHost& host, const char* procedure) {
+using ListArrays = std::array<JsonView, bomLists.size()>;
+
+// What the procedure answered; empty when it ended in an error, nothing for a text that is no list.
+std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, const char* procedure) {
   const Evaluation list = host.evaluate(procedure);
   return list.ok ? host.splitList(list.text) : std::vector<std::string>();
 }
 
-// False when an element was too short.
+// False for what is no list, or when an element was too short.
 bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, const char* procedure, Json& data,
               JsonView array) {
-  for (const std::string& element : elementsOf(host, procedure)) {
+  const auto elements = elementsOf(host, procedure);
+  if (!elements) {
+    return false;
+  }
+  for (const std::string& element : *elements) {
     std::vector<std::string> fields = bomFields(oldHost ? text.utf8ToAnsi(element) : element);
     if (fields.empty()) {
       return false;
@@ -50,6 +58,21 @@ bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, const c
     data.appendTo(array, bomLine(fields));
   }
   return true;
+}
+
+// False when a list could not be read, for whatever reason.
+bool readAll(ScriptHost& host, const TextConverter& text, Json& data, const ListArrays& arrays) {
+  try {
+    const bool oldHost = host.isOldHost();
+    for (std::size_t index = 0; index < bomLists.size(); ++index) {
+      if (!readList(host, text, oldHost, bomLists[index].procedure, data, arrays[index])) {
+        return false;
+      }
+    }
+    return true;
+  } catch (...) {  // the companion waits for its reply, which gets what was gathered
+    return false;
+  }
 }
 
 }  // namespace
@@ -62,17 +85,13 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
 }
 
 Json readBomLists(ScriptHost& host, const Services& services) {
-  const bool oldHost = host.isOldHost();
   Json data = Json::object();
-  std::array<JsonView, bomLists.size()> arrays;
+  ListArrays arrays;
   for (std::size_t index = 0; index < bomLists.size(); ++index) {
     arrays[index] = data.add(bomLists[index].member, Json::array());
   }
-  for (std::size_t index = 0; index < bomLists.size(); ++index) {
-    if (!readList(host, services.text, oldHost, bomLists[index].procedure, data, arrays[index])) {
-      services.world.messages.show(u8"BOM读取出错", MessageIcon::none);
-      break;
-    }
+  if (!readAll(host, services.text, data, arrays)) {
+    services.world.messages.show(u8"BOM读取出错", MessageIcon::none);
   }
   return data;
 }

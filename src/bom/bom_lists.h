@@ -15,8 +15,9 @@ struct Services;
 bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::string& partNumberKey,
                         const std::string& partNameKey);
 
-// An object with the arrays "Stick", "NotStick" and "NotPartNumber". An element that is too short shows
-// "BOM读取出错" once and ends the reading; what was gathered stays.
+// An object with the arrays "Stick", "NotStick" and "NotPartNumber". A procedure that ends in an error has an empty
+// list. What is no list, an element that is too short and an exception show "BOM读取出错" once and end the reading;
+// what was gathered stays.
 Json readBomLists(ScriptHost& host, const Services& services);
 
 }  // namespace vernoxa

@@ -98,7 +98,7 @@ Outcome getPartPropertyList(const Request& request, HandlerContext& context) {
   data.add("PartNameProperty", "Part Name");
   data.add("PartNumberProperty", "Part Number");
   const JsonView names = data.add("PropertyList", Json::array());
-  for (const std::string& name : context.host.splitList(answer.text)) {
+  for (const std::string& name : context.host.splitList(answer.text).value_or(std::vector<std::string>())) {
     data.appendTo(names, Json::string(replyValue(context, name)));
   }
   return withEmptyError(std::move(data));

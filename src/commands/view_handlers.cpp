@@ -11,8 +11,15 @@
 namespace vernoxa {
 namespace {
 
+using Parts = std::vector<std::string>;
+
+// None for an error and for what is no list.
+Parts elementsOf(const Evaluation& answer, HandlerContext& context) {
+  return answer.ok ? context.host.splitList(answer.text).value_or(Parts()) : Parts();
+}
+
 // A project is a list of its path and its page names.
-Json openProject(const std::vector<std::string>& parts, HandlerContext& context) {
+Json openProject(const Parts& parts, HandlerContext& context) {
   Json project = Json::object();
   project.add("ProjectPath", parts.empty() ? std::string() : replyValue(context, parts.front()));
   const JsonView pages = project.add("Pages", Json::array());
@@ -50,7 +57,7 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
 
 Outcome getActiveProPages(const Request&, HandlerContext& context) {
   const Evaluation answer = context.host.evaluate("GetActiveProPages");
-  const auto projects = answer.ok ? context.host.splitList(answer.text) : std::vector<std::string>();
+  const auto projects = elementsOf(answer, context);
   Json data = Json::object();
   if (projects.empty()) {
     data.add("ErrInfo", replyValue(context, answer.text));
@@ -59,7 +66,7 @@ Outcome getActiveProPages(const Request&, HandlerContext& context) {
   data.add("ErrInfo", "");
   const JsonView open = data.add("Open", Json::array());
   for (const std::string& project : projects) {
-    data.appendTo(open, openProject(context.host.splitList(project), context));
+    data.appendTo(open, openProject(context.host.splitList(project).value_or(Parts()), context));
   }
   return Outcome::success(std::move(data));
 }

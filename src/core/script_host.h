@@ -1,6 +1,7 @@
 // The host's Tcl interpreter as the handlers see it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,8 @@ class ScriptHost {
   virtual ~ScriptHost() = default;
   // UTF-8 script. Never throws for an error of the script.
   virtual Evaluation evaluate(const std::string& script) = 0;
-  // Elements of a Tcl list; a malformed list has none, and leaves no error text.
-  virtual std::vector<std::string> splitList(const std::string& list) = 0;
+  // Elements of a Tcl list; nothing for a text that is no list, which leaves no error text.
+  virtual std::optional<std::vector<std::string>> splitList(const std::string& list) = 0;
 
   // The texts that join a command word and its first argument are evaluated exactly so; only when Tcl answers with an
   // error is the separated text tried, and its result stands.

@@ -20,17 +20,17 @@ Evaluation TclScriptHost::evaluate(const std::string& script) {
   return {status == TCL_OK, Tcl_GetStringResult(interp_)};
 }
 
-std::vector<std::string> TclScriptHost::splitList(const std::string& list) {
+std::optional<std::vector<std::string>> TclScriptHost::splitList(const std::string& list) {
   int count = 0;
   const char** elements = nullptr;
   if (Tcl_SplitList(nullptr, list.c_str(), &count, &elements) != TCL_OK) {
-    return {};
+    return std::nullopt;
   }
   struct Release {
     const char** elements;
     ~Release() { Tcl_Free(static_cast<char*>(static_cast<void*>(elements))); }
   } const release{elements};
-  return {elements, elements + count};
+  return std::vector<std::string>(elements, elements + count);
 }
 
 }  // namespace vernoxa

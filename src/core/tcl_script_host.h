@@ -16,7 +16,7 @@ class TclScriptHost final : public ScriptHost {
   TclScriptHost& operator=(const TclScriptHost&) = delete;
 
   Evaluation evaluate(const std::string& script) override;
-  std::vector<std::string> splitList(const std::string& list) override;
+  std::optional<std::vector<std::string>> splitList(const std::string& list) override;
 
  private:
   Tcl_Interp* interp_;

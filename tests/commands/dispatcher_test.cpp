@@ -171,6 +171,32 @@ TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
   EXPECT_THAT(fake.messages.shown(), ElementsAre("格式有误"));
 }
 
+TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
+  const struct {
+    const char* open;
+    const char* wanted;
+    const char* state;
+    std::size_t boxes;
+  } cases[] = {
+      {"C:\\a.dsn;C:\\b.dsn", "C:\\\\b.dsn", "Open", 0},
+      {"C:/b.dsn", "c:\\\\B.DSN", "Open", 0},
+      {"a.dsn;C:\\b.dsn", "C:\\\\b.dsn", "Open", 1},
+      {"C:\\b.dsn;a.dsn;b.dsn", "C:\\\\b.dsn", "Open", 2},
+      {"b.dsn", "b.dsn", "Close", 1},
+      {"", "C:\\\\b.dsn", "Close", 0},
+  };
+  for (const auto& each : cases) {
+    fake.messages.forget();
+    host_.answer("InitPath", each.open);
+    EXPECT_EQ(run(std::string(R"({"Command":"CheckOpenState","Data":{"ProjectPath":")") + each.wanted + "\"}}",
+                  Answers::accepted, companionHandlers()),
+              std::string(R"(0 {"Data":{"State":")") + each.state +
+                  R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
+    EXPECT_THAT(fake.messages.shown(),
+                testing::AllOf(testing::SizeIs(each.boxes), testing::Each("文件一打开路径异常")));
+  }
+}
+
 // Every row of both real tables, with each member that it needs missing or of every other kind.
 TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
   const std::vector<std::string> values = {"null", "true", "3", "\"text\"", "[]", "{}", "[[[[]]]]"};

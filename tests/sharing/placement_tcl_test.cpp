@@ -42,7 +42,7 @@ class PlacementInTcl : public testing::Test {
     placeModule(host_, with_.services);
     return tcl_.calls;
   }
-  Words split(const std::string& list) { return host_.splitList(list); }
+  Words split(const std::string& list) { return host_.splitList(list).value(); }
 
   TclInterp tcl_;
   TclScriptHost host_{tcl_.get()};

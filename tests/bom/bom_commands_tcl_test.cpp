@@ -1,0 +1,80 @@
+#include "bom/bom_commands.h"
+
+#include <gmock/gmock.h>
+
+#include "link/packet_text.h"
+#include "support/fake_script_host.h"
+#include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+
+class BomCommands : public testing::Test {
+ protected:
+  CommandResult run(CommandResult (*command)(CommandCall&, Services&), const Words& words) {
+    with_.fake.messages.forget();
+    const TclWords held(words);
+    const Arguments arguments = held.arguments();
+    CommandCall call{arguments, host_};
+    return command(call, with_.services);
+  }
+
+  TclInterp interp_;  // Tcl's objects need its library started
+  FakeServices with_;
+  FakeScriptHost host_;
+};
+
+std::string line(const std::string& number, const std::string& value) {
+  return R"({"PartNumber":")" + number + R"(","Value":")" + value +
+         R"(","PartRef":"R1","PartName":"RES","PCBFootprint":"0603","PinNumber":"2"})";
+}
+
+TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
+  const struct {
+    std::string parts;
+    std::string lines;
+    std::size_t boxes;
+  } cases[] = {
+      {"", "", 0},
+      {"x;10k;R1;RES;0603;2", line("", "10k"), 0},
+      {"xx;10k;R1;RES;0603;2;more", line("xx", "10k"), 0},
+      {"X;;R1;RES;0603;2", line("X", ""), 0},
+      {"1;2;3;4;5 {1;a b;R1;RES;0603;2} short {} 2;c;R1;RES;0603;2", line("1", "a b") + "," + line("2", "c"), 3},
+      {utf8(u8"料;电阻;R1;RES;0603;2"), line("料", "电阻"), 0},
+      {"1;\xB5\xE7\xD7\xE8;R1;RES;0603;2", line("1", "电阻"), 0},  // in the code page already
+      {"1;a;R1;RES;0603;2 {", "", 0},                              // no list
+  };
+  const struct {
+    CommandResult (*command)(CommandCall&, Services&);
+    const char* name;
+    const char* member;
+    const char* box;
+  } commands[] = {
+      {sendAddToBom, "AddToBom", "Stick", "??BOM??"},
+      {sendRemoveFromBom, "RemoveFromBom", "NotStick", "?BOM?????"},
+  };
+  for (const auto& command : commands) {
+    for (const auto& each : cases) {
+      const CommandResult result = run(command.command, {"send", each.parts});
+      EXPECT_EQ(messageOf(result.text).message, std::string(R"({"Data":{")") + command.member + R"(":[)" + each.lines +
+                                                    R"(]},"Command":")" + command.name + R"(","Result":"0"})");
+      EXPECT_THAT(with_.fake.messages.shown(),
+                  testing::AllOf(testing::SizeIs(each.boxes), testing::Each(std::string(command.box))))
+          << each.parts;
+    }
+    EXPECT_EQ(run(command.command, {"send"}).text, "");
+  }
+}
+
+TEST_F(BomCommands, TheCompanionIsAskedToRefreshAtOnce) {
+  EXPECT_EQ(run(tryUpdateBom, {"tryUpdateBom"}).text, "");
+  EXPECT_THAT(host_.scripts,
+              ElementsAre("sendPacketGlobalHandle \"" + packetTextOf(R"({"Command":"TryUpdateBom"})") + "\""));
+  EXPECT_EQ(run(selectAddOrRemoveFromBom, {"selectAddOrRemoveFromBom"}).text, "1");
+}
+
+}  // namespace
+}  // namespace vernoxa
