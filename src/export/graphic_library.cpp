@@ -58,6 +58,7 @@ void GraphicLibrary::addRecord(const Record& record) {
     drawSymbolRecord(record, *this);
     return;
   }
+  target_ = {};  // should memory run out, what follows must not be drawn into another symbol
   Json entry = Json::object();
   entry.add("name", "g");
   Json attributes = Json::object();
@@ -84,7 +85,9 @@ std::string GraphicLibrary::finish(std::string_view name, const Services& servic
 }
 
 void GraphicLibrary::add(const ElementForm& form, const Record& record) {
-  document_.appendTo(target_, jsonOf(form, record));
+  if (target_) {
+    document_.appendTo(target_, jsonOf(form, record));
+  }
 }
 
 }  // namespace vernoxa

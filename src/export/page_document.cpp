@@ -31,12 +31,18 @@ PageDocument::PageDocument(const PageStart& start) {
 }
 
 void PageDocument::startSymbol(std::string_view symbolName) {
-  if (symbols_.empty()) {
+  symbolOpen_ = false;
+  if (!symbols_.empty()) {
+    symbols_.push_back({std::string(symbolName), {}});
+  } else {
+    std::deque<Group> first;
     for (const PinShape& shape : pinShapes()) {
-      drawPinShape(shape, symbols_.emplace_back(Group{std::string(shape.name()), {}}).elements);
+      drawPinShape(shape, first.emplace_back(Group{std::string(shape.name()), {}}).elements);
     }
+    first.push_back({std::string(symbolName), {}});
+    symbols_.swap(first);
   }
-  symbols_.push_back({std::string(symbolName), {}});
+  symbolOpen_ = true;
 }
 
 void PageDocument::writeTo(OutputFile& file) const {

@@ -27,12 +27,13 @@ class PageDocument {
   explicit PageDocument(const PageStart& start);
 
   bool hasPage() const { return page_.has_value(); }
-  // Opens the next symbol, and before the first one those of the eight pin shapes.
+  // Opens the next symbol, and before the first one those of the eight pin shapes. When memory runs out
+  // (std::bad_alloc) none of them is there, and no symbol is open.
   void startSymbol(std::string_view symbolName);
 
   // Where elements go; nothing without a page, or without a symbol.
   ElementSink* page() { return page_ ? &page_->group.elements : nullptr; }
-  ElementSink* symbol() { return symbols_.empty() ? nullptr : &symbols_.back().elements; }
+  ElementSink* symbol() { return symbolOpen_ ? &symbols_.back().elements : nullptr; }
 
   // As cJSON's formatted printer prints it, with CR LF between lines. Stops in silence when the file takes no more.
   void writeTo(OutputFile& file) const;
@@ -53,6 +54,7 @@ class PageDocument {
 
   std::optional<Page> page_;
   std::deque<Group> symbols_;
+  bool symbolOpen_ = false;
 };
 
 }  // namespace vernoxa

@@ -1,5 +1,7 @@
 #include "export/page_export.h"
 
+#include <utility>
+
 #include "core/clock.h"
 #include "core/code_page.h"
 #include "core/file_name_escaping.h"
@@ -34,8 +36,10 @@ void PageExport::addPageRecord(const Record& record, const Services& services) {
     if (document_ && document_->hasPage()) {
       write(openPage_, services);
     }
+    document_.reset();  // written; should memory run out now, what follows must not be drawn on it
+    PageNames names{schematicName_, std::string(record.given(1)), std::string(record.given(4))};
     document_.emplace(PageStart{record[1], record[2], record[3]});
-    openPage_ = {schematicName_, std::string(record.given(1)), std::string(record.given(4))};
+    openPage_ = std::move(names);
   } else if (ElementSink* const page = document_ ? document_->page() : nullptr) {
     drawPageRecord(record, *page);
   }

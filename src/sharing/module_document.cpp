@@ -151,7 +151,7 @@ void ModuleDocument::startPart(const RecordElement& element) {
   part_ = {};
   // Lengths first, so that no two parts share a key.
   const std::string key = std::to_string(name.size()) + " " + std::to_string(index.size()) + " " + name + index + type;
-  if (!partKeys_.insert(key).second) {
+  if (partKeys_.contains(key)) {
     return;
   }
   Json part = Json::object();
@@ -164,6 +164,7 @@ void ModuleDocument::startPart(const RecordElement& element) {
   current.properties = part.add("Property", Json::object());
   current.displayedProperties = part.add("DispProperty", Json::array());
   current.children = part.add("children", Json::array());
+  partKeys_.insert(key);  // now that the part is whole: when memory runs out before, the host's next try is no double
   root_.appendTo(library_, std::move(part));
   part_ = current;  // only what stands in the document may be written to
 }

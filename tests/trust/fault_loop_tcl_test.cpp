@@ -253,6 +253,71 @@ TEST_F(FaultLoop, UsersFiles) {
   runAll(inputs, runUsersFile);
 }
 
+// A record for which the memory runs out leaves nothing half done: the host's next try is whole.
+TEST_F(FaultLoop, ARecordThatFailedIsSentAgain) {
+  const struct {
+    std::vector<Words> before;
+    Words record;
+    Words belonging;
+    Words finish;
+  } cases[] = {
+      {{{"initSVGList"}, {"addToPageList", "Page P 1 2 K"}},
+       {"addToLibList", "Name S"},
+       {"addToLibList", "Line 1 2 3 4 5 6 7"},
+       {"outputSVGFile", "S P x y K"}},
+      {{{"initSVGList"}, {"addToPageList", "Page P 1 2 K"}, {"addToLibList", "Name S"}},
+       {"addToLibList", "Name T"},
+       {"addToLibList", "Line 1 2 3 4 5 6 7"},
+       {"outputSVGFile", "S P x y K"}},
+      {{{"initSVGList"}, {"addToPageList", "Schematic S"}, {"addToPageList", "Page P 1 2 K"}},
+       {"addToPageList", "Page Q 3 4 L"},
+       {"addToPageList", "Line 1 2 3 4 5 6 7"},
+       {"outputSVGFile", "S Q x y L"}},
+      {{{"initGraphicFile"}, {"addGraphicLibList", "Name S"}},
+       {"addGraphicLibList", "Name T"},
+       {"addGraphicLibList", "Line 1 2 3 4 5 6 7"},
+       {"outputGraphicFile", "g"}},
+      {{{"initMarketFile"}, {"addMarketLibList", "Name R Part 1 2 3 4 1 A"}},
+       {"addMarketLibList", "Name S Part 1 2 3 4 1 A"},
+       {"addMarketLibList", "PartProperty Value 10k"},
+       {"outputMarketFile", "0", "1", "2", "3"}},
+      {{{"initMarketFile"}, {"addMarketPartList", "Part 1 2 3 4 R"}},
+       {"addMarketPartList", "Part 5 6 7 8 S"},
+       {"addMarketPartList", "Property Value 10k"},
+       {"outputMarketFile", "0", "1", "2", "3"}},
+  };
+  for (const auto& each : cases) {
+    std::string good;
+    for (int number = 0;; ++number) {
+      SCOPED_TRACE(each.record.back() + ", allocation " + std::to_string(number));
+      TrustLoad load;
+      load.fake.files.addFolder("C:\\App\\Cache\\Output");
+      load.beginSession();
+      for (const Words& words : each.before) {
+        host_.call(words);
+      }
+      failAllocation(number);
+      const int status = host_.call(each.record).status;
+      const int calls = countedAllocations();
+      failAllocation(0);
+      if (status == commandFailed) {
+        host_.call(each.record);
+      }
+      host_.call(each.belonging);
+      host_.call(each.finish);
+      std::string made;
+      for (const std::string& path : load.fake.files.paths()) {
+        made += path.find("catchLog") == std::string::npos ? path + load.fake.files.bytes(path) : "";
+      }
+      good = number == 0 ? made : good;
+      EXPECT_EQ(made, good);
+      if (number > calls || HasFailure()) {
+        break;
+      }
+    }
+  }
+}
+
 // A load that fails half-way leaves an editor that works, and the next load is whole.
 TEST_F(FaultLoop, StartUp) {
   int injected = 0;
