@@ -41,7 +41,7 @@ class CountingFiles final : public Files {
   bool createFolder(const FilePath&) override { return true; }
   bool removeFile(const FilePath&) override { return true; }
   bool removeFolder(const FilePath&) override { return true; }
-  bool copyFile(const FilePath&, const FilePath&) override { return false; }
+  CopyResult copyFile(const FilePath&, const FilePath&) override { return {1}; }
   std::vector<FolderEntry> entries(const FilePath&) override { return {}; }
 
   std::ofstream target;

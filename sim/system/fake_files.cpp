@@ -6,6 +6,11 @@
 namespace vernoxa {
 namespace {
 
+constexpr std::uint32_t fileMissingError = 2;    // ERROR_FILE_NOT_FOUND
+constexpr std::uint32_t folderMissingError = 3;  // ERROR_PATH_NOT_FOUND
+constexpr std::uint32_t fileExistsError = 80;    // ERROR_FILE_EXISTS
+constexpr std::uint32_t diskFullError = 112;     // ERROR_DISK_FULL
+
 std::string takeName(std::string_view& path) {
   const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
   std::string name(path.substr(0, end));
@@ -158,7 +163,7 @@ bool FakeFiles::createFolder(const FilePath& path) {
 bool FakeFiles::removeFile(const FilePath& path) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
-  if (node == nullptr || !node->bytes || (node->attributes & 1U) != 0) {
+  if (node == nullptr || !node->bytes || (node->attributes & readOnlyAttribute) != 0) {
     return false;
   }
   change("remove", path);
@@ -178,15 +183,24 @@ bool FakeFiles::removeFolder(const FilePath& path) {
   return nodes_.erase(keyOf(path)) == 1;
 }
 
-bool FakeFiles::copyFile(const FilePath& from, const FilePath& to) {
+CopyResult FakeFiles::copyFile(const FilePath& from, const FilePath& to) {
   const std::lock_guard lock(guard_);
-  const Node* const source = faults.strike() ? nullptr : find(from);
-  if (source == nullptr || !source->bytes || find(to) != nullptr || !hasItsFolder(to)) {
-    return false;
+  if (faults.strike()) {
+    return {diskFullError};
+  }
+  const Node* const source = find(from);
+  if (source == nullptr || !source->bytes) {
+    return {fileMissingError};
+  }
+  if (find(to) != nullptr) {
+    return {fileExistsError};
+  }
+  if (!hasItsFolder(to)) {
+    return {folderMissingError};
   }
   change("copy", to);
-  nodes_[keyOf(to)] = {to, source->attributes, std::make_shared<std::string>(*source->bytes)};
-  return true;
+  nodes_[keyOf(to)] = {to, source->attributes & ~readOnlyAttribute, std::make_shared<std::string>(*source->bytes)};
+  return {};
 }
 
 std::vector<FolderEntry> FakeFiles::entries(const FilePath& folder) {
@@ -227,7 +241,7 @@ FakeFiles::Node* FakeFiles::fileForWriting(const FilePath& path, bool emptied) {
     change("create", path);
     return &(nodes_[keyOf(path)] = {path, 0, std::make_shared<std::string>()});
   }
-  if (!existing->bytes || (existing->attributes & 1U) != 0) {
+  if (!existing->bytes || (existing->attributes & readOnlyAttribute) != 0) {
     return nullptr;
   }
   if (emptied) {

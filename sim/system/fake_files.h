@@ -55,7 +55,7 @@ class FakeFiles final : public Files {
   bool createFolder(const FilePath& path) override;
   bool removeFile(const FilePath& path) override;
   bool removeFolder(const FilePath& path) override;
-  bool copyFile(const FilePath& from, const FilePath& to) override;
+  CopyResult copyFile(const FilePath& from, const FilePath& to) override;
   std::vector<FolderEntry> entries(const FilePath& folder) override;
 
  private:

@@ -14,6 +14,7 @@ constexpr auto textOrNumber = MemberKind::textOrNumber;
 constexpr auto array = MemberKind::array;
 constexpr auto needed = MemberUse::needed;
 constexpr auto optional = MemberUse::optional;
+constexpr bool placing = true;
 
 constexpr Member designPath{"ProjectPath", text, needed};
 
@@ -67,7 +68,8 @@ constexpr std::array rows = {
                  {"cateId", text, optional, &Place::cateId},
                  {"companyId", text, optional, &Place::companyId},
                  {"Package", text, optional, &Place::package}}},
-               "Has the user place one part of a downloaded library."},
+               "Has the user place one part of a downloaded library.",
+               placing},
     HandlerRow{"PlaceDSNModule",
                placeDsnModule,
                {{{"sumPins", text, optional, &Place::sumPins},
@@ -77,7 +79,8 @@ constexpr std::array rows = {
                  {"uploadResId", text, optional, &Place::uploadResId},
                  {"uploadUserId", text, optional, &Place::uploadUserId},
                  {"selfModule", text, optional, &Place::selfModule}}},
-               "Has the user place a downloaded module."},
+               "Has the user place a downloaded module.",
+               placing},
     HandlerRow{"GenerateBOM",
                generateBom,
                {{designPath, {"PartNumberKey", text, optional}, {"PartNameKey", text, optional}}},

@@ -51,6 +51,10 @@ bool hasWhatIsNeeded(const HandlerRow& row, const Request& request) {
   });
 }
 
+bool isRefusal(const Outcome& outcome) {
+  return outcome.status != handled || !outcome.reply || outcome.reply->result != "0";
+}
+
 Outcome runHandler(const HandlerRow& row, const Request& request, HandlerContext& context) {
   try {
     storeMembers(row, request, context.services.state.placement);
@@ -106,6 +110,9 @@ int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::strin
   }
   HandlerContext context{host, services, log};
   Outcome outcome = runHandler(*row, request, context);
+  if (row->placing && isRefusal(outcome)) {
+    services.state.placement.placeState = 0;
+  }
   if (outcome.reply) {
     reply = replyText(*command, std::move(*outcome.reply));
   }

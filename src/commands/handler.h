@@ -88,6 +88,8 @@ struct HandlerRow {
   Handler run;
   std::array<Member, mostMembers> members;
   const char* purpose;  // one sentence for the message reference
+  // A request to place something. Whatever refuses it, nothing is being placed afterwards.
+  bool placing = false;
 };
 
 // Rows of one table: names are different, or the program does not compile.

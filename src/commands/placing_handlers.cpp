@@ -10,24 +10,6 @@
 namespace vernoxa {
 namespace {
 
-// What is being placed, taken back unless the placement succeeds.
-class PlaceState {
- public:
-  PlaceState(PlacementContext& placement, int state) : placement_(placement) { placement_.placeState = state; }
-  PlaceState(const PlaceState&) = delete;
-  PlaceState& operator=(const PlaceState&) = delete;
-  ~PlaceState() {
-    if (!kept_) {
-      placement_.placeState = 0;
-    }
-  }
-  void keep() { kept_ = true; }
-
- private:
-  PlacementContext& placement_;
-  bool kept_ = false;
-};
-
 bool isPageActive(HandlerContext& context) {
   return context.host.evaluate("IsSchematicViewActive").text == "1";
 }
@@ -40,7 +22,6 @@ Outcome noActivePage() {
 
 Outcome placeDsnLibPartModule(const Request& request, HandlerContext& context) {
   PlacementContext& placement = context.services.state.placement;
-  PlaceState state(placement, 1);
   if (placement.package.empty()) {
     placement.package = placement.packageName;
   }
@@ -48,6 +29,8 @@ Outcome placeDsnLibPartModule(const Request& request, HandlerContext& context) {
   if (!isPageActive(context)) {
     return noActivePage();
   }
+  // Before the host is told anything: it may run its event loop and have the part placed at once.
+  placement.placeState = 1;
   context.host.evaluate("UnSelectAll");
   ScriptText viewBox("SetLibViewBox [list ");
   viewBox.bare(scriptValue(request, context, "ViewBoxWidth")).literal(" ");
@@ -57,15 +40,14 @@ Outcome placeDsnLibPartModule(const Request& request, HandlerContext& context) {
   ScriptText place("PlaceNew ");
   place.bare(scriptValue(request, context, "PartName")).literal(" ").braced(placed.newLibrary.utf8());
   context.host.evaluate(place.literal(" ").bare(scriptValue(request, context, "PartIndex")).text());
-  state.keep();
   return Outcome::success();
 }
 
 Outcome placeDsnModule(const Request&, HandlerContext& context) {
-  PlaceState state(context.services.state.placement, 0);
   if (!isPageActive(context)) {
     return noActivePage();
   }
+  context.services.state.placement.placeState = 0;
   context.host.evaluate("UnSelectAll");
   const PlacedLibrary placed = placeLibrary(context.host, context.services, DraggedBox::made);
   context.host.evaluate("setPlaceMarketFlag 1");

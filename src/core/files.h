@@ -25,9 +25,16 @@ struct FolderEntry {
   std::uint32_t attributes = 0;  // as Windows numbers them: 1 read-only, 2 hidden, 16 directory, 1024 reparse point
 };
 
+constexpr std::uint32_t readOnlyAttribute = 1;         // FILE_ATTRIBUTE_READONLY
 constexpr std::uint32_t directoryAttribute = 16;       // FILE_ATTRIBUTE_DIRECTORY
 constexpr std::uint32_t reparsePointAttribute = 1024;  // FILE_ATTRIBUTE_REPARSE_POINT
 constexpr std::uint32_t noAttributes = 0xFFFFFFFFU;    // INVALID_FILE_ATTRIBUTES: no such file
+
+// What became of a copy: the number of the system's error, 0 when there is none.
+struct CopyResult {
+  std::uint32_t error = 0;
+  explicit operator bool() const { return error == 0; }
+};
 
 // Nothing here throws for a failure of the system: each call answers false, nothing or an empty list.
 class Files {
@@ -52,8 +59,8 @@ class Files {
   virtual bool removeFile(const FilePath& path) = 0;
   // An empty folder, or a link to a folder (never what stands behind it).
   virtual bool removeFolder(const FilePath& path) = 0;
-  // Does not overwrite.
-  virtual bool copyFile(const FilePath& from, const FilePath& to) = 0;
+  // Does not overwrite. The copy can be written, also when its original is read-only.
+  virtual CopyResult copyFile(const FilePath& from, const FilePath& to) = 0;
   // Entries of a folder without "." and "..", in the system's order; empty when it cannot be read.
   virtual std::vector<FolderEntry> entries(const FilePath& folder) = 0;
 

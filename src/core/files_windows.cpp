@@ -51,6 +51,10 @@ std::unique_ptr<OutputFile> open(const FilePath& path, DWORD access, DWORD dispo
   return handle ? std::make_unique<WindowsOutputFile>(std::move(handle)) : nullptr;
 }
 
+CopyResult failedCopy() {
+  return {std::max<std::uint32_t>(GetLastError(), 1)};
+}
+
 bool isDots(std::wstring_view name) {
   return name == L"." || name == L"..";
 }
@@ -111,8 +115,18 @@ bool WindowsFiles::removeFolder(const FilePath& path) {
   return RemoveDirectoryW(wide(path).c_str()) != 0;
 }
 
-bool WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
-  return CopyFileW(wide(from).c_str(), wide(to).c_str(), TRUE) != 0;
+CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
+  const std::wstring copy = wide(to);
+  if (CopyFileW(wide(from).c_str(), copy.c_str(), TRUE) == 0) {
+    return failedCopy();
+  }
+  // The system copies the attributes too. A file that is read-only can neither be written nor removed.
+  const DWORD attributes = GetFileAttributesW(copy.c_str());
+  const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+  if (readOnly && SetFileAttributesW(copy.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
+    return failedCopy();
+  }
+  return {};
 }
 
 std::vector<FolderEntry> WindowsFiles::entries(const FilePath& folder) {

@@ -16,7 +16,7 @@ class WindowsFiles final : public Files {
   bool createFolder(const FilePath& path) override;
   bool removeFile(const FilePath& path) override;
   bool removeFolder(const FilePath& path) override;
-  bool copyFile(const FilePath& from, const FilePath& to) override;
+  CopyResult copyFile(const FilePath& from, const FilePath& to) override;
   std::vector<FolderEntry> entries(const FilePath& folder) override;
 };
 

@@ -53,6 +53,11 @@ bool isUsersOwn(const GlobalState& state, const std::string& file) {
 // As the editor keeps a library's files; a lock alone tells of a library that is being made.
 constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OBK"};
 
+void tellNotMade(const Services& services, const FilePath& library, const std::string& why) {
+  const std::string line = "library not made: " + library.utf8() + ": " + why;
+  services.logs.openTraffic().writeLine(services.text.utf8ToAnsi(line));
+}
+
 // A base name that is free in the module's folder and not `taken`; empty when the numbers drawn are all in use.
 std::string freeName(Services& services, const std::string& taken) {
   constexpr int mostDraws = 10000;
@@ -74,25 +79,12 @@ bool drawLibraryNames(Services& services) {
   const std::string temporary = freeName(services, "");
   const std::string renewed = freeName(services, temporary);
   if (temporary.empty() || renewed.empty()) {
-    services.logs.openTraffic().writeLine("no free library name");
+    tellNotMade(services, libraryPath(services, "*.olb"), "no free name");
     return false;
   }
   services.state.placement.libraryBaseName = temporary;
   services.state.placement.backupBaseName = renewed;
   return true;
-}
-
-FilePath emptyLibraryPath(const Services& services) {
-  for (const FilePath& folder : {services.state.installDirectory, services.state.link.hostInstallPath().folder()}) {
-    if (folder.empty()) {
-      continue;  // would be the root of whichever drive is current
-    }
-    FilePath path = folder / "config" / "Resource" / "Empty.olb";
-    if (services.world.files.exists(path)) {
-      return path;
-    }
-  }
-  return {};
 }
 
 FilePath temporaryLibraryPath(const Services& services) {
@@ -111,14 +103,34 @@ void noteMadeLibrary(Services& services, const FilePath& path) {
   services.state.madeLibraries.insert(comparable(services.world.files, path));
 }
 
-bool makeLibrary(Services& services, const FilePath& from, const FilePath& to) {
+bool makeEmptyLibrary(Services& services, const FilePath& path) {
+  std::string looked;
+  for (const FilePath& folder : {services.state.installDirectory, services.state.link.hostInstallPath().folder()}) {
+    if (folder.empty()) {
+      continue;  // would be the root of whichever drive is current
+    }
+    const FilePath original = folder / "config" / "Resource" / "Empty.olb";
+    if (services.world.files.exists(original)) {
+      return copyLibrary(services, original, path);
+    }
+    looked.append(looked.empty() ? "no " : " and no ").append(original.utf8());
+  }
+  tellNotMade(services, path, looked);
+  return false;
+}
+
+bool copyLibrary(Services& services, const FilePath& from, const FilePath& to) {
   // Noted first: once it is there, nothing may fail any more that would keep it from being removed.
   const auto [note, added] = services.state.madeLibraries.insert(comparable(services.world.files, to));
-  const bool made = services.world.files.copyFile(from, to);
-  if (!made && added) {
+  const CopyResult copied = services.world.files.copyFile(from, to);
+  if (copied) {
+    return true;
+  }
+  if (added) {
     services.state.madeLibraries.erase(note);
   }
-  return made;
+  tellNotMade(services, to, "copy of " + from.utf8() + " failed, error " + std::to_string(copied.error));
+  return false;
 }
 
 void removePlacementFile(Services& services, const FilePath& path) {

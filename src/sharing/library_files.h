@@ -17,12 +17,13 @@ FilePath libraryBackupPath(const Services& services);
 // backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is found.
 bool drawLibraryNames(Services& services);
 
-// The library without parts that every temporary one starts from: the installation's, else the one below the host's
-// program folder; empty when neither exists.
-FilePath emptyLibraryPath(const Services& services);
+// Makes a library without parts, which can be written whatever it is copied from: the installation's, else the one
+// below the host's program folder. False, with a line in the traffic log that says why, when it could not be made; a
+// file that was there stays.
+bool makeEmptyLibrary(Services& services, const FilePath& path);
 
-// Makes a library as a copy of another and notes it. False when it could not be made; a file that was there stays.
-bool makeLibrary(Services& services, const FilePath& from, const FilePath& to);
+// The same as a copy of another library.
+bool copyLibrary(Services& services, const FilePath& from, const FilePath& to);
 
 // Notes that this process made the library or backup at that path, and so may remove it.
 void noteMadeLibrary(Services& services, const FilePath& path);

@@ -42,7 +42,9 @@ ModuleFile ModuleFile::read(const Services& services, const FilePath& path) {
 
 std::string_view ModuleFile::firstPartName() const {
   for (const JsonView entry : library()) {
-    return nameOf(entry);
+    if (entry.isObject()) {
+      return nameOf(entry);
+    }
   }
   return {};
 }
@@ -68,6 +70,16 @@ std::optional<ViewBox> ModuleFile::viewBox() const {
 
 std::string_view textOf(JsonView object, std::string_view member) {
   return object.member(member).text().value_or(std::string_view());
+}
+
+JsonView objectIn(JsonView object, std::string_view member) {
+  const JsonView value = object.member(member);
+  return value.isObject() ? value : JsonView();
+}
+
+JsonView arrayIn(JsonView object, std::string_view member) {
+  const JsonView value = object.member(member);
+  return value.isArray() ? value : JsonView();
 }
 
 std::string_view nameOf(JsonView object) {

@@ -19,6 +19,14 @@ struct ViewBox {
   std::string height;
 };
 
+// The text of a member; empty when it is missing or no text.
+std::string_view textOf(JsonView object, std::string_view member);
+// A member that is an object, or an array; a view of nothing for one that is missing or of another type.
+JsonView objectIn(JsonView object, std::string_view member);
+JsonView arrayIn(JsonView object, std::string_view member);
+// The name of a part, element or object: "Name", in older modules and for schematic objects "name".
+std::string_view nameOf(JsonView object);
+
 // Texts are UTF-8; views are valid as long as this object.
 class ModuleFile {
  public:
@@ -26,10 +34,10 @@ class ModuleFile {
   static ModuleFile read(const Services& services, const FilePath& path);
 
   bool hasRoot() const { return static_cast<bool>(root_); }
-  bool hasLibrary() const { return library().isArray(); }
-  JsonView library() const { return root_.member("lib"); }
-  JsonView objects() const { return root_.member("children"); }
-  // "Name" of the library's first entry.
+  bool hasLibrary() const { return static_cast<bool>(library()); }
+  JsonView library() const { return arrayIn(root_.view(), "lib"); }
+  JsonView objects() const { return arrayIn(root_.view(), "children"); }
+  // "Name" of the library's first part.
   std::string_view firstPartName() const;
   // From "BoundingBox": two numbers as they are, or the differences of four; nothing for all else.
   std::optional<ViewBox> viewBox() const;
@@ -37,10 +45,5 @@ class ModuleFile {
  private:
   Json root_;
 };
-
-// The text of a member; empty when it is missing or no text.
-std::string_view textOf(JsonView object, std::string_view member);
-// The name of a part, element or object: "Name", in older modules and for schematic objects "name".
-std::string_view nameOf(JsonView object);
 
 }  // namespace vernoxa

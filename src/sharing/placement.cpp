@@ -27,15 +27,11 @@ FilePath notedBackup(Services& services) {
 // next placement in before this one ends.
 class TemporaryLibrary {
  public:
-  TemporaryLibrary(Services& services, const FilePath& emptyLibrary)
+  explicit TemporaryLibrary(Services& services)
       : services_(services),
         path_(temporaryLibraryPath(services)),
         backup_(notedBackup(services)),
-        made_(makeLibrary(services, emptyLibrary, path_)) {
-    if (!made_) {
-      services.logs.openTraffic().writeLine("not made: " + services.text.utf8ToAnsi(path_.utf8()));
-    }
-  }
+        made_(makeEmptyLibrary(services, path_)) {}
   TemporaryLibrary(const TemporaryLibrary&) = delete;
   TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
   ~TemporaryLibrary() {
@@ -78,7 +74,9 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
   std::unordered_set<std::string_view> seen;
   std::vector<std::string> pinScripts;
   for (const JsonView entry : module.library()) {
-    if (!entry.isObject() || !seen.insert(nameOf(entry)).second) {
+    const std::string_view name = nameOf(entry);
+    // What has no name is no other one's double.
+    if (!entry.isObject() || (!name.empty() && !seen.insert(name).second)) {
       continue;
     }
     const std::string arguments = libraryPartArguments(libraryPath, entry);
@@ -95,7 +93,7 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
 
 bool copyToNewLibrary(Services& services, const FilePath& from, const FilePath& to) {
   removePlacementFile(services, to);
-  return makeLibrary(services, from, to);
+  return copyLibrary(services, from, to);
 }
 
 }  // namespace
@@ -105,11 +103,10 @@ PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box)
   const bool named = drawLibraryNames(services);
   placed.newLibrary = newLibraryPath(services);
   placed.module = ModuleFile::read(services, services.text.path(services.state.placement.dsnDatPath));
-  const FilePath emptyLibrary = emptyLibraryPath(services);
-  if (!named || emptyLibrary.empty() || !isPlaceable(placed.module, services)) {
+  if (!named || !isPlaceable(placed.module, services)) {
     return placed;
   }
-  const TemporaryLibrary temporary(services, emptyLibrary);
+  const TemporaryLibrary temporary(services);
   if (!temporary.made()) {
     return placed;
   }
@@ -130,7 +127,7 @@ void placeModule(ScriptHost& host, Services& services) {
     host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, services.text));
   } else {
     for (const JsonView object : placed.module.objects()) {
-      if (!nameOf(object).empty()) {
+      if (object.isObject()) {
         evaluateLogged(host, services, schematicObjectScript(object, asked, services.text));
       }
     }

@@ -20,8 +20,8 @@ enum class DraggedBox { none, made };
 
 // Has the host write the module's library parts into a temporary library, which becomes the new library. Draws both
 // names anew. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is gone
-// afterwards in every case. Without a base library, or for an unreadable module ("root is null", "libItem is null" in
-// the traffic log) nothing is made.
+// afterwards in every case. Nothing is made, and one line in the traffic log says why, when a library cannot be made or
+// the module is unreadable ("root is null", "libItem is null").
 PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box);
 
 // The whole placement: the library, then the module's objects or the one part; afterwards the new library and the

@@ -108,7 +108,9 @@ void addPropertyList(ListText& list, JsonView properties) {
 void addDisplayedList(ListText& list, JsonView displayed) {
   list.literal("[list");
   for (const JsonView property : displayed) {
-    addItems(list, property);
+    if (property.isObject()) {
+      addItems(list, property);
+    }
   }
   list.literal("]");
 }
@@ -118,9 +120,9 @@ void addGraphicList(ListText& list, JsonView elements) {
   for (const JsonView element : elements) {
     if (element.isObject()) {
       list.literal(" [list ").quoted(nameOf(element)).literal(" ");
-      addDataList(list, element.member("Data"), PointForm::asItStands);
+      addDataList(list, objectIn(element, "Data"), PointForm::asItStands);
       list.literal(" ");
-      addPropertyList(list, element.member("Property"));
+      addPropertyList(list, objectIn(element, "Property"));
       list.literal("]");
     }
   }
@@ -135,11 +137,11 @@ std::string libraryPartArguments(std::string_view libraryPath, JsonView entry) {
   list.bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
   list.bareOr(textOf(entry, "PartIndex"), none).literal(" ").bareOr(textOf(entry, "Type"), none);
   list.literal(" [list ").bare(textOf(entry, "BoundingBox")).literal("] ");
-  addPropertyList(list, entry.member("Property"));
+  addPropertyList(list, objectIn(entry, "Property"));
   list.literal(" ");
-  addGraphicList(list, entry.member("children"));
+  addGraphicList(list, arrayIn(entry, "children"));
   list.literal(" ");
-  addDisplayedList(list, entry.member("DispProperty"));
+  addDisplayedList(list, arrayIn(entry, "DispProperty"));
   return list.literal(" ").bareOr(textOf(entry, "Designator"), none).text();
 }
 
@@ -156,16 +158,16 @@ std::string schematicObjectScript(JsonView object, const PlacementContext& place
   const std::string_view name = nameOf(object);
   const Properties allowed = placement.selfModule == "1" ? Properties::all : Properties::ofHost;
   ListText list("placePart ");
-  list.bare(name).literal(" ").bareOr(text.scriptValue(placement.selfModule), "{}").literal(" [list");
-  addItems(list, object.member("Property"), allowed);
+  list.bareOr(name, "{}").literal(" ").bareOr(text.scriptValue(placement.selfModule), "{}").literal(" [list");
+  addItems(list, objectIn(object, "Property"), allowed);
   list.literal(" ").item("NimbMarket", name);
   list.literal(" ").item("MarketResID", text.scriptValue(placement.uploadResId));
   list.literal(" ").item("MarketUserID", text.scriptValue(placement.uploadUserId));
-  addItems(list, object.member("UserProperty"), allowed);
+  addItems(list, objectIn(object, "UserProperty"), allowed);
   list.literal("] ");
-  addDataList(list, object.member("Data"), PointForm::blankBetween);
+  addDataList(list, objectIn(object, "Data"), PointForm::blankBetween);
   list.literal(" ");
-  addDisplayedList(list, object.member("DispProperty"));
+  addDisplayedList(list, arrayIn(object, "DispProperty"));
   return list.text();
 }
 

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "commands/dispatcher.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
@@ -9,7 +12,6 @@ namespace vernoxa {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 class PlacingHandlers : public testing::Test {
@@ -78,26 +80,102 @@ TEST_F(PlacingHandlers, WithoutAnActivePageNothingIsPlaced) {
     EXPECT_EQ(reply_, std::string(R"({"Data":{},"Command":")") + command +
                           R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})");
     EXPECT_EQ(host_.scripts.back(), "IsSchematicViewActive");
-    EXPECT_EQ(with_.state.placement.placeState, 0);
   }
 }
 
-TEST_F(PlacingHandlers, NeededMembersComeFirst) {
-  EXPECT_EQ(send("PlaceDsnLibPartModule", R"("PartIndex":"2","PartName":"R","ViewBoxWidth":1,"prefix":"Q")"),
-            stoppedEarly);
-  EXPECT_THAT(host_.scripts, IsEmpty());
-  EXPECT_EQ(with_.state.placement.prefix, "Q");
-}
-
-TEST_F(PlacingHandlers, ExceptionTakesTheStateBack) {
-  host_.during = [](const std::string& script) {
-    if (script == "UnSelectAll") {
-      throw std::bad_alloc();
+TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
+  const std::string lacking = R"("PartIndex":"2","PartName":"R","ViewBoxWidth":1,"prefix":"Q")";
+  const struct {
+    const char* command;
+    std::string data;
+    const char* pageActive;
+    const char* throwing;
+    int placeState;
+  } cases[] = {
+      {"PlaceDsnLibPartModule", partData, "1", "", 1},
+      {"PlaceDsnLibPartModule", partData, "0", "", 0},
+      {"PlaceDsnLibPartModule", partData, "no", "", 0},
+      {"PlaceDsnLibPartModule", partData, "1", "MenuCommand 57603", 0},
+      {"PlaceDsnLibPartModule", partData, "1", "UnSelectAll", 0},
+      {"PlaceDsnLibPartModule", lacking, "1", "", 0},
+      {"PlaceDsnLibPartModule", "", "1", "", 0},
+      {"PlaceDSNModule", partData, "1", "", 0},
+      {"PlaceDSNModule", partData, "0", "", 0},
+      {"PlaceDSNModule", partData, "1", "IsSchematicViewActive", 0},
+      {"ClearCurrentDesign", "", "1", "", 1},  // places nothing, refuses nothing
+  };
+  for (const auto& each : cases) {
+    with_.state.placement.placeState = 1;  // of the request before
+    host_.answer("IsSchematicViewActive", each.pageActive);
+    host_.during = [&](const std::string& script) {
+      if (script == each.throwing) {
+        throw std::bad_alloc();
+      }
+    };
+    send(each.command, each.data);
+    EXPECT_EQ(with_.state.placement.placeState, each.placeState) << each.command << each.data << each.throwing;
+  }
+  // Not before it is accepted, and what the host's event loop brings while it is carried out counts.
+  std::string states;
+  with_.state.placement.placeState = 0;
+  host_.answer("IsSchematicViewActive", "1");
+  host_.during = [&](const std::string& script) {
+    states += std::to_string(with_.state.placement.placeState);
+    if (script.starts_with("PlaceNew")) {
+      with_.state.placement.placeState = 0;  // the part was placed at once
     }
   };
-  EXPECT_EQ(send("PlaceDsnLibPartModule", partData), stoppedEarly);
+  send("PlaceDsnLibPartModule", partData);
+  EXPECT_EQ(states, "00111111");
   EXPECT_EQ(with_.state.placement.placeState, 0);
-  EXPECT_THAT(with_.fake.messages.shown(), ElementsAre("格式有误"));
+}
+
+TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
+  using Place = PlacementContext;
+  const struct {
+    const char* command;
+    std::vector<std::pair<const char*, std::string Place::*>> members;
+  } cases[] = {
+      {"SelectModule", {{"priceK", &Place::priceK}, {"pinPrice", &Place::pinPrice}}},
+      {"PlaceDsnLibPartModule",
+       {{"PartIndex", &Place::PartIndex},
+        {"Designator", &Place::selfModule},
+        {"dsnDatPath", &Place::dsnDatPath},
+        {"packageName", &Place::packageName},
+        {"PartNumber", &Place::PartNumber},
+        {"PartName", &Place::PartName},
+        {"prefix", &Place::prefix},
+        {"value", &Place::value},
+        {"cateId", &Place::cateId},
+        {"companyId", &Place::companyId},
+        {"Package", &Place::package}}},
+      {"PlaceDSNModule",
+       {{"sumPins", &Place::sumPins},
+        {"price", &Place::price},
+        {"dsnDatPath", &Place::dsnDatPath},
+        {"dsnBmpPath", &Place::dsnBmpPath},
+        {"uploadResId", &Place::uploadResId},
+        {"uploadUserId", &Place::uploadUserId},
+        {"selfModule", &Place::selfModule}}},
+  };
+  for (const auto& each : cases) {
+    for (const bool whole : {true, false}) {
+      const std::string more = whole ? R"("ViewBoxWidth":1,"ViewBoxHeight":2,"Page":"P")" : R"("x":"y")";
+      std::string data = more;
+      for (const auto& [name, field] : each.members) {
+        data += std::string(",\"") + name + "\":\"" + each.command + name + "\"";
+      }
+      with_.state.placement = {};
+      send(each.command, data);
+      for (const auto& [name, field] : each.members) {
+        EXPECT_EQ(with_.state.placement.*field, std::string(each.command) + name);
+      }
+      send(each.command, more);
+      for (const auto& [name, field] : each.members) {
+        EXPECT_EQ(with_.state.placement.*field, "") << name;
+      }
+    }
+  }
 }
 
 }  // namespace

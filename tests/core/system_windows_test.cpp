@@ -68,9 +68,10 @@ std::vector<std::string> tell(Files& files, const FilePath& root) {
   files.create(file)->write("old content");
   files.create(file)->write("new");
   journal.note("made new", files.read(file).value_or("nothing"));
-  journal.note("copy", files.copyFile(file, folder / "b.txt"));
-  journal.note("copy over", files.copyFile(file, folder / "B.txt"));
-  journal.note("copy nothing", files.copyFile(folder / "c.txt", folder / "d.txt"));
+  journal.note("copy", std::to_string(files.copyFile(file, folder / "b.txt").error));
+  journal.note("copy over", std::to_string(files.copyFile(file, folder / "B.txt").error));
+  journal.note("copy nothing", std::to_string(files.copyFile(folder / "c.txt", folder / "d.txt").error));
+  journal.note("copy to nowhere", std::to_string(files.copyFile(file, folder / "none" / "d.txt").error));
   files.createFolder(folder / "sub");
   journal.note("entries", namesIn(files, folder));
   journal.note("entries of nothing", namesIn(files, folder / "absent"));
@@ -97,6 +98,15 @@ TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
   EXPECT_EQ(tell(real, root), tell(fake, pathOf("C:\\root")));
   EXPECT_FALSE(real.read(pathOf("NUL")).has_value());  // no file
   EXPECT_TRUE(real.fullPath(root / std::string(300, 'a')).empty());
+  const FilePath original = root / "read-only";
+  real.create(original)->write("text");
+  SetFileAttributesA(original.utf8().c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+  EXPECT_TRUE(real.copyFile(original, root / "copy"));
+  EXPECT_EQ(real.attributes(root / "copy") & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
+            DWORD{FILE_ATTRIBUTE_HIDDEN});
+  EXPECT_TRUE(real.removeFile(root / "copy"));
+  SetFileAttributesA(original.utf8().c_str(), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_TRUE(real.removeFile(original));
   EXPECT_TRUE(real.removeFolder(root));
 }
 

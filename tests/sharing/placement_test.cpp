@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
+#include "core/text.h"
 #include "sharing/library_files.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
@@ -149,20 +152,88 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
   with_.fake.files.removeFile(modulePath);
   EXPECT_FALSE(placeLibraryOnly().made);
   EXPECT_THAT(with_.traffic(), testing::EndsWith("root is null"));
-  write(smallModule);
-  with_.fake.files.removeFile(emptyLibrary);
-  EXPECT_FALSE(placeLibraryOnly().made);
-  EXPECT_THAT(host_.scripts, IsEmpty());
 }
 
-TEST_F(Placement, MembersOfWrongTypesReadAsEmpty) {
-  write(R"({"lib":[{"Name":7,"PartIndex":[],"Property":"x","DispProperty":{"a":{"b":"c"}},"children":[1,{"Data":[1,"y"],
-         "Property":{"a":null,"b":true}}]}, [], null],"children":{"a":{"name":"Wire","Data":"x"},"b":[],"c":{"Name":5}}})");
+TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
+  with_.state.link.setHostInstallPath(pathOf("D:\\Cadence\\Capture.exe"));
+  const std::string folder = "C:\\Mods\\7\\";
+  const struct {
+    std::function<void()> spoil;
+    std::string removedByTheHost;
+    std::string logged;
+  } cases[] = {
+      {[this] { with_.fake.files.removeFile(emptyLibrary); }, "",
+       "C:/Mods/7/5.olb: no C:\\App\\config\\Resource\\Empty.olb and no D:\\Cadence\\config\\Resource\\Empty.olb"},
+      {[this] { with_.fake.files.addFolder(emptyLibrary); }, "",  // in its place
+       "C:/Mods/7/5.olb: copy of C:\\App\\config\\Resource\\Empty.olb failed, error 2"},
+      {[this] { with_.fake.files.addFile(emptyLibrary, "OLB"); }, folder + "5.olb",
+       "C:/Mods/7/6.olb: copy of C:/Mods/7/5.olb failed, error 2"},
+      {[&] {
+         with_.fake.files.addFile(folder + "5.olb", "the user's");
+         with_.fake.random.numbers.assign(20000, 5);
+       },
+       "", "C:/Mods/7/*.olb: no free name"},
+  };
+  std::size_t logged = 0;
+  for (const auto& each : cases) {
+    with_.fake.random.numbers = {5, 6};
+    each.spoil();
+    host_.scripts.clear();
+    host_.during = [&](const std::string&) { with_.fake.files.removeFile(each.removedByTheHost); };
+    placeModule(host_, with_.services);
+    EXPECT_THAT(host_.scripts, SizeIs(each.removedByTheHost.empty() ? 0 : 4));
+    EXPECT_THAT(host_.scripts, testing::Each(testing::Not(StartsWith("placePart"))));
+    const std::string traffic = with_.traffic();
+    EXPECT_THAT(traffic, testing::EndsWith("library not made: " + each.logged));
+    EXPECT_EQ(splitFields(replaceAll(traffic, "library not made", "\1"), '\1').size(), ++logged + 1);
+    EXPECT_EQ(with_.fake.files.bytes(modulePath), smallModule);  // for another try
+  }
+  EXPECT_EQ(with_.fake.files.bytes(folder + "5.olb"), "the user's");
+}
+
+// Nothing that the placement makes keeps the attribute, or it would stay for ever.
+TEST_F(Placement, AReadOnlyBaseLibraryLeavesNothingBehind) {
+  with_.fake.files.addFile(emptyLibrary, "OLB", readOnlyAttribute);
+  EXPECT_EQ(placeLibraryOnly().newLibrary.utf8(), "C:/Mods/7/6.olb");
+  EXPECT_THAT(files(), ElementsAre("6.olb", "ModuleLib.json"));
   placeModule(host_, with_.services);
-  EXPECT_THAT(host_.scripts,
-              ElementsAre(R"(placeLibPart C:/Mods/7/5.olb {} [list ""] [list ""] [list ] [list] )"
-                          R"([list [list "" [list [list "" "y"]] [list]]] [list [list "b" "c"]] [list ""])",
-                          StartsWith("setPinNum "), StartsWith("placePart Wire 0 [list [list \"NimbMarket\" ")));
+  EXPECT_THAT(files(), IsEmpty());
+}
+
+// Of another type is as good as missing, and costs no more than itself.
+TEST_F(Placement, MembersOfWrongTypesCountAsMissing) {
+  const std::string missing = R"( [list ""] [list ""] [list ] [list] [list] [list] [list ""])";
+  const std::string market = R"( [list "MarketResID" ""] [list "MarketUserID" ""])";
+  const struct {
+    const char* module;
+    std::string part;    // what follows the library's path
+    std::string object;  // the last script
+  } cases[] = {
+      {R"({"lib":[null,[],"x",{"Name":7,"PartIndex":[],"Type":null,"Designator":2,"BoundingBox":1}],"children":[{"name":"Wire"}]})",
+       "{}" + missing, R"(placePart Wire 0 [list [list "NimbMarket" "Wire"])" + market + "] [list] [list]"},
+      {R"({"lib":[{"Name":"R","Property":["x"],"DispProperty":{"a":{"b":"c"}},"children":{"a":{"Name":"Line"}}}],
+           "children":[1,{"name":"Wire","Property":["x"],"UserProperty":[["y"]],"DispProperty":{"a":{"b":"c"}},"Data":["z"]}]})",
+       "{R}" + missing, R"(placePart Wire 0 [list [list "NimbMarket" "Wire"])" + market + "] [list] [list]"},
+      {R"({"lib":[{"Name":"R","DispProperty":[["x"],"y",{"n":1,"m":"v"}],"children":[1,["a"],{"Name":5,"name":"Arc",
+           "Data":[1,"y"],"Property":{"a":null,"b":true,"c":"d"}}]}],"children":[{"Name":5,"name":["x"],"Data":{"path":7,
+           "Color":"3"}}]})",
+       R"({R} [list ""] [list ""] [list ] [list] [list [list "Arc" [list] [list [list "c" "d"]]]] [list [list "m" "v"]] [list ""])",
+       R"(placePart {} 0 [list [list "NimbMarket" ""])" + market + R"(] [list [list "Color" "3"]] [list])"},
+      {R"({"lib":[{"Name":"R"}],"children":{"a":{"name":"Wire"}}})", "{R}" + missing, "setPinNum "},
+  };
+  for (const auto& each : cases) {
+    write(each.module);
+    with_.fake.random.numbers = {5, 6};
+    host_.scripts.clear();
+    placeModule(host_, with_.services);
+    EXPECT_EQ(host_.scripts.front(), "placeLibPart C:/Mods/7/5.olb " + each.part);
+    EXPECT_THAT(host_.scripts.back(), StartsWith(each.object));
+  }
+  // Parts without a name are no doubles of each other.
+  write(R"({"lib":[{"Name":7},{"Name":8},{"Type":"T"},{"Name":"R"},{"Name":"R"}]})");
+  host_.scripts.clear();
+  EXPECT_TRUE(placeLibraryOnly().made);
+  EXPECT_THAT(host_.scripts, SizeIs(8));
 }
 
 TEST_F(Placement, NamesInUseAreDrawnAgain) {

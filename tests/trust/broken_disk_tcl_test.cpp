@@ -41,7 +41,9 @@ class BrokenDisk final : public Files {
   bool createFolder(const FilePath& path) override { return writable() && there->createFolder(path); }
   bool removeFile(const FilePath& path) override { return writable() && there->removeFile(path); }
   bool removeFolder(const FilePath& path) override { return writable() && there->removeFolder(path); }
-  bool copyFile(const FilePath& from, const FilePath& to) override { return writable() && there->copyFile(from, to); }
+  CopyResult copyFile(const FilePath& from, const FilePath& to) override {
+    return writable() ? there->copyFile(from, to) : CopyResult{1};
+  }
   std::vector<FolderEntry> entries(const FilePath& folder) override { return there->entries(folder); }
 
  private:
