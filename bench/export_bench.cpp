@@ -35,12 +35,14 @@ class CountingFiles final : public Files {
   std::uint32_t attributes(const FilePath&) override { return noAttributes; }
   FilePath fullPath(const FilePath& path) override { return path; }
   FilePath shortPath(const FilePath& path) override { return path; }
-  std::optional<std::string> read(const FilePath&) override { return std::nullopt; }
+  std::uint32_t reparseTag(const FilePath&) override { return 0; }
+  std::optional<std::string> readStart(const FilePath&, std::size_t) override { return std::nullopt; }
   std::unique_ptr<OutputFile> openForAppending(const FilePath&) override { return nullptr; }
   std::unique_ptr<OutputFile> create(const FilePath&) override { return std::make_unique<Output>(*this); }
   bool createFolder(const FilePath&) override { return true; }
   bool removeFile(const FilePath&) override { return true; }
   bool removeFolder(const FilePath&) override { return true; }
+  bool replaceFile(const FilePath&, const FilePath&) override { return true; }
   CopyResult copyFile(const FilePath&, const FilePath&) override { return {1}; }
   std::vector<FolderEntry> entries(const FilePath&) override { return {}; }
 

@@ -132,10 +132,15 @@ std::uint32_t FakeFiles::attributes(const FilePath& path) {
   return node != nullptr ? node->attributes : noAttributes;
 }
 
-std::optional<std::string> FakeFiles::read(const FilePath& path) {
+std::uint32_t FakeFiles::reparseTag(const FilePath& path) {
+  const auto found = reparseTags.find(path);
+  return faults.strike() || found == reparseTags.end() ? 0 : found->second;
+}
+
+std::optional<std::string> FakeFiles::readStart(const FilePath& path, std::size_t most) {
   const std::lock_guard lock(guard_);
   const Node* const node = faults.strike() ? nullptr : find(path);
-  return node != nullptr && node->bytes ? std::optional(*node->bytes) : std::nullopt;
+  return node != nullptr && node->bytes ? std::optional(node->bytes->substr(0, most)) : std::nullopt;
 }
 
 std::unique_ptr<OutputFile> FakeFiles::openForAppending(const FilePath& path) {
@@ -176,11 +181,30 @@ bool FakeFiles::removeFolder(const FilePath& path) {
   if (node == nullptr || node->bytes) {
     return false;
   }
-  if ((node->attributes & reparsePointAttribute) == 0 && hasEntries(path)) {
+  const auto tag = reparseTags.find(path);  // without one it is a link
+  const bool link =
+      (node->attributes & reparsePointAttribute) != 0 && (tag == reparseTags.end() || (tag->second & 0x20000000U) != 0);
+  if (!link && hasEntries(path)) {
     return false;
   }
   change("remove", path);
   return nodes_.erase(keyOf(path)) == 1;
+}
+
+bool FakeFiles::replaceFile(const FilePath& from, const FilePath& to) {
+  const std::lock_guard lock(guard_);
+  const Node* const source = faults.strike() ? nullptr : find(from);
+  const Node* const target = find(to);
+  const bool replaceable = target == nullptr || (target->bytes && (target->attributes & 1U) == 0 && !held.contains(to));
+  if (source == nullptr || !source->bytes || !replaceable || !hasItsFolder(to)) {
+    return false;
+  }
+  change("rename", to);
+  Node moved = *source;
+  moved.path = to;
+  nodes_.erase(keyOf(from));
+  nodes_[keyOf(to)] = std::move(moved);
+  return true;
 }
 
 CopyResult FakeFiles::copyFile(const FilePath& from, const FilePath& to) {

@@ -39,22 +39,26 @@ class FakeFiles final : public Files {
 
   // Every file and folder by its name as it was first written, sorted.
   std::vector<std::string> paths() const;
-  // What was changed, in order: "create", "append", "remove", "copy", "folder" and the path.
+  // What was changed, in order: "create", "append", "remove", "rename", "copy", "folder" and the path.
   std::vector<std::string> changes() const;
 
   Faults faults;
   std::map<FilePath, FilePath> shortPaths;  // of what has one, beside all that is short anyway
+  std::map<FilePath, std::uint32_t> reparseTags;
+  std::set<FilePath> held;  // by readers that do not let them be replaced
 
   using Files::exists;
   std::uint32_t attributes(const FilePath& path) override;
   FilePath fullPath(const FilePath& path) override;
   FilePath shortPath(const FilePath& path) override;
-  std::optional<std::string> read(const FilePath& path) override;
+  std::uint32_t reparseTag(const FilePath& path) override;
+  std::optional<std::string> readStart(const FilePath& path, std::size_t most) override;
   std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override;
   std::unique_ptr<OutputFile> create(const FilePath& path) override;
   bool createFolder(const FilePath& path) override;
   bool removeFile(const FilePath& path) override;
   bool removeFolder(const FilePath& path) override;
+  bool replaceFile(const FilePath& from, const FilePath& to) override;
   CopyResult copyFile(const FilePath& from, const FilePath& to) override;
   std::vector<FolderEntry> entries(const FilePath& folder) override;
 

@@ -76,7 +76,14 @@ FilePath WindowsFiles::shortPath(const FilePath& path) {
                     [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).c_str(), name, size); });
 }
 
-std::optional<std::string> WindowsFiles::read(const FilePath& path) {
+std::uint32_t WindowsFiles::reparseTag(const FilePath& path) {
+  WIN32_FIND_DATAW entry{};
+  const FindHandle search(FindFirstFileW(wide(path).c_str(), &entry));
+  const bool tagged = search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  return tagged ? entry.dwReserved0 : 0;
+}
+
+std::optional<std::string> WindowsFiles::readStart(const FilePath& path, std::size_t most) {
   const FileHandle handle(
       CreateFileW(wide(path).c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   // A pipe or a serial port would be waited for.
@@ -87,10 +94,10 @@ std::optional<std::string> WindowsFiles::read(const FilePath& path) {
   std::array<char, 65536> piece;
   DWORD count = 0;
   while (ReadFile(handle.get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0) {
-    if (count == 0) {
+    content.append(piece.data(), std::min<std::size_t>(count, most - content.size()));
+    if (count == 0 || content.size() == most) {
       return content;
     }
-    content.append(piece.data(), count);
   }
   return std::nullopt;
 }
@@ -113,6 +120,10 @@ bool WindowsFiles::removeFile(const FilePath& path) {
 
 bool WindowsFiles::removeFolder(const FilePath& path) {
   return RemoveDirectoryW(wide(path).c_str()) != 0;
+}
+
+bool WindowsFiles::replaceFile(const FilePath& from, const FilePath& to) {
+  return MoveFileExW(wide(from).c_str(), wide(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
 
 CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {

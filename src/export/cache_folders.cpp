@@ -20,7 +20,7 @@ FilePath makeFolder(Files& files, const FilePath& baseDirectory, const char* nam
 }
 
 void removeTree(Files& files, const FilePath& folder, std::uint32_t attributes) {
-  if ((attributes & reparsePointAttribute) == 0) {
+  if (!files.isLink(folder, attributes)) {
     for (const FolderEntry& entry : files.entries(folder)) {
       const FilePath path = folder / entry.name;
       if ((entry.attributes & directoryAttribute) != 0) {

@@ -7,6 +7,7 @@
 
 #include "core/code_page.h"
 #include "core/files.h"
+#include "core/outside_json.h"
 #include "core/tcl_script_host.h"
 #include "core/user_messages.h"
 #include "plugin/command_guard.h"
@@ -56,8 +57,8 @@ void startCompanion(PlugIn& plugIn) {
 
 void applyConfiguration(PlugIn& plugIn) {
   const FilePath file = plugIn.session->directories().configurationFile;
-  const auto configuration =
-      parseConfiguration(plugIn.world.files.read(file).value_or(""), plugIn.session->services().logs);
+  const auto configuration = parseConfiguration(plugIn.world.files.readStart(file, longestOutsideJson + 1).value_or(""),
+                                                plugIn.session->services().logs);
   if (configuration && configuration->language) {
     plugIn.session->services().state.language = *configuration->language;
   }

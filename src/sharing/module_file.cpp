@@ -30,7 +30,7 @@ std::optional<Decimal> coordinate(const std::string& text) {
 
 ModuleFile ModuleFile::read(const Services& services, const FilePath& path) {
   ModuleFile module;
-  if (const auto text = services.world.files.read(path)) {
+  if (const auto text = services.world.files.readStart(path, longestOutsideJson + 1)) {
     module.root_ = parseOutsideJson(*text, services.logs);
     if (std::max(module.library().size(), module.objects().size()) > mostItems) {
       services.logs.openTraffic().writeLine("module refused: more than 250000 parts or objects");

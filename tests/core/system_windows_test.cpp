@@ -72,6 +72,13 @@ std::vector<std::string> tell(Files& files, const FilePath& root) {
   journal.note("copy over", std::to_string(files.copyFile(file, folder / "B.txt").error));
   journal.note("copy nothing", std::to_string(files.copyFile(folder / "c.txt", folder / "d.txt").error));
   journal.note("copy to nowhere", std::to_string(files.copyFile(file, folder / "none" / "d.txt").error));
+  files.create(folder / "c.txt")->write("c's content");
+  journal.note("rename", files.replaceFile(folder / "c.txt", folder / "d.txt"));
+  journal.note("rename over", files.replaceFile(folder / "d.txt", folder / "B.txt"));
+  journal.note("start", files.readStart(folder / "b.txt", 3).value_or("nothing"));
+  journal.note("rename nothing", files.replaceFile(folder / "c.txt", folder / "b.txt"));
+  journal.note("rename over a folder", files.replaceFile(folder / "b.txt", folder));
+  journal.note("no reparse point", files.reparseTag(folder) == 0 && files.reparseTag(folder / "c.txt") == 0);
   files.createFolder(folder / "sub");
   journal.note("entries", namesIn(files, folder));
   journal.note("entries of nothing", namesIn(files, folder / "absent"));

@@ -191,7 +191,18 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
   files.addFile(folder + "\\sub\\deep\\old.json", "x");
   files.addFolder(folder + "\\link", directoryAttribute | reparsePointAttribute);
   files.addFile(folder + "\\link\\kept.json", "of another folder");
+  const auto tagged = [&](const char* name, std::uint32_t tag) {
+    files.addFolder(folder + name, directoryAttribute | reparsePointAttribute);
+    files.reparseTags[pathOf(folder + name)] = tag;
+    files.addFile(folder + name + "\\kept.json", "of another folder");
+  };
+  tagged("\\symbolic", 0xA000000C);
+  tagged("\\junction", 0xA0000003);
+  tagged("\\cloud", 0x9000001A);
   pages.start(fake.services);
+  EXPECT_EQ(files.bytes(folder + "\\symbolic\\kept.json"), "of another folder");
+  EXPECT_EQ(files.bytes(folder + "\\junction\\kept.json"), "of another folder");
+  EXPECT_FALSE(files.exists(folder + "\\cloud"));
   EXPECT_TRUE(files.isFolder(pathOf(folder)));
   EXPECT_FALSE(files.exists(folder + "\\old.json"));
   EXPECT_FALSE(files.exists(folder + "\\sub"));

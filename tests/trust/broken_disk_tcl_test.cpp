@@ -28,7 +28,10 @@ class BrokenDisk final : public Files {
   }
   FilePath fullPath(const FilePath& path) override { return there->fullPath(path); }
   FilePath shortPath(const FilePath& path) override { return there->shortPath(path); }
-  std::optional<std::string> read(const FilePath& path) override { return there->read(path); }
+  std::uint32_t reparseTag(const FilePath& path) override { return there->reparseTag(path); }
+  std::optional<std::string> readStart(const FilePath& path, std::size_t most) override {
+    return there->readStart(path, most);
+  }
   std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override {
     if (trouble_ == Trouble::logFolderComesAndGoes) {
       return ++asked_ % 3 == 0 ? nullptr : there->openForAppending(path);
@@ -41,6 +44,9 @@ class BrokenDisk final : public Files {
   bool createFolder(const FilePath& path) override { return writable() && there->createFolder(path); }
   bool removeFile(const FilePath& path) override { return writable() && there->removeFile(path); }
   bool removeFolder(const FilePath& path) override { return writable() && there->removeFolder(path); }
+  bool replaceFile(const FilePath& from, const FilePath& to) override {
+    return writable() && there->replaceFile(from, to);
+  }
   CopyResult copyFile(const FilePath& from, const FilePath& to) override {
     return writable() ? there->copyFile(from, to) : CopyResult{1};
   }
