@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "core/outside_json.h"
 #include "core/text.h"
 #include "sharing/library_files.h"
 #include "support/fake_script_host.h"
@@ -128,13 +129,17 @@ TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
 
 TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
   const std::string deep(100000, '[');
+  const std::string many = replaceAll(std::string(250'000, ' '), " ", "0,");
   const struct {
     std::string module;
     const char* logged;
   } cases[] = {
       {"", "root is null"},
       {std::string(smallModule).substr(0, 400), "root is null"},
-      {R"({"lib":)" + deep, "root is null"},
+      {R"({"lib":)" + deep, "JSON refused: nested deeper than 1000 levels\nroot is null"},
+      {R"({"lib":[)" + std::string(longestOutsideJson, ' ') + "]}", "JSON refused: longer than 32 MB\nroot is null"},
+      {R"({"lib":[)" + many + "0]}", "module refused: more than 250000 parts or objects\nroot is null"},
+      {R"({"lib":[],"children":[)" + many + "0]}", "module refused: more than 250000 parts or objects\nroot is null"},
       {"[]", "libItem is null"},
       {"{}", "libItem is null"},
       {R"({"Lib":[]})", "libItem is null"},
@@ -144,8 +149,8 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
     write(each.module);
     with_.state.placement.placeState = 1;
     placeModule(host_, with_.services);
-    EXPECT_THAT(host_.scripts, IsEmpty()) << each.module;
-    EXPECT_THAT(with_.traffic(), testing::EndsWith(each.logged));
+    EXPECT_THAT(host_.scripts, IsEmpty()) << each.module.substr(0, 40);
+    EXPECT_THAT(with_.traffic(), testing::EndsWith(each.logged)) << each.module.substr(0, 40);
     EXPECT_THAT(files(), ElementsAre("ModuleLib.json"));
     EXPECT_EQ(with_.state.placement.placeState, 0);
   }
