@@ -3,9 +3,11 @@
 #include "core/code_page.h"
 #include "core/file_name_escaping.h"
 #include "core/files.h"
+#include "core/outside_json.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/text.h"
+#include "core/whole_file.h"
 #include "core/world.h"
 #include "export/cache_folders.h"
 #include "export/pin_shapes.h"
@@ -34,6 +36,16 @@ Json jsonOf(const ElementForm& form, const Record& record) {
   }
   object.add("attr", std::move(attributes));
   return object;
+}
+
+// A library that is there never changes under its readers; what is empty or does not parse was left by a crash. One
+// that cannot be looked into stays.
+bool mustStay(Files& files, const FilePath& path) {
+  if (!files.exists(path)) {
+    return false;
+  }
+  const auto text = files.readStart(path, longestOutsideJson + 1);
+  return !text || !outsideJsonRefusal(*text).empty() || Json::parse(*text).document;
 }
 
 }  // namespace
@@ -75,11 +87,10 @@ std::string GraphicLibrary::finish(std::string_view name, const Services& servic
   const FilePath base = services.state.link.baseDirectory();
   const std::string fileName = plainFileName(replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json");
   const FilePath path = base / "Cache" / "Library" / services.text.trueName(fileName);
-  if (document && !files.exists(path)) {
+  if (document && !mustStay(files, path)) {
     makeLibraryFolder(files, base);
-    if (const auto file = files.create(path)) {
-      file->write(withDosLineEnds(document.printFormatted()));
-    }
+    const std::string content = withDosLineEnds(document.printFormatted());
+    writeWholeFile(services.world, path, WhenHeld::leave, [&](OutputFile& file) { return file.write(content); });
   }
   return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName;
 }

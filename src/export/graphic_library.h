@@ -22,9 +22,10 @@ class GraphicLibrary final : private ElementSink {
   // document nothing happens.
   void addRecord(const Record& record);
 
-  // Writes the document, if one was started, below "\Cache\Library" and drops it. A file that is there already is kept:
-  // a library never changes under its readers. Gives the file's path with "/", in UTF-8, written or not. "\" and "/" of
-  // the name become "-", plainFileName() does the rest; its bytes name the file as they are.
+  // Writes the document, if one was started, below "\Cache\Library" and drops it. A library that is there already is
+  // kept: it never changes under its readers; a file that is none, being empty or cut off, is replaced. Gives the
+  // file's path with "/", in UTF-8, written or not. "\" and "/" of the name become "-", plainFileName() does the rest;
+  // its bytes name the file as they are.
   std::string finish(std::string_view name, const Services& services);
 
  private:

@@ -45,7 +45,7 @@ void PageDocument::startSymbol(std::string_view symbolName) {
   symbolOpen_ = true;
 }
 
-void PageDocument::writeTo(OutputFile& file) const {
+bool PageDocument::writeTo(OutputFile& file) const {
   PageWriter writer(file);
   JsonText root(writer.text(), 0);
   root.openObject();
@@ -63,7 +63,7 @@ void PageDocument::writeTo(OutputFile& file) const {
     root.closeArray();
   }
   root.closeObject();
-  writer.finish();
+  return writer.finish();
 }
 
 void PageDocument::writeGroup(const Group& group, std::size_t depth, PageWriter& writer) {

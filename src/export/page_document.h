@@ -35,8 +35,8 @@ class PageDocument {
   ElementSink* page() { return page_ ? &page_->group.elements : nullptr; }
   ElementSink* symbol() { return symbolOpen_ ? &symbols_.back().elements : nullptr; }
 
-  // As cJSON's formatted printer prints it, with CR LF between lines. Stops in silence when the file takes no more.
-  void writeTo(OutputFile& file) const;
+  // As cJSON's formatted printer prints it, with CR LF between lines. False when the file takes no more.
+  bool writeTo(OutputFile& file) const;
 
  private:
   struct Group {

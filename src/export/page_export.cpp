@@ -8,6 +8,7 @@
 #include "core/files.h"
 #include "core/services.h"
 #include "core/state.h"
+#include "core/whole_file.h"
 #include "core/world.h"
 #include "export/cache_folders.h"
 #include "export/page_elements.h"
@@ -64,11 +65,9 @@ void PageExport::finish(const PageNames& names, const Services& services) {
 }
 
 void PageExport::write(const PageNames& names, const Services& services) {
-  Files& files = services.world.files;
-  const FilePath folder = makeOutputFolder(files, services.state.link.baseDirectory());
-  if (const auto file = files.create(folder / pageFileName(names, services.text))) {
-    document_->writeTo(*file);
-  }
+  const FilePath folder = makeOutputFolder(services.world.files, services.state.link.baseDirectory());
+  writeWholeFile(services.world, folder / pageFileName(names, services.text), WhenHeld::writeInPlace,
+                 [this](OutputFile& file) { return document_->writeTo(file); });
 }
 
 }  // namespace vernoxa

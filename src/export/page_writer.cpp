@@ -11,9 +11,10 @@ std::string& PageWriter::text() {
   return text_;
 }
 
-void PageWriter::finish() {
+bool PageWriter::finish() {
   failed_ = failed_ || !file_.write(text_);
   text_.clear();
+  return !failed_;
 }
 
 }  // namespace vernoxa

@@ -15,7 +15,8 @@ class PageWriter {
 
   // What is appended here comes next in the file. Valid until the next call.
   std::string& text();
-  void finish();
+  // False when not all was written.
+  bool finish();
 
  private:
   static constexpr std::size_t pieceSize = std::size_t{64} * 1024;

@@ -7,6 +7,7 @@
 #include "core/services.h"
 #include "core/state.h"
 #include "core/text.h"
+#include "core/whole_file.h"
 #include "core/world.h"
 #include "sharing/module_document.h"
 
@@ -69,9 +70,8 @@ CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocu
     const std::string text = document.finish(utf8(call.arguments.text(2)), utf8(call.arguments.text(3)));
     makeFolder(services, cacheFolder(services));
     makeFolder(services, folder);
-    if (const auto file = services.world.files.create(path)) {
-      file->write(withDosLineEnds(text));
-    }
+    const std::string content = withDosLineEnds(text);
+    writeWholeFile(services.world, path, WhenHeld::writeInPlace, [&](OutputFile& file) { return file.write(content); });
   }
   services.state.placement.dsnDatPath = pathText(services, path);
   return {path.utf8()};

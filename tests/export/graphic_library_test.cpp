@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/outside_json.h"
 #include "export/drawn.h"
 #include "system/fake_world.h"
 
@@ -61,6 +62,36 @@ TEST_F(GraphicLibraryTest, AFileThatIsThereIsKept) {
   EXPECT_EQ(file("x"), first);
   EXPECT_EQ(library.finish("y", fake.services), "C:/App/Cache/Library/y.json");  // nothing is open any more
   EXPECT_EQ(file("y"), "(no file)");
+}
+
+TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
+  const std::string path = "C:\\App\\Cache\\Library\\x.json";
+  library.start();
+  library.finish("x", fake.services);
+  const std::string whole = file("x");
+  const struct {
+    std::string there;
+    bool stays;
+  } cases[] = {
+      {"", false},
+      {std::string(4096, '\0'), false},
+      {whole.substr(0, whole.size() - 1), false},
+      {"{}", true},
+      {"\"somebody's own\"", true},
+      {"[" + std::string(longestOutsideJson, ' ') + "]", true},  // nobody can say
+  };
+  for (const auto& each : cases) {
+    fake.fake.files.addFile(path, each.there);
+    library.start();
+    library.finish("x", fake.services);
+    EXPECT_TRUE(file("x") == (each.stays ? each.there : whole)) << each.there.substr(0, 20);
+  }
+  fake.fake.files.addFile(path, "");
+  fake.fake.files.held.insert(pathOf(path));
+  library.start();
+  library.finish("x", fake.services);
+  EXPECT_EQ(file("x"), "");
+  EXPECT_EQ(fake.fake.files.entries("C:\\App\\Cache\\Library").size(), 1U);
 }
 
 TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {

@@ -1,0 +1,126 @@
+# The files that the built DLL makes, on a real file system: files_windows_test.tcl Vernoxa64.dll
+
+if {![info exists reread]} {
+  set reread 1  ;# Tcl took this file for a text in the code page
+  source -encoding utf-8 [info script]
+  return
+}
+
+set failures 0
+proc check {what got expected} {
+  if {$got ne $expected} {
+    incr ::failures
+    puts stderr "$what\n  got      $got\n  expected $expected"
+  }
+}
+
+proc bytes {path} {
+  if {[catch {open $path rb} channel]} {
+    return "(no file)"
+  }
+  set content [read $channel]
+  close $channel
+  return $content
+}
+
+proc put {path content} {
+  file mkdir [file dirname $path]
+  set channel [open $path wb]
+  puts -nonewline $channel $content
+  close $channel
+}
+
+proc names {folder} {
+  return [lsort [glob -nocomplain -tails -directory $folder *]]
+}
+
+proc holds {path text} {
+  return [expr {[string first $text [bytes $path]] >= 0}]
+}
+
+set root [file join $env(TEMP) vernoxa-files-[pid]]
+file mkdir $root/bin
+file copy [lindex $argv 0] $root/bin/Vernoxa64.dll
+namespace eval ::capGenerateBOMUtil {}
+load [file nativename $root/bin/Vernoxa64.dll] Vernoxa
+set output $root/Cache/Output
+set library $root/Cache/Library
+file mkdir $root/Cache
+set smile \ud83d\ude00
+set smileBytes \xF0\x9F\x98\x80
+
+proc page {schematic records} {
+  initSVGList
+  addToPageList [list Schematic $schematic]
+  addToPageList {Page P 1 1 K}
+  foreach record $records {
+    addToPageList $record
+  }
+  outputSVGFile [list $schematic P - - K]
+}
+
+proc graphics {name records} {
+  initGraphicFile
+  foreach record $records {
+    addGraphicLibList $record
+  }
+  return [outputGraphicFile $name]
+}
+
+# --- names and texts ------------------------------------------------------------------------------------------------
+
+page con.1 {}
+check "a page named as a device" [names $output] {_con.1@!@P@!@K.json}
+page S [list [list Text 1 1e3 "A\r\nB" 0 {} -12 0]]
+check "an exponent" [holds $output/S@!@P@!@K.json "translate(1,1011)"] 1
+
+check "a library named as a device" [graphics NUL {}] [file join [file normalize $root] Cache Library _NUL.json]
+graphics a:b {}
+graphics texts [list [list Name $smile] [list Name a\u0000b]]
+check "libraries" [names $library] {_NUL.json a-b.json texts.json}
+check "a character of two surrogates" [holds $library/texts.json "\"$smileBytes\""] 1
+check "a text with a NUL" [holds $library/texts.json "\"id\":\t\"a\"\r\n"] 1
+
+initMarketFile
+addMarketLibList [list Name $smile Part]
+outputMarketFile 0 1 2 3
+check "the same in a module" [holds $root/Cache/Share/ModuleLib.json "\"Name\":\t\"$smileBytes\""] 1
+
+# --- whole files ----------------------------------------------------------------------------------------------------
+
+set whole [bytes $library/texts.json]
+foreach left [list "" [string range $whole 0 end-1] [string repeat \0 500]] {
+  put $library/texts.json $left
+  graphics texts [list [list Name $smile] [list Name a\u0000b]]
+  check "a library that a crash left" [expr {[bytes $library/texts.json] eq $whole}] 1
+}
+graphics texts {}
+check "a whole library stays" [expr {[bytes $library/texts.json] eq $whole}] 1
+
+set reader [open $output/S@!@P@!@K.json rb]  ;# does not let it be replaced
+page S {{Text 1 2 LATER 0 {} -12 0}}
+close $reader
+check "a page that somebody reads" [holds $output/S@!@P@!@K.json LATER] 1
+initMarketFile
+outputMarketFile 0 1 2 3
+check "a module once more" [holds $root/Cache/Share/ModuleLib.json $smileBytes] 0
+check "nothing left beside" [concat {*}[lmap folder [list $output $library $root/Cache/Share] {names $folder}]] \
+    {S@!@P@!@K.json _NUL.json a-b.json texts.json ModuleLib.json}
+
+# --- links ----------------------------------------------------------------------------------------------------------
+
+# Wine shows a link of its own system as one; Windows itself would need a right for it, and none is made there.
+put $root/elsewhere/kept.txt "kept"
+put $output/folder/deep/old.txt "old"
+set former [pwd]
+cd $output
+if {![catch {exec Z:/bin/ln -s ../../elsewhere link}]} {
+  cd $former
+  check "the link leads there" [bytes $output/link/kept.txt] kept
+}
+cd $former
+initSVGList
+check "behind a link nothing is lost" [bytes $root/elsewhere/kept.txt] kept
+check "a folder goes with what it holds" [file exists $output/folder] 0
+
+exit [expr {$failures > 0}]
