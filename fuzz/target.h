@@ -34,6 +34,7 @@ void configuration(std::string_view input);
 void texts(std::string_view input);
 void scriptText(std::string_view input);
 void registry(std::string_view input);
+void metafile(std::string_view input);
 
 // command_targets.cpp: everything that runs in an interpreter
 void companionPacket(std::string_view input);

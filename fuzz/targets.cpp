@@ -18,6 +18,7 @@ constexpr std::array all = {
     Target{"texts", texts},
     Target{"script_text", scriptText},
     Target{"registry", registry},
+    Target{"metafile", metafile},
     Target{"companion_packet", companionPacket},
     Target{"thread_packet", threadPacket},
     Target{"commands", commands},

@@ -4,6 +4,8 @@
 #include "core/json.h"
 #include "core/script_text.h"
 #include "core/text.h"
+#include "desktop/metafile_check.h"
+#include "desktop/metafile_extent.h"
 #include "plugin/configuration.h"
 #include "plugin/host_discovery.h"
 #include "support/tcl_interp_tcl.h"
@@ -89,6 +91,22 @@ void registry(std::string_view input) {
   const FilePath found = findHostExecutable(services.fake.files, version, installations);
   require(found.empty() || services.fake.files.exists(found), "a host that is not there");
   require(services.crashes().empty(), "reading the registry ended in an exception");
+}
+
+void metafile(std::string_view input) {
+  if (metafileFault(input)) {
+    return;
+  }
+  require(!metafileFault(std::string(input) + "x"), "bytes behind a metafile count");
+  std::size_t end = 0;
+  for (std::uint32_t type = 0; type != 14; type = MetafileRecord(input.substr(end)).type()) {
+    const MetafileRecord rest(input.substr(end));
+    const MetafileRecord record(rest.part(0, rest.number(4)));
+    const auto extent = drawnExtent(record);
+    require(!extent || (extent->left <= extent->right && extent->top <= extent->bottom), "an extent is turned round");
+    end += record.size();
+  }
+  require(metafileFault(input.substr(0, end)).has_value(), "a metafile without its end is taken");
 }
 
 // The first byte chooses how the value is written.

@@ -94,12 +94,12 @@ class FakePictures final : public Pictures {
   std::optional<PictureFrame> frame = PictureFrame{0, 0, 2540, 1270};
   std::optional<PackedBitmap> bitmap = PackedBitmap{32, "packed"};
   bool drawThrows = false;
-  std::vector<std::string> opened;  // paths
+  std::vector<std::string> opened;  // bytes of metafiles
   std::vector<PixelSize> drawn;
 
   ScreenMeasures screen() override { return measures; }
-  std::unique_ptr<Metafile> openMetafile(const FilePath& path) override {
-    opened.push_back(path.utf8());
+  std::unique_ptr<Metafile> openMetafile(std::string_view bytes) override {
+    opened.emplace_back(bytes);
     return std::make_unique<Opened>(*this);
   }
 

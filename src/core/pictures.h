@@ -4,8 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "core/file_path.h"
+#include <string_view>
 
 namespace vernoxa {
 
@@ -49,8 +48,9 @@ class Pictures {
  public:
   virtual ~Pictures() = default;
   virtual ScreenMeasures screen() = 0;
-  // Nothing when the file is missing or no metafile. The file stays open as long as the metafile.
-  virtual std::unique_ptr<Metafile> openMetafile(const FilePath& path) = 0;
+  // From the bytes of an enhanced metafile that was looked through (desktop/metafile_check.h). Nothing when the system
+  // takes it for none.
+  virtual std::unique_ptr<Metafile> openMetafile(std::string_view bytes) = 0;
 };
 
 }  // namespace vernoxa

@@ -46,12 +46,17 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount) {
   return BitmapLayout{palette, rowBytes * height};
 }
 
-bool writeBitmapFile(Files& files, const FilePath& path, const std::optional<PackedBitmap>& bitmap) {
-  if (!bitmap) {
+bool writeBitmapFile(Files& files, const FilePath& path, const PackedBitmap& bitmap) {
+  auto file = files.create(path);
+  if (!file) {
     return false;
   }
-  const auto file = files.create(path);
-  return file && file->write(fileHeader(*bitmap)) && file->write(bitmap->bytes);
+  const bool whole = file->write(fileHeader(bitmap)) && file->write(bitmap.bytes);
+  file.reset();
+  if (!whole) {
+    files.removeFile(path);
+  }
+  return whole;
 }
 
 }  // namespace vernoxa

@@ -27,7 +27,7 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 
 std::size_t paletteBytes(int bitCount);
 
-// False when there is no bitmap, and then no file is made, or when the file cannot be written whole.
-bool writeBitmapFile(Files& files, const FilePath& path, const std::optional<PackedBitmap>& bitmap);
+// False when the file cannot be written whole; then no part of it is left.
+bool writeBitmapFile(Files& files, const FilePath& path, const PackedBitmap& bitmap);
 
 }  // namespace vernoxa

@@ -1,5 +1,6 @@
 #include "desktop/clipboard_picture.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -7,11 +8,14 @@
 #include <utility>
 
 #include "core/clipboard.h"
+#include "core/code_page.h"
 #include "core/files.h"
+#include "core/log.h"
 #include "core/services.h"
 #include "core/state.h"
 #include "core/world.h"
 #include "desktop/bitmap_file.h"
+#include "desktop/metafile_check.h"
 
 namespace vernoxa {
 namespace {
@@ -19,6 +23,7 @@ namespace {
 constexpr const char* temporaryFolder = "C:/Temp";
 constexpr const char* temporaryMetafile = "C:/Temp/test.emf";
 constexpr float hundredthsPerMillimetre = 100;
+constexpr double mostPoints = 64'000'000;  // of a picture: 256 MB at the depth of most screens
 
 // Single precision and each edge cut on its own: the companion counts on the pixels that this gives.
 std::optional<std::int64_t> edgeInPixels(int edge, int pixels, int millimetres) {
@@ -63,6 +68,37 @@ void makeFolders(Files& files, const FilePath& cache) {
   files.createFolder(cache / "Output");
 }
 
+std::string sizeText(PixelSize size) {
+  return std::to_string(size.width) + " x " + std::to_string(size.height);
+}
+
+// Why there is no bitmap file, for the log; empty when it was written whole.
+std::string conversionFailure(const Services& services, const FilePath& metafilePath, const FilePath& bitmapPath) {
+  const World& world = services.world;
+  // Read once: nobody can change what was looked through before it is played.
+  const auto bytes = world.files.read(metafilePath);
+  if (!bytes) {
+    return "it cannot be read";
+  }
+  if (const auto fault = metafileFault(*bytes)) {
+    return *fault;
+  }
+  const auto metafile = world.pictures.openMetafile(*bytes);
+  const auto frame = metafile ? metafile->frame() : std::nullopt;
+  const auto framed = frame ? frameInPixels(*frame, world.pictures.screen()) : std::nullopt;
+  if (!framed) {
+    return "it has no size";
+  }
+  const PixelSize size = drawnSize(*framed);
+  const auto bitmap = metafile->draw(size);
+  if (!bitmap) {
+    return "no room to draw " + sizeText(size);
+  }
+  return writeBitmapFile(world.files, bitmapPath, *bitmap)
+             ? std::string()
+             : "not written: " + services.text.utf8ToAnsi(bitmapPath.utf8());
+}
+
 }  // namespace
 
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen) {
@@ -71,11 +107,24 @@ std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMe
   return width && height ? std::optional(PixelSize{*width, *height}) : std::nullopt;
 }
 
-bool convertMetafile(const World& world, const FilePath& metafilePath, const FilePath& bitmapPath) {
-  const auto metafile = world.pictures.openMetafile(metafilePath);
-  const auto frame = metafile ? metafile->frame() : std::nullopt;
-  const auto size = frame ? frameInPixels(*frame, world.pictures.screen()) : std::nullopt;
-  return size && writeBitmapFile(world.files, bitmapPath, metafile->draw(*size));
+PixelSize drawnSize(PixelSize framed) {
+  const double width = framed.width;
+  const double height = framed.height;
+  if (width * height <= mostPoints) {
+    return framed;
+  }
+  const double scale = std::sqrt(mostPoints / (width * height));
+  const int across = static_cast<int>(std::clamp(width * scale, 1.0, mostPoints));
+  const int down = static_cast<int>(std::clamp(height * scale, 1.0, mostPoints));
+  return {across, down};
+}
+
+bool convertMetafile(const Services& services, const FilePath& metafilePath, const FilePath& bitmapPath) {
+  const std::string failure = conversionFailure(services, metafilePath, bitmapPath);
+  if (!failure.empty()) {
+    services.logs.openTraffic().writeLine("no picture of the metafile: " + failure);
+  }
+  return failure.empty();
 }
 
 FilePath saveClipboardPicture(const Services& services) {
@@ -88,11 +137,13 @@ FilePath saveClipboardPicture(const Services& services) {
   const FilePath preview = cache / "Output" / "Preview.bmp";
   const FilePath metafile = FilePath::fromUtf8(temporaryMetafile);
   makeFolders(world.files, cache);
+  // Also when it is saved in part, or not at all.
+  const TemporaryFile temporary(world.files, metafile);
   if (!clipboard->saveMetafile(metafile)) {
+    services.logs.openTraffic().writeLine("no picture of the metafile: it cannot be saved");
     return {};
   }
-  const TemporaryFile temporary(world.files, metafile);
-  return convertMetafile(world, metafile, preview) ? preview : FilePath();
+  return convertMetafile(services, metafile, preview) ? preview : FilePath();
 }
 
 }  // namespace vernoxa

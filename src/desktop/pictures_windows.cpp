@@ -3,9 +3,9 @@
 #include <array>
 #include <cstring>
 
-#include "core/wide_text_windows.h"
 #include "desktop/bitmap_file.h"
 #include "desktop/gdi_windows.h"
+#include "desktop/metafile_player_windows.h"
 
 namespace vernoxa {
 namespace {
@@ -32,9 +32,8 @@ bool paint(HDC screen, HBITMAP bitmap, HENHMETAFILE metafile, PixelSize size) {
     const Selection white(memory.get(), GetStockObject(WHITE_BRUSH));
     PatBlt(memory.get(), clip.left, clip.top, clip.right - clip.left, clip.bottom - clip.top, PATCOPY);
   }
-  // A record that cannot be drawn is left out; what the others draw is a picture still.
   const RECT whole{0, 0, size.width, size.height};
-  PlayEnhMetaFile(memory.get(), metafile, &whole);
+  playMetafile(memory.get(), metafile, whole);
   return true;
 }
 
@@ -104,8 +103,9 @@ ScreenMeasures WindowsPictures::screen() {
           GetDeviceCaps(screen.get(), HORZSIZE), GetDeviceCaps(screen.get(), VERTSIZE)};
 }
 
-std::unique_ptr<Metafile> WindowsPictures::openMetafile(const FilePath& path) {
-  MetafileHandle handle(GetEnhMetaFileW(toWide(path.utf8(), CP_UTF8).c_str()));
+std::unique_ptr<Metafile> WindowsPictures::openMetafile(std::string_view bytes) {
+  MetafileHandle handle(
+      SetEnhMetaFileBits(static_cast<UINT>(bytes.size()), reinterpret_cast<const BYTE*>(bytes.data())));
   return handle ? std::make_unique<WindowsMetafile>(std::move(handle)) : nullptr;
 }
 

@@ -8,7 +8,7 @@ namespace vernoxa {
 class WindowsPictures final : public Pictures {
  public:
   ScreenMeasures screen() override;
-  std::unique_ptr<Metafile> openMetafile(const FilePath& path) override;
+  std::unique_ptr<Metafile> openMetafile(std::string_view bytes) override;
 };
 
 }  // namespace vernoxa

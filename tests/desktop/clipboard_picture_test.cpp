@@ -4,6 +4,7 @@
 
 #include "desktop/bitmap_file.h"
 #include "desktop/dialog_place.h"
+#include "support/sample_metafiles.h"
 #include "system/fake_world.h"
 
 namespace vernoxa {
@@ -11,6 +12,10 @@ namespace {
 
 using testing::ElementsAre;
 using namespace std::string_literals;
+
+std::string drawing() {
+  return sampleMetafiles().front().bytes;
+}
 
 TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
   const struct {
@@ -35,6 +40,27 @@ TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
     const auto size = frameInPixels(each.frame, each.screen).value_or(PixelSize{});
     EXPECT_EQ(size.width, each.width) << each.frame.right << " x " << each.frame.bottom;
     EXPECT_EQ(size.height, each.height) << each.frame.right << " x " << each.frame.bottom;
+  }
+}
+
+TEST(DrawnSize, KeepsTheShapeOfWhatIsTooLarge) {
+  const struct {
+    PixelSize framed;
+    int width;
+    int height;
+  } cases[] = {
+      {{96, 47}, 96, 47},
+      {{8000, 8000}, 8000, 8000},
+      {{8001, 8000}, 8000, 7999},
+      {{32000, 16000}, 11313, 5656},
+      {{2147483647, 2147483647}, 8000, 8000},
+      {{2147483647, 1}, 64000000, 1},
+      {{3, 2147483647}, 1, 64000000},
+  };
+  for (const auto& each : cases) {
+    const PixelSize size = drawnSize(each.framed);
+    EXPECT_EQ(size.width, each.width) << each.framed.width << " x " << each.framed.height;
+    EXPECT_EQ(size.height, each.height) << each.framed.width << " x " << each.framed.height;
   }
 }
 
@@ -74,16 +100,19 @@ TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
   EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
   ASSERT_TRUE(writeBitmapFile(files, pathOf("C:\\P\\palette.bmp"), PackedBitmap{8, "y"}));
   EXPECT_EQ(files.bytes("C:\\P\\palette.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
-  EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\P\\none.bmp"), std::nullopt));
-  EXPECT_FALSE(files.exists("C:\\P\\none.bmp"));
   EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\nowhere\\x.bmp"), PackedBitmap{32, "z"}));
+  for (const int failing : {1, 2, 3}) {  // making it, either write
+    files.faults.failCall(failing);
+    EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\P\\part.bmp"), PackedBitmap{32, "z"}));
+    EXPECT_EQ(files.bytes("C:\\P\\part.bmp"), "(no file)");
+  }
 }
 
 class ClipboardPicture : public testing::Test {
  protected:
   ClipboardPicture() {
     fake.fake.files.addFolder("C:\\");
-    fake.fake.clipboard.metafile = "drawing";
+    fake.fake.clipboard.metafile = drawing();
   }
   // What a call leaves behind, whatever it answered.
   void expectTidy() {
@@ -101,30 +130,39 @@ TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
     EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
     expectTidy();
   }
-  EXPECT_THAT(fake.fake.pictures.opened, ElementsAre("C:/Temp/test.emf", "C:/Temp/test.emf"));
+  EXPECT_THAT(fake.fake.pictures.opened, ElementsAre(drawing(), drawing()));
   EXPECT_EQ(fake.fake.pictures.drawn.at(0).width, 96);
   EXPECT_EQ(fake.fake.pictures.drawn.at(0).height, 47);
 }
 
 TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
   const struct {
-    const char* name;
     void (*spoil)(FakeWorld&);
+    const char* told;  // in the traffic log
   } cases[] = {
-      {"held by another program", [](FakeWorld& world) { world.clipboard.held = true; }},
-      {"text only", [](FakeWorld& world) { world.clipboard.metafile.reset(); }},
-      {"no header", [](FakeWorld& world) { world.pictures.frame.reset(); }},
-      {"no size", [](FakeWorld& world) { world.pictures.frame = PictureFrame{}; }},
-      {"no room", [](FakeWorld& world) { world.pictures.bitmap.reset(); }},
+      {[](FakeWorld& world) { world.clipboard.held = true; }, ""},
+      {[](FakeWorld& world) { world.clipboard.metafile.reset(); }, ""},
+      {[](FakeWorld& world) { world.clipboard.metafile = "drawing"; }, "no header of a metafile"},
+      {[](FakeWorld& world) { world.clipboard.metafile = withNumber(drawing(), 108 + 4, 23); },
+       "record 1 at 108: a wrong size"},
+      {[](FakeWorld& world) { world.pictures.frame.reset(); }, "it has no size"},
+      {[](FakeWorld& world) { world.pictures.frame = PictureFrame{}; }, "it has no size"},
+      {[](FakeWorld& world) { world.pictures.bitmap.reset(); }, "no room to draw 96 x 47"},
+      {[](FakeWorld& world) { world.files.addFolder("C:\\App\\Cache\\Output\\Preview.bmp"); },
+       "not written: C:\\App\\Cache\\Output\\Preview.bmp"},
+      {[](FakeWorld& world) { world.files.addFolder("C:\\Temp\\test.emf"); }, "it cannot be saved"},
   };
   for (const auto& each : cases) {
     FakeServices one;
-    one.fake.clipboard.metafile = "drawing";
+    one.enableTraffic();
+    one.fake.clipboard.metafile = drawing();
     each.spoil(one.fake);
-    EXPECT_TRUE(saveClipboardPicture(one.services).empty()) << each.name;
-    EXPECT_FALSE(one.fake.files.exists("C:\\App\\Cache\\Output\\Preview.bmp")) << each.name;
-    EXPECT_FALSE(one.fake.files.exists("C:/Temp/test.emf")) << each.name;
-    EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.name;
+    EXPECT_TRUE(saveClipboardPicture(one.services).empty()) << each.told;
+    EXPECT_THAT(one.traffic(), testing::HasSubstr(each.told));
+    EXPECT_EQ(one.traffic().empty(), std::string_view(each.told).empty()) << each.told;
+    EXPECT_EQ(one.fake.files.bytes("C:\\App\\Cache\\Output\\Preview.bmp"), "(no file)") << each.told;
+    EXPECT_EQ(one.fake.files.bytes("C:/Temp/test.emf"), "(no file)") << each.told;
+    EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.told;
   }
 }
 
@@ -134,20 +172,23 @@ TEST_F(ClipboardPicture, TouchesNoFileWithoutADrawing) {
   EXPECT_THAT(fake.fake.files.changes(), ElementsAre());
 }
 
-TEST_F(ClipboardPicture, EveryFailureOfTheFileSystemLeavesNothingOpen) {
-  saveClipboardPicture(fake.services);
+TEST_F(ClipboardPicture, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehind) {
   for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+    int left = 0;
     for (int call = 1; call <= 12; ++call) {
       FakeServices one;
-      one.fake.clipboard.metafile = "drawing";
+      one.fake.clipboard.metafile = drawing();
       one.fake.files.faults.failCall(call, kind);
       try {
         saveClipboardPicture(one.services);
       } catch (const std::bad_alloc&) {
         EXPECT_EQ(kind, Faults::Kind::throwBadAlloc);
       }
+      one.fake.files.faults.failCall(0);
+      left += one.fake.files.exists("C:/Temp/test.emf") ? 1 : 0;
       EXPECT_EQ(one.fake.clipboard.openNow, 0) << call;
     }
+    EXPECT_EQ(left, 1);  // when its removal itself fails
   }
   fake.fake.pictures.drawThrows = true;
   EXPECT_THROW(saveClipboardPicture(fake.services), std::bad_alloc);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/fake_script_host.h"
+#include "support/sample_metafiles.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 
@@ -81,7 +82,7 @@ TEST_F(DesktopCommands, SelectJumpPartEndsWellAfterAnException) {
 
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   EXPECT_EQ(run(getClipBoardPic, {"GetClipBoardPic"}).text, "");
-  fake.fake.clipboard.metafile = "drawing";
+  fake.fake.clipboard.metafile = sampleMetafiles().front().bytes;
   fake.state.link.setBaseDirectory(pathOf("C:\\项目"));
   fake.fake.files.addFolder("C:\\项目");
   const CommandResult result = run(getClipBoardPic, {"GetClipBoardPic"});

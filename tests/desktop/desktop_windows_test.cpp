@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cstring>
 #include <functional>
 #include <thread>
@@ -18,6 +19,7 @@
 #include "core/world.h"
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
+#include "desktop/metafile_check.h"
 #include "plugin/real_world_windows.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
@@ -51,6 +53,88 @@ std::string clipboardText() {
     GlobalUnlock(memory);
   }
   return copy;
+}
+
+// A picture of four by four points, of which the system makes bitmaps and brushes.
+struct SmallBitmap {
+  BITMAPINFOHEADER header{sizeof header, 4, 4, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  std::array<DWORD, 16> points{};
+  const BITMAPINFO* information() const { return reinterpret_cast<const BITMAPINFO*>(&header); }
+};
+
+void drawBitmaps(HDC context) {
+  SmallBitmap small;
+  small.points.fill(0xFF00FF);
+  StretchDIBits(context, 10, 10, 40, 40, 0, 0, 4, 4, small.points.data(), small.information(), DIB_RGB_COLORS, SRCCOPY);
+  SetDIBitsToDevice(context, 60, 10, 4, 4, 0, 0, 1, 2, small.points.data(), small.information(), DIB_RGB_COLORS);
+  const MemoryContext memory(CreateCompatibleDC(context));
+  const Bitmap bitmap(
+      CreateDIBitmap(context, &small.header, CBM_INIT, small.points.data(), small.information(), DIB_RGB_COLORS));
+  const Bitmap mask(CreateBitmap(4, 4, 1, 1, nullptr));
+  const Selection selected(memory.get(), bitmap.get());
+  BitBlt(context, 10, 60, 4, 4, memory.get(), 0, 0, SRCCOPY);
+  StretchBlt(context, 20, 60, 20, 20, memory.get(), 0, 0, 4, 4, SRCCOPY);
+  MaskBlt(context, 50, 60, 4, 4, memory.get(), 0, 0, mask.get(), 0, 0, MAKEROP4(SRCCOPY, SRCINVERT));
+  const std::array<POINT, 3> corners = {POINT{60, 60}, POINT{90, 70}, POINT{50, 90}};
+  PlgBlt(context, corners.data(), memory.get(), 0, 0, 4, 4, nullptr, 0, 0);
+  GdiAlphaBlend(context, 70, 60, 20, 20, memory.get(), 0, 0, 4, 4, {AC_SRC_OVER, 0, 128, 0});
+  PatBlt(context, 0, 0, 5, 5, BLACKNESS);
+  const Brush pattern(CreatePatternBrush(mask.get()));
+  const Selection brush(context, pattern.get());
+  Rectangle(context, 5, 5, 95, 20);
+}
+
+void drawShapes(HDC context) {
+  const std::array<DWORD, 4> dashes = {5, 2, 1, 2};
+  const LOGBRUSH colour{BS_SOLID, RGB(0, 0, 255), 0};
+  const HPEN pen = ExtCreatePen(PS_GEOMETRIC | PS_USERSTYLE, 3, &colour, 4, dashes.data());
+  const std::array<POINT, 6> points = {POINT{0, 0}, {90, 5}, {40, 100000}, {5, 90}, {50, 50}, {90, 90}};
+  const std::array<INT, 2> counts = {3, 3};
+  {
+    const Selection selected(context, pen);
+    Polyline(context, points.data(), 6);
+    PolyPolygon(context, points.data(), counts.data(), 2);
+    PolyBezier(context, points.data(), 4);
+    Ellipse(context, 10, 10, 90, 90);
+    AngleArc(context, 50, 50, 20, 0, 90);
+  }
+  DeleteObject(pen);
+  BeginPath(context);
+  Rectangle(context, 10, 10, 90, 90);
+  EndPath(context);
+  StrokeAndFillPath(context);
+  const HRGN region = CreateEllipticRgn(10, 10, 90, 90);
+  const Brush red(CreateSolidBrush(RGB(255, 0, 0)));
+  FillRgn(context, region, red.get());
+  FrameRgn(context, region, red.get(), 2, 2);
+  ExtSelectClipRgn(context, region, RGN_COPY);
+  ExtSelectClipRgn(context, nullptr, RGN_COPY);
+  DeleteObject(region);
+  std::array<TRIVERTEX, 2> corners = {TRIVERTEX{10, 10, 0xFF00, 0, 0, 0}, TRIVERTEX{90, 30, 0, 0xFF00, 0, 0}};
+  GRADIENT_RECT rectangle{0, 1};
+  GdiGradientFill(context, corners.data(), 2, &rectangle, 1, GRADIENT_FILL_RECT_H);
+}
+
+void drawTexts(HDC context) {
+  SaveDC(context);
+  const Font font(CreateFontW(-20, 0, 100, 100, FW_BOLD, TRUE, TRUE, FALSE, DEFAULT_CHARSET, 0, 0, 0, 0, L"Tahoma"));
+  {
+    const Selection selected(context, font.get());
+    SetTextColor(context, RGB(0, 128, 0));
+    TextOutW(context, 10, 10, L"wide", 4);
+    TextOutA(context, 10, 30, "narrow", 6);
+    const RECT opaque{0, 50, 90, 90};
+    ExtTextOutW(context, 0, 0, ETO_OPAQUE, &opaque, nullptr, 0, nullptr);
+    const POLYTEXTW text{10, 70, 4, L"many", 0, {}, nullptr};
+    PolyTextOutW(context, &text, 1);
+  }
+  SetMapMode(context, MM_ANISOTROPIC);
+  SetWindowExtEx(context, 200, 200, nullptr);
+  SetViewportExtEx(context, 100, 100, nullptr);
+  RestoreDC(context, -1);
+  const std::string comment = "EMF of nobody";
+  GdiComment(context, static_cast<UINT>(comment.size()), reinterpret_cast<const BYTE*>(comment.data()));
+  SelectPalette(context, static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE)), TRUE);
 }
 
 class RealDesktop : public testing::Test {
@@ -121,6 +205,24 @@ TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
   EXPECT_EQ(pixel(width / 3, height * 2 / 3), RGB(255, 0, 0));
 }
 
+TEST_F(RealDesktop, WhatTheSystemRecordsIsTaken) {
+  for (const auto draw : {drawBitmaps, drawShapes, drawTexts}) {
+    const RECT frame{0, 0, 3000, 3000};
+    const HDC context = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Tests\0Drawing\0");
+    draw(context);
+    const MetafileHandle drawing(CloseEnhMetaFile(context));
+    std::string bytes(GetEnhMetaFileBits(drawing.get(), 0, nullptr), '\0');
+    GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
+    EXPECT_EQ(metafileFault(bytes).value_or("sound"), "sound");
+    const FilePath path = pathOf(folder + "\\recorded.emf");
+    const FilePath picture = pathOf(folder + "\\recorded.bmp");
+    world.files.create(path)->write(bytes);
+    EXPECT_TRUE(convertMetafile(services, path, picture));
+    EXPECT_TRUE(world.files.removeFile(picture));
+    world.files.removeFile(path);
+  }
+}
+
 TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
   world.clipboard.open()->replaceByText("text only");
   EXPECT_TRUE(saveClipboardPicture(services).empty());
@@ -128,11 +230,11 @@ TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
   const FilePath broken = pathOf(folder + "\\broken.emf");
   for (const std::string& bytes : {std::string(), std::string("no metafile"), std::string(108, '\1')}) {
     world.files.create(broken)->write(bytes);
-    EXPECT_FALSE(convertMetafile(world, broken, pathOf(folder + "\\x.bmp")));
+    EXPECT_FALSE(convertMetafile(services, broken, pathOf(folder + "\\x.bmp")));
   }
   EXPECT_FALSE(world.files.exists(pathOf(folder + "\\x.bmp")));
   world.files.removeFile(broken);
-  EXPECT_FALSE(convertMetafile(world, broken, pathOf(folder + "\\x.bmp")));
+  EXPECT_FALSE(convertMetafile(services, broken, pathOf(folder + "\\x.bmp")));
 }
 
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {

@@ -1,6 +1,6 @@
-// Tcl commands for the load tests, which ask after the process that they run in: `processCounts` answers the handles,
-// the threads and the committed kilobytes, `processHeaps` the bytes in use in all heaps, or an error when one is
-// damaged.
+// Tcl commands for tests that ask after the process that they run in: `processCounts` answers the handles, the threads
+// and the committed kilobytes, `processHeaps` the bytes in use in all heaps, or an error when one is damaged. Those of
+// metafiles_windows.cpp are here too.
 #include <windows.h>
 // after windows.h
 #include <psapi.h>
@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+
+#include "metafiles_windows.h"
 
 namespace {
 
@@ -76,5 +78,6 @@ extern "C" __declspec(dllexport) int Counts_Init(Tcl_Interp* interp) {
   }
   Tcl_CreateObjCommand(interp, "processCounts", processCounts, nullptr, nullptr);
   Tcl_CreateObjCommand(interp, "processHeaps", processHeaps, nullptr, nullptr);
+  createMetafileCommands(interp);
   return TCL_OK;
 }

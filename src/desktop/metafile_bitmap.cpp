@@ -1,0 +1,181 @@
+#include "desktop/metafile_bitmap.h"
+
+#include <algorithm>
+
+namespace vernoxa {
+namespace {
+
+constexpr std::uint32_t coreHeaderBytes = 12;         // BITMAPCOREHEADER
+constexpr std::uint32_t informationHeaderBytes = 40;  // BITMAPINFOHEADER, with which all later ones begin
+constexpr std::uint32_t maskBytes = 12;               // of red, green and blue
+constexpr std::uint32_t largestTable = 256;
+constexpr std::uint64_t mostPacked = 64'000'000;  // points; few bytes of a packed bitmap can ask for any number
+
+enum Compression : std::uint32_t { none = 0, runs8 = 1, runs4 = 2, masks = 3, jpeg = 4, png = 5 };
+
+struct Header {
+  std::uint32_t bytes = 0;
+  std::uint64_t width = 0;
+  std::uint64_t height = 0;  // of either direction
+  std::uint32_t planes = 0;
+  std::uint32_t bitCount = 0;
+  std::uint32_t compression = none;
+  std::uint32_t imageBytes = 0;
+  std::uint32_t colours = 0;
+
+  bool packed() const { return compression == runs8 || compression == runs4; }
+  bool foreign() const { return compression == jpeg || compression == png; }
+  std::uint64_t rowBytes() const { return (width * bitCount + 31) / 32 * 4; }
+};
+
+// A height below zero counts from the top down; a width below zero stays too large for anything.
+std::uint64_t magnitude(std::uint32_t height) {
+  return height <= 0x80000000U ? height : 0x100000000U - height;
+}
+
+Header readHeader(const MetafileRecord& bytes) {
+  Header header;
+  header.bytes = bytes.number(0);
+  if (header.bytes == coreHeaderBytes) {
+    header.width = bytes.shortNumber(4);
+    header.height = bytes.shortNumber(6);
+    header.planes = bytes.shortNumber(8);
+    header.bitCount = bytes.shortNumber(10);
+    return header;
+  }
+  header.width = bytes.number(4);
+  header.height = magnitude(bytes.number(8));
+  header.planes = bytes.shortNumber(12);
+  header.bitCount = bytes.shortNumber(14);
+  header.compression = bytes.number(16);
+  header.imageBytes = bytes.number(20);
+  header.colours = bytes.number(32);
+  return header;
+}
+
+bool isKnownFormat(const Header& header) {
+  switch (header.bitCount) {
+    case 0:
+      return header.foreign();
+    case 1:
+      return header.compression == none;
+    case 4:
+      return header.compression == none || header.compression == runs4;
+    case 8:
+      return header.compression == none || header.compression == runs8;
+    case 16:
+    case 32:
+      return header.compression == none || header.compression == masks;
+    case 24:
+      return header.compression == none || header.foreign();
+    default:
+      return false;
+  }
+}
+
+// Players count the entries of a table by its own number first, whatever the bits of a point would need.
+std::uint64_t tableBytes(const Header& header, std::uint32_t usage) {
+  if (usage == 2 && header.bitCount == 1) {
+    return 0;  // a mask
+  }
+  const std::uint32_t usual = header.bitCount <= 8 && !header.foreign() ? 1U << header.bitCount : 0;
+  const std::uint32_t entries = header.colours != 0 ? std::min(header.colours, largestTable) : usual;
+  const std::uint32_t colourBytes = header.bytes == coreHeaderBytes ? 3 : 4;
+  return std::uint64_t{entries} * (usage == 1 ? 2 : colourBytes);
+}
+
+std::uint64_t bytesBeforeTable(const Header& header) {
+  return header.compression == masks ? std::max(header.bytes, informationHeaderBytes + maskBytes) : header.bytes;
+}
+
+// Every run and every piece of single points ends within the bits.
+bool runsEndWithin(const MetafileRecord& bits, std::uint32_t bitCount) {
+  std::size_t index = 0;
+  while (bits.holds(index, 2)) {
+    const std::uint32_t pair = bits.shortNumber(index);
+    const std::uint32_t value = pair >> 8U;
+    index += 2;
+    if ((pair & 0xFFU) != 0 || value == 0) {
+      continue;  // a run, or the end of a row
+    }
+    if (value == 1) {
+      return true;  // the end of the picture
+    }
+    const std::size_t more = value == 2 ? 2 : (std::size_t{value} * bitCount + 15) / 16 * 2;
+    if (!bits.holds(index, more)) {
+      return false;
+    }
+    index += more;
+  }
+  return true;
+}
+
+Fault packedFault(const Header& header, std::string_view bits) {
+  if (header.width * header.height > mostPacked) {
+    return "a packed bitmap is too large";
+  }
+  if (header.imageBytes == 0 || header.imageBytes > bits.size()) {
+    return "a packed bitmap has fewer bytes than it says";
+  }
+  return runsEndWithin(MetafileRecord(bits.substr(0, header.imageBytes)), header.bitCount)
+             ? nullptr
+             : "a packed bitmap ends within a run";
+}
+
+Fault bitsFault(const Header& header, std::string_view bits, const BitmapInRecord& bitmap) {
+  if (header.foreign()) {
+    return header.imageBytes <= bits.size() ? nullptr : "a bitmap has fewer bytes than it says";
+  }
+  if (header.packed()) {
+    return bitmap.exact ? "a bitmap that may not be packed is" : packedFault(header, bits);
+  }
+  const std::uint64_t rows = bits.size() / header.rowBytes();
+  if (rows < std::min<std::uint64_t>(header.height, bitmap.rows)) {
+    return "a bitmap has fewer bits than its size needs";
+  }
+  return bitmap.exact && bits.size() > header.rowBytes() * header.height
+             ? "a bitmap has more bits than its size has room for"
+             : nullptr;
+}
+
+}  // namespace
+
+bool hasNoBitmap(const MetafileRecord& record, std::size_t place) {
+  return record.number(place) == 0 && record.number(place + 4) == 0 && record.number(place + 8) == 0 &&
+         record.number(place + 12) == 0;
+}
+
+Fault missingBitmapFault(const MetafileRecord& record) {
+  const auto isFar = [&](std::size_t upperHalf) {
+    return record.shortNumber(upperHalf) != 0 && record.shortNumber(upperHalf) != 0xFFFF;
+  };
+  return isFar(10) || isFar(14) ? "it has no bitmap, and bounds far away" : nullptr;
+}
+
+Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
+  const std::uint32_t headerAt = record.number(bitmap.place);
+  const std::uint32_t headerBytes = record.number(bitmap.place + 4);
+  const std::uint32_t bitsAt = record.number(bitmap.place + 8);
+  const std::uint32_t bitsBytes = record.number(bitmap.place + 12);
+  if (!record.holds(headerAt, headerBytes) || !record.holds(bitsAt, bitsBytes)) {
+    return "a bitmap lies outside";
+  }
+  const Header header = readHeader(MetafileRecord(record.part(headerAt, headerBytes)));
+  if ((header.bytes != coreHeaderBytes && header.bytes < informationHeaderBytes) || header.bytes > headerBytes) {
+    return "the header of a bitmap has no known size";
+  }
+  if (header.width == 0 || header.height == 0 || header.width > std::numeric_limits<std::int32_t>::max()) {
+    return "a bitmap has no size";
+  }
+  if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2) {
+    return "a bitmap is of no known format";
+  }
+  // Without a table some players read one all the same, from what follows.
+  const std::uint64_t room = bitmap.usage == 2 ? std::uint64_t{headerBytes} + bitsBytes : headerBytes;
+  if (bytesBeforeTable(header) > headerBytes || bytesBeforeTable(header) + tableBytes(header, bitmap.usage) > room) {
+    return "the colours of a bitmap lie outside";
+  }
+  return bitsFault(header, record.part(bitsAt, bitsBytes), bitmap);
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,26 @@
+// Texts, regions and corners within the records of a metafile.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "desktop/metafile_record.h"
+
+namespace vernoxa {
+
+constexpr std::size_t textBytes = 40;  // of the description of a text, [MS-EMF] 2.2.5
+
+// `at` is that of the description: reference point, characters, their place, options, rectangle, place of the advances.
+// Players differ on whether a text may come without advances.
+Fault textFault(const MetafileRecord& record, std::size_t at, std::size_t characterBytes, bool advancesNeeded);
+
+// Of a record that holds a short text and nothing else.
+Fault smallTextFault(const MetafileRecord& record);
+
+// So many bytes from there on.
+Fault regionFault(const MetafileRecord& record, std::size_t at, std::uint32_t bytes);
+
+// Of a record that fills shapes with colours between those of their corners, and holds nothing else.
+Fault gradientFault(const MetafileRecord& record);
+
+}  // namespace vernoxa

@@ -1,0 +1,73 @@
+#include "desktop/metafile_player_windows.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <span>
+
+#include "desktop/metafile_extent.h"
+
+namespace vernoxa {
+namespace {
+
+bool isFar(std::int64_t position) {
+  return position < -farthestDrawn || position > farthestDrawn;
+}
+
+LONG within32Bits(std::int64_t position) {
+  return static_cast<LONG>(
+      std::clamp<std::int64_t>(position, std::numeric_limits<LONG>::min(), std::numeric_limits<LONG>::max()));
+}
+
+bool allNear(HDC context, std::span<POINT> corners, POINT origin = {}) {
+  return LPtoDP(context, corners.data(), static_cast<int>(corners.size())) != 0 &&
+         std::none_of(corners.begin(), corners.end(), [origin](const POINT& corner) {
+           return isFar(std::int64_t{corner.x} - origin.x) || isFar(std::int64_t{corner.y} - origin.y);
+         });
+}
+
+// As wide as it draws where the record stands.
+bool hasUsualPen(HDC context) {
+  const HGDIOBJ pen = GetCurrentObject(context, OBJ_PEN);
+  LONG width = 0;
+  LOGPEN simple{};
+  std::array<std::byte, 256> extended{};  // with more dashes than a pen may have
+  if (GetObjectW(pen, sizeof simple, &simple) == sizeof simple) {
+    width = simple.lopnWidth.x;
+  } else if (GetObjectW(pen, extended.size(), extended.data()) != 0) {
+    width = static_cast<LONG>(reinterpret_cast<const EXTLOGPEN*>(extended.data())->elpWidth);
+  }
+  std::array<POINT, 1> origin{};
+  std::array<POINT, 2> ends = {POINT{width, 0}, POINT{0, width}};
+  return LPtoDP(context, origin.data(), 1) != 0 && allNear(context, ends, origin.front());
+}
+
+bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
+  const MetafileRecord bytes(std::string_view(reinterpret_cast<const char*>(&record), record.nSize));
+  if (const auto extent = drawnExtent(bytes)) {
+    const LONG left = within32Bits(extent->left);
+    const LONG top = within32Bits(extent->top);
+    const LONG right = within32Bits(extent->right);
+    const LONG bottom = within32Bits(extent->bottom);
+    std::array<POINT, 4> corners = {POINT{left, top}, POINT{right, top}, POINT{right, bottom}, POINT{left, bottom}};
+    return !allNear(context, corners) || !hasUsualPen(context);
+  }
+  return drawsPath(bytes) && !hasUsualPen(context);
+}
+
+int CALLBACK playRecord(HDC context, HANDLETABLE* objects, const ENHMETARECORD* record, int count, LPARAM) {
+  if (!drawsFarOut(context, *record)) {
+    PlayEnhMetaFileRecord(context, objects, record, static_cast<UINT>(count));
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+void playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole) {
+  EnumEnhMetaFile(context, metafile, playRecord, nullptr, &whole);
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,31 @@
+// The kinds of records of an enhanced metafile: how long each is at least, and how its counts and offsets are checked.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "desktop/metafile_record.h"
+
+namespace vernoxa {
+
+// What a player keeps while it plays.
+struct PlayerState {
+  std::vector<bool> objects;      // those made, by their number; number 0 is the metafile itself
+  std::uint32_t savedStates = 0;  // of what it draws on
+  int depth = 0;                  // metafiles around this one
+};
+
+struct RecordRow {
+  std::uint32_t type = 0;
+  const char* name = "";       // [MS-EMF] 2.1.1, without "EMR_"
+  std::size_t fixedBytes = 0;  // from the record's beginning, without what is counted; the check runs only then
+  Fault (*check)(const MetafileRecord&, PlayerState&) = nullptr;  // null: the record is no longer than that
+};
+
+// Null for a number that no kind of record has, that of the header included, which is the first record alone.
+const RecordRow* findRecordRow(std::uint32_t type);
+
+constexpr std::uint32_t endOfFileRecord = 14;
+
+}  // namespace vernoxa

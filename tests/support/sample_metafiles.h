@@ -1,0 +1,30 @@
+// Sound metafiles that together hold every kind of record, and ones that were spoilt.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vernoxa {
+
+struct SampleMetafile {
+  const char* name = "";
+  std::string bytes;
+};
+
+// Each of one kind of records and under 3 KB. Drawn by the system, each makes a small picture.
+std::vector<SampleMetafile> sampleMetafiles();
+
+// Where a metafile's first record of that type begins, by the sizes that its records give; npos without one.
+std::size_t findRecord(std::string_view metafile, std::uint32_t type);
+
+// Another 32-bit number at that place, its low byte first.
+std::string withNumber(std::string bytes, std::size_t place, std::uint32_t number);
+
+// One of the samples with a few numbers, sizes, records or bytes changed; the same for the same seed. Now and then it
+// is still a sound one.
+SampleMetafile spoiltMetafile(std::uint32_t seed);
+
+}  // namespace vernoxa
