@@ -1,30 +1,43 @@
 #!/bin/bash
-# Installs the missing ones of the distribution's packages that building, testing and looking need.
-# With --complete it only answers whether none is missing.
+# Installs those of the distribution's packages that are missing for a purpose: packages.sh work|report|browser
+# With --complete behind it, it only answers whether none is missing.
 set -eu
+source "$(dirname "${BASH_SOURCE[0]}")/release.sh"
 
-packages=(
-  # the cross build
-  g++-mingw-w64-x86-64-posix cmake ninja-build make ccache
-  # Windows programs, on a screen that nobody sees
-  wine wine64 xvfb
-  # Chinese, in the windows that Wine draws, in browsers and in pictures
-  fonts-wqy-microhei
-  # the native build, its tests and its tools
-  g++ gcc clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev libgmock-dev tcl8.6 tcl8.6-dev
-  # the stand-ins and the scripts
-  python3 python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
-  # the set-up itself
-  dpkg-dev locales patch xz-utils
-)
+case $1 in
+  work)
+    packages=(
+      # the cross build
+      g++-mingw-w64-x86-64-posix cmake ninja-build make ccache
+      # Windows programs, on a screen that nobody sees
+      wine wine64 xvfb
+      # Chinese, in the windows that Wine draws, in browsers and in pictures
+      fonts-wqy-microhei
+      # the native build, its tests and its tools
+      g++ gcc clang clang-format clang-tidy "libclang-rt-$clang_version-dev" googletest libgtest-dev libgmock-dev
+      tcl8.6 tcl8.6-dev
+      # the stand-ins and the scripts
+      python3 python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
+      # the set-up itself
+      dpkg-dev locales patch xz-utils
+    )
+    ;;
+  report)  # a Node.js from elsewhere brings its own npm
+    packages=()
+    command -v npm >/dev/null || packages=(nodejs npm)
+    ;;
+  browser) packages=(chromium fonts-noto-core) ;;  # the Chinese font is there already
+esac
 
-installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${packages[@]}" 2>/dev/null | sed -n 's/ installed$//p')
+installed=
+[ ${#packages[@]} = 0 ] ||
+  installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${packages[@]}" 2>/dev/null | sed -n 's/ installed$//p')
 missing=()
 for package in "${packages[@]}"; do
   grep -qxF "$package" <<<"$installed" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
-[ "${1:-}" != --complete ] || exit 1
+[ "${2:-}" != --complete ] || exit 1
 
 as_root=()
 if [ "$(id -u)" != 0 ]; then

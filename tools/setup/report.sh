@@ -3,14 +3,6 @@
 set -eu
 source "$(dirname "${BASH_SOURCE[0]}")/environment.sh"
 
-if ! command -v npm >/dev/null; then
-  as_root=()
-  [ "$(id -u)" = 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get -q update
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=600 \
-    install --no-install-recommends nodejs npm
-fi
-
 mkdir -p "$VERNOXA_DEPS/report"
 cp "$VERNOXA_ROOT"/tools/report/package.json "$VERNOXA_ROOT"/tools/report/package-lock.json "$VERNOXA_DEPS/report"
 cd "$VERNOXA_DEPS/report"
