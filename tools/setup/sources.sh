@@ -15,7 +15,10 @@ apt_get() {
 }
 cd "$VERNOXA_DEPS/src"
 apt_get update
-apt_get source --download-only tcl8.6 cjson
-dpkg-source -q -x tcl8.6_*.dsc tcl
+apt_get source --download-only cjson
 dpkg-source -q -x cjson_*.dsc cjson
+# What the release changes in Tcl is not for Windows: its makers' own source is enough.
+apt_get source --tar-only tcl8.6
+mkdir tcl
+tar -xf tcl8.6_*.orig.tar.* -C tcl --strip-components=1
 rm -rf "$apt"
