@@ -79,6 +79,13 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return vernoxa::allocate(size);
 }
+// std::stable_sort asks this way, and gives back the other.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return vernoxa::allocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return vernoxa::allocateOrNull(size);
+}
 void operator delete(void* block) noexcept {
   vernoxa::release(block);
 }
