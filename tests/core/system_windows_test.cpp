@@ -74,7 +74,7 @@ std::vector<std::string> tell(Files& files, const FilePath& root) {
   journal.note("copy to nowhere", std::to_string(files.copyFile(file, folder / "none" / "d.txt").error));
   files.create(folder / "c.txt")->write("c's content");
   journal.note("rename", files.replaceFile(folder / "c.txt", folder / "d.txt"));
-  journal.note("rename over", files.replaceFile(folder / "d.txt", folder / "B.txt"));
+  journal.note("rename over", files.replaceFile(folder / "d.txt", folder / "b.txt"));
   journal.note("start", files.readStart(folder / "b.txt", 3).value_or("nothing"));
   journal.note("rename nothing", files.replaceFile(folder / "c.txt", folder / "b.txt"));
   journal.note("rename over a folder", files.replaceFile(folder / "b.txt", folder));
