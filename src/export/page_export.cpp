@@ -35,7 +35,7 @@ void PageExport::addPageRecord(const Record& record, const Services& services) {
     schematicName_ = record.given(1);
   } else if (record.kind() == "Page") {
     if (document_ && document_->hasPage()) {
-      write(openPage_, services);
+      write(PageNames(openPage_), services);
     }
     document_.reset();  // written; should memory run out now, what follows must not be drawn on it
     PageNames names{schematicName_, std::string(record.given(1)), std::string(record.given(4))};
@@ -65,8 +65,13 @@ void PageExport::finish(const PageNames& names, const Services& services) {
 }
 
 void PageExport::write(const PageNames& names, const Services& services) {
+  // Converting a name may show a message box, in whose event loop the host may end or renew the export.
+  const std::string name = pageFileName(names, services.text);
+  if (!document_) {
+    return;
+  }
   const FilePath folder = makeOutputFolder(services.world.files, services.state.link.baseDirectory());
-  writeWholeFile(services.world, folder / pageFileName(names, services.text), WhenHeld::writeInPlace,
+  writeWholeFile(services.world, folder / name, WhenHeld::writeInPlace,
                  [this](OutputFile& file) { return document_->writeTo(file); });
 }
 

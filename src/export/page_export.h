@@ -43,6 +43,7 @@ class PageExport {
   std::optional<bool> oldHost;
 
  private:
+  // Names of its own: the open page's may change meanwhile.
   void write(const PageNames& names, const Services& services);
 
   std::optional<PageDocument> document_;

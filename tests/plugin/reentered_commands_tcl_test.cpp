@@ -55,7 +55,8 @@ constexpr const char* module =
 // One load of the plug-in, and what a call of it shows to the outside.
 class Stage {
  public:
-  explicit Stage(bool disturbed) : disturbed_(disturbed) {
+  // `disturbance`: a script for the event loops; none for nullptr.
+  explicit Stage(const char* disturbance) : disturbance_(disturbance) {
     fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     fake.files.addFile("C:\\Mods\\m.json", module);
     fake.files.addFolder("C:\\App\\Cache\\Output");
@@ -105,14 +106,14 @@ class Stage {
       return;
     }
     seen.push_back(what);
-    if (disturbed_) {
+    if (disturbance_ != nullptr) {
       disturbing_ = true;
-      EXPECT_EQ(interp.evaluate(worst).status, 0) << interp.evaluate("set errorInfo").text;
+      EXPECT_EQ(interp.evaluate(disturbance_).status, 0) << interp.evaluate("set errorInfo").text;
       disturbing_ = false;
     }
   }
 
-  const bool disturbed_;
+  const char* const disturbance_;
   bool disturbing_ = false;
   World world_ = fake.world();
   PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world_, pathOf("C:\\App\\bin")), nullptr,
@@ -149,7 +150,7 @@ const std::map<std::string, Sample> samples = {
     {"addToPageList", {{"Text 1 2 {a " + chinese + "} 3 9 0 0"}, openPage}},
     {"addToLibList", {{"Text 1 2 {a " + chinese + "} 3 9 0 0"}, openPage}},
     {"initSVGList", {}},
-    {"outputSVGFile", {{chinese + " P x y K"}, openPage}},
+    {"outputSVGFile", {{"\xB5\xE7 P x y K"}, openPage}},  // in the code page
     {"GetClipBoardPic", {}},
     {"GetMousePosition", {}},
     {"outputError", {{chinese}}},
@@ -191,7 +192,7 @@ struct Shown {
 };
 
 Shown show(const std::string& command, const Sample& sample, bool conversionsFail, bool disturbed) {
-  Stage stage(disturbed);
+  Stage stage(disturbed ? worst : nullptr);
   stage.interp.evaluate(sample.before);
   stage.seen.clear();
   stage.fake.codePage.throwing = conversionsFail;  // they show a box then
@@ -231,13 +232,12 @@ TEST(ReenteredCommands, NoCommandLooksAtWhatAScriptTookAway) {
   }
   // These neither show a box nor evaluate. One that comes to stand here by mistake was not tried.
   EXPECT_THAT(undisturbed,
-              testing::ElementsAre("sendCloseFile", "serverLinkBreak", "getOpenFileCount", "getGenerateGuid",
-                                   "selectAddOrRemoveFromBom", "sendSaveFile", "initSVGList", "outputSVGFile",
-                                   "GetClipBoardPic", "GetMousePosition", "initMarketFile", "addMarketPartList",
-                                   "addMarketLibList", "outputMarketFile", "getOlbPath", "afterPlace", "getNewOlbPath",
-                                   "GetResPath", "pressEnter", "getSelfUserId", "removeDatFile", "checkCharIllegal",
-                                   "initGraphicFile", "addGraphicLibList", "outputGraphicFile", "writeToClipboard",
-                                   "execTool"));
+              testing::ElementsAre(
+                  "sendCloseFile", "serverLinkBreak", "getOpenFileCount", "getGenerateGuid", "selectAddOrRemoveFromBom",
+                  "sendSaveFile", "initSVGList", "GetClipBoardPic", "GetMousePosition", "initMarketFile",
+                  "addMarketPartList", "addMarketLibList", "outputMarketFile", "getOlbPath", "afterPlace",
+                  "getNewOlbPath", "GetResPath", "pressEnter", "getSelfUserId", "removeDatFile", "checkCharIllegal",
+                  "initGraphicFile", "addGraphicLibList", "outputGraphicFile", "writeToClipboard", "execTool"));
 }
 
 Json valueFor(const Member& member) {
@@ -278,6 +278,21 @@ TEST(ReenteredCommands, ABoxOfThePacketDoorIsReenteredByAPacket) {
     EXPECT_EQ(shown.result, "0 7a7a");
     EXPECT_EQ(shown.locks, 2);
   }
+}
+
+// The host ends the export in a box that the name of its last page leads to.
+TEST(ReenteredCommands, AnExportMayEndInsideItsOwnBox) {
+  Stage stage("outputSVGFile {S P x y K}");
+  stage.interp.evaluate("initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}");
+  stage.fake.codePage.throwing = true;
+  EXPECT_EQ(stage.call("addToPageList", {"Page Q 3 4 L"}), "0 ");
+  EXPECT_EQ(stage.seen.back(), "box GBK格式异常");
+  stage.fake.codePage.throwing = false;
+  EXPECT_EQ(stage.call("outputSVGFile", {"S Q x y L"}), "0 ");
+  const std::string folder = "C:\\App\\Cache\\Output\\";
+  EXPECT_EQ(stage.fake.files.entries(pathOf("C:\\App\\Cache\\Output")).size(), 2U);
+  EXPECT_THAT(stage.fake.files.bytes(folder + "S@!@P@!@K.json"), testing::HasSubstr("\"id\":\t\"P\""));
+  EXPECT_THAT(stage.fake.files.bytes(folder + "S@!@Q@!@L.json"), testing::HasSubstr("\"id\":\t\"Q\""));
 }
 
 }  // namespace
