@@ -18,9 +18,14 @@ std::string takeName(std::string_view& path) {
   return name;
 }
 
-// As Windows resolves a path: no "." and "..", no dots and spaces where names end.
+// As Windows resolves a path: no "." and "..", no dots and spaces where names end. What begins with "\\", the name of a
+// server or "?" and ".", stays as it is.
 std::string resolved(std::string_view path) {
   std::vector<std::string> names;
+  if (path.starts_with("\\\\") || path.starts_with("//")) {
+    path.remove_prefix(2);
+    names.push_back("\\\\" + takeName(path));
+  }
   while (!path.empty()) {
     std::string name = takeName(path);
     if (name == ".." && names.size() > 1) {

@@ -303,6 +303,12 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
   EXPECT_THAT(files(), SizeIs(12));  // and no library left behind
+  // The drive of a path as the system itself writes it begins no other name.
+  for (const char* path : {"\\\\?\\C:\\Mods\\own.json", "\\\\.\\C:\\Mods\\own.json"}) {
+    with_.fake.files.addFile(path, "");
+    removePlacementFile(with_.services, pathOf(path));
+    EXPECT_FALSE(with_.fake.files.exists(path)) << path;
+  }
 }
 
 // A script may run the host's event loop and with it the next placing command.

@@ -168,14 +168,14 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
 TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
   PlacementContext& placement = with_.state.placement;
   placement.dsnDatPath = "C:\\Mods\\m.json";
-  placement.libraryBaseName = "5";
+  placement.libraryBaseName = "AZ5";
   placement.backupBaseName = "6";
-  for (const char* name : {"5.olb", "5_0.OBK", "6.olb", "m.json", "7.olb"}) {
+  for (const char* name : {"AZ5.olb", "AZ5_0.OBK", "6.olb", "m.json", "7.olb"}) {
     with_.fake.files.addFile(std::string("C:\\Mods\\") + name, "");
   }
   run(removeDatFile, {});  // none of the libraries was made here
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
-  for (const char* path : {"c:/mods/5.OLB", "C:\\Mods\\5_0.obk", "C:\\Mods/6.olb"}) {
+  for (const char* path : {"c:/mods/az5.OLB", "C:\\Mods\\az5_0.obk", "C:\\Mods/6.olb"}) {
     noteMadeLibrary(with_.services, pathOf(path));
   }
   run(removeDatFile, {});
