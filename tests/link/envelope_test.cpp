@@ -36,5 +36,15 @@ TEST(Envelope, RequestsThatNameNoCommandHaveNoReply) {
   }
 }
 
+TEST(Envelope, MessagesBeyondTheBoundsAreLoggedNotPrinted) {
+  FakeServices with;
+  with.enableTraffic();
+  const std::string deep(1001, '[');
+  EXPECT_FALSE(parseMessage(deep, with.services));
+  EXPECT_EQ(errorReply("x", deep, with.fake.output), std::nullopt);
+  EXPECT_EQ(with.traffic(), "JSON refused: nested deeper than 1000 levels");
+  EXPECT_EQ(with.fake.output.text(), "");
+}
+
 }  // namespace
 }  // namespace vernoxa
