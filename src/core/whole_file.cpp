@@ -13,16 +13,17 @@ enum class Written { whole, partly, notBegun };
 
 // Gone again unless it was written whole.
 Written write(Files& files, const FilePath& path, const WriteContent& content) {
-  const auto file = files.create(path);
+  auto file = files.create(path);
   if (!file) {
     return Written::notBegun;
   }
   TemporaryFile unfinished(files, path);
-  if (!content(*file)) {
-    return Written::partly;
+  const bool whole = content(*file);
+  file.reset();  // what is open goes only when it is closed
+  if (whole) {
+    unfinished.keep();
   }
-  unfinished.keep();
-  return Written::whole;
+  return whole ? Written::whole : Written::partly;
 }
 
 // Short, and not the name of any page or library; another editor writes under another one.

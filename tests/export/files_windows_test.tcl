@@ -38,7 +38,8 @@ proc holds {path text} {
   return [expr {[string first $text [bytes $path]] >= 0}]
 }
 
-set root [file join $env(TEMP) vernoxa-files-[pid]]
+set root [file join $env(TEMP) vernoxa-files]
+catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
 file mkdir $root/bin
 file copy [lindex $argv 0] $root/bin/Vernoxa64.dll
 namespace eval ::capGenerateBOMUtil {}
@@ -109,16 +110,15 @@ check "nothing left beside" [concat {*}[lmap folder [list $output $library $root
 
 # --- links ----------------------------------------------------------------------------------------------------------
 
-# Wine shows a link of its own system as one; Windows itself would need a right for it, and none is made there.
+# Made by a program of the system that Wine runs on, and shown by Wine as a link.
 put $root/elsewhere/kept.txt "kept"
 put $output/folder/deep/old.txt "old"
-set former [pwd]
-cd $output
-if {![catch {exec Z:/bin/ln -s ../../elsewhere link}]} {
-  cd $former
-  check "the link leads there" [bytes $output/link/kept.txt] kept
+set link [exec winepath.exe -u [file nativename $output/link]]
+exec start.exe /unix /bin/ln -s ../../elsewhere $link
+for {set wait 0} {$wait < 100 && ![file exists $output/link/kept.txt]} {incr wait} {
+  after 50
 }
-cd $former
+check "the link leads there" [bytes $output/link/kept.txt] kept
 initSVGList
 check "behind a link nothing is lost" [bytes $root/elsewhere/kept.txt] kept
 check "a folder goes with what it holds" [file exists $output/folder] 0
