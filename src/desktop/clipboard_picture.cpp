@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <utility>
 
 #include "core/clipboard.h"
 #include "core/code_page.h"
@@ -13,6 +12,7 @@
 #include "core/log.h"
 #include "core/services.h"
 #include "core/state.h"
+#include "core/temporary_file.h"
 #include "core/world.h"
 #include "desktop/bitmap_file.h"
 #include "desktop/metafile_check.h"
@@ -42,24 +42,6 @@ std::optional<int> distance(int first, int second, int pixels, int millimetres) 
   return between > 0 && between <= std::numeric_limits<int>::max() ? std::optional(static_cast<int>(between))
                                                                    : std::nullopt;
 }
-
-class TemporaryFile {
- public:
-  TemporaryFile(Files& files, FilePath path) : files_(files), path_(std::move(path)) {}
-  ~TemporaryFile() {
-    try {
-      files_.removeFile(path_);
-    } catch (...) {
-      return;  // it stays until the next picture; a destructor has nobody to tell
-    }
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
- private:
-  Files& files_;
-  FilePath path_;
-};
 
 // Each step can fail without a word: what comes after it says so.
 void makeFolders(Files& files, const FilePath& cache) {
