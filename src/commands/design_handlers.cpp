@@ -11,6 +11,7 @@
 #include "core/text.h"
 #include "core/user_messages.h"
 #include "core/world.h"
+#include "link/file_status.h"
 
 namespace vernoxa {
 namespace {
@@ -30,10 +31,12 @@ bool isOpenInHost(HandlerContext& context, const std::string& path, const std::s
   bool open = false;
   for (const std::string& entry : splitItems(openPaths, ';')) {
     const std::string candidate = comparablePath(text.hostPath(entry));
+    const std::string told = comparablePath(text.scriptValue(designName(context.services, entry)));
+    const bool same = candidate == wanted || (!told.empty() && told == wanted);
     context.log.writeLine("open file:" + replyValue(context, entry));
     if (candidate.find('/') == std::string::npos) {
       context.services.world.messages.show(u8"文件一打开路径异常", MessageIcon::none);
-    } else if (candidate == wanted) {
+    } else if (same) {
       open = true;
     }
   }

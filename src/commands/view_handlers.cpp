@@ -7,6 +7,7 @@
 #include "core/services.h"
 #include "core/user_messages.h"
 #include "core/world.h"
+#include "link/file_status.h"
 
 namespace vernoxa {
 namespace {
@@ -21,7 +22,7 @@ Parts elementsOf(const Evaluation& answer, HandlerContext& context) {
 // A project is a list of its path and its page names.
 Json openProject(const Parts& parts, HandlerContext& context) {
   Json project = Json::object();
-  project.add("ProjectPath", parts.empty() ? std::string() : replyValue(context, parts.front()));
+  project.add("ProjectPath", parts.empty() ? std::string() : designName(context.services, parts.front()));
   const JsonView pages = project.add("Pages", Json::array());
   for (std::size_t index = 1; index < parts.size(); ++index) {
     project.appendTo(pages, Json::string(replyValue(context, parts[index])));

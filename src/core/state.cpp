@@ -54,4 +54,15 @@ std::string LinkState::takeAwaitedCount() {
   return std::exchange(awaitedCount_, {});
 }
 
+std::string LinkState::otherNameOf(const std::string& hostPath) const {
+  const std::lock_guard lock(guard_);
+  const auto found = otherNames_.find(hostPath);
+  return found == otherNames_.end() ? std::string() : found->second;
+}
+
+bool LinkState::keepOtherName(const std::string& hostPath, const std::string& name) {
+  const std::lock_guard lock(guard_);
+  return otherNames_.insert_or_assign(hostPath, name).second;
+}
+
 }  // namespace vernoxa

@@ -38,11 +38,18 @@ class LinkState {
   void setAwaitedCount(std::string hostPath);
   std::string takeAwaitedCount();
 
+  // What messages call a design that the code page has no name for, kept for when its file is gone; empty while nothing
+  // does. By the path as the host gave it.
+  std::string otherNameOf(const std::string& hostPath) const;
+  // True for the first word on that design.
+  bool keepOtherName(const std::string& hostPath, const std::string& name);
+
  private:
   mutable std::mutex guard_;
   FilePath baseDirectory_;
   FilePath hostInstallPath_;
   std::string awaitedCount_;
+  std::map<std::string, std::string> otherNames_;
   bool clientCreated_ = false;
   bool refusedAtOnce_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "core/code_page.h"
 #include "core/files.h"
+#include "core/log.h"
 #include "core/path_text.h"
 #include "core/services.h"
 #include "core/state.h"
@@ -32,10 +33,30 @@ Json fileStatus(Json data) {
   return message;
 }
 
+// A short name, which the code page has, opens the same file.
+std::string otherName(const Services& services, const std::string& hostPath, const FilePath& path) {
+  LinkState& link = services.state.link;
+  std::string name = link.otherNameOf(hostPath);
+  if (name.empty()) {
+    name = services.text.nameInCodePage(services.world.files.shortPath(path)).value_or("");
+    if (link.keepOtherName(hostPath, name) && name.empty()) {
+      services.logs.openTraffic().writeLine("not reported, no name in the code page: " +
+                                            services.text.utf8ToAnsi(hostPath));
+    }
+  }
+  return name;
+}
+
 }  // namespace
 
 std::string designName(const Services& services, std::string_view hostPath) {
-  return services.text.messageText(hostPath);
+  const auto plain = looksLikeUtf8Chinese(hostPath) ? utf8OfTcl(hostPath) : std::nullopt;
+  if (!plain) {
+    return std::string(hostPath);
+  }
+  const FilePath path = FilePath::fromUtf8(*plain);
+  const auto name = services.text.nameInCodePage(path);
+  return name ? *name : otherName(services, std::string(hostPath), path);
 }
 
 Json openedMessage(const Services& services, std::string_view hostPath, std::string_view pinCount) {

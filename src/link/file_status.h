@@ -12,6 +12,8 @@ namespace vernoxa {
 struct Services;
 
 // The name by which messages know a design (code page): the host's path, converted when it looks like UTF-8 Chinese.
+// Where the code page lacks a character of it, the short name that the system keeps for the file; empty when there is
+// none, with one line in the traffic log for each design: it is not told.
 // Made once from what the host gave: the bytes of a converted name can look like UTF-8 too.
 std::string designName(const Services& services, std::string_view hostPath);
 

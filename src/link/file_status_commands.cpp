@@ -33,7 +33,7 @@ std::string pinCountFor(ScriptHost& host, std::string_view path) {
 CommandResult readOpenPath(CommandCall& call, Services& services) {
   services.logs.openTraffic().writeLine("5962");
   const std::string path(call.arguments.text(1));
-  if (path.empty()) {
+  if (designName(services, path).empty()) {
     return {};
   }
   const Json message = openedMessage(services, path, pinCountFor(call.host, path));
@@ -43,13 +43,13 @@ CommandResult readOpenPath(CommandCall& call, Services& services) {
 
 CommandResult sendSaveFile(CommandCall& call, Services& services) {
   const std::string_view path = call.arguments.text(1);
-  return path.empty() ? CommandResult() : packetResult(services, savedMessage(services, path));
+  return designName(services, path).empty() ? CommandResult() : packetResult(services, savedMessage(services, path));
 }
 
 CommandResult sendCloseFile(CommandCall& call, Services& services) {
   services.logs.openTraffic().writeLine("6073 Close");
   const std::string_view path = call.arguments.text(1);
-  return path.empty() ? CommandResult() : packetResult(services, closedMessage(services, path));
+  return designName(services, path).empty() ? CommandResult() : packetResult(services, closedMessage(services, path));
 }
 
 CommandResult getOpenFileCount(CommandCall&, Services& services) {

@@ -154,6 +154,20 @@ set reply [replied [packetParserForPthread [packet {{"Command":"GetNetsList","Da
 check "nets" [list [member $reply Result] [file exists [member $reply netlistsFile]]] {0 1}
 check "nets' file" [file exists [file join $project Cache Nets.txt]] 1
 
+# --- designs there, one of which has a file and so a short name ------------------------------------------------------
+
+set there [file nativename [file join $project a.dsn]]
+set missing [file nativename [file join $project none.dsn]]
+writeFile $there design
+check "name that opens the design" [file exists [member [replied [sendSaveFile $there]] FileName]] 1
+set open "$missing;$there"
+set reply [replied [packetParserForPthread [packet {{"Command":"GetNewOpenPath"}}]]]
+set told [expr {$page == 65001 ? $missing : $there}]
+check "design to report" [string match *[string map {\\ \\\\} [file tail $told]]* $reply] 1
+check "design without a name" [expr {[sendSaveFile $missing] eq ""}] [expr {$page != 65001}]
+check "its line in the log" [regexp -all {not reported} [readFile [file join $base Script Log schLog.txt]]] \
+    [expr {$page != 65001}]
+
 # --- placing, by a path in UTF-8 and by one in the page -------------------------------------------------------------
 
 foreach {folder with} [list $foreign utf-8 $named $encoding] {

@@ -9,6 +9,7 @@
 #include "export/drawn.h"
 #include "export/graphic_library.h"
 #include "export/page_export.h"
+#include "link/file_status.h"
 #include "sharing/placement.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
@@ -131,6 +132,35 @@ TEST_P(EveryCodePage, APathIsToldByANameThatOpensIt) {
   const FilePath cyrillic = FilePath::fromUtf8(utf8(u8"E:\\\u0452"));
   EXPECT_EQ(pathText(services, cyrillic), GetParam() == 65001 ? cyrillic.utf8() : "");
   EXPECT_EQ(traffic(), GetParam() == 65001 ? "" : "no name in the code page: E:\\?");
+}
+
+// Of three designs the first has no name that any of these pages knows, and the second a short one.
+TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
+  const bool all = GetParam() == 65001;
+  const std::string nameless = utf8(u8"D:\\測한.dsn");
+  const std::string shortened = utf8(u8"D:\\漢한.dsn");
+  fake.files.addFile(FilePath::fromUtf8(nameless), "");
+  fake.files.addFile(FilePath::fromUtf8(shortened), "");
+  fake.files.shortPaths[FilePath::fromUtf8(shortened)] = pathOf("D:\\6F22~1.DSN");
+  host_.answer("InitPath", nameless + ";" + shortened + ";D:\\b.dsn");
+  std::vector<std::string> reported;
+  for (int poll = 0; poll < 4; ++poll) {
+    std::string reply;
+    dispatch(threadHandlers(), Answers::unknown, R"({"Command":"GetNewOpenPath"})", reply, host_, services);
+    const Json parsed = Json::parse(reply).document;
+    if (const auto path = parsed.member("Data").member("ProjectPath").text()) {
+      reported.push_back(designName(services, *path));
+      dispatch(threadHandlers(), Answers::unknown, openedMessage(services, *path, "1").printUnformatted(), reply, host_,
+               services);
+    }
+  }
+  EXPECT_EQ(reported, all ? std::vector<std::string>({nameless, shortened, "D:\\b.dsn"})
+                          : std::vector<std::string>({"D:\\6F22~1.DSN", "D:\\b.dsn"}));
+  fake.files.removeFile(FilePath::fromUtf8(shortened));  // as its name in messages, it outlives the file
+  EXPECT_EQ(designName(services, shortened), all ? shortened : "D:\\6F22~1.DSN");
+  const auto lines = splitFields(traffic(), '\n');
+  const auto refused = [](const std::string& line) { return line.starts_with("not reported, no name"); };
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), refused), all ? 0 : 1);
 }
 
 }  // namespace
