@@ -38,8 +38,18 @@ proc holds {path text} {
   return [expr {[string first $text [bytes $path]] >= 0}]
 }
 
+# Runs a program of the system that Wine runs on, and waits until the condition holds.
+proc system {condition args} {
+  exec start.exe /unix {*}$args
+  for {set wait 0} {$wait < 200 && ![uplevel #0 [list expr $condition]]} {incr wait} {
+    after 50
+  }
+}
+
+# Of a former run; Wine removes no link.
 set root [file join $env(TEMP) vernoxa-files]
-catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
+set unixRoot [exec winepath.exe -u [file nativename $root]]
+system {![file exists $root]} /bin/rm -rf $unixRoot
 file mkdir $root/bin
 file copy [lindex $argv 0] $root/bin/Vernoxa64.dll
 namespace eval ::capGenerateBOMUtil {}
@@ -110,14 +120,9 @@ check "nothing left beside" [concat {*}[lmap folder [list $output $library $root
 
 # --- links ----------------------------------------------------------------------------------------------------------
 
-# Made by a program of the system that Wine runs on, and shown by Wine as a link.
 put $root/elsewhere/kept.txt "kept"
 put $output/folder/deep/old.txt "old"
-set link [exec winepath.exe -u [file nativename $output/link]]
-exec start.exe /unix /bin/ln -s ../../elsewhere $link
-for {set wait 0} {$wait < 100 && ![file exists $output/link/kept.txt]} {incr wait} {
-  after 50
-}
+system {[file exists $output/link/kept.txt]} /bin/ln -s ../../elsewhere $unixRoot/Cache/Output/link
 check "the link leads there" [bytes $output/link/kept.txt] kept
 initSVGList
 check "behind a link nothing is lost" [bytes $root/elsewhere/kept.txt] kept
