@@ -120,7 +120,7 @@ check "code page in the log" [regexp "\]:\[0-9: -\]+\\.GetACP $page\r\n" [readFi
 # --- file status ----------------------------------------------------------------------------------------------------
 
 check "file status" [member [replied [sendCloseFile "D:\\設計\\a.dsn"]] FileName] \
-    [encoding convertfrom $encoding [encoding convertto $encoding "D:\\設計\\a.dsn"]]
+    [expr {$page == 1252 ? "(none)" : "D:\\設計\\a.dsn"}]
 
 # --- a project that is told in UTF-8 and that hardly any page has a name for -----------------------------------------
 
@@ -165,7 +165,7 @@ set reply [replied [packetParserForPthread [packet {{"Command":"GetNewOpenPath"}
 set told [expr {$page == 65001 ? $missing : $there}]
 check "design to report" [string match *[string map {\\ \\\\} [file tail $told]]* $reply] 1
 check "design without a name" [expr {[sendSaveFile $missing] eq ""}] [expr {$page != 65001}]
-check "its line in the log" [regexp -all {not reported} [readFile [file join $base Script Log schLog.txt]]] \
+check "its line in the log" [regexp -all {not reported[^\r]*none.dsn} [readFile [file join $base Script Log schLog.txt]]] \
     [expr {$page != 65001}]
 
 # --- placing, by a path in UTF-8 and by one in the page -------------------------------------------------------------

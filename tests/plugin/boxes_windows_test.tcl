@@ -1,12 +1,13 @@
 # The boxes and the dialog of the built DLL while scripts run in their event loops: boxes_windows_test.tcl Vernoxa64.dll
-# boxuser.dll
+# boxuser.dll, which lies beside it, does what a user at the boxes would do.
 
 if {![info exists reread]} {
   set reread 1  ;# Tcl took this file for a text in the code page
   source -encoding utf-8 [info script]
   return
 }
-lassign $argv built user
+set built [lindex $argv 0]
+set user [file join [file dirname $built] boxuser.dll]
 set root [file join $env(TEMP) vernoxa-boxes]
 catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
 file mkdir $root/bin
