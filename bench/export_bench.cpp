@@ -10,8 +10,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -164,8 +166,7 @@ class Bench {
   }
   void run(const std::string& script) {
     if (Tcl_Eval(interp_, script.c_str()) != TCL_OK) {
-      std::fprintf(stderr, "%s: %s\n", script.c_str(), Tcl_GetStringResult(interp_));
-      std::exit(1);
+      throw std::runtime_error(script + ": " + Tcl_GetStringResult(interp_));
     }
   }
 
@@ -223,10 +224,7 @@ Measured measureTimes(Bench& bench, int count) {
   return {median(exports), median(ratios)};
 }
 
-}  // namespace
-
-int main(int, char** arguments) {
-  Tcl_FindExecutable(arguments[0]);
+void measure() {
   Bench bench(BENCH_FOLDER "/drawing_records.tcl");
   measureMemory(bench);
   std::printf("%10s %14s %16s %10s %10s\n", "records", "reading, ns", "exporting, ns", "ratio", "file, bytes");
@@ -241,5 +239,17 @@ int main(int, char** arguments) {
   const double treeSeconds = bench.secondsToBuildTree(largest);
   std::printf("%d records: %.2f s as a tree of nodes, %.2f s here; share %.3f (limit 0.2)\n", largest, treeSeconds,
               measured.back().exportSeconds, measured.back().exportSeconds / treeSeconds);
-  return sink == 0 ? 1 : 0;
+}
+
+}  // namespace
+
+int main(int, char** arguments) {
+  try {
+    Tcl_FindExecutable(arguments[0]);
+    measure();
+    return sink == 0 ? 1 : 0;
+  } catch (const std::exception& error) {
+    std::fputs(error.what(), stderr);
+    return 1;
+  }
 }

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,7 +55,7 @@ class CountingHost final : public ScriptHost {
     ++scripts;
     return {true, "1"};
   }
-  std::vector<std::string> splitList(const std::string&) override { return {}; }
+  std::optional<std::vector<std::string>> splitList(const std::string&) override { return {}; }
 
   std::size_t scripts = 0;
 };

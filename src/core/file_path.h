@@ -24,7 +24,7 @@ class FilePath {
   // Up to the last "\"; a path without one stays as it is.
   FilePath folder() const;
 
-  friend auto operator<=>(const FilePath&, const FilePath&) = default;
+  friend auto operator<=>(const FilePath&, const FilePath&) = default;  // NOLINT(modernize-use-nullptr): its own 0
 
  private:
   explicit FilePath(std::string utf8) : utf8_(std::move(utf8)) {}
