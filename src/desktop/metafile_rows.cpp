@@ -73,6 +73,12 @@ Fault restoresState(const MetafileRecord& record, PlayerState& state) {
   return nullptr;
 }
 
+// For a check that needs no state.
+template <Fault (*check)(const MetafileRecord&)>
+Fault only(const MetafileRecord& record, PlayerState&) {
+  return check(record);
+}
+
 // --- items that are counted -----------------------------------------------------------------------------------------
 
 // So many items of so many bytes as the number at `countAt` says, from `first` on.
@@ -129,10 +135,6 @@ Fault comments(const MetafileRecord& record, PlayerState& state) {
   const std::uint32_t bytes = record.number(8);
   return record.holds(first, bytes) ? commentFault(record.part(first, bytes), state.depth)
                                     : "it counts more than it holds";
-}
-
-Fault fillsGradient(const MetafileRecord& record, PlayerState&) {
-  return gradientFault(record);
 }
 
 // --- fonts and pens -------------------------------------------------------------------------------------------------
@@ -197,10 +199,6 @@ Fault writesMany(const MetafileRecord& record, PlayerState&) {
     }
   }
   return nullptr;
-}
-
-Fault writesSmall(const MetafileRecord& record, PlayerState&) {
-  return smallTextFault(record);
 }
 
 // --- regions --------------------------------------------------------------------------------------------------------
@@ -371,7 +369,7 @@ constexpr std::array rows = {
     RecordRow{104, "PIXELFORMAT", 48},
     RecordRow{105, "DRAWESCAPE", 16, counts<12, 16>},
     RecordRow{106, "EXTESCAPE", 16, counts<12, 16>},
-    RecordRow{108, "SMALLTEXTOUT", 36, writesSmall},
+    RecordRow{108, "SMALLTEXTOUT", 36, only<smallTextFault>},
     RecordRow{109, "FORCEUFIMAPPING", 16},
     RecordRow{110, "NAMEDESCAPE", 20, countsTwo<12, 16, 20>},
     RecordRow{111, "COLORCORRECTPALETTE", 24, usesColours},
@@ -380,7 +378,7 @@ constexpr std::array rows = {
     RecordRow{114, "ALPHABLEND", 108, blends},
     RecordRow{115, "SETLAYOUT", 12},
     RecordRow{116, "TRANSPARENTBLT", 108, mayHaveBitmap<84, 80>},
-    RecordRow{118, "GRADIENTFILL", 36, fillsGradient},
+    RecordRow{118, "GRADIENTFILL", 36, only<gradientFault>},
     RecordRow{119, "SETLINKEDUFIS", 12, counts<8, 12, 8>},
     RecordRow{120, "SETTEXTJUSTIFICATION", 16},
     RecordRow{121, "COLORMATCHTOTARGETW", 24, countsTwo<16, 20, 24>},
