@@ -60,11 +60,14 @@ class FakeClipboard final : public Clipboard {
   explicit FakeClipboard(FakeFiles& files) : files_(files) {}
 
   bool held = false;                    // by another program
+  int heldOnce = 0;                     // so many times more
   std::optional<std::string> metafile;  // bytes of the picture on it
   std::optional<std::string> text;
   int openNow = 0;  // by us, now
 
-  std::unique_ptr<ClipboardAccess> open() override { return held ? nullptr : std::make_unique<Opened>(*this); }
+  std::unique_ptr<ClipboardAccess> open() override {
+    return held || heldOnce-- > 0 ? nullptr : std::make_unique<Opened>(*this);
+  }
 
  private:
   class Opened final : public ClipboardAccess {

@@ -12,8 +12,26 @@ namespace {
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t largestPiece = std::size_t{1} << 30U;  // a write takes a 32-bit count
 
-std::wstring wide(const FilePath& path) {
-  return toWide(path.utf8(), CP_UTF8);
+// A path for one call of the system's. While it lives, a drive without a disk makes that call fail, and no box that
+// asks the user for the disk.
+class SystemPath {
+ public:
+  explicit SystemPath(std::wstring text) : text_(std::move(text)) {
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &formerMode_);
+  }
+  ~SystemPath() { SetThreadErrorMode(formerMode_, nullptr); }
+  SystemPath(const SystemPath&) = delete;
+  SystemPath& operator=(const SystemPath&) = delete;
+
+  const wchar_t* c_str() const { return text_.c_str(); }
+
+ private:
+  const std::wstring text_;
+  DWORD formerMode_ = 0;
+};
+
+SystemPath wide(const FilePath& path) {
+  return SystemPath(toWide(path.utf8(), CP_UTF8));
 }
 
 // What a call that fills in a path of that many characters gives; empty when it fails or needs more.
@@ -127,7 +145,7 @@ bool WindowsFiles::replaceFile(const FilePath& from, const FilePath& to) {
 }
 
 CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
-  const std::wstring copy = wide(to);
+  const SystemPath copy = wide(to);
   if (CopyFileW(wide(from).c_str(), copy.c_str(), TRUE) == 0) {
     return failedCopy();
   }

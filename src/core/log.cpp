@@ -43,21 +43,17 @@ std::string inCodePage(const CodePage& codePage, std::string_view line) {
 
 }  // namespace
 
-LogWriter::LogWriter(Clock& clock, const CodePage& codePage, std::unique_ptr<OutputFile> file)
-    : clock_(clock), codePage_(codePage), file_(std::move(file)) {}
-
-LogWriter::LogWriter(LogWriter&&) noexcept = default;
-
-LogWriter::~LogWriter() = default;
-
 void LogWriter::writeLine(std::string_view message) noexcept {
   if (!enabled()) {
     return;
   }
   try {
-    file_->write(withDosLineEnds(stamp(clock_.localTime()).append(inCodePage(codePage_, message)).append("\n")));
+    const std::string line = stamp(clock_.localTime()).append(inCodePage(codePage_, message)).append("\n");
+    if (const auto file = files_.openForAppending(file_)) {
+      file->write(withDosLineEnds(line));
+    }
   } catch (const std::exception&) {
-    file_.reset();  // no memory for a line: the operation that is being logged matters more
+    return;  // no memory for a line: the operation that is being logged matters more
   }
 }
 
@@ -84,18 +80,15 @@ Logs::Logs(const Logs& other, FilePath logDirectory)
       logDirectory_(std::move(logDirectory)) {}
 
 LogWriter Logs::openTraffic() const noexcept {
-  return {clock_, codePage_, openTrafficFile()};
+  return {clock_, codePage_, files_, trafficFile()};
 }
 
-std::unique_ptr<OutputFile> Logs::openTrafficFile() const noexcept {
+FilePath Logs::trafficFile() const noexcept {
   try {
-    if (!logDirectory_.empty() && files_.isFolder(logDirectory_)) {
-      return files_.openForAppending(logDirectory_ / "schLog.txt");
-    }
+    return !logDirectory_.empty() && files_.isFolder(logDirectory_) ? logDirectory_ / "schLog.txt" : FilePath();
   } catch (const std::exception&) {
-    return nullptr;
+    return {};
   }
-  return nullptr;
 }
 
 void Logs::reportCrash(std::string_view operation) const noexcept {
@@ -104,7 +97,7 @@ void Logs::reportCrash(std::string_view operation) const noexcept {
     if (!files_.exists(folder)) {
       files_.createFolder(folder);
     }
-    LogWriter(clock_, codePage_, files_.openForAppending(folder / "log.txt")).writeLine(operation);
+    LogWriter(clock_, codePage_, files_, folder / "log.txt").writeLine(operation);
   } catch (const std::exception&) {
     return;  // the report is for developers; there is nobody left to tell
   }

@@ -7,9 +7,9 @@
 // never mix.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/file_path.h"
 
@@ -18,17 +18,16 @@ namespace vernoxa {
 class Clock;
 class CodePage;
 class Files;
-class OutputFile;
 struct World;
 
-// One open log; short-lived. Without a file every write does nothing.
+// Writes lines of one log; short-lived. Each line opens the file and closes it again, so that one which the user
+// deletes meanwhile is made again. Without a file every write does nothing.
 class LogWriter {
  public:
-  LogWriter(Clock& clock, const CodePage& codePage, std::unique_ptr<OutputFile> file);
-  LogWriter(LogWriter&&) noexcept;
-  ~LogWriter();
+  LogWriter(Clock& clock, const CodePage& codePage, Files& files, FilePath file)
+      : clock_(clock), codePage_(codePage), files_(files), file_(std::move(file)) {}
 
-  bool enabled() const { return file_ != nullptr; }
+  bool enabled() const { return !file_.empty(); }
   void writeLine(std::string_view message) noexcept;
   // printf style; a longer output than 4095 bytes is cut off.
   void writeFormatted(const char* format, ...) noexcept __attribute__((format(printf, 2, 3)));
@@ -36,7 +35,8 @@ class LogWriter {
  private:
   Clock& clock_;
   const CodePage& codePage_;
-  std::unique_ptr<OutputFile> file_;
+  Files& files_;
+  FilePath file_;
 };
 
 class Logs {
@@ -53,7 +53,7 @@ class Logs {
   void resetTraffic() const;
 
  private:
-  std::unique_ptr<OutputFile> openTrafficFile() const noexcept;
+  FilePath trafficFile() const noexcept;
 
   Clock& clock_;
   const CodePage& codePage_;

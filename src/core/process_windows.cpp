@@ -48,9 +48,10 @@ int WindowsProcesses::ownId() {
 }
 
 FilePath WindowsProcesses::currentFolder() {
-  std::array<wchar_t, MAX_PATH> buffer{};
-  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(buffer.size()), buffer.data());
-  return length < buffer.size() ? FilePath::fromUtf8(fromWide({buffer.data(), length}, CP_UTF8)) : FilePath();
+  std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
+  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
+  folder.resize(length < folder.size() ? length : 0);  // another thread may have gone elsewhere
+  return FilePath::fromUtf8(fromWide(folder, CP_UTF8));
 }
 
 void WindowsProcesses::setCurrentFolder(const FilePath& folder) {

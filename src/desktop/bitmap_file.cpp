@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "core/files.h"
+#include "core/whole_file.h"
 
 namespace vernoxa {
 namespace {
@@ -46,17 +47,9 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount) {
   return BitmapLayout{palette, rowBytes * height};
 }
 
-bool writeBitmapFile(Files& files, const FilePath& path, const PackedBitmap& bitmap) {
-  auto file = files.create(path);
-  if (!file) {
-    return false;
-  }
-  const bool whole = file->write(fileHeader(bitmap)) && file->write(bitmap.bytes);
-  file.reset();
-  if (!whole) {
-    files.removeFile(path);
-  }
-  return whole;
+bool writeBitmapFile(World& world, const FilePath& path, const PackedBitmap& bitmap) {
+  return writeWholeFile(world, path, WhenHeld::writeInPlace,
+                        [&](OutputFile& file) { return file.write(fileHeader(bitmap)) && file.write(bitmap.bytes); });
 }
 
 }  // namespace vernoxa

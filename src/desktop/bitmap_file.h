@@ -10,7 +10,7 @@
 
 namespace vernoxa {
 
-class Files;
+struct World;
 
 constexpr std::size_t bitmapInformationBytes = 40;  // BITMAPINFOHEADER
 
@@ -27,7 +27,7 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 
 std::size_t paletteBytes(int bitCount);
 
-// False when the file cannot be written whole; then no part of it is left.
-bool writeBitmapFile(Files& files, const FilePath& path, const PackedBitmap& bitmap);
+// False when the file cannot be written whole; then no part of it is left, and a former one stays.
+bool writeBitmapFile(World& world, const FilePath& path, const PackedBitmap& bitmap);
 
 }  // namespace vernoxa

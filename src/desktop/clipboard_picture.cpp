@@ -15,6 +15,7 @@
 #include "core/temporary_file.h"
 #include "core/world.h"
 #include "desktop/bitmap_file.h"
+#include "desktop/clipboard_opening.h"
 #include "desktop/metafile_check.h"
 
 namespace vernoxa {
@@ -76,7 +77,7 @@ std::string conversionFailure(const Services& services, const FilePath& metafile
   if (!bitmap) {
     return "no room to draw " + sizeText(size);
   }
-  return writeBitmapFile(world.files, bitmapPath, *bitmap)
+  return writeBitmapFile(services.world, bitmapPath, *bitmap)
              ? std::string()
              : "not written: " + services.text.utf8ToAnsi(bitmapPath.utf8());
 }
@@ -110,8 +111,8 @@ bool convertMetafile(const Services& services, const FilePath& metafilePath, con
 }
 
 FilePath saveClipboardPicture(const Services& services) {
-  const World& world = services.world;
-  const auto clipboard = world.clipboard.open();
+  World& world = services.world;
+  const auto clipboard = openClipboard(world);
   if (!clipboard || !clipboard->hasMetafile()) {
     return {};
   }

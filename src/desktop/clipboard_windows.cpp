@@ -8,16 +8,22 @@
 namespace vernoxa {
 namespace {
 
-GlobalMemory movableCopy(const std::string& text) {
-  const std::size_t size = text.size() + 1;
+GlobalMemory movableCopy(const void* source, std::size_t size) {
   GlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, size));
   void* const bytes = memory ? GlobalLock(memory.get()) : nullptr;
   if (bytes == nullptr) {
     return {};
   }
-  std::memcpy(bytes, text.c_str(), size);
+  std::memcpy(bytes, source, size);
   GlobalUnlock(memory.get());
   return memory;
+}
+
+// The open clipboard owns what it took.
+void put(UINT format, GlobalMemory memory) {
+  if (memory && SetClipboardData(format, memory.get()) != nullptr) {
+    static_cast<void>(memory.release());
+  }
 }
 
 class WindowsClipboardAccess final : public ClipboardAccess {
@@ -35,10 +41,10 @@ class WindowsClipboardAccess final : public ClipboardAccess {
 
   void replaceByText(const std::string& text) override {
     EmptyClipboard();
-    GlobalMemory memory = movableCopy(text);
-    if (memory && SetClipboardData(CF_TEXT, memory.get()) != nullptr) {
-      static_cast<void>(memory.release());  // the clipboard's now
-    }
+    put(CF_TEXT, movableCopy(text.c_str(), text.size() + 1));
+    // Else the system would read the text in the code page of the keyboard that is chosen at the moment.
+    const LCID locale = GetSystemDefaultLCID();
+    put(CF_LOCALE, movableCopy(&locale, sizeof locale));
   }
 
  private:

@@ -18,6 +18,7 @@
 #include "core/text.h"
 #include "core/user_messages.h"
 #include "core/world.h"
+#include "desktop/clipboard_opening.h"
 #include "desktop/clipboard_picture.h"
 
 namespace vernoxa {
@@ -80,7 +81,7 @@ CommandResult getMousePosition(CommandCall&, Services& services) {
 
 CommandResult writeToClipboard(CommandCall& call, Services& services) {
   const std::string text = services.text.utf8ToAnsi(call.arguments.text(1));
-  const auto clipboard = services.world.clipboard.open();
+  const auto clipboard = openClipboard(services.world);
   if (!clipboard) {
     return {{}, commandError};
   }

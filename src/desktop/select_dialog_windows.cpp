@@ -12,9 +12,9 @@ namespace vernoxa {
 namespace {
 
 constexpr COLORREF backgroundColour = RGB(230, 242, 242);
-constexpr int listFontTenths = 180;  // of a point
-constexpr int roomForScrollBar = 20;
-constexpr int roomAroundText = 24;  // what a list view keeps free beside a text, at the largest screen scales
+constexpr int listFontTenths = 180;        // of a point
+constexpr int usualRoomForScrollBar = 20;  // at 96 points to the inch
+constexpr int roomAroundText = 24;         // what a list view keeps free beside a text, at the largest screen scales
 constexpr UINT selectFirstMessage = WM_APP;
 
 HINSTANCE ownModule() {
@@ -22,6 +22,13 @@ HINSTANCE ownModule() {
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                      reinterpret_cast<LPCWSTR>(&ownModule), &module);
   return module;
+}
+
+// Wider where the screen is dense, or the user has the system draw wider scroll bars.
+int roomForScrollBar() {
+  const ScreenContext screen(GetDC(nullptr));
+  const int scaled = MulDiv(usualRoomForScrollBar, GetDeviceCaps(screen.get(), LOGPIXELSX), 96);
+  return std::max(scaled, GetSystemMetrics(SM_CXVSCROLL) + 2 * GetSystemMetrics(SM_CXBORDER));
 }
 
 Font listFont() {
@@ -171,7 +178,7 @@ void SelectDialog::fill() {
   column.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
   column.fmt = LVCFMT_LEFT;
   column.pszText = heading.data();
-  column.cx = boxOf(list_).width - roomForScrollBar;
+  column.cx = boxOf(list_).width - roomForScrollBar();
   SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
 
   // From the last to the first, each before all others.
@@ -192,13 +199,13 @@ void SelectDialog::fitToTexts() {
   for (const std::wstring& text : texts_) {
     widest = std::max(widest, SendMessageW(list_, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text.c_str())));
   }
-  const int missing = static_cast<int>(widest) + roomAroundText + roomForScrollBar - boxOf(list_).width;
+  const int missing = static_cast<int>(widest) + roomAroundText + roomForScrollBar() - boxOf(list_).width;
   const int growth = dialogGrowth(missing, boxOf(dialog_).width, workArea);
   stretch(dialog_, growth);
   stretch(list_, growth);
   shift(dialog_, IDOK, growth);
   shift(dialog_, IDCANCEL, growth);
-  ListView_SetColumnWidth(list_, 0, boxOf(list_).width - roomForScrollBar);
+  ListView_SetColumnWidth(list_, 0, boxOf(list_).width - roomForScrollBar());
 
   const Box place = centred(boxOf(dialog_), owner != nullptr ? boxOf(owner) : workArea, workArea);
   SetWindowPos(dialog_, nullptr, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);

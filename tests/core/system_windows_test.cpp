@@ -104,6 +104,9 @@ TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
   fake.addFolder("C:\\root");
   EXPECT_EQ(tell(real, root), tell(fake, pathOf("C:\\root")));
   EXPECT_FALSE(real.read(pathOf("NUL")).has_value());  // no file
+  SetThreadErrorMode(SEM_NOGPFAULTERRORBOX, nullptr);
+  EXPECT_FALSE(real.exists(pathOf("Q:\\Capture.exe")));  // a drive without a disk raises no box, and that only here
+  EXPECT_EQ(GetThreadErrorMode(), DWORD{SEM_NOGPFAULTERRORBOX});
   EXPECT_TRUE(real.fullPath(root / std::string(300, 'a')).empty());
   const FilePath original = root / "read-only";
   real.create(original)->write("text");

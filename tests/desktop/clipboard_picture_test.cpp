@@ -94,17 +94,22 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
 }
 
 TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
-  FakeFiles files;
+  FakeServices fake;
+  FakeFiles& files = fake.fake.files;
   files.addFolder("C:\\P");
-  ASSERT_TRUE(writeBitmapFile(files, pathOf("C:\\P\\true.bmp"), PackedBitmap{32, std::string(300, 'x')}));
+  const auto write = [&](std::string_view path, const PackedBitmap& bitmap) {
+    return writeBitmapFile(fake.services.world, pathOf(path), bitmap);
+  };
+  ASSERT_TRUE(write("C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
   EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
-  ASSERT_TRUE(writeBitmapFile(files, pathOf("C:\\P\\palette.bmp"), PackedBitmap{8, "y"}));
+  ASSERT_TRUE(write("C:\\P\\palette.bmp", PackedBitmap{8, "y"}));
   EXPECT_EQ(files.bytes("C:\\P\\palette.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
-  EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\nowhere\\x.bmp"), PackedBitmap{32, "z"}));
-  for (const int failing : {1, 2, 3}) {  // making it, either write
+  EXPECT_FALSE(write("C:\\nowhere\\x.bmp", PackedBitmap{32, "z"}));
+  const auto before = files.paths();
+  for (const int failing : {2, 3}) {  // either write
     files.faults.failCall(failing);
-    EXPECT_FALSE(writeBitmapFile(files, pathOf("C:\\P\\part.bmp"), PackedBitmap{32, "z"}));
-    EXPECT_EQ(files.bytes("C:\\P\\part.bmp"), "(no file)");
+    EXPECT_FALSE(write("C:\\P\\part.bmp", PackedBitmap{32, "z"}));
+    EXPECT_EQ(files.paths(), before);
   }
 }
 
@@ -164,6 +169,15 @@ TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
     EXPECT_EQ(one.fake.files.bytes("C:/Temp/test.emf"), "(no file)") << each.told;
     EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.told;
   }
+}
+
+TEST_F(ClipboardPicture, WaitsAMomentForAnotherProgram) {
+  fake.fake.clipboard.heldOnce = 10;
+  EXPECT_FALSE(saveClipboardPicture(fake.services).empty());
+  EXPECT_EQ(fake.fake.clock.pauses(), std::vector<int>(10, 20));
+  fake.fake.clipboard.heldOnce = 11;
+  EXPECT_TRUE(saveClipboardPicture(fake.services).empty());
+  expectTidy();
 }
 
 TEST_F(ClipboardPicture, TouchesNoFileWithoutADrawing) {

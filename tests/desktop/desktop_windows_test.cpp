@@ -16,6 +16,7 @@
 #include "core/registry.h"
 #include "core/services.h"
 #include "core/state.h"
+#include "core/wide_text_windows.h"
 #include "core/world.h"
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
@@ -44,11 +45,16 @@ void putDrawingOnClipboard(int millimetresAcross, int millimetresDown) {
   CloseClipboard();
 }
 
-std::string clipboardText() {
+// What lies there as that type: the first of them, or all up to one that is zero.
+template <class Item>
+std::basic_string<Item> onClipboard(UINT format, bool all = true) {
   const ClipboardLock lock(OpenClipboard(nullptr) != 0);
-  const HANDLE memory = lock ? GetClipboardData(CF_TEXT) : nullptr;
-  const char* const text = memory != nullptr ? static_cast<const char*>(GlobalLock(memory)) : nullptr;
-  const std::string copy = text != nullptr ? text : "(no text)";
+  const HANDLE memory = lock ? GetClipboardData(format) : nullptr;
+  const Item* const items = memory != nullptr ? static_cast<const Item*>(GlobalLock(memory)) : nullptr;
+  std::basic_string<Item> copy;
+  for (std::size_t index = 0; items != nullptr && (all ? items[index] != 0 : index == 0); ++index) {
+    copy.push_back(items[index]);
+  }
   if (memory != nullptr) {
     GlobalUnlock(memory);
   }
@@ -240,7 +246,9 @@ TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
   for (const std::string written : {"电阻 R1", "", "two\r\nlines"}) {
     world.clipboard.open()->replaceByText(written);
-    EXPECT_EQ(clipboardText(), written);
+    EXPECT_EQ(onClipboard<char>(CF_TEXT), written);
+    EXPECT_EQ(onClipboard<char32_t>(CF_LOCALE, false), std::u32string(1, GetSystemDefaultLCID()));
+    EXPECT_EQ(onClipboard<wchar_t>(CF_UNICODETEXT), toWide(written, CP_ACP));
   }
 }
 

@@ -33,6 +33,17 @@ SECONDS_FOR_ANYTHING = 3600
 KEPT = BUILD / "trust.json"
 HEAP_PASSES = 100
 SOAK_CALLS = 10000
+METAFILES = 5000
+# What only a real Windows, or an editor that people work with, can show.
+UNSEEN = (
+    "a drive without a disk that is asked for the editor: it should raise no box",
+    "the text on the clipboard read by a program while another keyboard than the system's is chosen",
+    "a clipboard that another program holds for less than a fifth of a second at a time",
+    "the system's own player of metafiles; under Wine it is Wine's, which checks less",
+    "pictures on screens of more than 32 bits a point, and screens whose size the system does not know",
+    "the scroll bar of the selection dialog where the user has chosen wider ones",
+    "a traffic log on a share that goes away while a line is written",
+)
 # What went wrong, by the words that the sanitizers, the fuzzers and the tests have for it; the first that fits counts.
 KINDS = {
     "unintended evaluations": r"FINDING: (?:evaluated|a variable was read|.* ran )",
@@ -190,6 +201,20 @@ def soak(findings: Findings) -> None:
             findings.fail("soak", "no test has this name")
 
 
+def metafiles(findings: Findings) -> None:
+    script = REPOSITORY / "tests" / "desktop" / "metafiles_windows_test.tcl"
+    output = run(findings, "metafiles", [*WINE, paths.to_windows(script),
+                                         paths.to_windows(BUILD / "windows" / "Vernoxa64.dll"), str(METAFILES)])
+    counts = re.search(r"spoilt (\d+) pictures (\d+) refused (\d+) untaken (\d+)", output or "")
+    if counts:
+        tried, pictures, refused, untaken = map(int, counts.groups())
+        findings.row("broken metafiles on the clipboard, no memory or handle left",
+                     f"{tried:,}: {pictures:,} whole pictures, {refused:,} refused with a line, {untaken:,} that the system "
+                     "did not take", "DLL under Wine")
+    elif output is not None:
+        findings.fail("metafiles", output)
+
+
 def rig(findings: Findings, folder: pathlib.Path) -> None:
     report = folder / "rig.json"
     run(findings, "fault rig", [str(HERE / "fault_rig.py"), "--json", str(report)])
@@ -223,6 +248,7 @@ def write_page() -> None:
         lines += ["", "Parts that failed: " + ", ".join(failed) + "."]
     if missing := [part for part in PARTS if part not in results]:
         lines += ["", "Not run: " + ", ".join(missing) + "."]
+    lines += ["", "What no test here has seen:", ""] + [f"- {what}" for what in UNSEEN]
     commits = dict.fromkeys(result["commit"] for result in known)
     lines += ["", "Measured at " + ", ".join(f"`{commit}`" for commit in commits) + "."]
     (REPOSITORY / "docs" / "reliability.md").write_text("\n".join(lines) + "\n", encoding="utf-8")
@@ -235,6 +261,7 @@ PARTS = {
     "corpora": lambda findings, folder, options: corpora(findings),
     "fuzz": lambda findings, folder, options: fuzz(findings, folder, options.fuzz_minutes),
     "rig": lambda findings, folder, options: rig(findings, folder),
+    "metafiles": lambda findings, folder, options: metafiles(findings),
     "soak": lambda findings, folder, options: soak(findings),
     "heaps": lambda findings, folder, options: heaps(findings, installed(folder)),
     "loads": lambda findings, folder, options: loads(findings, installed(folder), options.processes),
