@@ -3,6 +3,17 @@
 set -eu
 source "$(dirname "${BASH_SOURCE[0]}")/environment.sh"
 
+# At its end Tcl waits until the thread of its sockets says that it ends, and not until it has ended. A process that ends
+# beside an ending thread dies of a segmentation fault now and then in Wine 8; so Tcl waits for the thread here.
+sockets=$VERNOXA_DEPS/src/tcl/win/tclWinSock.c
+said='WaitForSingleObject(tsdPtr->readyEvent, INFINITE);'
+ended='WaitForSingleObject(tsdPtr->socketThread, INFINITE);'
+grep -qF "$ended" "$sockets" || sed -i "/^\t    $said\$/a\\\t    $ended" "$sockets"
+[ "$(grep -cF "$ended" "$sockets")" = 1 ] || {
+  echo "$sockets waits for its thread in another way than is known here" >&2
+  exit 1
+}
+
 build=$VERNOXA_DEPS/build/tcl-windows
 rm -rf "$build" "$VERNOXA_DEPS/tcl-windows"
 mkdir -p "$build"
