@@ -23,7 +23,7 @@ class SystemPath {
   SystemPath(const SystemPath&) = delete;
   SystemPath& operator=(const SystemPath&) = delete;
 
-  const wchar_t* c_str() const { return text_.c_str(); }
+  const wchar_t* text() const { return text_.c_str(); }
 
  private:
   const std::wstring text_;
@@ -65,7 +65,7 @@ class WindowsOutputFile final : public OutputFile {
 
 std::unique_ptr<OutputFile> open(const FilePath& path, DWORD access, DWORD disposition) {
   FileHandle handle(
-      CreateFileW(wide(path).c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+      CreateFileW(wide(path).text(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
   return handle ? std::make_unique<WindowsOutputFile>(std::move(handle)) : nullptr;
 }
 
@@ -80,30 +80,30 @@ bool isDots(std::wstring_view name) {
 }  // namespace
 
 std::uint32_t WindowsFiles::attributes(const FilePath& path) {
-  return GetFileAttributesW(wide(path).c_str());
+  return GetFileAttributesW(wide(path).text());
 }
 
 FilePath WindowsFiles::fullPath(const FilePath& path) {
   return pathWithin(MAX_PATH, [&](wchar_t* full, DWORD size) {  // no other call takes a longer one
-    return GetFullPathNameW(wide(path).c_str(), size, full, nullptr);
+    return GetFullPathNameW(wide(path).text(), size, full, nullptr);
   });
 }
 
 FilePath WindowsFiles::shortPath(const FilePath& path) {
   return pathWithin(MAX_PATH,
-                    [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).c_str(), name, size); });
+                    [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).text(), name, size); });
 }
 
 std::uint32_t WindowsFiles::reparseTag(const FilePath& path) {
   WIN32_FIND_DATAW entry{};
-  const FindHandle search(FindFirstFileW(wide(path).c_str(), &entry));
+  const FindHandle search(FindFirstFileW(wide(path).text(), &entry));
   const bool tagged = search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   return tagged ? entry.dwReserved0 : 0;
 }
 
 std::optional<std::string> WindowsFiles::readStart(const FilePath& path, std::size_t most) {
   const FileHandle handle(
-      CreateFileW(wide(path).c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+      CreateFileW(wide(path).text(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   // A pipe or a serial port would be waited for.
   if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
     return std::nullopt;
@@ -129,30 +129,30 @@ std::unique_ptr<OutputFile> WindowsFiles::create(const FilePath& path) {
 }
 
 bool WindowsFiles::createFolder(const FilePath& path) {
-  return CreateDirectoryW(wide(path).c_str(), nullptr) != 0;
+  return CreateDirectoryW(wide(path).text(), nullptr) != 0;
 }
 
 bool WindowsFiles::removeFile(const FilePath& path) {
-  return DeleteFileW(wide(path).c_str()) != 0;
+  return DeleteFileW(wide(path).text()) != 0;
 }
 
 bool WindowsFiles::removeFolder(const FilePath& path) {
-  return RemoveDirectoryW(wide(path).c_str()) != 0;
+  return RemoveDirectoryW(wide(path).text()) != 0;
 }
 
 bool WindowsFiles::replaceFile(const FilePath& from, const FilePath& to) {
-  return MoveFileExW(wide(from).c_str(), wide(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+  return MoveFileExW(wide(from).text(), wide(to).text(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
 
 CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
   const SystemPath copy = wide(to);
-  if (CopyFileW(wide(from).c_str(), copy.c_str(), TRUE) == 0) {
+  if (CopyFileW(wide(from).text(), copy.text(), TRUE) == 0) {
     return failedCopy();
   }
   // The system copies the attributes too. A file that is read-only can neither be written nor removed.
-  const DWORD attributes = GetFileAttributesW(copy.c_str());
+  const DWORD attributes = GetFileAttributesW(copy.text());
   const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-  if (readOnly && SetFileAttributesW(copy.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
+  if (readOnly && SetFileAttributesW(copy.text(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
     return failedCopy();
   }
   return {};
@@ -161,7 +161,7 @@ CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
 std::vector<FolderEntry> WindowsFiles::entries(const FilePath& folder) {
   std::vector<FolderEntry> found;
   WIN32_FIND_DATAW entry{};
-  const FindHandle search(FindFirstFileW(wide(folder / "*.*").c_str(), &entry));
+  const FindHandle search(FindFirstFileW(wide(folder / "*.*").text(), &entry));
   if (!search) {
     return found;
   }
