@@ -95,7 +95,7 @@ puts "before $before"
 puts "after $after"
 # Wine 8 itself keeps the kilobyte that it reads the clipboard into.
 set own [expr {1100 * $times}]
-foreach {what most} [list handles 8 drawing 8 kilobytes 8192 bytes [expr {65536 + $own}]] {
+foreach {what most} [list handles 8 drawing 8 kilobytes [expr {8192 + $own / 1024}] bytes [expr {65536 + $own}]] {
     if {[dict get $after $what] > [dict get $before $what] + $most} {
         lappend failures "$what grow"
     }
