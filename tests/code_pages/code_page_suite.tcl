@@ -71,12 +71,14 @@ proc readFile {path} {
 
 # --- load, configuration, log, link ---------------------------------------------------------------------------------
 
-# The link thread comes at once.
+# The link thread comes at once. Ten seconds later, on a busy machine, it looks for the companion too, without a pause.
 proc accept {channel address port} {
   set ::linked 1
 }
+proc ignore {channel address port} {}
 socket -server accept -myaddr 127.0.0.1 9610
-after 5000 {set ::linked "nobody came"}
+socket -server ignore -myaddr 127.0.0.1 9601
+after 30000 {set ::linked "nobody came"}
 
 set base [file join $root $named]
 foreach folder {bin Config Config/Resource Script/Log} {
