@@ -93,6 +93,7 @@ void addNamed(Points& points, const MetafileRecord& record) {
     case 27:
     case 53:
     case 54:
+    case 108:  // a small text
       return addPoints(points, record, 8, 1);
     case 29:  // a rectangle
     case 30:
@@ -151,6 +152,11 @@ std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record) {
 
 bool drawsPath(const MetafileRecord& record) {
   return record.type() >= 62 && record.type() <= 66;
+}
+
+bool drawsText(const MetafileRecord& record) {
+  const std::uint32_t type = record.type();
+  return type == 83 || type == 84 || type == 96 || type == 97 || type == 108;
 }
 
 }  // namespace vernoxa

@@ -13,6 +13,10 @@ namespace vernoxa {
 // takes minutes.
 constexpr std::int64_t farthestDrawn = 1 << 22;
 
+// In points of the picture, the height or width of a letter: the system keeps a map of each letter's points, which
+// takes gigabytes for larger ones (1.1 GB for one letter under Wine 8).
+constexpr std::int64_t largestFont = 1 << 13;
+
 // In the record's own units, before any transformation; left <= right and top <= bottom.
 struct DrawnExtent {
   std::int64_t left = 0;
@@ -27,5 +31,7 @@ std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record);
 
 // It draws, or makes an outline of, a path whose points came in records before it.
 bool drawsPath(const MetafileRecord& record);
+
+bool drawsText(const MetafileRecord& record);
 
 }  // namespace vernoxa

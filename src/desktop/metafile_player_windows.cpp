@@ -12,8 +12,8 @@
 namespace vernoxa {
 namespace {
 
-bool isFar(std::int64_t position) {
-  return position < -farthestDrawn || position > farthestDrawn;
+bool isFar(std::int64_t position, std::int64_t limit) {
+  return position < -limit || position > limit;
 }
 
 LONG within32Bits(std::int64_t position) {
@@ -21,14 +21,20 @@ LONG within32Bits(std::int64_t position) {
       std::clamp<std::int64_t>(position, std::numeric_limits<LONG>::min(), std::numeric_limits<LONG>::max()));
 }
 
-bool allNear(HDC context, std::span<POINT> corners, POINT origin = {}) {
+bool allNear(HDC context, std::span<POINT> corners, POINT origin = {}, std::int64_t limit = farthestDrawn) {
   return LPtoDP(context, corners.data(), static_cast<int>(corners.size())) != 0 &&
-         std::none_of(corners.begin(), corners.end(), [origin](const POINT& corner) {
-           return isFar(std::int64_t{corner.x} - origin.x) || isFar(std::int64_t{corner.y} - origin.y);
+         std::none_of(corners.begin(), corners.end(), [origin, limit](const POINT& corner) {
+           return isFar(std::int64_t{corner.x} - origin.x, limit) || isFar(std::int64_t{corner.y} - origin.y, limit);
          });
 }
 
-// As wide as it draws where the record stands.
+// Whether a length draws within the limit where the record stands, along either axis.
+bool isWithin(HDC context, LONG width, LONG height, std::int64_t limit) {
+  std::array<POINT, 1> origin{};
+  std::array<POINT, 2> ends = {POINT{width, 0}, POINT{0, height}};
+  return LPtoDP(context, origin.data(), 1) != 0 && allNear(context, ends, origin.front(), limit);
+}
+
 bool hasUsualPen(HDC context) {
   const HGDIOBJ pen = GetCurrentObject(context, OBJ_PEN);
   LONG width = 0;
@@ -39,9 +45,13 @@ bool hasUsualPen(HDC context) {
   } else if (GetObjectW(pen, extended.size(), extended.data()) != 0) {
     width = static_cast<LONG>(reinterpret_cast<const EXTLOGPEN*>(extended.data())->elpWidth);
   }
-  std::array<POINT, 1> origin{};
-  std::array<POINT, 2> ends = {POINT{width, 0}, POINT{0, width}};
-  return LPtoDP(context, origin.data(), 1) != 0 && allNear(context, ends, origin.front());
+  return isWithin(context, width, width, farthestDrawn);
+}
+
+bool hasUsualFont(HDC context) {
+  LOGFONTW font{};
+  return GetObjectW(GetCurrentObject(context, OBJ_FONT), sizeof font, &font) == 0 ||
+         isWithin(context, font.lfWidth, font.lfHeight, largestFont);
 }
 
 bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
@@ -52,7 +62,7 @@ bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
     const LONG right = within32Bits(extent->right);
     const LONG bottom = within32Bits(extent->bottom);
     std::array<POINT, 4> corners = {POINT{left, top}, POINT{right, top}, POINT{right, bottom}, POINT{left, bottom}};
-    return !allNear(context, corners) || !hasUsualPen(context);
+    return !allNear(context, corners) || !hasUsualPen(context) || (drawsText(bytes) && !hasUsualFont(context));
   }
   return drawsPath(bytes) && !hasUsualPen(context);
 }

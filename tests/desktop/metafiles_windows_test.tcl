@@ -89,6 +89,7 @@ for {set done 0} {$done < $times} {incr done} {
     }
     incr counted([try spoilt [expr {$seed + $done}]])
 }
+try spoilt 3347  ;# a font so large that the system would take a gigabyte for one letter
 set after [hold]
 puts "sound $number spoilt $times pictures $counted(picture) refused $counted(refused) untaken $counted(untaken)"
 puts "before $before"
