@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "commands/packet_door.h"
-#include "core/tcl_script_host.h"
-#include "link/packet_text.h"
+#include "dispatch/packet_door.h"
 #include "system/fake_world.h"
+#include "tcl/tcl_script_host.h"
+#include "wire/packet_text.h"
 
 namespace {
 

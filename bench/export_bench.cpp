@@ -17,12 +17,12 @@
 #include <string>
 #include <vector>
 
-#include "core/tcl_arguments.h"
-#include "export/page_elements.h"
-#include "export/record.h"
+#include "drawing/page_elements.h"
+#include "drawing/record.h"
 #include "plugin/plug_in.h"
 #include "plugin/start_up.h"
 #include "system/fake_world.h"
+#include "tcl/arguments.h"
 
 namespace {
 

@@ -13,11 +13,11 @@
 #include <string>
 #include <vector>
 
-#include "core/outside_json.h"
-#include "core/script_host.h"
-#include "sharing/module_document.h"
-#include "sharing/placement.h"
+#include "modules/module_document.h"
+#include "modules/placement.h"
 #include "system/fake_world.h"
+#include "tcl/script_host.h"
+#include "text/outside_json.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <chrono>
 #include <cstdio>
 
-#include "core/files_windows.h"
-#include "core/system_windows.h"
+#include "system/files_windows.h"
+#include "system/system_windows.h"
 
 namespace {
 

@@ -35,7 +35,7 @@ function(vernoxa_room name)
   endif()
 endfunction()
 
-foreach(room core link desktop bom export sharing checks commands plugin)
+foreach(room system text tcl wire link dispatch designs views bom drawing modules checks desktop plugin)
   if(EXISTS ${CMAKE_SOURCE_DIR}/src/${room}/CMakeLists.txt)
     add_subdirectory(src/${room})
   endif()

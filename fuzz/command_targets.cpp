@@ -3,11 +3,11 @@
 #include <array>
 #include <span>
 
-#include "core/json.h"
-#include "link/packet_text.h"
 #include "loaded_plug_in_tcl.h"
 #include "plugin/command_table.h"
 #include "target.h"
+#include "text/json.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa::fuzz {
 namespace {

@@ -1,12 +1,12 @@
 #include <algorithm>
 
-#include "core/json.h"
-#include "link/envelope.h"
 #include "link/link_thread.h"
-#include "link/packet_text.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
 #include "target.h"
+#include "text/json.h"
+#include "wire/envelope.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa::fuzz {
 namespace {

@@ -1,16 +1,16 @@
 #include <algorithm>
 #include <array>
 
-#include "core/json.h"
-#include "core/script_text.h"
-#include "core/text.h"
+#include "designs/host_discovery.h"
 #include "desktop/metafile_check.h"
 #include "desktop/metafile_extent.h"
 #include "plugin/configuration.h"
-#include "plugin/host_discovery.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 #include "target.h"
+#include "tcl/script_text.h"
+#include "text/json.h"
+#include "text/text.h"
 
 namespace vernoxa::fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "core/clock.h"
+#include "system/clock.h"
 #include "system/faults.h"
 
 namespace vernoxa {

@@ -1,7 +1,7 @@
 // A code page, whatever system the tests run on.
 #pragma once
 
-#include "core/code_page.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 

@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
-#include "core/clipboard.h"
-#include "core/desktop.h"
-#include "core/pictures.h"
-#include "core/registry.h"
+#include "system/clipboard.h"
+#include "system/desktop.h"
 #include "system/fake_files.h"
+#include "system/pictures.h"
+#include "system/registry.h"
 
 namespace vernoxa {
 

@@ -11,9 +11,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/files.h"
 #include "system/fake_code_page.h"
 #include "system/faults.h"
+#include "system/files.h"
 
 namespace vernoxa {
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "core/sockets.h"
 #include "system/fake_clock.h"
 #include "system/faults.h"
+#include "system/sockets.h"
 
 namespace vernoxa {
 

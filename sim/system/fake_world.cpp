@@ -4,7 +4,7 @@
 #include <mutex>
 #include <new>
 
-#include "core/text.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

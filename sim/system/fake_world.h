@@ -6,18 +6,18 @@
 #include <string>
 #include <vector>
 
-#include "core/log.h"
-#include "core/random.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/system.h"
-#include "core/user_messages.h"
-#include "core/world.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
 #include "system/fake_clock.h"
 #include "system/fake_code_page.h"
 #include "system/fake_desktop.h"
 #include "system/fake_files.h"
 #include "system/fake_sockets.h"
+#include "system/log.h"
+#include "system/random.h"
+#include "system/system.h"
+#include "system/user_messages.h"
+#include "system/world.h"
 
 namespace vernoxa {
 

@@ -1,13 +1,13 @@
 #include "bom/bom_commands.h"
 
 #include "bom/bom_line.h"
-#include "core/code_page.h"
-#include "core/script_host.h"
-#include "core/services.h"
-#include "core/user_messages.h"
-#include "core/world.h"
+#include "dispatch/services.h"
 #include "link/companion_sender.h"
-#include "link/packet_text.h"
+#include "system/user_messages.h"
+#include "system/world.h"
+#include "tcl/script_host.h"
+#include "text/code_page.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

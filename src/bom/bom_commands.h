@@ -1,7 +1,7 @@
 // The host scripts' commands that tell the companion of fitted and not fitted parts.
 #pragma once
 
-#include "core/tcl_command.h"
+#include "tcl/command.h"
 
 namespace vernoxa {
 

@@ -1,6 +1,6 @@
 #include "bom/bom_line.h"
 
-#include "core/text.h"
+#include "text/text.h"
 
 namespace vernoxa {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/json.h"
+#include "text/json.h"
 
 namespace vernoxa {
 

@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "bom/bom_line.h"
-#include "core/code_page.h"
-#include "core/script_host.h"
-#include "core/script_text.h"
-#include "core/services.h"
-#include "core/user_messages.h"
-#include "core/world.h"
+#include "dispatch/services.h"
+#include "system/user_messages.h"
+#include "system/world.h"
+#include "tcl/script_host.h"
+#include "tcl/script_text.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/json.h"
+#include "text/json.h"
 
 namespace vernoxa {
 

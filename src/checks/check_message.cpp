@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "core/code_page.h"
-#include "core/text.h"
+#include "text/code_page.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "core/text.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

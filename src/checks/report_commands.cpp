@@ -2,10 +2,10 @@
 
 #include "checks/check_message.h"
 #include "checks/package_report.h"
-#include "core/code_page.h"
-#include "core/log.h"
-#include "core/services.h"
+#include "dispatch/services.h"
 #include "link/companion_sender.h"
+#include "system/log.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 namespace {

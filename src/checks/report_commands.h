@@ -4,7 +4,7 @@
 // the traffic log.
 #pragma once
 
-#include "core/tcl_command.h"
+#include "tcl/command.h"
 
 namespace vernoxa {
 

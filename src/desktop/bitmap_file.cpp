@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "core/files.h"
-#include "core/whole_file.h"
+#include "system/files.h"
+#include "system/whole_file.h"
 
 namespace vernoxa {
 namespace {

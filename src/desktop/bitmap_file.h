@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/file_path.h"
-#include "core/pictures.h"
+#include "system/file_path.h"
+#include "system/pictures.h"
 
 namespace vernoxa {
 

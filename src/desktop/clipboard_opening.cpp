@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "core/clock.h"
-#include "core/world.h"
+#include "system/clock.h"
+#include "system/world.h"
 
 namespace vernoxa {
 

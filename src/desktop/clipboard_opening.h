@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "core/clipboard.h"
+#include "system/clipboard.h"
 
 namespace vernoxa {
 

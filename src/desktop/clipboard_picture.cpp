@@ -6,17 +6,17 @@
 #include <cstdlib>
 #include <limits>
 
-#include "core/clipboard.h"
-#include "core/code_page.h"
-#include "core/files.h"
-#include "core/log.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/temporary_file.h"
-#include "core/world.h"
 #include "desktop/bitmap_file.h"
 #include "desktop/clipboard_opening.h"
 #include "desktop/metafile_check.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
+#include "system/clipboard.h"
+#include "system/files.h"
+#include "system/log.h"
+#include "system/temporary_file.h"
+#include "system/world.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "core/file_path.h"
-#include "core/pictures.h"
+#include "system/file_path.h"
+#include "system/pictures.h"
 
 namespace vernoxa {
 

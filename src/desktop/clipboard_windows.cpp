@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "core/wide_text_windows.h"
 #include "desktop/gdi_windows.h"
+#include "system/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {

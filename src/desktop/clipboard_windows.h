@@ -1,7 +1,7 @@
 // Windows' clipboard.
 #pragma once
 
-#include "core/clipboard.h"
+#include "system/clipboard.h"
 
 namespace vernoxa {
 

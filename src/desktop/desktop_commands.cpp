@@ -7,19 +7,19 @@
 #include <string>
 #include <vector>
 
-#include "core/clipboard.h"
-#include "core/clock.h"
-#include "core/code_page.h"
-#include "core/desktop.h"
-#include "core/log.h"
-#include "core/path_text.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/text.h"
-#include "core/user_messages.h"
-#include "core/world.h"
 #include "desktop/clipboard_opening.h"
 #include "desktop/clipboard_picture.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
+#include "system/clipboard.h"
+#include "system/clock.h"
+#include "system/desktop.h"
+#include "system/log.h"
+#include "system/user_messages.h"
+#include "system/world.h"
+#include "text/code_page.h"
+#include "text/path_text.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

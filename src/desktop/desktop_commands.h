@@ -1,7 +1,7 @@
 // The host scripts' commands for the user's mouse, keyboard, clipboard and choices.
 #pragma once
 
-#include "core/tcl_command.h"
+#include "tcl/command.h"
 
 namespace vernoxa {
 

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-#include "core/thread_windows.h"
 #include "desktop/select_dialog_windows.h"
+#include "system/thread_windows.h"
 
 namespace vernoxa {
 

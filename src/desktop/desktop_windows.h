@@ -1,7 +1,7 @@
 // Windows' mouse, keyboard and dialogs.
 #pragma once
 
-#include "core/desktop.h"
+#include "system/desktop.h"
 
 namespace vernoxa {
 

@@ -1,7 +1,7 @@
 // Owners of the handles that drawing and the clipboard need.
 #pragma once
 
-#include "core/handle_windows.h"
+#include "system/handle_windows.h"
 
 namespace vernoxa {
 

@@ -1,7 +1,7 @@
 // Enhanced metafiles through Windows' own drawing.
 #pragma once
 
-#include "core/pictures.h"
+#include "system/pictures.h"
 
 namespace vernoxa {
 

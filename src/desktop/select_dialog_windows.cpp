@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "core/wide_text_windows.h"
 #include "desktop/dialog_place.h"
 #include "desktop/resource.h"
+#include "system/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {

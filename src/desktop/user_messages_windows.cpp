@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "core/wide_text_windows.h"
+#include "system/wide_text_windows.h"
 
 namespace vernoxa {
 

@@ -1,7 +1,7 @@
 // Message boxes through Windows.
 #pragma once
 
-#include "core/user_messages.h"
+#include "system/user_messages.h"
 
 namespace vernoxa {
 

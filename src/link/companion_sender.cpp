@@ -1,6 +1,6 @@
 #include "link/companion_sender.h"
 
-#include "link/packet_text.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "core/script_host.h"
+#include "tcl/script_host.h"
 
 namespace vernoxa {
 

@@ -2,17 +2,17 @@
 
 #include <chrono>
 
-#include "core/clock.h"
-#include "core/code_page.h"
-#include "core/log.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/system.h"
-#include "core/text.h"
-#include "core/world.h"
-#include "link/envelope.h"
-#include "link/file_status.h"
+#include "designs/file_status.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
 #include "link/socket_client.h"
+#include "system/clock.h"
+#include "system/log.h"
+#include "system/system.h"
+#include "system/world.h"
+#include "text/code_page.h"
+#include "text/text.h"
+#include "wire/envelope.h"
 
 namespace vernoxa {
 namespace {

@@ -4,11 +4,11 @@
 #include <array>
 #include <stdexcept>
 
-#include "core/clock.h"
-#include "core/log.h"
-#include "core/system.h"
-#include "core/world.h"
-#include "link/packet_text.h"
+#include "system/clock.h"
+#include "system/log.h"
+#include "system/system.h"
+#include "system/world.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

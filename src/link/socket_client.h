@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/sockets.h"
-#include "link/frame.h"
+#include "system/sockets.h"
+#include "wire/frame.h"
 
 namespace vernoxa {
 

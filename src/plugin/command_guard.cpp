@@ -5,9 +5,9 @@
 #include <memory>
 #include <utility>
 
-#include "core/tcl_script_host.h"
 #include "plugin/command_table.h"
 #include "plugin/plug_in.h"
+#include "tcl/tcl_script_host.h"
 
 namespace vernoxa {
 namespace {

@@ -4,14 +4,14 @@
 
 #include "bom/bom_commands.h"
 #include "checks/report_commands.h"
-#include "commands/packet_door.h"
+#include "designs/file_status_commands.h"
 #include "desktop/desktop_commands.h"
-#include "export/export_commands.h"
-#include "link/file_status_commands.h"
+#include "dispatch/packet_door.h"
+#include "drawing/export_commands.h"
+#include "modules/module_commands.h"
+#include "modules/placement_commands.h"
+#include "modules/request_commands.h"
 #include "plugin/small_commands.h"
-#include "sharing/module_commands.h"
-#include "sharing/placement_commands.h"
-#include "sharing/request_commands.h"
 
 namespace vernoxa {
 namespace {
@@ -28,14 +28,14 @@ struct Run<command> {
 template <auto command>
 constexpr CommandFunction run = &Run<command>::call;
 
-constexpr const char* linkFile = "link/file_status_commands.cpp";
+constexpr const char* linkFile = "designs/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
-constexpr const char* exportFile = "export/export_commands.cpp";
+constexpr const char* exportFile = "drawing/export_commands.cpp";
 constexpr const char* reportFile = "checks/report_commands.cpp";
-constexpr const char* moduleFile = "sharing/module_commands.cpp";
-constexpr const char* placementFile = "sharing/placement_commands.cpp";
-constexpr const char* requestFile = "sharing/request_commands.cpp";
-constexpr const char* doorFile = "commands/packet_door.cpp";
+constexpr const char* moduleFile = "modules/module_commands.cpp";
+constexpr const char* placementFile = "modules/placement_commands.cpp";
+constexpr const char* requestFile = "modules/request_commands.cpp";
+constexpr const char* doorFile = "dispatch/packet_door.cpp";
 constexpr const char* desktopFile = "desktop/desktop_commands.cpp";
 constexpr const char* smallFile = "plugin/small_commands.cpp";
 

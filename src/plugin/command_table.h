@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 
-#include "core/tcl_command.h"
 #include "plugin/session.h"
+#include "tcl/command.h"
 
 namespace vernoxa {
 

@@ -1,9 +1,9 @@
 #include "plugin/companion_launch.h"
 
-#include "core/files.h"
-#include "core/log.h"
-#include "core/system.h"
-#include "core/world.h"
+#include "system/files.h"
+#include "system/log.h"
+#include "system/system.h"
+#include "system/world.h"
 
 namespace vernoxa {
 namespace {

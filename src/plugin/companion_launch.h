@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/file_path.h"
+#include "system/file_path.h"
 
 namespace vernoxa {
 

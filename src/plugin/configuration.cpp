@@ -1,6 +1,6 @@
 #include "plugin/configuration.h"
 
-#include "core/outside_json.h"
+#include "text/outside_json.h"
 
 namespace vernoxa {
 

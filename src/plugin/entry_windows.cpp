@@ -4,14 +4,14 @@
 #include <memory>
 #include <utility>
 
-#include "core/log.h"
-#include "core/process_windows.h"
-#include "core/thread_windows.h"
-#include "core/world.h"
 #include "link/link_thread.h"
 #include "plugin/plug_in.h"
 #include "plugin/real_world_windows.h"
 #include "plugin/start_up.h"
+#include "system/log.h"
+#include "system/process_windows.h"
+#include "system/thread_windows.h"
+#include "system/world.h"
 
 namespace vernoxa {
 namespace {

@@ -3,10 +3,10 @@
 
 #include <memory>
 
-#include "core/file_path.h"
-#include "core/log.h"
-#include "core/world.h"
 #include "plugin/session.h"
+#include "system/file_path.h"
+#include "system/log.h"
+#include "system/world.h"
 
 namespace vernoxa {
 

@@ -1,15 +1,15 @@
 #include "plugin/real_world_windows.h"
 
-#include "core/files_windows.h"
-#include "core/process_windows.h"
-#include "core/random.h"
-#include "core/registry_windows.h"
-#include "core/system_windows.h"
 #include "desktop/clipboard_windows.h"
 #include "desktop/desktop_windows.h"
 #include "desktop/pictures_windows.h"
 #include "desktop/user_messages_windows.h"
-#include "link/sockets_windows.h"
+#include "system/files_windows.h"
+#include "system/process_windows.h"
+#include "system/random.h"
+#include "system/registry_windows.h"
+#include "system/sockets_windows.h"
+#include "system/system_windows.h"
 
 namespace vernoxa {
 namespace {

@@ -1,7 +1,7 @@
 // The operating system that the DLL runs on.
 #pragma once
 
-#include "core/world.h"
+#include "system/world.h"
 
 namespace vernoxa {
 

@@ -1,6 +1,6 @@
 #include "plugin/session.h"
 
-#include "core/system.h"
+#include "system/system.h"
 
 namespace vernoxa {
 

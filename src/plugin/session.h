@@ -4,17 +4,17 @@
 #include <string>
 #include <tuple>
 
-#include "commands/packet_door.h"
-#include "core/code_page.h"
-#include "core/directories.h"
-#include "core/log.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/world.h"
-#include "export/graphic_library.h"
-#include "export/page_export.h"
+#include "dispatch/packet_door.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
+#include "drawing/graphic_library.h"
+#include "drawing/page_export.h"
 #include "link/socket_client.h"
-#include "sharing/module_document.h"
+#include "modules/module_document.h"
+#include "system/directories.h"
+#include "system/log.h"
+#include "system/world.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 

@@ -4,14 +4,14 @@
 #include <optional>
 #include <string_view>
 
-#include "core/code_page.h"
-#include "core/identifiers.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/user_messages.h"
-#include "core/world.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
+#include "modules/library_files.h"
 #include "plugin/companion_launch.h"
-#include "sharing/library_files.h"
+#include "system/user_messages.h"
+#include "system/world.h"
+#include "text/code_page.h"
+#include "text/identifiers.h"
 
 namespace vernoxa {
 namespace {

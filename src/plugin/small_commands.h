@@ -1,8 +1,8 @@
 // The commands that stand for themselves.
 #pragma once
 
-#include "core/directories.h"
-#include "core/tcl_command.h"
+#include "system/directories.h"
+#include "tcl/command.h"
 
 namespace vernoxa {
 

@@ -5,16 +5,16 @@
 #include <memory>
 #include <string>
 
-#include "core/code_page.h"
-#include "core/files.h"
-#include "core/outside_json.h"
-#include "core/tcl_script_host.h"
-#include "core/user_messages.h"
+#include "designs/host_discovery.h"
 #include "plugin/command_guard.h"
 #include "plugin/companion_launch.h"
 #include "plugin/configuration.h"
-#include "plugin/host_discovery.h"
 #include "plugin/plug_in.h"
+#include "system/files.h"
+#include "system/user_messages.h"
+#include "tcl/tcl_script_host.h"
+#include "text/code_page.h"
+#include "text/outside_json.h"
 
 namespace vernoxa {
 namespace {

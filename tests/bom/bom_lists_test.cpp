@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "commands/dispatcher.h"
+#include "dispatch/dispatcher.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "link/packet_text.h"
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

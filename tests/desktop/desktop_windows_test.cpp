@@ -8,23 +8,23 @@
 #include <functional>
 #include <thread>
 
-#include "core/clipboard.h"
-#include "core/code_page.h"
-#include "core/desktop.h"
-#include "core/files.h"
-#include "core/log.h"
-#include "core/registry.h"
-#include "core/services.h"
-#include "core/state.h"
-#include "core/wide_text_windows.h"
-#include "core/world.h"
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
 #include "desktop/metafile_check.h"
+#include "dispatch/services.h"
+#include "dispatch/state.h"
 #include "plugin/real_world_windows.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
+#include "system/clipboard.h"
+#include "system/desktop.h"
 #include "system/fake_code_page.h"
+#include "system/files.h"
+#include "system/log.h"
+#include "system/registry.h"
+#include "system/wide_text_windows.h"
+#include "system/world.h"
+#include "text/code_page.h"
 
 namespace vernoxa {
 namespace {

@@ -8,10 +8,10 @@
 #include <functional>
 #include <thread>
 
-#include "core/wide_text_windows.h"
 #include "desktop/resource.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
+#include "system/wide_text_windows.h"
 
 namespace vernoxa {
 namespace {

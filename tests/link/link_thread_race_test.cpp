@@ -4,11 +4,11 @@
 
 #include <thread>
 
-#include "core/json.h"
-#include "core/text.h"
 #include "link/link_thread.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
+#include "text/json.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

@@ -5,10 +5,10 @@
 #include <deque>
 #include <map>
 
-#include "core/text.h"
-#include "link/file_status.h"
+#include "designs/file_status.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

@@ -6,13 +6,13 @@
 #include <array>
 #include <map>
 
-#include "commands/handler.h"
-#include "link/packet_text.h"
+#include "dispatch/handler.h"
 #include "plugin/command_table.h"
 #include "plugin/plug_in.h"
 #include "plugin/start_up.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

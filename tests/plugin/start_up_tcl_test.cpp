@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 #include <tcl.h>
 
-#include "core/text.h"
+#include "modules/library_files.h"
 #include "plugin/command_table.h"
 #include "plugin/plug_in.h"
-#include "sharing/library_files.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/script_host.h"
+#include "tcl/script_host.h"
 
 namespace vernoxa {
 

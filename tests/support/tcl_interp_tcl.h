@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/script_host.h"
-#include "core/tcl_arguments.h"
+#include "tcl/arguments.h"
+#include "tcl/script_host.h"
 
 struct Tcl_Interp;
 struct Tcl_Obj;

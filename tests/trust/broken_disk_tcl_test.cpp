@@ -1,9 +1,9 @@
 // A disk that stays full, folders that stay read-only, a log folder that comes and goes: every kept conversation again.
 #include <gtest/gtest.h>
 
-#include "link/packet_text.h"
 #include "plugin/command_table.h"
 #include "trust/trust_rig_tcl.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
-#include "core/json.h"
-#include "link/packet_text.h"
 #include "plugin/command_guard.h"
 #include "plugin/command_table.h"
 #include "plugin/start_up.h"
+#include "text/json.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

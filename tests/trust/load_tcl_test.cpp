@@ -3,13 +3,13 @@
 
 #include <algorithm>
 
-#include "core/clock.h"
-#include "core/text.h"
 #include "link/link_thread.h"
-#include "link/packet_text.h"
 #include "link/socket_client.h"
+#include "system/clock.h"
+#include "text/text.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {

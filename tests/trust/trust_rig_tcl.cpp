@@ -7,8 +7,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "core/text.h"
 #include "plugin/command_guard.h"
+#include "text/text.h"
 #include "trust/failing_memory.h"
 
 namespace vernoxa {

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "commands/handler.h"
+#include "dispatch/handler.h"
 #include "plugin/command_table.h"
 
 namespace {
@@ -49,7 +49,7 @@ void printMessages(std::ostream& page, const char* title, const char* door, std:
 std::string messageReference() {
   std::ostringstream page;
   page << "# Messages that the plug-in carries out\n\n"
-       << "Printed by `./dev docs` from the tables in `src/commands/`; do not edit.\n\n"
+       << "Printed by `./dev docs` from the tables in `src/plugin/` and `src/designs/`; do not edit.\n\n"
        << "A message is a JSON object with \"Command\" and \"Data\" in the code page (GBK). A member without a remark "
           "is needed:\nwithout it nothing is evaluated and the reply is \"command error\".\n";
   printMessages(page, "From the companion", "packetParser", companionHandlers());

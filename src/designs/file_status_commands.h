@@ -1,0 +1,23 @@
+// The host scripts' commands for opened, saved and closed designs.
+#pragma once
+
+#include "tcl/command.h"
+
+namespace vernoxa {
+
+struct Services;
+
+// Each takes the design's path as the host gives it and answers the packet text of its message, which the script then
+// sends; an empty path gives an empty answer and no message.
+// ReadOpenPath asks the host for the pin count when the first three characters of the extension are "dsn" or "DSN".
+CommandResult readOpenPath(CommandCall& call, Services& services);
+CommandResult sendSaveFile(CommandCall& call, Services& services);
+CommandResult sendCloseFile(CommandCall& call, Services& services);
+
+// The number of open designs as decimal text.
+CommandResult getOpenFileCount(CommandCall& call, Services& services);
+
+// The host's connection to the companion broke: the link thread makes a new one.
+CommandResult serverLinkBreak(CommandCall& call, Services& services);
+
+}  // namespace vernoxa

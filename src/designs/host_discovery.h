@@ -1,0 +1,38 @@
+// Finds the executable of the very host that loaded the plug-in.
+//
+// Several versions of the host may be installed side by side; each leaves an uninstall entry in the registry.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "system/file_path.h"
+
+namespace vernoxa {
+
+class Files;
+class Logs;
+class Registry;
+class ScriptHost;
+struct Services;
+
+struct Installation {
+  FilePath location;  // folder without a "\" at its end
+  std::string version;
+};
+
+// The host's vendor's products, the machine's before the user's, each in the registry's order. An exception ends its
+// half and goes to the crash log as "readOrcadInstallInfo1" or "readOrcadInstallInfo".
+std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& logs);
+
+// Full path of Capture.exe of that version, or empty. Versions agree when their first four characters do. When the
+// executable is not in its usual place, the folders below the installation are searched, and the last hit is taken;
+// without an installation the search begins at the root of the current drive.
+FilePath findHostExecutable(Files& files, const std::string& hostVersion,
+                            const std::vector<Installation>& installations);
+
+// Asks the host for its version and keeps the path of its executable in the state; empty when it was not found. An
+// exception goes to the crash log as "setOrcadInstallPath".
+void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept;
+
+}  // namespace vernoxa

@@ -1,0 +1,160 @@
+// What the link thread asks of the host: the link itself and the open designs.
+#include "designs/open_designs.h"
+#include "dispatch/handler.h"
+#include "dispatch/script_values.h"
+#include "dispatch/services.h"
+#include "link/companion_sender.h"
+#include "system/files.h"
+#include "system/log.h"
+#include "system/world.h"
+#include "tcl/script_host.h"
+#include "tcl/script_text.h"
+#include "text/code_page.h"
+#include "text/path_text.h"
+#include "text/text.h"
+
+namespace vernoxa {
+namespace {
+
+Outcome creatClient(const Request&, HandlerContext& context) {
+  LinkState& link = context.services.state.link;
+  const bool connected = link.clientCreated();
+  const Evaluation answer = context.host.evaluate(connected ? "creatClient 0" : "creatClient 1");
+  if (context.services.text.messageText(answer.text) != "0") {
+    return Outcome::failure("creat client failed!");
+  }
+  if (!connected) {
+    // The companion may be another one by now, which knows nothing yet.
+    context.services.state.reportedDesigns.clear();
+  }
+  link.setClientCreated(true);
+  return Outcome::success();
+}
+
+Outcome getNewOpenPath(const Request&, HandlerContext& context) {
+  if (scanOpenDesigns(context).empty()) {
+    return Outcome::failure("No file!");
+  }
+  Json data = Json::object();
+  const GlobalState& state = context.services.state;
+  if (const auto path = firstUnreported(state)) {
+    data.add("ProjectPath", *path);
+  }
+  data.add("CloseFile", closedDesigns(state));
+  return Outcome::success(std::move(data));
+}
+
+// The folder is made one level deep: the project's own folder is there, or nothing can be written.
+FilePath netsFile(Services& services) {
+  const FilePath folder = services.state.link.baseDirectory() / "Cache";
+  services.world.files.createFolder(folder);
+  return folder / "Nets.txt";
+}
+
+Outcome getNetsList(const Request& request, HandlerContext& context) {
+  const TextConverter& convert = context.services.text;
+  const FilePath file = netsFile(context.services);
+  ScriptText script("GetNetsList ");
+  script.quoted(doubleBackslashes(convert.hostPath(request.text("ProjectPath")))).literal(" ");
+  script.quoted(doubleBackslashes(file.utf8()));
+  const Evaluation answer = context.host.evaluate(script.text());
+  if (!answer.ok || answer.text.starts_with("Error")) {
+    return Outcome::failure(convert.messageText(answer.text));
+  }
+  if (!context.services.world.files.exists(file)) {
+    return Outcome::failure("File not exist");
+  }
+  Json data = Json::object();
+  data.add("netlistsFile", pathText(context.services, file));
+  data.add("datFile", convert.messageText(answer.text));
+  return Outcome::success(std::move(data));
+}
+
+Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
+  const auto nested = request.data.member("ProjectPath").text();
+  const auto path = nested ? nested : request.message.member("ProjectPath").text();
+  if (!path) {
+    return {stoppedEarly, std::nullopt};
+  }
+  const std::string argument = doubledOnce(context.services.text.hostPath(*path));
+  const Evaluation answer = context.host.evaluate(ScriptText("getDsnPinCount ").quoted(argument).text());
+  const std::string count = context.services.text.messageText(answer.text);
+  context.log.writeLine("return:" + count);
+  if (count.find("//") != std::string::npos) {
+    context.log.writeLine(count);
+  }
+  context.log.writeLine("Over");
+  if (answer.text == "-1") {
+    noteWithoutPins(context.services, *path);
+  }
+  Json data = Json::object();
+  data.add("PinCount", count);
+  return Outcome::success(std::move(data));
+}
+
+// Hands the status on to the companion as it is, and keeps in mind what the companion knows when it was sent.
+void passOn(const Request& request, HandlerContext& context) {
+  const auto status = request.data.member("Status").text();
+  const auto fileName = request.data.member("FileName").text();
+  if (!status || !fileName) {
+    return;
+  }
+  Json message = Json::object();
+  message.add("Command", "FileStatus");
+  message.add("Result", "0");
+  message.add("Data", Json::copyOf(request.data));
+  if (!sendToCompanion(context.host, context.services, message.printUnformatted()).ok) {
+    return;
+  }
+  if (*status == "Open") {
+    noteReported(context.services, *fileName);
+  } else if (*status == "Close") {
+    noteClosed(context.services.state, *fileName);
+  }
+}
+
+Outcome fileStatus(const Request& request, HandlerContext& context) {
+  passOn(request, context);
+  const std::vector<KnownDesign>& designs = scanOpenDesigns(context);
+  if (designs.empty()) {
+    return Outcome::failure("No file!");
+  }
+  Json data = Json::object();
+  data.add("ProjectPath", designs.front().hostPath);
+  return Outcome::success(std::move(data));
+}
+
+constexpr auto text = MemberKind::text;
+constexpr auto needed = MemberUse::needed;
+constexpr auto optional = MemberUse::optional;
+
+constexpr std::array rows = {
+    HandlerRow{"GetNetsList",
+               getNetsList,
+               {{{"ProjectPath", text, needed}}},
+               "Writes the nets of a design into a file and names it."},
+    HandlerRow{
+        "getDsnPinCount",
+        getDsnPinCount,
+        {{{"ProjectPath", text, optional}}},
+        "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host "
+        "does not have it."},
+    HandlerRow{"GetNewOpenPath",
+               getNewOpenPath,
+               {},
+               "Names the first open design not yet reported, and the reported ones that were closed."},
+    HandlerRow{"FileStatus",
+               fileStatus,
+               {{{"Status", text, optional}, {"FileName", text, optional}}},
+               "Passes a design's status on to the companion and lists the open designs again."},
+    HandlerRow{"creatClient", creatClient, {}, "Has the host's scripts connect to the companion."},
+};
+static_assert(namesDiffer(rows));
+
+}  // namespace
+
+std::span<const HandlerRow> threadHandlers() {
+  return rows;
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,26 @@
+// Values of a request on their way into a script, and results on their way into a reply.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "dispatch/handler.h"
+
+namespace vernoxa {
+
+// The text of a member of "Data" in UTF-8. Convert first, then double, quote and neutralise.
+std::string scriptValue(const Request& request, HandlerContext& context, std::string_view member);
+
+// "ProjectPath" in UTF-8, backslashes as they came.
+std::string projectPath(const Request& request, HandlerContext& context);
+
+// Backslashes doubled, unless the text holds a doubled one already. The two that begin a network path are none.
+std::string doubledOnce(const std::string& path);
+
+// A result text of the host as a message holds it.
+std::string replyValue(HandlerContext& context, const std::string& result);
+
+// Done when the host answered "1"; otherwise its answer is the failure.
+Outcome doneOrFailure(HandlerContext& context, const std::string& script);
+
+}  // namespace vernoxa

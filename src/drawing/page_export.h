@@ -1,0 +1,54 @@
+// The export of schematic pages: which page is open, and when it becomes a file.
+//
+// The host's script starts an export, then sends for each page a "Page" record, the symbols that the page uses and its
+// objects, and at the end the names of the last page. Records that come at another moment are dropped.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "drawing/page_document.h"
+#include "drawing/record.h"
+
+namespace vernoxa {
+
+struct Services;
+
+// What page files are named after, as the host gave it.
+struct PageNames {
+  std::string schematic;
+  std::string page;
+  std::string key;  // tells pages of one name apart
+};
+
+// Host thread only. Records as showInCodePage() leaves them.
+class PageExport {
+ public:
+  // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. The schematic's
+  // name stays.
+  void start(const Services& services);
+
+  // "Schematic" names the schematic of the pages that begin from now on. "Page" writes the open page, if there is one,
+  // and opens the next. All others are drawn on the open page.
+  void addPageRecord(const Record& record, const Services& services);
+
+  // "Name" opens the next symbol of the open page. All others are drawn into the open symbol.
+  void addSymbolRecord(const Record& record);
+
+  // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
+  void finish(const PageNames& names, const Services& services);
+
+  // Whether the host is an old one, once it was asked; forgotten with each start.
+  std::optional<bool> oldHost;
+
+ private:
+  // Names of its own: the open page's may change meanwhile.
+  void write(const PageNames& names, const Services& services);
+
+  std::optional<PageDocument> document_;
+  std::string schematicName_;
+  PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,62 @@
+#include "drawing/record.h"
+
+#include <optional>
+#include <utility>
+
+#include "text/code_page.h"
+#include "text/text.h"
+
+namespace vernoxa {
+namespace {
+
+// Asked for every text of every record: without an early end, since nearly all are short and ASCII.
+bool isAscii(std::string_view text) {
+  unsigned bits = 0;
+  for (const char byte : text) {
+    bits |= static_cast<unsigned char>(byte);
+  }
+  return bits < 0x80;
+}
+
+std::string throughCodePage(const TextConverter& converter, std::string_view text) {
+  return converter.ansiToUtf8(converter.utf8ToAnsi(text));
+}
+
+// Each line for itself, so that a bad one does not change its neighbours; a NUL ends them all.
+std::string linesToShow(const TextConverter& converter, std::string_view text, bool convert) {
+  std::string result;
+  for (std::size_t start = 0;;) {
+    const std::size_t end = text.find(lineSeparator, start);
+    const std::string_view line = text.substr(start, end - start);
+    const auto plain = utf8OfTcl(line);
+    result += plain && !convert ? *plain : throughCodePage(converter, line);
+    if (end == std::string_view::npos || (plain && line.find(tclNul) != std::string_view::npos)) {
+      return result;
+    }
+    result += lineSeparator;
+    start = end + lineSeparator.size();
+  }
+}
+
+}  // namespace
+
+void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
+  for (std::size_t index = 0; index < size; ++index) {
+    const std::string_view text = texts_[index];
+    if (isAscii(text)) {
+      continue;
+    }
+    const bool lines = index == textLines && kind() == textKind;
+    keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
+  }
+}
+
+void Record::takeAsUtf8() {
+  for (std::size_t index = 0; index < size; ++index) {
+    if (auto plain = isAscii(texts_[index]) ? std::nullopt : utf8OfTcl(texts_[index])) {
+      keep(index, std::move(*plain));
+    }
+  }
+}
+
+}  // namespace vernoxa

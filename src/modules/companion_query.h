@@ -1,0 +1,31 @@
+// Questions to the companion, each over a connection of its own.
+//
+// They run on the host's thread and hold it for one request and its reply, 30 seconds at most. Where the system takes
+// seconds to tell that nobody listens, they are asked only while the host's scripts are connected to the companion.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "text/json.h"
+
+namespace vernoxa {
+
+struct Services;
+
+// A reply with the members that every one has.
+struct QueryReply {
+  std::string text;       // as received, code page
+  Json message;           // empty when the reply is no JSON
+  JsonView data;          // "Data"
+  std::string value;      // the member that was asked for
+  std::string errorText;  // the number in "Result" when it is not 0
+};
+
+// Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
+// ("can't Init"), without a reply ("ret:-1"), or when "Result", "Data" or the named member of "Data" is missing (its
+// name). Throws std::runtime_error for a reply that is no packet text.
+std::optional<QueryReply> askCompanion(const Services& services, std::string_view request, std::string_view member);
+
+}  // namespace vernoxa

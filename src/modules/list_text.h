@@ -1,0 +1,32 @@
+// Builds the nested Tcl lists that the host's placing procedures take.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "tcl/script_text.h"
+
+namespace vernoxa {
+
+// Values are UTF-8. Every value arrives at the procedure with its backslashes as they are (doubled in the script, also
+// in a braced name, where the procedures know it), and its brackets stand escaped in script and log.
+class ListText {
+ public:
+  explicit ListText(std::string_view literal = {}) : script_(literal) {}
+
+  ListText& literal(std::string_view text);
+  ListText& bare(std::string_view value);
+  ListText& quoted(std::string_view value);
+  ListText& braced(std::string_view value);
+  // [list "key" "value"]
+  ListText& item(std::string_view key, std::string_view value);
+  // What `value` gives, or the literal when it is empty.
+  ListText& bareOr(std::string_view value, std::string_view whenEmpty);
+
+  const std::string& text() const { return script_.text(); }
+
+ private:
+  ScriptText script_;
+};
+
+}  // namespace vernoxa

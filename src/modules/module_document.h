@@ -1,0 +1,55 @@
+// The shared-module document while the host's script builds it, record by record. docs/module-format.md shows the
+// finished file.
+//
+// Records are lists of UTF-8 texts whose element 0 is the kind; a missing element reads as the empty text, an unknown
+// kind is ignored. Host thread only.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include "text/json.h"
+
+namespace vernoxa {
+
+// Gives element n of a record.
+using RecordElement = std::function<std::string_view(int index)>;
+
+class ModuleDocument {
+ public:
+  // A fresh document in place of the former one.
+  void start();
+  bool started() const { return static_cast<bool>(root_); }
+
+  // One record of a library part: its header "Name", then its elements and properties. A header that repeats name,
+  // index and type of a part drops all up to the next header; so does a record before the first.
+  void addLibraryRecord(const RecordElement& element);
+
+  // One record of a schematic object.
+  void addSchematicRecord(const RecordElement& element);
+
+  // Ends the document and gives its text, UTF-8, formatted; empty when none was started.
+  std::string finish(std::string_view width, std::string_view height);
+
+ private:
+  struct Current {
+    JsonView properties;           // of the part or object
+    JsonView displayedProperties;  // of the part or object
+    JsonView children;             // of the part
+    JsonView elementProperties;    // of the part's last element
+  };
+
+  void startPart(const RecordElement& element);
+  void addProperty(JsonView properties, const RecordElement& element);
+
+  Json root_;
+  JsonView children_;
+  JsonView library_;
+  std::unordered_set<std::string> partKeys_;  // name, index and type of every part in the library
+  Current part_;
+  Current object_;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,49 @@
+// A shared module as it is read for a placement. Anybody may have written it: every member may be missing or of
+// another type, and reads as empty then.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "system/file_path.h"
+#include "text/json.h"
+
+namespace vernoxa {
+
+struct Services;
+
+// Width and height as decimal texts.
+struct ViewBox {
+  std::string width;
+  std::string height;
+};
+
+// The text of a member; empty when it is missing or no text.
+std::string_view textOf(JsonView object, std::string_view member);
+// A member that is an object, or an array; a view of nothing for one that is missing or of another type.
+JsonView objectIn(JsonView object, std::string_view member);
+JsonView arrayIn(JsonView object, std::string_view member);
+// The name of a part, element or object: "Name", in older modules and for schematic objects "name".
+std::string_view nameOf(JsonView object);
+
+// Texts are UTF-8; views are valid as long as this object.
+class ModuleFile {
+ public:
+  // Unreadable, no JSON, and beyond the bounds (a line in the traffic log tells) alike: a module without a root.
+  static ModuleFile read(const Services& services, const FilePath& path);
+
+  bool hasRoot() const { return static_cast<bool>(root_); }
+  bool hasLibrary() const { return static_cast<bool>(library()); }
+  JsonView library() const { return arrayIn(root_.view(), "lib"); }
+  JsonView objects() const { return arrayIn(root_.view(), "children"); }
+  // "Name" of the library's first part.
+  std::string_view firstPartName() const;
+  // From "BoundingBox": two numbers as they are, or the differences of four; nothing for all else.
+  std::optional<ViewBox> viewBox() const;
+
+ private:
+  Json root_;
+};
+
+}  // namespace vernoxa

@@ -1,0 +1,55 @@
+#include "modules/upload_message.h"
+
+#include <vector>
+
+#include "dispatch/state.h"
+#include "text/code_page.h"
+#include "text/text.h"
+
+namespace vernoxa {
+namespace {
+
+void appendItems(Json& message, JsonView array, std::string_view items, const TextConverter& text) {
+  for (const std::string& item : splitItems(items, ';')) {
+    message.appendTo(array, Json::string(text.messageText(item)));
+  }
+}
+
+void appendParts(Json& message, JsonView array, std::string_view parts, const TextConverter& text) {
+  for (const std::string& item : splitItems(parts, ';')) {
+    const std::vector<std::string> fields = splitFields(item, ',');
+    if (fields.size() < 2) {
+      continue;
+    }
+    Json part = Json::object();
+    part.add("Id", text.messageText(fields[0]));
+    part.add("Ref", text.messageText(fields[1]));
+    if (fields.size() > 2) {
+      part.add("Package", text.messageText(fields[2]));
+    }
+    message.appendTo(array, std::move(part));
+  }
+}
+
+}  // namespace
+
+Json uploadMessage(const UploadedSelection& selection, const PlacementContext& placement, const TextConverter& text) {
+  Json message = Json::object();
+  const JsonView data = message.add("Data", Json::object());
+  message.add("Command", "SelectModule_EndResult");
+  message.addTo(data, "dsnBmpPath", Json::string(placement.dsnBmpPath));
+  message.addTo(data, "dsnDatPath", Json::string(placement.dsnDatPath));
+  const JsonView parts = message.addTo(data, "Part", Json::array());
+  const JsonView wires = message.addTo(data, "Wire", Json::array());
+  const JsonView keys = message.addTo(data, "Keys", Json::array());
+  message.addTo(data, "sumPins", Json::string(text.messageText(selection.sumPins)));
+  message.addTo(data, "selfPins", Json::string(text.messageText(selection.selfPins)));
+  message.addTo(data, "copyPrice", Json::string(text.messageText(selection.copyPrice)));
+  appendItems(message, keys, selection.keys, text);
+  appendParts(message, parts, selection.parts, text);
+  appendItems(message, wires, selection.wires, text);
+  message.add("Result", "0");
+  return message;
+}
+
+}  // namespace vernoxa

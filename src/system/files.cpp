@@ -1,0 +1,25 @@
+#include "system/files.h"
+
+#include "text/text.h"
+
+namespace vernoxa {
+
+bool Files::isFolder(const FilePath& path) {
+  const std::uint32_t found = attributes(path);
+  return found != noAttributes && (found & directoryAttribute) != 0;
+}
+
+bool Files::isLink(const FilePath& path, std::uint32_t attributes) {
+  constexpr std::uint32_t nameSurrogate = 0x20000000;  // IsReparseTagNameSurrogate in winnt.h
+  if ((attributes & reparsePointAttribute) == 0) {
+    return false;
+  }
+  const std::uint32_t tag = reparseTag(path);
+  return tag == 0 || (tag & nameSurrogate) != 0;  // of what nobody knows the worst is taken
+}
+
+std::string withDosLineEnds(std::string_view text) {
+  return replaceAll(text, "\n", "\r\n");
+}
+
+}  // namespace vernoxa

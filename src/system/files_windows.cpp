@@ -1,0 +1,176 @@
+#include "system/files_windows.h"
+
+#include <algorithm>
+#include <array>
+
+#include "system/handle_windows.h"
+#include "system/wide_text_windows.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr std::size_t largestPiece = std::size_t{1} << 30U;  // a write takes a 32-bit count
+
+// A path for one call of the system's. While it lives, a drive without a disk makes that call fail, and no box that
+// asks the user for the disk.
+class SystemPath {
+ public:
+  explicit SystemPath(std::wstring text) : text_(std::move(text)) {
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &formerMode_);
+  }
+  ~SystemPath() { SetThreadErrorMode(formerMode_, nullptr); }
+  SystemPath(const SystemPath&) = delete;
+  SystemPath& operator=(const SystemPath&) = delete;
+
+  const wchar_t* text() const { return text_.c_str(); }
+
+ private:
+  const std::wstring text_;
+  DWORD formerMode_ = 0;
+};
+
+SystemPath wide(const FilePath& path) {
+  return SystemPath(toWide(path.utf8(), CP_UTF8));
+}
+
+// What a call that fills in a path of that many characters gives; empty when it fails or needs more.
+template <class Call>
+FilePath pathWithin(std::size_t size, Call call) {
+  std::wstring path(size, L'\0');
+  const DWORD length = call(path.data(), static_cast<DWORD>(size));
+  path.resize(length < size ? length : 0);
+  return FilePath::fromUtf8(fromWide(path, CP_UTF8));
+}
+
+class WindowsOutputFile final : public OutputFile {
+ public:
+  explicit WindowsOutputFile(FileHandle handle) : handle_(std::move(handle)) {}
+
+  bool write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const std::size_t wanted = std::min(bytes.size(), largestPiece);
+      DWORD written = 0;
+      if (WriteFile(handle_.get(), bytes.data(), static_cast<DWORD>(wanted), &written, nullptr) == 0 || written == 0) {
+        return false;
+      }
+      bytes.remove_prefix(written);
+    }
+    return true;
+  }
+
+ private:
+  FileHandle handle_;
+};
+
+std::unique_ptr<OutputFile> open(const FilePath& path, DWORD access, DWORD disposition) {
+  FileHandle handle(
+      CreateFileW(wide(path).text(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return handle ? std::make_unique<WindowsOutputFile>(std::move(handle)) : nullptr;
+}
+
+CopyResult failedCopy() {
+  return {std::max<std::uint32_t>(GetLastError(), 1)};
+}
+
+bool isDots(std::wstring_view name) {
+  return name == L"." || name == L"..";
+}
+
+}  // namespace
+
+std::uint32_t WindowsFiles::attributes(const FilePath& path) {
+  return GetFileAttributesW(wide(path).text());
+}
+
+FilePath WindowsFiles::fullPath(const FilePath& path) {
+  return pathWithin(MAX_PATH, [&](wchar_t* full, DWORD size) {  // no other call takes a longer one
+    return GetFullPathNameW(wide(path).text(), size, full, nullptr);
+  });
+}
+
+FilePath WindowsFiles::shortPath(const FilePath& path) {
+  return pathWithin(MAX_PATH,
+                    [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).text(), name, size); });
+}
+
+std::uint32_t WindowsFiles::reparseTag(const FilePath& path) {
+  WIN32_FIND_DATAW entry{};
+  const FindHandle search(FindFirstFileW(wide(path).text(), &entry));
+  const bool tagged = search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  return tagged ? entry.dwReserved0 : 0;
+}
+
+std::optional<std::string> WindowsFiles::readStart(const FilePath& path, std::size_t most) {
+  const FileHandle handle(
+      CreateFileW(wide(path).text(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  // A pipe or a serial port would be waited for.
+  if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
+    return std::nullopt;
+  }
+  std::string content;
+  std::array<char, 65536> piece;
+  DWORD count = 0;
+  while (ReadFile(handle.get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0) {
+    content.append(piece.data(), std::min<std::size_t>(count, most - content.size()));
+    if (count == 0 || content.size() == most) {
+      return content;
+    }
+  }
+  return std::nullopt;
+}
+
+std::unique_ptr<OutputFile> WindowsFiles::openForAppending(const FilePath& path) {
+  return open(path, FILE_APPEND_DATA, OPEN_ALWAYS);
+}
+
+std::unique_ptr<OutputFile> WindowsFiles::create(const FilePath& path) {
+  return open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+}
+
+bool WindowsFiles::createFolder(const FilePath& path) {
+  return CreateDirectoryW(wide(path).text(), nullptr) != 0;
+}
+
+bool WindowsFiles::removeFile(const FilePath& path) {
+  return DeleteFileW(wide(path).text()) != 0;
+}
+
+bool WindowsFiles::removeFolder(const FilePath& path) {
+  return RemoveDirectoryW(wide(path).text()) != 0;
+}
+
+bool WindowsFiles::replaceFile(const FilePath& from, const FilePath& to) {
+  return MoveFileExW(wide(from).text(), wide(to).text(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
+  const SystemPath copy = wide(to);
+  if (CopyFileW(wide(from).text(), copy.text(), TRUE) == 0) {
+    return failedCopy();
+  }
+  // The system copies the attributes too. A file that is read-only can neither be written nor removed.
+  const DWORD attributes = GetFileAttributesW(copy.text());
+  const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+  if (readOnly && SetFileAttributesW(copy.text(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
+    return failedCopy();
+  }
+  return {};
+}
+
+std::vector<FolderEntry> WindowsFiles::entries(const FilePath& folder) {
+  std::vector<FolderEntry> found;
+  WIN32_FIND_DATAW entry{};
+  const FindHandle search(FindFirstFileW(wide(folder / "*.*").text(), &entry));
+  if (!search) {
+    return found;
+  }
+  do {
+    if (!isDots(entry.cFileName)) {
+      found.push_back({fromWide(entry.cFileName, CP_UTF8), entry.dwFileAttributes});
+    }
+  } while (FindNextFileW(search.get(), &entry) != 0);
+  return found;
+}
+
+}  // namespace vernoxa

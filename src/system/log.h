@@ -1,0 +1,65 @@
+// The two logs that the plug-in keeps for its developers: plain text in the code page, CR LF line ends.
+//
+// Every line is "[Time]:2024-3-5 9:7:2:45.message": local time without padding, a colon before the milliseconds and a
+// full stop before the message. Messages of the host and to it may hold UTF-8: what is recognised as such is put into
+// the code page. Logging never fails visibly and never throws. Usable from both threads: each line is
+// written to a file opened for appending in one piece, so lines of two threads may follow each other in any order but
+// never mix.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "system/file_path.h"
+
+namespace vernoxa {
+
+class Clock;
+class CodePage;
+class Files;
+struct World;
+
+// Writes lines of one log; short-lived. Each line opens the file and closes it again, so that one which the user
+// deletes meanwhile is made again. Without a file every write does nothing.
+class LogWriter {
+ public:
+  LogWriter(Clock& clock, const CodePage& codePage, Files& files, FilePath file)
+      : clock_(clock), codePage_(codePage), files_(files), file_(std::move(file)) {}
+
+  bool enabled() const { return !file_.empty(); }
+  void writeLine(std::string_view message) noexcept;
+  // printf style; a longer output than 4095 bytes is cut off.
+  void writeFormatted(const char* format, ...) noexcept __attribute__((format(printf, 2, 3)));
+
+ private:
+  Clock& clock_;
+  const CodePage& codePage_;
+  Files& files_;
+  FilePath file_;
+};
+
+class Logs {
+ public:
+  // `pluginFolder` holds the crash log's folder "\catchLog". The traffic log is off until its folder is known.
+  Logs(const World& world, FilePath pluginFolder);
+  Logs(const Logs& other, FilePath logDirectory);
+
+  // On while the log directory exists.
+  LogWriter openTraffic() const noexcept;
+  // Writes the name of an operation that ended in an exception to the crash log.
+  void reportCrash(std::string_view operation) const noexcept;
+  // Every run of the host begins a fresh traffic log.
+  void resetTraffic() const;
+
+ private:
+  FilePath trafficFile() const noexcept;
+
+  Clock& clock_;
+  const CodePage& codePage_;
+  Files& files_;
+  FilePath pluginFolder_;
+  FilePath logDirectory_;
+};
+
+}  // namespace vernoxa

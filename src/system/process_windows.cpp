@@ -1,0 +1,80 @@
+#include "system/process_windows.h"
+
+#include <windows.h>
+
+#include <process.h>
+#include <shellapi.h>
+#include <tlhelp32.h>
+
+#include <array>
+
+#include "system/handle_windows.h"
+#include "system/wide_text_windows.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr std::size_t modulePathBytes = 99;
+
+// Any address of this module does.
+const char addressInModule = 0;
+
+HMODULE ownModule() {
+  MEMORY_BASIC_INFORMATION region{};
+  if (VirtualQuery(&addressInModule, &region, sizeof region) == 0) {
+    return nullptr;
+  }
+  return static_cast<HMODULE>(region.AllocationBase);
+}
+
+}  // namespace
+
+std::vector<Process> WindowsProcesses::running() {
+  std::vector<Process> processes;
+  const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  if (!snapshot || Process32First(snapshot.get(), &entry) == 0) {
+    return processes;
+  }
+  do {
+    processes.push_back({entry.szExeFile, entry.th32ProcessID});
+  } while (Process32Next(snapshot.get(), &entry) != 0);
+  return processes;
+}
+
+int WindowsProcesses::ownId() {
+  return _getpid();
+}
+
+FilePath WindowsProcesses::currentFolder() {
+  std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
+  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
+  folder.resize(length < folder.size() ? length : 0);  // another thread may have gone elsewhere
+  return FilePath::fromUtf8(fromWide(folder, CP_UTF8));
+}
+
+void WindowsProcesses::setCurrentFolder(const FilePath& folder) {
+  SetCurrentDirectoryW(toWide(folder.utf8(), CP_UTF8).c_str());
+}
+
+void WindowsProcesses::start(const std::string& file, const std::string& argument) {
+  ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);
+}
+
+FilePath modulePath() {
+  std::array<wchar_t, MAX_PATH> buffer{};
+  const DWORD length = GetModuleFileNameW(ownModule(), buffer.data(), static_cast<DWORD>(buffer.size()));
+  std::wstring path(buffer.data(), length);
+  while (fromWide(path, CP_ACP).size() > modulePathBytes) {
+    path.pop_back();
+  }
+  return FilePath::fromUtf8(fromWide(path, CP_UTF8));
+}
+
+void pinModule() {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, &addressInModule, &module);
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,53 @@
+#include "system/whole_file.h"
+
+#include <string>
+
+#include "system/system.h"
+#include "system/temporary_file.h"
+#include "system/world.h"
+
+namespace vernoxa {
+namespace {
+
+enum class Written { whole, partly, notBegun };
+
+// Gone again unless it was written whole.
+Written write(Files& files, const FilePath& path, const WriteContent& content) {
+  auto file = files.create(path);
+  if (!file) {
+    return Written::notBegun;
+  }
+  TemporaryFile unfinished(files, path);
+  const bool whole = content(*file);
+  file.reset();  // what is open goes only when it is closed
+  if (whole) {
+    unfinished.keep();
+  }
+  return whole ? Written::whole : Written::partly;
+}
+
+// Short, and not the name of any page or library; another editor writes under another one.
+FilePath besideName(World& world, const FilePath& path) {
+  return path.folder() / ("~" + std::to_string(world.processes.ownId()) + ".tmp");
+}
+
+}  // namespace
+
+bool writeWholeFile(World& world, const FilePath& path, WhenHeld whenHeld, const WriteContent& content) {
+  Files& files = world.files;
+  const FilePath beside = besideName(world, path);
+  const Written written = write(files, beside, content);
+  if (written == Written::partly) {
+    return false;
+  }
+  if (written == Written::whole) {
+    TemporaryFile temporary(files, beside);
+    if (files.replaceFile(beside, path)) {
+      temporary.keep();
+      return true;
+    }
+  }
+  return whenHeld == WhenHeld::writeInPlace && write(files, path, content) == Written::whole;
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,54 @@
+#include "tcl/arguments.h"
+
+#include <tcl.h>
+
+#include <cstddef>
+
+namespace vernoxa {
+namespace {
+
+std::string_view textOf(Tcl_Obj* object) {
+  if (object == nullptr) {
+    return {};
+  }
+  int length = 0;
+  const char* const text = Tcl_GetStringFromObj(object, &length);
+  return {text, static_cast<std::size_t>(length)};
+}
+
+}  // namespace
+
+TclList::TclList(Tcl_Obj* list) {
+  int count = 0;
+  Tcl_Obj** elements = nullptr;
+  if (list != nullptr && Tcl_ListObjGetElements(nullptr, list, &count, &elements) == TCL_OK) {
+    elements_.assign(elements, elements + count);
+  }
+  for (Tcl_Obj* const element : elements_) {
+    Tcl_IncrRefCount(element);
+  }
+}
+
+TclList::~TclList() {
+  for (Tcl_Obj* const element : elements_) {
+    Tcl_DecrRefCount(element);
+  }
+}
+
+std::string_view TclList::text(int index) const {
+  return textOf(element(index));
+}
+
+Tcl_Obj* TclList::element(int index) const {
+  return index >= 0 && index < size() ? elements_[static_cast<std::size_t>(index)] : nullptr;
+}
+
+std::string_view Arguments::text(int position) const {
+  return textOf(object(position));
+}
+
+Tcl_Obj* Arguments::object(int position) const {
+  return position >= 0 && position < count_ ? objects_[position] : nullptr;
+}
+
+}  // namespace vernoxa

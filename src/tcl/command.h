@@ -1,0 +1,27 @@
+// What a Tcl command of the plug-in is given and gives back.
+#pragma once
+
+#include <string>
+
+#include "tcl/arguments.h"
+
+namespace vernoxa {
+
+class ScriptHost;
+
+// Valid for the length of one call, on the host's thread.
+struct CommandCall {
+  const Arguments& arguments;
+  ScriptHost& host;
+};
+
+constexpr int commandDone = 0;     // TCL_OK
+constexpr int commandError = 1;    // TCL_ERROR
+constexpr int commandFailed = -1;  // none of Tcl's own codes: how a caught exception ends, which the host scripts know
+
+struct CommandResult {
+  std::string text;  // becomes Tcl's result as it is, up to its first NUL byte
+  int status = commandDone;
+};
+
+}  // namespace vernoxa

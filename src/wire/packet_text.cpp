@@ -1,0 +1,100 @@
+#include "wire/packet_text.h"
+
+#include <array>
+#include <cstdint>
+#include <exception>
+
+#include "dispatch/services.h"
+#include "system/log.h"
+#include "system/user_messages.h"
+#include "system/world.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr std::string_view digits = "0123456789abcdef";
+constexpr std::uint8_t noDigit = 0xFF;
+
+constexpr std::array<std::uint8_t, 256> digitValues() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(noDigit);
+  for (std::uint8_t value = 0; value < 16; ++value) {
+    values[static_cast<unsigned char>(digits[value])] = value;
+    if (value >= 10) {
+      values[static_cast<unsigned char>('A' + value - 10)] = value;
+    }
+  }
+  return values;
+}
+
+constexpr std::array<std::uint8_t, 256> valueOfDigit = digitValues();
+
+}  // namespace
+
+std::string packetTextOf(std::string_view message) {
+  std::string text;
+  text.reserve(message.size() * 2);
+  for (const char c : message) {
+    const auto byte = static_cast<unsigned char>(c);
+    text.push_back(digits[byte >> 4U]);
+    text.push_back(digits[byte & 0x0FU]);
+  }
+  return text;
+}
+
+DecodedPacket messageOf(std::string_view packetText) {
+  DecodedPacket decoded;
+  decoded.message.reserve(packetText.size() / 2);
+  for (std::size_t index = 0; index + 1 < packetText.size(); index += 2) {
+    const unsigned high = valueOfDigit[static_cast<unsigned char>(packetText[index])];
+    const unsigned low = valueOfDigit[static_cast<unsigned char>(packetText[index + 1])];
+    if (high == noDigit || low == noDigit) {
+      decoded.valid = false;
+      break;
+    }
+    decoded.message.push_back(static_cast<char>(high << 4U | low));
+  }
+  return decoded;
+}
+
+int encodePacket(const Services& services, std::string_view message, std::string& packetText) {
+  try {
+    LogWriter log = services.logs.openTraffic();
+    packetText.clear();
+    if (message.empty()) {
+      return 0;
+    }
+    if (log.enabled()) {
+      log.writeLine(std::string("return data:").append(message));
+    }
+    packetText = packetTextOf(message);
+    log.writeLine(packetText);
+    return 0;
+  } catch (const std::exception&) {
+    services.world.messages.show(u8"发送的数据异常", MessageIcon::none);
+    return -1;
+  }
+}
+
+int decodePacket(const Services& services, std::string_view packetText, std::string& message) {
+  try {
+    LogWriter log = services.logs.openTraffic();
+    log.writeLine("====================decodePacket");
+    DecodedPacket decoded = messageOf(packetText);
+    message = std::move(decoded.message);
+    if (decoded.valid) {
+      log.writeLine(message);
+      return 0;
+    }
+  } catch (const std::exception&) {
+    message.clear();
+  }
+  services.world.messages.show(u8"接收的数据异常", MessageIcon::none);
+  return -1;
+}
+
+std::string sendScript(std::string_view packetText) {
+  return std::string("sendPacketGlobalHandle \"").append(packetText).append("\"");
+}
+
+}  // namespace vernoxa

@@ -1,0 +1,104 @@
+#include "designs/file_status_commands.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_script_host.h"
+#include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
+#include "text/json.h"
+#include "text/text.h"
+#include "wire/packet_text.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::IsEmpty;
+
+class FileStatusCommandsTest : public testing::Test, protected FakeServices {
+ protected:
+  using Command = CommandResult (*)(CommandCall&, Services&);
+
+  FileStatusCommandsTest() { state.link.setHostInstallPath(pathOf("D:\\Capture.exe")); }
+
+  CommandResult call(Command command, const Words& words) {
+    const TclWords held(words);
+    const Arguments arguments = held.arguments();
+    CommandCall each{arguments, host_};
+    return command(each, services);
+  }
+  std::string message(Command command, const std::string& path) {
+    return messageOf(call(command, {"command", path}).text).message;
+  }
+
+  FakeScriptHost host_;
+};
+
+TEST_F(FileStatusCommandsTest, MessagesInTheirOrder) {
+  const std::string start = R"({"Command":"FileStatus","Result":"0","Data":{"Status":")";
+  const std::string host = R"(,"Pid":"4242","AllegroPath":"D:\\Capture.exe")";
+  host_.answer("getDsnPinCount", "128");
+  EXPECT_EQ(message(readOpenPath, "C:\\a.dsn"),
+            start + R"(Open","FileName":"C:\\a.dsn")" + host + R"(,"PinCount":"128"}})");
+  EXPECT_EQ(message(sendSaveFile, "C:\\a.dsn"), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
+  EXPECT_EQ(message(sendCloseFile, "C:\\a.dsn"), start + R"(Close","FileName":"C:\\a.dsn"}})");
+  EXPECT_EQ(message(sendCloseFile, utf8(u8"D:\\原理图.dsn")), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
+  EXPECT_EQ(message(sendCloseFile, "D:\\原理图.dsn"), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
+}
+
+TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExtension) {
+  const struct {
+    const char* path;
+    std::vector<std::string> scripts;
+  } rows[] = {
+      {"a.dsn", {"getDsnPinCount \"a.dsn\""}},
+      {"a.DSNX", {"getDsnPinCount \"a.DSNX\""}},
+      {"a.b.dsn1", {"getDsnPinCount \"a.b.dsn1\""}},
+      {"C:\\\\[a] $b\".dsn", {"getDsnPinCount \"C:\\\\\\[a] \\$b\\\".dsn\""}},  // backslashes stay as they came
+      {"a.ds", {}},
+      {"a.Dsn", {}},
+      {"a.opj", {}},
+      {"a.dsn.bak", {}},
+      {"dsn", {}},
+  };
+  for (const auto& row : rows) {
+    host_.scripts.clear();
+    const Json sent = Json::parse(message(readOpenPath, row.path)).document;
+    EXPECT_EQ(host_.scripts, row.scripts) << row.path;
+    EXPECT_EQ(sent.member("Data").member("PinCount").text(), "") << row.path;
+  }
+}
+
+TEST_F(FileStatusCommandsTest, EmptyPathGivesNoMessage) {
+  for (const Command command : {readOpenPath, sendSaveFile, sendCloseFile}) {
+    for (const Words& words : {Words{"command"}, Words{"command", ""}}) {
+      const CommandResult result = call(command, words);
+      EXPECT_EQ(result.text, "");
+      EXPECT_EQ(result.status, commandDone);
+    }
+  }
+  EXPECT_THAT(host_.scripts, IsEmpty());
+}
+
+TEST_F(FileStatusCommandsTest, TrafficLog) {
+  enableTraffic();
+  const auto logged = [&](Command command) {
+    logs.resetTraffic();
+    const std::string packet = call(command, {"command", "a"}).text;
+    return replaceAll(replaceAll(traffic(), packet, "PACKET"), messageOf(packet).message, "MESSAGE");
+  };
+  EXPECT_EQ(logged(readOpenPath), "5962\nReadOpenPath1111111111\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
+  EXPECT_EQ(logged(sendSaveFile), "return data:MESSAGE\nPACKET\nTcl_SetResult");
+  EXPECT_EQ(logged(sendCloseFile), "6073 Close\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
+}
+
+TEST_F(FileStatusCommandsTest, CountAndBreak) {
+  EXPECT_EQ(call(getOpenFileCount, {"command"}).text, "0");
+  state.openDesigns = {{"a.dsn", "a.dsn"}, {"b.dsn", "b.dsn"}};
+  EXPECT_EQ(call(getOpenFileCount, {"command", "ignored"}).text, "2");
+  state.link.setClientCreated(true);
+  EXPECT_EQ(call(serverLinkBreak, {"command"}).text, "");
+  EXPECT_FALSE(state.link.clientCreated());
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,156 @@
+// The discovery over a real registry and real folders, and what a hostile registry holds.
+#include "designs/host_discovery.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include "plugin/real_world_windows.h"
+#include "system/fake_code_page.h"
+#include "system/files.h"
+#include "system/log.h"
+#include "system/registry.h"
+#include "system/world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+
+const std::string machineKey = "SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+const std::string userKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+const std::string valueKey = "Software\\VernoxaTest";
+
+void write(HKEY root, const std::string& path, const char* name, DWORD type, const std::string& bytes) {
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExA(root, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr), ERROR_SUCCESS);
+  RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()));
+  RegCloseKey(key);
+}
+
+class RealRegistry : public testing::Test {
+ protected:
+  ~RealRegistry() override {
+    for (const std::string& entry : entries_) {
+      RegDeleteTreeA(HKEY_LOCAL_MACHINE, entry.c_str());
+      RegDeleteTreeA(HKEY_CURRENT_USER, entry.c_str());
+    }
+    RegDeleteTreeA(HKEY_CURRENT_USER, valueKey.c_str());
+    for (auto path = made_.rbegin(); path != made_.rend(); ++path) {
+      DeleteFileA(path->c_str());
+      RemoveDirectoryA(path->c_str());
+    }
+  }
+
+  void addEntry(HKEY root, const char* name, const std::string& location, const std::string& version,
+                const std::string& product = "Capture") {
+    const std::string entry = (root == HKEY_LOCAL_MACHINE ? machineKey : userKey) + "\\VernoxaTest " + name;
+    entries_.push_back(entry);
+    write(root, entry, "Publisher", REG_SZ, "Cadence Design Systems");
+    write(root, entry, "InstallLocation", REG_SZ, location);
+    write(root, entry, "DisplayName", REG_SZ, product);
+    write(root, entry, "DisplayVersion", REG_SZ, version);
+  }
+  std::string makeFolder(const std::string& path) {
+    made_.push_back(path);
+    CreateDirectoryA(path.c_str(), nullptr);
+    return path;
+  }
+  // An installation with its executable; answers its folder.
+  std::string makeHost(const std::string& folder, const std::string& toolFolder) {
+    makeFolder(folder);
+    makeFolder(folder + "\\tools");
+    makeFolder(folder + "\\tools\\" + toolFolder);
+    made_.push_back(folder + "\\tools\\" + toolFolder + "\\Capture.exe");
+    world.files.create(pathOf(made_.back()));
+    return folder;
+  }
+  static std::string temporary(const std::string& name) {
+    char path[MAX_PATH] = "";
+    GetTempPathA(MAX_PATH, path);
+    return path + name + std::to_string(GetCurrentProcessId());
+  }
+  std::string find(const std::string& hostVersion) {
+    const Logs logs(world, pathOf(temporary("nowhere")));
+    return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
+  }
+
+  World world = realWorld();
+
+ private:
+  std::vector<std::string> entries_;
+  std::vector<std::string> made_;
+};
+
+TEST_F(RealRegistry, FindsTheHostAmongItsVersions) {
+  const std::string old = makeHost(temporary("SPB_16.9 "), "capture");
+  const std::string current = makeHost(temporary("SPB_17.9 软件 "), "bin");
+  const std::string empty = makeFolder(temporary("SPB_18.9 "));
+  makeHost(empty + "\\first", "bin");
+  const std::string last = makeHost(empty + "\\second", "bin");
+  SetFileAttributesA(makeHost(empty + "\\third", "bin").c_str(), FILE_ATTRIBUTE_HIDDEN);
+  addEntry(HKEY_LOCAL_MACHINE, "1", "Z:\\nowhere", "16.9", "Sigrity 16.9");
+  addEntry(HKEY_LOCAL_MACHINE, "2", "Z:\\nowhere", "17.9", "Installation Manager");
+  addEntry(HKEY_LOCAL_MACHINE, "3", old, "16.9.01");
+  addEntry(HKEY_CURRENT_USER, "4", current + "\\", "17.9.02");
+  addEntry(HKEY_CURRENT_USER, "5", empty, "18.9.00");
+  EXPECT_EQ(find("16.9"), old + "\\tools\\capture\\Capture.exe");
+  EXPECT_EQ(find("17.9-2026"), current + "\\tools\\bin\\Capture.exe");
+  EXPECT_EQ(find("18.9"), last + "\\tools\\bin\\Capture.exe");
+  EXPECT_EQ(find("19.9"), "");
+}
+
+TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
+  const std::string long260(260, 'x');
+  const struct {
+    const char* name;
+    DWORD type;
+    std::string bytes;
+    std::optional<std::string> expected;
+  } cases[] = {
+      {"ended", REG_SZ, std::string("C:\\软件\0", 8), utf8(u8"C:\\软件")},
+      {"not ended", REG_SZ, "C:\\SPB", "C:\\SPB"},
+      {"two zeros", REG_SZ, std::string("C:\\SPB\0\0", 8), "C:\\SPB"},
+      {"zero inside", REG_SZ, std::string("C:\\A\0B\0", 7), "C:\\A"},
+      {"empty", REG_SZ, std::string("\0", 1), ""},
+      {"nothing", REG_SZ, "", ""},
+      {"expandable", REG_EXPAND_SZ, std::string("%TEMP%\0", 7), "%TEMP%"},
+      {"260 bytes with the zero", REG_SZ, long260.substr(1) + std::string("\0", 1), long260.substr(1)},
+      {"261 bytes with the zero", REG_SZ, long260 + std::string("\0", 1), std::nullopt},
+      {"very long", REG_SZ, std::string(70000, 'x'), std::nullopt},
+      {"number", REG_DWORD, std::string("\1\0\0\0", 4), std::nullopt},
+      {"bytes", REG_BINARY, "C:\\SPB", std::nullopt},
+      {"bytes, many", REG_BINARY, std::string(1000, 'x'), std::nullopt},
+      {"several", REG_MULTI_SZ, std::string("C:\\A\0C:\\B\0\0", 11), std::nullopt},
+      {"no type", REG_NONE, "C:\\SPB", std::nullopt},
+  };
+  for (const auto& each : cases) {
+    write(HKEY_CURRENT_USER, valueKey, each.name, each.type, each.bytes);
+    EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey}, each.name), each.expected) << each.name;
+  }
+  EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey}, "missing"), std::nullopt);
+  EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey + "\\missing"}, "x"), std::nullopt);
+}
+
+TEST_F(RealRegistry, NamesTheKeysBelowUpToTheFirstThatFitsNoBuffer) {
+  const RegistryPath path{RegistryRoot::currentUser, valueKey};
+  HKEY key = nullptr;
+  RegCreateKeyExA(HKEY_CURRENT_USER, valueKey.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+  const auto add = [key](const std::wstring& name) {
+    HKEY below = nullptr;
+    EXPECT_EQ(RegCreateKeyExW(key, name.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &below, nullptr), ERROR_SUCCESS);
+    RegCloseKey(below);
+  };
+  add(L"a");
+  add(std::wstring(255, L'k'));
+  add(L"软件");
+  EXPECT_THAT(world.registry.subKeys(path), ElementsAre("a", std::string(255, 'k'), utf8(u8"软件")));
+  add(std::wstring(255, L'龟'));  // 510 bytes in the code page
+  add(L"\uFF00");                 // behind it
+  EXPECT_THAT(world.registry.subKeys(path), testing::SizeIs(3));
+  RegCloseKey(key);
+  EXPECT_THAT(world.registry.subKeys({RegistryRoot::currentUser, valueKey + "\\missing"}), ElementsAre());
+}
+
+}  // namespace
+}  // namespace vernoxa

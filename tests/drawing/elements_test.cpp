@@ -1,0 +1,154 @@
+// Records and the elements that they draw.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "drawing/drawn.h"
+#include "drawing/page_elements.h"
+#include "drawing/symbol_elements.h"
+
+namespace vernoxa {
+namespace {
+
+struct Case {
+  std::vector<std::string_view> record;
+  const char* drawn;
+};
+
+void expectDrawn(void (*draw)(const Record&, ElementSink&), const std::vector<Case>& cases) {
+  for (const Case& each : cases) {
+    DrawnElements drawn;
+    const WordRecord record(each.record);
+    draw(record, drawn);
+    EXPECT_EQ(drawn.text, each.drawn) << record.kind();
+  }
+}
+
+const std::vector<Case> sharedCases = {
+    {{"Box", "1", "2", "30", "40", "8", "1", "1", "0", "2"},
+     "rect style=stroke:#FF0000;stroke-width:4;fill:#FF0000;stroke-dasharray:10,5|x=1|y=2|width=30|height=40\n"},
+    {{"Box", "1", "2", "30", "40", "8", "9", "9", "1"},
+     "rect style=stroke:#FF0000;stroke-width:9;fill:none;stroke-dasharray:9|x=1|y=2|width=30|height=40\n"},
+    {{"Ellipse", "5", "6", "7", "8", "47", "2", "2", "0", "0"},
+     "ellipse style=stroke:#FFFFFF;stroke-width:7;fill:#FFFFFF;stroke-dasharray:5,5|cx=5|cy=6|rx=7|ry=8\n"},
+    {{"Arc", "M0 0A1 1", "18", "3", "3"},
+     "path style=stroke:#00FF00;stroke-width:3;fill:none;stroke-dasharray:10,5,3,5|d=M0 0A1 1\n"},
+    {{"Bezier", "M0 0C1 1", "18", "5", "0"},
+     "path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0C1 1\n"},
+    {{"Polyline", "0,0 1,1", "18", "4", "1"},
+     "polyline style=stroke:#00FF00;stroke-width:4;fill:none;stroke-dasharray:10,3,3,3,3,3|points=0,0 1,1\n"},
+    {{"Polygon", "M0 0Z", "18", "0", "0", "0", "1"},
+     "path style=stroke:#00FF00;stroke-width:1;fill:#00FF00;stroke-dasharray:0,0|d=M0 0Z\n"},
+    {{"Polygon", "M0 0Z", "18", "0", "0"},
+     "path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0Z\n"},
+    {{"Text", "1", "2", "R1", "8", "?", "-9", "1"},
+     "text [R1] style=stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000|transform=translate(1,2) rotate(-90)|"
+     "dominant-baseline=hanging\n"},
+    {{"Box"}, "rect style=stroke:#0000FF;stroke-width:;fill:none;stroke-dasharray:|x=|y=|width=|height=\n"},
+    {{"BitMap", "1", "2"}, ""},
+    {{"box"}, ""},
+    {{}, ""},
+};
+
+TEST(Elements, OfPagesAndSymbolsAlike) {
+  expectDrawn(drawPageRecord, sharedCases);
+  expectDrawn(drawSymbolRecord, sharedCases);
+}
+
+TEST(Elements, OfPages) {
+  expectDrawn(
+      drawPageRecord,
+      {
+          {{"Line", "0", "0", "10", "0", "31", "0", "3"},
+           "line style=stroke:#8000FF;stroke-width:1;fill:none;stroke-dasharray:0,0;stroke-linecap:round|"
+           "x1=0|y1=0|x2=10|y2=0\n"},
+          {{"Line", "0", "0", "10", "0", "31", "1", "BusWire"},
+           "line style=stroke:#8000FF;stroke-width:5;fill:none;stroke-dasharray:10,5;stroke-linecap:round|"
+           "x1=0|y1=0|x2=10|y2=0\n"},
+          {{"Part", "100", "200", "1", "2", "RES", "INS1"},
+           "use id=INS1|transform=translate(100 200) rotate(-90) scale(1,-1)|xlink:href=#RES\n"},
+          {{"Port", "1", "2", "3", "1", "P", "x"},
+           "use transform=translate(1 2) rotate(-270) scale(-1,1)|xlink:href=#P\n"},
+          {{"Global", "1", "2", "2", "", "GND"},
+           "use transform=translate(1 2) rotate(180) scale(1,1)|xlink:href=#GND\n"},
+          {{"OffPage", "1", "2", "0", "0", "O"}, "use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#O\n"},
+          {{"TitleBlock", "1", "2"}, "use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#\n"},
+          {{"Junction", "1", "2", "3", "24", "0"},
+           "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:#800000\n"},
+          {{"Junction", "1", "2", "3", "24", "1"}, "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:none\n"},
+          {{"Alias", "1"}, ""},
+          {{"BusEntry", "1"}, ""},
+          {{"BezierPart", "1"}, ""},
+          {{"Property", "1"}, ""},
+          {{"Pin", "1"}, ""},
+      });
+}
+
+TEST(Elements, OfSymbols) {
+  expectDrawn(drawSymbolRecord,
+              {
+                  {{"Line", "0", "1", "2", "3", "8", "1", "0"},
+                   "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
+                  {{"Line", "0", "1", "2", "3", "8", "1", "2"},
+                   "line style=stroke:#FF0000;stroke-width:2;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
+                  {{"Pin", "0", "10", "x", "x", "8", "0", "SHORT CLOCK", "LEFT"},
+                   "use transform=translate(0,10) rotate(180)|xlink:href=#PackagePinShortClock\n"},
+                  {{"Pin", "0", "10", "x", "x", "8", "0", "ZERO", "left"},
+                   "use transform=translate(0,10) rotate(left)|xlink:href=\n"},
+                  {{"Part", "1"}, ""},
+                  {{"Junction", "1"}, ""},
+              });
+}
+
+// The places of a text's lines at x 10 and y 20.
+std::string places(std::string_view lines, std::string_view font, std::string_view rotation, std::string_view x = "10",
+                   std::string_view y = "20") {
+  DrawnElements drawn;
+  drawPageRecord(WordRecord{"Text", x, y, lines, "0", "", font, rotation}, drawn);
+  std::string found;
+  for (std::size_t at = 0; (at = drawn.text.find('[', at)) != std::string::npos; ++at) {
+    const std::size_t place = drawn.text.find("translate", at) + 9;
+    found += drawn.text.substr(at, drawn.text.find(" style", at) - at) +
+             drawn.text.substr(place, drawn.text.find(' ', place) - place);
+  }
+  return found;
+}
+
+TEST(Elements, LinesOfATextFollowEachOther) {
+  EXPECT_EQ(places("A\r\nB\r\nC", "-12", "0"), "[A](10,20)[B](10,31)[C](10,42)");
+  EXPECT_EQ(places("A\r\nB", "-12", "2"), "[A](10,20)[B](10,31)");
+  EXPECT_EQ(places("A\r\nB", "-12", "1"), "[A](10,20)[B](21,20)");
+  EXPECT_EQ(places("A\r\nB", "-12", "3"), "[A](10,20)[B](-1,20)");
+  EXPECT_EQ(places("\r\nA\r\n\r\nB\r\n", "-12", "0"), "[A](10,20)[B](10,31)");
+  EXPECT_EQ(places("A\nB\rC", "-12", "0"), "[A\nB\rC](10,20)");
+  EXPECT_EQ(places("", "-12", "0"), "");
+  EXPECT_EQ(places("\r\n", "-12", "0"), "");
+}
+
+TEST(Elements, MovedLinesAreReckonedInDecimal) {
+  EXPECT_EQ(places("A\r\nB\r\nC", "0.1", "0", "10", "0.20"), "[A](10,0.20)[B](10,2.3)[C](10,4.4)");
+  EXPECT_EQ(places("A\r\nB", "-12", "3", "10.5"), "[A](10.5,20)[B](-0.5,20)");
+  EXPECT_EQ(places("A\r\nB", "-12", "0", "1", "-11"), "[A](1,-11)[B](1,0)");
+  EXPECT_EQ(places("A\r\nB", "-12", "0", "1", "+2.500"), "[A](1,+2.500)[B](1,13.5)");
+  EXPECT_EQ(places("A\r\nB", "", "0", "1", "abc"), "[A](1,abc)[B](1,2)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e3"), "[A](1,1e3)[B](1,1003)");
+  EXPECT_EQ(places("A\r\nB", "1E1", "0", "1", "-1.5E+2"), "[A](1,-1.5E+2)[B](1,-138)");
+  EXPECT_EQ(places("A\r\nB", "1e-05", "0", "1", "2e-06"), "[A](1,2e-06)[B](1,2.000012)");
+  EXPECT_EQ(places("A\r\nB", "0.125e1", "0", "1", "1e-7"), "[A](1,1e-7)[B](1,3.25)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e"), "[A](1,1e)[B](1,4)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e-x"), "[A](1,1e-x)[B](1,4)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "e3"), "[A](1,e3)[B](1,3)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "0e99999999999999999999"), "[A](1,0e99999999999999999999)[B](1,3)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e-99999999999999999999"), "[A](1,1e-99999999999999999999)[B](1,3)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "-1e99999999999999999999"),
+            "[A](1,-1e99999999999999999999)[B](1,-9223372036851.775807)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "0.1234567"), "[A](1,0.1234567)[B](1,3.123456)");
+  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "-99999999999999"), "[A](1,-99999999999999)[B](1,-9223372036851.775807)");
+  EXPECT_EQ(places("A\r\nB", "99999999999999", "0", "1", "9999999999999"),
+            "[A](1,9999999999999)[B](1,9223372036854.775807)");
+  EXPECT_EQ(places("A\r\nB", "99999999999999", "3", "-9999999999999", "1"),
+            "[A](-9999999999999,1)[B](-9223372036854.775808,1)");
+}
+
+}  // namespace
+}  // namespace vernoxa

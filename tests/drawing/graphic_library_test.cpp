@@ -1,0 +1,119 @@
+#include "drawing/graphic_library.h"
+
+#include <gtest/gtest.h>
+
+#include "drawing/drawn.h"
+#include "system/fake_world.h"
+#include "text/outside_json.h"
+
+namespace vernoxa {
+namespace {
+
+class GraphicLibraryTest : public testing::Test {
+ protected:
+  GraphicLibraryTest() { fake.fake.files.addFolder("C:\\App"); }
+
+  void add(std::initializer_list<std::string_view> words) { library.addRecord(WordRecord(words)); }
+  std::string file(const std::string& name) {
+    return fake.fake.files.bytes("C:\\App\\Cache\\Library\\" + name + ".json");
+  }
+  // Without the pad stacks, in one line.
+  std::string content(const std::string& name) {
+    Json document = Json::parse(file(name)).document;
+    EXPECT_EQ(withDosLineEnds(document.printFormatted()), file(name));
+    EXPECT_EQ(document.member("padstacks").size(), 8U);
+    return document.member("children") ? Json::copyOf(document.member("children")).printUnformatted() +
+                                             Json::copyOf(document.member("lib")).printUnformatted()
+                                       : "";
+  }
+
+  FakeServices fake;
+  GraphicLibrary library;
+};
+
+TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
+  library.start();
+  add({"Line", "0", "1", "2", "3", "8", "1", "0"});
+  add({"BitMap", "0"});
+  add({"Name", "RES\\1"});
+  add({"Pin", "0", "10", "", "", "8", "0", "SHORT", "TOP"});
+  add({"Text", "1", "2", utf8(u8"电\U0001F600"), "8", "", "-9", "0"});
+  add({"Name", "CAP"});
+  EXPECT_EQ(library.finish("lib/sub\\x", fake.services), "C:/App/Cache/Library/lib-sub-x.json");
+  const std::string line = R"j({"name":"line","attr":{"style":"stroke:#FF0000;stroke-width:1;stroke-linecap:round",)j"
+                           R"j("x1":"0","y1":"1","x2":"2","y2":"3"}})j";
+  const std::string pin =
+      R"j({"name":"use","attr":{"transform":"translate(0,10) rotate(-90)","xlink:href":"#PackagePinShort"}})j";
+  const std::string text = R"j({"name":"text","value":")j" + utf8(u8"电\U0001F600") +
+                           R"j(","attr":{"style":"stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000",)j"
+                           R"j("transform":"translate(1,2) rotate(0)","dominant-baseline":"hanging"}})j";
+  EXPECT_EQ(content("lib-sub-x"), "[" + line + R"j(][{"name":"g","attr":{"id":"RES\\1"},"children":[)j" + pin + "," +
+                                      text + R"j(]},{"name":"g","attr":{"id":"CAP"},"children":[]}])j");
+}
+
+TEST_F(GraphicLibraryTest, AFileThatIsThereIsKept) {
+  library.start();
+  add({"Name", "FIRST"});
+  library.finish("x", fake.services);
+  const std::string first = file("x");
+  library.start();
+  add({"Name", "SECOND"});
+  EXPECT_EQ(library.finish("x", fake.services), "C:/App/Cache/Library/x.json");
+  EXPECT_EQ(file("x"), first);
+  EXPECT_EQ(library.finish("y", fake.services), "C:/App/Cache/Library/y.json");  // nothing is open any more
+  EXPECT_EQ(file("y"), "(no file)");
+}
+
+TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
+  const std::string path = "C:\\App\\Cache\\Library\\x.json";
+  library.start();
+  library.finish("x", fake.services);
+  const std::string whole = file("x");
+  const struct {
+    std::string there;
+    bool stays;
+  } cases[] = {
+      {"", false},
+      {std::string(4096, '\0'), false},
+      {whole.substr(0, whole.size() - 1), false},
+      {"{}", true},
+      {"\"somebody's own\"", true},
+      {"[" + std::string(longestOutsideJson, ' ') + "]", true},  // nobody can say
+  };
+  for (const auto& each : cases) {
+    fake.fake.files.addFile(path, each.there);
+    library.start();
+    library.finish("x", fake.services);
+    EXPECT_TRUE(file("x") == (each.stays ? each.there : whole)) << each.there.substr(0, 20);
+  }
+  fake.fake.files.addFile(path, "");
+  fake.fake.files.held.insert(pathOf(path));
+  library.start();
+  library.finish("x", fake.services);
+  EXPECT_EQ(file("x"), "");
+  EXPECT_EQ(fake.fake.files.entries("C:\\App\\Cache\\Library").size(), 1U);
+}
+
+TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
+  add({"Name", "X"});
+  add({"Line", "0"});
+  EXPECT_EQ(library.finish("", fake.services), "C:/App/Cache/Library/.json");
+  EXPECT_TRUE(fake.fake.files.changes().empty());
+  library.start();
+  add({"Name", "OLD"});
+  library.start();
+  library.finish("x", fake.services);
+  EXPECT_EQ(content("x"), "[][]");
+}
+
+TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
+  fake.state.link.setBaseDirectory(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
+  fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
+  const std::string name = utf8(u8"电");
+  library.start();
+  EXPECT_EQ(library.finish(name, fake.services), utf8(u8"C:/项目/昞/Cache/Library/") + name + ".json");
+  EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\电.json"), "(no file)");
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,85 @@
+// What a page file holds, against cJSON's own printer.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "drawing/drawn.h"
+#include "drawing/page_export.h"
+#include "system/fake_world.h"
+#include "text/json.h"
+
+namespace vernoxa {
+namespace {
+
+constexpr std::string_view kinds[] = {"Line",    "Part",       "Text",     "Port", "Global", "OffPage",
+                                      "Box",     "TitleBlock", "Ellipse",  "Arc",  "Bezier", "Polyline",
+                                      "Polygon", "Junction",   "Property", "Pin",  "Name",   "Text"};
+
+class RandomRecords {
+ public:
+  std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(engine_); }
+
+  // Bytes of all values, plain text, Chinese in either encoding, or what a text must escape.
+  std::string text() {
+    static const std::string pieces[] = {utf8(u8"电阻"), utf8(u8"\U0001F600"), "\xB5\xE7", "\"\\/\b\f\t", "\r\n",
+                                         "R10"};
+    if (below(4) > 0) {
+      return std::to_string(below(10'000));
+    }
+    std::string result;
+    for (std::size_t left = below(4); left > 0; --left) {
+      if (below(3) == 0) {
+        for (std::size_t bytes = below(6); bytes > 0; --bytes) {
+          result += static_cast<char>(below(256));
+        }
+      } else {
+        result += pieces[below(std::size(pieces))];
+      }
+    }
+    return result;
+  }
+
+  // A long text now and then, longer than the blocks in which elements are kept.
+  std::string anyText() { return below(20'000) == 0 ? std::string(70'000 + below(3), 'x') : text(); }
+
+ private:
+  std::mt19937 engine_{20240305};
+};
+
+TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
+  constexpr int pageCount = 60;
+  constexpr int recordsPerPage = 2000;
+  FakeServices fake;
+  fake.fake.files.addFolder("C:\\App");
+  PageExport pages;
+  RandomRecords random;
+  pages.start(fake.services);
+  for (int page = 0; page < pageCount; ++page) {
+    const std::string head[] = {random.anyText(), random.anyText(), random.anyText()};
+    WordRecord start{"Page", head[0], head[1], head[2], "K"};
+    start.showInCodePage(fake.services.text, false);
+    pages.addPageRecord(start, fake.services);
+    for (int number = 0; number < recordsPerPage; ++number) {
+      std::string texts[Record::size];
+      Record record;
+      for (std::size_t index = 0; index < Record::size; ++index) {
+        texts[index] = index == 0 ? std::string(kinds[random.below(std::size(kinds))]) : random.anyText();
+        record.set(index, texts[index]);
+      }
+      record.showInCodePage(fake.services.text, random.below(2) == 0);
+      if (random.below(4) == 0) {
+        pages.addSymbolRecord(record);
+      } else {
+        pages.addPageRecord(record, fake.services);
+      }
+    }
+    pages.finish({"S", "P", std::to_string(page)}, fake.services);
+    const std::string file = fake.fake.files.bytes("C:\\App\\Cache\\Output\\S@!@P@!@" + std::to_string(page) + ".json");
+    const auto parsed = Json::parse(file);
+    ASSERT_TRUE(parsed.document) << page << ": " << parsed.errorRest.substr(0, 80);
+    ASSERT_TRUE(withDosLineEnds(parsed.document.printFormatted()) == file) << page;
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa

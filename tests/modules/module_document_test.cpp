@@ -1,0 +1,226 @@
+#include "modules/module_document.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace vernoxa {
+namespace {
+
+using Record = std::vector<std::string>;
+
+RecordElement elementsOf(const Record& record) {
+  return [&record](int index) {
+    const auto place = static_cast<std::size_t>(index);
+    return place < record.size() ? std::string_view(record[place]) : std::string_view();
+  };
+}
+
+class ModuleDocumentTest : public testing::Test {
+ protected:
+  void library(const Record& record) { document_.addLibraryRecord(elementsOf(record)); }
+  void schematic(const Record& record) { document_.addSchematicRecord(elementsOf(record)); }
+  std::string finished() {
+    const std::string text = document_.finish("300", "200");
+    return text.empty() ? text : Json::parse(text).document.printUnformatted();
+  }
+
+  ModuleDocument document_;
+};
+
+std::string document(const std::string& children, const std::string& library) {
+  return R"({"children":[)" + children + R"(],"lib":[)" + library + R"(],"BoundingBox":"300 200"})";
+}
+
+std::string part(const std::string& start, const std::string& properties, const std::string& displayed,
+                 const std::string& elements) {
+  return R"({"Name":)" + start + R"(,"Property":{)" + properties + R"(},"DispProperty":[)" + displayed +
+         R"(],"children":[)" + elements + "]}";
+}
+
+TEST_F(ModuleDocumentTest, LibraryElementsAreWrittenByTheirLayout) {
+  const struct {
+    Record record;
+    const char* name;
+    const char* data;
+  } cases[] = {
+      {{"Line", "1", "2", "3", "4", "c", "s", "w"},
+       "line",
+       R"("Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
+      {{"Box", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
+       "Box",
+       R"("UpperLeft":"1 2","LowerRight":"3 4","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h")"},
+      {{"Arc", "1", "2", "3", "4", "5", "6", "7", "8", "c", "s", "w"},
+       "Arc",
+       R"("BoundingBox":"1 2 3 4","Start":"5 6","EndPos":"7 8","Color":"c","Style":"s","Width":"w")"},
+      {{"Ellipse", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
+       "Ellipse",
+       R"("BoundingBox":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
+      {{"Polyline", "1", "2", "c", "s", "w", "1,2 3,4"},
+       "Polyline",
+       R"("PolylineStart":"1 2","Color":"c","Style":"s","Width":"w","Color":"c","path":"1,2 3,4")"},
+      {{"Polygon", "1", "2", "c", "s", "w", "f", "h", "p"},
+       "Polygon",
+       R"("PolygonStart":"1 2","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"p")"},
+      {{"Text", "1", "2", "3", "4", "t", "c"},
+       "Text",
+       R"("BoundingBox":"1 2 3 4","Text":"t","Color":"c","Text Location X-Coordinate":"1",)"
+       R"("Text Location Y-Coordinate":"2")"},
+      {{"Bezier", "1", "2", "c", "s", "w", "p"},
+       "Bezier",
+       R"("BezierStart":"1 2","Color":"c","Style":"s","Width":"w","path":"p")"},
+      {{"Pin", "1", "2", "3", "4", "7", "A$B", "Passive"},
+       "Pin",
+       R"("StartPoint":"1 2","HotSpot":"3 4","PinName":"","PinNum":"7","PinType":"Passive")"},
+      {{"Line", "1"}, "line", R"("Start":"1 ","EndPos":" ","Color":"","Style":"","Width":"")"},
+  };
+  for (const auto& each : cases) {
+    document_.start();
+    library({"Name", "R", "Part", "0", "1", "2", "3", "1", "A"});
+    library(each.record);
+    library({"Property", "p", "a@b@"});
+    EXPECT_EQ(finished(),
+              document("", part(R"("R","PartIndex":"1","Designator":"A","Type":"Part","BoundingBox":"0 1 2 3")", "", "",
+                                std::string(R"({"Name":")") + each.name + R"(","Property":{"p":"a_b_"},"Data":{)" +
+                                    each.data + "}}")));
+  }
+}
+
+TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
+  const struct {
+    Record record;
+    const char* name;
+    const char* data;
+  } cases[] = {
+      {{"Wire", "1", "2", "3", "4", "c", "s", "w"},
+       "Wire",
+       R"("WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
+      {{"BusWire", "1", "2", "3", "4", "c", "s", "w"},
+       "BusWire",
+       R"("WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
+      {{"BusEntry", "1", "2", "3", "4", "c"},
+       "BusEntry",
+       R"("BusEntryStart":"1 2","BusEntryEndPos":"3 4","Color":"c")"},
+      {{"Part", "1", "2", "r", "m", "RES", "id"},
+       "Part",
+       R"("Location":"1 2","Rotation":"r","Mirror":"m","Package":"RES")"},
+      {{"OffPage", "1", "2", "r", "m", "L"},
+       "OffPage",
+       R"("Location":"1 2","Rotation":"r","Mirror":"m","Package":"L")"},
+      {{"Alias", "1", "2", "t", "c", "-", "f", "r"},
+       "Alias",
+       R"("Location":"1 2","Text":"t","Color":"c","Font":"f","Rotation":"r")"},
+      {{"BitMap", "1", "2"}, "BitMap", R"("Location":"1 2")"},
+      {{"Box", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
+       "Box",
+       R"("UpperLeft":"1 2","LowerRight":"3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
+      {{"Line", "1", "2", "3", "4", "c", "s", "w"},
+       "line",
+       R"("Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
+      {{"Ellipse", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
+       "Ellipse",
+       R"("Rect":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
+      {{"Polyline", "10,-2.5 3,4", "c", "s", "w"},
+       "Polyline",
+       R"("PolylineStart":"10 -2.5","Color":"c","Style":"s","Width":"w","path":"10,-2.5 3,4")"},
+      {{"Polyline", "1e3,-2.5E-1 3,4"},
+       "Polyline",
+       R"("PolylineStart":"1e3 -2.5E-1","Color":"","Style":"","Width":"","path":"1e3,-2.5E-1 3,4")"},
+      {{"Bezier", "M 1eL 2e+"}, "Bezier", R"("BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+")"},
+      {{"Polygon", "M10-20 L 30 40 Z", "c", "s", "w", "f", "h"},
+       "Polygon",
+       R"("PolygonStart":"10 -20","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h",)"
+       R"("path":"M10-20 L 30 40 Z")"},
+      {{"Bezier", "M 7", "c", "s", "w"},
+       "Bezier",
+       R"("BezierStart":"7","Color":"c","Style":"s","Width":"w","path":"M 7")"},
+      {{"Arc", "p", "c", "s", "w"}, "Arc", R"("Color":"c","Style":"s","Width":"w","path":"p")"},
+      {{"Text", "1", "2", "t", "c", "-", "f", "r"},
+       "Text",
+       R"("Text":"t","Color":"c","Text Location X-Coordinate":"1","Text Location Y-Coordinate":"2","Font":"f","Rotation":"r")"},
+  };
+  for (const auto& each : cases) {
+    document_.start();
+    schematic(each.record);
+    schematic({"Property", "p", "$x"});
+    schematic({"DispProperty", "1", "2", "n", "$@", "c", "f", "s", "r"});
+    EXPECT_EQ(
+        finished(),
+        document(std::string(R"({"name":")") + each.name +
+                     R"(","Property":{"p":""},"DispProperty":[{"Name":"n","Value":"$_","Color":"c","Rotation":"r",)"
+                     R"("FontId":"f","Size":"s","Start":"1 2"}],"Data":{)" +
+                     each.data + "}}",
+                 ""));
+  }
+}
+
+TEST_F(ModuleDocumentTest, RecordsBelongToTheirPart) {
+  document_.start();
+  library({"Line", "1", "2"});  // before the first part
+  library({"Name", "U", "Part", "0", "0", "1", "1", "1", "A"});
+  library({"Property", "dropped", "no element yet"});
+  library({"PartProperty", "Value", "1"});
+  library({"PartProperty", "Cost", "a$"});
+  library({"PartProperty", "Value", "2@"});
+  library({"DispProperty", "1", "2", "n", "$@", "c", "f", "s", "r"});
+  library({"Name", "U", "Part", "9", "9", "9", "9", "1", "B"});  // the same part again
+  library({"PartProperty", "Value", "3"});
+  library({"Name", "U", "Symbol", "0", "0", "1", "1", "1", "B"});
+  library({"Unknown", "1"});
+  EXPECT_EQ(
+      finished(),
+      document(
+          "",
+          part(R"("U","PartIndex":"1","Designator":"A","Type":"Part","BoundingBox":"0 0 1 1")",
+               R"("Value":"2_","Cost":"")",
+               R"({"Name":"n","Value":"$_","Start":"1 2","Color":"c","Rotation":"r","FontId":"f","Size":"s"})", "") +
+              "," + part(R"("U","PartIndex":"","Designator":"","Type":"Symbol","BoundingBox":"0 0 1 1")", "", "", "")));
+}
+
+TEST_F(ModuleDocumentTest, JunctionHasNoPropertiesOfItsOwn) {
+  document_.start();
+  schematic({"Property", "p", "before any object"});
+  schematic({"BitMap", "1", "2"});
+  schematic({"Junction", "5", "6"});
+  schematic({"Property", "p", "v"});
+  schematic({"DispProperty", "1", "2", "n", "v"});
+  EXPECT_EQ(finished(), document(R"({"name":"BitMap","Property":{},"DispProperty":[],"Data":{"Location":"1 2"}},)"
+                                 R"({"name":"Junction","Data":{"StartX":"5","StartY":"6"}})",
+                                 ""));
+}
+
+TEST_F(ModuleDocumentTest, NamesAreCutAfter31Characters) {
+  const std::string chinese = "\xE7\x94\xB5";  // one character of three bytes
+  std::string forty;
+  std::string kept;
+  for (int count = 0; count < 40; ++count) {
+    forty += chinese;
+    kept += count < 31 ? chinese : "";
+  }
+  document_.start();
+  library({"Name", forty, "Symbol"});
+  library({"Name", kept, "Symbol"});
+  const Json text = Json::parse(document_.finish("1", "2")).document;
+  EXPECT_EQ(text.member("lib").size(), 1U);
+  EXPECT_EQ(text.member("lib").begin().operator*().member("Name").text(), kept);
+}
+
+TEST_F(ModuleDocumentTest, NothingIsKeptOutsideADocument) {
+  schematic({"Junction", "5", "6"});
+  library({"Name", "U"});
+  EXPECT_EQ(finished(), "");
+  document_.start();
+  library({"Name", "U"});
+  schematic({"Wire"});
+  finished();
+  library({"PartProperty", "a", "b"});
+  schematic({"Property", "a", "b"});
+  EXPECT_EQ(finished(), "");
+  document_.start();
+  library({"PartProperty", "a", "b"});
+  schematic({"Property", "a", "b"});
+  EXPECT_EQ(finished(), document("", ""));
+}
+
+}  // namespace
+}  // namespace vernoxa

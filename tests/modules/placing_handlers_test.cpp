@@ -1,0 +1,182 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "dispatch/dispatcher.h"
+#include "support/fake_script_host.h"
+#include "system/fake_world.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+class PlacingHandlers : public testing::Test {
+ protected:
+  PlacingHandlers() {
+    host_.answer("IsSchematicViewActive", "1");
+    with_.state.installDirectory = pathOf("C:\\App");
+    with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+    with_.fake.files.addFile("C:\\模块\\m.json", R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
+  }
+  int send(const std::string& command, const std::string& data) {
+    host_.scripts.clear();
+    reply_.clear();
+    with_.fake.random.numbers = {5, 6};
+    const std::string message = R"({"Command":")" + command + R"(","Data":{)" + data + "}}";
+    return dispatch(companionHandlers(), Answers::accepted, message, reply_, host_, with_.services);
+  }
+
+  FakeServices with_;
+  FakeScriptHost host_;
+  std::string reply_;
+};
+
+const std::string partData =
+    R"("PartIndex":2,"Designator":"A","dsnDatPath":"C:\\模块\\m.json","ViewBoxWidth":"30","ViewBoxHeight":20,)"
+    R"("packageName":"0603","PartNumber":"n","PartName":"电阻[1]","prefix":"U","value":"v","cateId":"c","companyId":"d")";
+
+TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
+  const std::string library = utf8(u8"C:/模块/5.olb {RES} ");
+  EXPECT_EQ(send("PlaceDsnLibPartModule", partData), handled);
+  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDsnLibPartModule_EndResult","Result":"0"})");
+  EXPECT_THAT(host_.scripts,
+              ElementsAre("MenuCommand 57603", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox [list 30 20]",
+                          StartsWith("placeLibPart " + library), StartsWith("setPinNum " + library),
+                          "setPlaceMarketFlag 2", utf8(u8"PlaceNew 电阻\\[1] {C:/模块/6.olb} 2")));
+  const PlacementContext& placement = with_.state.placement;
+  EXPECT_EQ(placement.placeState, 1);
+  EXPECT_EQ(placement.PartIndex, "2");
+  EXPECT_EQ(placement.selfModule, "A");
+  EXPECT_EQ(placement.package, "0603");
+  send("PlaceDsnLibPartModule", partData + R"(,"Package":"P")");
+  EXPECT_EQ(placement.package, "P");
+}
+
+TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
+  const std::string data = R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")";
+  EXPECT_EQ(send("PlaceDSNModule", data), handled);
+  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
+  EXPECT_THAT(
+      host_.scripts,
+      ElementsAre("IsSchematicViewActive", "UnSelectAll", StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {RES} ")),
+                  StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {ViewBox} 0 ViewBox [list 0 0 300 200] ")),
+                  StartsWith("setPinNum "), "setPlaceMarketFlag 1",
+                  utf8(u8"PlaceNew \"C:/模块/6.olb\" ViewBox {300 200}")));
+  EXPECT_EQ(with_.state.placement.placeState, 0);
+
+  EXPECT_EQ(send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")"), handled);
+  EXPECT_THAT(host_.scripts, ElementsAre("IsSchematicViewActive", "UnSelectAll", "setPlaceMarketFlag 1",
+                                         R"(PlaceNew "C:/a\"]\$x/6.olb" ViewBox)"));
+}
+
+TEST_F(PlacingHandlers, WithoutAnActivePageNothingIsPlaced) {
+  host_.answer("IsSchematicViewActive", "0");
+  for (const char* command : {"PlaceDsnLibPartModule", "PlaceDSNModule"}) {
+    EXPECT_EQ(send(command, partData), handled);
+    EXPECT_EQ(reply_, std::string(R"({"Data":{},"Command":")") + command +
+                          R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})");
+    EXPECT_EQ(host_.scripts.back(), "IsSchematicViewActive");
+  }
+}
+
+TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
+  const std::string lacking = R"("PartIndex":"2","PartName":"R","ViewBoxWidth":1,"prefix":"Q")";
+  const struct {
+    const char* command;
+    std::string data;
+    const char* pageActive;
+    const char* throwing;
+    int placeState;
+  } cases[] = {
+      {"PlaceDsnLibPartModule", partData, "1", "", 1},
+      {"PlaceDsnLibPartModule", partData, "0", "", 0},
+      {"PlaceDsnLibPartModule", partData, "no", "", 0},
+      {"PlaceDsnLibPartModule", partData, "1", "MenuCommand 57603", 0},
+      {"PlaceDsnLibPartModule", partData, "1", "UnSelectAll", 0},
+      {"PlaceDsnLibPartModule", lacking, "1", "", 0},
+      {"PlaceDsnLibPartModule", "", "1", "", 0},
+      {"PlaceDSNModule", partData, "1", "", 0},
+      {"PlaceDSNModule", partData, "0", "", 0},
+      {"PlaceDSNModule", partData, "1", "IsSchematicViewActive", 0},
+      {"ClearCurrentDesign", "", "1", "", 1},  // places nothing, refuses nothing
+  };
+  for (const auto& each : cases) {
+    with_.state.placement.placeState = 1;  // of the request before
+    host_.answer("IsSchematicViewActive", each.pageActive);
+    host_.during = [&](const std::string& script) {
+      if (script == each.throwing) {
+        throw std::bad_alloc();
+      }
+    };
+    send(each.command, each.data);
+    EXPECT_EQ(with_.state.placement.placeState, each.placeState) << each.command << each.data << each.throwing;
+  }
+  // Not before it is accepted, and what the host's event loop brings while it is carried out counts.
+  std::string states;
+  with_.state.placement.placeState = 0;
+  host_.answer("IsSchematicViewActive", "1");
+  host_.during = [&](const std::string& script) {
+    states += std::to_string(with_.state.placement.placeState);
+    if (script.starts_with("PlaceNew")) {
+      with_.state.placement.placeState = 0;  // the part was placed at once
+    }
+  };
+  send("PlaceDsnLibPartModule", partData);
+  EXPECT_EQ(states, "00111111");
+  EXPECT_EQ(with_.state.placement.placeState, 0);
+}
+
+TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
+  using Place = PlacementContext;
+  const struct {
+    const char* command;
+    std::vector<std::pair<const char*, std::string Place::*>> members;
+  } cases[] = {
+      {"SelectModule", {{"priceK", &Place::priceK}, {"pinPrice", &Place::pinPrice}}},
+      {"PlaceDsnLibPartModule",
+       {{"PartIndex", &Place::PartIndex},
+        {"Designator", &Place::selfModule},
+        {"dsnDatPath", &Place::dsnDatPath},
+        {"packageName", &Place::packageName},
+        {"PartNumber", &Place::PartNumber},
+        {"PartName", &Place::PartName},
+        {"prefix", &Place::prefix},
+        {"value", &Place::value},
+        {"cateId", &Place::cateId},
+        {"companyId", &Place::companyId},
+        {"Package", &Place::package}}},
+      {"PlaceDSNModule",
+       {{"sumPins", &Place::sumPins},
+        {"price", &Place::price},
+        {"dsnDatPath", &Place::dsnDatPath},
+        {"dsnBmpPath", &Place::dsnBmpPath},
+        {"uploadResId", &Place::uploadResId},
+        {"uploadUserId", &Place::uploadUserId},
+        {"selfModule", &Place::selfModule}}},
+  };
+  for (const auto& each : cases) {
+    for (const bool whole : {true, false}) {
+      const std::string more = whole ? R"("ViewBoxWidth":1,"ViewBoxHeight":2,"Page":"P")" : R"("x":"y")";
+      std::string data = more;
+      for (const auto& [name, field] : each.members) {
+        data += std::string(",\"") + name + "\":\"" + each.command + name + "\"";
+      }
+      with_.state.placement = {};
+      send(each.command, data);
+      for (const auto& [name, field] : each.members) {
+        EXPECT_EQ(with_.state.placement.*field, std::string(each.command) + name);
+      }
+      send(each.command, more);
+      for (const auto& [name, field] : each.members) {
+        EXPECT_EQ(with_.state.placement.*field, "") << name;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,189 @@
+#include "modules/request_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "link/socket_client.h"
+#include "modules/library_files.h"
+#include "support/fake_script_host.h"
+#include "support/tcl_interp_tcl.h"
+#include "system/fake_world.h"
+#include "text/json.h"
+#include "wire/packet_text.h"
+
+namespace vernoxa {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+class RequestCommands : public testing::Test {
+ protected:
+  RequestCommands() {
+    with_.enableTraffic();
+    with_.state.link.setClientCreated(true);
+  }
+
+  std::string run(CommandResult (*command)(CommandCall&, Services&), const Words& arguments) {
+    Words words{"command"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const TclWords objects(words);
+    const Arguments given = objects.arguments();
+    CommandCall call{given, host_};
+    return command(call, with_.services).text;
+  }
+  void companionAnswers(const std::string& reply) {
+    with_.fake.sockets.expect(companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
+  }
+  std::string lastRequest() { return messagesIn(with_.fake.sockets.connections().back().sent).at(0); }
+
+  TclInterp tcl_;  // brings Tcl up for the words
+  FakeServices with_;
+  FakeScriptHost host_;
+};
+
+TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
+  with_.fake.files.addFile("D:\\模块\\a.json", "{}");
+  const struct {
+    const char* reply;
+    const char* path;    // GetResPath
+    const char* user;    // getSelfUserId
+    const char* logged;  // last line, of GetResPath
+  } cases[] = {
+      {R"({"Result":0,"Data":{"ResId":"7","UserId":"u1","DatPath":"D:\\模块\\a.json"}})", "D:\\\\模块\\\\a.json", "u1",
+       "ret:0"},
+      {R"({"Result":"0","Data":{"ResId":7,"UserId":12,"DatPath":"D:\\gone.json"}})", "", "12", "ret:0"},
+      {R"({"Result":3,"Data":{"ResId":"7","UserId":"u"}})", "3", "3", "ret:0"},
+      {R"({"Result":0,"Data":{"ResId":"7"}})", R"({"Result":0,"Data":{"ResId":"7"}})", "", "DatPath"},
+      {R"({"Data":{"ResId":"7","UserId":"u"}})", "", "", "Result"},
+      {R"({"Result":0})", "", "", "Data"},
+      {R"({"Result":0,"Data":[]})", "", "", "Data"},
+      {R"({"Result":1,"Data":{}})", "", "", "ResId"},
+      {R"({"Result":0,"Data":{"ResId":null,"UserId":{}}})", "", "", "ResId"},
+      {"no json", "", "", "Result"},
+  };
+  for (const auto& each : cases) {
+    companionAnswers(each.reply);
+    EXPECT_EQ(run(getResPath, {"7"}), each.path) << each.reply;
+    EXPECT_THAT(with_.traffic(), EndsWith(std::string("\n") + each.logged));
+    EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"})");
+    with_.state.resourcePaths.clear();
+    with_.state.placement.PartIndex.clear();
+    companionAnswers(each.reply);
+    EXPECT_EQ(run(getSelfUserId, {}), each.user) << each.reply;
+    EXPECT_EQ(lastRequest(), R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
+  }
+  EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
+  EXPECT_EQ(with_.fake.sockets.started(), 0);
+}
+
+TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
+  with_.fake.files.addFile("D:\\1.json", "{}");
+  with_.fake.files.addFile("D:\\2.json", "{}");
+  companionAnswers(R"({"Result":0,"Data":{"ResId":"1","DatPath":"D:\\1.json"}})");
+  companionAnswers(R"({"Result":0,"Data":{"ResId":"2","DatPath":"D:\\2.json"}})");
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(run(getResPath, {"1"}), "D:\\\\1.json");
+    EXPECT_EQ(run(getResPath, {"2"}), "D:\\\\2.json");
+  }
+  EXPECT_EQ(with_.fake.sockets.connections().size(), 2U);
+  with_.fake.files.removeFile("D:\\1.json");
+  EXPECT_EQ(run(getResPath, {"1"}), "");  // asked, and nobody there
+  EXPECT_EQ(with_.fake.sockets.refused(), 1);
+  EXPECT_THAT(with_.traffic(), EndsWith("can't Init"));
+
+  with_.state.placement.PartIndex = "2";  // of a placement: the two share their field
+  EXPECT_EQ(run(getSelfUserId, {}), "2");
+  EXPECT_EQ(with_.fake.sockets.refused(), 1);
+}
+
+TEST_F(RequestCommands, NobodyIsAskedWhoMayNotBeThere) {
+  with_.state.link.setClientCreated(false);
+  with_.fake.sockets.refusalTakes = 2s;
+  const auto start = with_.fake.clock.monotonic();
+  EXPECT_EQ(run(getSelfUserId, {}) + run(getResPath, {"1"}), "");
+  EXPECT_EQ(with_.traffic(), "can't Init\ncan't Init");
+  EXPECT_EQ(with_.fake.sockets.refused(), 0);
+  EXPECT_EQ(with_.fake.clock.monotonic(), start);
+  with_.state.link.setRefusedAtOnce(true);  // then an attempt costs nothing
+  companionAnswers(R"({"Result":0,"Data":{"UserId":"u"}})");
+  EXPECT_EQ(run(getSelfUserId, {}), "u");
+}
+
+TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
+  const std::string frame = frameOf(R"({"Result":0,"Data":{"UserId":"u"}})");
+  std::vector<Piece> slow;
+  for (const char byte : frame) {
+    slow.push_back({std::string(1, byte), 20s});
+  }
+  const struct {
+    std::vector<Piece> pieces;
+    StreamEnd end;
+  } cases[] = {{{}, StreamEnd::hang},
+               {slow, StreamEnd::hang},
+               {{{frame, 31s}}, StreamEnd::hang},
+               {{}, StreamEnd::close},
+               {{{frame.substr(0, 9)}}, StreamEnd::close},
+               {{}, StreamEnd::fail}};
+  for (const auto& each : cases) {
+    with_.fake.sockets.expect(companionPort, {each.pieces, each.end, {}});
+    const auto start = with_.fake.clock.monotonic();
+    EXPECT_EQ(run(getSelfUserId, {}), "");
+    EXPECT_LE(with_.fake.clock.monotonic() - start, 30s);
+    EXPECT_THAT(with_.traffic(), EndsWith("ret:-1"));
+  }
+  with_.fake.sockets.expect(companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
+  EXPECT_EQ(run(getSelfUserId, {}), "u");
+}
+
+TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
+  with_.fake.sockets.expect(companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
+  EXPECT_THROW(run(getResPath, {"1"}), std::runtime_error);
+  EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
+}
+
+TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
+  PlacementContext& placement = with_.state.placement;
+  host_.answer("sendPacketGlobalHandle", "0");
+  placement.dsnBmpPath = "C:\\预览.bmp";
+  placement.dsnDatPath = "C:\\ModuleLib.json";
+  const std::string resistor = utf8(u8"贴片电阻");
+  EXPECT_EQ(run(sendUploadMarket,
+                {"10", "4", "1.5", "1,R1,0603,more;2,C1;bad;;3,,;" + resistor + ",R", "N1;;" + resistor, "k1;k2;"}),
+            "0");
+  const std::string script = host_.scripts.at(0);
+  const std::string expected =
+      R"({"Data":{"dsnBmpPath":"C:\\预览.bmp","dsnDatPath":"C:\\ModuleLib.json",)"
+      R"("Part":[{"Id":"1","Ref":"R1","Package":"0603"},{"Id":"2","Ref":"C1"},{"Id":"3","Ref":"","Package":""},)"
+      R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"
+      R"("sumPins":"10","selfPins":"4","copyPrice":"1.5"},"Command":"SelectModule_EndResult","Result":"0"})";
+  EXPECT_EQ(script, sendScript(packetTextOf(Json::parse(expected).document.printFormatted())));
+  EXPECT_EQ(placement.dsnBmpPath + placement.dsnDatPath, "");
+
+  run(sendUploadMarket, {});
+  EXPECT_THAT(messageOf(host_.scripts.at(1).substr(24)).message, HasSubstr("\"Keys\":\t[],\n"));
+}
+
+TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
+  PlacementContext& placement = with_.state.placement;
+  placement.dsnDatPath = "C:\\Mods\\m.json";
+  placement.libraryBaseName = "AZ5";
+  placement.backupBaseName = "6";
+  for (const char* name : {"AZ5.olb", "AZ5_0.OBK", "6.olb", "m.json", "7.olb"}) {
+    with_.fake.files.addFile(std::string("C:\\Mods\\") + name, "");
+  }
+  run(removeDatFile, {});  // none of the libraries was made here
+  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
+  for (const char* path : {"c:/mods/az5.OLB", "C:\\Mods\\az5_0.obk", "C:\\Mods/6.olb"}) {
+    noteMadeLibrary(with_.services, pathOf(path));
+  }
+  run(removeDatFile, {});
+  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 1U);
+  with_.fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
+  run(removeDatFile, {});
+  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 2U);
+}
+
+}  // namespace
+}  // namespace vernoxa

@@ -1,0 +1,94 @@
+#include "system/log.h"
+
+#include <gmock/gmock.h>
+
+#include "system/fake_world.h"
+#include "system/sockets.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+constexpr const char* crashFile = "C:\\App\\bin\\catchLog\\log.txt";
+constexpr const char* trafficFile = "C:\\App\\Script\\Log\\schLog.txt";
+
+class LogTest : public testing::Test, protected FakeServices {};
+
+TEST_F(LogTest, LinesByteForByte) {
+  enableTraffic();
+  logs.openTraffic().writeLine("原理图\nsecond");
+  logs.openTraffic().writeFormatted("acBuf[%d]:%x", 3, 0xffffff80U);
+  fake.clock.local = {2025, 12, 31, 23, 59, 58, 999};
+  logs.openTraffic().writeLine("");
+  EXPECT_EQ(fake.files.bytes(trafficFile),
+            "[Time]:2024-3-5 9:7:2:45.原理图\r\nsecond\r\n"
+            "[Time]:2024-3-5 9:7:2:45.acBuf[3]:ffffff80\r\n"
+            "[Time]:2025-12-31 23:59:58:999.\r\n");
+}
+
+TEST_F(LogTest, IsInTheCodePageWhateverALineHolds) {
+  enableTraffic();
+  logs.openTraffic().writeLine("{\"a\":\"" + utf8(u8"原理图") + "\",\"b\":\"原理图;" + utf8(u8"é原;") + "\"}");
+  logs.openTraffic().writeLine(utf8(u8"return:网表"));
+  logs.openTraffic().writeFormatted("%s;", utf8(u8"é").c_str());  // two bytes of UTF-8 may be a character as well
+  EXPECT_EQ(traffic(), "{\"a\":\"原理图\",\"b\":\"原理图;é原;\"}\nreturn:网表\n\xC3\xA9;");
+}
+
+TEST_F(LogTest, FormattedLineIsCutOffAndStillEnds) {
+  enableTraffic();
+  for (const std::size_t size : {4094U, 4095U, 4096U, 9000U}) {
+    logs.resetTraffic();
+    logs.openTraffic().writeFormatted("%s", std::string(size, 'x').c_str());
+    EXPECT_EQ(fake.files.bytes(trafficFile),
+              "[Time]:2024-3-5 9:7:2:45." + std::string(std::min<std::size_t>(size, 4095), 'x') + "\r\n");
+  }
+}
+
+TEST_F(LogTest, TrafficIsOnWhileItsFolderExists) {
+  EXPECT_FALSE(logs.openTraffic().enabled());
+  logs.openTraffic().writeLine("lost");
+  fake.files.addFile("C:\\App\\Script\\Log", "a file of that name");
+  EXPECT_FALSE(logs.openTraffic().enabled());
+  fake.files.removeFile("C:\\App\\Script\\Log");
+  enableTraffic();
+  LogWriter open = logs.openTraffic();
+  open.writeLine("one");
+  fake.files.removeFile(trafficFile);
+  open.writeLine("made again");
+  EXPECT_EQ(traffic(), "made again");
+}
+
+TEST_F(LogTest, FreshTrafficLogFindsTheFileUnderItsOtherSpelling) {
+  enableTraffic();
+  logs.openTraffic().writeLine("old");
+  logs.resetTraffic();
+  EXPECT_EQ(fake.files.bytes(trafficFile), "(no file)");
+  EXPECT_THAT(fake.files.changes(), Contains("remove C:\\App\\Script\\Log\\SchLog.txt"));
+}
+
+TEST_F(LogTest, CrashReportMakesItsFolder) {
+  logs.reportCrash("ReadOpenPath");
+  logs.reportCrash("sendUploadMarket exception");
+  EXPECT_EQ(fake.files.bytes(crashFile),
+            "[Time]:2024-3-5 9:7:2:45.ReadOpenPath\r\n[Time]:2024-3-5 9:7:2:45.sendUploadMarket exception\r\n");
+  EXPECT_THAT(fake.files.changes(), ElementsAre("folder C:\\App\\bin\\catchLog", std::string("create ") + crashFile));
+}
+
+TEST_F(LogTest, NoFailureOfTheFilesShows) {
+  enableTraffic();
+  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+    for (int call = 1; call <= 8; ++call) {
+      fake.files.faults.failCall(call, kind);
+      LogWriter log = logs.openTraffic();
+      log.writeLine("a");
+      log.writeFormatted("%d", 1);
+      logs.reportCrash("b");
+    }
+  }
+  EXPECT_EQ(fake.messages.shown().size(), 0U);
+}
+
+}  // namespace
+}  // namespace vernoxa

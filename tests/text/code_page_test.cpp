@@ -1,0 +1,72 @@
+#include "text/code_page.h"
+
+#include <gmock/gmock.h>
+
+#include "system/fake_world.h"
+#include "text/text.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::ElementsAre;
+
+class CodePageTest : public testing::Test {
+ protected:
+  FakeCodePage page_;
+  FakeUserMessages messages_;
+  TextConverter text_{page_, messages_};
+};
+
+TEST_F(CodePageTest, ConvertsBothWays) {
+  EXPECT_EQ(text_.ansiToUtf8("原理图 R1"), utf8(u8"原理图 R1"));
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), "原理图 R1");
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"a\U0001F600")).front(), 'a');
+  const std::string pair = "\xED\xA0\xBD\xED\xB8\x80";  // the same character as Tcl holds it
+  EXPECT_EQ(text_.utf8ToAnsi("a" + pair), text_.utf8ToAnsi(utf8(u8"a\U0001F600")));
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + pair.substr(0, 3) + utf8(u8"图")), "图?图");  // half a pair
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + std::string(tclNul) + "x"), "图");
+  EXPECT_EQ(text_.utf8ToAnsi("原理图"), "原理图");  // no UTF-8: in the code page already
+  EXPECT_EQ(text_.ansiToUtf8(std::string("中\0文", 5)), utf8(u8"中"));
+  EXPECT_EQ(text_.utf8ToAnsi(std::string("ab\0c", 4)), "ab");
+  EXPECT_EQ(text_.ansiToUtf8(""), "");
+}
+
+TEST_F(CodePageTest, EachRoadHasItsOwnTest) {
+  const struct {
+    std::string text;
+    std::string message;  // to the companion, code page
+    std::string script;   // to the host, UTF-8
+    std::string path;
+  } rows[] = {
+      {"R1", "R1", "R1", "R1"},
+      {utf8(u8"中文"), "中文", utf8(u8"中文"), utf8(u8"中文")},
+      {utf8(u8"中"), utf8(u8"中"), utf8(u8"中"), utf8(u8"中")},  // too short to look like UTF-8
+      {"理", "理", utf8(u8"理"), utf8(u8"理")},
+      // Two bytes that are one character of either encoding: only a path from the host stays as it is.
+      {"\xC2\xB5", "\xC2\xB5", utf8(u8"碌"), "\xC2\xB5"},
+      {"", "", "", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(text_.messageText(row.text), row.message) << row.text;
+    EXPECT_EQ(text_.scriptValue(row.text), row.script) << row.text;
+    EXPECT_EQ(text_.hostPath(row.text), row.path) << row.text;
+  }
+}
+
+// 0x5C, the backslash, is a second byte of many characters of the code page.
+TEST_F(CodePageTest, SecondBytesAreNoCharactersOfTheirOwn) {
+  EXPECT_EQ(text_.replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
+  EXPECT_EQ(text_.replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
+  EXPECT_EQ(text_.replaceInCodePage("\x80\\", '\\', "/"), "\x80/");
+  EXPECT_EQ(text_.replaceInCodePage("\xFF\\", '\\', "/"), "\xFF/");
+}
+
+TEST_F(CodePageTest, FailureIsShownAndGivesNoText) {
+  page_.throwing = true;
+  EXPECT_EQ(text_.ansiToUtf8("图"), "");
+  EXPECT_EQ(text_.ansiToUtf8("ASCII needs no conversion"), "ASCII needs no conversion");
+  EXPECT_THAT(messages_.shown(), ElementsAre("GBK格式异常"));
+}
+
+}  // namespace
+}  // namespace vernoxa

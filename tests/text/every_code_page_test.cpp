@@ -1,0 +1,167 @@
+// What steps over double-byte characters and what becomes a name, in the code pages that systems have.
+#include <gmock/gmock.h>
+
+#include "checks/check_message.h"
+#include "designs/file_status.h"
+#include "dispatch/dispatcher.h"
+#include "drawing/drawn.h"
+#include "drawing/graphic_library.h"
+#include "drawing/page_export.h"
+#include "modules/placement.h"
+#include "support/fake_script_host.h"
+#include "system/fake_world.h"
+#include "system/file_path.h"
+#include "text/path_text.h"
+#include "text/text.h"
+
+namespace vernoxa {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeServices {
+ protected:
+  EveryCodePage() {
+    fake.codePage = FakeCodePage(GetParam());
+    enableTraffic();
+  }
+  bool has(std::initializer_list<unsigned> pages) const {
+    return std::find(pages.begin(), pages.end(), GetParam()) != pages.end();
+  }
+  static FilePath told(std::u8string_view path) { return FilePath::fromUtf8(utf8(path)); }
+  // The reply to a message of the companion.
+  std::string tell(std::u8string_view message) {
+    std::string reply;
+    dispatch(companionHandlers(), Answers::accepted, utf8(message), reply, host_, services);
+    return reply;
+  }
+
+  FakeScriptHost host_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Pages, EveryCodePage, testing::Values(936U, 950U, 932U, 1252U, 65001U));
+
+// Of each page a character whose last byte is that of a backslash, or one that is a lead byte in other pages.
+TEST_P(EveryCodePage, ABackslashIsNeverHalfACharacter) {
+  const std::map<unsigned, std::u8string> characters = {
+      {936, u8"昞"}, {950, u8"功"}, {932, u8"表"}, {1252, u8"é"}, {65001, u8"測"}};
+  const std::string character = utf8(characters.at(GetParam()));
+  const std::string name = fake.codePage.fromUtf8(character);
+  EXPECT_EQ(text.ansiToUtf8(text.replaceInCodePage(name + "\\" + name + "|" + name + "\\", '\\', "/")),
+            character + "/" + character + "|" + character + "/");
+  EXPECT_EQ(text.doubledBackslashes(name + "\\x"), name + "\\\\x");
+  EXPECT_EQ(text.doubledBackslashes(utf8(u8"測\\x")), utf8(u8"測\\\\x"));
+  const std::string page = name + "\\|";
+  const auto message = findingMessage(netlistCheck, {"NoFootprint", "R1", "", "", page, "", ""}, text);
+  EXPECT_THAT(message.value_or(""), HasSubstr("\"PageName\":\"" + name + "[;fanxiegan;]|\""));
+}
+
+TEST_P(EveryCodePage, ANameIsItselfOrNone) {
+  const struct {
+    std::u8string_view name;
+    bool named;
+  } rows[] = {
+      {u8"PA", true},
+      {u8"P\uFF21", has({936, 950, 932, 65001})},  // looks like the one before
+      {u8"P\u00E9", has({936, 1252, 65001})},
+      {u8"測試", has({936, 950, 932, 65001})},
+      {u8"P한", has({65001})},
+      {u8"P\U0001F600", has({65001})},
+  };
+  for (const auto& row : rows) {
+    const auto name = text.nameInCodePage(FilePath::fromUtf8(utf8(row.name)));
+    EXPECT_EQ(name.has_value(), row.named) << utf8(row.name);
+    EXPECT_EQ(name ? text.path(*name).utf8() : utf8(row.name), utf8(row.name));
+  }
+}
+
+// Beside each other, in a folder that hardly any page can name and that was told in UTF-8.
+TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
+  const FilePath project = told(u8"E:\\測한");
+  fake.files.addFolder(project);
+  ASSERT_EQ(tell(u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\測한"}})"), "");
+  PageExport pages;
+  pages.start(services);
+  for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
+    const std::string page = utf8(name);
+    WordRecord record({"Page", page, "1", "1", ""});
+    record.showInCodePage(text, true);
+    pages.addPageRecord(record, services);
+  }
+  pages.finish({"", utf8(u8"測한"), ""}, services);
+  EXPECT_EQ(fake.files.entries(project / "Cache" / "Output").size(), 6U);
+  EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
+
+  GraphicLibrary library;
+  library.start();
+  EXPECT_EQ(library.finish(utf8(u8"測é/한"), services), utf8(u8"E:/測한/Cache/Library/測é-한.json"));
+  EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Library\\測é-한.json")));
+
+  host_.during = [&](const std::string&) { fake.files.addFile(told(u8"E:\\測한\\Cache\\Nets.txt"), "nets"); };
+  std::string reply;
+  dispatch(threadHandlers(), Answers::unknown, R"({"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}})", reply,
+           host_, services);
+  EXPECT_THAT(reply, HasSubstr("\"netlistsFile\":\"" + utf8(u8"E:\\\\測한\\\\Cache\\\\Nets.txt")));
+  EXPECT_EQ(host_.scripts.back(), utf8(u8"GetNetsList \"a.dsn\" \"E:\\\\測한\\\\Cache\\\\Nets.txt\""));
+}
+
+// Told in the code page where that has the name, and in UTF-8.
+TEST_P(EveryCodePage, LibrariesLieBesideTheirModule) {
+  const FilePath folder = told(u8"D:\\測試");
+  state.installDirectory = pathOf("C:\\App");
+  fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+  fake.files.addFile(folder / "m.json", R"({"lib":[{"Name":"RES"}]})");
+  for (const std::string& path : {pathText(services, folder / "m.json"), (folder / "m.json").utf8()}) {
+    state.placement.dsnDatPath = path;
+    fake.random.numbers = {5, 6};
+    host_.scripts.clear();
+    EXPECT_TRUE(placeLibrary(host_, services, DraggedBox::none).made);
+    EXPECT_THAT(host_.scripts.front(), StartsWith(utf8(u8"placeLibPart D:/測試/5.olb {RES}")));
+    EXPECT_TRUE(fake.files.removeFile(folder / "6.olb"));
+  }
+}
+
+TEST_P(EveryCodePage, APathIsToldByANameThatOpensIt) {
+  const FilePath korean = told(u8"E:\\한\\a.dsn");
+  fake.files.addFile(korean, "");
+  EXPECT_EQ(pathText(services, korean), korean.utf8());  // readers tell it by its three-byte sequences
+  fake.files.shortPaths[korean] = pathOf("E:\\6B12~1\\a.dsn");
+  EXPECT_EQ(pathText(services, korean), GetParam() == 65001 ? korean.utf8() : "E:\\6B12~1\\a.dsn");
+
+  const FilePath cyrillic = FilePath::fromUtf8(utf8(u8"E:\\\u0452"));
+  EXPECT_EQ(pathText(services, cyrillic), GetParam() == 65001 ? cyrillic.utf8() : "");
+  EXPECT_EQ(traffic(), GetParam() == 65001 ? "" : "no name in the code page: E:\\?");
+}
+
+// Of three designs the first has no name that any of these pages knows, and the second a short one.
+TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
+  const bool all = GetParam() == 65001;
+  const std::string nameless = utf8(u8"D:\\測한.dsn");
+  const std::string shortened = utf8(u8"D:\\漢한.dsn");
+  fake.files.addFile(FilePath::fromUtf8(nameless), "");
+  fake.files.addFile(FilePath::fromUtf8(shortened), "");
+  fake.files.shortPaths[FilePath::fromUtf8(shortened)] = pathOf("D:\\6F22~1.DSN");
+  host_.answer("InitPath", nameless + ";" + shortened + ";D:\\b.dsn");
+  std::vector<std::string> reported;
+  for (int poll = 0; poll < 4; ++poll) {
+    std::string reply;
+    dispatch(threadHandlers(), Answers::unknown, R"({"Command":"GetNewOpenPath"})", reply, host_, services);
+    const Json parsed = Json::parse(reply).document;
+    if (const auto path = parsed.member("Data").member("ProjectPath").text()) {
+      reported.push_back(designName(services, *path));
+      dispatch(threadHandlers(), Answers::unknown, openedMessage(services, *path, "1").printUnformatted(), reply, host_,
+               services);
+    }
+  }
+  EXPECT_EQ(reported, all ? std::vector<std::string>({nameless, shortened, "D:\\b.dsn"})
+                          : std::vector<std::string>({"D:\\6F22~1.DSN", "D:\\b.dsn"}));
+  fake.files.removeFile(FilePath::fromUtf8(shortened));  // as its name in messages, it outlives the file
+  EXPECT_EQ(designName(services, shortened), all ? shortened : "D:\\6F22~1.DSN");
+  const auto lines = splitFields(traffic(), '\n');
+  const auto refused = [](const std::string& line) { return line.starts_with("not reported, no name"); };
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), refused), all ? 0 : 1);
+}
+
+}  // namespace
+}  // namespace vernoxa

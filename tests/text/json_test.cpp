@@ -1,0 +1,130 @@
+#include "text/json.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace vernoxa {
+namespace {
+
+TEST(Json, BytesPassUntouched) {
+  const std::string text = "{\"Name\":\"\xD5\x5C\x5C\xD6\xD0\",\"\xD6\xD0\":\"\xE4\xB8\xAD\xFF\"}";
+  const Json document = Json::parse(text).document;
+  EXPECT_EQ(document.member("Name").text(), "\xD5\x5C\xD6\xD0");  // the second backslash was JSON's own escape
+  EXPECT_EQ(document.member("\xD6\xD0").text(), "\xE4\xB8\xAD\xFF");
+  EXPECT_EQ(document.printUnformatted(), text);
+}
+
+TEST(Json, NamesAreComparedWithCase) {
+  const Json document = Json::parse(R"({"data":1,"Data":2,"Data":3,"DATA":4})").document;
+  EXPECT_EQ(document.member("Data").wholeNumber(), 2);
+  EXPECT_FALSE(document.member("dAta"));
+  EXPECT_FALSE(document.member(""));
+  EXPECT_EQ(document.view().size(), 4U);
+}
+
+TEST(Json, ViewOfNothingAnswersNo) {
+  const Json number = Json::parse("7").document;
+  for (const JsonView view : {JsonView(), number.view().member("a"), number.view().member("a").member("b")}) {
+    EXPECT_FALSE(view.isObject() || view.isArray() || view.text() || view.wholeNumber());
+    EXPECT_EQ(view.size(), 0U);
+    EXPECT_EQ(view.name(), "");
+    for (const JsonView child : view) {
+      FAIL() << child.name();
+    }
+  }
+  EXPECT_EQ(Json::parse(R"(["a"])").document.view().member("a").text(), std::nullopt);  // arrays have no names
+}
+
+TEST(Json, WholeNumbers) {
+  constexpr int most = std::numeric_limits<int>::max();
+  constexpr int least = std::numeric_limits<int>::min();
+  const struct {
+    const char* text;
+    std::optional<int> expected;
+  } rows[] = {
+      {"12", 12},
+      {"-3.9", -3},
+      {"3.9", 3},
+      {"1e99", most},
+      {"-1e99", least},
+      {"\"12\"", 12},
+      {"\"-12\"", -12},
+      {"\"0012\"", 12},
+      {"\"\"", {}},
+      {"\"-\"", {}},
+      {"\"1.5\"", {}},
+      {"\" 1\"", {}},
+      {"\"1 \"", {}},
+      {"\"+1\"", {}},
+      {"\"0x1\"", {}},
+      {"true", {}},
+      {"null", {}},
+      {"[1]", {}},
+      {"{\"a\":1}", {}},
+      {"\"2147483647\"", most},
+      {"\"9999999999\"", most},
+      {"\"-9999999999\"", least},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Json::parse(row.text).document.view().wholeNumber(), row.expected) << row.text;
+  }
+}
+
+TEST(Json, ParsingStopsWhereTheTextIsNoJson) {
+  const struct {
+    std::string text;
+    bool parsed;
+    std::string rest;
+  } rows[] = {
+      {"{\"a\":1} and more", true, ""},
+      {std::string("{\"a\":1}\0}}", 10), true, ""},
+      {"", false, ""},
+      {"nonsense", false, "nonsense"},
+      {"{\"a\":x}", false, "x}"},
+  };
+  for (const auto& row : rows) {
+    const auto parsed = Json::parse(row.text);
+    EXPECT_EQ(static_cast<bool>(parsed.document), row.parsed) << row.text;
+    EXPECT_EQ(parsed.errorRest, row.rest) << row.text;
+  }
+}
+
+TEST(Json, DepthIsBounded) {
+  const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
+  EXPECT_TRUE(Json::parse(nested(1000)).document);
+  EXPECT_FALSE(Json::parse(nested(1001)).document);
+  EXPECT_FALSE(Json::parse(std::string(2000000, '[')).document);
+}
+
+TEST(Json, EveryTruncationIsRefusedWithoutHarm) {
+  const std::string whole = R"({"Command":"a\u4e2d\ud83d\ude00","Data":{"x":[1,-2.5e3,true,null,{}]}})";
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    EXPECT_FALSE(Json::parse(whole.substr(0, size)).document) << size;
+  }
+  EXPECT_TRUE(Json::parse(whole).document);
+}
+
+TEST(Json, BuildsInOrderAndKeepsDuplicates) {
+  Json document = Json::object();
+  document.add("b", "1");
+  document.add("a", Json::number(2));
+  document.add("b", Json::boolean(true));
+  const JsonView list = document.add("list", Json::array());
+  document.appendTo(list, Json::string("x"));
+  document.addTo(document.appendTo(list, Json::object()), "y", Json::copyOf(document.member("a")));
+  EXPECT_EQ(document.printUnformatted(), R"({"b":"1","a":2,"b":true,"list":["x",{"y":2}]})");
+  EXPECT_EQ(document.printFormatted(),
+            "{\n\t\"b\":\t\"1\",\n\t\"a\":\t2,\n\t\"b\":\ttrue,\n\t\"list\":\t[\"x\", {\n\t\t\t\"y\":\t2\n\t\t}]\n}");
+}
+
+TEST(Json, SetKeepsThePlace) {
+  Json document = Json::parse(R"({"a":"1","b":{"c":2},"d":"3"})").document;
+  document.set(document.view(), "b", "new");
+  document.set(document.view(), "e", "added");
+  document.set(document.view(), "a", "first");
+  EXPECT_EQ(document.printUnformatted(), R"({"a":"first","b":"new","d":"3","e":"added"})");
+}
+
+}  // namespace
+}  // namespace vernoxa
