@@ -51,7 +51,7 @@ std::string exportModule(int parts) {
 // Carries out nothing, and keeps no scripts: what the plug-in takes is measured.
 class CountingHost final : public ScriptHost {
  public:
-  Evaluation evaluate(const std::string&) override {
+  Evaluation evaluate(const Script&) override {
     ++scripts;
     return {true, "1"};
   }

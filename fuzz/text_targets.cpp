@@ -8,7 +8,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 #include "target.h"
-#include "tcl/script_text.h"
+#include "tcl/script.h"
 #include "text/json.h"
 #include "text/text.h"
 
@@ -21,7 +21,7 @@ bool arrivesAsText(std::string_view value) {
 
 // Every way to write a value, beside words that must arrive unchanged.
 std::string scriptOf(char form, std::string_view value) {
-  ScriptText script("target ");
+  Script script("target ");
   switch (form % 5) {
     case 0:
       return script.quoted(value).literal(" end").text();
@@ -30,7 +30,7 @@ std::string scriptOf(char form, std::string_view value) {
     case 2:
       return script.braced(value).literal(" end").text();
     case 3:
-      return ScriptText("target").joined(value).literal(" end").text();
+      return Script("target").joined(value).literal(" end").text();
     default:
       return script.literal("[list x").bare(value).literal("] end").text();
   }

@@ -2,8 +2,8 @@
 #include "dispatch/script_values.h"
 #include "dispatch/services.h"
 #include "plugin/companion_handlers.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
@@ -14,31 +14,31 @@ std::string keyOr(const Request& request, HandlerContext& context, const char* m
   return key && !key->empty() ? context.services.text.scriptValue(*key) : usual;
 }
 
-ScriptText withPath(const char* procedure, const std::string& path) {
-  return ScriptText(procedure).literal(" ").quoted(path);
+Script withPath(Literal procedure, const std::string& path) {
+  return Script(procedure).literal(" ").quoted(path);
 }
 
 // Zooming in and out is how the host is made to draw anew.
 void saveAndRedraw(HandlerContext& context, const std::string& path) {
-  context.host.evaluate(withPath("saveFile", path).text());
-  context.host.evaluate("ZoomIn");
-  context.host.evaluate("ZoomOut");
+  context.host.evaluate(withPath("saveFile", path));
+  context.host.evaluate(Script("ZoomIn"));
+  context.host.evaluate(Script("ZoomOut"));
 }
 
-void lockBomView(HandlerContext& context, const std::string& path, const char* locked) {
-  context.host.evaluate(withPath("LockBomView", path).literal(" ").literal(locked).text());
+void lockBomView(HandlerContext& context, const std::string& path, int locked) {
+  context.host.evaluate(withPath("LockBomView", path).literal(" ").number(locked));
 }
 
 Outcome doneWithoutError() {
   return Outcome::success(Json::object(), "");
 }
 
-Outcome markParts(const char* procedure, const Request& request, HandlerContext& context) {
+Outcome markParts(Literal procedure, const Request& request, HandlerContext& context) {
   const std::string path = doubledOnce(projectPath(request, context));
   for (const JsonView item : request.data.member("item")) {
     if (const auto reference = item.member("PartRef").text()) {
       const std::string value = context.services.text.scriptValue(*reference);
-      context.host.evaluate(withPath(procedure, path).literal(" ").bare(value).text());
+      context.host.evaluate(withPath(procedure, path).literal(" ").bare(value));
     }
   }
   saveAndRedraw(context, path);
@@ -48,7 +48,7 @@ Outcome markParts(const char* procedure, const Request& request, HandlerContext&
 }  // namespace
 
 Outcome generateBom(const Request& request, HandlerContext& context) {
-  context.host.evaluate("GetProductVersion");
+  context.host.evaluate(Script("GetProductVersion"));
   generateBOMForPath(context.host, projectPath(request, context),
                      keyOr(request, context, "PartNumberKey", "Part Number"),
                      keyOr(request, context, "PartNameKey", "Part Name"));
@@ -57,7 +57,7 @@ Outcome generateBom(const Request& request, HandlerContext& context) {
 
 Outcome switchStickOrNotStick(const Request&, HandlerContext& context) {
   Json data = Json::object();
-  data.add("ErrInfo", replyValue(context, context.host.evaluate("switchStickOrNotStick 0").text));
+  data.add("ErrInfo", replyValue(context, context.host.evaluate(Script("switchStickOrNotStick 0")).text));
   return Outcome::success(std::move(data));
 }
 
@@ -71,23 +71,23 @@ Outcome setToStick(const Request& request, HandlerContext& context) {
 
 Outcome exitBomViewMode(const Request& request, HandlerContext& context) {
   const std::string path = doubledOnce(projectPath(request, context));
-  lockBomView(context, path, "0");
+  lockBomView(context, path, 0);
   saveAndRedraw(context, path);
   return doneWithoutError();
 }
 
 Outcome enterBomViewMode(const Request& request, HandlerContext& context) {
   const std::string path = doubledOnce(projectPath(request, context));
-  context.host.evaluate(withPath("setAllNotStick", path).text());
-  ScriptText fitted = withPath("setEnterViewMode", path);
+  context.host.evaluate(withPath("setAllNotStick", path));
+  Script fitted = withPath("setEnterViewMode", path);
   fitted.literal(" ");
   for (const JsonView reference : request.data.member("Stick")) {
     if (const auto text = reference.text()) {
       fitted.bare(context.services.text.scriptValue(*text)).literal(",");
     }
   }
-  context.host.evaluate(fitted.text());
-  lockBomView(context, path, "1");
+  context.host.evaluate(fitted);
+  lockBomView(context, path, 1);
   saveAndRedraw(context, path);
   return Outcome::success();
 }

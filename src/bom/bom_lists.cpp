@@ -7,8 +7,8 @@
 #include "dispatch/services.h"
 #include "system/user_messages.h"
 #include "system/world.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
@@ -16,7 +16,7 @@ namespace {
 
 struct BomList {
   const char* member;
-  const char* procedure;
+  Literal procedure;
 };
 
 constexpr std::array bomLists = {
@@ -37,13 +37,13 @@ void clearMissing(std::vector<std::string>& fields) {
 using ListArrays = std::array<JsonView, bomLists.size()>;
 
 // What the procedure answered; empty when it ended in an error, nothing for a text that is no list.
-std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, const char* procedure) {
-  const Evaluation list = host.evaluate(procedure);
+std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, Literal procedure) {
+  const Evaluation list = host.evaluate(Script(procedure));
   return list.ok ? host.splitList(list.text) : std::vector<std::string>();
 }
 
 // False for what is no list, or when an element was too short.
-bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, const char* procedure, Json& data,
+bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Literal procedure, Json& data,
               JsonView array) {
   const auto elements = elementsOf(host, procedure);
   if (!elements) {
@@ -79,9 +79,9 @@ bool readAll(ScriptHost& host, const TextConverter& text, Json& data, const List
 
 bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::string& partNumberKey,
                         const std::string& partNameKey) {
-  ScriptText script("generateBOMForPath ");
+  Script script("generateBOMForPath ");
   script.quoted(path).literal(" ").quoted(partNumberKey).literal(" ").quoted(partNameKey);
-  return host.evaluate(script.text()).ok;
+  return host.evaluate(script).ok;
 }
 
 Json readBomLists(ScriptHost& host, const Services& services) {

@@ -3,19 +3,19 @@
 #include "dispatch/services.h"
 #include "plugin/companion_handlers.h"
 #include "system/log.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
 namespace {
 
-void logScript(HandlerContext& context, const std::string& script) {
-  context.log.writeLine(context.services.text.utf8ToAnsi(script));
+void logScript(HandlerContext& context, const Script& script) {
+  context.log.writeLine(context.services.text.utf8ToAnsi(script.text()));
 }
 
-Outcome evaluateWithPath(const char* procedure, const Request& request, HandlerContext& context, bool logged) {
-  const std::string script = ScriptText(procedure).literal(" ").quoted(projectPath(request, context)).text();
+Outcome evaluateWithPath(Literal procedure, const Request& request, HandlerContext& context, bool logged) {
+  const Script script = Script(procedure).literal(" ").quoted(projectPath(request, context));
   if (logged) {
     logScript(context, script);
   }
@@ -27,10 +27,10 @@ Outcome evaluateWithPath(const char* procedure, const Request& request, HandlerC
 
 Outcome getOlbObjectPackageInfo(const Request& request, HandlerContext& context) {
   const std::string name = scriptValue(request, context, "ObjName");
-  const ScriptText start = ScriptText("GetOlbObjectPackage ").quoted(projectPath(request, context));
-  const std::string joined = ScriptText(start).bare(name).text();
+  const Script start = Script("GetOlbObjectPackage ").quoted(projectPath(request, context));
+  const Script joined = Script(start).bare(name);
   logScript(context, joined);
-  context.host.evaluateJoined(joined, ScriptText(start).literal(" ").bare(name).text());
+  context.host.evaluateJoined(joined, Script(start).literal(" ").bare(name));
   return {handled, std::nullopt};
 }
 

@@ -8,8 +8,8 @@
 #include "system/log.h"
 #include "system/user_messages.h"
 #include "system/world.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 #include "text/text.h"
 
@@ -50,7 +50,7 @@ Outcome withEmptyError(Json data) {
 }  // namespace
 
 Outcome autoDealwithDsn(const Request& request, HandlerContext& context) {
-  ScriptText script("AutoDeal ");
+  Script script("AutoDeal ");
   script.quoted(projectPath(request, context)).literal(" [list");
   for (const JsonView member : request.data) {
     const auto value = member.text();
@@ -58,24 +58,24 @@ Outcome autoDealwithDsn(const Request& request, HandlerContext& context) {
       script.literal(" ").bare(context.services.text.scriptValue(*value));
     }
   }
-  context.host.evaluate(script.literal("]").text());
+  context.host.evaluate(script.literal("]"));
   Json data = Json::object();
   data.add("id", request.data.member("id").text().value_or(std::string_view()));
   return Outcome::success(std::move(data));
 }
 
 Outcome selectModule(const Request& request, HandlerContext& context) {
-  context.host.evaluate(ScriptText("getSelectPart ").quoted(scriptValue(request, context, "Page")).text());
+  context.host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, context, "Page")));
   return Outcome::success();
 }
 
 Outcome clearCurrentDesign(const Request&, HandlerContext& context) {
-  context.host.evaluate("ClearCurrentDesign");
+  context.host.evaluate(Script("ClearCurrentDesign"));
   return Outcome::success();
 }
 
 Outcome checkOpenState(const Request& request, HandlerContext& context) {
-  const std::string openPaths = context.host.evaluate("InitPath").text;
+  const std::string openPaths = context.host.evaluate(Script("InitPath")).text;
   const std::string path = request.text("ProjectPath");
   context.log.writeLine("Get file:" + path);
   const bool open = isOpenInHost(context, path, openPaths);
@@ -92,8 +92,7 @@ Outcome cancel(const Request& request, HandlerContext& context) {
 }
 
 Outcome getPartPropertyList(const Request& request, HandlerContext& context) {
-  const Evaluation answer =
-      context.host.evaluate(ScriptText("getAllPropertyName ").quoted(projectPath(request, context)).text());
+  const Evaluation answer = context.host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, context)));
   if (!answer.ok || answer.text.empty()) {
     return Outcome::failure(replyValue(context, answer.text), repliedItself);
   }
@@ -109,8 +108,8 @@ Outcome getPartPropertyList(const Request& request, HandlerContext& context) {
 
 Outcome setNewGuid(const Request& request, HandlerContext& context) {
   const std::string path = projectPath(request, context);
-  const Evaluation answer = context.host.evaluateJoined(ScriptText("getGuid").joined(path).literal(" 1").text(),
-                                                        ScriptText("getGuid ").quoted(path).literal(" 1").text());
+  const Evaluation answer = context.host.evaluateJoined(Script("getGuid").joined(path).literal(" 1"),
+                                                        Script("getGuid ").quoted(path).literal(" 1"));
   if (!answer.ok || answer.text.starts_with("Invalid")) {
     return Outcome::failure(replyValue(context, answer.text), repliedItself);
   }
@@ -120,7 +119,7 @@ Outcome setNewGuid(const Request& request, HandlerContext& context) {
 }
 
 Outcome closeOrcad(const Request&, HandlerContext& context) {
-  context.host.evaluate("Exit");
+  context.host.evaluate(Script("Exit"));
   return {handled, std::nullopt};
 }
 

@@ -4,8 +4,8 @@
 #include "dispatch/services.h"
 #include "dispatch/state.h"
 #include "system/log.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
 
@@ -25,7 +25,7 @@ std::string pinCountFor(ScriptHost& host, std::string_view path) {
   if (start != "dsn" && start != "DSN") {
     return {};
   }
-  return host.evaluate(ScriptText("getDsnPinCount ").quoted(path).text()).text;
+  return host.evaluate(Script("getDsnPinCount ").quoted(path)).text;
 }
 
 }  // namespace

@@ -111,7 +111,7 @@ FilePath findHostExecutable(Files& files, const std::string& hostVersion,
 
 void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept {
   try {
-    const std::string version = host.evaluate("GetProductVersion").text;
+    const std::string version = host.evaluate(Script("GetProductVersion")).text;
     const auto installations = readOrcadInstallInfo(services.world.registry, services.logs);
     services.state.link.setHostInstallPath(findHostExecutable(services.world.files, version, installations));
   } catch (...) {

@@ -91,7 +91,7 @@ const Designs& scanOpenDesigns(HandlerContext& context) {
   GlobalState& state = context.services.state;
   forgetUnreceivedCount(state);
   context.log.writeLine("1111");
-  const std::string paths = context.host.evaluate("InitPath").text;
+  const std::string paths = context.host.evaluate(Script("InitPath")).text;
   context.log.writeLine("22222222");
   Designs designs;
   for (std::string& path : designsAmong(paths)) {

@@ -7,8 +7,8 @@
 #include "system/files.h"
 #include "system/log.h"
 #include "system/world.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 #include "text/path_text.h"
 #include "text/text.h"
@@ -19,7 +19,7 @@ namespace {
 Outcome creatClient(const Request&, HandlerContext& context) {
   LinkState& link = context.services.state.link;
   const bool connected = link.clientCreated();
-  const Evaluation answer = context.host.evaluate(connected ? "creatClient 0" : "creatClient 1");
+  const Evaluation answer = context.host.evaluate(Script("creatClient ").number(connected ? 0 : 1));
   if (context.services.text.messageText(answer.text) != "0") {
     return Outcome::failure("creat client failed!");
   }
@@ -54,10 +54,10 @@ FilePath netsFile(Services& services) {
 Outcome getNetsList(const Request& request, HandlerContext& context) {
   const TextConverter& convert = context.services.text;
   const FilePath file = netsFile(context.services);
-  ScriptText script("GetNetsList ");
+  Script script("GetNetsList ");
   script.quoted(doubleBackslashes(convert.hostPath(request.text("ProjectPath")))).literal(" ");
   script.quoted(doubleBackslashes(file.utf8()));
-  const Evaluation answer = context.host.evaluate(script.text());
+  const Evaluation answer = context.host.evaluate(script);
   if (!answer.ok || answer.text.starts_with("Error")) {
     return Outcome::failure(convert.messageText(answer.text));
   }
@@ -77,7 +77,7 @@ Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
     return {stoppedEarly, std::nullopt};
   }
   const std::string argument = doubledOnce(context.services.text.hostPath(*path));
-  const Evaluation answer = context.host.evaluate(ScriptText("getDsnPinCount ").quoted(argument).text());
+  const Evaluation answer = context.host.evaluate(Script("getDsnPinCount ").quoted(argument));
   const std::string count = context.services.text.messageText(answer.text);
   context.log.writeLine("return:" + count);
   if (count.find("//") != std::string::npos) {

@@ -24,7 +24,7 @@ std::string replyValue(HandlerContext& context, const std::string& result) {
   return context.services.text.messageText(result);
 }
 
-Outcome doneOrFailure(HandlerContext& context, const std::string& script) {
+Outcome doneOrFailure(HandlerContext& context, const Script& script) {
   const Evaluation answer = context.host.evaluate(script);
   return answer.text == "1" ? Outcome::success() : Outcome::failure(replyValue(context, answer.text));
 }

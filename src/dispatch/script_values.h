@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "dispatch/handler.h"
+#include "tcl/script.h"
 
 namespace vernoxa {
 
@@ -21,6 +22,6 @@ std::string doubledOnce(const std::string& path);
 std::string replyValue(HandlerContext& context, const std::string& result);
 
 // Done when the host answered "1"; otherwise its answer is the failure.
-Outcome doneOrFailure(HandlerContext& context, const std::string& script);
+Outcome doneOrFailure(HandlerContext& context, const Script& script);
 
 }  // namespace vernoxa

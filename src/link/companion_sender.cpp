@@ -9,7 +9,7 @@ Evaluation sendToCompanion(ScriptHost& host, const Services& services, std::stri
   if (encodePacket(services, message, packetText) != 0) {
     return {};
   }
-  return host.evaluate(sendScript(packetText));
+  return host.evaluate(Script("sendPacketGlobalHandle ").quoted(packetText));
 }
 
 }  // namespace vernoxa

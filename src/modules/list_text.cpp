@@ -1,5 +1,7 @@
 #include "modules/list_text.h"
 
+#include <string>
+
 #include "text/text.h"
 
 namespace vernoxa {
@@ -11,7 +13,7 @@ std::string escaped(std::string_view value) {
 
 }  // namespace
 
-ListText& ListText::literal(std::string_view text) {
+ListText& ListText::literal(Literal text) {
   script_.literal(text);
   return *this;
 }
@@ -35,7 +37,7 @@ ListText& ListText::item(std::string_view key, std::string_view value) {
   return literal("[list ").quoted(key).literal(" ").quoted(value).literal("]");
 }
 
-ListText& ListText::bareOr(std::string_view value, std::string_view whenEmpty) {
+ListText& ListText::bareOr(std::string_view value, Literal whenEmpty) {
   return value.empty() ? literal(whenEmpty) : bare(value);
 }
 

@@ -1,10 +1,9 @@
 // Builds the nested Tcl lists that the host's placing procedures take.
 #pragma once
 
-#include <string>
 #include <string_view>
 
-#include "tcl/script_text.h"
+#include "tcl/script.h"
 
 namespace vernoxa {
 
@@ -12,21 +11,21 @@ namespace vernoxa {
 // in a braced name, where the procedures know it), and its brackets stand escaped in script and log.
 class ListText {
  public:
-  explicit ListText(std::string_view literal = {}) : script_(literal) {}
+  explicit ListText(Literal start) : script_(start) {}
 
-  ListText& literal(std::string_view text);
+  ListText& literal(Literal text);
   ListText& bare(std::string_view value);
   ListText& quoted(std::string_view value);
   ListText& braced(std::string_view value);
   // [list "key" "value"]
   ListText& item(std::string_view key, std::string_view value);
   // What `value` gives, or the literal when it is empty.
-  ListText& bareOr(std::string_view value, std::string_view whenEmpty);
+  ListText& bareOr(std::string_view value, Literal whenEmpty);
 
-  const std::string& text() const { return script_.text(); }
+  const Script& script() const { return script_; }
 
  private:
-  ScriptText script_;
+  Script script_;
 };
 
 }  // namespace vernoxa

@@ -55,9 +55,9 @@ class TemporaryLibrary {
   const bool made_;
 };
 
-void evaluateLogged(ScriptHost& host, const Services& services, const std::string& script) {
+void evaluateLogged(ScriptHost& host, const Services& services, const Script& script) {
   if (LogWriter log = services.logs.openTraffic(); log.enabled()) {
-    log.writeLine(services.text.utf8ToAnsi(script));
+    log.writeLine(services.text.utf8ToAnsi(script.text()));
   }
   host.evaluate(script);
 }
@@ -72,21 +72,21 @@ bool isPlaceable(const ModuleFile& module, const Services& services) {
 void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleFile& module,
                        const std::string& libraryPath, DraggedBox box) {
   std::unordered_set<std::string_view> seen;
-  std::vector<std::string> pinScripts;
+  std::vector<Script> pinScripts;
   for (const JsonView entry : module.library()) {
     const std::string_view name = nameOf(entry);
     // What has no name is no other one's double.
     if (!entry.isObject() || (!name.empty() && !seen.insert(name).second)) {
       continue;
     }
-    const std::string arguments = libraryPartArguments(libraryPath, entry);
-    evaluateLogged(host, services, "placeLibPart " + arguments);
-    pinScripts.push_back("setPinNum " + arguments);
+    const Script script = libraryPartScript(libraryPath, entry);
+    evaluateLogged(host, services, script);
+    pinScripts.push_back(script.startingWith("setPinNum "));
   }
   if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
     evaluateLogged(host, services, viewBoxPartScript(libraryPath, *size));
   }
-  for (const std::string& script : pinScripts) {
+  for (const Script& script : pinScripts) {
     host.evaluate(script);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <vector>
 
 #include "dispatch/state.h"
@@ -131,9 +132,9 @@ void addGraphicList(ListText& list, JsonView elements) {
 
 }  // namespace
 
-std::string libraryPartArguments(std::string_view libraryPath, JsonView entry) {
-  constexpr std::string_view none = "[list \"\"]";
-  ListText list;
+Script libraryPartScript(std::string_view libraryPath, JsonView entry) {
+  constexpr Literal none = "[list \"\"]";
+  ListText list("placeLibPart ");
   list.bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
   list.bareOr(textOf(entry, "PartIndex"), none).literal(" ").bareOr(textOf(entry, "Type"), none);
   list.literal(" [list ").bare(textOf(entry, "BoundingBox")).literal("] ");
@@ -142,19 +143,19 @@ std::string libraryPartArguments(std::string_view libraryPath, JsonView entry) {
   addGraphicList(list, arrayIn(entry, "children"));
   list.literal(" ");
   addDisplayedList(list, arrayIn(entry, "DispProperty"));
-  return list.literal(" ").bareOr(textOf(entry, "Designator"), none).text();
+  return list.literal(" ").bareOr(textOf(entry, "Designator"), none).script();
 }
 
-std::string viewBoxPartScript(std::string_view libraryPath, const ViewBox& box) {
+Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box) {
   const std::string size = box.width + " " + box.height;
   ListText list("placeLibPart ");
   list.bare(libraryPath).literal(" {ViewBox} 0 ViewBox [list 0 0 ").bare(size);
   list.literal(
       "] [list [list \"\" \"\"]] [list [list \"Box\" [list [list \"UpperLeft\" \"0 0\"] [list \"LowerRight\" ");
-  return list.quoted(size).literal("]] [list [list \"\" \"\"]]]] [list [list \"\" \"\"]] [list \"\"]").text();
+  return list.quoted(size).literal("]] [list [list \"\" \"\"]]]] [list [list \"\" \"\"]] [list \"\"]").script();
 }
 
-std::string schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text) {
+Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text) {
   const std::string_view name = nameOf(object);
   const Properties allowed = placement.selfModule == "1" ? Properties::all : Properties::ofHost;
   ListText list("placePart ");
@@ -168,11 +169,11 @@ std::string schematicObjectScript(JsonView object, const PlacementContext& place
   addDataList(list, objectIn(object, "Data"), PointForm::blankBetween);
   list.literal(" ");
   addDisplayedList(list, arrayIn(object, "DispProperty"));
-  return list.text();
+  return list.script();
 }
 
-std::string cataloguePartScript(std::string_view mode, std::string_view package, const PlacementContext& placement,
-                                const TextConverter& text) {
+Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
+                           const TextConverter& text) {
   const auto value = [&](const std::string& stateText) { return text.scriptValue(stateText); };
   const std::string designator = value(placement.selfModule);
   ListText list("placePart ");
@@ -184,7 +185,7 @@ std::string cataloguePartScript(std::string_view mode, std::string_view package,
   list.literal("] [list \"Part Name\" ").bare(value(placement.PartName));
   // The host numbers the part anew.
   list.literal("] [list \"Part Reference\" ").bare(value(placement.prefix) + "1" + designator);
-  return list.literal("] [list \"Value\" ").quoted(value(placement.value)).literal("]] [list]").text();
+  return list.literal("] [list \"Value\" ").quoted(value(placement.value)).literal("]] [list]").script();
 }
 
 }  // namespace vernoxa

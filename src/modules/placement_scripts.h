@@ -3,10 +3,10 @@
 // Module texts are UTF-8, state texts in the code page; scripts are UTF-8. Nothing in a module can run anything.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "modules/module_file.h"
+#include "tcl/script.h"
 #include "text/json.h"
 
 namespace vernoxa {
@@ -14,18 +14,17 @@ namespace vernoxa {
 class TextConverter;
 struct PlacementContext;
 
-// The arguments of `placeLibPart` and `setPinNum` for one entry of a module's library. `libraryPath` is UTF-8 with "/"
-// between folders.
-std::string libraryPartArguments(std::string_view libraryPath, JsonView entry);
+// `placeLibPart` for one entry of a module's library. `libraryPath` is UTF-8 with "/" between folders.
+Script libraryPartScript(std::string_view libraryPath, JsonView entry);
 
 // The part that the user drags in place of the whole module: one box of its size.
-std::string viewBoxPartScript(std::string_view libraryPath, const ViewBox& box);
+Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box);
 
 // `placePart` for one schematic object of a module.
-std::string schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text);
+Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text);
 
 // `placePart` for the one catalogue part of the state. `mode` is "Part" or "SetProperty", `package` UTF-8.
-std::string cataloguePartScript(std::string_view mode, std::string_view package, const PlacementContext& placement,
-                                const TextConverter& text);
+Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
+                           const TextConverter& text);
 
 }  // namespace vernoxa

@@ -19,7 +19,7 @@
 namespace vernoxa {
 namespace {
 
-constexpr std::string_view script =
+constexpr Literal script =
     "proc LoadAction { } {\r\n"
     "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" "
     "\"Schematic\"\r\n"
@@ -70,8 +70,8 @@ void applyConfiguration(PlugIn& plugIn) {
 
 }  // namespace
 
-std::string_view startUpScript() {
-  return script;
+Script startUpScript() {
+  return Script(script);
 }
 
 void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
@@ -79,20 +79,19 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
   Tcl_PkgProvideEx(interp, "Vernoxa", "1.0", nullptr);
   registerCommands(interp);
   try {
-    const bool complete = Tcl_Eval(interp, std::string(script).c_str()) == TCL_OK;
-    const std::string problem = complete ? std::string() : Tcl_GetStringResult(interp);
+    TclScriptHost host(interp);
+    const Evaluation result = host.evaluate(startUpScript());
     replaceSession(plugIn);
     // Ours from here on: a script of the host may load the plug-in anew meanwhile.
     const std::shared_ptr<Session> session = plugIn.session;
     applyConfiguration(plugIn);
-    TclScriptHost host(interp);
     setOrcadInstallPath(host, session->services());
     plugIn.startLinkThread(session);
     const Logs& logs = session->services().logs;
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
-    if (!complete) {  // a second editor, say, whose port for the link thread is taken
-      logs.openTraffic().writeLine("start-up script: " + problem);
+    if (!result.ok) {  // a second editor, say, whose port for the link thread is taken
+      logs.openTraffic().writeLine("start-up script: " + result.text);
     }
   } catch (...) {
     plugIn.crashLogs.reportCrash("Vernoxa_Init");

@@ -1,7 +1,7 @@
 // What a load of the plug-in does, in its order.
 #pragma once
 
-#include <string_view>
+#include "tcl/script.h"
 
 struct Tcl_Interp;
 
@@ -10,7 +10,7 @@ namespace vernoxa {
 struct PlugIn;
 
 // The script that goes to the host at load: its actions, its menu and its local server. 683 bytes in the code page.
-std::string_view startUpScript();
+Script startUpScript();
 
 // Provides the package, registers the commands, runs the start-up script, then makes the state and the link. An
 // exception ends the start-up where it happened and goes to the crash log as "Vernoxa_Init"; the host sees success.

@@ -2,13 +2,13 @@
 
 namespace vernoxa {
 
-Evaluation ScriptHost::evaluateJoined(const std::string& joined, const std::string& separated) {
+Evaluation ScriptHost::evaluateJoined(const Script& joined, const Script& separated) {
   Evaluation first = evaluate(joined);
   return first.ok ? first : evaluate(separated);
 }
 
 bool ScriptHost::isOldHost() {
-  const Evaluation version = evaluate("GetProductVersion");
+  const Evaluation version = evaluate(Script("GetProductVersion"));
   return version.text == "16.3" || version.text == "16.5";
 }
 

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tcl/script.h"
+
 namespace vernoxa {
 
 struct Evaluation {
@@ -18,14 +20,14 @@ struct Evaluation {
 class ScriptHost {
  public:
   virtual ~ScriptHost() = default;
-  // UTF-8 script. Never throws for an error of the script.
-  virtual Evaluation evaluate(const std::string& script) = 0;
+  // Never throws for an error of the script.
+  virtual Evaluation evaluate(const Script& script) = 0;
   // Elements of a Tcl list; nothing for a text that is no list, which leaves no error text.
   virtual std::optional<std::vector<std::string>> splitList(const std::string& list) = 0;
 
-  // The texts that join a command word and its first argument are evaluated exactly so; only when Tcl answers with an
-  // error is the separated text tried, and its result stands.
-  Evaluation evaluateJoined(const std::string& joined, const std::string& separated);
+  // A script that joins a command word and its first argument is evaluated exactly so; only when Tcl answers with an
+  // error is the separated one tried, and its result stands.
+  Evaluation evaluateJoined(const Script& joined, const Script& separated);
 
   // The oldest supported hosts, "16.3" and "16.5", hold their texts in the other encoding than all later ones.
   bool isOldHost();

@@ -12,11 +12,11 @@ TclScriptHost::~TclScriptHost() {
   Tcl_Release(interp_);
 }
 
-Evaluation TclScriptHost::evaluate(const std::string& script) {
+Evaluation TclScriptHost::evaluate(const Script& script) {
   if (Tcl_InterpDeleted(interp_) != 0) {
     return {};
   }
-  const int status = Tcl_Eval(interp_, script.c_str());
+  const int status = Tcl_Eval(interp_, script.text().c_str());
   return {status == TCL_OK, Tcl_GetStringResult(interp_)};
 }
 

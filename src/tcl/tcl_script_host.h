@@ -15,7 +15,7 @@ class TclScriptHost final : public ScriptHost {
   TclScriptHost(const TclScriptHost&) = delete;
   TclScriptHost& operator=(const TclScriptHost&) = delete;
 
-  Evaluation evaluate(const std::string& script) override;
+  Evaluation evaluate(const Script& script) override;
   std::optional<std::vector<std::string>> splitList(const std::string& list) override;
 
  private:

@@ -4,8 +4,8 @@
 #include "plugin/companion_handlers.h"
 #include "system/user_messages.h"
 #include "system/world.h"
+#include "tcl/script.h"
 #include "tcl/script_host.h"
-#include "tcl/script_text.h"
 #include "text/code_page.h"
 #include "text/path_text.h"
 
@@ -31,8 +31,8 @@ Json openProject(const Parts& parts, HandlerContext& context) {
 }
 
 // The host's own answer does not change the result, only the text beside it.
-Outcome placeWith(const char* procedure, const Request& request, HandlerContext& context) {
-  const std::string script = std::string(procedure) + " " + std::to_string(request.number("Type")) + " {}";
+Outcome placeWith(Literal procedure, const Request& request, HandlerContext& context) {
+  const Script script = Script(procedure).literal(" ").number(request.number("Type")).literal(" {}");
   const std::string answer = context.host.evaluate(script).text;
   Json data = Json::object();
   data.add("ErrInfo", answer == "1" ? std::string() : replyValue(context, answer));
@@ -41,8 +41,8 @@ Outcome placeWith(const char* procedure, const Request& request, HandlerContext&
 
 Outcome exportDrawing(const Request& request, HandlerContext& context) {
   const std::string path = projectPath(request, context);
-  const Evaluation answer = context.host.evaluateJoined(ScriptText("convertToSVG").joined(path).text(),
-                                                        ScriptText("convertToSVG ").quoted(path).text());
+  const Evaluation answer =
+      context.host.evaluateJoined(Script("convertToSVG").joined(path), Script("convertToSVG ").quoted(path));
   if (!answer.ok || answer.text.empty()) {
     return Outcome::failure(replyValue(context, answer.text), repliedItself);
   }
@@ -57,7 +57,7 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
 }  // namespace
 
 Outcome getActiveProPages(const Request&, HandlerContext& context) {
-  const Evaluation answer = context.host.evaluate("GetActiveProPages");
+  const Evaluation answer = context.host.evaluate(Script("GetActiveProPages"));
   const auto projects = elementsOf(answer, context);
   Json data = Json::object();
   if (projects.empty()) {

@@ -93,8 +93,4 @@ int decodePacket(const Services& services, std::string_view packetText, std::str
   return -1;
 }
 
-std::string sendScript(std::string_view packetText) {
-  return std::string("sendPacketGlobalHandle \"").append(packetText).append("\"");
-}
-
 }  // namespace vernoxa

@@ -24,7 +24,4 @@ DecodedPacket messageOf(std::string_view packetText);
 int encodePacket(const Services& services, std::string_view message, std::string& packetText);
 int decodePacket(const Services& services, std::string_view packetText, std::string& message);
 
-// The host script that sends a message to the companion: packet text between double quotes.
-std::string sendScript(std::string_view packetText);
-
 }  // namespace vernoxa

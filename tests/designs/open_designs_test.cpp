@@ -198,9 +198,9 @@ TEST_F(OpenDesignsTest, StatusIsPassedOnWhateverTheScanGives) {
   run("FileStatus", R"(,"Result":"9","Data":{"x":[1],"FileName":"a","Status":"Open"})");
   EXPECT_THAT(
       host_.scripts,
-      ElementsAre(sendScript(packetTextOf(
-                      R"({"Command":"FileStatus","Result":"0","Data":{"x":[1],"FileName":"a","Status":"Open"}})")),
-                  "InitPath"));
+      ElementsAre(
+          sendingScript(R"({"Command":"FileStatus","Result":"0","Data":{"x":[1],"FileName":"a","Status":"Open"}})"),
+          "InitPath"));
 }
 
 TEST_F(OpenDesignsTest, ScanIsLoggedInItsFourStages) {

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 Outcome echo(const Request& request, HandlerContext& context) {
-  context.host.evaluate("ran " + request.command);
+  context.host.evaluate(Script("ran ").bare(request.command));
   Outcome outcome = Outcome::success();
   outcome.reply->data.add("text", request.text("text"));
   outcome.reply->data.add("number", Json::number(request.number("number")));

@@ -158,7 +158,7 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
       R"("Part":[{"Id":"1","Ref":"R1","Package":"0603"},{"Id":"2","Ref":"C1"},{"Id":"3","Ref":"","Package":""},)"
       R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"
       R"("sumPins":"10","selfPins":"4","copyPrice":"1.5"},"Command":"SelectModule_EndResult","Result":"0"})";
-  EXPECT_EQ(script, sendScript(packetTextOf(Json::parse(expected).document.printFormatted())));
+  EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
   EXPECT_EQ(placement.dsnBmpPath + placement.dsnDatPath, "");
 
   run(sendUploadMarket, {});

@@ -52,7 +52,7 @@ class StartUpTest : public testing::Test {
 };
 
 TEST_F(StartUpTest, ScriptByteForByte) {
-  const std::string_view script = startUpScript();
+  const std::string script = startUpScript().text();
   EXPECT_EQ(script.size(), 683U);
   EXPECT_EQ(replaceAll(script, "\r\n", "").find_first_of("\r\n"), std::string::npos);
   EXPECT_FALSE(script.ends_with('\n'));

@@ -7,8 +7,14 @@
 #include <vector>
 
 #include "tcl/script_host.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
+
+// The script that has the host send a message to the companion.
+inline std::string sendingScript(std::string_view message) {
+  return "sendPacketGlobalHandle \"" + packetTextOf(message) + "\"";
+}
 
 class FakeScriptHost final : public ScriptHost {
  public:
@@ -19,7 +25,8 @@ class FakeScriptHost final : public ScriptHost {
 
   void answer(const std::string& script, const std::string& text, bool ok = true) { answers[script] = {ok, text}; }
 
-  Evaluation evaluate(const std::string& script) override {
+  Evaluation evaluate(const Script& given) override {
+    const std::string& script = given.text();
     scripts.push_back(script);
     if (during) {
       during(script);

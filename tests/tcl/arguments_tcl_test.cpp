@@ -41,8 +41,8 @@ TEST(TclArguments, MalformedListIsEmpty) {
 TEST(TclScriptHost, AnswersWhatTclSays) {
   TclInterp interp;
   TclScriptHost host(interp.get());
-  const auto answer = [&](const char* script) {
-    const Evaluation result = host.evaluate(script);
+  const auto answer = [&](Literal script) {
+    const Evaluation result = host.evaluate(Script(script));
     return std::string(result.ok ? "ok " : "error ") + result.text;
   };
   EXPECT_EQ(answer("set a {x y}"), "ok x y");
@@ -59,7 +59,7 @@ TEST(TclScriptHost, SplitsLists) {
   EXPECT_THAT(host.splitList("a {b c} {} \"d\\n\"").value(), ElementsAre("a", "b c", "", "d\n"));
   EXPECT_THAT(host.splitList("").value(), IsEmpty());
   EXPECT_FALSE(host.splitList("a {b"));
-  EXPECT_EQ(host.evaluate("set ::errorInfo").text.find("unmatched"), std::string::npos);
+  EXPECT_EQ(host.evaluate(Script("set ::errorInfo")).text.find("unmatched"), std::string::npos);
 }
 
 TEST(TclScriptHost, OutlivesItsInterpreter) {
@@ -69,8 +69,8 @@ TEST(TclScriptHost, OutlivesItsInterpreter) {
     Tcl_DeleteInterp(interp.get());
     return Evaluation{true, "last words"};
   });
-  host.evaluate("suicide");
-  EXPECT_FALSE(host.evaluate("set a 1").ok);
+  host.evaluate(Script("suicide"));
+  EXPECT_FALSE(host.evaluate(Script("set a 1")).ok);
   EXPECT_THAT(host.splitList("a b").value(), ElementsAre("a", "b"));
 }
 
@@ -78,10 +78,10 @@ TEST(ScriptHost, SeparatedFormIsTriedOnlyAfterAnError) {
   TclInterp interp;
   TclScriptHost host(interp.get());
   interp.define("getGuid", "separate");
-  EXPECT_EQ(host.evaluateJoined("getGuid\"a\" 1", "getGuid \"a\" 1").text, "separate");
+  EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "separate");
   interp.define("getGuid\"a\"", "joined");
-  EXPECT_EQ(host.evaluateJoined("getGuid\"a\" 1", "getGuid \"a\" 1").text, "joined");
-  EXPECT_FALSE(host.evaluateJoined("getGuid\"b\" 1", "nobody").ok);
+  EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "joined");
+  EXPECT_FALSE(host.evaluateJoined(Script("getGuid\"b\" 1"), Script("nobody")).ok);
   EXPECT_THAT(interp.calls, ElementsAre(Words{"getGuid", "a", "1"}, Words{"getGuid\"a\"", "1"}));
 }
 

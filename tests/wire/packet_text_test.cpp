@@ -98,9 +98,5 @@ TEST_F(PacketLogTest, FaultIsShownOnceAndKeepsWhatWasBuilt) {
   EXPECT_THAT(fake.messages.shown(), ElementsAre("接收的数据异常"));
 }
 
-TEST_F(PacketLogTest, SendScript) {
-  EXPECT_EQ(sendScript("7b7d"), "sendPacketGlobalHandle \"7b7d\"");
-}
-
 }  // namespace
 }  // namespace vernoxa

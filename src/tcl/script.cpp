@@ -1,12 +1,10 @@
-#include "tcl/script_text.h"
-
-#include <cstddef>
+#include "tcl/script.h"
 
 namespace vernoxa {
 namespace {
 
 // Characters that separate words, by Tcl's own table (tclParse.c's rule: space, tab, vertical tab, form feed, CR).
-bool isBlank(char c) {
+bool isSpace(char c) {
   return c == ' ' || c == '\t' || c == '\v' || c == '\f';
 }
 
@@ -42,16 +40,23 @@ bool bracesCanHold(std::string_view value) {
 
 }  // namespace
 
-ScriptText& ScriptText::literal(std::string_view text) {
-  for (const char c : text) {
+Script Script::startingWith(Literal start) const {
+  Script other(*this);
+  other.text_.replace(0, startBytes_, start.text());
+  other.startBytes_ = start.text().size();
+  return other;
+}
+
+Script& Script::literal(Literal text) {
+  for (const char c : text.text()) {
     bracketDepth_ += c == '[' ? 1 : 0;
     bracketDepth_ -= c == ']' ? 1 : 0;
   }
-  text_.append(text);
+  text_.append(text.text());
   return *this;
 }
 
-ScriptText& ScriptText::quoted(std::string_view value) {
+Script& Script::quoted(std::string_view value) {
   text_.push_back('"');
   BackslashRun run;
   for (const char c : value) {
@@ -68,32 +73,37 @@ ScriptText& ScriptText::quoted(std::string_view value) {
   return *this;
 }
 
-ScriptText& ScriptText::bare(std::string_view value) {
-  appendBare(value, Blanks::separate);
+Script& Script::bare(std::string_view value) {
+  appendBare(value, Spaces::separate);
   return *this;
 }
 
-ScriptText& ScriptText::braced(std::string_view value) {
+Script& Script::braced(std::string_view value) {
   if (bracesCanHold(value)) {
     text_.append("{").append(value).append("}");
   } else {
-    appendBare(value, Blanks::escape);
+    appendBare(value, Spaces::escape);
   }
   return *this;
 }
 
-ScriptText& ScriptText::joined(std::string_view value) {
+Script& Script::joined(std::string_view value) {
   text_.push_back('"');
-  appendBare(value, Blanks::separate);
+  appendBare(value, Spaces::separate);
   text_.push_back('"');
   return *this;
 }
 
-bool ScriptText::atWordStart() const {
-  return text_.empty() || isBlank(text_.back()) || text_.back() == '[';
+Script& Script::number(int value) {
+  text_.append(std::to_string(value));
+  return *this;
 }
 
-void ScriptText::appendBare(std::string_view value, Blanks blanks) {
+bool Script::atWordStart() const {
+  return text_.empty() || isSpace(text_.back()) || text_.back() == '[';
+}
+
+void Script::appendBare(std::string_view value, Spaces spaces) {
   bool wordStart = atWordStart();
   BackslashRun run;
   for (const char c : value) {
@@ -104,9 +114,9 @@ void ScriptText::appendBare(std::string_view value, Blanks blanks) {
       wordStart = false;
       continue;
     }
-    const bool separates = isBlank(c) && !escaped && blanks == Blanks::separate;
+    const bool separates = isSpace(c) && !escaped && spaces == Spaces::separate;
     const bool acts = c == '[' || c == '$' || c == ';' || (c == ']' && bracketDepth_ > 0) ||
-                      (wordStart && (c == '"' || c == '{')) || (isBlank(c) && blanks == Blanks::escape);
+                      (wordStart && (c == '"' || c == '{')) || (isSpace(c) && spaces == Spaces::escape);
     if (acts && !escaped) {
       text_.push_back('\\');
     }

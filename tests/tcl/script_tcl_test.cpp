@@ -1,5 +1,5 @@
 // What a value may not do in a script: asked of a real interpreter, which records every command that it would run.
-#include "tcl/script_text.h"
+#include "tcl/script.h"
 
 #include <gtest/gtest.h>
 
@@ -32,9 +32,13 @@ Words blankSeparated(const std::string& value) {
   return words;
 }
 
-class ScriptTextTest : public testing::Test {
+Script startOf(bool nested) {
+  return nested ? Script("target [list ") : Script("target ");
+}
+
+class ScriptTest : public testing::Test {
  protected:
-  ScriptTextTest() {
+  ScriptTest() {
     interp_.recordEverything();
     interp_.define("target");
     interp_.define("list", [](const Words&) { return Evaluation{true, "inner"}; });
@@ -55,27 +59,31 @@ class ScriptTextTest : public testing::Test {
   HostileValues values_;
 };
 
-TEST_F(ScriptTextTest, OrdinaryValuesKeepTheirText) {
-  EXPECT_EQ(
-      ScriptText("p ").quoted("C:\\\\a b\\\\c.dsn").literal(" ").bare("(1 2)").literal(" ").braced("R1,R2").text(),
-      "p \"C:\\\\a b\\\\c.dsn\" (1 2) {R1,R2}");
-  EXPECT_EQ(ScriptText("getGuid").joined("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
+TEST_F(ScriptTest, OrdinaryValuesKeepTheirText) {
+  EXPECT_EQ(Script("p ").quoted("C:\\\\a b\\\\c.dsn").literal(" ").bare("(1 2)").literal(" ").braced("R1,R2").text(),
+            "p \"C:\\\\a b\\\\c.dsn\" (1 2) {R1,R2}");
+  EXPECT_EQ(Script("getGuid").joined("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
 }
 
-TEST_F(ScriptTextTest, EachPlaceNeutralisesItsOwnCharacters) {
+TEST_F(ScriptTest, AnotherStartKeepsTheRest) {
+  const Script script = Script("p [list ").bare("a]").literal("]");
+  EXPECT_EQ(script.startingWith("longer [list ").startingWith("q [list ").text(), "q [list a\\]]");
+}
+
+TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   const std::string value = "a\"[$;]{b\n\\";
-  EXPECT_EQ(ScriptText("p ").quoted(value).text(), "p \"a\\\"\\[\\$;]{b\n\\\\\"");
-  EXPECT_EQ(ScriptText("p ").bare(value).text(), "p a\"\\[\\$\\;]{b\\n\\\\");
-  EXPECT_EQ(ScriptText("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
-  EXPECT_EQ(ScriptText("p ").braced("a b}").text(), "p a\\ b}");
-  EXPECT_EQ(ScriptText("p ").braced("[x] $y \\}").text(), "p {[x] $y \\}}");
-  EXPECT_EQ(ScriptText("p ").quoted("\\[a\\\\[b").text(), "p \"\\[a\\\\\\[b\"");  // escaped already, and not
+  EXPECT_EQ(Script("p ").quoted(value).text(), "p \"a\\\"\\[\\$;]{b\n\\\\\"");
+  EXPECT_EQ(Script("p ").bare(value).text(), "p a\"\\[\\$\\;]{b\\n\\\\");
+  EXPECT_EQ(Script("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
+  EXPECT_EQ(Script("p ").braced("a b}").text(), "p a\\ b}");
+  EXPECT_EQ(Script("p ").braced("[x] $y \\}").text(), "p {[x] $y \\}}");
+  EXPECT_EQ(Script("p ").quoted("\\[a\\\\[b").text(), "p \"\\[a\\\\\\[b\"");  // escaped already, and not
 }
 
-TEST_F(ScriptTextTest, QuotedIsOneWord) {
+TEST_F(ScriptTest, QuotedIsOneWord) {
   for (int count = 0; count < valuesOfEachKind; ++count) {
     const std::string value = values_.next();
-    const std::string script = ScriptText("target ").quoted(value).literal(" end").text();
+    const std::string script = Script("target ").quoted(value).literal(" end").text();
     ASSERT_TRUE(runs(script, {"target"})) << script;
     ASSERT_EQ(interp_.calls[0].size(), 3U) << script;
     ASSERT_EQ(interp_.calls[0][2], "end") << script;
@@ -85,12 +93,12 @@ TEST_F(ScriptTextTest, QuotedIsOneWord) {
   }
 }
 
-TEST_F(ScriptTextTest, BareIsTheWordsBetweenItsBlanks) {
+TEST_F(ScriptTest, BareIsTheWordsBetweenItsBlanks) {
   for (int count = 0; count < valuesOfEachKind; ++count) {
     const std::string value = values_.next();
     const bool nested = count % 2 == 0;
-    ScriptText script(nested ? "target [list " : "target ");
-    script.bare(value).literal(nested ? " end] end" : " end");
+    Script script = startOf(nested).bare(value);
+    nested ? script.literal(" end] end") : script.literal(" end");
     ASSERT_TRUE(runs(script.text(), nested ? Words{"list", "target"} : Words{"target"})) << script.text();
     Words words = interp_.calls[0];
     ASSERT_EQ(words.back(), "end") << script.text();
@@ -102,12 +110,12 @@ TEST_F(ScriptTextTest, BareIsTheWordsBetweenItsBlanks) {
   }
 }
 
-TEST_F(ScriptTextTest, BracedIsOneWord) {
+TEST_F(ScriptTest, BracedIsOneWord) {
   for (int count = 0; count < valuesOfEachKind; ++count) {
     const std::string value = values_.next();
     const bool nested = count % 2 == 0;
-    ScriptText script(nested ? "target [list " : "target ");
-    script.braced(value).literal(nested ? " end]" : " end");
+    Script script = startOf(nested).braced(value);
+    nested ? script.literal(" end]") : script.literal(" end");
     ASSERT_TRUE(runs(script.text(), nested ? Words{"list", "target"} : Words{"target"})) << script.text();
     ASSERT_EQ(interp_.calls[0].size(), 3U) << script.text();
     if (!hasBackslash(value)) {
@@ -117,10 +125,10 @@ TEST_F(ScriptTextTest, BracedIsOneWord) {
 }
 
 // A joined text names one command that nobody has, or is none at all.
-TEST_F(ScriptTextTest, JoinedRunsNothingElse) {
+TEST_F(ScriptTest, JoinedRunsNothingElse) {
   for (int count = 0; count < valuesOfEachKind; ++count) {
     const std::string value = values_.next();
-    const std::string script = ScriptText("target").joined(value).literal(" end").text();
+    const std::string script = Script("target").joined(value).literal(" end").text();
     if (!runs(script, {"unknown"})) {
       ASSERT_TRUE(interp_.calls.empty()) << script;
       ASSERT_TRUE(value.find_first_of(" \t\v\f\\") != std::string::npos) << script;  // the last quote began a word
