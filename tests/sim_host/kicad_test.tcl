@@ -123,13 +123,15 @@ test hierarchy "one sheet used twice, a bus into it, and a sheet that holds itse
         {number 2 name B type passive shape line hidden 0 x 1800 y 800 bodyX 1750 bodyY 800 noConnect 1 net {}}] \
     F:0603]
 
-test unreadable "a file that is no schematic is an error" -body {
-    set answers {}
-    foreach text {"" "(kicad_pcb (version 1))" "(kicad_sch (unbalanced" "\{" "plain text"} {
-        lappend answers [catch {kicad::load [makeFile $text broken.kicad_sch]}]
+test unreadable "a file that is no schematic, or not a whole one, is an error that names it and says why" -body {
+    lmap text {"" "(kicad_pcb (version 1))" "EESchema Version 4" "(kicad_sch (unbalanced" "(kicad_sch (text \"cut"
+            "(kicad_sch) (text \"behind\"))" "(kicad_sch (wire (pts (xy a 1) (xy 2 1))))"} {
+        catch {kicad::load [makeFile $text broken.kicad_sch]} problem
+        regexp {/broken.kicad_sch cannot be read: (.*)} $problem -> why
+        set why
     }
-    set answers
-} -result {1 1 1 1 1}
+} -result [list {*}[lrepeat 3 "it is not a schematic of KiCad 6 or later"] \
+    {*}[lrepeat 3 "its parentheses do not match: it is cut off or damaged"] {can't use non-numeric string as operand of "*"}]
 
 # KiCad 9's way: every symbol says what it is called on each page of each project.
 proc placed {uuid library x y names {more ""}} {
@@ -208,11 +210,44 @@ test projects "two projects share a sheet above their folders; pages, names and 
 } -result {{one 左 右} {{R3 {} 1 1 1 {} {}} {R4 {} 1 1 1 {} {}} {R5 {} 1 1 1 {} {}}\
     {R1 {} 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 U/TX VDD} {R2 {} 1 1 1 {} {}} {U2 {国产-${PROJECT}} 0 0 0 U/TX VDD}}\
     {VDD {R4.2 R5.1 U1.2 U2.2} X1 {R1.2 R3.1 U1.1} Y.SDA {R1.1 R3.2} 右/D3 {R2.2 U2.1} 右/SDA R2.1}\
-    {{shared.kicad_sch holds what is not shown: 2 image, 1 novelty} {sheet 缺 is left out: there is no none.kicad_sch}\
-        {sheet 自 is left out: it is on itself}}\
+    {{shared.kicad_sch holds what is not shown: 2 image, 1 novelty} {sheet 缺 of one.kicad_sch is left out: there is no "none.kicad_sch"}\
+        {sheet 自 of one.kicad_sch is left out: it is on itself}}\
     {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
     {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}\
     {{text 说明 x 444 y 444 rotation 0 size 50 justify {left top}}} {{394 394 788 394 788 591} {473 394 470 414 462 434}}}
+
+test odd "what cannot be read is left out and named, the rest is there, and sheets that double at every level end" -setup {
+    set folder [makeDirectory kicad_odd]
+    file mkdir $folder/sub
+    set again [string repeat "[placed same R 1 1 {p /x R1}] " 2]
+    makeFile [schematic leaf $again] sub/leaf.kicad_sch $folder
+    makeFile [schematic middle [sheet m leaf "\$\{KIPRJMOD\}/sub/leaf.kicad_sch" 1]] sub/middle.kicad_sch $folder
+    makeFile "(kicad_sch (text" cut.kicad_sch $folder
+    makeFile [string map {2025 2099 "MCU\")" "GONE\")"} \ufeff[schematic root "
+      [placed r1 R 2.54e1 -1E-06 {p /root R1}] [placed r2 R here 1 {p /root R2}] [placed m1 MCU2 1 1 {p /root U1} {
+        (property private "内部" "值" (at 0 0 0)) (property "private" "own" (at 0 0 0))}]
+      [sheet s1 middle sub/middle.kicad_sch 1] [sheet s2 cut cut.kicad_sch 2] [sheet s3 none {} 3] [sheet s4 far none.sch there]"]] \
+        root.kicad_sch $folder
+    for {set level 0} {$level < 40} {incr level} {
+        set next double[expr {$level + 1}].kicad_sch
+        makeFile [schematic u "[sheet a a $next 1] [sheet b b $next 2]"] double$level.kicad_sch $folder
+    }
+} -body {
+    set design [kicad::load $folder/root.kicad_sch]
+    set doubled [kicad::load $folder/double0.kicad_sch]
+    list [dict keys [dict get $design pages]] [dict keys [dict get $design parts]] \
+        [dict filter [dict get $design parts /m1 properties] key 内部 private] \
+        [string map [list $folder/ ""] [dict get $design notes]] \
+        [dict size [dict get $doubled pages]] [lindex [dict get $doubled notes] end]
+} -result {{root middle middle/leaf} {/r1 /m1 /s1/m/same {/s1/m/same (2)}} {内部 值 private own}\
+    {{a KiCad later than 9 wrote this: what is new in it may be missing}\
+        {a sheet of root.kicad_sch is left out: can't use non-numeric string as operand of "*"}\
+        {part R2 of root.kicad_sch is left out: can't use non-numeric string as operand of "*"}\
+        {root.kicad_sch has no symbol GONE, which d:MCU2 extends}\
+        {sheet cut of root.kicad_sch is left out: cut.kicad_sch cannot be read:\
+            its parentheses do not match: it is cut off or damaged}\
+        {sheet none of root.kicad_sch is left out: there is no ""}}\
+    1000 {sheet b of double9.kicad_sch is left out: there are 1000 pages already}}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

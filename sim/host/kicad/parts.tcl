@@ -75,7 +75,7 @@ proc ::kicad::partFrom {node id page symbol instance variables} {
     set properties {}
     set texts {}
     foreach property [children $node property] {
-        lassign $property - name value
+        lassign [nameAndValue $property] name value
         dict set properties $name [plainText $value]
         set place [child $property at]
         dict set texts $name [list {*}[point $place] [expr {round([lindex $place 3])}] {*}[styleOf $property]]

@@ -29,14 +29,18 @@ proc ::kicad::parse {text} {
         lappend safe $piece
         set quoted [expr {!$quoted}]
     }
-    return [lindex [string map [list ( " \{\1" ) " \} "] [join $safe \"]] 0]
+    set lists [string map [list ( " \{\1" ) " \} "] [join $safe \"]]
+    if {[catch {llength $lists} count] || ($count > 1 && [kind [lindex $lists 0]] ne "")} {
+        error "its parentheses do not match: it is cut off or damaged"
+    }
+    return [lindex $lists 0]
 }
 
 proc ::kicad::readFile {path} {
     set channel [open $path r]
     fconfigure $channel -encoding utf-8
     try {
-        return [read $channel]
+        return [string trimleft [read $channel] \ufeff]
     } finally {
         close $channel
     }
@@ -81,6 +85,15 @@ proc ::kicad::plainText {text} {
     }
     return [string map {\{slash\} / \{backslash\} \\ \{colon\} : \{dblquote\} \" \{quote\} ' \{lt\} < \{gt\} >
         \{bar\} | \{comma\} , \{space\} " " \{dollar\} \$ \{tab\} \t \{return\} \n \{brace\} \{} $text]
+}
+
+# Name and value of a property. What is not for export has a word before them.
+proc ::kicad::nameAndValue {property} {
+    lassign $property - name value more
+    if {$name eq "private" && $more ne "" && [kind $more] eq ""} {
+        return [list $value $more]
+    }
+    return [list $name $value]
 }
 
 # Millimetres to whole steps of KiCad's own grid, of which 254 are a mil. What meets in KiCad meets

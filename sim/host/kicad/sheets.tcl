@@ -9,6 +9,10 @@ namespace eval ::kicad {
     }
     # Up to this version of the format a supply symbol joins the net that its pin is named after.
     variable powerByValue 20230221
+    # The format of KiCad 9, the last one that is read whole.
+    variable lastVersion 20250114
+    # Sheets that use each other twice make more pages than anybody can look at.
+    variable mostPages 1000
 }
 
 # Reading goes along a context: what the root says for all pages, and `files` and `symbols`, those read so
@@ -22,6 +26,7 @@ proc ::kicad::readSheets {path} {
     set uuid [value $root uuid]
     dict set context rootPath [expr {$uuid eq "" ? "" : "/$uuid"}]
     dict set context project [file rootname [file tail $path]]
+    dict set context folder [file dirname $path]
     dict set context variables [projectVariables $path]
     dict set context overrides [rootOverrides $root]
     dict set context numbers [rootPageNumbers $root]
@@ -35,12 +40,21 @@ proc ::kicad::readSheets {path} {
 # Reads a file unless it was read, and notes in the design what is left out.
 proc ::kicad::readSheetFile {designName contextName path} {
     upvar 1 $designName design $contextName context
-    if {[dict exists $context files $path]} {
-        return
+    if {![dict exists $context files $path] && [catch {takeSheetFile design context $path} problem]} {
+        error "$path cannot be read: $problem"
     }
+}
+
+proc ::kicad::takeSheetFile {designName contextName path} {
+    upvar 1 $designName design $contextName context
+    variable lastVersion
     set root [parse [readFile $path]]
     if {[kind $root] ne "kicad_sch"} {
-        error "not a KiCad schematic: $path"
+        error "it is not a schematic of KiCad 6 or later"
+    }
+    set version [value $root version 0]
+    if {$version > $lastVersion} {
+        dict lappend design notes "a KiCad later than 9 wrote this: what is new in it may be missing"
     }
     set drawings [dict merge [drawingsOf $root] [paperOf $root] \
         [dict create title [titleOf $root] schematic [file rootname [file tail $path]]]]
@@ -56,10 +70,14 @@ proc ::kicad::readSheetFile {designName contextName path} {
         set found [symbolsOf read $nodes]
     }
     dict for {library symbol} $found {
+        if {[dict get $symbol extends] ne ""} {
+            dict lappend design notes \
+                "[file tail $path] has no symbol [dict get $symbol extends], which $library extends"
+        }
         dict set symbols $library [keepSymbol design $symbol [dict get $drawings schematic]]
     }
     dict set context files $path [dict create root $root drawings $drawings symbols $symbols \
-        version [value $root version 0]]
+        version $version]
 }
 
 # Files carry their own copies of the symbols; copies that differ get the schematic's name added.
@@ -120,6 +138,7 @@ proc ::kicad::paperOf {root} {
 # that contains itself is left out.
 proc ::kicad::addPage {designName contextName file place} {
     upvar 1 $designName design $contextName context
+    variable mostPages
     set above [concat [dict get $place above] [list $file]]
     set page [dict merge [dict get $context files $file drawings] [dict remove $place above] [dict create sheets {}]]
     set name [dict get $page name]
@@ -131,15 +150,23 @@ proc ::kicad::addPage {designName contextName file place} {
     set path [string trimright [dict get $place path] /]
     set sheets {}
     foreach node [children [dict get $context files $file root] sheet] {
-        set sheet [sheetOf $node]
-        set below [fileBelow $file [dict get $sheet file]]
+        if {[catch {sheetOf $node} sheet]} {
+            dict lappend design notes "a sheet of [file tail $file] is left out: $sheet"
+            continue
+        }
+        set below [fileBelow $file [dict get $sheet file] [dict get $context folder]]
         dict set sheet page ""
         if {$below in $above} {
-            dict lappend design notes "sheet [dict get $sheet name] is left out: it is on itself"
+            set problem "it is on itself"
         } elseif {![file isfile $below]} {
-            dict lappend design notes "sheet [dict get $sheet name] is left out: there is no [dict get $sheet file]"
-        } elseif {[catch {readSheetFile design context $below} problem]} {
-            dict lappend design notes "sheet [dict get $sheet name] is left out: $problem"
+            set problem "there is no \"[dict get $sheet file]\""
+        } elseif {[dict size [dict get $design pages]] >= $mostPages} {
+            set problem "there are $mostPages pages already"
+        } elseif {![catch {readSheetFile design context $below} problem]} {
+            set problem ""
+        }
+        if {$problem ne ""} {
+            dict lappend design notes "sheet [dict get $sheet name] of [file tail $file] is left out: $problem"
         } else {
             dict set sheet page [freeName [dict get $design pages] $name [dict get $place path] [dict get $sheet name]]
             dict set context numbers $path/[dict get $sheet uuid] [pageNumberFor $node $path $context]
@@ -151,11 +178,10 @@ proc ::kicad::addPage {designName contextName file place} {
     dict set design pages $name sheets $sheets
 }
 
-# The file of a sheet, as it is named by the file that shows it.
-proc ::kicad::fileBelow {file name} {
-    set folder [file dirname $file]
+# The file of a sheet, as it is named by the file that shows it in a project that lies in `folder`.
+proc ::kicad::fileBelow {file name folder} {
     set name [string map [list \\ / "\$\{KIPRJMOD\}" $folder] $name]
-    return [file normalize [file join $folder $name]]
+    return [file normalize [file join [file dirname $file] $name]]
 }
 
 # What holds for all parts below a sheet.
@@ -222,7 +248,12 @@ proc ::kicad::addParts {designName page context file variables} {
         for {set copy 2} {[dict exists $design parts $id]} {incr copy} {
             set id "$path/[value $node uuid] ($copy)"
         }
-        dict set design parts $id [partFrom $node $id $page $symbol $overrides $variables]
+        if {[catch {partFrom $node $id $page $symbol $overrides $variables} part]} {
+            set name [expr {[dict exists $overrides reference] ? [dict get $overrides reference] : $id}]
+            dict lappend design notes "part $name of [file tail $file] is left out: $part"
+            continue
+        }
+        dict set design parts $id $part
         lappend ids $id
     }
     return $ids

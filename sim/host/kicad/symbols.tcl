@@ -119,7 +119,7 @@ proc ::kicad::symbolOf {node} {
     }
     set properties {}
     foreach property [children $node property] {
-        dict set properties [lindex $property 1] [lindex $property 2]
+        dict set properties {*}[nameAndValue $property]
     }
     set power [child $node power]
     return [dict create name [plainText [lindex $node 1]] extends [value $node extends] properties $properties \
