@@ -85,10 +85,11 @@ class Counted:
             if reference.startswith("#") or inside(drawn, "power"):
                 continue
             self.units[reference, unit, in_bom and word(symbol, "in_bom", "yes") == "yes",
-                       fitted and word(symbol, "dnp", "no") == "no"] += 1
+                       fitted and word(symbol, "dnp", "no") == "no" and field(symbol, "DNP") in ("", "0", "no")] += 1
+            drawn_style = word(symbol, "body_style", word(symbol, "convert", "1"))
             for body in inside(drawn, "symbol"):
                 of_unit, style = body[1].strip('"').split("_")[-2:]
-                if of_unit in ("0", unit) and style in ("0", word(symbol, "convert", "1")):
+                if of_unit in ("0", unit) and style in ("0", drawn_style):
                     self.pins.update((reference, word(pin, "number").replace("~", "")) for pin in inside(body, "pin"))
         for child in inside(sheet, "sheet"):
             self._page((path.parent / sheet_file(child)).resolve(), f"{place}/{word(child, 'uuid')}",
