@@ -53,4 +53,7 @@ apt_get() {
     -o Acquire::Retries=3 -o Dpkg::Use-Pty=0 "$@"
 }
 apt_get update
-apt_get install --no-install-recommends "${missing[@]}"
+apt_get install --no-install-recommends "${missing[@]}" || {
+  echo "These packages are missing, and apt-get could not install them (it needs a network): ${missing[*]}" >&2
+  exit 1
+}

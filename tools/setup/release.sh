@@ -7,7 +7,7 @@ needed_system="Debian 12 or 13 for amd64"
 judging_clang=14  # Debian 12's
 
 architecture=$(dpkg --print-architecture 2>/dev/null || uname -m)
-found_system=$(. /etc/os-release 2>/dev/null && echo "${PRETTY_NAME:-$ID}") || found_system=$(uname -s)
+found_system=$(. /etc/os-release 2>/dev/null && echo "${PRETTY_NAME:-${ID:-Linux}}") || found_system=$(uname -s)
 found_system+=" for $architecture"
 case $(. /etc/os-release 2>/dev/null && echo "${ID:-} ${VERSION_ID:-} $architecture") in
   "debian 12 amd64") clang_version=14 ;;
