@@ -5,7 +5,7 @@ from __future__ import annotations
 import asyncio
 import json
 import threading
-from typing import Callable, Iterator, Mapping, TextIO
+from typing import Awaitable, Callable, Iterator, Mapping, TextIO
 
 from prompt_toolkit import PromptSession
 from prompt_toolkit.completion import CompleteEvent, Completer, Completion, get_common_complete_suffix
@@ -173,10 +173,12 @@ def _complete(event: KeyPressEvent) -> None:
 class Desk:
     """Carries out what was typed or stands in a script.
 
-    `words` are further words that can be typed, each with what it is for and what takes the rest of the line.
+    `words` are further words that can be typed, each with what it is for and what takes the rest of the line; that one
+    gives false when it could not be done.
     """
 
-    def __init__(self, companion: Companion, view: View, words: Mapping[str, tuple[str, Callable[[str], None]]] = {}):
+    def __init__(self, companion: Companion, view: View,
+                 words: Mapping[str, tuple[str, Callable[[str], Awaitable[bool]]]] = {}):
         self._companion = companion
         self._view = view
         self._words = {name: take for name, (_, take) in words.items()}
@@ -190,8 +192,7 @@ class Desk:
         if words[0] in LOCAL:
             return await self._local(words)
         if words[0] in self._words:
-            self._words[words[0]](text.strip()[len(words[0]):].strip())
-            return True
+            return await self._words[words[0]](text.strip()[len(words[0]):].strip())
         try:
             name, data = parse(text, self._companion.answers)
             reply = await self._companion.ask(name, data)

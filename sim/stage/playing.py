@@ -27,7 +27,7 @@ async def play(scene: Scene, command: list[str], names: list[str]) -> bool:
     scene.say("the editor's link takes about ten seconds")
     for name in names:
         await scene.hear(f"{paths.name_of(name)} is open", "FileStatus", LINK_SECONDS, Status="Open", FileName=name)
-    words = {"host": ("give the host a word of its own: host select R1", scene.user_does)}
+    words = {"host": ("give the host a word of its own: host select R1", scene.user_did)}
     desk = Desk(scene.companion, scene.view, words)
     working = asyncio.ensure_future(desk.work(sys.stdin))
     over = asyncio.ensure_future(scene.host.ended(LONGEST_SESSION))

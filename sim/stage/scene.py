@@ -18,6 +18,7 @@ from .installation import Installation
 
 T = TypeVar("T")
 LONGEST_LINE = 160
+_DONE = "that is done"  # what the host says when it has come to the end of what its user does
 
 
 class Missing(RuntimeError):
@@ -40,6 +41,7 @@ class Scene:
         self.report_page: pathlib.Path | None = None
         self.host_lines: list[str] = []
         self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
+        self._done = asyncio.Semaphore(0)
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
         self._recorder = Recorder(self._record) if self._record else None
@@ -53,6 +55,9 @@ class Scene:
         await self.host.start()
 
     def _hear_host(self, speaker: str, text: str) -> None:
+        if text == _DONE:
+            self._done.release()
+            return
         self.host_lines.append(text)
         if self.hidden and self.hidden.match(text):
             return
@@ -64,6 +69,17 @@ class Scene:
         if self._recorder:
             self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=line))
         self.installation.command(line)
+
+    async def user_did(self, line: str, seconds: float = 20) -> bool:
+        """The same, and waits until the host has come to its end; false when it has not in time."""
+        self.user_does(line)
+        self.installation.command(f"note {{{_DONE}}}")
+        try:
+            await asyncio.wait_for(self._done.acquire(), seconds)
+        except TimeoutError:
+            self.say(f"the host has not come to the end of that within {seconds:g} s", "red")
+            return False
+        return True
 
     async def companion_restarts(self) -> int:
         """It ends and is there again, and knows of no design. Gives the number of the first event that it sees."""

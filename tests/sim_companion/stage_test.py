@@ -56,12 +56,14 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
                 for _ in range(2):
                     await plug_in.receive()
 
-        host = ["/bin/sh", "-c", "until grep quit $0; do sleep 0.05; done", str(self.installation.commands)]
-        with mock.patch("sys.stdin", io.StringIO("GenerateBOM\nhost select R1\nquit\nnever\n")):
+        script = "until grep -q note $0; do sleep 0.05; done; echo host: selected; echo host: that is done; "
+        script += "until grep -q quit $0; do sleep 0.05; done"
+        host = ["/bin/sh", "-c", script, str(self.installation.commands)]
+        with mock.patch("sys.stdin", io.StringIO("host select R1\nGenerateBOM\nquit\nnever\n")):
             good, _ = await asyncio.gather(playing.play(self.scene, host, ["Z:\\a.dsn"]), plug_in())
         self.assertTrue(good)
-        self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
-        self.assertIn("电阻", self.shown.getvalue())
+        self.assertEqual(self.installation.commands.read_text(), "select R1\nnote {that is done}\nquit\n")
+        self.assertRegex(self.shown.getvalue(), "(?s)host: selected\n.*> GenerateBOM.*电阻")
 
     async def test_the_traffic_log_is_found_in_either_spelling(self):
         for name in ("schLog.txt", "SchLog.txt"):
