@@ -52,7 +52,7 @@ class Played:
         self.drawn_pages, self.drawn = 0, set()
         for file in drawings.glob("*@!@*.json"):
             self.drawn_pages += 1
-            self.drawn |= ids(json.loads(file.read_bytes().decode("gbk")))
+            self.drawn |= ids(json.loads(file.read_text("utf-8")))
             # The next design may be drawn into the same folder: into that of the design that was told of last.
             file.unlink()
 
