@@ -2,7 +2,6 @@
 #include <chrono>
 #include <cstdio>
 
-#include "system/files_windows.h"
 #include "system/system_windows.h"
 
 namespace {
@@ -21,15 +20,14 @@ double microsecondsEach(Body body) {
 }  // namespace
 
 int main() {
-  vernoxa::WindowsLockSource locks;
-  vernoxa::WindowsFiles files;
-  const auto lock = locks.create();
+  const auto files = vernoxa::windowsFiles();
+  const auto lock = vernoxa::windowsLocks()->create();
   const double locking = microsecondsEach([&] {
     lock->acquire();
     lock->release();
   });
   const double looking =
-      microsecondsEach([&] { files.attributes(vernoxa::FilePath::fromUtf8("C:\\no such folder\\Script\\Log")); });
+      microsecondsEach([&] { files->attributes(vernoxa::FilePath::fromUtf8("C:\\no such folder\\Script\\Log")); });
   std::printf("packet lock, taken and given back: %.1f us; look for the log folder: %.1f us\n", locking, looking);
   return 0;
 }

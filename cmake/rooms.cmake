@@ -19,12 +19,15 @@ if(WIN32)
     PUBLIC vernoxa_tcl ws2_32 ole32 user32 gdi32 shell32 advapi32 comctl32)
 endif()
 
-# vernoxa_room(NAME [PURE file...] [TCL file...] [WINDOWS file...]): the files of src/NAME by their ring.
+# vernoxa_room(NAME [MAY_NAME room...] [PURE file...] [TCL file...] [WINDOWS file...]): the files of src/NAME by their ring,
+# and the rooms that they may include headers of.
 function(vernoxa_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "PURE;TCL;WINDOWS")
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "MAY_NAME;PURE;TCL;WINDOWS")
   if(room_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "room ${name}: no ring for ${room_UNPARSED_ARGUMENTS}")
   endif()
+  list(JOIN room_MAY_NAME "," named)
+  set_property(GLOBAL APPEND PROPERTY vernoxa_arrows "${name}:${named}")
   list(TRANSFORM room_PURE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
   list(TRANSFORM room_TCL PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
   list(TRANSFORM room_WINDOWS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
@@ -35,8 +38,13 @@ function(vernoxa_room name)
   endif()
 endfunction()
 
+# From the lowest up.
 foreach(room system text tcl wire link dispatch designs views bom drawing modules checks desktop plugin)
-  if(EXISTS ${CMAKE_SOURCE_DIR}/src/${room}/CMakeLists.txt)
-    add_subdirectory(src/${room})
-  endif()
+  add_subdirectory(src/${room})
 endforeach()
+
+# Says which arrows between rooms run back up.
+get_property(arrows GLOBAL PROPERTY vernoxa_arrows)
+add_custom_target(vernoxa_arrows
+  COMMAND ${CMAKE_COMMAND} -D SOURCES=${CMAKE_SOURCE_DIR}/src "-DARROWS=${arrows}" -P ${CMAKE_SOURCE_DIR}/cmake/arrows.cmake
+  COMMENT "" VERBATIM)

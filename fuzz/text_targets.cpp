@@ -4,7 +4,7 @@
 #include "designs/host_discovery.h"
 #include "desktop/metafile_check.h"
 #include "desktop/metafile_extent.h"
-#include "plugin/configuration.h"
+#include "plugin/installation.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 #include "target.h"

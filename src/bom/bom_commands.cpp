@@ -1,8 +1,8 @@
 #include "bom/bom_commands.h"
 
 #include "bom/bom_line.h"
+#include "dispatch/companion_sender.h"
 #include "dispatch/services.h"
-#include "link/companion_sender.h"
 #include "system/user_messages.h"
 #include "system/world.h"
 #include "tcl/script_host.h"

@@ -2,8 +2,8 @@
 
 #include "checks/check_message.h"
 #include "checks/package_report.h"
+#include "dispatch/companion_sender.h"
 #include "dispatch/services.h"
-#include "link/companion_sender.h"
 #include "system/log.h"
 #include "text/code_page.h"
 

@@ -1,9 +1,9 @@
 // What the link thread asks of the host: the link itself and the open designs.
 #include "designs/open_designs.h"
+#include "dispatch/companion_sender.h"
 #include "dispatch/handler.h"
 #include "dispatch/script_values.h"
 #include "dispatch/services.h"
-#include "link/companion_sender.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/world.h"

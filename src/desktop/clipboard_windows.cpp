@@ -1,4 +1,4 @@
-#include "desktop/clipboard_windows.h"
+#include "desktop/desktop_windows.h"
 
 #include <cstring>
 
@@ -51,11 +51,18 @@ class WindowsClipboardAccess final : public ClipboardAccess {
   ClipboardLock lock_;
 };
 
+class WindowsClipboard final : public Clipboard {
+ public:
+  std::unique_ptr<ClipboardAccess> open() override {
+    ClipboardLock lock(OpenClipboard(nullptr) != 0);
+    return lock ? std::make_unique<WindowsClipboardAccess>(std::move(lock)) : nullptr;
+  }
+};
+
 }  // namespace
 
-std::unique_ptr<ClipboardAccess> WindowsClipboard::open() {
-  ClipboardLock lock(OpenClipboard(nullptr) != 0);
-  return lock ? std::make_unique<WindowsClipboardAccess>(std::move(lock)) : nullptr;
+std::unique_ptr<Clipboard> windowsClipboard() {
+  return std::make_unique<WindowsClipboard>();
 }
 
 }  // namespace vernoxa

@@ -5,25 +5,33 @@
 #include <utility>
 
 #include "desktop/select_dialog_windows.h"
-#include "system/thread_windows.h"
+#include "system/system_windows.h"
 
 namespace vernoxa {
+namespace {
 
-ScreenPoint WindowsDesktop::cursor() {
-  POINT position{};
-  return GetCursorPos(&position) != 0 ? ScreenPoint{position.x, position.y} : ScreenPoint{};
-}
+class WindowsDesktop final : public Desktop {
+ public:
+  ScreenPoint cursor() override {
+    POINT position{};
+    return GetCursorPos(&position) != 0 ? ScreenPoint{position.x, position.y} : ScreenPoint{};
+  }
 
-void WindowsDesktop::moveKey(Key key, KeyMove move) {
-  keybd_event(static_cast<BYTE>(key), 0, move == KeyMove::release ? KEYEVENTF_KEYUP : 0, 0);
-}
+  void moveKey(Key key, KeyMove move) override {
+    keybd_event(static_cast<BYTE>(key), 0, move == KeyMove::release ? KEYEVENTF_KEYUP : 0, 0);
+  }
 
-void WindowsDesktop::runInBackground(std::function<void()> action) {
-  startDetachedThread(std::move(action));
-}
+  void runInBackground(std::function<void()> action) override { startDetachedThread(std::move(action)); }
 
-std::optional<std::size_t> WindowsDesktop::choose(const std::vector<std::string>& texts) {
-  return SelectDialog(texts).run();
+  std::optional<std::size_t> choose(const std::vector<std::string>& texts) override {
+    return SelectDialog(texts).run();
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Desktop> windowsDesktop() {
+  return std::make_unique<WindowsDesktop>();
 }
 
 }  // namespace vernoxa

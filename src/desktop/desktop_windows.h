@@ -1,16 +1,18 @@
-// Windows' mouse, keyboard and dialogs.
+// What makes the real parts of the operating system in this room. The parts are described where their interfaces are.
 #pragma once
 
+#include <memory>
+
+#include "system/clipboard.h"
 #include "system/desktop.h"
+#include "system/pictures.h"
+#include "system/user_messages.h"
 
 namespace vernoxa {
 
-class WindowsDesktop final : public Desktop {
- public:
-  ScreenPoint cursor() override;
-  void moveKey(Key key, KeyMove move) override;
-  void runInBackground(std::function<void()> action) override;
-  std::optional<std::size_t> choose(const std::vector<std::string>& texts) override;
-};
+std::unique_ptr<Clipboard> windowsClipboard();
+std::unique_ptr<Desktop> windowsDesktop();
+std::unique_ptr<Pictures> windowsPictures();
+std::unique_ptr<UserMessages> windowsUserMessages();
 
 }  // namespace vernoxa

@@ -1,4 +1,4 @@
-// Owners of the handles that drawing and the clipboard need.
+// Drawing: owners of the handles that it and the clipboard need, and the playing of metafiles.
 #pragma once
 
 #include "system/handle_windows.h"
@@ -70,5 +70,9 @@ class Selection {
   HDC context_;
   HGDIOBJ former_;
 };
+
+// Draws a metafile that was looked through (metafile_check.h) over that rectangle. A record that cannot be drawn, or
+// would draw far beyond any picture, is left out: what the others draw is a picture still.
+void playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole);
 
 }  // namespace vernoxa

@@ -1,4 +1,4 @@
-#include "desktop/metafile_player_windows.h"
+#include "desktop/gdi_windows.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,10 @@
-#include "desktop/pictures_windows.h"
+#include "desktop/desktop_windows.h"
 
 #include <array>
 #include <cstring>
 
 #include "desktop/bitmap_file.h"
 #include "desktop/gdi_windows.h"
-#include "desktop/metafile_player_windows.h"
 
 namespace vernoxa {
 namespace {
@@ -95,18 +94,25 @@ class WindowsMetafile final : public Metafile {
   MetafileHandle handle_;
 };
 
+class WindowsPictures final : public Pictures {
+ public:
+  ScreenMeasures screen() override {
+    const ScreenContext screen(GetDC(nullptr));
+    return {GetDeviceCaps(screen.get(), HORZRES), GetDeviceCaps(screen.get(), VERTRES),
+            GetDeviceCaps(screen.get(), HORZSIZE), GetDeviceCaps(screen.get(), VERTSIZE)};
+  }
+
+  std::unique_ptr<Metafile> openMetafile(std::string_view bytes) override {
+    MetafileHandle handle(
+        SetEnhMetaFileBits(static_cast<UINT>(bytes.size()), reinterpret_cast<const BYTE*>(bytes.data())));
+    return handle ? std::make_unique<WindowsMetafile>(std::move(handle)) : nullptr;
+  }
+};
+
 }  // namespace
 
-ScreenMeasures WindowsPictures::screen() {
-  const ScreenContext screen(GetDC(nullptr));
-  return {GetDeviceCaps(screen.get(), HORZRES), GetDeviceCaps(screen.get(), VERTRES),
-          GetDeviceCaps(screen.get(), HORZSIZE), GetDeviceCaps(screen.get(), VERTSIZE)};
-}
-
-std::unique_ptr<Metafile> WindowsPictures::openMetafile(std::string_view bytes) {
-  MetafileHandle handle(
-      SetEnhMetaFileBits(static_cast<UINT>(bytes.size()), reinterpret_cast<const BYTE*>(bytes.data())));
-  return handle ? std::make_unique<WindowsMetafile>(std::move(handle)) : nullptr;
+std::unique_ptr<Pictures> windowsPictures() {
+  return std::make_unique<WindowsPictures>();
 }
 
 }  // namespace vernoxa

@@ -1,4 +1,4 @@
-#include "desktop/user_messages_windows.h"
+#include "desktop/desktop_windows.h"
 
 #include <windows.h>
 
@@ -7,11 +7,21 @@
 #include "system/wide_text_windows.h"
 
 namespace vernoxa {
+namespace {
 
-void WindowsUserMessages::show(std::u8string_view text, MessageIcon icon) {
-  const UINT style = icon == MessageIcon::information ? MB_ICONINFORMATION : MB_OK;
-  const std::wstring wide = toWide({reinterpret_cast<const char*>(text.data()), text.size()}, CP_UTF8);
-  MessageBoxW(nullptr, wide.c_str(), L"澜图助手", style);
+class WindowsUserMessages final : public UserMessages {
+ public:
+  void show(std::u8string_view text, MessageIcon icon) override {
+    const UINT style = icon == MessageIcon::information ? MB_ICONINFORMATION : MB_OK;
+    const std::wstring wide = toWide({reinterpret_cast<const char*>(text.data()), text.size()}, CP_UTF8);
+    MessageBoxW(nullptr, wide.c_str(), L"澜图助手", style);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<UserMessages> windowsUserMessages() {
+  return std::make_unique<WindowsUserMessages>();
 }
 
 }  // namespace vernoxa

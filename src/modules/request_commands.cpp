@@ -1,8 +1,8 @@
 #include "modules/request_commands.h"
 
+#include "dispatch/companion_sender.h"
 #include "dispatch/services.h"
 #include "dispatch/state.h"
-#include "link/companion_sender.h"
 #include "modules/companion_query.h"
 #include "modules/library_files.h"
 #include "modules/upload_message.h"

@@ -9,8 +9,7 @@
 #include "plugin/real_world_windows.h"
 #include "plugin/start_up.h"
 #include "system/log.h"
-#include "system/process_windows.h"
-#include "system/thread_windows.h"
+#include "system/system_windows.h"
 #include "system/world.h"
 
 namespace vernoxa {

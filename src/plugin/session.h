@@ -11,7 +11,7 @@
 #include "drawing/page_export.h"
 #include "link/socket_client.h"
 #include "modules/module_document.h"
-#include "system/directories.h"
+#include "plugin/installation.h"
 #include "system/log.h"
 #include "system/world.h"
 #include "text/code_page.h"

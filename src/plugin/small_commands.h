@@ -1,7 +1,7 @@
 // The commands that stand for themselves.
 #pragma once
 
-#include "system/directories.h"
+#include "plugin/installation.h"
 #include "tcl/command.h"
 
 namespace vernoxa {

@@ -8,7 +8,7 @@
 #include "designs/host_discovery.h"
 #include "plugin/command_guard.h"
 #include "plugin/companion_launch.h"
-#include "plugin/configuration.h"
+#include "plugin/installation.h"
 #include "plugin/plug_in.h"
 #include "system/files.h"
 #include "system/user_messages.h"

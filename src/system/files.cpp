@@ -1,7 +1,5 @@
 #include "system/files.h"
 
-#include "text/text.h"
-
 namespace vernoxa {
 
 bool Files::isFolder(const FilePath& path) {
@@ -19,7 +17,12 @@ bool Files::isLink(const FilePath& path, std::uint32_t attributes) {
 }
 
 std::string withDosLineEnds(std::string_view text) {
-  return replaceAll(text, "\n", "\r\n");
+  std::string lines;
+  lines.reserve(text.size() + 1);  // a log writes one line at a time
+  for (const char character : text) {
+    lines.append(character == '\n' ? "\r\n" : std::string_view(&character, 1));
+  }
+  return lines;
 }
 
 }  // namespace vernoxa

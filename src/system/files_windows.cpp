@@ -1,4 +1,4 @@
-#include "system/files_windows.h"
+#include "system/system_windows.h"
 
 #include <algorithm>
 #include <array>
@@ -77,100 +77,99 @@ bool isDots(std::wstring_view name) {
   return name == L"." || name == L"..";
 }
 
-}  // namespace
+class WindowsFiles final : public Files {
+ public:
+  std::uint32_t attributes(const FilePath& path) override { return GetFileAttributesW(wide(path).text()); }
 
-std::uint32_t WindowsFiles::attributes(const FilePath& path) {
-  return GetFileAttributesW(wide(path).text());
-}
+  FilePath fullPath(const FilePath& path) override {
+    return pathWithin(MAX_PATH, [&](wchar_t* full, DWORD size) {  // no other call takes a longer one
+      return GetFullPathNameW(wide(path).text(), size, full, nullptr);
+    });
+  }
 
-FilePath WindowsFiles::fullPath(const FilePath& path) {
-  return pathWithin(MAX_PATH, [&](wchar_t* full, DWORD size) {  // no other call takes a longer one
-    return GetFullPathNameW(wide(path).text(), size, full, nullptr);
-  });
-}
+  FilePath shortPath(const FilePath& path) override {
+    return pathWithin(MAX_PATH,
+                      [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).text(), name, size); });
+  }
 
-FilePath WindowsFiles::shortPath(const FilePath& path) {
-  return pathWithin(MAX_PATH,
-                    [&](wchar_t* name, DWORD size) { return GetShortPathNameW(wide(path).text(), name, size); });
-}
+  std::uint32_t reparseTag(const FilePath& path) override {
+    WIN32_FIND_DATAW entry{};
+    const FindHandle search(FindFirstFileW(wide(path).text(), &entry));
+    const bool tagged = search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return tagged ? entry.dwReserved0 : 0;
+  }
 
-std::uint32_t WindowsFiles::reparseTag(const FilePath& path) {
-  WIN32_FIND_DATAW entry{};
-  const FindHandle search(FindFirstFileW(wide(path).text(), &entry));
-  const bool tagged = search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  return tagged ? entry.dwReserved0 : 0;
-}
-
-std::optional<std::string> WindowsFiles::readStart(const FilePath& path, std::size_t most) {
-  const FileHandle handle(
-      CreateFileW(wide(path).text(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  // A pipe or a serial port would be waited for.
-  if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
+  std::optional<std::string> readStart(const FilePath& path, std::size_t most) override {
+    const FileHandle handle(
+        CreateFileW(wide(path).text(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    // A pipe or a serial port would be waited for.
+    if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
+      return std::nullopt;
+    }
+    std::string content;
+    std::array<char, 65536> piece;
+    DWORD count = 0;
+    while (ReadFile(handle.get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0) {
+      content.append(piece.data(), std::min<std::size_t>(count, most - content.size()));
+      if (count == 0 || content.size() == most) {
+        return content;
+      }
+    }
     return std::nullopt;
   }
-  std::string content;
-  std::array<char, 65536> piece;
-  DWORD count = 0;
-  while (ReadFile(handle.get(), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0) {
-    content.append(piece.data(), std::min<std::size_t>(count, most - content.size()));
-    if (count == 0 || content.size() == most) {
-      return content;
+
+  std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override {
+    return open(path, FILE_APPEND_DATA, OPEN_ALWAYS);
+  }
+
+  std::unique_ptr<OutputFile> create(const FilePath& path) override {
+    return open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+  }
+
+  bool createFolder(const FilePath& path) override { return CreateDirectoryW(wide(path).text(), nullptr) != 0; }
+
+  bool removeFile(const FilePath& path) override { return DeleteFileW(wide(path).text()) != 0; }
+
+  bool removeFolder(const FilePath& path) override { return RemoveDirectoryW(wide(path).text()) != 0; }
+
+  bool replaceFile(const FilePath& from, const FilePath& to) override {
+    return MoveFileExW(wide(from).text(), wide(to).text(), MOVEFILE_REPLACE_EXISTING) != 0;
+  }
+
+  CopyResult copyFile(const FilePath& from, const FilePath& to) override {
+    const SystemPath copy = wide(to);
+    if (CopyFileW(wide(from).text(), copy.text(), TRUE) == 0) {
+      return failedCopy();
     }
+    // The system copies the attributes too. A file that is read-only can neither be written nor removed.
+    const DWORD attributes = GetFileAttributesW(copy.text());
+    const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (readOnly && SetFileAttributesW(copy.text(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
+      return failedCopy();
+    }
+    return {};
   }
-  return std::nullopt;
-}
 
-std::unique_ptr<OutputFile> WindowsFiles::openForAppending(const FilePath& path) {
-  return open(path, FILE_APPEND_DATA, OPEN_ALWAYS);
-}
-
-std::unique_ptr<OutputFile> WindowsFiles::create(const FilePath& path) {
-  return open(path, GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
-}
-
-bool WindowsFiles::createFolder(const FilePath& path) {
-  return CreateDirectoryW(wide(path).text(), nullptr) != 0;
-}
-
-bool WindowsFiles::removeFile(const FilePath& path) {
-  return DeleteFileW(wide(path).text()) != 0;
-}
-
-bool WindowsFiles::removeFolder(const FilePath& path) {
-  return RemoveDirectoryW(wide(path).text()) != 0;
-}
-
-bool WindowsFiles::replaceFile(const FilePath& from, const FilePath& to) {
-  return MoveFileExW(wide(from).text(), wide(to).text(), MOVEFILE_REPLACE_EXISTING) != 0;
-}
-
-CopyResult WindowsFiles::copyFile(const FilePath& from, const FilePath& to) {
-  const SystemPath copy = wide(to);
-  if (CopyFileW(wide(from).text(), copy.text(), TRUE) == 0) {
-    return failedCopy();
-  }
-  // The system copies the attributes too. A file that is read-only can neither be written nor removed.
-  const DWORD attributes = GetFileAttributesW(copy.text());
-  const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-  if (readOnly && SetFileAttributesW(copy.text(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0) {
-    return failedCopy();
-  }
-  return {};
-}
-
-std::vector<FolderEntry> WindowsFiles::entries(const FilePath& folder) {
-  std::vector<FolderEntry> found;
-  WIN32_FIND_DATAW entry{};
-  const FindHandle search(FindFirstFileW(wide(folder / "*.*").text(), &entry));
-  if (!search) {
+  std::vector<FolderEntry> entries(const FilePath& folder) override {
+    std::vector<FolderEntry> found;
+    WIN32_FIND_DATAW entry{};
+    const FindHandle search(FindFirstFileW(wide(folder / "*.*").text(), &entry));
+    if (!search) {
+      return found;
+    }
+    do {
+      if (!isDots(entry.cFileName)) {
+        found.push_back({fromWide(entry.cFileName, CP_UTF8), entry.dwFileAttributes});
+      }
+    } while (FindNextFileW(search.get(), &entry) != 0);
     return found;
   }
-  do {
-    if (!isDots(entry.cFileName)) {
-      found.push_back({fromWide(entry.cFileName, CP_UTF8), entry.dwFileAttributes});
-    }
-  } while (FindNextFileW(search.get(), &entry) != 0);
-  return found;
+};
+
+}  // namespace
+
+std::unique_ptr<Files> windowsFiles() {
+  return std::make_unique<WindowsFiles>();
 }
 
 }  // namespace vernoxa

@@ -7,10 +7,9 @@
 #include <exception>
 
 #include "system/clock.h"
+#include "system/code_page.h"
 #include "system/files.h"
 #include "system/world.h"
-#include "text/code_page.h"
-#include "text/text.h"
 
 namespace vernoxa {
 namespace {

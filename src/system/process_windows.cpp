@@ -1,4 +1,4 @@
-#include "system/process_windows.h"
+#include "system/system_windows.h"
 
 #include <windows.h>
 
@@ -27,39 +27,44 @@ HMODULE ownModule() {
   return static_cast<HMODULE>(region.AllocationBase);
 }
 
-}  // namespace
-
-std::vector<Process> WindowsProcesses::running() {
-  std::vector<Process> processes;
-  const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-  PROCESSENTRY32 entry{};
-  entry.dwSize = sizeof entry;
-  if (!snapshot || Process32First(snapshot.get(), &entry) == 0) {
+class WindowsProcesses final : public Processes {
+ public:
+  std::vector<Process> running() override {
+    std::vector<Process> processes;
+    const FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    if (!snapshot || Process32First(snapshot.get(), &entry) == 0) {
+      return processes;
+    }
+    do {
+      processes.push_back({entry.szExeFile, entry.th32ProcessID});
+    } while (Process32Next(snapshot.get(), &entry) != 0);
     return processes;
   }
-  do {
-    processes.push_back({entry.szExeFile, entry.th32ProcessID});
-  } while (Process32Next(snapshot.get(), &entry) != 0);
-  return processes;
-}
 
-int WindowsProcesses::ownId() {
-  return _getpid();
-}
+  int ownId() override { return _getpid(); }
 
-FilePath WindowsProcesses::currentFolder() {
-  std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
-  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
-  folder.resize(length < folder.size() ? length : 0);  // another thread may have gone elsewhere
-  return FilePath::fromUtf8(fromWide(folder, CP_UTF8));
-}
+  FilePath currentFolder() override {
+    std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
+    const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
+    folder.resize(length < folder.size() ? length : 0);  // another thread may have gone elsewhere
+    return FilePath::fromUtf8(fromWide(folder, CP_UTF8));
+  }
 
-void WindowsProcesses::setCurrentFolder(const FilePath& folder) {
-  SetCurrentDirectoryW(toWide(folder.utf8(), CP_UTF8).c_str());
-}
+  void setCurrentFolder(const FilePath& folder) override {
+    SetCurrentDirectoryW(toWide(folder.utf8(), CP_UTF8).c_str());
+  }
 
-void WindowsProcesses::start(const std::string& file, const std::string& argument) {
-  ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);
+  void start(const std::string& file, const std::string& argument) override {
+    ShellExecuteA(nullptr, "open", file.c_str(), argument.c_str(), nullptr, SW_MINIMIZE);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Processes> windowsProcesses() {
+  return std::make_unique<WindowsProcesses>();
 }
 
 FilePath modulePath() {

@@ -1,6 +1,7 @@
 // Random numbers, for names that nobody else uses.
 #pragma once
 
+#include <chrono>
 #include <random>
 
 namespace vernoxa {
@@ -15,11 +16,11 @@ class RandomNumbers {
 // Seeded with the time of its making.
 class TimeSeededNumbers final : public RandomNumbers {
  public:
-  TimeSeededNumbers();
-  int next() override;
+  int next() override { return static_cast<int>(engine_()); }  // at most 2147483646
 
  private:
-  std::minstd_rand engine_;
+  std::minstd_rand engine_{
+      static_cast<std::minstd_rand::result_type>(std::chrono::system_clock::now().time_since_epoch().count())};
 };
 
 }  // namespace vernoxa

@@ -5,6 +5,7 @@
 #include <objbase.h>
 
 #include <algorithm>
+#include <bitset>
 #include <cstdio>
 #include <new>
 
@@ -29,57 +30,91 @@ class WindowsLock final : public Lock {
   KernelHandle mutex_;
 };
 
+class WindowsClock final : public Clock {
+ public:
+  LocalTime localTime() override {
+    SYSTEMTIME time{};
+    GetLocalTime(&time);
+    return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond, time.wMilliseconds};
+  }
+
+  std::chrono::milliseconds monotonic() override {
+    return std::chrono::milliseconds(static_cast<std::int64_t>(GetTickCount64()));
+  }
+
+  void sleep(std::chrono::milliseconds duration) override { Sleep(static_cast<DWORD>(duration.count())); }
+};
+
+class WindowsCodePage final : public CodePage {
+ public:
+  WindowsCodePage() : number_(GetACP()) {
+    for (std::size_t byte = 0; byte < leadBytes_.size(); ++byte) {
+      leadBytes_[byte] = IsDBCSLeadByteEx(number_, static_cast<BYTE>(byte)) != 0;
+    }
+  }
+
+  unsigned number() const override { return number_; }
+  bool isLeadByte(char byte) const override { return leadBytes_[static_cast<unsigned char>(byte)]; }
+
+  std::string toUtf8(std::string_view ansi) const override { return fromWide(toWide(ansi, number_), CP_UTF8); }
+
+  std::string fromUtf8(std::string_view utf8) const override { return fromWide(toWide(utf8, CP_UTF8), number_); }
+
+  std::optional<std::string> nameFromUtf8(std::string_view utf8) const override {
+    return nameFromWide(toWide(utf8, CP_UTF8), number_);
+  }
+
+ private:
+  const unsigned number_;
+  std::bitset<256> leadBytes_;
+};
+
+class WindowsGuidSource final : public GuidSource {
+ public:
+  std::optional<Guid> create() override {
+    GUID guid{};
+    if (CoCreateGuid(&guid) != S_OK) {
+      return std::nullopt;
+    }
+    Guid result{static_cast<std::uint32_t>(guid.Data1), guid.Data2, guid.Data3, {}};
+    std::copy(std::begin(guid.Data4), std::end(guid.Data4), result.data4.begin());
+    return result;
+  }
+};
+
+class WindowsLockSource final : public LockSource {
+ public:
+  std::unique_ptr<Lock> create() override { return std::make_unique<WindowsLock>(); }
+};
+
+class WindowsStandardOutput final : public StandardOutput {
+ public:
+  void print(std::string_view text) override {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+  }
+};
+
 }  // namespace
 
-LocalTime WindowsClock::localTime() {
-  SYSTEMTIME time{};
-  GetLocalTime(&time);
-  return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond, time.wMilliseconds};
+std::unique_ptr<Clock> windowsClock() {
+  return std::make_unique<WindowsClock>();
 }
 
-std::chrono::milliseconds WindowsClock::monotonic() {
-  return std::chrono::milliseconds(static_cast<std::int64_t>(GetTickCount64()));
+std::unique_ptr<CodePage> windowsCodePage() {
+  return std::make_unique<WindowsCodePage>();
 }
 
-void WindowsClock::sleep(std::chrono::milliseconds duration) {
-  Sleep(static_cast<DWORD>(duration.count()));
+std::unique_ptr<GuidSource> windowsGuids() {
+  return std::make_unique<WindowsGuidSource>();
 }
 
-WindowsCodePage::WindowsCodePage() : number_(GetACP()) {
-  for (std::size_t byte = 0; byte < leadBytes_.size(); ++byte) {
-    leadBytes_[byte] = IsDBCSLeadByteEx(number_, static_cast<BYTE>(byte)) != 0;
-  }
+std::unique_ptr<LockSource> windowsLocks() {
+  return std::make_unique<WindowsLockSource>();
 }
 
-std::string WindowsCodePage::toUtf8(std::string_view ansi) const {
-  return fromWide(toWide(ansi, number_), CP_UTF8);
-}
-
-std::string WindowsCodePage::fromUtf8(std::string_view utf8) const {
-  return fromWide(toWide(utf8, CP_UTF8), number_);
-}
-
-std::optional<std::string> WindowsCodePage::nameFromUtf8(std::string_view utf8) const {
-  return nameFromWide(toWide(utf8, CP_UTF8), number_);
-}
-
-std::optional<Guid> WindowsGuidSource::create() {
-  GUID guid{};
-  if (CoCreateGuid(&guid) != S_OK) {
-    return std::nullopt;
-  }
-  Guid result{static_cast<std::uint32_t>(guid.Data1), guid.Data2, guid.Data3, {}};
-  std::copy(std::begin(guid.Data4), std::end(guid.Data4), result.data4.begin());
-  return result;
-}
-
-std::unique_ptr<Lock> WindowsLockSource::create() {
-  return std::make_unique<WindowsLock>();
-}
-
-void WindowsStandardOutput::print(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  std::fflush(stdout);
+std::unique_ptr<StandardOutput> windowsOutput() {
+  return std::make_unique<WindowsStandardOutput>();
 }
 
 }  // namespace vernoxa

@@ -1,49 +1,38 @@
-// Windows' clock, code page, identifiers, locks and standard output.
+// What makes the real parts of the operating system in this room, and what only Windows needs beside them. The parts
+// are described where their interfaces are.
 #pragma once
 
-#include <bitset>
+#include <functional>
+#include <memory>
 
 #include "system/clock.h"
+#include "system/code_page.h"
+#include "system/files.h"
+#include "system/registry.h"
+#include "system/sockets.h"
 #include "system/system.h"
-#include "text/code_page.h"
 
 namespace vernoxa {
 
-class WindowsClock final : public Clock {
- public:
-  LocalTime localTime() override;
-  std::chrono::milliseconds monotonic() override;
-  void sleep(std::chrono::milliseconds duration) override;
-};
+std::unique_ptr<Clock> windowsClock();
+std::unique_ptr<CodePage> windowsCodePage();
+std::unique_ptr<Files> windowsFiles();  // by wide calls
+std::unique_ptr<GuidSource> windowsGuids();
+std::unique_ptr<LockSource> windowsLocks();
+std::unique_ptr<Processes> windowsProcesses();
+std::unique_ptr<Registry> windowsRegistry();
+std::unique_ptr<Sockets> windowsSockets();  // Windows Sockets 2.2
+std::unique_ptr<StandardOutput> windowsOutput();
 
-class WindowsCodePage final : public CodePage {
- public:
-  WindowsCodePage();
+// Full path of this module, found by an address in it, however the host loaded it. Cut after 99 bytes of the code page:
+// a limit that the installation keeps to.
+FilePath modulePath();
 
-  unsigned number() const override { return number_; }
-  bool isLeadByte(char byte) const override { return leadBytes_[static_cast<unsigned char>(byte)]; }
-  std::string toUtf8(std::string_view ansi) const override;
-  std::string fromUtf8(std::string_view utf8) const override;
-  std::optional<std::string> nameFromUtf8(std::string_view utf8) const override;
+// Keeps the module loaded until the process ends: a thread runs in it that nothing ends.
+void pinModule();
 
- private:
-  unsigned number_;
-  std::bitset<256> leadBytes_;
-};
-
-class WindowsGuidSource final : public GuidSource {
- public:
-  std::optional<Guid> create() override;
-};
-
-class WindowsLockSource final : public LockSource {
- public:
-  std::unique_ptr<Lock> create() override;
-};
-
-class WindowsStandardOutput final : public StandardOutput {
- public:
-  void print(std::string_view text) override;
-};
+// Runs the body on a new thread that nobody waits for; drops it when there is no thread. An exception of the body ends
+// its thread in silence: it must not reach the system's code.
+void startDetachedThread(std::function<void()> body);
 
 }  // namespace vernoxa

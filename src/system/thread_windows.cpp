@@ -1,4 +1,4 @@
-#include "system/thread_windows.h"
+#include "system/system_windows.h"
 
 #include <memory>
 

@@ -1,31 +1,16 @@
-// The system's ANSI code page (936, GBK, on the systems that the plug-in was made for), and UTF-8.
+// Texts between the system's ANSI code page (936, GBK, on the systems that the plug-in was made for) and UTF-8.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "system/code_page.h"
 #include "system/file_path.h"
 
 namespace vernoxa {
 
 class UserMessages;
-
-// The code page that the process began with, and its conversions by the operating system. Bytes that are no text of the
-// source encoding give replacement characters, never a failure. Usable from any thread.
-class CodePage {
- public:
-  virtual ~CodePage() = default;
-  virtual unsigned number() const = 0;  // as Windows numbers it; 65001 is UTF-8
-  // Whether a double-byte character begins so. None does in UTF-8, whose sequences hold no byte of another character.
-  virtual bool isLeadByte(char byte) const = 0;
-  virtual std::string toUtf8(std::string_view ansi) const = 0;
-  // A character that the code page lacks becomes one that looks like it, or the system's default character: for texts
-  // that are read, never for one that becomes a name.
-  virtual std::string fromUtf8(std::string_view utf8) const = 0;
-  // Nothing when the code page lacks a character.
-  virtual std::optional<std::string> nameFromUtf8(std::string_view utf8) const = 0;
-};
 
 // The conversions as the plug-in uses them. Results end at the first NUL byte of the text.
 class TextConverter {

@@ -14,34 +14,6 @@ bool isContinuation(std::string_view text, std::size_t index) {
   return (byteAt(text, index) & 0xC0U) == 0x80U;
 }
 
-// Length of the well-formed sequence that starts at `index`, 0 when it is none (table 3-7 of the Unicode standard).
-std::size_t sequenceLength(std::string_view text, std::size_t index) {
-  const unsigned lead = byteAt(text, index);
-  if (lead < 0x80) {
-    return 1;
-  }
-  std::size_t length = 0;
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    length = 2;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-  }
-  if (length == 0 || index + length > text.size()) {
-    return 0;
-  }
-  const unsigned second = byteAt(text, index + 1);
-  const bool outOfRange = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                          (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-  for (std::size_t i = 1; i < length; ++i) {
-    if (!isContinuation(text, index + i)) {
-      return 0;
-    }
-  }
-  return outOfRange ? 0 : length;
-}
-
 // The value of a surrogate that starts at `index` (U+D800 to U+DFFF as three bytes, ED A0..BF xx); 0 when none does.
 unsigned surrogateAt(std::string_view text, std::size_t index) {
   const bool found = index + 3 <= text.size() && byteAt(text, index) == 0xED && byteAt(text, index + 1) >= 0xA0 &&
@@ -66,24 +38,6 @@ void appendPair(std::string& text, unsigned high, unsigned low) {
   }
 }
 
-struct Utf8Scan {
-  bool valid = true;
-  bool threeBytes = false;
-};
-
-Utf8Scan scanUtf8(std::string_view text) {
-  Utf8Scan scan;
-  for (std::size_t index = 0; index < text.size();) {
-    const std::size_t length = sequenceLength(text, index);
-    if (length == 0) {
-      return {false, false};
-    }
-    scan.threeBytes = scan.threeBytes || length == 3;
-    index += length;
-  }
-  return scan;
-}
-
 }  // namespace
 
 bool looksLikeUtf8Chinese(std::string_view text) {
@@ -98,26 +52,13 @@ bool looksLikeUtf8Chinese(std::string_view text) {
   return index + 2 < text.size() - 1 && isContinuation(text, index + 1) && isContinuation(text, index + 2);
 }
 
-bool hasNonAscii(std::string_view text) {
-  return text.empty() ||
-         std::any_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
-}
-
-bool isValidUtf8(std::string_view text) {
-  return scanUtf8(text).valid;
-}
-
-bool isUtf8WithThreeByteSequence(std::string_view text) {
-  return scanUtf8(text).threeBytes;
-}
-
 std::optional<std::string> utf8OfTcl(std::string_view tclText) {
   constexpr std::string_view replacement = "\xEF\xBF\xBD";
   std::string result;
   result.reserve(tclText.size());
   std::size_t end = std::string::npos;
   for (std::size_t index = 0; index < tclText.size();) {
-    const std::size_t length = sequenceLength(tclText, index);
+    const std::size_t length = utf8SequenceLength(tclText, index);
     const unsigned first = surrogateAt(tclText, index);
     const unsigned second = surrogateAt(tclText, index + 3);
     if (length > 0) {

@@ -6,21 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "system/code_page.h"  // the checks that the logs need too
+
 namespace vernoxa {
 
 // "Looks like UTF-8 Chinese": the first byte in E4..E9 (lead bytes of the common Chinese characters in UTF-8) is
 // followed by two continuation bytes and at least one byte more. A text that ends with its only such character does
 // not count, so that short code page texts are left alone.
 bool looksLikeUtf8Chinese(std::string_view text);
-
-// True for an empty text too: the host scripts treat "no name" and "a name with other characters" alike.
-bool hasNonAscii(std::string_view text);
-
-// Well-formed UTF-8 by RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
-bool isValidUtf8(std::string_view text);
-
-// Well-formed UTF-8 that holds at least one three-byte sequence: a text of the code page is practically never both.
-bool isUtf8WithThreeByteSequence(std::string_view text);
 
 constexpr std::string_view tclNul = "\xC0\x80";  // how Tcl 8.6 holds a NUL character
 

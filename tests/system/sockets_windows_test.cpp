@@ -1,5 +1,4 @@
-// The socket client over the system's own sockets, on a port that the system chooses.
-#include "system/sockets_windows.h"
+#include "system/system_windows.h"
 
 #include <gtest/gtest.h>
 #include <winsock2.h>
@@ -8,7 +7,6 @@
 
 #include "link/socket_client.h"
 #include "system/fake_world.h"
-#include "system/system_windows.h"
 
 namespace vernoxa {
 namespace {
@@ -18,7 +16,7 @@ using std::chrono::milliseconds;
 class WindowsSocketsTest : public testing::Test, protected FakeServices {
  protected:
   WindowsSocketsTest() {
-    sockets_.startUp();
+    sockets_->startUp();
     server_ = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -31,7 +29,7 @@ class WindowsSocketsTest : public testing::Test, protected FakeServices {
   }
   ~WindowsSocketsTest() override {
     ::closesocket(server_);
-    sockets_.cleanUp();
+    sockets_->cleanUp();
   }
 
   // Answers the next connection with these pieces, a moment apart, and closes it; gives what came.
@@ -54,9 +52,9 @@ class WindowsSocketsTest : public testing::Test, protected FakeServices {
     return came;
   }
 
-  WindowsSockets sockets_;
-  WindowsClock clock_;
-  World real_ = fake.world(clock_, sockets_);
+  const std::unique_ptr<Sockets> sockets_ = windowsSockets();
+  const std::unique_ptr<Clock> clock_ = windowsClock();
+  World real_ = fake.world(*clock_, *sockets_);
   SocketClient client_{real_, logs};
   SOCKET server_ = INVALID_SOCKET;
   std::uint16_t port_ = 0;
@@ -82,10 +80,10 @@ TEST_F(WindowsSocketsTest, PacketsThereAndBack) {
 TEST_F(WindowsSocketsTest, SilentPeerIsGivenUp) {
   ASSERT_EQ(client_.connect(localAddress, port_), 0);
   std::string message;
-  const auto before = clock_.monotonic();
+  const auto before = clock_->monotonic();
   EXPECT_EQ(client_.receivePacket(message, milliseconds(200)), -1);
-  EXPECT_GE((clock_.monotonic() - before).count(), 150);
-  EXPECT_LT((clock_.monotonic() - before).count(), 5000);
+  EXPECT_GE((clock_->monotonic() - before).count(), 150);
+  EXPECT_LT((clock_->monotonic() - before).count(), 5000);
 }
 
 TEST_F(WindowsSocketsTest, RetiringEndsABlockedReceive) {

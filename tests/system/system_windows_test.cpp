@@ -7,8 +7,6 @@
 #include <thread>
 
 #include "system/fake_world.h"
-#include "system/files_windows.h"
-#include "system/process_windows.h"
 #include "text/identifiers.h"
 
 namespace vernoxa {
@@ -98,7 +96,8 @@ TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
   std::string temporary(MAX_PATH, '\0');
   temporary.resize(GetTempPathA(MAX_PATH, temporary.data()));
   const FilePath root = pathOf(temporary + "vernoxa-files-" + std::to_string(GetCurrentProcessId()));
-  WindowsFiles real;
+  const auto realFiles = windowsFiles();
+  Files& real = *realFiles;
   ASSERT_TRUE(real.createFolder(root));
   FakeFiles fake;
   fake.addFolder("C:\\root");
@@ -125,7 +124,8 @@ TEST(WindowsSystem, FilesBehaveAsTheirStandIn) {
 
 // Every character of the code page, both ways, and what is none.
 TEST(WindowsSystem, CodePageIsTheStandIns) {
-  const WindowsCodePage real;
+  const auto realPage = windowsCodePage();
+  const CodePage& real = *realPage;
   const FakeCodePage fake;
   for (int lead = 0x81; lead <= 0xFE; ++lead) {
     for (int trail = 0x40; trail <= 0xFE; ++trail) {
@@ -147,18 +147,18 @@ TEST(WindowsSystem, CodePageIsTheStandIns) {
 }
 
 TEST(WindowsSystem, ClockLocksAndIdentifiers) {
-  WindowsClock clock;
-  const auto before = clock.monotonic();
-  clock.sleep(std::chrono::milliseconds(30));
-  EXPECT_GE((clock.monotonic() - before).count(), 15);  // its ticks are 16 ms long
-  EXPECT_GE(clock.localTime().year, 2024);
-  EXPECT_GE(clock.localTime().month, 1);
+  const auto clock = windowsClock();
+  const auto before = clock->monotonic();
+  clock->sleep(std::chrono::milliseconds(30));
+  EXPECT_GE((clock->monotonic() - before).count(), 15);  // its ticks are 16 ms long
+  EXPECT_GE(clock->localTime().year, 2024);
+  EXPECT_GE(clock->localTime().month, 1);
 
-  WindowsGuidSource guids;
-  EXPECT_EQ(guidText(guids).size(), 36U);
-  EXPECT_NE(guidText(guids), guidText(guids));
+  const auto guids = windowsGuids();
+  EXPECT_EQ(guidText(*guids).size(), 36U);
+  EXPECT_NE(guidText(*guids), guidText(*guids));
 
-  const auto lock = WindowsLockSource().create();
+  const auto lock = windowsLocks()->create();
   lock->acquire();
   lock->acquire();
   bool entered = false;
@@ -167,7 +167,7 @@ TEST(WindowsSystem, ClockLocksAndIdentifiers) {
     entered = true;
     lock->release();
   });
-  clock.sleep(std::chrono::milliseconds(50));
+  clock->sleep(std::chrono::milliseconds(50));
   lock->release();
   EXPECT_FALSE(entered);  // held once more
   lock->release();
@@ -176,16 +176,16 @@ TEST(WindowsSystem, ClockLocksAndIdentifiers) {
 }
 
 TEST(WindowsSystem, ProcessesAndTheModule) {
-  WindowsProcesses processes;
+  const auto processes = windowsProcesses();
   EXPECT_LE(modulePath().utf8().size(), 99U);
-  EXPECT_THAT(processes.running(),
-              testing::Contains(testing::Field(&Process::id, static_cast<std::uint32_t>(processes.ownId()))));
-  const FilePath former = processes.currentFolder();
-  processes.setCurrentFolder(pathOf("C:\\windows"));
-  EXPECT_THAT(processes.currentFolder().utf8(), testing::StrCaseEq("C:\\windows"));
-  processes.setCurrentFolder(former);
-  EXPECT_EQ(processes.currentFolder(), former);
-  processes.start("nobody has this file.exe", "AutoLogin");  // silent
+  EXPECT_THAT(processes->running(),
+              testing::Contains(testing::Field(&Process::id, static_cast<std::uint32_t>(processes->ownId()))));
+  const FilePath former = processes->currentFolder();
+  processes->setCurrentFolder(pathOf("C:\\windows"));
+  EXPECT_THAT(processes->currentFolder().utf8(), testing::StrCaseEq("C:\\windows"));
+  processes->setCurrentFolder(former);
+  EXPECT_EQ(processes->currentFolder(), former);
+  processes->start("nobody has this file.exe", "AutoLogin");  // silent
 }
 
 }  // namespace

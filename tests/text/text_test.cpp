@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "system/directories.h"
+#include "plugin/installation.h"
 #include "system/fake_world.h"
 #include "text/identifiers.h"
 

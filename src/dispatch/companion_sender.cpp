@@ -1,4 +1,4 @@
-#include "link/companion_sender.h"
+#include "dispatch/companion_sender.h"
 
 #include "wire/packet_text.h"
 

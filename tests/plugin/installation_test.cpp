@@ -1,4 +1,4 @@
-#include "plugin/configuration.h"
+#include "plugin/installation.h"
 
 #include <gmock/gmock.h>
 
