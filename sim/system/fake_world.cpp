@@ -82,7 +82,7 @@ void FakeUserMessages::forget() {
 FakeServices::FakeServices()
     : logs(Logs(fake.world(), pathOf("C:\\App\\bin")), pathOf("C:\\App\\Script\\Log")),
       text(fake.codePage, fake.messages) {
-  state.link.setBaseDirectory(pathOf("C:\\App"));
+  state.folder.set(pathOf("C:\\App"));
   state.logDirectory = pathOf("C:\\App\\Script\\Log");
   fake.files.addFolder("C:\\App\\bin");
 }

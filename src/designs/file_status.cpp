@@ -22,7 +22,7 @@ Json statusData(const Services& services, std::string_view status, std::string_v
 
 void addHost(Json& data, const Services& services) {
   data.add("Pid", std::to_string(services.world.processes.ownId()));
-  data.add("AllegroPath", pathText(services, services.state.link.hostInstallPath()));
+  data.add("AllegroPath", pathText(services, services.state.hostExecutable.get()));
 }
 
 Json fileStatus(Json data) {
@@ -80,7 +80,7 @@ void followProject(const Services& services, std::string_view path) {
   // The code page bytes of some names are UTF-8 of others: then a folder that is there is meant.
   const FilePath inCodePage = FilePath::fromUtf8(services.text.ansiToUtf8(path));
   const bool inUtf8 = isUtf8WithThreeByteSequence(path) && !services.world.files.isFolder(inCodePage);
-  services.state.link.setBaseDirectory(inUtf8 ? services.text.path(path) : inCodePage);
+  services.state.folder.set(inUtf8 ? services.text.path(path) : inCodePage);
 }
 
 bool isDesign(std::string_view path) {

@@ -113,7 +113,7 @@ void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept {
   try {
     const std::string version = host.evaluate(Script("GetProductVersion")).text;
     const auto installations = readOrcadInstallInfo(services.world.registry, services.logs);
-    services.state.link.setHostInstallPath(findHostExecutable(services.world.files, version, installations));
+    services.state.hostExecutable.set(findHostExecutable(services.world.files, version, installations));
   } catch (...) {
     services.logs.reportCrash("setOrcadInstallPath");
   }

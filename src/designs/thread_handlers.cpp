@@ -46,7 +46,7 @@ Outcome getNewOpenPath(const Request&, HandlerContext& context) {
 
 // The folder is made one level deep: the project's own folder is there, or nothing can be written.
 FilePath netsFile(Services& services) {
-  const FilePath folder = services.state.link.baseDirectory() / "Cache";
+  const FilePath folder = services.state.folder.get() / "Cache";
   services.world.files.createFolder(folder);
   return folder / "Nets.txt";
 }

@@ -47,8 +47,8 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount) {
   return BitmapLayout{palette, rowBytes * height};
 }
 
-bool writeBitmapFile(World& world, const FilePath& path, const PackedBitmap& bitmap) {
-  return writeWholeFile(world, path, WhenHeld::writeInPlace,
+bool writeBitmapFile(Files& files, Processes& processes, const FilePath& path, const PackedBitmap& bitmap) {
+  return writeWholeFile(files, processes, path, WhenHeld::writeInPlace,
                         [&](OutputFile& file) { return file.write(fileHeader(bitmap)) && file.write(bitmap.bytes); });
 }
 

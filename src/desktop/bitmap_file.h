@@ -10,7 +10,8 @@
 
 namespace vernoxa {
 
-struct World;
+class Files;
+class Processes;
 
 constexpr std::size_t bitmapInformationBytes = 40;  // BITMAPINFOHEADER
 
@@ -28,6 +29,6 @@ std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 std::size_t paletteBytes(int bitCount);
 
 // False when the file cannot be written whole; then no part of it is left, and a former one stays.
-bool writeBitmapFile(World& world, const FilePath& path, const PackedBitmap& bitmap);
+bool writeBitmapFile(Files& files, Processes& processes, const FilePath& path, const PackedBitmap& bitmap);
 
 }  // namespace vernoxa

@@ -77,7 +77,7 @@ std::string conversionFailure(const Services& services, const FilePath& metafile
   if (!bitmap) {
     return "no room to draw " + sizeText(size);
   }
-  return writeBitmapFile(services.world, bitmapPath, *bitmap)
+  return writeBitmapFile(world.files, world.processes, bitmapPath, *bitmap)
              ? std::string()
              : "not written: " + services.text.utf8ToAnsi(bitmapPath.utf8());
 }
@@ -116,7 +116,7 @@ FilePath saveClipboardPicture(const Services& services) {
   if (!clipboard || !clipboard->hasMetafile()) {
     return {};
   }
-  const FilePath cache = services.state.link.baseDirectory() / "Cache";
+  const FilePath cache = services.state.folder.get() / "Cache";
   const FilePath preview = cache / "Output" / "Preview.bmp";
   const FilePath metafile = FilePath::fromUtf8(temporaryMetafile);
   makeFolders(world.files, cache);

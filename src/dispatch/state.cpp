@@ -4,26 +4,6 @@
 
 namespace vernoxa {
 
-FilePath LinkState::baseDirectory() const {
-  const std::lock_guard lock(guard_);
-  return baseDirectory_;
-}
-
-void LinkState::setBaseDirectory(FilePath path) {
-  const std::lock_guard lock(guard_);
-  baseDirectory_ = std::move(path);
-}
-
-FilePath LinkState::hostInstallPath() const {
-  const std::lock_guard lock(guard_);
-  return hostInstallPath_;
-}
-
-void LinkState::setHostInstallPath(FilePath path) {
-  const std::lock_guard lock(guard_);
-  hostInstallPath_ = std::move(path);
-}
-
 bool LinkState::clientCreated() const {
   const std::lock_guard lock(guard_);
   return clientCreated_;

@@ -8,21 +8,13 @@
 #include <vector>
 
 #include "system/file_path.h"
+#include "system/shared_path.h"
 
 namespace vernoxa {
 
 // What the host's thread and the link thread both touch. Every access is guarded; no reference into it leaves.
 class LinkState {
  public:
-  // Starts as the plug-in's base directory and follows the project path that the companion reports, so that the cache
-  // folders follow the open project. No trailing "\".
-  FilePath baseDirectory() const;
-  void setBaseDirectory(FilePath path);
-
-  // Full path of the host's Capture.exe; empty when it was not found.
-  FilePath hostInstallPath() const;
-  void setHostInstallPath(FilePath path);
-
   // True while the host's scripts hold a connection to the companion.
   bool clientCreated() const;
   void setClientCreated(bool created);
@@ -46,8 +38,6 @@ class LinkState {
 
  private:
   mutable std::mutex guard_;
-  FilePath baseDirectory_;
-  FilePath hostInstallPath_;
   std::string awaitedCount_;
   std::map<std::string, std::string> otherNames_;
   bool clientCreated_ = false;
@@ -85,9 +75,11 @@ struct KnownDesign {
   std::string name;      // as messages name it: made from the former once, and never converted again
 };
 
-// Everything but `link` belongs to the host's thread.
+// Everything but the first three belongs to the host's thread.
 struct GlobalState {
   LinkState link;
+  ProjectFolder folder;
+  HostExecutable hostExecutable;
   FilePath installDirectory;  // found from the module path; later reports of projects never change it
   FilePath logDirectory;
   std::string language = "EN";

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "dispatch/services.h"
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
 #include "drawing/record.h"
@@ -36,35 +35,35 @@ bool convertsLines(CommandCall& call, PageExport& pages) {
 }
 
 template <class Use>
-void withShownRecord(CommandCall& call, const Services& services, PageExport& pages, Use use) {
+void withShownRecord(CommandCall& call, const TextConverter& text, PageExport& pages, Use use) {
   const bool convertLines = convertsLines(call, pages);
   const TclList list = call.arguments.list(1);
   Record record;
   readRecord(list, record);
-  record.showInCodePage(services.text, convertLines);
+  record.showInCodePage(text, convertLines);
   use(record);
 }
 
 }  // namespace
 
-CommandResult initSVGList(CommandCall&, Services& services, PageExport& pages) {
-  pages.start(services);
+CommandResult initSVGList(CommandCall&, PageExport& pages) {
+  pages.start();
   return {};
 }
 
-CommandResult addToPageList(CommandCall& call, Services& services, PageExport& pages) {
-  withShownRecord(call, services, pages, [&](const Record& record) { pages.addPageRecord(record, services); });
+CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages) {
+  withShownRecord(call, text, pages, [&](const Record& record) { pages.addPageRecord(record); });
   return {};
 }
 
-CommandResult addToLibList(CommandCall& call, Services& services, PageExport& pages) {
-  withShownRecord(call, services, pages, [&](const Record& record) { pages.addSymbolRecord(record); });
+CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages) {
+  withShownRecord(call, text, pages, [&](const Record& record) { pages.addSymbolRecord(record); });
   return {};
 }
 
-CommandResult outputSVGFile(CommandCall& call, Services& services, PageExport& pages) {
+CommandResult outputSVGFile(CommandCall& call, PageExport& pages) {
   const TclList names = call.arguments.list(1);
-  pages.finish({std::string(names.text(0)), std::string(names.text(1)), std::string(names.text(4))}, services);
+  pages.finish({std::string(names.text(0)), std::string(names.text(1)), std::string(names.text(4))});
   return {};
 }
 
@@ -82,8 +81,8 @@ CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
   return {};
 }
 
-CommandResult outputGraphicFile(CommandCall& call, Services& services, GraphicLibrary& library) {
-  return {library.finish(call.arguments.text(1), services)};
+CommandResult outputGraphicFile(CommandCall& call, GraphicLibrary& library) {
+  return {library.finish(call.arguments.text(1))};
 }
 
 CommandResult checkCharIllegal(CommandCall& call) {

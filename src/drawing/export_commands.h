@@ -7,20 +7,20 @@ namespace vernoxa {
 
 class GraphicLibrary;
 class PageExport;
-struct Services;
+class TextConverter;
 
-CommandResult initSVGList(CommandCall& call, Services& services, PageExport& pages);
+CommandResult initSVGList(CommandCall& call, PageExport& pages);
 // One record of a page.
-CommandResult addToPageList(CommandCall& call, Services& services, PageExport& pages);
+CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages);
 // One record of a library symbol that the open page uses.
-CommandResult addToLibList(CommandCall& call, Services& services, PageExport& pages);
+CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages);
 // A list whose elements 0, 1 and 4 name the last page.
-CommandResult outputSVGFile(CommandCall& call, Services& services, PageExport& pages);
+CommandResult outputSVGFile(CommandCall& call, PageExport& pages);
 
 CommandResult initGraphicFile(CommandCall& call, GraphicLibrary& library);
 CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library);
 // Answers the path of the file.
-CommandResult outputGraphicFile(CommandCall& call, Services& services, GraphicLibrary& library);
+CommandResult outputGraphicFile(CommandCall& call, GraphicLibrary& library);
 
 // "1" for a name that is empty or not all ASCII, else "0".
 CommandResult checkCharIllegal(CommandCall& call);

@@ -1,13 +1,11 @@
 #include "drawing/graphic_library.h"
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "drawing/cache_folders.h"
 #include "drawing/pin_shapes.h"
 #include "drawing/symbol_elements.h"
 #include "system/files.h"
+#include "system/shared_path.h"
 #include "system/whole_file.h"
-#include "system/world.h"
 #include "text/code_page.h"
 #include "text/file_name_escaping.h"
 #include "text/outside_json.h"
@@ -81,16 +79,15 @@ void GraphicLibrary::addRecord(const Record& record) {
   target_ = children;
 }
 
-std::string GraphicLibrary::finish(std::string_view name, const Services& services) {
+std::string GraphicLibrary::finish(std::string_view name) {
   const Json document = std::move(document_);
-  Files& files = services.world.files;
-  const FilePath base = services.state.link.baseDirectory();
+  const FilePath base = project_.get();
   const std::string fileName = plainFileName(replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json");
-  const FilePath path = base / "Cache" / "Library" / services.text.trueName(fileName);
-  if (document && !mustStay(files, path)) {
-    makeLibraryFolder(files, base);
+  const FilePath path = base / "Cache" / "Library" / text_.trueName(fileName);
+  if (document && !mustStay(files_, path)) {
+    makeLibraryFolder(files_, base);
     const std::string content = withDosLineEnds(document.printFormatted());
-    writeWholeFile(services.world, path, WhenHeld::leave, [&](OutputFile& file) { return file.write(content); });
+    writeWholeFile(files_, processes_, path, WhenHeld::leave, [&](OutputFile& file) { return file.write(content); });
   }
   return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName;
 }

@@ -10,11 +10,17 @@
 
 namespace vernoxa {
 
-struct Services;
+class Files;
+class Processes;
+class ProjectFolder;
+class TextConverter;
 
 // Host thread only. Texts stay as Tcl gave them, UTF-8.
 class GraphicLibrary final : private ElementSink {
  public:
+  GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& text)
+      : project_(project), files_(files), processes_(processes), text_(text) {}
+
   // Begins a document with the eight pin shapes in "padstacks"; the former one is dropped.
   void start();
 
@@ -26,11 +32,15 @@ class GraphicLibrary final : private ElementSink {
   // kept: it never changes under its readers; a file that is none, being empty or cut off, is replaced. Gives the
   // file's path with "/", in UTF-8, written or not. "\" and "/" of the name become "-", plainFileName() does the rest;
   // its bytes name the file as they are.
-  std::string finish(std::string_view name, const Services& services);
+  std::string finish(std::string_view name);
 
  private:
   void add(const ElementForm& form, const Record& record) override;
 
+  const ProjectFolder& project_;
+  Files& files_;
+  Processes& processes_;
+  const TextConverter& text_;
   Json document_;
   JsonView libraries_;
   JsonView target_;  // where elements go

@@ -2,15 +2,12 @@
 
 #include <utility>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "drawing/cache_folders.h"
 #include "drawing/page_elements.h"
 #include "drawing/symbol_elements.h"
-#include "system/clock.h"
 #include "system/files.h"
+#include "system/shared_path.h"
 #include "system/whole_file.h"
-#include "system/world.h"
 #include "text/code_page.h"
 #include "text/file_name_escaping.h"
 
@@ -24,18 +21,18 @@ std::string pageFileName(const PageNames& names, const TextConverter& text) {
 
 }  // namespace
 
-void PageExport::start(const Services& services) {
-  renewOutputFolder(services.world.files, services.world.clock, services.state.link.baseDirectory());
+void PageExport::start() {
+  renewOutputFolder(files_, clock_, project_.get());
   document_.emplace();
   oldHost.reset();
 }
 
-void PageExport::addPageRecord(const Record& record, const Services& services) {
+void PageExport::addPageRecord(const Record& record) {
   if (record.kind() == "Schematic") {
     schematicName_ = record.given(1);
   } else if (record.kind() == "Page") {
     if (document_ && document_->hasPage()) {
-      write(PageNames(openPage_), services);
+      write(PageNames(openPage_));
     }
     document_.reset();  // written; should memory run out now, what follows must not be drawn on it
     PageNames names{schematicName_, std::string(record.given(1)), std::string(record.given(4))};
@@ -57,21 +54,21 @@ void PageExport::addSymbolRecord(const Record& record) {
   }
 }
 
-void PageExport::finish(const PageNames& names, const Services& services) {
+void PageExport::finish(const PageNames& names) {
   if (document_) {
-    write(names, services);
+    write(names);
     document_.reset();
   }
 }
 
-void PageExport::write(const PageNames& names, const Services& services) {
+void PageExport::write(const PageNames& names) {
   // Converting a name may show a message box, in whose event loop the host may end or renew the export.
-  const std::string name = pageFileName(names, services.text);
+  const std::string name = pageFileName(names, text_);
   if (!document_) {
     return;
   }
-  const FilePath folder = makeOutputFolder(services.world.files, services.state.link.baseDirectory());
-  writeWholeFile(services.world, folder / name, WhenHeld::writeInPlace,
+  const FilePath folder = makeOutputFolder(files_, project_.get());
+  writeWholeFile(files_, processes_, folder / name, WhenHeld::writeInPlace,
                  [this](OutputFile& file) { return document_->writeTo(file); });
 }
 

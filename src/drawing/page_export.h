@@ -13,7 +13,11 @@
 
 namespace vernoxa {
 
-struct Services;
+class Clock;
+class Files;
+class Processes;
+class ProjectFolder;
+class TextConverter;
 
 // What page files are named after, as the host gave it.
 struct PageNames {
@@ -25,27 +29,35 @@ struct PageNames {
 // Host thread only. Records as showInCodePage() leaves them.
 class PageExport {
  public:
+  PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock, const TextConverter& text)
+      : project_(project), files_(files), processes_(processes), clock_(clock), text_(text) {}
+
   // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. The schematic's
   // name stays.
-  void start(const Services& services);
+  void start();
 
   // "Schematic" names the schematic of the pages that begin from now on. "Page" writes the open page, if there is one,
   // and opens the next. All others are drawn on the open page.
-  void addPageRecord(const Record& record, const Services& services);
+  void addPageRecord(const Record& record);
 
   // "Name" opens the next symbol of the open page. All others are drawn into the open symbol.
   void addSymbolRecord(const Record& record);
 
   // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
-  void finish(const PageNames& names, const Services& services);
+  void finish(const PageNames& names);
 
   // Whether the host is an old one, once it was asked; forgotten with each start.
   std::optional<bool> oldHost;
 
  private:
   // Names of its own: the open page's may change meanwhile.
-  void write(const PageNames& names, const Services& services);
+  void write(const PageNames& names);
 
+  const ProjectFolder& project_;
+  Files& files_;
+  Processes& processes_;
+  Clock& clock_;
+  const TextConverter& text_;
   std::optional<PageDocument> document_;
   std::string schematicName_;
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file

@@ -105,7 +105,7 @@ void noteMadeLibrary(Services& services, const FilePath& path) {
 
 bool makeEmptyLibrary(Services& services, const FilePath& path) {
   std::string looked;
-  for (const FilePath& folder : {services.state.installDirectory, services.state.link.hostInstallPath().folder()}) {
+  for (const FilePath& folder : {services.state.installDirectory, services.state.hostExecutable.get().folder()}) {
     if (folder.empty()) {
       continue;  // would be the root of whichever drive is current
     }

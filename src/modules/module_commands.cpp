@@ -15,7 +15,7 @@ namespace vernoxa {
 namespace {
 
 FilePath cacheFolder(const Services& services) {
-  return services.state.link.baseDirectory() / "Cache";
+  return services.state.folder.get() / "Cache";
 }
 
 void makeFolder(Services& services, const FilePath& path) {
@@ -71,7 +71,8 @@ CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocu
     makeFolder(services, cacheFolder(services));
     makeFolder(services, folder);
     const std::string content = withDosLineEnds(text);
-    writeWholeFile(services.world, path, WhenHeld::writeInPlace, [&](OutputFile& file) { return file.write(content); });
+    writeWholeFile(services.world.files, services.world.processes, path, WhenHeld::writeInPlace,
+                   [&](OutputFile& file) { return file.write(content); });
   }
   services.state.placement.dsnDatPath = pathText(services, path);
   return {path.utf8()};

@@ -45,7 +45,9 @@ class Session {
   PageExport pageExport_;
   GraphicLibrary graphicLibrary_;
   ModuleDocument moduleDocument_;
-  std::tuple<Services&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&, ModuleDocument&> parts_;
+  std::tuple<Services&, const TextConverter&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&,
+             ModuleDocument&>
+      parts_;
 };
 
 }  // namespace vernoxa

@@ -4,7 +4,6 @@
 
 #include "system/system.h"
 #include "system/temporary_file.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -27,15 +26,15 @@ Written write(Files& files, const FilePath& path, const WriteContent& content) {
 }
 
 // Short, and not the name of any page or library; another editor writes under another one.
-FilePath besideName(World& world, const FilePath& path) {
-  return path.folder() / ("~" + std::to_string(world.processes.ownId()) + ".tmp");
+FilePath besideName(Processes& processes, const FilePath& path) {
+  return path.folder() / ("~" + std::to_string(processes.ownId()) + ".tmp");
 }
 
 }  // namespace
 
-bool writeWholeFile(World& world, const FilePath& path, WhenHeld whenHeld, const WriteContent& content) {
-  Files& files = world.files;
-  const FilePath beside = besideName(world, path);
+bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
+                    const WriteContent& content) {
+  const FilePath beside = besideName(processes, path);
   const Written written = write(files, beside, content);
   if (written == Written::partly) {
     return false;

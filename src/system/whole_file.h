@@ -7,8 +7,9 @@
 
 namespace vernoxa {
 
+class Files;
 class OutputFile;
-struct World;
+class Processes;
 
 // What to do when the system does not let a file be replaced, as while a reader has it open: to write into it where it
 // is, or to leave it as it was.
@@ -19,6 +20,7 @@ using WriteContent = std::function<bool(OutputFile&)>;
 
 // Writes a file beside its place, then gives it its name in one step. False when that failed, which leaves nothing
 // behind. One thread at a time may write below a folder.
-bool writeWholeFile(World& world, const FilePath& path, WhenHeld whenHeld, const WriteContent& write);
+bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
+                    const WriteContent& write);
 
 }  // namespace vernoxa

@@ -46,8 +46,7 @@ Outcome exportDrawing(const Request& request, HandlerContext& context) {
   if (!answer.ok || answer.text.empty()) {
     return Outcome::failure(replyValue(context, answer.text), repliedItself);
   }
-  const std::string folder =
-      pathText(context.services, context.services.state.link.baseDirectory() / "Cache" / "Output");
+  const std::string folder = pathText(context.services, context.services.state.folder.get() / "Cache" / "Output");
   Json data = Json::object();
   data.add("SVGPath", folder);
   data.add("PreviewPic", folder + "\\Preview.bmp");

@@ -18,7 +18,7 @@ class FileStatusCommandsTest : public testing::Test, protected FakeServices {
  protected:
   using Command = CommandResult (*)(CommandCall&, Services&);
 
-  FileStatusCommandsTest() { state.link.setHostInstallPath(pathOf("D:\\Capture.exe")); }
+  FileStatusCommandsTest() { state.hostExecutable.set(pathOf("D:\\Capture.exe")); }
 
   CommandResult call(Command command, const Words& words) {
     const TclWords held(words);

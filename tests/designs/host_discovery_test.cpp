@@ -26,7 +26,7 @@ class HostDiscovery : public testing::Test {
   std::string discover(const std::string& hostVersion) {
     host.answer("GetProductVersion", hostVersion);
     setOrcadInstallPath(host, fake.services);
-    return fake.state.link.hostInstallPath().utf8();
+    return fake.state.hostExecutable.get().utf8();
   }
   std::vector<std::string> readLocations() {
     std::vector<std::string> found;
@@ -118,7 +118,7 @@ TEST_F(HostDiscovery, WithoutAMatchTheSearchBeginsAtTheDrivesRoot) {
 }
 
 TEST_F(HostDiscovery, AnExceptionGoesToTheCrashLogAndLeavesTheStateAsItWas) {
-  fake.state.link.setHostInstallPath(pathOf("before"));
+  fake.state.hostExecutable.set(pathOf("before"));
   host.during = [](const std::string&) { throw std::bad_alloc(); };
   EXPECT_EQ(discover("17.4"), "before");
   EXPECT_EQ(fake.crashes(), "setOrcadInstallPath");

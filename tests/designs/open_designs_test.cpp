@@ -240,7 +240,7 @@ TEST_F(OpenDesignsTest, PinCountTakesThePathFromEitherPlace) {
 TEST_F(OpenDesignsTest, NetsListNamesItsFile) {
   host_.answer("GetNetsList", utf8(u8"网表文件"));
   host_.during = [&](const std::string&) { fake.files.addFile("E:\\p\\Cache\\Nets.txt", "nets"); };
-  state.link.setBaseDirectory(pathOf("E:\\p"));
+  state.folder.set(pathOf("E:\\p"));
   fake.files.addFolder("E:\\p");
   const Json reply = run("GetNetsList", R"(,"Data":{"ProjectPath":"C:\\a.dsn"})");
   EXPECT_EQ(reply.member("Data").member("netlistsFile").text(), "E:\\p\\Cache\\Nets.txt");

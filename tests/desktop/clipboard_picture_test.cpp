@@ -98,7 +98,7 @@ TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
   FakeFiles& files = fake.fake.files;
   files.addFolder("C:\\P");
   const auto write = [&](std::string_view path, const PackedBitmap& bitmap) {
-    return writeBitmapFile(fake.services.world, pathOf(path), bitmap);
+    return writeBitmapFile(fake.fake.files, fake.fake.processes, pathOf(path), bitmap);
   };
   ASSERT_TRUE(write("C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
   EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
@@ -128,7 +128,7 @@ class ClipboardPicture : public testing::Test {
 };
 
 TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
-  fake.state.link.setBaseDirectory(pathOf("C:\\\xCF\xEE\xC4\xBF"));
+  fake.state.folder.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));
   fake.fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
   for (int pass = 0; pass < 2; ++pass) {  // folders missing, then there
     EXPECT_EQ(saveClipboardPicture(fake.services), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));

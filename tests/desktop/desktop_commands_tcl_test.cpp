@@ -83,7 +83,7 @@ TEST_F(DesktopCommands, SelectJumpPartEndsWellAfterAnException) {
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   EXPECT_EQ(run(getClipBoardPic, {"GetClipBoardPic"}).text, "");
   fake.fake.clipboard.metafile = sampleMetafiles().front().bytes;
-  fake.state.link.setBaseDirectory(pathOf("C:\\项目"));
+  fake.state.folder.set(pathOf("C:\\项目"));
   fake.fake.files.addFolder("C:\\项目");
   const CommandResult result = run(getClipBoardPic, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));

@@ -147,7 +147,7 @@ class RealDesktop : public testing::Test {
  protected:
   RealDesktop() : logs(world, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
-    state.link.setBaseDirectory(pathOf(folder));
+    state.folder.set(pathOf(folder));
   }
   ~RealDesktop() override {
     for (const char* below : {"\\Cache\\Output\\Preview.bmp"}) {

@@ -117,10 +117,10 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
   };
   for (const auto& each : cases) {
     EXPECT_EQ(run(each.message), "0") << each.message;
-    EXPECT_EQ(state.link.baseDirectory(), pathOf(each.base)) << each.message;
+    EXPECT_EQ(state.folder.get(), pathOf(each.base)) << each.message;
   }
   EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", Answers::unknown), "-2");
-  EXPECT_EQ(state.link.baseDirectory(), pathOf("E:\\理"));
+  EXPECT_EQ(state.folder.get(), pathOf("E:\\理"));
 }
 
 TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {

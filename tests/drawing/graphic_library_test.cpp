@@ -28,7 +28,7 @@ class GraphicLibraryTest : public testing::Test {
   }
 
   FakeServices fake;
-  GraphicLibrary library;
+  GraphicLibrary library{fake.state.folder, fake.fake.files, fake.fake.processes, fake.text};
 };
 
 TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
@@ -39,7 +39,7 @@ TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
   add({"Pin", "0", "10", "", "", "8", "0", "SHORT", "TOP"});
   add({"Text", "1", "2", utf8(u8"电\U0001F600"), "8", "", "-9", "0"});
   add({"Name", "CAP"});
-  EXPECT_EQ(library.finish("lib/sub\\x", fake.services), "C:/App/Cache/Library/lib-sub-x.json");
+  EXPECT_EQ(library.finish("lib/sub\\x"), "C:/App/Cache/Library/lib-sub-x.json");
   const std::string line = R"j({"name":"line","attr":{"style":"stroke:#FF0000;stroke-width:1;stroke-linecap:round",)j"
                            R"j("x1":"0","y1":"1","x2":"2","y2":"3"}})j";
   const std::string pin =
@@ -54,20 +54,20 @@ TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
 TEST_F(GraphicLibraryTest, AFileThatIsThereIsKept) {
   library.start();
   add({"Name", "FIRST"});
-  library.finish("x", fake.services);
+  library.finish("x");
   const std::string first = file("x");
   library.start();
   add({"Name", "SECOND"});
-  EXPECT_EQ(library.finish("x", fake.services), "C:/App/Cache/Library/x.json");
+  EXPECT_EQ(library.finish("x"), "C:/App/Cache/Library/x.json");
   EXPECT_EQ(file("x"), first);
-  EXPECT_EQ(library.finish("y", fake.services), "C:/App/Cache/Library/y.json");  // nothing is open any more
+  EXPECT_EQ(library.finish("y"), "C:/App/Cache/Library/y.json");  // nothing is open any more
   EXPECT_EQ(file("y"), "(no file)");
 }
 
 TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
   const std::string path = "C:\\App\\Cache\\Library\\x.json";
   library.start();
-  library.finish("x", fake.services);
+  library.finish("x");
   const std::string whole = file("x");
   const struct {
     std::string there;
@@ -83,13 +83,13 @@ TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
   for (const auto& each : cases) {
     fake.fake.files.addFile(path, each.there);
     library.start();
-    library.finish("x", fake.services);
+    library.finish("x");
     EXPECT_TRUE(file("x") == (each.stays ? each.there : whole)) << each.there.substr(0, 20);
   }
   fake.fake.files.addFile(path, "");
   fake.fake.files.held.insert(pathOf(path));
   library.start();
-  library.finish("x", fake.services);
+  library.finish("x");
   EXPECT_EQ(file("x"), "");
   EXPECT_EQ(fake.fake.files.entries("C:\\App\\Cache\\Library").size(), 1U);
 }
@@ -97,21 +97,21 @@ TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
 TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
   add({"Name", "X"});
   add({"Line", "0"});
-  EXPECT_EQ(library.finish("", fake.services), "C:/App/Cache/Library/.json");
+  EXPECT_EQ(library.finish(""), "C:/App/Cache/Library/.json");
   EXPECT_TRUE(fake.fake.files.changes().empty());
   library.start();
   add({"Name", "OLD"});
   library.start();
-  library.finish("x", fake.services);
+  library.finish("x");
   EXPECT_EQ(content("x"), "[][]");
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
-  fake.state.link.setBaseDirectory(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
+  fake.state.folder.set(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
   fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
   const std::string name = utf8(u8"电");
   library.start();
-  EXPECT_EQ(library.finish(name, fake.services), utf8(u8"C:/项目/昞/Cache/Library/") + name + ".json");
+  EXPECT_EQ(library.finish(name), utf8(u8"C:/项目/昞/Cache/Library/") + name + ".json");
   EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\电.json"), "(no file)");
 }
 

@@ -18,7 +18,7 @@ class PageExportTest : public testing::Test {
   void page(std::initializer_list<std::string_view> words, bool convertLines = true) {
     WordRecord record(words);
     record.showInCodePage(fake.services.text, convertLines);
-    pages.addPageRecord(record, fake.services);
+    pages.addPageRecord(record);
   }
   void symbol(std::initializer_list<std::string_view> words) {
     WordRecord record(words);
@@ -26,7 +26,7 @@ class PageExportTest : public testing::Test {
     pages.addSymbolRecord(record);
   }
   void finish(std::string_view schematic, std::string_view name, std::string_view key) {
-    pages.finish({std::string(schematic), std::string(name), std::string(key)}, fake.services);
+    pages.finish({std::string(schematic), std::string(name), std::string(key)});
   }
   std::string file(const std::string& name) { return fake.fake.files.bytes(folder + "\\" + name + ".json"); }
   // Names of the files that were written.
@@ -40,13 +40,13 @@ class PageExportTest : public testing::Test {
 
   const std::string folder = "C:\\App\\Cache\\Output";
   FakeServices fake;
-  PageExport pages;
+  PageExport pages{fake.state.folder, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text};
 };
 
 using Names = std::vector<std::string>;
 
 TEST_F(PageExportTest, APageToTheByte) {
-  pages.start(fake.services);
+  pages.start();
   page({"Page", "PAGE \"1\"", "8000", "11000", "K"});
   page({"Junction", "1", "2", "3", "24", "0"});
   page({"Text", "1", "2", "R\\1", "40", "", "-9", "0"});
@@ -83,7 +83,7 @@ TEST_F(PageExportTest, APageToTheByte) {
 }
 
 TEST_F(PageExportTest, SymbolsStandInDefinitionsBeforeThePage) {
-  pages.start(fake.services);
+  pages.start();
   page({"Page", "P", "1", "2", "K"});
   symbol({"Line", "0", "0", "1", "1", "0", "0", "0"});  // before the first name: dropped
   symbol({"Name", "RES"});
@@ -118,7 +118,7 @@ TEST_F(PageExportTest, SymbolsStandInDefinitionsBeforeThePage) {
 }
 
 TEST_F(PageExportTest, EachPageBecomesAFileOfItsOwn) {
-  pages.start(fake.services);
+  pages.start();
   page({"Schematic", "S1"});
   page({"Page", "A/B:1", "1", "1", "K"});
   symbol({"Name", "RES"});
@@ -135,7 +135,7 @@ TEST_F(PageExportTest, EachPageBecomesAFileOfItsOwn) {
 }
 
 TEST_F(PageExportTest, NoPageBecomesADevice) {
-  pages.start(fake.services);
+  pages.start();
   page({"Schematic", "con.1"});
   page({"Page", "P", "1", "1", "K"});
   finish("Lpt1.x", "P", "K");
@@ -147,7 +147,7 @@ TEST_F(PageExportTest, NoPageBecomesADevice) {
 TEST_F(PageExportTest, FlushedAndLastFilesHaveTheSameChineseNames) {
   const std::string schematic = utf8(u8"电源");
   const std::string name = utf8(u8"第1页");
-  pages.start(fake.services);
+  pages.start();
   page({"Schematic", schematic});
   page({"Page", name, "1", "1", "K"});
   page({"Page", "next", "1", "1", "K"});
@@ -168,7 +168,7 @@ TEST_F(PageExportTest, RecordsAtAWrongMomentAreHarmless) {
   finish("S", "P", "K");
   EXPECT_TRUE(names().empty());
 
-  pages.start(fake.services);
+  pages.start();
   everything();
   page({"Schematic", "S"});
   finish("bare", "P", "K");
@@ -179,7 +179,7 @@ TEST_F(PageExportTest, RecordsAtAWrongMomentAreHarmless) {
   page({"Page", "without a start", "1", "1", "K"});
   page({"Page", "Q", "1", "1", "K"});
   EXPECT_EQ(names(), (Names{"bare@!@P@!@K.json", "S@!@without a start@!@K.json"}));
-  pages.start(fake.services);  // drops the open page, keeps the schematic's name
+  pages.start();  // drops the open page, keeps the schematic's name
   page({"Page", "first", "1", "1", "K"});
   page({"Page", "second", "1", "1", "K"});
   EXPECT_EQ(names(), (Names{"S@!@first@!@K.json"}));
@@ -199,7 +199,7 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
   tagged("\\symbolic", 0xA000000C);
   tagged("\\junction", 0xA0000003);
   tagged("\\cloud", 0x9000001A);
-  pages.start(fake.services);
+  pages.start();
   EXPECT_EQ(files.bytes(folder + "\\symbolic\\kept.json"), "of another folder");
   EXPECT_EQ(files.bytes(folder + "\\junction\\kept.json"), "of another folder");
   EXPECT_FALSE(files.exists(folder + "\\cloud"));
@@ -211,10 +211,10 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
 }
 
 TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
-  pages.start(fake.services);
+  pages.start();
   EXPECT_FALSE(fake.fake.files.exists("C:\\App\\Cache"));
   EXPECT_TRUE(fake.fake.clock.pauses().empty());
-  fake.state.link.setBaseDirectory(pathOf("C:\\App\\project"));
+  fake.state.folder.set(pathOf("C:\\App\\project"));
   fake.fake.files.addFolder("C:\\App\\project");
   page({"Page", "P", "1", "1", "K"});
   finish("S", "P", "K");
@@ -224,7 +224,7 @@ TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
 TEST_F(PageExportTest, EveryFailingCallOfTheFileSystemIsSilent) {
   for (int call = 1; call < 12; ++call) {
     fake.fake.files.faults.failCall(call);
-    pages.start(fake.services);
+    pages.start();
     page({"Page", "P", "1", "1", "K"});
     page({"Line", "0"});
     finish("S", "P", "K");

@@ -51,14 +51,14 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
   constexpr int recordsPerPage = 2000;
   FakeServices fake;
   fake.fake.files.addFolder("C:\\App");
-  PageExport pages;
+  PageExport pages(fake.state.folder, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text);
   RandomRecords random;
-  pages.start(fake.services);
+  pages.start();
   for (int page = 0; page < pageCount; ++page) {
     const std::string head[] = {random.anyText(), random.anyText(), random.anyText()};
     WordRecord start{"Page", head[0], head[1], head[2], "K"};
     start.showInCodePage(fake.services.text, false);
-    pages.addPageRecord(start, fake.services);
+    pages.addPageRecord(start);
     for (int number = 0; number < recordsPerPage; ++number) {
       std::string texts[Record::size];
       Record record;
@@ -70,10 +70,10 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
       if (random.below(4) == 0) {
         pages.addSymbolRecord(record);
       } else {
-        pages.addPageRecord(record, fake.services);
+        pages.addPageRecord(record);
       }
     }
-    pages.finish({"S", "P", std::to_string(page)}, fake.services);
+    pages.finish({"S", "P", std::to_string(page)});
     const std::string file = fake.fake.files.bytes("C:\\App\\Cache\\Output\\S@!@P@!@" + std::to_string(page) + ".json");
     const auto parsed = Json::parse(file);
     ASSERT_TRUE(parsed.document) << page << ": " << parsed.errorRest.substr(0, 80);

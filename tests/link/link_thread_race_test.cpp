@@ -38,9 +38,9 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
   LinkThread link(services, client);
   std::thread thread([&] { link.run(); });
   for (int times = 0; times < 2000; ++times) {
-    state.link.setBaseDirectory(pathOf("D:\\from host"));
-    EXPECT_THAT(state.link.baseDirectory().utf8(), testing::StartsWith("D:\\from "));
-    state.link.setHostInstallPath(pathOf("D:\\Capture.exe"));
+    state.folder.set(pathOf("D:\\from host"));
+    EXPECT_THAT(state.folder.get().utf8(), testing::StartsWith("D:\\from "));
+    state.hostExecutable.set(pathOf("D:\\Capture.exe"));
     state.link.setClientCreated(times % 3 == 0);
     state.link.companionMayBeAsked();
     state.link.takeAwaitedCount();

@@ -22,7 +22,7 @@ constexpr const char* hangUp = "hang up";
 
 class LinkThreadTest : public testing::Test, protected FakeServices {
  protected:
-  LinkThreadTest() { state.link.setHostInstallPath(pathOf("D:\\Capture.exe")); }
+  LinkThreadTest() { state.hostExecutable.set(pathOf("D:\\Capture.exe")); }
 
   // What the host's scripts answer to each command, in turn, the last one for ever.
   std::map<std::string, std::deque<std::string>> answers_;
@@ -174,7 +174,7 @@ TEST_F(LinkThreadTest, ReportsAnOpenedDesign) {
                           "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n"
                           "\t\t\"Status\":\t\"Open\",\n\t\t\"FileName\":\t\"D:\\\\理.dsn\",\n\t\t\"Pid\":\t\"4242\",\n"
                           "\t\t\"AllegroPath\":\t\"D:\\\\Capture.exe\",\n\t\t\"PinCount\":\t\"12\"\n\t}\n}"));
-  EXPECT_EQ(state.link.baseDirectory().utf8(), "E:\\project");
+  EXPECT_EQ(state.folder.get().utf8(), "E:\\project");
 }
 
 TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
@@ -285,7 +285,7 @@ TEST_F(LinkThreadTest, PollsOfEveryKind) {
     expected.insert(expected.begin(), "GetNewOpenPath");
     EXPECT_EQ(asked(), expected) << row.name;
     EXPECT_EQ(fake.output.text(), printed += row.printed) << row.name;
-    EXPECT_EQ(state.link.baseDirectory().utf8(), "C:\\App") << row.name;
+    EXPECT_EQ(state.folder.get().utf8(), "C:\\App") << row.name;
     EXPECT_EQ(state.link.takeAwaitedCount(), row.count == hangUp ? "a.dsn" : "") << row.name;
   }
   EXPECT_EQ(crashes(), "");
@@ -337,7 +337,7 @@ TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
   };
   for (const auto& row : rows) {
     followProject(services, row.told);
-    EXPECT_EQ(state.link.baseDirectory().utf8(), utf8(row.kept));
+    EXPECT_EQ(state.folder.get().utf8(), utf8(row.kept));
   }
 }
 

@@ -160,7 +160,7 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
 }
 
 TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
-  with_.state.link.setHostInstallPath(pathOf("D:\\Cadence\\Capture.exe"));
+  with_.state.hostExecutable.set(pathOf("D:\\Cadence\\Capture.exe"));
   const std::string folder = "C:\\Mods\\7\\";
   const struct {
     std::function<void()> spoil;
@@ -255,8 +255,8 @@ TEST_F(Placement, NamesInUseAreDrawnAgain) {
 TEST_F(Placement, BaseLibraryIsLookedForInTwoPlaces) {
   with_.fake.files.removeFile(emptyLibrary);
   with_.fake.files.addFile("D:\\Cadence\\bin\\config\\Resource\\Empty.olb", "second");
-  with_.state.link.setHostInstallPath(pathOf("D:\\Cadence\\bin\\Capture.exe"));
-  with_.state.link.setBaseDirectory(pathOf("C:\\Project"));
+  with_.state.hostExecutable.set(pathOf("D:\\Cadence\\bin\\Capture.exe"));
+  with_.state.folder.set(pathOf("C:\\Project"));
   EXPECT_TRUE(placeLibraryOnly().made);
   EXPECT_EQ(with_.fake.files.bytes("C:\\Mods\\7\\6.olb"), "second");
 }

@@ -83,8 +83,8 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
   load();
   EXPECT_EQ(interp_.evaluate("package present Vernoxa").text, "1.0");
   EXPECT_EQ(state().language, "EN");
-  EXPECT_EQ(state().link.baseDirectory().utf8(), "C:\\App");
-  EXPECT_EQ(state().link.hostInstallPath().utf8(), "");
+  EXPECT_EQ(state().folder.get().utf8(), "C:\\App");
+  EXPECT_EQ(state().hostExecutable.get().utf8(), "");
   EXPECT_FALSE(state().link.clientCreated());
   EXPECT_EQ(state().logDirectory.utf8(), "C:\\App\\Script\\Log");
   EXPECT_EQ(state().placement.backupBaseName, "Test");
@@ -335,7 +335,7 @@ TEST_F(StartUpTest, SmallCommands) {
   EXPECT_EQ(interp_.evaluate("getGenerateGuid").text, "");
   EXPECT_EQ(interp_.evaluate("execTool a b").text, "");
   EXPECT_THAT(fake_.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
-  state().link.setBaseDirectory(pathOf("E:\\project"));  // later reports do not move the installation
+  state().folder.set(pathOf("E:\\project"));  // later reports do not move the installation
   interp_.evaluate("execTool");
   EXPECT_EQ(fake_.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
 }

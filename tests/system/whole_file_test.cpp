@@ -12,7 +12,7 @@ using testing::ElementsAre;
 class WholeFile : public testing::Test {
  protected:
   bool write(WhenHeld whenHeld, bool fits = true) {
-    return writeWholeFile(world_, pathOf("C:\\f\\a.json"), whenHeld,
+    return writeWholeFile(fake_.files, fake_.processes, pathOf("C:\\f\\a.json"), whenHeld,
                           [&](OutputFile& file) { return file.write("new ") && fits && file.write("content"); });
   }
   // Names and content of what the folder holds.
@@ -25,7 +25,6 @@ class WholeFile : public testing::Test {
   }
 
   FakeWorld fake_;
-  World world_ = fake_.world();
 };
 
 TEST_F(WholeFile, IsWrittenBesideAndRenamed) {

@@ -81,21 +81,21 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
   const FilePath project = told(u8"E:\\測한");
   fake.files.addFolder(project);
   ASSERT_EQ(tell(u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\測한"}})"), "");
-  PageExport pages;
-  pages.start(services);
+  PageExport pages(state.folder, fake.files, fake.processes, fake.clock, text);
+  pages.start();
   for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
     const std::string page = utf8(name);
     WordRecord record({"Page", page, "1", "1", ""});
     record.showInCodePage(text, true);
-    pages.addPageRecord(record, services);
+    pages.addPageRecord(record);
   }
-  pages.finish({"", utf8(u8"測한"), ""}, services);
+  pages.finish({"", utf8(u8"測한"), ""});
   EXPECT_EQ(fake.files.entries(project / "Cache" / "Output").size(), 6U);
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
 
-  GraphicLibrary library;
+  GraphicLibrary library(state.folder, fake.files, fake.processes, text);
   library.start();
-  EXPECT_EQ(library.finish(utf8(u8"測é/한"), services), utf8(u8"E:/測한/Cache/Library/測é-한.json"));
+  EXPECT_EQ(library.finish(utf8(u8"測é/한")), utf8(u8"E:/測한/Cache/Library/測é-한.json"));
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Library\\測é-한.json")));
 
   host_.during = [&](const std::string&) { fake.files.addFile(told(u8"E:\\測한\\Cache\\Nets.txt"), "nets"); };

@@ -140,7 +140,7 @@ class StreamFault : public testing::Test {
     EXPECT_EQ(services.fake.sockets.started(), 0);
     EXPECT_FALSE(services.fake.sockets.misused());
     run.crashes = services.crashes();
-    run.folder = services.state.link.baseDirectory().utf8();
+    run.folder = services.state.folder.get().utf8();
     return run;
   }
 
