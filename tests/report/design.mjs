@@ -3,10 +3,26 @@
 const STYLE = "stroke:#800000;stroke-width:1;fill:none;stroke-dasharray:0,0";
 
 const element = (name, attr, more = {}) => ({ name, attr, ...more });
-const words = (value, x, y) => element("text", {
-  style: "stroke:#000000;stroke-width:0;font-size:9;fill:#000000", transform: `translate(${x},${y}) rotate(0)`,
+export const words = (value, x, y, turn = 0) => element("text", {
+  style: "stroke:#000000;stroke-width:0;font-size:9;fill:#000000", transform: `translate(${x},${y}) rotate(${turn})`,
   "dominant-baseline": "hanging",
 }, { value });
+
+// The pieces of a page one by one. A symbol's pins are [x, y, turn] of where they leave its body, 10 units long.
+const line = (x1, y1, x2, y2, width) => element("line", {
+  style: `stroke:#008000;stroke-width:${width};fill:none;stroke-dasharray:0,0;stroke-linecap:round`, x1: `${x1}`, y1: `${y1}`, x2: `${x2}`, y2: `${y2}`,
+});
+export const wire = (x1, y1, x2, y2) => line(x1, y1, x2, y2, 1);
+export const bus = (x1, y1, x2, y2) => line(x1, y1, x2, y2, 5);
+export const junction = (x, y) => element("circle", { cx: `${x}`, cy: `${y}`, r: "2", style: "stroke:none;stroke-width:1;fill:#008000" });
+export const box = (x, y, width, height) => element("rect", { style: STYLE, x: `${x}`, y: `${y}`, width: `${width}`, height: `${height}` });
+export const symbolOf = (id, pins = [[-10, 0, 180], [10, 0, 0]]) => element("g", { id }, {
+  children: [box(-10, -10, 20, 20), ...pins.map(([x, y, turn]) => element("use", { transform: `translate(${x},${y}) rotate(${turn})`, "xlink:href": "#PackagePinShort" }))],
+});
+export const two = (id, x, y, turn = "rotate(0)", mirror = "1,1") =>
+  [element("use", { id, transform: `translate(${x} ${y}) ${turn} scale(${mirror})`, "xlink:href": "#two" })];
+export const connector = (symbol, name, x, y, turn = 0) =>
+  [element("use", { transform: `translate(${x} ${y}) rotate(${turn}) scale(1,1)`, "xlink:href": `#${symbol}` }), words(name, x + 14, y - 4)];
 
 const symbol = (id) => element("g", { id }, {
   children: [
@@ -29,14 +45,14 @@ export function page(schematic, name, key, children, symbols = ["Device:R/1 \"x\
   const drawing = {
     id: "SCH_View", style: "background:#FFFFFF", height: "800", width: "1100",
     children: [
-      { name: "defs", children: [pin, ...symbols.map(symbol)] },
+      { name: "defs", children: [pin, ...symbols.map((one) => (typeof one === "string" ? symbol(one) : one))] },
       element("g", { id: name }, { children }),
     ],
   };
   return { schematic, name, key, drawing };
 }
 
-const line = (reference, value, number) => ({
+const billed = (reference, value, number) => ({
   PartNumber: number, Value: value, PartRef: reference, PartName: "R", PCBFootprint: "0603", PinNumber: "2",
 });
 
@@ -50,9 +66,9 @@ export function small() {
   return {
     path: "C:\\设计\\放大器.dsn", pins: "10",
     bom: {
-      Stick: [line("R1", "10k", "A-1"), line("R10", "10k", "A-1"), line("R2", "4.7uF", ""), line("R20", "电阻", "B")],
-      NotStick: [line("R3", "10k", "A-1")],
-      NotPartNumber: [line("R2", "4.7uF", "")],
+      Stick: [billed("R1", "10k", "A-1"), billed("R10", "10k", "A-1"), billed("R2", "4.7uF", ""), billed("R20", "电阻", "B")],
+      NotStick: [billed("R3", "10k", "A-1")],
+      NotPartNumber: [billed("R2", "4.7uF", "")],
     },
     checks: ["1001", "1002", "1003", "1004"],
     findings: [
@@ -70,10 +86,34 @@ export function small() {
   };
 }
 
+// The page "main" holds the sheets Left and Right, whose pages have a port IN and go on to each other by the off-page
+// connector SHARED. Twelve resistors of values in no order, of which R12 is not fitted, lie on the main page.
+export function linked() {
+  const inside = (name, number, reference) => page("channel", name, number, [...two(reference, 100, 100), wire(50, 100, 80, 100),
+    ...connector("Port-in", "IN", 50, 100), wire(120, 100, 150, 100), ...connector("OffPage-x", "SHARED", 150, 100)],
+  [symbolOf("two"), symbolOf("Port-in", []), symbolOf("OffPage-x", [])]);
+  const outside = [...two("A", 100, 100), ...two("B", 100, 300), wire(120, 100, 200, 100), wire(120, 300, 200, 300),
+    box(200, 50, 100, 100), words("Left", 200, 40), ...connector("Port-in", "IN", 200, 100), box(200, 250, 100, 100), words("Right", 200, 240),
+    ...connector("Port-in", "IN", 200, 300), box(500, 50, 100, 100), words("a note", 500, 40), words("Rev: 2", 900, 700)];
+  const values = ["10k", "4k7", "470", "1M", "2k2", "100k", "0R1", "330", "1k", "47k", "22k", "4.75k"];
+  const resistors = values.flatMap((_, at) => two(`R${at + 1}`, 100 + at * 60, 500));
+  return {
+    ...small(),
+    bom: {
+      Stick: [...values.slice(0, 11).map((value, at) => billed(`R${at + 1}`, value, `N-${at}`)), billed("A", "LM358", "U"), billed("B", "=1+1", "U")],
+      NotStick: [billed("R12", "4.75k", "N-12")], NotPartNumber: [],
+    },
+    findings: [finding("1003", "A.1", "引脚未连接", "main", "80 100"), finding("1004", "A", "A器件无封装", "main", "100 100"),
+      finding("1002", "L", "Value属性包含非法字符", "Left", "100 100"), finding("1001", "X", "X位号重名", "nowhere", "")],
+    nets: { N1: ["A.2", "L.1"], N2: ["B.2", "R.1"], SHARED: ["L.2", "R.2"] },
+    pages: [page("top", "main", "1", [...outside, ...resistors], [symbolOf("two"), symbolOf("Port-in", [])]), inside("Left", "2", "L"), inside("Right", "3", "R")],
+  };
+}
+
 // More lines than are seen at once, with texts wider than their columns.
 export function long() {
   const design = small();
-  design.bom.Stick.push(...Array.from({ length: 80 }, (_, at) => line(`C${at}`, `${at}uF/6.3V`, "")));
+  design.bom.Stick.push(...Array.from({ length: 80 }, (_, at) => billed(`C${at}`, `${at}uF/6.3V`, "")));
   design.bom.Stick[0].PCBFootprint = "Resistor_THT:R_Axial_DIN0204_L3.6mm_D1.6mm_P7.62mm_Horizontal";
   return design;
 }
@@ -85,7 +125,7 @@ export function hostile() {
   design.path = `C:\\${evil}`;
   design.pages[0].name = evil;
   design.findings[0] = finding("1003", evil, evil, evil, "500 120");
-  design.bom.Stick.push(line(evil.replaceAll(" ", ""), evil, evil));
+  design.bom.Stick.push(billed(evil.replaceAll(" ", ""), evil, evil));
   design.properties.push([evil, evil]);
   design.nets[evil] = [evil];
   design.pages[0].drawing.children[1].children.push(
@@ -111,5 +151,33 @@ export function large(objects) {
   design.pages = [page("top", "large", "1", children)];
   Object.assign(design.pages[0].drawing, { width: "2600", height: "2200" });
   design.findings = [];
+  return design;
+}
+
+// So many pages of a hundred parts with three pins each: every part hangs between two rails of its page, has a supply symbol
+// of its own, and every page goes on to the next by an off-page connector.
+export function huge(pages) {
+  const symbols = [symbolOf("lib:T", [[-10, 0, 180], [10, 0, 0], [0, 10, -270]]), symbolOf("OffPage-passive", []), symbolOf("lib:GND", [])];
+  const design = { ...small(), bom: { Stick: [], NotStick: [], NotPartNumber: [] }, nets: { GND: [] }, pages: [], findings: [] };
+  for (let number = 1; number <= pages; number++) {
+    const children = [];
+    for (let at = 0; at < 100; at++) {
+      const reference = `Q${number}${String(at).padStart(2, "0")}`;
+      const [x, y] = [120 + (at % 10) * 90, 100 + Math.floor(at / 10) * 70];
+      const net = (pin) => (pin === 3 ? "GND" : at % 10 === 0 && pin === 1 ? `LINK${number - 1}` : at % 10 === 9 && pin === 2 ? `LINK${number}` : `P${number}_${at - (pin === 1 ? 1 : 0)}`);
+      for (const pin of [1, 2, 3]) (design.nets[net(pin)] ??= []).push(`${reference}.${pin}`);
+      children.push(element("use", { id: reference, transform: `translate(${x} ${y}) rotate(0) scale(1,1)`, "xlink:href": "#lib:T" }),
+        words(reference, x - 10, y - 22), words(`${(at % 17) + 1}k${number % 10}`, x - 40, y + 12), words("1", x - 17, y - 10), words("2", x + 13, y - 10), words("3", x - 8, y + 11));
+      design.bom.Stick.push(billed(reference, `${(at % 17) + 1}k${number % 10}`, `T-${number}-${at % 17}`));
+      children.push(...connector("lib:GND", "GND", x, y + 20));
+      children.push(at % 10 < 9 ? wire(x + 20, y, x + 70, y) : wire(x + 20, y, 980, y));
+      if (at % 10 === 0) children.push(wire(60, y, x - 20, y));
+      if (at % 97 === 3) design.findings.push(finding("1003", `${reference}.1`, "引脚未连接", `Sheet ${number}`, `${x} ${y}`));
+    }
+    for (const [x, name] of [[60, `LINK${number - 1}`], [980, `LINK${number}`]]) {
+      children.push(wire(x, 100, x, 730), ...connector("OffPage-passive", name, x, 730, -270));
+    }
+    design.pages.push(page("top", `Sheet ${number}`, `${number}`, children, symbols));
+  }
   return design;
 }

@@ -1,84 +1,19 @@
-// The report in a real browser, without a network. The modules' folder comes in VERNOXA_REPORT_MODULES.
+// What the page shows and how it is moved about, in a real browser.
 
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { createRequire } from "node:module";
-import { tmpdir } from "node:os";
+import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import { fileURLToPath, pathToFileURL } from "node:url";
+import { test } from "node:test";
 
+import { becomes, inView, lit, litNets, litRows, modules, open, rowOf, scaleOf, shown } from "./browser.mjs";
 import { hostile, large, long, small } from "./design.mjs";
 
-const root = fileURLToPath(new URL("../../", import.meta.url));
-const modules = process.env.VERNOXA_REPORT_MODULES ?? join(root, ".deps/report/node_modules");
-const { chromium } = createRequire(join(modules, "index.js"))("playwright-core");
-
-let browser;
-let folder;
-
-before(async () => {
-  folder = mkdtempSync(join(tmpdir(), "vernoxa-report-"));
-  browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-      "--disable-component-update", "--disable-sync"],
-  });
-});
-
-after(async () => {
-  await browser?.close();
-  rmSync(folder, { recursive: true, force: true });
-});
-
-// Opens the report of a design. What the page complains about and what it asks a network for end up in `wrong`.
-async function open(design, options = {}) {
-  const file = join(folder, "design.json");
-  writeFileSync(file, JSON.stringify(design));
-  const report = join(folder, "report.html");
-  execFileSync("/usr/bin/python3", [join(root, "tools/report/report"), file, report]);
-  const context = await browser.newContext({ offline: true, viewport: { width: 1400, height: 800 }, locale: "en-US", ...options });
-  const page = await context.newPage();
-  const wrong = [];
-  page.on("console", (message) => ["error", "warning"].includes(message.type()) && wrong.push(message.text()));
-  page.on("pageerror", (error) => wrong.push(String(error)));
-  page.on("request", (request) => request.url().startsWith("http") && wrong.push(request.url()));
-  await page.goto(pathToFileURL(report).href);
-  await page.waitForSelector("body[data-ready]");
-  const close = async () => {
-    assert.deepEqual(wrong, []);
-    await context.close();
-  };
-  return { page, close };
-}
-
-const lit = (page) => page.$$eval(".hit.lit", (nodes) => nodes.map((node) => node.dataset.reference));
-const litRows = (page, list) => page.$$eval(`#${list} .tabulator-row.lit`, (rows) =>
-  rows.map((row) => [...row.querySelectorAll(".tabulator-cell")].map((cell) => cell.textContent).join("|")));
-const shown = (page) => page.textContent("#pages [aria-selected=true]");
-const scaleOf = (page) => page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().width / svg.viewBox.baseVal.width);
-const rowOf = (page, words) => page.locator("#bom .tabulator-row", { hasText: words });
 const overPart = async (page, reference) => page.hover(`.hit[data-reference="${reference}"]`);
 const isCut = (nodes) => nodes.filter((node) => node.scrollWidth > node.clientWidth).map((node) => node.textContent);
-const inView = (page, selector) => page.$eval(selector, (node) => {
-  const [box, frame] = [node.getBoundingClientRect(), document.getElementById("frame").getBoundingClientRect()];
-  return box.left >= frame.left && box.right <= frame.right && box.top >= frame.top && box.bottom <= frame.bottom;
-});
-
-// Tables follow the keys a little later.
-async function becomes(read, pattern) {
-  let now = await read();
-  for (let tries = 0; tries < 100 && !pattern.test(now); tries += 1) {
-    await new Promise((resolve) => setTimeout(resolve, 20));
-    now = await read();
-  }
-  assert.match(now, pattern);
-}
 
 test("pointing at a line lights its parts, pointing at a part its line", async () => {
   const { page, close } = await open(small());
-  assert.match(await page.textContent("#summary"), /2 pages · 5 parts, 1 not fitted · 3 findings/);
+  assert.match(await page.textContent("#summary"), /2 pages · 5 parts, 1 not fitted · 2 nets · 3 findings/);
   await rowOf(page, "R1, R10").hover();
   assert.deepEqual(await lit(page), ["R1", "R10"]);
   await rowOf(page, "R3").hover();
@@ -95,7 +30,7 @@ test("pointing at a line lights its parts, pointing at a part its line", async (
 test("a click goes to the part, and what is chosen stays lit", async () => {
   const { page, close } = await open(small());
   await rowOf(page, "电阻").click();
-  assert.equal(await shown(page), "第二页11");
+  assert.equal(await shown(page), "第二页");
   await page.mouse.move(700, 5);
   assert.deepEqual(await lit(page), ["R20", "R20"]);
   assert.ok(await inView(page, ".hit.lit"));
@@ -125,7 +60,7 @@ test("what is not fitted is dimmed with its texts, and can be hidden", async () 
   await page.keyboard.press("Escape");
   await page.keyboard.press("Escape");
   assert.equal(await visible(), 0);
-  await page.keyboard.press("n");
+  await page.keyboard.press("h");
   assert.equal(await visible(), 6);
   await close();
 });
@@ -149,11 +84,12 @@ test("what moves under a pointer at rest takes no light", async () => {
 });
 
 test("columns are readable, scroll sideways when they must, and show what they cut", async () => {
-  const { page, close } = await open(long());
+  const width = 2000;
+  const { page, close } = await open(long(), { viewport: { width, height: 800 } });
   const heads = "#bom .tabulator-col-title";
   const values = '#bom .tabulator-cell:not([tabulator-field=PCBFootprint])';
   const scrolls = () => page.$eval("#bom .tabulator-tableholder", (node) => node.scrollWidth > node.clientWidth);
-  const share = async () => (await page.locator(".lists").boundingBox()).width / 1400;
+  const share = async () => (await page.locator(".lists").boundingBox()).width / width;
   for (const list of ["bom", "findings"]) {
     await page.keyboard.press(list[0]);
     assert.deepEqual(await page.$$eval(`#${list} .tabulator-col-title`, isCut), []);
@@ -163,7 +99,7 @@ test("columns are readable, scroll sideways when they must, and show what they c
   const divider = await page.locator("#divider").boundingBox();
   await page.mouse.move(divider.x + 3, 400);
   await page.mouse.down();
-  await page.mouse.move(1050, 400);
+  await page.mouse.move(width * 0.75, 400);
   await page.mouse.up();
   assert.ok(Math.abs((await share()) - 0.25) < 0.01);
   await page.focus("#divider");
@@ -190,22 +126,23 @@ test("findings are pinned, listed, and lead to each other", async () => {
   await page.click("#frame .pin");
   assert.equal((await litRows(page, "findings")).length, 1);
   await page.locator("#findings .tabulator-row", { hasText: "has no footprint" }).click();
-  assert.equal(await shown(page), "第二页11");
+  assert.equal(await shown(page), "第二页");
   assert.ok(await inView(page, ".pin.chosen"));
   await page.locator("#findings .tabulator-row", { hasText: "R10 reference used twice" }).click();
-  assert.equal(await shown(page), "第二页1", "a finding that is on no page leads nowhere");
+  assert.equal(await shown(page), "第二页", "a finding that is on no page leads nowhere");
   await close();
 });
 
-test("search finds references, values, nets and texts", async () => {
+test("search finds parts, pins, values, nets, findings, pages and texts", async () => {
   const { page, close } = await open(small());
   const cases = [
     ["r10", "part", "R10", "main", ["R10"]], ["4.7u", "value", "4.7uF", "main", ["R2"]],
-    ["clk", "net", "CLK", "main", ["R1", "R10"]], ["reset", "net", "/sub/RESET", "第二页", ["R3"]],
+    ["clk", "net", "CLK", "main", [], ["CLK"]], ["reset", "net", "/sub/RESET", "第二页", [], ["/sub/RESET"]], ["r10.2", "pin", "R10.2", "main", [], ["CLK"]],
+    ["not conn", "finding", "1: R2.1", "main", ["R2"]], ["第二", "page", "第二页", "第二页", []],
     ["filter", "text", "Filter stage", "main", []], ["电阻", "value", "电阻", "第二页", ["R20", "R20"]],
     ["a-1", "value", "A-1", "main", ["R1", "R10"]],
   ];
-  for (const [typed, kind, label, name, references] of cases) {
+  for (const [typed, kind, label, name, references, nets = []] of cases) {
     await page.fill("#search", typed);
     await page.focus("#search");
     const first = page.locator("#hits li").first();
@@ -213,9 +150,11 @@ test("search finds references, values, nets and texts", async () => {
     assert.equal(await first.locator(".label").textContent(), label, typed);
     await page.keyboard.press("Enter");
     assert.ok((await shown(page)).startsWith(name), typed);
-    assert.deepEqual(await lit(page), references, typed);
+    assert.deepEqual([await lit(page), await litNets(page)], [references, nets], typed);
     if (kind === "text") assert.ok(await inView(page, ".flash"));
   }
+  await page.fill("#search", "R1");
+  assert.deepEqual(await page.$$eval("#hits .label", (nodes) => nodes.map((node) => node.textContent)), ["R1", "R10", "3: R1"]);
   await page.fill("#search", "nowhere");
   assert.equal(await page.textContent("#hits"), "Nothing found");
   await page.keyboard.press("Escape");
@@ -262,14 +201,14 @@ test("everything is done with keys as well", async () => {
 
 test("properties are the lit part's, or said to be the design's", async () => {
   const { page, close } = await open(small());
-  await page.keyboard.press("p");
-  const shownRows = () => page.$$eval("#properties .tabulator-row", (rows) =>
+  await page.keyboard.press("d");
+  const shownRows = () => page.$$eval("#details .tabulator-row", (rows) =>
     rows.map((row) => [...row.querySelectorAll(".tabulator-cell")].map((cell) => cell.textContent).join(" ")));
   const whose = () => page.textContent("#whose");
   assert.match(await whose(), /^Every property name of the design/);
   assert.match((await shownRows()).join(), /Datasheet <b>bold<\/b>/);
   await page.click('.hit[data-reference="R10"]');
-  await page.waitForFunction(() => document.querySelector("#properties").textContent.includes("R10.2"));
+  await page.waitForFunction(() => document.querySelector("#details").textContent.includes("R10.2"));
   assert.equal(await whose(), "Of R10:");
   assert.deepEqual(await shownRows(), ["State fitted", "Value 10k", "Part number A-1", "Part R", "Footprint 0603", "Pins 2",
     "Page main", "R10.2 CLK"]);
@@ -278,17 +217,19 @@ test("properties are the lit part's, or said to be the design's", async () => {
 
 test("both languages, the reader's own first", async () => {
   const { page, close } = await open(small(), { locale: "zh-CN" });
-  assert.match(await page.textContent("#summary"), /2 页 · 5 个器件，1 个不贴 · 3 个问题/);
+  assert.match(await page.textContent("#summary"), /2 页 · 5 个器件，1 个不贴 · 2 个网络 · 3 个问题/);
   await page.click("[data-panel=findings]");
   assert.match(await page.textContent("#findings"), /R3器件无封装/);
   await page.click("#language");
   await page.waitForFunction(() => document.querySelector("#findings").textContent.includes("R3 has no footprint"));
+  await page.click("[data-panel=bom]");
+  await page.locator(".tabulator-col-title", { hasText: "Sourced" }).waitFor();
   const heads = await page.$$eval("#bom .tabulator-col-title", (nodes) => nodes.map((node) => node.textContent));
-  assert.deepEqual(heads, ["Qty", "References", "Value", "State", "Part number", "Part", "Pins", "Footprint"]);
+  assert.deepEqual(heads, ["Sourced", "Placed", "Qty", "References", "Value", "State", "Part number", "Part", "Pins", "Footprint"]);
   assert.equal(await page.getAttribute("html", "lang"), "en");
   await page.click("#help");
   assert.match(await page.textContent("#help-box"), /hide or show what is not fitted/);
-  for (const library of ["d3-drag", "d3-selection", "d3-zoom", "tabulator-tables"]) {
+  for (const library of ["d3-drag", "d3-selection", "d3-zoom", "lucide", "tabulator-tables"]) {
     const licence = readFileSync(join(modules, library, "LICENSE"), "utf-8").trim();
     assert.ok((await page.textContent("#licences")).includes(licence), library);
   }
@@ -307,14 +248,14 @@ test("a print has every page, both lists, and what is not fitted as on the scree
   const dimmed = () => page.$$eval("#printed .absent", (nodes) => nodes.map((node) => getComputedStyle(node))
     .map((style) => (style.display === "none" ? "hidden" : style.strokeDasharray === "none" ? style.opacity : "dashed")));
   assert.deepEqual((await dimmed()).sort(), [...Array(5).fill("0.28"), "dashed"]);
-  await page.keyboard.press("n");
+  await page.keyboard.press("h");
   assert.deepEqual(await dimmed(), Array(6).fill("hidden"));
   await close();
 });
 
 test("texts of a design stay texts", async () => {
   const { page, close } = await open(hostile());
-  for (const key of ["f", "p", "b"]) await page.keyboard.press(key);
+  for (const key of ["f", "d", "n", "b"]) await page.keyboard.press(key);
   await page.locator("#bom .tabulator-row", { hasText: "onerror" }).hover();
   await page.fill("#search", "onerror");
   await page.keyboard.press("Enter");

@@ -1,6 +1,8 @@
 // A page file as SVG. The files are data from elsewhere: only known elements and attributes are taken, only plain style
 // values, and texts are texts.
 
+import { inkOf } from "./colours.js";
+
 const SVG = "http://www.w3.org/2000/svg";
 const ATTRIBUTES = {
   g: [],
@@ -37,10 +39,8 @@ export class Drawing {
     const width = Number(page.drawing.width) || 1000;
     const height = Number(page.drawing.height) || 1000;
     this.size = { width, height };
-    this.svg = svgElement("svg", { viewBox: `0 0 ${width} ${height}`, width, height, role: "img" });
-    const title = svgElement("title");
-    title.textContent = page.name;
-    this.svg.append(title, svgElement("rect", { class: "paper", width, height }));
+    this.svg = svgElement("svg", { viewBox: `0 0 ${width} ${height}`, width, height, role: "group", "aria-label": page.name });
+    this.svg.append(svgElement("rect", { class: "paper", width, height }));
     for (const child of page.drawing.children ?? []) this.svg.append(this.#node(child, false));
   }
 
@@ -86,7 +86,7 @@ function setStyle(node, style) {
     const colon = entry.indexOf(":");
     const name = entry.slice(0, colon).trim();
     const value = entry.slice(colon + 1).trim();
-    if (colon > 0 && STYLES.includes(name) && PLAIN_VALUE.test(value)) node.setAttribute(name, value);
+    if (colon > 0 && STYLES.includes(name) && PLAIN_VALUE.test(value)) node.setAttribute(name, inkOf(value));
   }
   // SVG fills what says nothing of it.
   if (!node.hasAttribute("fill") && node.hasAttribute("stroke")) node.setAttribute("fill", "none");

@@ -1,163 +1,128 @@
 // Puts the page together: what the user does in one place shows in the others.
 
+import { addressOf, stateIn } from "./address.js";
+import { changesBetween, designIn } from "./difference.js";
 import { addDivider } from "./divider.js";
+import { addIcons } from "./icons.js";
+import { Marks } from "./marks.js";
 import { Model } from "./model.js";
+import { Panels } from "./panels.js";
 import { print } from "./printing.js";
+import { Review } from "./review.js";
+import { chooseFile, say } from "./saving.js";
 import { Search } from "./search.js";
-import { bomColumns, findingColumns, List, propertyColumns } from "./tables.js";
-import { chooseLanguage, currentLanguage, fillTexts, stateOf, text } from "./texts.js";
+import { Index } from "./searching.js";
+import { readSettings } from "./settings.js";
+import { chooseLanguage, comment, currentLanguage, fillTexts, stateOf, text } from "./texts.js";
+import { Tree } from "./tree.js";
 import { Viewer } from "./viewer.js";
 
 const PAN_PIXELS = 80;
 const ZOOM_FACTOR = 1.3;
+const SLICE = 12; // milliseconds of work between two chances for the user
 
 const element = (id) => document.getElementById(id);
 const model = new Model(JSON.parse(element("design").textContent));
+const { settings, storage } = readSettings();
+const marks = new Marks(model, storage);
 
-let chosen = []; // references that stay lit
-let lit = [];    // references that are lit
-let shownPanel = "bom";
-let pointing = ""; // where the pointer was last seen on something: its leaving one place may be told after its arrival in another
+let restoring = true; // while the page follows the address, it does not write it
 
-function point(place, references) {
-  if (references) pointing = place;
-  if (pointing === place) light(references ?? chosen, place === "page");
-}
-
+const panels = new Panels(model, marks, settings, () => review.busy || changed(false));
+const review = new Review({ model, panels, changed: () => changed(true) });
+panels.attach(review);
 const viewer = new Viewer(element("frame"), model, {
-  pointAt: (references) => point("page", references.length ? references : null),
-  choose: (references) => choose(references),
-  openFinding: (finding) => openFinding(finding),
-});
-
-const lists = {
-  bom: new List(element("bom"), {
-    columns: bomColumns, rows: () => model.lines,
-    classOf: (line) => (line.fitted ? [] : ["absent"]),
-    events: {
-      pointAt: (line) => point("bom", line?.references),
-      choose: (line) => jumpToParts(line.references),
-    },
-  }),
-  findings: new List(element("findings"), {
-    columns: findingColumns, rows: () => model.findings,
-    events: { pointAt: (finding) => point("findings", finding?.references), choose: openFinding },
-  }),
-  properties: new List(element("properties"), {
-    columns: propertyColumns,
-    rows: () => (lit.length ? propertiesOfLit() : model.design.properties).map(([name, value], id) => ({ id, name, value })),
-  }),
-};
-
-const search = new Search(element("search"), element("hits"), model, {
-  goTo: (hit) => {
-    if (hit.page >= 0) showPage(hit.page);
-    chosen = hit.references;
-    light(chosen, true);
-    if (hit.element) viewer.lookAtElement(hit.element);
-    else if (hit.references.length) viewer.lookAtParts(hit.references);
+  pointAt: (thing) => {
+    tell(thing);
+    review.point("page", thing);
   },
-  leave: () => lists[shownPanel].focus(),
+  choose: (thing) => {
+    tell(thing);
+    review.choose(thing);
+  },
+  openPin: (pin) => review.openPin(pin),
+  follow: (link) => review.follow(link),
+  moved: () => changed(false),
+});
+const tree = new Tree(element("pages"), model, (page) => {
+  review.showPage(page);
+  if (matchMedia("(max-width: 900px)").matches) showTree(false);
+});
+review.attach({ viewer, tree });
+
+const search = new Search(element("search"), element("hits"), new Index(model, (finding) => comment(finding.comment)), {
+  goTo: (hit) => review.goToHit(hit),
+  leave: () => panels.focus(panels.name),
   remark: ({ references }) => {
     const absent = references.length > 0 && references.every((reference) => !model.parts.get(reference).fitted);
     return absent ? stateOf(false) : "";
   },
 });
 
-// Lights parts everywhere but in the list where the pointer is.
-function light(references, fromPage) {
-  lit = references;
-  viewer.light(references);
-  if (shownPanel === "properties") showProperties();
-  const lines = new Set(references.map((reference) => model.parts.get(reference)?.line?.id).filter((id) => id !== undefined));
-  lists.bom.light([...lines], fromPage);
-  for (const tab of element("pages").children) {
-    const count = [...new Set(lit)].filter((reference) => model.parts.get(reference)?.pages.includes(Number(tab.dataset.page))).length;
-    tab.querySelector(".count").textContent = count || "";
-  }
+// What is under the pointer, in words.
+function tell(thing) {
+  const { pin, nets = [], references = [] } = thing ?? {};
+  const part = model.parts.get(references[0]);
+  const words = nets.map((name) => text("netIs", { name, pins: model.netByName.get(name)?.pins.length ?? 0, pages: model.netByName.get(name)?.pages.length ?? 0 }));
+  if (pin) words.unshift(pin.number ? `${pin.reference}.${pin.number}` : pin.reference);
+  if (pin && !nets.length) words.push(text("inNoNet"));
+  else if (part) words.push([part.reference, part.line?.Value, stateOf(part.fitted)].filter(Boolean).join(" · "));
+  element("pointed").textContent = words.slice(0, 3).join(" · ");
 }
 
-function choose(references) {
-  chosen = references;
-  viewer.markFinding(null);
-  light(chosen, true);
+// --- the address ---
+
+function changed(step) {
+  showWhere();
+  if (restoring) return;
+  const hash = addressOf({
+    page: review.page, panel: panels.name, parts: review.chosen.references, nets: review.chosen.nets, finding: review.finding,
+    language: settings.language, view: viewer.view, ...panels.state,
+  }, model);
+  if (hash === location.hash) return;
+  if (step) history.pushState(null, "", hash);
+  else history.replaceState(null, "", hash);
 }
 
-// Shows the parts where most of them are, the present page when any is there; once more goes to the next page.
-function jumpToParts(references) {
-  const pages = [...new Set(references.flatMap((reference) => model.parts.get(reference)?.pages ?? []))].sort((a, b) => a - b);
-  if (!pages.length) return choose(references);
-  const again = references.join() === chosen.join();
-  const at = pages.indexOf(viewer.current.page.index);
-  showPage(at < 0 ? pages[0] : pages[again ? (at + 1) % pages.length : at]);
-  choose(references);
-  viewer.lookAtParts(references);
+async function restore() {
+  restoring = true;
+  const state = stateIn(location.hash, model);
+  if (state.language && state.language !== currentLanguage()) await speak(state.language);
+  review.showPage(state.page);
+  panels.setState(state, state.panel);
+  const shown = panels.show(state.panel);
+  review.choose({ references: state.parts, nets: state.nets, finding: state.finding });
+  if (state.finding) panels.lightFindings([Number(state.finding)]);
+  viewer.view = state.view;
+  restoring = !model.joined; // until then a net in the address may not be known yet
+  await shown;
 }
 
-function openFinding(finding) {
-  showPanel("findings");
-  chosen = finding.references;
-  if (finding.placed) {
-    showPage(finding.page);
-    viewer.lookAtFinding(finding);
-  }
-  light(chosen, false);
-  viewer.markFinding(finding);
-  lists.findings.light([finding.id], true);
+// --- what is shown ---
+
+function showWhere() {
+  const page = model.pages[review.page];
+  const trail = [];
+  for (let at = page; at; at = model.pages[at.parent]) trail.unshift(at);
+  element("where").replaceChildren(...trail.flatMap((one, depth) => {
+    const words = one.parent < 0 ? one.name : one.name.split("/").at(-1);
+    if (one === page) return [Object.assign(document.createElement("strong"), { textContent: words })];
+    const link = Object.assign(document.createElement("button"), { type: "button", textContent: words });
+    link.addEventListener("click", () => review.showPage(one.index));
+    return [link, "›"];
+  }));
 }
 
-function showPage(index) {
-  viewer.show(index);
-  for (const tab of element("pages").children) tab.setAttribute("aria-selected", Number(tab.dataset.page) === index);
-}
-
-function showPanel(name) {
-  shownPanel = name;
-  for (const tab of element("panels").children) tab.setAttribute("aria-selected", tab.dataset.panel === name);
-  for (const [panel, list] of Object.entries(lists)) {
-    element(panel).parentElement.hidden = panel !== name;
-    if (panel === name) list.redraw();
-  }
-  if (name === "properties") showProperties();
-}
-
-function propertiesOfLit() {
-  const states = new Set(lit.map((reference) => stateOf(model.parts.get(reference).fitted)));
-  return [["state", [...states].join("; ")], ...model.propertiesOf(lit)].map(([name, value]) => [text(name), value]);
-}
-
-// Those of the lit parts; without any, what the package report says of the whole design.
-function showProperties() {
-  const parts = [...new Set(lit)];
-  element("whose").textContent = parts.length ? text("propertiesOf", { parts: parts.join(", ") }) : text("allProperties");
-  lists.properties.refresh();
+function showTree(show = document.body.classList.contains("no-tree")) {
+  document.body.classList.toggle("no-tree", !show);
+  element("tree-toggle").setAttribute("aria-expanded", show);
 }
 
 function hideAbsent(hide) {
   element("hide").checked = hide;
   document.body.classList.toggle("hide-absent", hide);
   search.show();
-  lists.bom.refresh();
-}
-
-function fillPages() {
-  element("pages").replaceChildren(...model.pages.map((page) => {
-    const tab = document.createElement("button");
-    tab.type = "button";
-    tab.role = "tab";
-    tab.dataset.page = page.index;
-    const pins = model.findings.filter((finding) => finding.page === page.index).length;
-    tab.append(page.name, mark("findings-count", pins || ""), mark("count", ""));
-    tab.addEventListener("click", () => showPage(page.index));
-    return tab;
-  }));
-}
-
-function mark(name, value) {
-  const node = document.createElement("span");
-  node.className = name;
-  node.textContent = value;
-  return node;
+  panels.refresh();
 }
 
 async function speak(language) {
@@ -169,11 +134,39 @@ async function speak(language) {
     for (const words of [keys, what]) row.insertCell().textContent = words;
     return row;
   }));
-  viewer.labelPins();
+  if (viewer.current) viewer.label();
   search.show();
-  showProperties();
-  await Promise.all(Object.values(lists).map((list) => list.refresh()));
+  await panels.refresh();
 }
+
+// The language that was chosen is kept; without a choice it is the reader's own.
+function chooseToSpeak(language) {
+  settings.language = language;
+  settings.keep();
+  changed(false);
+  return speak(language);
+}
+
+async function compare() {
+  const file = await chooseFile(".html,.json");
+  if (!file) return;
+  try {
+    panels.changes = changesBetween(designIn(await file.text()), model);
+  } catch {
+    return say(text("noReport", { name: file.name }));
+  }
+  await panels.refresh();
+  say(text("compared", { name: file.name, count: panels.changes.length }));
+  if (panels.changes.length) await panels.show("changes");
+}
+
+function printOut(what) {
+  element("print-box").close();
+  print(element("printed"), model, { ...what, page: review.page });
+  window.print();
+}
+
+// --- keys and buttons ---
 
 const keys = {
   "/": () => element("search").focus(),
@@ -182,47 +175,77 @@ const keys = {
   ArrowLeft: () => viewer.panBy(PAN_PIXELS, 0), ArrowRight: () => viewer.panBy(-PAN_PIXELS, 0),
   ArrowUp: () => viewer.panBy(0, PAN_PIXELS), ArrowDown: () => viewer.panBy(0, -PAN_PIXELS),
   PageUp: () => turnPage(-1), PageDown: () => turnPage(1),
-  n: () => hideAbsent(!element("hide").checked), l: () => speak(currentLanguage() === "zh" ? "en" : "zh"),
-  b: () => enterPanel("bom"), f: () => enterPanel("findings"), p: () => enterPanel("properties"),
-  Escape: () => choose([]),
+  h: () => hideAbsent(!element("hide").checked), l: () => chooseToSpeak(currentLanguage() === "zh" ? "en" : "zh"),
+  b: () => panels.focus("bom"), n: () => panels.focus("nets"), f: () => panels.focus("findings"), d: () => panels.focus("details"),
+  t: () => {
+    showTree(true);
+    tree.items.get(review.page).focus();
+  },
+  Escape: () => review.choose({}),
 };
-
-function enterPanel(name) {
-  showPanel(name);
-  lists[name].focus();
-}
 
 function turnPage(by) {
   const count = model.pages.length;
-  showPage((viewer.current.page.index + by + count) % count);
+  review.showPage((review.page + by + count) % count);
 }
 
 document.addEventListener("keydown", (event) => {
-  if (event.target.matches("input[type=search], dialog *") || event.ctrlKey || event.metaKey || event.altKey) return;
+  if (event.target.matches("input:not([type=checkbox]), select, dialog *") || event.ctrlKey || event.metaKey || event.altKey) return;
   const action = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
   if (!action) return;
   event.preventDefault();
   action();
 });
+document.addEventListener("copy", (event) => {
+  if (!element("bom").contains(document.activeElement) || String(document.getSelection())) return;
+  event.preventDefault();
+  panels.bill.copy();
+});
 
 const clicks = {
-  fit: () => viewer.fit(), nearer: () => viewer.zoomBy(ZOOM_FACTOR), farther: () => viewer.zoomBy(1 / ZOOM_FACTOR),
-  language: keys.l, print: () => window.print(), help: () => element("help-box").showModal(),
-  "help-close": () => element("help-box").close(),
+  language: keys.l, nearer: keys["+"], farther: keys["-"], fit: keys[0], compare,
+  "tree-toggle": () => showTree(), back: () => history.back(), forward: () => history.forward(),
+  print: () => element("print-box").showModal(), "print-close": () => element("print-box").close(),
+  "print-page": () => printOut({ pages: [review.page] }), "print-pages": () => printOut({ pages: model.pages.map((page) => page.index) }),
+  "print-bill": () => printOut({ bill: true }), "print-findings": () => printOut({ findings: true }),
+  help: () => element("help-box").showModal(), "help-close": () => element("help-box").close(),
 };
 for (const [id, action] of Object.entries(clicks)) element(id).addEventListener("click", action);
 element("hide").addEventListener("change", (event) => hideAbsent(event.target.checked));
-for (const tab of element("panels").children) tab.addEventListener("click", () => showPanel(tab.dataset.panel));
-window.addEventListener("beforeprint", () => print(element("printed"), model));
-window.addEventListener("afterprint", () => element("printed").replaceChildren());
-
-document.title = model.design.path.split(/[\\/]/).at(-1);
-element("title").textContent = document.title;
-element("title").title = model.design.path;
-addDivider(element("divider"), document.querySelector("main"));
-fillPages();
-showPage(0);
-showPanel("bom");
-speak(navigator.language.startsWith("zh") ? "zh" : "en").then(() => {
-  document.body.dataset.ready = "yes";
+window.addEventListener("beforeprint", () => {
+  if (!element("printed").children.length) print(element("printed"), model, { pages: model.pages.map((page) => page.index), bill: true, findings: true });
 });
+window.addEventListener("afterprint", () => element("printed").replaceChildren());
+window.addEventListener("popstate", restore);
+
+// --- the beginning ---
+
+let until = 0;
+async function pause() {
+  if (performance.now() < until) return;
+  await new Promise((resolve) => setTimeout(resolve));
+  until = performance.now() + SLICE;
+}
+
+async function begin() {
+  document.title = model.name;
+  element("title").textContent = model.name;
+  element("title").title = model.design.path;
+  addIcons();
+  addDivider(element("divider"), document.querySelector("main"));
+  showTree(!matchMedia("(max-width: 900px)").matches);
+  if (!settings.language) settings.language = stateIn(location.hash, model).language;
+  await speak(settings.language || (navigator.language.startsWith("zh") ? "zh" : "en"));
+  await restore();
+  document.body.dataset.ready = "yes";
+  performance.mark("ready");
+  await model.joinPages(pause);
+  tree.fill();
+  viewer.addNets();
+  await panels.refresh();
+  await restore();
+  document.body.dataset.joined = "yes";
+  performance.mark("joined");
+}
+
+begin();

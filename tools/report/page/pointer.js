@@ -1,16 +1,18 @@
 // Pointing at things. What scrolls or moves under a pointer at rest comes under it too, but only a pointer that moves points.
 
-// Calls tell(target) when the pointer has moved onto another of the element's targets, and tell(null) when it left them.
-export function followPointer(element, targetOf, tell) {
+// Calls tell(thing) when the pointer has moved onto another of the element's things, and tell(null) when it left them;
+// `thingAt(event)` gives what is under it with its `key`, or null. A finger does not point: it only touches.
+export function followPointer(element, thingAt, tell) {
   let place = "";
-  let last = null;
-  const arrive = (target) => {
-    if (target !== last) tell(target);
-    last = target;
+  let last;
+  const arrive = (thing) => {
+    if (thing?.key !== last) tell(thing);
+    last = thing?.key;
   };
   element.addEventListener("pointermove", (event) => {
+    if (event.pointerType === "touch") return;
     const now = `${event.clientX} ${event.clientY}`;
-    if (now !== place) arrive(targetOf(event.target) ?? null);
+    if (now !== place) arrive(thingAt(event));
     place = now;
   });
   element.addEventListener("pointerleave", () => arrive(null));

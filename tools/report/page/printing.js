@@ -1,4 +1,5 @@
-// What goes on paper: every page on a sheet of its own, then the lists, in the language and with the parts that are shown.
+// What goes on paper: each page on a sheet of its own that lies as the page does, and the lists as tables, in the language
+// and with the parts that are shown.
 
 import { Drawing } from "./drawing.js";
 import { addOverlay, scalePins } from "./overlay.js";
@@ -6,19 +7,21 @@ import { comment, stateOf, text } from "./texts.js";
 
 const PINS_TO_WIDTH = 1 / 1200; // of a pin's scale to its page's width
 
-export function print(room, model) {
-  const drawings = model.pages.map((page) => new Drawing(page));
-  room.replaceChildren(...drawings.map((drawing) => sheet(drawing, model)), bill(model), ...findings(model));
+// `what` is {pages: [index...], bill, findings}.
+export function print(room, model, what) {
+  const drawings = (what.pages ?? []).map((index) => new Drawing(model.pages[index]));
+  room.replaceChildren(...drawings.map((drawing) => sheet(drawing, model)), ...(what.bill ? [bill(model)] : []), ...(what.findings ? findings(model) : []));
   room.classList.add("measured");
   for (const drawing of drawings) {
-    addOverlay(drawing, model);
+    addOverlay(drawing, model, true);
     scalePins(drawing, drawing.size.width * PINS_TO_WIDTH);
   }
   room.classList.remove("measured");
 }
 
-function sheet({ page, svg }, model) {
+function sheet({ page, svg, size }, model) {
   const node = document.createElement("section");
+  node.className = size.width >= size.height ? "across" : "upright";
   svg.removeAttribute("width");
   svg.removeAttribute("height");
   const absent = [...model.parts.values()].filter((part) => !part.fitted && part.pages.includes(page.index));
@@ -57,6 +60,7 @@ function table(title, columns, rows) {
     const row = body.insertRow();
     for (const value of values) row.insertCell().textContent = value;
   }
+  node.className = "across";
   node.append(heading(text(title)), table);
   return node;
 }

@@ -4,18 +4,13 @@ import { text } from "./texts.js";
 
 export class Search {
   // `goTo(hit)` and `leave()`, which goes on to the lists, are what the user does; `remark(hit)` is said beside a hit.
-  constructor(field, list, model, { goTo, leave, remark }) {
-    this.field = field;
-    this.list = list;
-    this.model = model;
-    this.goTo = goTo;
-    this.leave = leave;
-    this.remark = remark;
+  constructor(field, list, index, { goTo, leave, remark }) {
+    Object.assign(this, { field, list, index, goTo, leave, remark });
     this.hits = [];
     this.at = 0;
     field.addEventListener("input", () => this.show());
     field.addEventListener("focus", () => this.show());
-    field.addEventListener("blur", () => setTimeout(() => (list.hidden = true), 150));
+    field.addEventListener("blur", () => setTimeout(() => this.#hide(), 150));
     field.addEventListener("keydown", (event) => this.#key(event));
     list.addEventListener("pointerdown", (event) => {
       event.preventDefault(); // the field keeps the focus
@@ -26,10 +21,17 @@ export class Search {
 
   show() {
     const wanted = this.field.value;
-    this.hits = this.model.search(wanted);
+    const { hits, more } = this.index.search(wanted);
+    this.hits = hits;
     this.at = 0;
     this.list.hidden = !wanted.trim() || document.activeElement !== this.field;
-    this.list.replaceChildren(...(this.hits.length ? this.hits.map((hit, at) => this.#item(hit, at)) : [this.#nothing()]));
+    const notes = hits.length ? (more ? [this.#note(text("moreHits", { count: more }))] : []) : [this.#note(text("nothing"))];
+    this.list.replaceChildren(...hits.map((hit, at) => this.#item(hit, at)), ...notes);
+    this.#mark();
+  }
+
+  #hide() {
+    this.list.hidden = true;
     this.#mark();
   }
 
@@ -47,17 +49,21 @@ export class Search {
     return item;
   }
 
-  #nothing() {
+  // It cannot be chosen, but is heard.
+  #note(words) {
     const item = document.createElement("li");
+    item.role = "option";
+    item.ariaDisabled = "true";
     item.className = "nothing";
-    item.textContent = text("nothing");
+    item.textContent = words;
     return item;
   }
 
   #mark() {
     for (const item of this.list.children) item.setAttribute("aria-selected", Number(item.dataset.at) === this.at);
     this.field.setAttribute("aria-expanded", !this.list.hidden);
-    this.field.setAttribute("aria-activedescendant", this.hits.length ? `hit-${this.at}` : "");
+    if (this.hits.length && !this.list.hidden) this.field.setAttribute("aria-activedescendant", `hit-${this.at}`);
+    else this.field.removeAttribute("aria-activedescendant");
     this.list.querySelector("[aria-selected=true]")?.scrollIntoView({ block: "nearest" });
   }
 
@@ -65,8 +71,7 @@ export class Search {
     const hit = this.hits[at];
     if (!hit) return;
     this.at = at;
-    this.list.hidden = true;
-    this.#mark();
+    this.#hide();
     this.goTo(hit);
   }
 
@@ -81,7 +86,7 @@ export class Search {
       if (event.ctrlKey || event.metaKey) this.leave();
     } else if (event.key === "Escape") {
       this.field.value = "";
-      this.list.hidden = true;
+      this.#hide();
       this.field.blur();
     } else {
       return;

@@ -1,0 +1,37 @@
+// What differs between two reports of a design, part by part.
+
+import { Model } from "./model.js";
+import { inNaturalOrder } from "./quantities.js";
+
+const MEMBERS = [["Value", "value"], ["PartNumber", "partNumber"], ["PartName", "partName"], ["PCBFootprint", "footprint"]];
+
+// The design in the text of a report, or of what a report is made of. Throws an Error for anything else.
+export function designIn(text) {
+  const json = text.trimStart().startsWith("{") ? text
+    : new DOMParser().parseFromString(text, "text/html").getElementById("design")?.textContent;
+  const design = JSON.parse(json ?? "");
+  if (!Array.isArray(design?.pages) || typeof design.path !== "string" || !Array.isArray(design.findings) || !design.bom) {
+    throw new Error("not a report");
+  }
+  return new Model(design);
+}
+
+// Rows {id, change, reference, member, before, now}: parts that came, went, or changed, and whether they are fitted.
+export function changesBetween(before, now) {
+  const changes = [];
+  const note = (change, reference, member = "", from = "", to = "") => changes.push({ id: changes.length, change, reference, member, before: from, now: to });
+  const references = [...new Set([...before.parts.keys(), ...now.parts.keys()])].sort(inNaturalOrder);
+  for (const reference of references) {
+    const [old, present] = [before.parts.get(reference), now.parts.get(reference)];
+    if (!old) note("added", reference, "value", "", present.line?.Value ?? "");
+    else if (!present) note("removed", reference, "value", old.line?.Value ?? "");
+    else {
+      for (const [member, title] of MEMBERS) {
+        const [from, to] = [old.line?.[member] ?? "", present.line?.[member] ?? ""];
+        if (from !== to) note("changed", reference, title, from, to);
+      }
+      if (old.fitted !== present.fitted) note(present.fitted ? "nowFitted" : "nowAbsent", reference, "state");
+    }
+  }
+  return changes;
+}
