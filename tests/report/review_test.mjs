@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { becomes, folder, inView, lit, litNets, litRows, open, rowOf, rowsOf, shown, textOf, write } from "./browser.mjs";
+import { becomes, folder, inView, lit, litNets, litRows, open, rowOf, rowsOf, scaleOf, shown, textOf, write } from "./browser.mjs";
 import { linked } from "./design.mjs";
 
 const hashOf = (page) => page.evaluate(() => decodeURIComponent(location.hash.replaceAll("+", " ")));
@@ -77,6 +77,7 @@ test("the address holds what is shown, and a reload keeps it with the language",
   await page.selectOption("#findings-check", "1003");
   await page.keyboard.press("+");
   await becomes(() => hashOf(page), /^#page=Left&panel=findings&net=SHARED&check=1003&language=zh&at=/);
+  await becomes(async () => (Number((await hashOf(page)).split(",").at(-1)) - await scaleOf(page)).toFixed(2), /^-?0\.00$/);
   const view = await page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().toJSON());
   const state = async () => [await shown(page), await litNets(page), await rowsOf(page, "findings"), await page.getAttribute("html", "lang")];
   const before = await state();
