@@ -1,5 +1,4 @@
 // What the plug-in runs in the host's interpreter, whatever came in: only the procedures that belong to a message.
-#include <algorithm>
 #include <array>
 #include <span>
 
@@ -12,74 +11,45 @@
 namespace vernoxa::fuzz {
 namespace {
 
-// The procedures that each message may run, between blanks.
-struct MessageProcedures {
-  std::string_view message;
-  std::string_view procedures;
-};
+constexpr std::string_view packetParserName = "packetParser";
+constexpr std::string_view packetParserForPthreadName = "packetParserForPthread";
 
-constexpr std::string_view placingProcedures =
-    "IsSchematicViewActive UnSelectAll setPlaceMarketFlag PlaceNew placeLibPart setPinNum placePart";
+void allow(Procedures& allowed, const Calls& calls) {
+  allowed.insert(calls.begin(), calls.end());
+}
 
-constexpr MessageProcedures companionProcedures[] = {
-    {"GetActiveProPages", "GetActiveProPages"},
-    {"SetPlacePortType", "KX_PlaceWirePort"},
-    {"SetPlaceOffpageType", "KX_PlaceWireOffPage"},
-    {"AdjustRefAndValue", "ReplaceRefAndValue"},
-    {"RenameRef", "RenameRef"},
-    {"GetOlbObjectPackageInfo", "GetOlbObjectPackage"},
-    {"GetDsnAllPackageInfo", "GetAllPackage"},
-    {"GetOlbAllPackageInfo", "GetOlbAllPackage"},
-    {"DsnCheck", "RunCheck"},
-    {"DsnCheckActiveProj", "RunCheckActiveProj"},
-    {"JumpToDsn", "JumpToDsn"},
-    {"AutoDealwithDsn", "AutoDeal"},
-    {"SelectModule", "getSelectPart"},
-    {"ClearCurrentDesign", "ClearCurrentDesign"},
-    {"PlaceDsnLibPartModule",
-     "MenuCommand IsSchematicViewActive UnSelectAll SetLibViewBox placeLibPart "
-     "setPinNum setPlaceMarketFlag PlaceNew"},
-    {"PlaceDSNModule", placingProcedures},
-    {"GenerateBOM",
-     "GetProductVersion generateBOMForPath ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList "
-     "::capGenerateBOMUtil::getNoPartNumberList"},
-    {"JumpToPartRef", "gotoLocation"},
-    {"CheckOpenState", "InitPath"},
-    {"SwitchStickOrNotStick", "switchStickOrNotStick"},
-    {"SetToNotStick", "setRefToNotUse saveFile ZoomIn ZoomOut"},
-    {"SetToStick", "setRefToUse saveFile ZoomIn ZoomOut"},
-    {"ExitBomViewMode", "LockBomView saveFile ZoomIn ZoomOut"},
-    {"EnterBomViewMode", "setAllNotStick setEnterViewMode LockBomView saveFile ZoomIn ZoomOut"},
-    {"GetPartPropertyList", "getAllPropertyName"},
-    {"SetNewGuid", "getGuid"},
-    {"CreateSVG", "convertToSVG"},
-    {"CloseOrcad", "Exit"},
-};
+Procedures proceduresOf(std::span<const HandlerRow> rows) {
+  Procedures allowed;
+  for (const HandlerRow& row : rows) {
+    allow(allowed, row.calls);
+  }
+  return allowed;
+}
 
-constexpr MessageProcedures threadProcedures[] = {
-    {"GetNetsList", "GetNetsList"}, {"getDsnPinCount", "getDsnPinCount"},
-    {"GetNewOpenPath", "InitPath"}, {"FileStatus", "InitPath sendPacketGlobalHandle"},
-    {"creatClient", "creatClient"},
-};
-
-std::string_view proceduresOf(std::string_view message, std::span<const MessageProcedures> table) {
+// Those of one request; none for what is no request of the table.
+Procedures proceduresOf(std::string_view message, std::span<const HandlerRow> rows) {
   const Json parsed = Json::parse(std::string(message)).document;
   const auto command = parsed.view().member("Command").text();
-  const auto row = std::find_if(table.begin(), table.end(),
-                                [&](const MessageProcedures& each) { return command && *command == each.message; });
-  return row == table.end() ? "" : row->procedures;
-}
-
-std::string allOf(std::span<const MessageProcedures> table) {
-  std::string procedures;
-  for (const MessageProcedures& each : table) {
-    procedures.append(each.procedures).append(" ");
+  Procedures allowed;
+  for (const HandlerRow& row : rows) {
+    if (command && *command == row.name) {
+      allow(allowed, row.calls);
+    }
   }
-  return procedures;
+  return allowed;
 }
 
-constexpr std::string_view commandProcedures =
-    "getDsnPinCount sendPacketGlobalHandle GetProductVersion placePart placeLibPart setPinNum";
+Procedures proceduresOf(const CommandRow& command) {
+  if (command.name == packetParserName) {
+    return proceduresOf(companionHandlers());
+  }
+  if (command.name == packetParserForPthreadName) {
+    return proceduresOf(threadHandlers());
+  }
+  Procedures allowed;
+  allow(allowed, command.calls);
+  return allowed;
+}
 
 constexpr std::array<const char*, 2> joinedProcedures = {"getGuid\"", "convertToSVG\""};
 
@@ -89,17 +59,17 @@ bool isJoined(const Words& words) {
 }
 
 // First line: what the host answers; the rest is the message.
-void packet(std::string_view input, const char* door, std::span<const MessageProcedures> table) {
+void packet(std::string_view input, std::string_view door, std::span<const HandlerRow> rows) {
   RecordingHost& host = recordingHost();
   host.answerWith(takeUntil(input, '\n'));
   LoadedPlugIn loaded;
   host.interp.calls.clear();
-  const int status = host.call({door, packetTextOf(input)});
+  const int status = host.call({std::string(door), packetTextOf(input)});
   require(status == commandDone, "a door answered with another status");
   require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   require(messageOf(host.result()).valid, "the answer is no packet text");
   std::erase_if(host.interp.calls, isJoined);
-  host.requireOnly(proceduresOf(input, table));
+  host.requireOnly(proceduresOf(input, rows));
 }
 
 std::string unescaped(std::string_view argument) {
@@ -111,18 +81,18 @@ std::string unescaped(std::string_view argument) {
 }
 
 // The line's first word is a command's name, or its first byte chooses one.
-Words wordsOf(std::string_view line) {
-  const std::string_view name = takeUntil(line, '\t');
-  Words words;
+const CommandRow& commandOf(std::string_view name) {
   for (const CommandRow& row : commandTable()) {
     if (name == row.name) {
-      words.push_back(row.name);
+      return row;
     }
   }
-  if (words.empty()) {
-    const unsigned char choice = name.empty() ? '\0' : static_cast<unsigned char>(name.front());
-    words.push_back(commandTable()[choice % commandCount].name);
-  }
+  const unsigned char choice = name.empty() ? '\0' : static_cast<unsigned char>(name.front());
+  return commandTable()[choice % commandCount];
+}
+
+Words wordsOf(const CommandRow& command, std::string_view line) {
+  Words words = {command.name};
   while (!line.empty()) {
     words.push_back(unescaped(takeUntil(line, '\t')));
   }
@@ -132,11 +102,11 @@ Words wordsOf(std::string_view line) {
 }  // namespace
 
 void companionPacket(std::string_view input) {
-  packet(input, "packetParser", companionProcedures);
+  packet(input, packetParserName, companionHandlers());
 }
 
 void threadPacket(std::string_view input) {
-  packet(input, "packetParserForPthread", threadProcedures);
+  packet(input, packetParserForPthreadName, threadHandlers());
 }
 
 // First line: what the host answers; then one command a line, its arguments between tabs.
@@ -145,16 +115,17 @@ void commands(std::string_view input) {
   host.answerWith(takeUntil(input, '\n'));
   LoadedPlugIn loaded;
   host.interp.calls.clear();
+  Procedures allowed;
   while (!input.empty()) {
-    const Words words = wordsOf(takeUntil(input, '\n'));
-    const int status = host.call(words);
+    std::string_view line = takeUntil(input, '\n');
+    const CommandRow& command = commandOf(takeUntil(line, '\t'));
+    allowed.merge(proceduresOf(command));
+    const int status = host.call(wordsOf(command, line));
     require(status >= commandFailed && status <= commandError, "a command answered with another status");
     require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   }
   std::erase_if(host.interp.calls, isJoined);
-  static const std::string procedures =
-      allOf(companionProcedures) + allOf(threadProcedures) + std::string(commandProcedures);
-  host.requireOnly(procedures);
+  host.requireOnly(allowed);
 }
 
 // The input is the module file that the companion names and the host's script then has placed.
@@ -174,7 +145,9 @@ void moduleFile(std::string_view input) {
   require(messageOf(host.result()).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
           "a module changed the answer");
   require(host.call({"placeMarketPart"}) == commandDone, "the placement failed");
-  host.requireOnly(placingProcedures);
+  Procedures allowed = proceduresOf(R"({"Command":"PlaceDSNModule"})", companionHandlers());
+  allowed.merge(proceduresOf(commandOf("placeMarketPart")));
+  host.requireOnly(allowed);
   require(loaded.fake.files.exists("C:\\my.olb"), "a library of the user's is gone");
   require(loaded.fake.files.exists("C:\\App\\config\\Resource\\Empty.olb"), "the base library is gone");
 }

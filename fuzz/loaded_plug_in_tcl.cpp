@@ -26,15 +26,6 @@ Evaluation listOf(const Words& words) {
   return {true, text};
 }
 
-bool isAmong(const std::string& name, std::string_view procedures) {
-  while (!procedures.empty()) {
-    if (takeUntil(procedures, ' ') == name) {
-      return true;
-    }
-  }
-  return false;
-}
-
 }  // namespace
 
 RecordingHost::RecordingHost() {
@@ -66,11 +57,11 @@ std::string RecordingHost::result() const {
 }
 
 // A procedure of the host is not defined here: it arrives at `unknown`, whose first argument is its name.
-void RecordingHost::requireOnly(std::string_view procedures) const {
+void RecordingHost::requireOnly(const Procedures& allowed) const {
   require(!variableRead, "a variable was read");
   for (const Words& words : interp.calls) {
     const bool ownList = words.front() == "list";
-    require(ownList || (words.size() > 1 && isAmong(words[1], procedures)),
+    require(ownList || (words.size() > 1 && allowed.contains(words[1])),
             "evaluated: " + words.front() + " " + (words.size() > 1 ? words[1] : ""));
   }
 }

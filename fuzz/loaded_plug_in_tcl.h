@@ -1,7 +1,9 @@
 // The plug-in's commands in an interpreter that knows nothing but the host's procedures, on a fake operating system.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -10,6 +12,9 @@
 #include "system/fake_world.h"
 
 namespace vernoxa::fuzz {
+
+// Names of the host's procedures.
+using Procedures = std::set<std::string, std::less<>>;
 
 // One interpreter for all inputs: making one takes longer than most inputs.
 class RecordingHost {
@@ -21,8 +26,8 @@ class RecordingHost {
   // Runs one command of the plug-in at global level. Gives Tcl's status.
   int call(const Words& words) const;
   std::string result() const;
-  // Every recorded call must be one of these, which stand between blanks, or Tcl's own `list`.
-  void requireOnly(std::string_view procedures) const;
+  // Every recorded call must be one of these or Tcl's own `list`.
+  void requireOnly(const Procedures& allowed) const;
 
   TclInterp interp;
 

@@ -107,14 +107,13 @@ def _deviations(message: Message, shape: Shape) -> list[str]:
     data = message.members.get("Data", {})
     if not isinstance(data, dict):
         return faults + ['"Data" is no object']
-    if shape.data is not None:
-        faults += _order(data, shape.data, '"Data"')
+    faults += _order(data, shape.data, '"Data"')
     if shape.result is not None and message.members.get("Result") != shape.result:
         faults.append(f'"Result" is {message.members.get("Result")!r}, not "{shape.result}"')
-    for name, text in shape.fixed.items():
+    for name, values in shape.values.items():
         value = data.get(name, message.members.get(name))
-        if value != text:
-            faults.append(f'"{name}" is {value!r}, not "{text}"')
+        if value not in values:
+            faults.append(f'"{name}" is {value!r}, not ' + " or ".join(f'"{text}"' for text in values))
     for name, members in shape.items.items():
         array = data.get(name)
         if not isinstance(array, list):

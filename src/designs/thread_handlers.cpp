@@ -1,7 +1,8 @@
 // What the link thread asks of the host: the link itself and the open designs.
+#include "designs/thread_handlers.h"
+
 #include "designs/open_designs.h"
 #include "dispatch/companion_sender.h"
-#include "dispatch/handler.h"
 #include "dispatch/script_values.h"
 #include "dispatch/services.h"
 #include "system/files.h"
@@ -15,6 +16,36 @@
 
 namespace vernoxa {
 namespace {
+
+// The folder is made one level deep: the project's own folder is there, or nothing can be written.
+FilePath netsFile(Services& services) {
+  const FilePath folder = services.state.folder.get() / "Cache";
+  services.world.files.createFolder(folder);
+  return folder / "Nets.txt";
+}
+
+// Hands the status on to the companion as it is, and keeps in mind what the companion knows when it was sent.
+void passOn(const Request& request, HandlerContext& context) {
+  const auto status = request.data.member("Status").text();
+  const auto fileName = request.data.member("FileName").text();
+  if (!status || !fileName) {
+    return;
+  }
+  Json message = Json::object();
+  message.add("Command", "FileStatus");
+  message.add("Result", "0");
+  message.add("Data", Json::copyOf(request.data));
+  if (!sendToCompanion(context.host, context.services, message.printUnformatted()).ok) {
+    return;
+  }
+  if (*status == "Open") {
+    noteReported(context.services, *fileName);
+  } else if (*status == "Close") {
+    noteClosed(context.services.state, *fileName);
+  }
+}
+
+}  // namespace
 
 Outcome creatClient(const Request&, HandlerContext& context) {
   LinkState& link = context.services.state.link;
@@ -42,13 +73,6 @@ Outcome getNewOpenPath(const Request&, HandlerContext& context) {
   }
   data.add("CloseFile", closedDesigns(state));
   return Outcome::success(std::move(data));
-}
-
-// The folder is made one level deep: the project's own folder is there, or nothing can be written.
-FilePath netsFile(Services& services) {
-  const FilePath folder = services.state.folder.get() / "Cache";
-  services.world.files.createFolder(folder);
-  return folder / "Nets.txt";
 }
 
 Outcome getNetsList(const Request& request, HandlerContext& context) {
@@ -92,27 +116,6 @@ Outcome getDsnPinCount(const Request& request, HandlerContext& context) {
   return Outcome::success(std::move(data));
 }
 
-// Hands the status on to the companion as it is, and keeps in mind what the companion knows when it was sent.
-void passOn(const Request& request, HandlerContext& context) {
-  const auto status = request.data.member("Status").text();
-  const auto fileName = request.data.member("FileName").text();
-  if (!status || !fileName) {
-    return;
-  }
-  Json message = Json::object();
-  message.add("Command", "FileStatus");
-  message.add("Result", "0");
-  message.add("Data", Json::copyOf(request.data));
-  if (!sendToCompanion(context.host, context.services, message.printUnformatted()).ok) {
-    return;
-  }
-  if (*status == "Open") {
-    noteReported(context.services, *fileName);
-  } else if (*status == "Close") {
-    noteClosed(context.services.state, *fileName);
-  }
-}
-
 Outcome fileStatus(const Request& request, HandlerContext& context) {
   passOn(request, context);
   const std::vector<KnownDesign>& designs = scanOpenDesigns(context);
@@ -122,39 +125,6 @@ Outcome fileStatus(const Request& request, HandlerContext& context) {
   Json data = Json::object();
   data.add("ProjectPath", designs.front().hostPath);
   return Outcome::success(std::move(data));
-}
-
-constexpr auto text = MemberKind::text;
-constexpr auto needed = MemberUse::needed;
-constexpr auto optional = MemberUse::optional;
-
-constexpr std::array rows = {
-    HandlerRow{"GetNetsList",
-               getNetsList,
-               {{{"ProjectPath", text, needed}}},
-               "Writes the nets of a design into a file and names it."},
-    HandlerRow{
-        "getDsnPinCount",
-        getDsnPinCount,
-        {{{"ProjectPath", text, optional}}},
-        "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host "
-        "does not have it."},
-    HandlerRow{"GetNewOpenPath",
-               getNewOpenPath,
-               {},
-               "Names the first open design not yet reported, and the reported ones that were closed."},
-    HandlerRow{"FileStatus",
-               fileStatus,
-               {{{"Status", text, optional}, {"FileName", text, optional}}},
-               "Passes a design's status on to the companion and lists the open designs again."},
-    HandlerRow{"creatClient", creatClient, {}, "Has the host's scripts connect to the companion."},
-};
-static_assert(namesDiffer(rows));
-
-}  // namespace
-
-std::span<const HandlerRow> threadHandlers() {
-  return rows;
 }
 
 }  // namespace vernoxa

@@ -47,7 +47,7 @@ void storeMembers(const HandlerRow& row, const Request& request, PlacementContex
 bool hasWhatIsNeeded(const HandlerRow& row, const Request& request) {
   return std::all_of(row.members.begin(), row.members.end(), [&](const Member& member) {
     return (member.stored == nullptr || request.data.isObject()) &&
-           (member.use != MemberUse::needed || isOfKind(request.data.member(member.name), member.kind));
+           (!member.needed || isOfKind(request.data.member(member.name), member.kind));
   });
 }
 

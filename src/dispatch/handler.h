@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "dispatch/description.h"
 #include "dispatch/state.h"
 #include "text/json.h"
 
@@ -64,39 +65,22 @@ struct HandlerContext {
 
 using Handler = Outcome (*)(const Request&, HandlerContext&);
 
-enum class MemberKind { text, number, textOrNumber, array };
-
-// How a member of "Data" is treated before the handler runs.
-enum class MemberUse {
-  none,      // an unused place in a row
-  needed,    // missing or of another kind: the handler does not run
-  optional,  // the handler knows what to do without it
-};
-
-struct Member {
-  const char* name = nullptr;
-  MemberKind kind = MemberKind::text;
-  MemberUse use = MemberUse::none;
-  // Copied there before anything is evaluated, as "" when the member is absent.
-  std::string PlacementContext::*stored = nullptr;
-};
-
-constexpr std::size_t mostMembers = 13;
-
 struct HandlerRow {
   const char* name;
   Handler run;
-  std::array<Member, mostMembers> members;
-  const char* purpose;  // one sentence for the message reference
+  Members members = {};
+  Calls calls = {};
+  Answer answer = {};
+  const char* purpose = "";  // one sentence
   // A request to place something. Whatever refuses it, nothing is being placed afterwards.
   bool placing = false;
 };
 
-// Rows of one table: names are different, or the program does not compile.
-template <std::size_t count>
-consteval bool namesDiffer(const std::array<HandlerRow, count>& rows) {
-  for (std::size_t first = 0; first < count; ++first) {
-    for (std::size_t second = first + 1; second < count; ++second) {
+// Rows of one table have different names, or the program does not compile.
+template <class Rows>
+consteval bool namesDiffer(const Rows& rows) {
+  for (std::size_t first = 0; first < std::size(rows); ++first) {
+    for (std::size_t second = first + 1; second < std::size(rows); ++second) {
       if (std::string_view(rows[first].name) == rows[second].name) {
         return false;
       }

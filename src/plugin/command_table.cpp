@@ -1,7 +1,5 @@
 #include "plugin/command_table.h"
 
-#include <string_view>
-
 #include "bom/bom_commands.h"
 #include "checks/report_commands.h"
 #include "designs/file_status_commands.h"
@@ -28,6 +26,45 @@ struct Run<command> {
 template <auto command>
 constexpr CommandFunction run = &Run<command>::call;
 
+using row::argument;
+using row::calls;
+using row::optional;
+
+template <class... Each>
+consteval ArgumentList takes(Each... arguments) {
+  return {{{arguments...}, sizeof...(arguments)}};
+}
+
+// All of them, or none at all.
+template <class... Each>
+consteval ArgumentList takesAllOr(const char* without, Each... arguments) {
+  return {{{arguments...}, sizeof...(arguments)}, without};
+}
+
+consteval CommandAnswer answersNothing() {
+  return {};
+}
+
+consteval CommandAnswer answersText(const char* meaning) {
+  return {ResultKind::plain, meaning};
+}
+
+consteval CommandAnswer answersPacket(const char* meaning) {
+  return {ResultKind::packetText, meaning};
+}
+
+constexpr Argument designPath = argument("path", "Full path of the design, as the host writes it.");
+constexpr Argument bomLines =
+    argument("parts", "A list of lines, each six fields with ; between them; x for a part number that is missing.");
+constexpr Argument record = argument("record", "A list: a kind, then the elements that this kind has.");
+constexpr Argument schematic = argument("schematic", "Name of the schematic.");
+constexpr Argument page = argument("page", "Name of the page.");
+constexpr Argument x = argument("x", "Where on the page, in the host's units.");
+constexpr Argument y = argument("y", "The other coordinate.");
+
+constexpr CommandAnswer fileStatus =
+    answersPacket("A FileStatus; empty when the path is empty or has no name in the code page.");
+
 constexpr const char* linkFile = "designs/file_status_commands.cpp";
 constexpr const char* bomFile = "bom/bom_commands.cpp";
 constexpr const char* exportFile = "drawing/export_commands.cpp";
@@ -41,68 +78,144 @@ constexpr const char* smallFile = "plugin/small_commands.cpp";
 
 // clang-format off
 constexpr std::array<CommandRow, commandCount> table = {{
-  {"packetParser",           run<packetParser>,           "packetText", "Carries out one packet of the companion and answers the packet text of the reply.", doorFile, "", nullptr},
-  {"packetParserForPthread", run<packetParserForPthread>, "packetText", "The same for a packet of the link thread.", doorFile, "", nullptr},
-  {"SelectJumpPart",         run<selectJumpPart>, "candidates number", "Lets the user pick one of several parts.", desktopFile, "", nullptr},
-  {"ReadOpenPath",           run<readOpenPath>,           "path", "Answers the packet text that reports an opened design.", linkFile, "1", nullptr},
-  {"sendCloseFile",          run<sendCloseFile>,          "path", "Answers the packet text that reports a closed design.", linkFile, "1", nullptr},
-  {"serverLinkBreak",        run<serverLinkBreak>,        "", "Notes that the host's connection to the companion broke.", linkFile, "", nullptr},
-  {"tryUpdateBom",           run<tryUpdateBom>, "", "Asks the companion to refresh its bill of materials.", bomFile, "", nullptr},
-  {"sendAddToBom",           run<sendAddToBom>, "parts", "Answers the packet text that reports parts as fitted.", bomFile, "", nullptr},
-  {"sendRemoveFromBom",      run<sendRemoveFromBom>, "parts", "Answers the packet text that reports parts as not fitted.", bomFile, "", nullptr},
-  {"getOpenFileCount",       run<getOpenFileCount>,       "", "Answers the number of open designs.", linkFile, "0", nullptr},
-  {"getGenerateGuid",        run<getGenerateGuid>,        "", "Answers a new GUID.", smallFile, "", nullptr},
-  {"outputWarming",          run<outputWarming>,          "", "Tells the user to select a part first.", smallFile, "", nullptr},
-  {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, "", "Tells the host's script to go on.", bomFile, "1", nullptr},
-  {"sendSaveFile",           run<sendSaveFile>,           "path", "Answers the packet text that reports a saved design.", linkFile, "1", nullptr},
-  {"addToPageList",          run<addToPageList>, "record", "Adds one object of a page to the drawing.", exportFile, "", nullptr},
-  {"addToLibList",           run<addToLibList>, "record", "Adds one record of a library symbol to the drawing.", exportFile, "", nullptr},
-  {"initSVGList",            run<initSVGList>, "", "Starts a drawing export.", exportFile, "", nullptr},
-  {"outputSVGFile",          run<outputSVGFile>, "names", "Writes the last page of a drawing export.", exportFile, "", nullptr},
-  {"GetClipBoardPic",        run<getClipBoardPic>, "", "Saves the clipboard's picture as the preview and answers its path.", desktopFile, "", nullptr},
-  {"GetMousePosition",       run<getMousePosition>, "", "Answers the cursor's position.", desktopFile, "", nullptr},
-  {"outputError",            run<outputError>,            "?code?", "Shows the message of an error code.", smallFile, "", nullptr},
-  {"initMarketFile",         run<initMarketFile>, "", "Starts the export of a shared module.", moduleFile, "", nullptr},
-  {"addMarketPartList",      run<addMarketPartList>, "record", "Adds one schematic object to the module.", moduleFile, "", nullptr},
-  {"addMarketLibList",       run<addMarketLibList>, "record", "Adds one record of a library part to the module.", moduleFile, "", nullptr},
-  {"outputMarketFile",       run<outputMarketFile>, "name width height unused", "Writes the module and answers its path.", moduleFile, "", nullptr},
-  {"getOlbPath",             run<getOlbPath>, "", "Answers the temporary library's path.", placementFile, "", nullptr},
-  {"sendUploadMarket",       run<sendUploadMarket>, "sumPins selfPins copyPrice parts wires ?keys?", "Hands a module over to the companion.", requestFile, "", "sendUploadMarket exception"},
-  {"placeMarketPart",        run<placeMarketPart>, "", "Places the module that the companion named.", placementFile, "", nullptr},
-  {"afterPlace",             run<afterPlace>, "", "Ends the host's placement mode.", desktopFile, "", nullptr},
-  {"getNewOlbPath",          run<getNewOlbPath>, "", "Answers the new library's path.", placementFile, "", nullptr},
-  {"GetResPath",             run<getResPath>, "resourceId", "Answers where the companion keeps a module.", requestFile, "", nullptr},
-  {"pressEnter",             run<pressEnter>, "", "Presses Enter after a moment.", desktopFile, "", nullptr},
-  {"getSelfUserId",          run<getSelfUserId>, "", "Answers the signed-in user's id.", requestFile, "", nullptr},
-  {"removeDatFile",          run<removeDatFile>, "", "Removes the files of a placement.", requestFile, "", nullptr},
-  {"sendRefRepetition",      run<sendRefRepetition>, "?kind reference second schematic page x y?", "Design check: reference designators.", reportFile, "", nullptr},
-  {"sendIllegalChar",        run<sendIllegalChar>, "?property value schematic page x y?", "Design check: illegal characters.", reportFile, "", nullptr},
-  {"sendPinNC",              run<sendPinNc>, "?reference pin schematic page x y?", "Design check: unconnected pins.", reportFile, "", nullptr},
-  {"sendNetlist",            run<sendNetlist>, "?kind reference second schematic page x y?", "Design check: netlist.", reportFile, "", nullptr},
-  {"checkCharIllegal",       run<checkCharIllegal>, "name", "Answers 1 for a name that is empty or not all ASCII, else 0.", exportFile, "", nullptr},
-  {"initGraphicFile",        run<initGraphicFile>, "", "Starts a graphic library.", exportFile, "", nullptr},
-  {"addGraphicLibList",      run<addGraphicLibList>, "record", "Adds one record to the graphic library.", exportFile, "", nullptr},
-  {"outputGraphicFile",      run<outputGraphicFile>, "name", "Writes the graphic library and answers its path.", exportFile, "", nullptr},
-  {"sendOlbPackageInfo",     run<sendOlbPackageInfo>, "properties", "Package report of a library.", reportFile, "", nullptr},
-  {"sendDsnPackageInfo",     run<sendDsnPackageInfo>, "properties", "Package report of a design.", reportFile, "", nullptr},
-  {"sendOlbObjectPackageInfo", run<sendOlbObjectPackageInfo>, "properties", "Package report of a library object.", reportFile, "", nullptr},
-  {"writeToClipboard",       run<writeToClipboard>, "text", "Puts a text on the clipboard.", desktopFile, "", nullptr},
-  {"PlacePartProperty",      run<placePartProperty>, "", "Sets the properties of the part that was placed.", placementFile, "", nullptr},
-  {"execTool",               run<execTool>,               "", "Starts the companion.", smallFile, "", nullptr},
+  {"packetParser", run<packetParser>,
+    takes(argument("packetText", "Packet text of a request of the companion, or of its answer to a message.")), calls(),
+    answersPacket("The reply; empty when there is none."),
+    "Carries out one packet of the companion and answers the packet text of the reply.", doorFile},
+  {"packetParserForPthread", run<packetParserForPthread>,
+    takes(argument("packetText", "Packet text of a request of the link thread.")), calls(),
+    answersPacket("The reply; empty when there is none."), "The same for a packet of the link thread.", doorFile},
+  {"SelectJumpPart", run<selectJumpPart>,
+    takes(argument("candidates", "The parts, with ; between them; shown sorted by their bytes."),
+          argument("number", "Has to be given, and is not read.")), calls(),
+    answersText("The part that the user picked, as it was given; empty when none was."),
+    "Lets the user pick one of several parts.", desktopFile},
+  {"ReadOpenPath", run<readOpenPath>, takes(designPath), calls("getDsnPinCount"), fileStatus,
+    "Answers the packet text that reports an opened design.", linkFile, "1"},
+  {"sendCloseFile", run<sendCloseFile>, takes(designPath), calls(), fileStatus,
+    "Answers the packet text that reports a closed design.", linkFile, "1"},
+  {"serverLinkBreak", run<serverLinkBreak>, takes(), calls(), answersNothing(),
+    "Notes that the host's connection to the companion broke.", linkFile},
+  {"tryUpdateBom", run<tryUpdateBom>, takes(), calls("sendPacketGlobalHandle"), answersNothing(),
+    "Asks the companion to refresh its bill of materials.", bomFile},
+  {"sendAddToBom", run<sendAddToBom>,
+    takes(bomLines), calls(), answersPacket("An AddToBom; empty without an argument."),
+    "Answers the packet text that reports parts as fitted.", bomFile},
+  {"sendRemoveFromBom", run<sendRemoveFromBom>,
+    takes(bomLines), calls(), answersPacket("A RemoveFromBom; empty without an argument."),
+    "Answers the packet text that reports parts as not fitted.", bomFile},
+  {"getOpenFileCount", run<getOpenFileCount>, takes(), calls(),
+    answersText("Their number when the link thread last asked, in decimal digits."), "Counts the open designs.",
+    linkFile, "0"},
+  {"getGenerateGuid", run<getGenerateGuid>, takes(), calls(),
+    answersText("The GUID, in upper and lower case as Windows writes it, without braces."), "Answers a new GUID.",
+    smallFile},
+  {"outputWarming", run<outputWarming>, takes(), calls(), answersNothing(), "Tells the user to select a part first.",
+    smallFile},
+  {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, takes(), calls(), answersText("Always 1."),
+    "Tells the host's script to go on.", bomFile, "1"},
+  {"sendSaveFile", run<sendSaveFile>, takes(designPath), calls(), fileStatus,
+    "Answers the packet text that reports a saved design.", linkFile, "1"},
+  {"addToPageList", run<addToPageList>, takes(record), calls("GetProductVersion"),
+    answersNothing(), "Adds one object of a page to the drawing.", exportFile},
+  {"addToLibList", run<addToLibList>, takes(record),
+    calls("GetProductVersion"), answersNothing(), "Adds one record of a library symbol to the drawing.", exportFile},
+  {"initSVGList", run<initSVGList>, takes(), calls(), answersNothing(), "Starts a drawing export.", exportFile},
+  {"outputSVGFile", run<outputSVGFile>,
+    takes(argument("names", "A list: elements 0, 1 and 4 are schematic, page and page key of the last page.")),
+    calls(), answersNothing(), "Writes the last page of a drawing export.", exportFile},
+  {"GetClipBoardPic", run<getClipBoardPic>, takes(), calls(),
+    answersText("Full path of Cache\\Output\\Preview.bmp below the project's folder; empty when there is no picture."),
+    "Saves the clipboard's picture as the preview and answers its path.", desktopFile},
+  {"GetMousePosition", run<getMousePosition>, takes(), calls(), answersText("x, a space, y, in pixels of the screen."),
+    "Answers the cursor's position.", desktopFile},
+  {"outputError", run<outputError>,
+    takes(optional(argument("code", "OtherProject, NoObject, MoreThanPage, InvaildObject, or a text to show."))),
+    calls(), answersNothing(), "Shows the message of an error code.", smallFile},
+  {"initMarketFile", run<initMarketFile>, takes(), calls(), answersNothing(), "Starts the export of a shared module.",
+    moduleFile},
+  {"addMarketPartList", run<addMarketPartList>, takes(record), calls(), answersNothing(),
+    "Adds one schematic object to the module.", moduleFile},
+  {"addMarketLibList", run<addMarketLibList>, takes(record), calls(), answersNothing(),
+    "Adds one record of a library part to the module.", moduleFile},
+  {"outputMarketFile", run<outputMarketFile>,
+    takes(argument("name", "Not used."), argument("width", "Width of the module, in the host's units."),
+          argument("height", "Height of the module."), argument("unused", "Not used.")), calls(),
+    answersText("Full path of Cache\\Share\\ModuleLib.json below the project's folder, written or not."),
+    "Writes the module and answers its path.", moduleFile},
+  {"getOlbPath", run<getOlbPath>, takes(), calls(),
+    answersText("Full path of the .olb file of the last placement, with / between folders."),
+    "Answers the temporary library's path.", placementFile},
+  {"sendUploadMarket", run<sendUploadMarket>, takes(argument("sumPins", "Number of pins in all."),
+          argument("selfPins", "Number of pins that are the user's own."), argument("copyPrice", "Price of a copy."),
+          argument("parts", "The parts, with ; between them; each is Id,Ref or Id,Ref,Package."),
+          argument("wires", "The nets, with ; between them."),
+          optional(argument("keys", "Words to find the module by, with ; between them."))),
+    calls("sendPacketGlobalHandle"),
+    answersText("What sendPacketGlobalHandle answered."), "Hands a module over to the companion.", requestFile, "",
+    "sendUploadMarket exception"},
+  {"placeMarketPart", run<placeMarketPart>, takes(), calls("placeLibPart", "setPinNum", "placePart"), answersNothing(),
+    "Places the module that the companion named.", placementFile},
+  {"afterPlace", run<afterPlace>, takes(), calls(), answersNothing(), "Ends the host's placement mode.", desktopFile},
+  {"getNewOlbPath", run<getNewOlbPath>, takes(), calls(),
+    answersText("Full path of the .olb file of the last placement, with / between folders."),
+    "Answers the new library's path.", placementFile},
+  {"GetResPath", run<getResPath>, takes(argument("resourceId", "Identifier of the module.")), calls(),
+    answersText("Full path of its file, with doubled backslashes; empty when there is none."),
+    "Answers where the companion keeps a module.", requestFile},
+  {"pressEnter", run<pressEnter>, takes(), calls(), answersNothing(), "Presses Enter after a moment.", desktopFile},
+  {"getSelfUserId", run<getSelfUserId>, takes(), calls(),
+    answersText("The id; empty when the companion did not answer."), "Answers the signed-in user's id.", requestFile},
+  {"removeDatFile", run<removeDatFile>, takes(), calls(), answersNothing(), "Removes the files of a placement.",
+    requestFile},
+  {"sendRefRepetition", run<sendRefRepetition>, takesAllOr("It ends the check.",
+               argument("kind", "NoRefNum: a part without a number; RefRepe: two of one number."),
+               argument("reference", "Reference designator of the part."),
+               argument("second", "The other part's reference designator."), schematic, page, x, y),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Design check: reference designators.", reportFile},
+  {"sendIllegalChar", run<sendIllegalChar>,
+    takesAllOr("It ends the check.", argument("property", "Name of the property."),
+               argument("value", "Its value, with the characters that it must not have."), schematic, page, x, y),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Design check: illegal characters.", reportFile},
+  {"sendPinNC", run<sendPinNc>,
+    takesAllOr("It ends the check.", argument("reference", "Reference designator of the part."),
+               argument("pin", "Number of the pin."), schematic, page, x, y), calls("sendPacketGlobalHandle"),
+    answersNothing(), "Design check: unconnected pins.", reportFile},
+  {"sendNetlist", run<sendNetlist>, takesAllOr("It ends the check.",
+               argument("kind", "NoFootprint, FootprintDiff, NoPinNumber, RepePinName, RepePinNum, ValueDiff."),
+               argument("reference", "Reference designator of the part."),
+               argument("second", "Pin number, pin name or value, by the kind."), schematic, page, x, y),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Design check: netlist.", reportFile},
+  {"checkCharIllegal", run<checkCharIllegal>, takes(argument("name", "The name to look at.")), calls(),
+    answersText("1 for a name that is empty or not all ASCII, else 0."),
+    "Answers 1 for a name that is empty or not all ASCII, else 0.", exportFile},
+  {"initGraphicFile", run<initGraphicFile>, takes(), calls(), answersNothing(), "Starts a graphic library.",
+    exportFile},
+  {"addGraphicLibList", run<addGraphicLibList>, takes(record), calls(), answersNothing(),
+    "Adds one record to the graphic library.", exportFile},
+  {"outputGraphicFile", run<outputGraphicFile>,
+    takes(argument("name", "Name of the library; a folder separator in it becomes -.")), calls(),
+    answersText("Full path of its file below Cache\\Library of the project's folder, written or not."),
+    "Writes the graphic library and answers its path.", exportFile},
+  {"sendOlbPackageInfo", run<sendOlbPackageInfo>,
+    takes(argument("properties", "A list of properties, each a list of name and value.")),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Package report of a library.", reportFile},
+  {"sendDsnPackageInfo", run<sendDsnPackageInfo>,
+    takes(argument("properties", "A list of properties, each a list of name and value.")),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Package report of a design.", reportFile},
+  {"sendOlbObjectPackageInfo", run<sendOlbObjectPackageInfo>,
+    takes(argument("properties", "A list of properties, each a list of name and value.")),
+    calls("sendPacketGlobalHandle"), answersNothing(), "Package report of a library object.", reportFile},
+  {"writeToClipboard", run<writeToClipboard>,
+    takes(argument("text", "The text; what the code page lacks is replaced.")), calls(), answersNothing(),
+    "Puts a text on the clipboard.", desktopFile},
+  {"PlacePartProperty", run<placePartProperty>, takes(), calls("placePart"), answersNothing(),
+    "Sets the properties of the part that was placed.", placementFile},
+  {"execTool", run<execTool>, takes(), calls(), answersNothing(), "Starts the companion.", smallFile},
 }};
 // clang-format on
 
-consteval bool namesDiffer() {
-  for (std::size_t first = 0; first < table.size(); ++first) {
-    for (std::size_t second = first + 1; second < table.size(); ++second) {
-      if (std::string_view(table[first].name) == table[second].name) {
-        return false;
-      }
-    }
-  }
-  return true;
-}
-static_assert(namesDiffer());
+static_assert(namesDiffer(table), "two rows of one name");
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "dispatch/description.h"
 #include "plugin/session.h"
 #include "tcl/command.h"
 
@@ -11,14 +12,32 @@ namespace vernoxa {
 
 using CommandFunction = CommandResult (*)(CommandCall&, Session&);
 
+constexpr std::size_t mostArguments = 7;
+
+// An argument that is missing reads as the empty text.
+struct ArgumentList {
+  Few<Argument, mostArguments> each;
+  const char* without = nullptr;  // what a call without any does; else all that are not optional are given
+};
+
+enum class ResultKind { nothing, plain, packetText };
+
+// What a call answers in Tcl's result.
+struct CommandAnswer {
+  ResultKind kind = ResultKind::nothing;
+  const char* meaning = "";
+};
+
 struct CommandRow {
   const char* name;
-  CommandFunction run;      // none: the capability is not there yet, and the command says so by failing
-  const char* usage;        // arguments after the name
-  const char* role;         // what it is for, one sentence
-  const char* file;         // where it is carried out, below src/
-  const char* beforeState;  // answer while no session exists
-  const char* crashName;    // in the crash log; the command's own name when none is given
+  CommandFunction run;
+  ArgumentList arguments;
+  Calls calls;
+  CommandAnswer answer;
+  const char* purpose;              // one sentence
+  const char* file;                 // where it is carried out, below src/
+  const char* beforeState = "";     // answer while no session exists
+  const char* crashName = nullptr;  // in the crash log; the command's own name when none is given
 };
 
 constexpr std::size_t commandCount = 48;

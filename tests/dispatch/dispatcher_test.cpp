@@ -33,28 +33,19 @@ Outcome throwing(const Request&, HandlerContext&) {
   throw std::runtime_error("handler");
 }
 
-constexpr auto text = MemberKind::text;
-constexpr auto needed = MemberUse::needed;
-constexpr auto optional = MemberUse::optional;
+using namespace row;
 
 constexpr std::array rows = {
-    HandlerRow{"Echo", echo, {}, ""},
-    HandlerRow{"Fail", fail, {}, ""},
-    HandlerRow{"Silent", silent, {}, ""},
-    HandlerRow{"Throw", throwing, {}, ""},
-    HandlerRow{"Needs",
-               echo,
-               {{{"text", text, needed},
-                 {"number", MemberKind::number, needed},
-                 {"either", MemberKind::textOrNumber, needed},
-                 {"array", MemberKind::array, needed}}},
-               ""},
-    HandlerRow{"Stores",
-               echo,
-               {{{"price", text, optional, &PlacementContext::price},
-                 {"PartIndex", MemberKind::textOrNumber, optional, &PlacementContext::PartIndex},
-                 {"value", text, needed, &PlacementContext::value}}},
-               ""},
+    HandlerRow{"Echo", echo},
+    HandlerRow{"Fail", fail},
+    HandlerRow{"Silent", silent},
+    HandlerRow{"Throw", throwing},
+    HandlerRow{"Needs", echo,
+               needs(text("text", ""), number("number", ""), textOrNumber("either", ""), texts("array", ""))},
+    HandlerRow{"Stores", echo,
+               needs(optional(text("price", "")).keptIn(&PlacementContext::price),
+                     optional(textOrNumber("PartIndex", "")).keptIn(&PlacementContext::PartIndex),
+                     text("value", "").keptIn(&PlacementContext::value))},
 };
 
 class DispatcherTest : public testing::Test, protected FakeServices {
@@ -218,14 +209,14 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
     for (const HandlerRow& row : table) {
       for (const Member& spoiled : row.members) {
         for (const std::string& value : values) {
-          if (spoiled.use != needed || fits(spoiled.kind, value)) {
+          if (!spoiled.needed || fits(spoiled.kind, value)) {
             continue;
           }
           Json message = Json::object();
           message.add("Command", row.name);
           const JsonView data = message.add("Data", Json::object());
           for (const Member& member : row.members) {
-            if (member.use == needed) {
+            if (member.needed) {
               const std::string good = member.kind == MemberKind::array ? "[]" : "\"1\"";
               message.addTo(data, member.name, Json::parse(&member == &spoiled ? value : good).document);
             }

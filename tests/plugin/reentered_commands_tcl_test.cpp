@@ -259,9 +259,7 @@ TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
       message.add("Command", row.name);
       const JsonView data = message.add("Data", Json::object());
       for (const Member& member : row.members) {
-        if (member.use != MemberUse::none) {
-          message.addTo(data, member.name, valueFor(member));
-        }
+        message.addTo(data, member.name, valueFor(member));
       }
       const Sample sample{{packetTextOf(message.printUnformatted())}};
       EXPECT_GT(holdAgainstQuiet(row.name, door, sample), 0U) << row.name;

@@ -23,7 +23,7 @@ refuse "refers to what is not in the repository" "$(tracked | xargs -0r grep -nI
 refuse "a commit message refers to what is not in the repository" "$(git log --format='%h %s%n%b' | grep -E "$elsewhere")"
 refuse "a path of one machine" "$(tracked | xargs -0r grep -nIE '/wor[k]/|/far[m]/|/hom[e]/')"
 hosts='https?:/{2}'
-known_hosts="$hosts(opensource\.org|www\.w3\.org|www\.unicode\.org|www\.rfc-editor\.org)"
+known_hosts="$hosts(json-schema\.org|opensource\.org|www\.w3\.org|www\.unicode\.org|www\.rfc-editor\.org)"
 refuse "names a host" "$(tracked | xargs -0r grep -nIE "$hosts" | grep -vE "$known_hosts")"
 refuse "white space at the end of a line" "$(tracked | xargs -0r grep -nIE '[[:blank:]]+$')"
 refuse "no newline at the end of the file" "$(tracked | xargs -0r grep -lI '' | while IFS= read -r file; do

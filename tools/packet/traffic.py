@@ -20,15 +20,12 @@ import dataclasses
 import re
 
 from companion import frames, messages
-from companion.catalogue import QUERIES, REPLY_SUFFIX, find
+from companion.catalogue import ANSWERED, REPLY_SUFFIX, THREAD_REQUESTS, find
 
 IN, OUT, SENT, RECEIVED, STEP = "in", "out", "sent", "received", "step"
 
-# What the plug-in's thread asks the host; the companion never sees these.
-THREAD_REQUESTS = ("creatClient", "GetNewOpenPath", "getDsnPinCount", "GetNetsList")
-
 # What the companion answers.
-_ANSWERS = tuple(name + REPLY_SUFFIX for name in ("FileStatus", *QUERIES))
+_ANSWERS = tuple(name + REPLY_SUFFIX for name in ANSWERED)
 
 _START = re.compile(rb"\[Time\]:(\d+-\d+-\d+ \d+:\d+:\d+:\d+)\.")
 _HEADER = re.compile(rb"(acBuf|revData)\[([0-3])\]:([0-9a-f]{1,8})")

@@ -17,7 +17,7 @@ case $1 in
       g++ gcc clang clang-format clang-tidy "libclang-rt-$clang_version-dev" googletest libgtest-dev libgmock-dev
       tcl8.6 tcl8.6-dev
       # the stand-ins and the scripts
-      python3 python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
+      python3 python3-jsonschema python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
       # the set-up itself
       dpkg-dev locales patch xz-utils
     )

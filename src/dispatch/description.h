@@ -1,0 +1,164 @@
+// The words of the tables of requests, commands, messages and host procedures.
+//
+// A row says what it takes, what it calls and what it answers, with a sentence for each. Dispatch and its checks, the
+// fuzzer, the tests and the documents all read the same rows. Everything is known when compiling, and the sentences are
+// plain ASCII: the documents are in UTF-8, string literals of the plug-in in the code page.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace vernoxa {
+
+struct PlacementContext;
+
+// A few items that lie in the row itself.
+template <class Item, std::size_t most>
+struct Few {
+  std::array<Item, most> items{};
+  std::size_t count = 0;
+
+  constexpr const Item* begin() const { return items.data(); }
+  constexpr const Item* end() const { return items.data() + count; }
+};
+
+enum class MemberKind { text, number, textOrNumber, array };
+
+// A member of "Data".
+struct Member {
+  const char* name = nullptr;  // "*" stands for all members that the row does not name
+  const char* meaning = nullptr;
+  MemberKind kind = MemberKind::text;
+  // A request without a needed member, or with one of another kind, is refused before anything is evaluated. In what
+  // the plug-in sends, a needed member is always there.
+  bool needed = true;
+  // Copied there before anything is evaluated, as "" when the member is absent.
+  std::string PlacementContext::*stored = nullptr;
+  const char* values = nullptr;  // the only ones that it has, with | between them; "" for the empty text alone
+  // What the objects of an array hold; an array without it holds texts.
+  const Member* itemMembers = nullptr;
+  std::size_t itemMemberCount = 0;
+
+  consteval Member oneOf(const char* allowed) const {
+    Member member = *this;
+    member.values = allowed;
+    return member;
+  }
+  consteval Member keptIn(std::string PlacementContext::*field) const {
+    Member member = *this;
+    member.stored = field;
+    return member;
+  }
+};
+
+constexpr std::size_t mostMembers = 13;
+using Members = Few<Member, mostMembers>;
+
+// All procedures of the host that may be called, each a row of the table of host procedures.
+constexpr std::size_t mostCalls = 8;
+using Calls = Few<const char*, mostCalls>;
+
+// An argument of one of the plug-in's Tcl commands or of a procedure of the host.
+struct Argument {
+  const char* name;
+  const char* meaning;
+  bool optional = false;
+};
+
+// What is answered to a request that was accepted. One that is refused is answered with "command error", whatever its
+// row says.
+struct Answer {
+  Few<Member, 3> data;            // members of "Data" when "Result" is "0"
+  bool emptyErrInfo = false;      // then an empty "ErrInfo" stands beside "Result"
+  const char* failure = nullptr;  // what "ErrInfo" says when "Result" is "1"; none: it never is
+  bool failureInData = false;     // "ErrInfo" is the one member of "Data" then, else it stands beside "Result"
+  bool given = true;              // false: there is no reply
+  const char* follows = nullptr;  // the message that comes instead of a reply
+
+  consteval Answer withEmptyErrInfo() const {
+    Answer answer = *this;
+    answer.emptyErrInfo = true;
+    return answer;
+  }
+  consteval Answer orFails(const char* errInfo) const {
+    Answer answer = *this;
+    answer.failure = errInfo;
+    return answer;
+  }
+  consteval Answer orFailsInData(const char* errInfo) const {
+    Answer answer = orFails(errInfo);
+    answer.failureInData = true;
+    return answer;
+  }
+};
+
+namespace row {
+
+consteval Member text(const char* name, const char* meaning) {
+  return {name, meaning, MemberKind::text};
+}
+
+// A JSON number, whose fraction is cut off, or a text that is a whole decimal number.
+consteval Member number(const char* name, const char* meaning) {
+  return {name, meaning, MemberKind::number};
+}
+
+consteval Member textOrNumber(const char* name, const char* meaning) {
+  return {name, meaning, MemberKind::textOrNumber};
+}
+
+consteval Member texts(const char* name, const char* meaning) {
+  return {name, meaning, MemberKind::array};
+}
+
+template <std::size_t count>
+consteval Member objects(const char* name, const std::array<Member, count>& members, const char* meaning) {
+  return {name, meaning, MemberKind::array, true, nullptr, nullptr, members.data(), count};
+}
+
+consteval Member optional(Member member) {
+  member.needed = false;
+  return member;
+}
+
+template <class... Each>
+consteval Members needs(Each... members) {
+  return {{members...}, sizeof...(members)};
+}
+
+template <class... Names>
+consteval Calls calls(Names... procedures) {
+  return {{procedures...}, sizeof...(procedures)};
+}
+
+consteval Argument argument(const char* name, const char* meaning) {
+  return {name, meaning};
+}
+
+consteval Argument optional(Argument argument) {
+  argument.optional = true;
+  return argument;
+}
+
+template <class... Each>
+consteval Answer answers(Each... members) {
+  Answer answer;
+  answer.data = {{members...}, sizeof...(members)};
+  return answer;
+}
+
+consteval Answer answersNothing() {
+  Answer answer;
+  answer.given = false;
+  return answer;
+}
+
+consteval Answer isFollowedBy(const char* message) {
+  Answer answer = answersNothing();
+  answer.follows = message;
+  return answer;
+}
+
+}  // namespace row
+}  // namespace vernoxa

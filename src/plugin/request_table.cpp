@@ -1,0 +1,225 @@
+// The tables of requests: what the companion asks, and what the link thread asks. A new request is one row here and one
+// function in the file it belongs to.
+#include "designs/thread_handlers.h"
+#include "modules/placing_handlers.h"
+#include "plugin/bom_line_members.h"
+#include "plugin/companion_handlers.h"
+
+namespace vernoxa {
+namespace {
+
+using namespace row;
+using Place = PlacementContext;
+
+constexpr bool placing = true;
+
+// --- members that several requests have ----------------------------------------------------------------------------
+
+constexpr Member designPath = text("ProjectPath", "Full path of an open design, as FileStatus named it.");
+constexpr Member libraryPath = text("ProjectPath", "Full path of a symbol library (.olb), with / between its folders.");
+constexpr Member modulePath =
+    optional(text("dsnDatPath", "Full path of the module file to place; it is removed once it was placed."))
+        .keptIn(&Place::dsnDatPath);
+
+constexpr std::array reference = {
+    text("PartRef", "Reference designator of a part. An element without it is passed over."),
+};
+
+constexpr std::array openProject = {
+    text("ProjectPath", "Full path of the design."),
+    texts("Pages", "Names of its pages, in the host's order."),
+};
+
+constexpr Answer hostsWord = answers().orFails("What the host answered, which was not 1.");
+constexpr Answer doneWithEmptyErrInfo = answers().withEmptyErrInfo();
+constexpr Answer placed = answers().orFails("Asks, in Chinese, to open the page first: no schematic page is active.");
+
+// --- what the companion asks ---------------------------------------------------------------------------------------
+
+// clang-format off
+constexpr HandlerRow companionRows[] = {
+  {"GetActiveProPages", getActiveProPages, needs(), calls("GetActiveProPages"),
+    answers(text("ErrInfo", "Always empty.").oneOf(""), objects("Open", openProject, "The open projects."))
+        .orFailsInData("The host's error, or nothing when no project is open."),
+    "Lists the open projects with their pages."},
+  {"SetPlacePortType", setPlacePortType,
+    needs(number("Type", "Kind of port, as the host's KX_PlaceWirePort numbers them.")), calls("KX_PlaceWirePort"),
+    answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
+    "Places ports on wires."},
+  {"SetPlaceOffpageType", setPlaceOffpageType,
+    needs(number("Type", "Kind of connector, as the host's KX_PlaceWireOffPage numbers them.")),
+    calls("KX_PlaceWireOffPage"),
+    answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
+    "Places off-page connectors on wires."},
+  {"AdjustRefAndValue", adjustRefAndValue, needs(), calls("ReplaceRefAndValue"), hostsWord,
+    "Moves reference and value texts to their places."},
+  {"RenameRef", renameRef, needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
+    calls("RenameRef"), hostsWord, "Numbers the reference designators again."},
+  {"GetOlbObjectPackageInfo", getOlbObjectPackageInfo,
+    needs(libraryPath, text("ObjName", "Name of a part in the library.")), calls("GetOlbObjectPackage"),
+    isFollowedBy("GetOlbObjectPackageInfo_EndResult"), "Has the package report of one library part sent."},
+  {"GetDsnAllPackageInfo", getDsnAllPackageInfo, needs(designPath), calls("GetAllPackage"),
+    isFollowedBy("GetDsnAllPackageInfo_EndResult"), "Has the package report of a design sent."},
+  {"GetOlbAllPackageInfo", getOlbAllPackageInfo, needs(libraryPath), calls("GetOlbAllPackage"),
+    isFollowedBy("GetOlbAllPackageInfo_EndResult"), "Has the package report of a library sent."},
+  {"DsnCheck", dsnCheck, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
+    "Checks a design; findings come as messages of their own."},
+  {"DsnCheckActiveProj", dsnCheckActiveProj, needs(designPath), calls("RunCheckActiveProj"),
+    isFollowedBy("DsnCheck_Result"), "Checks the active project in the same way."},
+  {"JumpToDsn", jumpToDsn,
+    needs(designPath,
+          text("PageName", "Name of the page; a backslash in it is written [;fanxiegan;], as findings do."),
+          text("PagePos", "Where on the page: x, a space, y, in the host's units, as a finding gave it."),
+          text("Sch", "Name of the schematic that the page belongs to.")),
+    calls("JumpToDsn"), answers(), "Opens a page and goes to a position on it."},
+  {"AutoDealwithDsn", autoDealwithDsn,
+    needs(designPath, optional(text("id", "Identifier that comes back in the answer; one of the values as well.")),
+          optional(text("*", "A value for the host, under any name. The values are handed over in their order."))),
+    calls("AutoDeal"), answers(text("id", "The request's id, empty when it had none.")),
+    "Has the host treat a design with the given values."},
+  {"SelectModule", selectModule,
+    needs(optional(text("priceK", "Kept, and not used.")).keptIn(&Place::priceK),
+          optional(text("pinPrice", "Kept, and not used.")).keptIn(&Place::pinPrice),
+          optional(text("ProjectPath", "Not used: the page is one of the active design.")),
+          text("Page", "Name of the page.")),
+    calls("getSelectPart"), answers(), "Has the selected parts of a page offered as a module."},
+  {"ClearCurrentDesign", clearCurrentDesign, needs(), calls("ClearCurrentDesign"), answers(),
+    "Clears the current design."},
+  {"PlaceDsnLibPartModule", placeDsnLibPartModule,
+    needs(textOrNumber("PartIndex", "Which section of the part, counted from 0; getSelfUserId answers it from then on.")
+              .keptIn(&Place::PartIndex),
+          optional(text("Designator", "Letter of the section; empty when the part has one section."))
+              .keptIn(&Place::selfModule),
+          modulePath,
+          textOrNumber("ViewBoxWidth", "Width of the outline that the user drags, in the host's units."),
+          textOrNumber("ViewBoxHeight", "Height of that outline."),
+          optional(text("packageName", "Becomes the property PCB Footprint.")).keptIn(&Place::packageName),
+          optional(text("PartNumber", "Becomes the property Part Number.")).keptIn(&Place::PartNumber),
+          text("PartName", "Part of the library to place; becomes the property Part Name.").keptIn(&Place::PartName),
+          optional(text("prefix", "Letters of the reference designator, such as U; the host numbers it."))
+              .keptIn(&Place::prefix),
+          optional(text("value", "Becomes the property Value.")).keptIn(&Place::value),
+          optional(text("cateId", "Kept, and not used.")).keptIn(&Place::cateId),
+          optional(text("companyId", "Kept, and not used.")).keptIn(&Place::companyId),
+          optional(text("Package", "Package of the placed part; packageName when it is empty."))
+              .keptIn(&Place::package)),
+    calls("MenuCommand", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox", "placeLibPart", "setPinNum",
+          "setPlaceMarketFlag", "PlaceNew"),
+    placed, "Has the user place one part of a downloaded library.", placing},
+  {"PlaceDSNModule", placeDsnModule,
+    needs(optional(text("sumPins", "Kept, and not used.")).keptIn(&Place::sumPins),
+          optional(text("price", "Kept, and not used.")).keptIn(&Place::price),
+          modulePath,
+          optional(text("dsnBmpPath", "Path of a picture of the module, which goes with the next upload."))
+              .keptIn(&Place::dsnBmpPath),
+          optional(text("uploadResId", "Identifier of the module; placed objects get it as MarketResID."))
+              .keptIn(&Place::uploadResId),
+          optional(text("uploadUserId", "Who uploaded it; placed objects get it as MarketUserID."))
+              .keptIn(&Place::uploadUserId),
+          optional(text("selfModule", "1 when it is the user's own: then it may set any property, else the host's."))
+              .keptIn(&Place::selfModule)),
+    calls("IsSchematicViewActive", "UnSelectAll", "placeLibPart", "setPinNum", "setPlaceMarketFlag", "PlaceNew"),
+    placed, "Has the user place a downloaded module.", placing},
+  {"GenerateBOM", generateBom,
+    needs(designPath,
+          optional(text("PartNumberKey", "Property that is the part number; Part Number when it is empty.")),
+          optional(text("PartNameKey", "Property that is the part name; Part Name when it is empty."))),
+    calls("GetProductVersion", "generateBOMForPath", "::capGenerateBOMUtil::getStickList",
+          "::capGenerateBOMUtil::getNotStickList", "::capGenerateBOMUtil::getNoPartNumberList"),
+    answers(objects("Stick", bomLine, "Parts that are fitted."),
+            objects("NotStick", bomLine, "Parts that are not fitted."),
+            objects("NotPartNumber", bomLine, "Parts without a part number, whatever other list they are in.")),
+    "Makes the bill of materials and answers its three lists."},
+  {"JumpToPartRef", jumpToPartRef,
+    needs(optional(text("ProjectPath", "Full path of an open design. Without it the request is refused.")),
+          optional(text("PartRef", "Reference designator. Without it the request fails."))),
+    calls("gotoLocation"),
+    answers().orFails("\"No PartRef\" without one, \"exec error\" when the host's procedure ends in an error."),
+    "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
+  {"CheckOpenState", checkOpenState,
+    needs(text("ProjectPath", "Full path of a design; either separator and either case will do.")), calls("InitPath"),
+    answers(text("State", "Whether the host has it open.").oneOf("Open|Close")),
+    "Tells whether a design is open in the host."},
+  {"SwitchStickOrNotStick", switchStickOrNotStick, needs(), calls("switchStickOrNotStick"),
+    answers(text("ErrInfo", "What the host answered.")), "Switches the selected parts' fitting."},
+  {"SetToNotStick", setToNotStick, needs(designPath, objects("item", reference, "The parts to mark.")),
+    calls("setRefToNotUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as not fitted."},
+  {"SetToStick", setToStick, needs(designPath, objects("item", reference, "The parts to mark.")),
+    calls("setRefToUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as fitted."},
+  {"Cancel", cancel, needs(designPath), calls(),
+    answers(text("ExitCommand", "The path between double quotes, in UTF-8.")),
+    "Answers the path with which the host ends its view."},
+  {"ExitBomViewMode", exitBomViewMode, needs(designPath),
+    calls("LockBomView", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Leaves the BOM view."},
+  {"EnterBomViewMode", enterBomViewMode,
+    needs(designPath, texts("Stick", "Reference designators of the parts that are fitted; all others are not.")),
+    calls("setAllNotStick", "setEnterViewMode", "LockBomView", "saveFile", "ZoomIn", "ZoomOut"), answers(),
+    "Enters the BOM view with the given parts fitted."},
+  {"GetPartPropertyList", getPartPropertyList, needs(designPath), calls("getAllPropertyName"),
+    answers(text("PartNameProperty", "Property that is the part name unless GenerateBOM is given another.")
+                .oneOf("Part Name"),
+            text("PartNumberProperty", "Property that is the part number unless GenerateBOM is given another.")
+                .oneOf("Part Number"),
+            texts("PropertyList", "Names of all properties of the design's parts."))
+        .withEmptyErrInfo().orFails("The host's error, or nothing when there is no property."),
+    "Lists the property names of a design."},
+  {"SetNewGuid", setNewGuid, needs(designPath), calls("getGuid"),
+    answers(text("Guid", "The new identifier, as the host gave it."))
+        .withEmptyErrInfo().orFails("The host's error, or its answer that begins with Invalid."),
+    "Gives a design a new identifier."},
+  {"CreateSVG", createSvg, needs(designPath), calls("convertToSVG"),
+    answers(text("SVGPath", "Folder of the page files: Cache\\Output below the project's folder."),
+            text("PreviewPic", "Preview.bmp in that folder, whether or not there is such a file."))
+        .withEmptyErrInfo().orFails("The host's error, or nothing when it answered nothing."),
+    "Exports the drawings of a design."},
+  {"CloseOrcad", closeOrcad, needs(), calls("Exit"), answersNothing(), "Closes the host."},
+};
+static_assert(namesDiffer(companionRows), "two rows of one name");
+
+// --- what the link thread asks -------------------------------------------------------------------------------------
+
+constexpr Answer firstDesign = answers(text("ProjectPath", "Path of the first open design, as the host gave it."))
+    .orFails("\"No file!\": no design is open.");
+
+constexpr HandlerRow threadRows[] = {
+  {"GetNetsList", getNetsList, needs(text("ProjectPath", "Full path of an open design.")),
+    calls("GetNetsList"),
+    answers(text("netlistsFile", "Full path of the nets' file: Cache\\Nets.txt below the project's folder."),
+            text("datFile", "What the host answered."))
+        .orFails("The host's error or its answer that begins with Error; \"File not exist\" when it wrote no file."),
+    "Writes the nets of a design into a file and names it."},
+  {"getDsnPinCount", getDsnPinCount,
+    needs(optional(text("ProjectPath", "Path of an open design. It may stand beside \"Command\" instead."))),
+    calls("getDsnPinCount"),
+    answers(text("PinCount", "Number of pins in decimal digits, or -1 when the host does not have the design.")),
+    "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host does "
+    "not have it."},
+  {"GetNewOpenPath", getNewOpenPath, needs(), calls("InitPath"),
+    answers(optional(text("ProjectPath", "Path of the first open design not yet reported, as the host gave it.")),
+            text("CloseFile", "Paths of the reported designs that are no longer open, with ; between them."))
+        .orFails("\"No file!\": no design is open."),
+    "Names the first open design not yet reported, and the reported ones that were closed."},
+  {"FileStatus", fileStatus,
+    needs(optional(text("Status", "What happened to the design.").oneOf("Open|Save|Close")),
+          optional(text("FileName", "Full path of the design. Without it or \"Status\" nothing is passed on.")),
+          optional(text("*", "Passed on as it is."))),
+    calls("InitPath", "sendPacketGlobalHandle"), firstDesign,
+    "Passes a design's status on to the companion and lists the open designs again."},
+  {"creatClient", creatClient, needs(), calls("creatClient"),
+    answers().orFails("\"creat client failed!\": the host answered something else than 0."),
+    "Has the host's scripts connect to the companion."},
+};
+static_assert(namesDiffer(threadRows), "two rows of one name");
+// clang-format on
+
+}  // namespace
+
+std::span<const HandlerRow> companionHandlers() {
+  return companionRows;
+}
+
+std::span<const HandlerRow> threadHandlers() {
+  return threadRows;
+}
+
+}  // namespace vernoxa

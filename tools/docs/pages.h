@@ -1,0 +1,12 @@
+// The reference pages, out of the tables that the plug-in runs on.
+#pragma once
+
+#include <string>
+
+namespace vernoxa {
+
+std::string messagePage();
+std::string commandPage();
+std::string procedurePage();
+
+}  // namespace vernoxa
