@@ -1,39 +1,6 @@
-# Every row of both command tables through the packet doors: the scripts that the host sees, raw, and the replies, byte
-# for byte. Runs in any interpreter that has the plug-in's commands: the native test program, or Tcl under Wine.
-
-set passed 0
-set failures {}
-
-# The raw text of the command that called the host procedure, before Tcl substituted anything.
-proc recordScript {} {
-  lappend ::scripts [dict get [info frame -2] cmd]
-}
-
-proc answerTo {name} {
-  set answer [expr {[dict exists $::answers $name] ? [dict get $::answers $name] : ""}]
-  if {[string match "error *" $answer]} {
-    return -code error [string range $answer 6 end]
-  }
-  return $answer
-}
-
-foreach name {
-  GetActiveProPages KX_PlaceWirePort KX_PlaceWireOffPage ReplaceRefAndValue RenameRef GetOlbObjectPackage GetAllPackage
-  GetOlbAllPackage RunCheck RunCheckActiveProj JumpToDsn AutoDeal getSelectPart ClearCurrentDesign GetProductVersion
-  generateBOMForPath gotoLocation InitPath switchStickOrNotStick setRefToNotUse setRefToUse saveFile ZoomIn ZoomOut
-  LockBomView setAllNotStick setEnterViewMode getAllPropertyName getGuid convertToSVG Exit GetNetsList getDsnPinCount
-  creatClient sendPacketGlobalHandle ::capGenerateBOMUtil::getStickList ::capGenerateBOMUtil::getNotStickList
-  ::capGenerateBOMUtil::getNoPartNumberList
-} {
-  namespace eval ::capGenerateBOMUtil {}
-  proc $name args [format {recordScript; answerTo %s} [list $name]]
-}
-
-# The three joined texts name commands that do not exist.
-proc unknown args {
-  recordScript
-  return -code error "invalid command name"
-}
+# Every row of both request tables through the packet doors: the scripts that the host sees, raw, and the replies, byte
+# for byte. Runs in any interpreter that has the plug-in's commands: the native test program, or Tcl under Wine. The host
+# is that of rows_host.tcl.
 
 proc hex {text} {
   return [binary encode hex [encoding convertto cp936 $text]]
@@ -56,7 +23,9 @@ proc row {door request answers scripts reply} {
   set stands [list BASE [string map {\\ \\\\} $::base]]
   set ::answers $answers
   set ::scripts {}
+  set ::caller [list $door [expr {[regexp {"Command":"(\w+)"} $request all name] ? $name : ""}]]
   set got [unhex [$door [hex $request]]]
+  lappend ::replied $::caller $got
   check "$request: reply" $got [string map $stands $reply]
   check "$request: scripts" [join $::scripts \n] [string map $stands [join $scripts \n]]
 }
@@ -199,8 +168,3 @@ thread GetNetsList $path {GetNetsList {Error: no nets}} [list "GetNetsList $doub
 row packetParser {{"Command":"FileStatus_EndResult","Data":{"Path":"C:\\学院"}}} {} {} ""
 thread GetNetsList $path {GetNetsList done} [list "GetNetsList $doubled \"C:\\\\学院\\\\Cache\\\\Nets.txt\""] {{"Data":{},%"1","ErrInfo":"File not exist"}}
 row packetParser "{\"Command\":\"FileStatus_EndResult\",\"Data\":{\"Path\":\"[string map {\\ \\\\} $base]\"}}" {} {} ""
-
-foreach failure $failures {
-  puts stderr $failure
-}
-puts "$passed passed, [llength $failures] failed"

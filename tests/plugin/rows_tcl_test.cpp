@@ -1,4 +1,4 @@
-// The rows of both command tables natively, under the sanitizers.
+// The rows of both request tables natively, under the sanitizers, and protocol.json against them.
 #include <gtest/gtest.h>
 #include <tcl.h>
 
@@ -10,18 +10,25 @@
 namespace vernoxa {
 namespace {
 
+// A script that evaluates one of the files, which are in UTF-8.
+std::string readScript(const char* name) {
+  return std::string("eval [readUtf8 {" TEST_SOURCE_FOLDER "/tests/plugin/") + name + "}]\n";
+}
+
 TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   TclInterp interp;
   FakeWorld fake;
   World world = fake.world();
   PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world, pathOf("C:\\App\\bin")), nullptr,
                 [](std::shared_ptr<Session>) {}};
+  fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+  fake.files.addFile("C:\\App\\module.json", R"({"children":[{"name":"Part"}],"lib":[{"Name":"RES"}]})");
+  const auto host = interp.evaluate("set base {C:\\App}; set repository {" TEST_SOURCE_FOLDER
+                                    "}; source $repository/tests/plugin/rows_host.tcl");
+  ASSERT_EQ(host.status, TCL_OK) << host.text;
   startUp(interp.get(), plugIn);
-  const auto run = interp.evaluate(
-      "set base {C:\\App}; set channel [open {" TEST_SOURCE_FOLDER
-      "/tests/plugin/rows.tcl}]; fconfigure $channel -encoding utf-8; eval [read $channel]; close $channel; "
-      "join $failures \\n");
-  EXPECT_EQ(run.status, TCL_OK);
+  const auto run = interp.evaluate(readScript("rows.tcl") + readScript("rows_protocol.tcl") + "join $failures \\n");
+  EXPECT_EQ(run.status, TCL_OK) << interp.evaluate("set errorInfo").text;
   EXPECT_EQ(run.text, "");
   setActivePlugIn(nullptr);
 }

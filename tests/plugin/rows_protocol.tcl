@@ -1,0 +1,189 @@
+# docs/protocol.json held against the plug-in: what it calls needed is refused when it is missing, nothing is called or
+# answered that does not stand there, and all that stands there happens. After rows.tcl, whose calls and replies count.
+
+# The names of members in a message, and those that a list of documented members allows: optional ones need not be there.
+proc checkMembers {what object members} {
+  set expected {}
+  foreach member $members {
+    set name [dict get $member name]
+    if {$name eq "*"} {
+      return
+    }
+    if {[dict get $member needed] || [dict exists $object $name]} {
+      lappend expected $name
+    }
+  }
+  check "$what: members" [dict keys $object] $expected
+  foreach member $members {
+    set name [dict get $member name]
+    if {[dict exists $member values] && [dict exists $object $name]} {
+      check "$what: value of $name" [expr {[dict get $object $name] in [dict get $member values]}] 1
+    }
+    if {[dict exists $member items members] && [dict exists $object $name]} {
+      foreach item [dict get $object $name] {
+        checkMembers "$what: $name" $item [dict get $member items members]
+      }
+    }
+  }
+}
+
+proc checkReply {request reply} {
+  set what "answer to [dict get $request name]"
+  set answer [dict get $request answer]
+  if {$answer eq "null"} {
+    check $what $reply ""
+    return
+  }
+  set message [::json::json2dict $reply]
+  set data [dict get $message Data]
+  if {[dict get $message Result] eq "0"} {
+    set end [expr {[dict get $answer emptyErrInfo] ? "ErrInfo" : ""}]
+    check "$what: envelope" [dict keys $message] [concat Data Command Result $end]
+    checkMembers $what $data [dict get $answer data]
+    return
+  }
+  set inData [expr {[dict get $answer failure errInfoIn] eq "Data"}]
+  check "$what: failure" [list [dict keys $data] [dict exists $message ErrInfo]] \
+      [list [expr {$inData ? "ErrInfo" : ""}] [expr {!$inData}]]
+}
+
+# --- requests ------------------------------------------------------------------------------------------------------
+
+proc ask {request data} {
+  set ::scripts {}
+  set ::caller [list [dict get $request endpoint] [dict get $request name]]
+  return [unhex [[dict get $request endpoint] \
+      [hex "{\"Command\":\"[dict get $request name]\",\"Data\":{[join $data ,]}}"]]]
+}
+
+proc withoutWhatIsNeeded {request} {
+  set values {text {"C:\\a.dsn"} number 3 textOrNumber 3 array {[]}}
+  set good {}
+  foreach member [dict get $request members] {
+    if {[dict get $member needed]} {
+      dict set good [dict get $member name] [dict get $values [dict get $member kind]]
+    }
+  }
+  set members [dict keys $good]
+  foreach spoilt $members {
+    foreach value {"" true} {
+      set data [lmap {name fine} $good {
+        if {$name eq $spoilt && $value eq ""} continue
+        string cat \" $name \": [expr {$name eq $spoilt ? $value : $fine}]
+      }]
+      set what "[dict get $request name] with $spoilt [expr {$value eq "" ? "missing" : $value}]"
+      check $what [ask $request $data] [refused [dict get $request name] [dict get $request refusal]]
+      check "$what: scripts" $::scripts {}
+    }
+  }
+  if {[llength $members]} {
+    set reply [ask $request [lmap {name fine} $good {string cat \" $name \": $fine}]]
+    check "[dict get $request name] with what it needs is refused" [string match "*[dict get $request refusal]*" $reply] 0
+  }
+}
+
+foreach request [dict get $protocol requests] {
+  withoutWhatIsNeeded $request
+  dict set requests [list [dict get $request endpoint] [dict get $request name]] $request
+}
+
+# Placing, whose scripts name libraries at random.
+set answers {IsSchematicViewActive 1}
+set module "\"dsnDatPath\":\"[string map {\\ \\\\} $base]\\\\module.json\""
+foreach name {PlaceDsnLibPartModule PlaceDSNModule} {
+  set request [dict get $requests [list packetParser $name]]
+  set reply [ask $request [list $module {"PartIndex":0,"ViewBoxWidth":10,"ViewBoxHeight":10,"PartName":"RES"}]]
+  lappend replied $caller $reply
+}
+
+foreach {caller reply} $replied {
+  if {[dict exists $requests $caller] && ![string match "*command*error*" $reply]} {
+    checkReply [dict get $requests $caller] $reply
+  }
+}
+
+# --- commands ------------------------------------------------------------------------------------------------------
+
+# What was sent or answered: a message, or nothing.
+proc messageIn {packet} {
+  return [expr {[regexp {^(7b[0-9a-f]*7d)$} $packet] ? [::json::json2dict [unhex $packet]] : ""}]
+}
+
+proc checkMessage {command packet} {
+  set message [messageIn $packet]
+  set documented 0
+  foreach row [dict get $::protocol messages] {
+    if {[dict get $row name] eq [dict get $message Command] && $command in [dict get $row sentBy]} {
+      check "$command: envelope" [dict keys $message] [dict get $row envelope]
+      incr documented
+      if {[dict exists $message Data]} {
+        checkMembers "$command: [dict get $row name]" [dict get $message Data] [dict get $row data]
+      }
+    }
+  }
+  check "$command: documented messages like $message" $documented 1
+}
+
+proc command {name args} {
+  set ::scripts {}
+  set ::caller [list command $name]
+  dict update ::called $::caller procedures {append procedures ""}
+  set result [{*}[list $name {*}$args]]
+  foreach script $::scripts {
+    if {[regexp {^sendPacketGlobalHandle "(.*)"$} $script all packet]} {
+      checkMessage $name $packet
+    }
+  }
+  set row [dict get $::commands $name]
+  switch [dict get $row answer kind] {
+    nothing {check "$name: answers nothing" $result ""}
+    packetText {checkMessage $name $result}
+    plain {check "$name: answers no packet text" [messageIn $result] ""}
+  }
+}
+
+set commands {}
+foreach row [dict get $protocol commands] {
+  dict set commands [dict get $row name] $row
+}
+set record {Text 1 2 电阻器 3 9 0 0}
+set line {{x;10k;R1;RES;0603;2}}
+set finding {R1 R2 top main 300 200}
+foreach call [list \
+    {ReadOpenPath C:/a.dsn} {sendSaveFile C:/a.dsn} {sendCloseFile C:/a.dsn} tryUpdateBom [list sendAddToBom $line] \
+    [list sendRemoveFromBom $line] getOpenFileCount getGenerateGuid selectAddOrRemoveFromBom serverLinkBreak initSVGList \
+    {addToPageList {Page P 1 2 K}} [list addToPageList $record] initSVGList {addToPageList {Page P 1 2 K}} \
+    {addToLibList {Name S}} [list addToLibList $record] {outputSVGFile {top P {} {} K}} initMarketFile \
+    {addMarketPartList {Junction 1 2}} {addMarketLibList {Name RES}} {outputMarketFile m 10 20 0} \
+    {sendUploadMarket 2 1 0 {1,R1,RES;2,R2} {N1;N2} {k}} getOlbPath getNewOlbPath [list sendRefRepetition NoRefNum {*}$finding] \
+    sendRefRepetition [list sendIllegalChar {*}$finding] sendIllegalChar [list sendPinNC {*}$finding] sendPinNC \
+    [list sendNetlist ValueDiff {*}$finding] sendNetlist {sendOlbPackageInfo {{Value 10k}}} \
+    {sendDsnPackageInfo {{Value 10k}}} {sendOlbObjectPackageInfo {{Value 10k}}} {checkCharIllegal R1} initGraphicFile \
+    {addGraphicLibList {Name S}} {outputGraphicFile g} PlacePartProperty] {
+  command {*}$call
+}
+ask [dict get $requests {packetParser PlaceDSNModule}] [list $module]
+command placeMarketPart
+command removeDatFile
+
+# --- all that was called, and nothing else -------------------------------------------------------------------------
+
+foreach request [dict get $protocol requests] {
+  set caller [list [dict get $request endpoint] [dict get $request name]]
+  set seen [expr {[dict exists $called $caller] ? [dict keys [dict get $called $caller]] : ""}]
+  check "procedures called by $caller" [lsort $seen] [lsort [dict get $request calls]]
+}
+foreach {name row} $commands {
+  if {[dict exists $called [list command $name]]} {
+    check "procedures called by $name" [lsort [dict keys [dict get $called [list command $name]]]] \
+        [lsort [dict get $row calls]]
+  } else {
+    check "procedures called by $name, which this does not call" [dict get $row calls] ""
+  }
+}
+foreach procedure [dict get $protocol procedures] {
+  set name [dict get $procedure name]
+  set callers [dict get $procedure calledBy]
+  check "$name is called when the plug-in is loaded" [dict exists $called load $name] [expr {!![dict get $callers load]}]
+  check "$name has a caller" [expr {[dict get $callers load] || [join [dict values [dict remove $callers load]]] ne ""}] 1
+}
