@@ -25,8 +25,8 @@ consteval Few<Member, 2> expects(Each... members) {
 constexpr Member fileName = text("FileName", "Full path of the design.");
 constexpr Member processId = text("Pid", "The host's process id, in decimal digits.");
 constexpr Member hostPath = text("AllegroPath", "Full path of the host's Capture.exe; empty when it was not found.");
-constexpr Few<Member, 2> projectFolder =
-    expects(text("Path", "The project's folder: Cache is kept there from now on. Empty: it stays where it was."));
+constexpr Few<Member, 2> projectFolder = expects(
+    text("Path", "The project's folder: Cache is kept there until another answer names one. Empty: as before."));
 
 constexpr std::array part = {
     text("Id", "Number of the part in the module."),
@@ -72,7 +72,7 @@ constexpr MessageRow table[] = {
           text("ViewBox", "Always empty.").oneOf(""), text("Sch", "Name of the schematic.")),
     "One finding of a design check."},
   {"DsnCheck_EndResult", "", from("sendRefRepetition", "sendIllegalChar", "sendPinNC", "sendNetlist"),
-    "Command Data Result ErrInfo", holds(checkId), "A design check is over."},
+    "Command Data Result ErrInfo", holds(checkId), "One of the four checks is over; each run of a check sends it once."},
   {"SelectModule_EndResult", "upload", from("sendUploadMarket"), "Data Command Result",
     holds(text("dsnBmpPath", "Full path of a picture of the module; empty when there is none."),
           text("dsnDatPath", "Full path of the module file."), objects("Part", part, "The parts."),

@@ -162,7 +162,7 @@ std::string messagePage() {
   Page page;
   page << "# Messages\n\n"
        << printed << " For programs: [protocol.json](protocol.json).\n\n"
-       << "A message is a JSON object with \"Command\" and \"Data\" in the code page (GBK). A member of a request that "
+       << "A message is a JSON object with \"Command\" and \"Data\" in the code page. A member of a request that "
           "is "
           "not\noptional is needed: without it, or with one of another kind, nothing is evaluated and the reply is "
           "\"command error\"\n(\"command1 error\" to the link thread). A whole number may be a JSON number, whose "

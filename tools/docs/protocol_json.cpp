@@ -212,7 +212,7 @@ Json linkJson() {
   json.add("frame", "The packet text's length in four bytes, unsigned and little-endian, then the packet text.");
   json.add("packetText",
            "Each byte of the message as two hexadecimal digits, lower case when the plug-in writes them.");
-  json.add("message", "A JSON object, its texts in the code page (936).");
+  json.add("message", "A JSON object, its texts in the code page of the machine's Windows, such as 936.");
   json.add("replySuffix", std::string(replySuffix));
   return json;
 }
