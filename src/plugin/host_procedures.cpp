@@ -52,7 +52,9 @@ constexpr HostProcedure table[] = {
   {"GetProductVersion", given(), "The version; 16.3 and 16.5 are hosts that give texts in the code page.",
     "Tells the host's version.", atLoad},
   {"InitPath", given(), "Full paths of all open files, with ; between them.", "Lists what is open in the host."},
-  {"getDsnPinCount", given(path), "Number of pins, or -1 when the design is not open.", "Counts the pins of a design."},
+  {"getDsnPinCount",
+    given(argument("path", "Full path in double quotes, each backslash doubled; ReadOpenPath leaves them single.")),
+    "Number of pins, or -1 when the design is not open.", "Counts the pins of a design."},
   {"GetActiveProPages", given(),
     "A list of open projects, each a list of its path and its pages' names. Empty or an error: the request fails.",
     "Lists the open projects with their pages."},
@@ -138,7 +140,8 @@ constexpr HostProcedure table[] = {
   // the editor's menus
   {"RegisterAction", given(argument("name", "Name of the action."),
       argument("enable", "Procedure that tells if it can be."), argument("key", "Its key."),
-      argument("handler", "Procedure that carries it out."), argument("view", "Where it belongs.")), notLookedAt, "Makes an action of the editor.", atLoad},
+      argument("handler", "Procedure that carries it out."), argument("view", "Where it belongs.")), notLookedAt,
+    "Makes an action of the editor.", atLoad},
   {"InsertXMLMenu", given(argument("menu", "List of the menu's entries.")), notLookedAt, "Makes a menu.", atLoad},
 };
 // clang-format on

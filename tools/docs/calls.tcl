@@ -11,13 +11,24 @@ namespace eval ::calls {
 }
 
 proc ::calls::note {kind text} {
+    if {$::calls::channel eq ""} {
+        return
+    }
     puts $::calls::channel [string trimright "$kind [string map [list \\ {\\} \n {\n} \r {\r}] $text]"]
 }
 
+# The companion is asked only while there is a connection.
+waitLink
+
+# Nothing leaves the host; whoever traces the procedure goes on doing so.
+set traces [trace info execution ::sendPacketGlobalHandle]
 rename ::sendPacketGlobalHandle ::calls::send
 proc ::sendPacketGlobalHandle {text} {
     ::calls::note sent $text
     return 0
+}
+foreach trace $traces {
+    trace add execution ::sendPacketGlobalHandle {*}$trace
 }
 
 proc call {words} {
@@ -39,7 +50,6 @@ call [list ReadOpenPath $path]
 call [list sendSaveFile $path]
 call [list sendCloseFile {C:\designs\old.dsn}]
 call {getOpenFileCount}
-call {serverLinkBreak}
 call {tryUpdateBom}
 call {sendAddToBom {{x;10k;R1;RES;0603;2}}}
 call {sendRemoveFromBom {{A-100;4.7uF;C3;CAP;0805;2}}}
@@ -84,6 +94,7 @@ call {sendOlbObjectPackageInfo {{Value 10k}}}
 call {getSelfUserId}
 call {GetResPath 1}
 call {GetMousePosition}
+call {serverLinkBreak}
 
 uncalled SelectJumpPart "waits for the user's choice"
 uncalled outputWarming "shows a message box"
@@ -97,4 +108,51 @@ uncalled PlacePartProperty "needs a part that was just placed"
 uncalled execTool "starts a program"
 
 close $::calls::channel
-quit
+set ::calls::channel ""
+
+# Requests, for the sake of the host's procedures that they call; procedures.tcl notes those.
+proc ask {command {data ""} {endpoint packetParser}} {
+    $endpoint [binary encode hex "{\"Command\":\"$command\",\"Data\":{$data}}"]
+}
+
+set path [string map {\\ /} $path]
+set library [file dirname $path]/parts.olb
+writeLibrary $library
+set design "\"ProjectPath\":\"$path\""
+set ofLibrary "\"ProjectPath\":\"$library\""
+set parts {"item":[{"PartRef":"R6"}]}
+ask GetActiveProPages
+ask JumpToDsn "$design,\"PageName\":\"power\",\"PagePos\":\"300 200\",\"Sch\":\"SCHEMATIC1\""
+ask JumpToPartRef "$design,\"PartRef\":\"R6\""
+ask GenerateBOM $design
+ask SetToNotStick $design,$parts
+ask SetToStick $design,$parts
+ask EnterBomViewMode "$design,\"Stick\":\[\"R6\",\"C6\"\]"
+ask ExitBomViewMode $design
+select R6
+ask SwitchStickOrNotStick
+ask GetPartPropertyList $design
+ask SetNewGuid $design
+ask AutoDealwithDsn "$design,\"id\":\"1001\",\"choice\":\"keep\""
+ask DsnCheck $design
+ask DsnCheckActiveProj $design
+ask GetDsnAllPackageInfo $design
+ask GetOlbAllPackageInfo $ofLibrary
+ask GetOlbObjectPackageInfo "$ofLibrary,\"ObjName\":\"R\""
+ask SetPlacePortType {"Type":0}
+ask SetPlaceOffpageType {"Type":0}
+ask AdjustRefAndValue
+ask CreateSVG $design
+ask GetNetsList $design packetParserForPthread
+ask getDsnPinCount $design packetParserForPthread
+ask GetNewOpenPath {} packetParserForPthread
+select R6
+ask SelectModule {"Page":"power"}
+set module "\"dsnDatPath\":\"[string map {\\ /} [outputMarketFile x 0 0 0]]\""
+ask PlaceDsnLibPartModule "$module,\"PartIndex\":0,\"ViewBoxWidth\":100,\"ViewBoxHeight\":100,\"PartName\":\"R\",\"value\":\"10k\""
+PlacePartProperty
+ask PlaceDSNModule $module
+placeMarketPart
+ask RenameRef {"Type":0}
+ask ClearCurrentDesign
+ask CloseOrcad

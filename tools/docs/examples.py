@@ -1,8 +1,10 @@
 #!/usr/bin/python3
-"""Prints examples into docs/for-companion-authors.md and docs/for-script-authors.md, between their marks.
+"""Prints examples into docs/for-companion-authors.md, docs/for-script-authors.md and docs/host-procedures.md, between
+their marks.
 
-Messages come out of the recorded conversations in tests/conversations, calls and their answers out of a run of calls.tcl
-in the stand-in host (kept in calls.txt, so that only --run needs the plug-in).
+Messages come out of the recorded conversations in tests/conversations, calls of commands and of the host's procedures out
+of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt and procedures.txt, so that only --run
+needs the plug-in).
 
     examples.py            writes the pages
     examples.py --check    exit 1 when a page differs from what would be written
@@ -27,6 +29,7 @@ from companion.catalogue import ANSWERED, COMMANDS, PROTOCOL, QUERIES, REPLY_SUF
 
 DOCS = REPOSITORY / "docs"
 CALLS = pathlib.Path(__file__).with_name("calls.txt")
+PROCEDURES = pathlib.Path(__file__).with_name("procedures.txt")
 MOST_ITEMS = 2
 LONGEST_RESULT = 110
 
@@ -158,26 +161,88 @@ def run_calls() -> None:
 
     class Calls(performance.Performance):
         def command_line(self, designs):
-            script = self.installation.root / "calls.tcl"
-            self.out = self.installation.root / "calls.txt"
-            calls = (REPOSITORY / "tools" / "docs" / "calls.tcl").read_text(encoding="utf-8")
-            script.write_text(f"namespace eval ::calls {{variable file {{{paths.to_windows(self.out)}}}}}\n" + calls, "utf-8")
-            return super().command_line(designs) + ["-commands", paths.to_windows(script)]
+            words = super().command_line(designs)
+            for name, option in (("procedures", "-with"), ("calls", "-commands")):
+                script = self.written(name).with_suffix(".tcl")
+                file = paths.to_windows(self.written(name))
+                code = pathlib.Path(__file__).with_name(script.name).read_text(encoding="utf-8")
+                script.write_text(f"namespace eval ::{name} {{variable file {{{file}}}}}\n{code}", "utf-8")
+                words += [option, paths.to_windows(script)]
+            return words
+
+        def written(self, name: str) -> pathlib.Path:
+            return self.installation.root / f"{name}.txt"
 
     async def run() -> None:
         designs = [Design.parse("microphone/power.kicad_sch as design\\power.dsn")]
         async with Calls(REPOSITORY / "build" / "windows" / "Vernoxa64.dll", designs, Answers()) as calls:
             await calls.ended(60)
-            root = calls.root
-            # Packets carry the root in their digits.
-            lines = calls.out.read_text(encoding="utf-8")
-            for before, after in ((root, ROOT), (root.replace("\\", "/"), ROOT.replace("\\", "/")),
-                                  (root.replace("\\", "\\\\"), ROOT.replace("\\", "\\\\"))):
-                lines = lines.replace(before, after)
-                lines = lines.replace(before.encode().hex(), after.encode().hex())
-            CALLS.write_text(lines, encoding="utf-8", newline="\n")
+            CALLS.write_text(moved(calls.written("calls"), calls.root), encoding="utf-8", newline="\n")
+            noted = _best_calls(moved(calls.written("procedures"), calls.root).rstrip("\n").split("\n"))
+            PROCEDURES.write_text(noted, encoding="utf-8", newline="\n")
+
+    def moved(file: pathlib.Path, root: str) -> str:
+        """Below the root of the records; packets carry it in their digits."""
+        lines = file.read_text(encoding="utf-8")
+        for before, after in ((root, ROOT), (root.replace("\\", "/"), ROOT.replace("\\", "/")),
+                              (root.replace("\\", "\\\\"), ROOT.replace("\\", "\\\\"))):
+            lines = lines.replace(before, after)
+            lines = lines.replace(before.encode().hex(), after.encode().hex())
+        return lines
 
     asyncio.run(run())
+
+
+def _best_calls(lines: list[str]) -> str:
+    """The first call of each procedure that was answered and can be shown, out of the lines of procedures.tcl."""
+    open_calls: dict[str, list[list[str]]] = {}
+    calls: dict[str, list[list[str]]] = {}
+    for line in lines:
+        kind, _, name = line.partition(" ")
+        name = name.split(" ", 1)[0]
+        if kind == "called":
+            open_calls.setdefault(name, []).append([line])
+            calls.setdefault(name, []).append(open_calls[name][-1])
+        else:
+            open_calls[name].pop().append(line)
+    kept = []
+    for procedure in PROTOCOL["procedures"]:
+        found = calls.get(procedure["name"].removeprefix("::"), [])
+        kept += min(found, key=lambda call: (not call[-1].startswith("answered"), not call[0].isprintable()), default=[])
+    return "".join(f"{line.rstrip()}\n" for line in kept)
+
+
+def procedures_page() -> str:
+    """Every procedure of the host, with its call out of the run."""
+    seen: dict[str, str] = {}
+    for line in PROCEDURES.read_text(encoding="utf-8").splitlines():
+        kind, name, text = (line.rstrip() + "  ").split(" ", 2)
+        text = _unescaped(text.strip())
+        if kind == "called":
+            seen[name] = f"{name} {_cut(text)}".rstrip()
+        else:
+            seen[name] += f"\n  {'answers' if kind == 'answered' else 'ends in the error'} {_cut(text) or 'nothing'}"
+    text = ""
+    for procedure in PROTOCOL["procedures"]:
+        text += f"### {procedure['name']}\n\n{procedure['purpose']}\n\n"
+        if procedure["arguments"]:
+            text += "| Argument | Meaning |\n|---|---|\n"
+            for argument in procedure["arguments"]:
+                text += f"| `{argument['name']}`{', optional' * argument['optional']} | {argument['meaning']} |\n"
+            text += "\n"
+        text += f"Answer: {procedure['answer']}\n\nCalled by {_callers(procedure['calledBy'])}.\n\n"
+        example = seen.get(procedure["name"].removeprefix("::"))
+        text += f"```\n{example}\n```\n\n" if example else ""
+    return text
+
+
+def _callers(callers: dict) -> str:
+    names = [f"`{name}`" for side in ("companion", "linkThread", "commands") for name in callers[side]]
+    return ", ".join(["loading the plug-in"] * callers["load"] + names)
+
+
+def _unescaped(text: str) -> str:
+    return re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)
 
 
 def calls_page() -> str:
@@ -187,7 +252,7 @@ def calls_page() -> str:
     call, sent = "", []
     for line in CALLS.read_text(encoding="utf-8").splitlines():
         kind, _, text = line.partition(" ")
-        text = re.sub(r"\\(.)", lambda found: {"n": "\n", "r": ""}.get(found[1], found[1]), text)
+        text = _unescaped(text)
         if kind == "call":
             call, sent = text, []
         elif kind == "sent":
@@ -254,6 +319,7 @@ def main() -> int:
             "told": told_page(recorded),
         },
         DOCS / "for-script-authors.md": {"calls": calls_page()},
+        DOCS / "host-procedures.md": {"procedures": procedures_page()},
     }
     if recorded.missing:
         sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: tools/replay/replay --record")

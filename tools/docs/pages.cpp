@@ -1,6 +1,5 @@
 #include "pages.h"
 
-#include <algorithm>
 #include <array>
 #include <span>
 #include <sstream>
@@ -8,7 +7,6 @@
 
 #include "dispatch/handler.h"
 #include "plugin/command_table.h"
-#include "plugin/host_procedures.h"
 #include "plugin/message_table.h"
 #include "protocol_json.h"
 
@@ -126,7 +124,7 @@ void printMessage(Page& page, const MessageRow& row) {
   page << (row.way == MessageWay::ownConnection ? "; on a connection of its own.\n" : ".\n");
 }
 
-// --- procedures ----------------------------------------------------------------------------------------------------
+// --- commands ------------------------------------------------------------------------------------------------------
 
 void printArguments(Page& page, std::span<const Argument> arguments) {
   if (arguments.empty()) {
@@ -137,23 +135,6 @@ void printArguments(Page& page, std::span<const Argument> arguments) {
     page << "| " << code(argument.name) << (argument.optional ? ", optional" : "") << " | " << cell(argument.meaning)
          << " |\n";
   }
-}
-
-template <class Rows>
-void addCallers(std::string& callers, const Rows& rows, std::string_view procedure) {
-  for (const auto& row : rows) {
-    if (std::find(row.calls.begin(), row.calls.end(), procedure) != row.calls.end()) {
-      callers += (callers.empty() ? "" : ", ") + code(row.name);
-    }
-  }
-}
-
-std::string callersOf(const HostProcedure& procedure) {
-  std::string callers = procedure.atLoad ? "loading the plug-in" : "";
-  addCallers(callers, companionHandlers(), procedure.name);
-  addCallers(callers, threadHandlers(), procedure.name);
-  addCallers(callers, commandTable(), procedure.name);
-  return callers;
 }
 
 }  // namespace
@@ -204,24 +185,6 @@ std::string commandPage() {
     if (row.calls.count > 0) {
       page << "\nCalls " << listed(row.calls) << ".\n";
     }
-  }
-  return page.str();
-}
-
-std::string procedurePage() {
-  Page page;
-  page << "# Procedures of the host\n\n"
-       << printed << "\n\n"
-       << "What the plug-in calls in the editor's interpreter. A host script has these, or the editor itself. An error "
-          "never ends\nwhat the plug-in is doing: its text counts as the answer unless it is said otherwise. A value "
-          "from "
-          "a message arrives as\ntext and never as code; \"as a bare word\" is one without quotes, in which a space "
-          "parts "
-          "words.\n";
-  for (const HostProcedure& procedure : hostProcedures()) {
-    page << "\n## " << procedure.name << "\n\n" << procedure.purpose << "\n";
-    printArguments(page, {procedure.arguments.begin(), procedure.arguments.end()});
-    page << "\nAnswer: " << procedure.answer << "\n\nCalled by " << callersOf(procedure) << ".\n";
   }
   return page.str();
 }

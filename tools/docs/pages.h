@@ -7,6 +7,5 @@ namespace vernoxa {
 
 std::string messagePage();
 std::string commandPage();
-std::string procedurePage();
 
 }  // namespace vernoxa

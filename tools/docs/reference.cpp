@@ -23,7 +23,6 @@ constexpr std::array documents = {
     Document{"protocol.json", vernoxa::protocolJson},
     Document{"messages.md", vernoxa::messagePage},
     Document{"commands.md", vernoxa::commandPage},
-    Document{"host-procedures.md", vernoxa::procedurePage},
 };
 
 std::string contentOf(const std::string& file) {
