@@ -50,13 +50,19 @@ std::string otherName(const Services& services, const std::string& hostPath, con
 }  // namespace
 
 std::string designName(const Services& services, std::string_view hostPath) {
-  const auto plain = looksLikeUtf8Chinese(hostPath) ? utf8OfTcl(hostPath) : std::nullopt;
-  if (!plain) {
+  const auto plain = utf8OfTcl(hostPath);
+  const bool converted = looksLikeUtf8Chinese(hostPath);
+  // Other texts stay as they are, but for those that are UTF-8 beyond doubt and that the code page cannot name.
+  const bool mayBeNameless = plain && (*plain != hostPath || isUtf8WithThreeByteSequence(hostPath));
+  if (!plain || !(converted || mayBeNameless)) {
     return std::string(hostPath);
   }
   const FilePath path = FilePath::fromUtf8(*plain);
   const auto name = services.text.nameInCodePage(path);
-  return name ? *name : otherName(services, std::string(hostPath), path);
+  if (!name) {
+    return otherName(services, std::string(hostPath), path);
+  }
+  return converted || *name == *plain ? *name : std::string(hostPath);
 }
 
 Json openedMessage(const Services& services, std::string_view hostPath, std::string_view pinCount) {
