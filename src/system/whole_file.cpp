@@ -46,7 +46,9 @@ bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, Wh
       return true;
     }
   }
-  return whenHeld == WhenHeld::writeInPlace && write(files, path, content) == Written::whole;
+  // What cannot even be begun beside it may not fit in its place either, which would cost the former one.
+  const bool canCostNothing = written == Written::whole || !files.exists(path);
+  return whenHeld == WhenHeld::writeInPlace && canCostNothing && write(files, path, content) == Written::whole;
 }
 
 }  // namespace vernoxa

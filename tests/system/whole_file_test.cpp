@@ -42,6 +42,9 @@ TEST_F(WholeFile, AFullDiskKeepsTheFormerOne) {
     EXPECT_FALSE(write(whenHeld, false));
     EXPECT_THAT(folder(), ElementsAre("a.json: old"));
   }
+  fake_.files.addFile("C:\\f\\~4242.tmp", "", readOnlyAttribute);  // no other file can be begun
+  EXPECT_FALSE(write(WhenHeld::writeInPlace, false));
+  EXPECT_EQ(fake_.files.bytes("C:\\f\\a.json"), "old");
 }
 
 TEST_F(WholeFile, AReaderWhoHoldsItIsAskedForNothing) {
