@@ -36,6 +36,12 @@ Json jsonOf(const ElementForm& form, const Record& record) {
   return object;
 }
 
+// A name in the code page may hold "\" as the second half of a character.
+std::string fileName(std::string_view name, const TextConverter& text) {
+  const std::string flat = utf8OfTcl(name) ? replaceAll(name, "\\", "-") : text.replaceInCodePage(name, '\\', "-");
+  return plainFileName(replaceAll(flat, "/", "-") + ".json");
+}
+
 // A library that is there never changes under its readers; what is empty or does not parse was left by a crash. One
 // that cannot be looked into stays.
 bool mustStay(Files& files, const FilePath& path) {
@@ -82,14 +88,13 @@ void GraphicLibrary::addRecord(const Record& record) {
 std::string GraphicLibrary::finish(std::string_view name) {
   const Json document = std::move(document_);
   const FilePath base = project_.get();
-  const std::string fileName = plainFileName(replaceAll(replaceAll(name, "\\", "-"), "/", "-") + ".json");
-  const FilePath path = base / "Cache" / "Library" / text_.trueName(fileName);
+  const FilePath path = base / "Cache" / "Library" / fileName(text_.trueName(name), text_);
   if (document && !mustStay(files_, path)) {
     makeLibraryFolder(files_, base);
     const std::string content = withDosLineEnds(document.printFormatted());
     writeWholeFile(files_, processes_, path, WhenHeld::leave, [&](OutputFile& file) { return file.write(content); });
   }
-  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName;
+  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, text_);
 }
 
 void GraphicLibrary::add(const ElementForm& form, const Record& record) {

@@ -5,6 +5,7 @@
 #include "drawing/drawn.h"
 #include "system/fake_world.h"
 #include "text/outside_json.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {
@@ -109,10 +110,20 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
   fake.state.folder.set(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
   fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
-  const std::string name = utf8(u8"电");
-  library.start();
-  EXPECT_EQ(library.finish(name), utf8(u8"C:/项目/昞/Cache/Library/") + name + ".json");
-  EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\电.json"), "(no file)");
+  const struct {
+    std::string given;
+    std::string answered;
+    std::string made;
+  } names[] = {
+      {utf8(u8"电"), utf8(u8"电"), "电"},
+      {"\x95\x5C/\x95\x5C", "\x95\x5C-\x95\x5C", "\x95\x5C-\x95\x5C"},  // of an old host, in the code page
+      {std::string("a").append(tclNul).append("b"), std::string("a").append(tclNul).append("b"), "a"},
+  };
+  for (const auto& name : names) {
+    library.start();
+    EXPECT_EQ(library.finish(name.given), utf8(u8"C:/项目/昞/Cache/Library/") + name.answered + ".json");
+    EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\" + name.made + ".json"), "(no file)");
+  }
 }
 
 }  // namespace
