@@ -55,8 +55,20 @@ class TemporaryLibrary {
   const bool made_;
 };
 
+// The host's Tcl takes twenty times a script's length of memory for it, and ends with the host when there is none left.
+// A part of ten thousand pins has about a third of this.
+bool isTooLong(const Script& script) {
+  constexpr std::size_t longestScript = std::size_t{8} << 20U;
+  return script.text().size() > longestScript;
+}
+
 void evaluateLogged(ScriptHost& host, const Services& services, const Script& script) {
-  if (LogWriter log = services.logs.openTraffic(); log.enabled()) {
+  LogWriter log = services.logs.openTraffic();
+  if (isTooLong(script)) {
+    log.writeLine("not placed: a script of more than 8 MB");
+    return;
+  }
+  if (log.enabled()) {
     log.writeLine(services.text.utf8ToAnsi(script.text()));
   }
   host.evaluate(script);
@@ -81,7 +93,9 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
     }
     const Script script = libraryPartScript(libraryPath, entry);
     evaluateLogged(host, services, script);
-    pinScripts.push_back(script.startingWith("setPinNum "));
+    if (!isTooLong(script)) {
+      pinScripts.push_back(script.startingWith("setPinNum "));
+    }
   }
   if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
     evaluateLogged(host, services, viewBoxPartScript(libraryPath, *size));

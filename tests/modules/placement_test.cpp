@@ -241,6 +241,17 @@ TEST_F(Placement, MembersOfWrongTypesCountAsMissing) {
   EXPECT_THAT(host_.scripts, SizeIs(8));
 }
 
+// A bracket in a module is two characters of a script.
+TEST_F(Placement, AnEndlessScriptIsLeftOut) {
+  const std::string endless = R"({"name":"E","Property":{"Value":")" + std::string(std::size_t{4} << 20U, '[') + "\"}}";
+  write(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + endless + R"(,{"name":"Wire"}]})");
+  placeModule(host_, with_.services);
+  EXPECT_THAT(host_.scripts, ElementsAre(StartsWith("placeLibPart C:/Mods/7/5.olb {R}"),
+                                         StartsWith("setPinNum C:/Mods/7/5.olb {R}"), StartsWith("placePart Wire")));
+  const auto refused = splitFields(replaceAll(with_.traffic(), "not placed: a script of more than 8 MB", "\1"), '\1');
+  EXPECT_EQ(refused.size(), 3U);
+}
+
 TEST_F(Placement, NamesInUseAreDrawnAgain) {
   with_.fake.files.addFile("C:\\Mods\\7\\1.OLBlck", "");
   with_.fake.files.addFile("C:\\Mods\\7\\2.olb", "the user's");
