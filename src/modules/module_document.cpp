@@ -52,10 +52,14 @@ bool isSign(char c) {
 // The number that the text begins with, an exponent included; empty where none begins.
 std::string_view numberAtStart(std::string_view text) {
   std::size_t end = !text.empty() && isSign(text[0]) ? 1 : 0;
-  while (end < text.size() && (isDigit(text[end]) || text[end] == '.')) {
-    ++end;
+  bool number = false;  // a sign and a point are none
+  for (; end < text.size() && (isDigit(text[end]) || text[end] == '.'); ++end) {
+    number = number || isDigit(text[end]);
   }
-  if (end > 0 && end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+  if (!number) {
+    return {};
+  }
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
     const std::size_t digits = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
     if (digits < text.size() && isDigit(text[digits])) {
       end = std::min(text.find_first_not_of("0123456789", digits), text.size());
