@@ -111,7 +111,7 @@ class FakePictures final : public Pictures {
    public:
     explicit Opened(FakePictures& pictures) : pictures_(pictures) {}
     std::optional<PictureFrame> frame() override { return pictures_.frame; }
-    std::optional<PackedBitmap> draw(PixelSize size) override {
+    std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds) override {
       pictures_.drawn.push_back(size);
       return pictures_.drawThrows ? throw std::bad_alloc() : pictures_.bitmap;
     }

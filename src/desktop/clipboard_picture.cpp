@@ -1,6 +1,7 @@
 #include "desktop/clipboard_picture.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -24,7 +25,8 @@ namespace {
 constexpr const char* temporaryFolder = "C:/Temp";
 constexpr const char* temporaryMetafile = "C:/Temp/test.emf";
 constexpr float hundredthsPerMillimetre = 100;
-constexpr double mostPoints = 64'000'000;  // of a picture: 256 MB at the depth of most screens
+constexpr std::chrono::seconds longestDrawing(10);  // the host waits meanwhile
+constexpr double mostPoints = 64'000'000;           // of a picture: 256 MB at the depth of most screens
 
 // Single precision and each edge cut on its own: the companion counts on the pixels that this gives.
 std::optional<std::int64_t> edgeInPixels(int edge, int pixels, int millimetres) {
@@ -73,9 +75,9 @@ std::string conversionFailure(const Services& services, const FilePath& metafile
     return "it has no size";
   }
   const PixelSize size = drawnSize(*framed);
-  const auto bitmap = metafile->draw(size);
+  const auto bitmap = metafile->draw(size, longestDrawing);
   if (!bitmap) {
-    return "no room to draw " + sizeText(size);
+    return "no room or time to draw " + sizeText(size);
   }
   return writeBitmapFile(world.files, world.processes, bitmapPath, *bitmap)
              ? std::string()

@@ -1,6 +1,8 @@
 // Drawing: owners of the handles that it and the clipboard need, and the playing of metafiles.
 #pragma once
 
+#include <chrono>
+
 #include "system/handle_windows.h"
 
 namespace vernoxa {
@@ -72,7 +74,8 @@ class Selection {
 };
 
 // Draws a metafile that was looked through (metafile_check.h) over that rectangle. A record that cannot be drawn, or
-// would draw far beyond any picture, is left out: what the others draw is a picture still.
-void playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole);
+// would draw far beyond any picture, is left out: what the others draw is a picture still. False when the time was over
+// before the last record.
+bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit);
 
 }  // namespace vernoxa

@@ -67,7 +67,18 @@ bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
   return drawsPath(bytes) && !hasUsualPen(context);
 }
 
-int CALLBACK playRecord(HDC context, HANDLETABLE* objects, const ENHMETARECORD* record, int count, LPARAM) {
+// A small metafile may ask for any number of pictures one over the other.
+struct TimeLimit {
+  ULONGLONG end = 0;
+  bool over = false;
+};
+
+int CALLBACK playRecord(HDC context, HANDLETABLE* objects, const ENHMETARECORD* record, int count, LPARAM parameter) {
+  TimeLimit& limit = *reinterpret_cast<TimeLimit*>(parameter);
+  limit.over = GetTickCount64() >= limit.end;
+  if (limit.over) {
+    return FALSE;
+  }
   if (!drawsFarOut(context, *record)) {
     PlayEnhMetaFileRecord(context, objects, record, static_cast<UINT>(count));
   }
@@ -76,8 +87,10 @@ int CALLBACK playRecord(HDC context, HANDLETABLE* objects, const ENHMETARECORD* 
 
 }  // namespace
 
-void playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole) {
-  EnumEnhMetaFile(context, metafile, playRecord, nullptr, &whole);
+bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit) {
+  TimeLimit time{GetTickCount64() + static_cast<ULONGLONG>(limit.count())};
+  EnumEnhMetaFile(context, metafile, playRecord, &time, &whole);
+  return !time.over;
 }
 
 }  // namespace vernoxa

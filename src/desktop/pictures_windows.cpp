@@ -16,7 +16,7 @@ struct BitmapInformation {
 };
 static_assert(sizeof(BITMAPINFOHEADER) == bitmapInformationBytes);
 
-bool paint(HDC screen, HBITMAP bitmap, HENHMETAFILE metafile, PixelSize size) {
+bool paint(HDC screen, HBITMAP bitmap, HENHMETAFILE metafile, PixelSize size, std::chrono::milliseconds limit) {
   const MemoryContext memory(CreateCompatibleDC(screen));
   if (!memory) {
     return false;
@@ -32,8 +32,7 @@ bool paint(HDC screen, HBITMAP bitmap, HENHMETAFILE metafile, PixelSize size) {
     PatBlt(memory.get(), clip.left, clip.top, clip.right - clip.left, clip.bottom - clip.top, PATCOPY);
   }
   const RECT whole{0, 0, size.width, size.height};
-  playMetafile(memory.get(), metafile, whole);
-  return true;
+  return playMetafile(memory.get(), metafile, whole, limit);
 }
 
 int depthOf(HBITMAP bitmap) {
@@ -81,10 +80,10 @@ class WindowsMetafile final : public Metafile {
     return PictureFrame{frame.left, frame.top, frame.right, frame.bottom};
   }
 
-  std::optional<PackedBitmap> draw(PixelSize size) override {
+  std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds limit) override {
     const ScreenContext screen(GetDC(nullptr));
     const Bitmap bitmap(CreateCompatibleBitmap(screen.get(), size.width, size.height));
-    if (!bitmap || !paint(screen.get(), bitmap.get(), handle_.get(), size)) {
+    if (!bitmap || !paint(screen.get(), bitmap.get(), handle_.get(), size, limit)) {
       return std::nullopt;
     }
     return pack(screen.get(), bitmap.get(), size);

@@ -1,6 +1,7 @@
 // Pictures that are drawn by the system: enhanced metafiles, and bitmaps that suit the screen.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,8 +41,8 @@ class Metafile {
   // Nothing when the header cannot be read.
   virtual std::optional<PictureFrame> frame() = 0;
   // Drawn over the whole of a white bitmap of that size and the screen's own depth; nothing when the system has no
-  // room for it.
-  virtual std::optional<PackedBitmap> draw(PixelSize size) = 0;
+  // room for it, or its records take longer than that together.
+  virtual std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds limit) = 0;
 };
 
 class Pictures {

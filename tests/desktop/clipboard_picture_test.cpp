@@ -152,7 +152,7 @@ TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
        "record 1 at 108: a wrong size"},
       {[](FakeWorld& world) { world.pictures.frame.reset(); }, "it has no size"},
       {[](FakeWorld& world) { world.pictures.frame = PictureFrame{}; }, "it has no size"},
-      {[](FakeWorld& world) { world.pictures.bitmap.reset(); }, "no room to draw 96 x 47"},
+      {[](FakeWorld& world) { world.pictures.bitmap.reset(); }, "no room or time to draw 96 x 47"},
       {[](FakeWorld& world) { world.files.addFolder("C:\\App\\Cache\\Output\\Preview.bmp"); },
        "not written: C:\\App\\Cache\\Output\\Preview.bmp"},
       {[](FakeWorld& world) { world.files.addFolder("C:\\Temp\\test.emf"); }, "it cannot be saved"},

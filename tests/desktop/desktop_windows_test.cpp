@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <functional>
 #include <thread>
@@ -227,6 +228,23 @@ TEST_F(RealDesktop, WhatTheSystemRecordsIsTaken) {
     EXPECT_TRUE(world.files.removeFile(picture));
     world.files.removeFile(path);
   }
+}
+
+// The whole picture a thousand times, in a hundred kilobytes.
+TEST_F(RealDesktop, ADrawingThatTakesTooLongIsGivenUp) {
+  const RECT frame{0, 0, 3000, 3000};
+  const HDC context = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+  for (int count = 0; count < 1000; ++count) {
+    PatBlt(context, 0, 0, 10000, 10000, BLACKNESS);
+  }
+  const MetafileHandle drawing(CloseEnhMetaFile(context));
+  std::string bytes(GetEnhMetaFileBits(drawing.get(), 0, nullptr), '\0');
+  GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
+  const auto metafile = world.pictures.openMetafile(bytes);
+  EXPECT_TRUE(metafile->draw({10, 10}, std::chrono::seconds(60)));
+  const ULONGLONG start = GetTickCount64();
+  EXPECT_FALSE(metafile->draw({4000, 4000}, std::chrono::milliseconds(100)));
+  EXPECT_LT(GetTickCount64() - start, 2000U);
 }
 
 TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
