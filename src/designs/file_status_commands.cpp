@@ -57,7 +57,7 @@ CommandResult getOpenFileCount(CommandCall&, Services& services) {
 }
 
 CommandResult serverLinkBreak(CommandCall&, Services& services) {
-  services.state.link.setClientCreated(false);
+  services.state.link.noteBreak();
   return {};
 }
 

@@ -50,6 +50,7 @@ void passOn(const Request& request, HandlerContext& context) {
 Outcome creatClient(const Request&, HandlerContext& context) {
   LinkState& link = context.services.state.link;
   const bool connected = link.clientCreated();
+  const unsigned breaks = link.breaks();
   const Evaluation answer = context.host.evaluate(Script("creatClient ").number(connected ? 0 : 1));
   if (context.services.text.messageText(answer.text) != "0") {
     return Outcome::failure("creat client failed!");
@@ -58,7 +59,9 @@ Outcome creatClient(const Request&, HandlerContext& context) {
     // The companion may be another one by now, which knows nothing yet.
     context.services.state.reportedDesigns.clear();
   }
-  link.setClientCreated(true);
+  if (link.breaks() == breaks) {  // the new one may be gone already, which nobody would tell again
+    link.setClientCreated(true);
+  }
   return Outcome::success();
 }
 

@@ -14,6 +14,17 @@ void LinkState::setClientCreated(bool created) {
   clientCreated_ = created;
 }
 
+void LinkState::noteBreak() {
+  const std::lock_guard lock(guard_);
+  clientCreated_ = false;
+  ++breaks_;
+}
+
+unsigned LinkState::breaks() const {
+  const std::lock_guard lock(guard_);
+  return breaks_;
+}
+
 void LinkState::setRefusedAtOnce(bool atOnce) {
   const std::lock_guard lock(guard_);
   refusedAtOnce_ = atOnce;

@@ -18,6 +18,9 @@ class LinkState {
   // True while the host's scripts hold a connection to the companion.
   bool clientCreated() const;
   void setClientCreated(bool created);
+  // That connection is gone; how often it was so far.
+  void noteBreak();
+  unsigned breaks() const;
 
   // How the latest refused connection ended: at once, or after tries that the system made on its own (Windows takes
   // about two seconds for them on the local machine).
@@ -40,6 +43,7 @@ class LinkState {
   mutable std::mutex guard_;
   std::string awaitedCount_;
   std::map<std::string, std::string> otherNames_;
+  unsigned breaks_ = 0;
   bool clientCreated_ = false;
   bool refusedAtOnce_ = false;
 };

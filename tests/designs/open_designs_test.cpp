@@ -164,6 +164,18 @@ TEST_F(OpenDesignsTest, WhatTheCompanionMissedIsReportedAgain) {
   EXPECT_EQ(newPaths(), "a.dsn|");
   reportBoth();
 
+  host_.during = [this](const std::string& script) {
+    if (script.starts_with("creatClient")) {
+      state.link.noteBreak();  // the connection lives no longer than it takes to answer
+    }
+  };
+  run("creatClient");
+  EXPECT_FALSE(state.link.clientCreated());
+  host_.during = nullptr;
+  run("creatClient");
+  EXPECT_TRUE(state.link.clientCreated());
+  reportBoth();
+
   open("a.dsn;c.dsn");
   host_.answer("sendPacketGlobalHandle", "broken", false);
   status("Open", "c.dsn");
