@@ -42,7 +42,10 @@ class WindowsClipboardAccess final : public ClipboardAccess {
   void replaceByText(const std::string& text) override {
     EmptyClipboard();
     put(CF_TEXT, movableCopy(text.c_str(), text.size() + 1));
-    // Else the system would read the text in the code page of the keyboard that is chosen at the moment.
+    // Else the system would make the text for other programs out of the former one, in the code page of the keyboard
+    // that is chosen at the moment, or of a locale whose page is not the system's (UTF-8).
+    const std::wstring wide = toWide(text.c_str(), CP_ACP);
+    put(CF_UNICODETEXT, movableCopy(wide.c_str(), (wide.size() + 1) * sizeof(wchar_t)));
     const LCID locale = GetSystemDefaultLCID();
     put(CF_LOCALE, movableCopy(&locale, sizeof locale));
   }
