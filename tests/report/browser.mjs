@@ -1,28 +1,22 @@
-// The report in a real browser, without a network. The modules' folder comes in VERNOXA_REPORT_MODULES.
+// Opens reports in a real browser, without a network, and reads what they show.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before } from "node:test";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
-const root = fileURLToPath(new URL("../../", import.meta.url));
-export const modules = process.env.VERNOXA_REPORT_MODULES ?? join(root, ".deps/report/node_modules");
-const { chromium } = createRequire(join(modules, "index.js"))("playwright-core");
+import { start } from "./launch.mjs";
 
+const root = fileURLToPath(new URL("../../", import.meta.url));
 let browser;
 export let folder;
 
 before(async () => {
   folder = mkdtempSync(join(tmpdir(), "vernoxa-report-"));
-  browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-      "--disable-component-update", "--disable-sync"],
-  });
+  browser = await start();
 });
 
 after(async () => {

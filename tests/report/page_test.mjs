@@ -5,8 +5,9 @@ import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { becomes, inView, lit, litNets, litRows, modules, open, rowOf, scaleOf, shown } from "./browser.mjs";
-import { hostile, large, long, small } from "./design.mjs";
+import { becomes, inView, lit, litNets, litRows, open, rowOf, scaleOf, shown } from "./browser.mjs";
+import { hostile, huge, large, long, small } from "./design.mjs";
+import { modules } from "./launch.mjs";
 
 const overPart = async (page, reference) => page.hover(`.hit[data-reference="${reference}"]`);
 const isCut = (nodes) => nodes.filter((node) => node.scrollWidth > node.clientWidth).map((node) => node.textContent);
@@ -263,6 +264,30 @@ test("texts of a design stay texts", async () => {
   assert.equal(await page.evaluate(() => window.ran), undefined);
   assert.equal(await page.locator("img, iframe, foreignObject, svg script, svg image, [onclick]").count(), 0);
   assert.match(await page.textContent("#frame"), /onerror/);
+  await close();
+});
+
+test("a design of forty pages is there at once, its lists hold only what is seen, and a selection is quick", async () => {
+  const { page, close } = await open(huge(40));
+  const marks = await page.evaluate(() => performance.getEntriesByType("mark").map(({ startTime }) => startTime));
+  for (const panel of ["bom", "nets", "findings"]) {
+    await page.click(`#panels [data-panel=${panel}]`);
+    const rows = await page.locator(`#${panel} .tabulator-row`).count();
+    assert.ok(rows > 10 && rows < 100, `${rows} lines of the list ${panel}`);
+  }
+  assert.equal(await page.textContent("#nets-note"), "", "every wire belongs to a net");
+  const taken = [];
+  for (const selector of ['.wire[data-net="GND"]', ".hit", '.wire[data-net="LINK1"]']) {
+    taken.push(await page.$eval(selector, (node) => new Promise((resolve) => {
+      const from = performance.now();
+      node.dispatchEvent(new MouseEvent("click", { bubbles: true }));
+      requestAnimationFrame(() => setTimeout(() => resolve(performance.now() - from)));
+    })));
+  }
+  assert.deepEqual(await litNets(page), ["LINK1"]);
+  console.log(`4,000 parts: first shown after ${marks[0].toFixed()} ms, nets joined after ${marks[1].toFixed()} ms, selections ${taken.map((one) => one.toFixed()).join(", ")} ms`);
+  // Alone on two cores: 600 ms and 15 to 30 ms. The limits leave room for what else a test machine does.
+  assert.ok(marks[0] < 20_000 && Math.min(...taken) < 500);
   await close();
 });
 

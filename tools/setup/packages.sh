@@ -26,7 +26,7 @@ case $1 in
     packages=()
     command -v npm >/dev/null || packages=(nodejs npm)
     ;;
-  browser) packages=(chromium fonts-noto-core) ;;  # the Chinese font is there already
+  browser) packages=(chromium firefox-esr fonts-noto-core) ;;  # the Chinese font is there already
 esac
 
 installed=

@@ -102,8 +102,12 @@ export class List {
     if (!this.ready) return;
     await this.ready;
     this.#markAll();
-    const first = ids.find((id) => this.#row(id));
-    if (scroll && first !== undefined && this.element.offsetParent) {
+    if (!scroll || !ids.length || !this.element.offsetParent) return;
+    // The page shows what was chosen before the list moves.
+    const latest = (this.latest = (this.latest ?? 0) + 1);
+    await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+    const first = latest === this.latest ? ids.find((id) => this.#row(id)) : undefined;
+    if (first !== undefined) {
       await this.table.scrollToRow(first, "center", false).catch(() => {});
       this.#markAll();
     }

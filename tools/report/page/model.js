@@ -1,6 +1,6 @@
 // What is known of the design, and the ways from one thing to another. Nothing here touches the page that is shown.
 
-import { elementsOf, matrixOf, readPage } from "./drawn.js";
+import { matrixOf, readPage } from "./drawn.js";
 import { arrangePages } from "./hierarchy.js";
 import { joinNets, numbersIn, pinOf } from "./nets.js";
 import { inNaturalOrder } from "./quantities.js";
@@ -8,6 +8,7 @@ import { wiringOf } from "./wiring.js";
 
 const BOM_MEMBERS = ["PartNumber", "Value", "PartName", "PCBFootprint", "PinNumber"];
 const SAME_PIN = 60; // units between findings of one part that are told by one pin
+const MOST_PINS = 1000; // of a net that are listed one by one
 const LONGEST_REFERENCE = 24;
 
 // The references of a line; a line can stand for several equal parts.
@@ -99,18 +100,21 @@ export class Model {
 
   #placeParts() {
     for (const page of this.pages) {
-      for (const element of elementsOf(page.drawing)) {
-        const reference = element.name === "use" ? element.attr?.id : "";
-        if (!reference) continue;
-        // A part that is left out of bills is on the pages all the same.
-        if (!this.parts.has(reference)) this.parts.set(reference, { reference, line: null, fitted: true, pages: [], places: [] });
-        const part = this.parts.get(reference);
-        page.parts.add(reference);
-        if (!part.pages.includes(page.index)) part.pages.push(page.index);
-        const { x, y } = matrixOf(element.attr.transform);
-        part.places.push({ page: page.index, x, y });
-      }
+      for (const child of page.drawing.children ?? []) if (child.name !== "defs") this.#placePartsIn(child, page);
     }
+  }
+
+  #placePartsIn(element, page) {
+    for (const child of element.children ?? []) this.#placePartsIn(child, page);
+    const reference = element.name === "use" ? element.attr?.id : "";
+    if (!reference) return;
+    // A part that is left out of bills is on the pages all the same.
+    if (!this.parts.has(reference)) this.parts.set(reference, { reference, line: null, fitted: true, pages: [], places: [] });
+    const part = this.parts.get(reference);
+    page.parts.add(reference);
+    if (part.pages.at(-1) !== page.index) part.pages.push(page.index);
+    const { x, y } = matrixOf(element.attr.transform);
+    part.places.push({ page: page.index, x, y });
   }
 
   #finding(finding, id) {
@@ -187,12 +191,13 @@ export class Model {
     return [
       ["labels", net.labels.join("; ")], ["quantityOfPins", String(pins.length)],
       ...net.pages.map((page) => ["page", this.pages[page].name, { net: net.name, page }]),
-      ...pins.map((pin) => {
+      ...pins.slice(0, MOST_PINS).map((pin) => {
         const place = this.placeOf(pin, net.name);
         const part = this.parts.get(pinOf(pin).reference);
         const where = place ? this.pages[place.page].name : { text: "notDrawn" };
         return [pin, [part?.line?.Value, where].filter(Boolean), place && { net: net.name, pin, page: place.page }];
       }),
+      ...(pins.length > MOST_PINS ? [["…", String(pins.length - MOST_PINS)]] : []),
     ];
   }
 }

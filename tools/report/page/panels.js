@@ -110,7 +110,7 @@ export class Panels {
   light(thing, scroll) {
     this.bill.light(thing.references, scroll);
     this.lists.nets.light(thing.nets.map((net) => this.model.netByName.get(net)?.id).filter((id) => id !== undefined), scroll);
-    if (this.name === "details") this.#showDetails();
+    if (this.name === "details") this.#showDetailsSoon();
   }
 
   lightFindings(ids) {
@@ -180,6 +180,12 @@ export class Panels {
     const known = references.filter((reference) => this.model.parts.has(reference));
     const states = new Set(known.map((reference) => stateOf(this.model.parts.get(reference).fitted)));
     return [["state", [...states].join("; ")], ...this.model.propertiesOf(known)];
+  }
+
+  // After the page has shown what they are of: those of a large net take their time.
+  #showDetailsSoon() {
+    cancelAnimationFrame(this.soon);
+    this.soon = requestAnimationFrame(() => setTimeout(() => this.#showDetails()));
   }
 
   // Those of the lit net or parts; without any, what the package report says of the whole design.

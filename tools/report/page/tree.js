@@ -59,7 +59,10 @@ export class Tree {
   // How many lit things each page has.
   light(counts) {
     this.counts = counts;
-    for (const [index, item] of this.items) item.querySelector(".count").textContent = counts.get(index) || "";
+    for (const [index, item] of this.items) {
+      const count = String(counts.get(index) || "");
+      if (item.lit !== count) item.querySelector(".count").textContent = item.lit = count;
+    }
   }
 
   #item(page, level) {
