@@ -15,13 +15,16 @@ const RUNS = Number(process.env.RUNS ?? 3);
 const root = fileURLToPath(new URL("../", import.meta.url));
 
 // Milliseconds until what an action changed is on the screen; run in the page.
-const timed = (selector) => new Promise((resolve) => {
-  const node = document.querySelector(selector);
-  const box = node.getBoundingClientRect();
-  const from = performance.now();
-  node.dispatchEvent(new MouseEvent("click", { bubbles: true, clientX: box.left + box.width / 2, clientY: box.top + box.height / 2 }));
-  requestAnimationFrame(() => setTimeout(() => resolve(performance.now() - from)));
-});
+const timed = (selector) =>
+  new Promise((resolve) => {
+    const node = document.querySelector(selector);
+    const box = node.getBoundingClientRect();
+    const from = performance.now();
+    node.dispatchEvent(
+      new MouseEvent("click", { bubbles: true, clientX: box.left + box.width / 2, clientY: box.top + box.height / 2 }),
+    );
+    requestAnimationFrame(() => setTimeout(() => resolve(performance.now() - from)));
+  });
 
 // The times between frames while the page is dragged.
 async function panned(page) {
@@ -51,13 +54,19 @@ async function measure(browser, report) {
     const page = await context.newPage();
     await page.goto(pathToFileURL(report).href, { waitUntil: "commit" });
     await page.waitForSelector("body[data-joined]", { timeout: 120_000 });
-    for (const { name, startTime } of await page.evaluate(() => performance.getEntriesByType("mark").map(({ name, startTime }) => ({ name, startTime })))) {
+    for (const { name, startTime } of await page.evaluate(() =>
+      performance.getEntriesByType("mark").map(({ name, startTime }) => ({ name, startTime })),
+    )) {
       note(name === "ready" ? "first shown" : "nets joined", startTime);
     }
     const gaps = (await panned(page)).sort((one, other) => one - other);
     note("frame while panning", gaps[Math.floor(gaps.length / 2)]);
-    for (const [name, panel, selector] of [["a net selected", "nets", '.wire[data-net="GND"]'], ["a part selected", "bom", ".hit"],
-      ["a line of another page chosen", "bom", "#bom .tabulator-row:nth-child(9)"], ["the next page", "bom", "#pages [data-page='4']"]]) {
+    for (const [name, panel, selector] of [
+      ["a net selected", "nets", '.wire[data-net="GND"]'],
+      ["a part selected", "bom", ".hit"],
+      ["a line of another page chosen", "bom", "#bom .tabulator-row:nth-child(9)"],
+      ["the next page", "bom", "#pages [data-page='4']"],
+    ]) {
       await page.click(`#panels [data-panel=${panel}]`);
       await page.waitForTimeout(300);
       note(name, await page.evaluate(timed, selector));
@@ -76,14 +85,19 @@ try {
     writeFileSync(design, JSON.stringify(huge(pages)));
     execFileSync("/usr/bin/python3", [join(root, "tools/report/report"), design, report]);
     const figures = await measure(browser, report);
-    columns.push({ title: `${pages} pages, ${pages * 100} parts, ${pages * 300} pins, ${(statSync(report).size / 1e6).toFixed(1)} MB`, figures });
+    columns.push({
+      title: `${pages} pages, ${pages * 100} parts, ${pages * 300} pins, ${(statSync(report).size / 1e6).toFixed(1)} MB`,
+      figures,
+    });
   }
   console.log(`milliseconds, least and middle of ${RUNS}\n`);
   for (const { title, figures } of columns) {
     console.log(title);
     for (const [name, values] of Object.entries(figures)) {
       const sorted = values.sort((one, other) => one - other);
-      console.log(`  ${name.padEnd(32)} ${sorted[0].toFixed(1).padStart(8)} ${sorted[Math.floor(sorted.length / 2)].toFixed(1).padStart(8)}`);
+      console.log(
+        `  ${name.padEnd(32)} ${sorted[0].toFixed(1).padStart(8)} ${sorted[Math.floor(sorted.length / 2)].toFixed(1).padStart(8)}`,
+      );
     }
   }
 } finally {

@@ -36,7 +36,12 @@ export function write(design, name = "report") {
 // Opens the report of a design. What the page complains about and what it asks a network for end up in `wrong`.
 export async function open(design, { hash = "", name, ...options } = {}) {
   const report = write(design, name);
-  const context = await browser.newContext({ offline: true, viewport: { width: 1400, height: 800 }, locale: "en-US", ...options });
+  const context = await browser.newContext({
+    offline: true,
+    viewport: { width: 1400, height: 800 },
+    locale: "en-US",
+    ...options,
+  });
   const page = await context.newPage();
   const wrong = [];
   page.on("console", (message) => ["error", "warning"].includes(message.type()) && wrong.push(message.text()));
@@ -52,17 +57,25 @@ export async function open(design, { hash = "", name, ...options } = {}) {
 }
 
 export const lit = (page) => page.$$eval(".hit.lit", (nodes) => nodes.map((node) => node.dataset.reference));
-export const litNets = async (page) => [...new Set(await page.$$eval(".wire.lit[data-net]", (nodes) => nodes.map((node) => node.dataset.net)))];
-export const rowsOf = (page, list, which = "") => page.$$eval(`#${list} .tabulator-row${which}:not(.tabulator-group)`, (rows) =>
-  rows.map((row) => [...row.querySelectorAll(".tabulator-cell:not([tabulator-field^='box '])")].map((cell) => cell.textContent).join("|")));
+export const litNets = async (page) => [
+  ...new Set(await page.$$eval(".wire.lit[data-net]", (nodes) => nodes.map((node) => node.dataset.net))),
+];
+export const rowsOf = (page, list, which = "") =>
+  page.$$eval(`#${list} .tabulator-row${which}:not(.tabulator-group)`, (rows) =>
+    rows.map((row) =>
+      [...row.querySelectorAll(".tabulator-cell:not([tabulator-field^='box '])")].map((cell) => cell.textContent).join("|"),
+    ),
+  );
 export const litRows = (page, list) => rowsOf(page, list, ".lit");
 export const shown = (page) => page.textContent("#pages [aria-selected=true] .name");
-export const scaleOf = (page) => page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().width / svg.viewBox.baseVal.width);
+export const scaleOf = (page) =>
+  page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().width / svg.viewBox.baseVal.width);
 export const rowOf = (page, words) => page.locator("#bom .tabulator-row", { hasText: words });
-export const inView = (page, selector) => page.$eval(selector, (node) => {
-  const [box, frame] = [node.getBoundingClientRect(), document.getElementById("frame").getBoundingClientRect()];
-  return box.left >= frame.left && box.right <= frame.right && box.top >= frame.top && box.bottom <= frame.bottom;
-});
+export const inView = (page, selector) =>
+  page.$eval(selector, (node) => {
+    const [box, frame] = [node.getBoundingClientRect(), document.getElementById("frame").getBoundingClientRect()];
+    return box.left >= frame.left && box.right <= frame.right && box.top >= frame.top && box.bottom <= frame.bottom;
+  });
 
 // What follows a little later: tables follow keys, the address follows movements.
 export async function becomes(read, pattern) {

@@ -13,13 +13,25 @@ const PANELS = ["bom", "nets", "findings", "details"];
 
 // The whole page takes a second or two, so parts of it are looked at alone where only they have changed.
 async function faults(page, where = "body", runOnly = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"]) {
-  const { violations } = await page.evaluate(([where, runOnly]) => window.axe.run(where, { runOnly, resultTypes: ["violations"] }), [where, runOnly]);
-  return violations.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.html.slice(0, 120)).slice(0, 3).join(" ")}`);
+  const { violations } = await page.evaluate(
+    ([where, runOnly]) => window.axe.run(where, { runOnly, resultTypes: ["violations"] }),
+    [where, runOnly],
+  );
+  return violations.map(
+    ({ id, nodes }) =>
+      `${id}: ${nodes
+        .map((node) => node.html.slice(0, 120))
+        .slice(0, 3)
+        .join(" ")}`,
+  );
 }
 
 test("the guidelines' judge finds nothing, dark and light, in every list and box, on a narrow screen", async () => {
   const dark = { type: "rule", values: ["color-contrast"] }; // all that is other in the dark
-  for (const [colorScheme, rules] of [["light", undefined], ["dark", dark]]) {
+  for (const [colorScheme, rules] of [
+    ["light", undefined],
+    ["dark", dark],
+  ]) {
     const { page, close } = await open(linked(), { colorScheme });
     await page.evaluate(axe);
     await page.locator(".wire[data-net=N1]").click({ force: true });
@@ -30,7 +42,11 @@ test("the guidelines' judge finds nothing, dark and light, in every list and box
       assert.deepEqual(await faults(page, `.panel[data-panel=${panel}]`, rules), [], `${colorScheme} ${panel}`);
     }
     await page.click("#panels [data-panel=bom]");
-    for (const [button, box] of [["help", "help-box"], ["print", "print-box"], ["bom-settings", "settings-box"]]) {
+    for (const [button, box] of [
+      ["help", "help-box"],
+      ["print", "print-box"],
+      ["bom-settings", "settings-box"],
+    ]) {
       await page.click(`#${button}`);
       assert.deepEqual(await faults(page, `#${box}`, rules), [], `${colorScheme} ${box}`);
       await page.keyboard.press("Escape");
@@ -41,18 +57,34 @@ test("the guidelines' judge finds nothing, dark and light, in every list and box
   }
   const { page, close } = await open(linked(), { viewport: { width: 390, height: 800 }, hasTouch: true, isMobile: true });
   await page.evaluate(axe);
-  assert.deepEqual(await faults(page, "body", { type: "rule", values: ["target-size", "region", "scrollable-region-focusable", "meta-viewport"] }), []);
+  assert.deepEqual(
+    await faults(page, "body", {
+      type: "rule",
+      values: ["target-size", "region", "scrollable-region-focusable", "meta-viewport"],
+    }),
+    [],
+  );
   await close();
 });
 
 test("in Chinese nothing is left in English, and no text is missing", async () => {
   const { page, close } = await open(linked(), { locale: "zh-CN" });
-  const designs = /^[A-Z]?\d*$|R\d+|LM358|Left|Right|main|SHARED|IN|N\d|放大器|Rev|a note|Datasheet|Value|CSV|English|bold|nowhere|\.dsn/;
-  const english = async () => page.evaluate(() => [...document.querySelectorAll("body *:not(script):not(style):not(pre)")].filter((node) => node.children.length === 0)
-    .flatMap((node) => [node.textContent, node.title, node.getAttribute("aria-label"), node.placeholder]).filter((words) => /[A-Za-z]{3}/.test(words ?? "")));
+  const designs =
+    /^[A-Z]?\d*$|R\d+|LM358|Left|Right|main|SHARED|IN|N\d|放大器|Rev|a note|Datasheet|Value|CSV|English|bold|nowhere|\.dsn/;
+  const english = async () =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("body *:not(script):not(style):not(pre)")]
+        .filter((node) => node.children.length === 0)
+        .flatMap((node) => [node.textContent, node.title, node.getAttribute("aria-label"), node.placeholder])
+        .filter((words) => /[A-Za-z]{3}/.test(words ?? "")),
+    );
   for (const panel of PANELS) {
     await page.click(`#panels [data-panel=${panel}]`);
-    assert.deepEqual((await english()).filter((words) => !designs.test(words) && !/^(Page Up|Ctrl|Tab|Enter|Alt|Esc|方向|空格)/.test(words)), [], panel);
+    assert.deepEqual(
+      (await english()).filter((words) => !designs.test(words) && !/^(Page Up|Ctrl|Tab|Enter|Alt|Esc|方向|空格)/.test(words)),
+      [],
+      panel,
+    );
   }
   const { CHINESE, ENGLISH } = await import("../../tools/report/page/words.js");
   assert.deepEqual(Object.keys(CHINESE).sort(), Object.keys(ENGLISH).sort());
@@ -60,11 +92,20 @@ test("in Chinese nothing is left in English, and no text is missing", async () =
 });
 
 test("on narrow screens nothing leaves the screen, and a finger does what the pointer does", async () => {
-  for (const [width, height] of [[1024, 768], [768, 1024], [390, 800]]) {
+  for (const [width, height] of [
+    [1024, 768],
+    [768, 1024],
+    [390, 800],
+  ]) {
     const { page, close } = await open(linked(), { viewport: { width, height }, hasTouch: true, isMobile: true });
     assert.equal(await page.evaluate(() => document.scrollingElement.scrollWidth), width);
-    const outside = await page.$$eval("button, input, select, #frame", (nodes) => nodes.filter((node) => node.offsetParent && !node.closest(".tabulator"))
-      .map((node) => [node.id, node.getBoundingClientRect()]).filter(([, box]) => box.left < 0 || box.right > innerWidth || box.bottom > innerHeight).map(([id]) => id));
+    const outside = await page.$$eval("button, input, select, #frame", (nodes) =>
+      nodes
+        .filter((node) => node.offsetParent && !node.closest(".tabulator"))
+        .map((node) => [node.id, node.getBoundingClientRect()])
+        .filter(([, box]) => box.left < 0 || box.right > innerWidth || box.bottom > innerHeight)
+        .map(([id]) => id),
+    );
     assert.deepEqual(outside, [], `${width} points wide`);
     if (!(await page.isVisible("#pages"))) await page.tap("#tree-toggle");
     await page.locator("#pages [role=treeitem]", { hasText: "Right" }).tap();
@@ -81,12 +122,18 @@ test("on narrow screens nothing leaves the screen, and a finger does what the po
 
 test("dark by the system's wish, on paper always light", async () => {
   const { page, close } = await open(small(), { colorScheme: "dark" });
-  const colours = () => page.evaluate(() => ["body", ".paper", "#frame svg > g > line", "#frame text"].map((selector) => {
-    const style = getComputedStyle(document.querySelector(selector));
-    return selector === "body" ? style.backgroundColor : selector.endsWith("line") ? style.stroke : style.fill;
-  }));
+  const colours = () =>
+    page.evaluate(() =>
+      ["body", ".paper", "#frame svg > g > line", "#frame text"].map((selector) => {
+        const style = getComputedStyle(document.querySelector(selector));
+        return selector === "body" ? style.backgroundColor : selector.endsWith("line") ? style.stroke : style.fill;
+      }),
+    );
   const [ground, paper, wire, words] = (await colours()).map((colour) => colour.match(/\d+/g).map(Number));
-  assert.ok(Math.max(...ground, ...paper) < 60 && Math.max(...wire) > 120 && Math.min(...words) > 100, `${[ground, paper, wire, words]}`);
+  assert.ok(
+    Math.max(...ground, ...paper) < 60 && Math.max(...wire) > 120 && Math.min(...words) > 100,
+    `${[ground, paper, wire, words]}`,
+  );
   await page.emulateMedia({ colorScheme: "light" });
   assert.deepEqual((await colours()).slice(1), ["rgb(255, 255, 255)", "rgb(128, 0, 0)", "rgb(0, 0, 0)"]);
   await page.emulateMedia({ colorScheme: "dark", media: "print" });
@@ -98,8 +145,10 @@ test("each page prints the way it lies, the bill as a table, or one of them alon
   const design = linked();
   Object.assign(design.pages[1].drawing, { width: "800", height: "1100" });
   const { page, close } = await open(design);
-  const sizes = async () => [...String(await page.pdf({ preferCSSPageSize: true })).matchAll(/\/MediaBox\s*\[0 0 ([\d.]+) ([\d.]+)\]/g)]
-    .map(([, width, height]) => (Number(width) > Number(height) ? "across" : "upright"));
+  const sizes = async () =>
+    [...String(await page.pdf({ preferCSSPageSize: true })).matchAll(/\/MediaBox\s*\[0 0 ([\d.]+) ([\d.]+)\]/g)].map(
+      ([, width, height]) => (Number(width) > Number(height) ? "across" : "upright"),
+    );
   assert.deepEqual(await sizes(), ["across", "upright", "across", "across", "across"]);
   await page.evaluate(() => (window.print = () => (window.printed = document.getElementById("printed").textContent)));
   await page.click("#print");
@@ -136,11 +185,20 @@ test("a whole review by keys alone", async () => {
     const stop = await page.evaluate(() => {
       const { activeElement: node } = document;
       const box = node.getBoundingClientRect();
-      return node === document.body ? "" : `${node.id || node.className.baseVal || node.className || node.role} ${box.width > 0 && box.height > 0}`;
+      return node === document.body
+        ? ""
+        : `${node.id || node.className.baseVal || node.className || node.role} ${box.width > 0 && box.height > 0}`;
     });
     if (stop) stops.add(stop);
   }
-  for (const wanted of ["search", "frame", "pin", "link", "bom-filter", "divider"]) assert.ok([...stops].some((stop) => stop.startsWith(wanted)), wanted);
-  assert.deepEqual([...stops].filter((stop) => stop.endsWith("false")), []);
+  for (const wanted of ["search", "frame", "pin", "link", "bom-filter", "divider"])
+    assert.ok(
+      [...stops].some((stop) => stop.startsWith(wanted)),
+      wanted,
+    );
+  assert.deepEqual(
+    [...stops].filter((stop) => stop.endsWith("false")),
+    [],
+  );
   await close();
 });

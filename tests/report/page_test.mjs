@@ -49,7 +49,8 @@ test("what is not fitted is dimmed with its texts, and can be hidden", async () 
   await page.keyboard.press("PageDown");
   const dimmed = await page.$$eval("#frame .absent:is(use, text)", (nodes) => nodes.map((node) => node.textContent));
   assert.deepEqual(dimmed, ["", "R3", "10k", "0603", "5%"]);
-  const visible = () => page.$$eval("#frame .absent", (nodes) => nodes.filter((node) => getComputedStyle(node).display !== "none").length);
+  const visible = () =>
+    page.$$eval("#frame .absent", (nodes) => nodes.filter((node) => getComputedStyle(node).display !== "none").length);
   assert.equal(await visible(), 6);
   await page.check("#hide");
   assert.equal(await visible(), 0);
@@ -72,7 +73,11 @@ test("what moves under a pointer at rest takes no light", async () => {
     await page.keyboard.press("Escape");
     await page.keyboard.press("0");
     await page.hover(place);
-    for (const [typed, reference] of [["r2", "R2"], ["c60", "C60"], ["r1", "R1"]]) {
+    for (const [typed, reference] of [
+      ["r2", "R2"],
+      ["c60", "C60"],
+      ["r1", "R1"],
+    ]) {
       await page.fill("#search", typed);
       await page.keyboard.press("Enter");
       await page.waitForTimeout(200);
@@ -88,7 +93,7 @@ test("columns are readable, scroll sideways when they must, and show what they c
   const width = 2000;
   const { page, close } = await open(long(), { viewport: { width, height: 800 } });
   const heads = "#bom .tabulator-col-title";
-  const values = '#bom .tabulator-cell:not([tabulator-field=PCBFootprint])';
+  const values = "#bom .tabulator-cell:not([tabulator-field=PCBFootprint])";
   const scrolls = () => page.$eval("#bom .tabulator-tableholder", (node) => node.scrollWidth > node.clientWidth);
   const share = async () => (await page.locator(".lists").boundingBox()).width / width;
   for (const list of ["bom", "findings"]) {
@@ -137,10 +142,15 @@ test("findings are pinned, listed, and lead to each other", async () => {
 test("search finds parts, pins, values, nets, findings, pages and texts", async () => {
   const { page, close } = await open(small());
   const cases = [
-    ["r10", "part", "R10", "main", ["R10"]], ["4.7u", "value", "4.7uF", "main", ["R2"]],
-    ["clk", "net", "CLK", "main", [], ["CLK"]], ["reset", "net", "/sub/RESET", "第二页", [], ["/sub/RESET"]], ["r10.2", "pin", "R10.2", "main", [], ["CLK"]],
-    ["not conn", "finding", "1: R2.1", "main", ["R2"]], ["第二", "page", "第二页", "第二页", []],
-    ["filter", "text", "Filter stage", "main", []], ["电阻", "value", "电阻", "第二页", ["R20", "R20"]],
+    ["r10", "part", "R10", "main", ["R10"]],
+    ["4.7u", "value", "4.7uF", "main", ["R2"]],
+    ["clk", "net", "CLK", "main", [], ["CLK"]],
+    ["reset", "net", "/sub/RESET", "第二页", [], ["/sub/RESET"]],
+    ["r10.2", "pin", "R10.2", "main", [], ["CLK"]],
+    ["not conn", "finding", "1: R2.1", "main", ["R2"]],
+    ["第二", "page", "第二页", "第二页", []],
+    ["filter", "text", "Filter stage", "main", []],
+    ["电阻", "value", "电阻", "第二页", ["R20", "R20"]],
     ["a-1", "value", "A-1", "main", ["R1", "R10"]],
   ];
   for (const [typed, kind, label, name, references, nets = []] of cases) {
@@ -203,16 +213,26 @@ test("everything is done with keys as well", async () => {
 test("properties are the lit part's, or said to be the design's", async () => {
   const { page, close } = await open(small());
   await page.keyboard.press("d");
-  const shownRows = () => page.$$eval("#details .tabulator-row", (rows) =>
-    rows.map((row) => [...row.querySelectorAll(".tabulator-cell")].map((cell) => cell.textContent).join(" ")));
+  const shownRows = () =>
+    page.$$eval("#details .tabulator-row", (rows) =>
+      rows.map((row) => [...row.querySelectorAll(".tabulator-cell")].map((cell) => cell.textContent).join(" ")),
+    );
   const whose = () => page.textContent("#whose");
   assert.match(await whose(), /^Every property name of the design/);
   assert.match((await shownRows()).join(), /Datasheet <b>bold<\/b>/);
   await page.click('.hit[data-reference="R10"]');
   await page.waitForFunction(() => document.querySelector("#details").textContent.includes("R10.2"));
   assert.equal(await whose(), "Of R10:");
-  assert.deepEqual(await shownRows(), ["State fitted", "Value 10k", "Part number A-1", "Part R", "Footprint 0603", "Pins 2",
-    "Page main", "R10.2 CLK"]);
+  assert.deepEqual(await shownRows(), [
+    "State fitted",
+    "Value 10k",
+    "Part number A-1",
+    "Part R",
+    "Footprint 0603",
+    "Pins 2",
+    "Page main",
+    "R10.2 CLK",
+  ]);
   await close();
 });
 
@@ -226,7 +246,18 @@ test("both languages, the reader's own first", async () => {
   await page.click("[data-panel=bom]");
   await page.locator(".tabulator-col-title", { hasText: "Sourced" }).waitFor();
   const heads = await page.$$eval("#bom .tabulator-col-title", (nodes) => nodes.map((node) => node.textContent));
-  assert.deepEqual(heads, ["Sourced", "Placed", "Qty", "References", "Value", "State", "Part number", "Part", "Pins", "Footprint"]);
+  assert.deepEqual(heads, [
+    "Sourced",
+    "Placed",
+    "Qty",
+    "References",
+    "Value",
+    "State",
+    "Part number",
+    "Part",
+    "Pins",
+    "Footprint",
+  ]);
   assert.equal(await page.getAttribute("html", "lang"), "en");
   await page.click("#help");
   assert.match(await page.textContent("#help-box"), /hide or show what is not fitted/);
@@ -246,8 +277,12 @@ test("a print has every page, both lists, and what is not fitted as on the scree
   assert.match(await page.textContent("#printed"), /not fitted: R3.*R1, R10.*2NetlistR3R3 has no footprint/s);
   assert.deepEqual(await page.$$eval("#printed .pin text", (nodes) => nodes.map((node) => node.textContent)), ["1", "2"]);
   await page.emulateMedia({ media: "print" });
-  const dimmed = () => page.$$eval("#printed .absent", (nodes) => nodes.map((node) => getComputedStyle(node))
-    .map((style) => (style.display === "none" ? "hidden" : style.strokeDasharray === "none" ? style.opacity : "dashed")));
+  const dimmed = () =>
+    page.$$eval("#printed .absent", (nodes) =>
+      nodes
+        .map((node) => getComputedStyle(node))
+        .map((style) => (style.display === "none" ? "hidden" : style.strokeDasharray === "none" ? style.opacity : "dashed")),
+    );
   assert.deepEqual((await dimmed()).sort(), [...Array(5).fill("0.3"), "dashed"]);
   await page.keyboard.press("h");
   assert.deepEqual(await dimmed(), Array(6).fill("hidden"));
@@ -278,14 +313,22 @@ test("a design of forty pages is there at once, its lists hold only what is seen
   assert.equal(await page.textContent("#nets-note"), "", "every wire belongs to a net");
   const taken = [];
   for (const selector of ['.wire[data-net="GND"]', ".hit", '.wire[data-net="LINK1"]']) {
-    taken.push(await page.$eval(selector, (node) => new Promise((resolve) => {
-      const from = performance.now();
-      node.dispatchEvent(new MouseEvent("click", { bubbles: true }));
-      requestAnimationFrame(() => setTimeout(() => resolve(performance.now() - from)));
-    })));
+    taken.push(
+      await page.$eval(
+        selector,
+        (node) =>
+          new Promise((resolve) => {
+            const from = performance.now();
+            node.dispatchEvent(new MouseEvent("click", { bubbles: true }));
+            requestAnimationFrame(() => setTimeout(() => resolve(performance.now() - from)));
+          }),
+      ),
+    );
   }
   assert.deepEqual(await litNets(page), ["LINK1"]);
-  console.log(`4,000 parts: first shown after ${marks[0].toFixed()} ms, nets joined after ${marks[1].toFixed()} ms, selections ${taken.map((one) => one.toFixed()).join(", ")} ms`);
+  console.log(
+    `4,000 parts: first shown after ${marks[0].toFixed()} ms, nets joined after ${marks[1].toFixed()} ms, selections ${taken.map((one) => one.toFixed()).join(", ")} ms`,
+  );
   // Alone on two cores: 600 ms and 15 to 30 ms. The limits leave room for what else a test machine does.
   assert.ok(marks[0] < 20_000 && Math.min(...taken) < 500);
   await close();
@@ -309,7 +352,10 @@ test("a page of 5,000 objects pans without stutter", async () => {
   for (let step = 1; step <= 90; step++) await page.mouse.move(500 - step * 3, 400 - step * 2);
   await page.mouse.up();
   const frames = await page.evaluate(() => window.frames_);
-  const gaps = frames.slice(1).map((time, index) => time - frames[index]).sort((one, other) => one - other);
+  const gaps = frames
+    .slice(1)
+    .map((time, index) => time - frames[index])
+    .sort((one, other) => one - other);
   const [half, most] = [0.5, 0.95].map((share) => gaps[Math.floor(gaps.length * share)]);
   console.log(`frames while panning: ${gaps.length}, median ${half.toFixed(1)} ms, 95th of 100 ${most.toFixed(1)} ms`);
   // Alone on two cores: 17 and 33 ms. The limits leave room for what else a test machine does.

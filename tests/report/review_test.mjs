@@ -4,18 +4,37 @@ import assert from "node:assert/strict";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { becomes, folder, inView, lit, litNets, litRows, open, rowOf, rowsOf, scaleOf, shown, textOf, write } from "./browser.mjs";
+import {
+  becomes,
+  folder,
+  inView,
+  lit,
+  litNets,
+  litRows,
+  open,
+  rowOf,
+  rowsOf,
+  scaleOf,
+  shown,
+  textOf,
+  write,
+} from "./browser.mjs";
 import { linked } from "./design.mjs";
 import { kind } from "./launch.mjs";
 
 // Only Chromium's driver tells of downloads; and what no browser does in its own way needs but one.
 const inOne = { skip: kind === "firefox" };
 const hashOf = (page) => page.evaluate(() => decodeURIComponent(location.hash.replaceAll("+", " ")));
-const at = (page, selector, x, y) => page.$eval(selector, (node, [x, y]) => {
-  const place = new DOMPoint(x, y).matrixTransform(node.ownerSVGElement.getScreenCTM());
-  return [place.x, place.y];
-}, [x, y]);
-const clickAt = async (page, x, y) => page.mouse.click(...await at(page, "#frame .overlay", x, y));
+const at = (page, selector, x, y) =>
+  page.$eval(
+    selector,
+    (node, [x, y]) => {
+      const place = new DOMPoint(x, y).matrixTransform(node.ownerSVGElement.getScreenCTM());
+      return [place.x, place.y];
+    },
+    [x, y],
+  );
+const clickAt = async (page, x, y) => page.mouse.click(...(await at(page, "#frame .overlay", x, y)));
 const download = async (page, button) => {
   const [file] = await Promise.all([page.waitForEvent("download"), page.click(button)]);
   const path = join(folder, file.suggestedFilename());
@@ -41,7 +60,7 @@ test("a click on a wire, a pin or a label selects the net on every page", async 
   await page.locator("#nets .tabulator-row", { hasText: "SHARED" }).click();
   assert.equal(await shown(page), "Right", "once more goes to the next page");
   await page.keyboard.press("0");
-  await page.mouse.move(...await at(page, "#frame .overlay", 124, 100));
+  await page.mouse.move(...(await at(page, "#frame .overlay", 124, 100)));
   assert.match(await page.textContent("#pointed"), /^R\.2 · net SHARED: 2 pins on 2 pages/);
   await page.click("#panels [data-panel=details]");
   await becomes(async () => (await rowsOf(page, "details")).join(), /Page\|Left,Page\|Right,L\.2\|Left,R\.2\|Right/);
@@ -61,7 +80,12 @@ test("sheets, ports and off-page connectors lead on, and back and forward go the
   await page.keyboard.press("Enter");
   assert.deepEqual([await shown(page), await litNets(page)], ["main", ["N2"]]);
   assert.ok(await page.locator(".flash").count());
-  for (const [button, wanted] of [["back", "Right"], ["back", "Left"], ["back", "main"], ["forward", "Left"]]) {
+  for (const [button, wanted] of [
+    ["back", "Right"],
+    ["back", "Left"],
+    ["back", "main"],
+    ["forward", "Left"],
+  ]) {
     await page.click(`#${button}`);
     await becomes(() => shown(page), new RegExp(`^${wanted}$`));
   }
@@ -80,9 +104,14 @@ test("the address holds what is shown, and a reload keeps it with the language",
   await page.selectOption("#findings-check", "1003");
   await page.keyboard.press("+");
   await becomes(() => hashOf(page), /^#page=Left&panel=findings&net=SHARED&check=1003&language=zh&at=/);
-  await becomes(async () => (Number((await hashOf(page)).split(",").at(-1)) - await scaleOf(page)).toFixed(2), /^-?0\.00$/);
+  await becomes(async () => (Number((await hashOf(page)).split(",").at(-1)) - (await scaleOf(page))).toFixed(2), /^-?0\.00$/);
   const view = await page.$eval("#frame > svg", (svg) => svg.getBoundingClientRect().toJSON());
-  const state = async () => [await shown(page), await litNets(page), await rowsOf(page, "findings"), await page.getAttribute("html", "lang")];
+  const state = async () => [
+    await shown(page),
+    await litNets(page),
+    await rowsOf(page, "findings"),
+    await page.getAttribute("html", "lang"),
+  ];
   const before = await state();
   assert.deepEqual(before, ["Left", ["SHARED"], ["1|引脚|A.1|引脚未连接|main"], "zh-CN"]);
   await page.reload();
@@ -109,7 +138,10 @@ test("ten parts are ticked, kept over a reload, and taken elsewhere as a file", 
   await page.waitForSelector("body[data-joined]");
   assert.equal(await ticks(page), "Sourced 1/13 · Placed 10/13");
   await page.selectOption("#bom-fitted", { label: "Not yet Placed" });
-  assert.deepEqual((await rowsOf(page, "bom")).map((row) => row.split("|")[1]), ["R11", "A", "B"]);
+  assert.deepEqual(
+    (await rowsOf(page, "bom")).map((row) => row.split("|")[1]),
+    ["R11", "A", "B"],
+  );
   await page.click("#bom-settings");
   await page.locator("#settings-boxes input").first().fill("Bought");
   await page.click("#settings-add");
@@ -132,7 +164,10 @@ test("ten parts are ticked, kept over a reload, and taken elsewhere as a file", 
   await second.page.click("#settings-close");
   assert.equal(await ticks(second.page), "Sourced 1/13 · Placed 9/13");
   await second.page.click("#bom-settings");
-  for (const [name, text] of [["no.json", "no JSON"], ["other.json", "{\"boxes\":[1],\"ticks\":{}}"]]) {
+  for (const [name, text] of [
+    ["no.json", "no JSON"],
+    ["other.json", '{"boxes":[1],"ticks":{}}'],
+  ]) {
     await choose(second.page, "#marks-import", { name, mimeType: "application/json", buffer: Buffer.from(text) });
     await becomes(() => second.page.textContent("#said"), new RegExp(`${name} holds no ticks`));
   }
@@ -154,17 +189,28 @@ test("the bill is sorted by quantity, grouped, filtered, and taken out as CSV an
   await page.fill("#bom-filter", "u");
   assert.deepEqual(await rowsOf(page, "bom"), ["1|B|=1+1|fitted|U|R|2|0603", "1|A|LM358|fitted|U|R|2|0603"]);
   const file = await download(page, "#bom-csv");
-  assert.equal(textOf(file), "\ufeffQty,References,Value,State,Part number,Part,Pins,Footprint,Sourced,Placed\r\n"
-    + "1,B,'=1+1,fitted,U,R,2,0603,,\r\n1,A,LM358,fitted,U,R,2,0603,,\r\n");
+  assert.equal(
+    textOf(file),
+    "\ufeffQty,References,Value,State,Part number,Part,Pins,Footprint,Sourced,Placed\r\n" +
+      "1,B,'=1+1,fitted,U,R,2,0603,,\r\n1,A,LM358,fitted,U,R,2,0603,,\r\n",
+  );
   await page.click("#bom-settings");
   await page.uncheck("#settings-columns [value=PinNumber]");
   await page.click("#settings-close");
   await page.locator("#bom .tabulator-row").first().click();
   await page.evaluate(() => {
-    DataTransfer.prototype.setData = new Proxy(DataTransfer.prototype.setData, { apply: (set, to, [type, text]) => { window.copied = text; return set.call(to, type, text); } });
+    DataTransfer.prototype.setData = new Proxy(DataTransfer.prototype.setData, {
+      apply: (set, to, [type, text]) => {
+        window.copied = text;
+        return set.call(to, type, text);
+      },
+    });
   });
   await page.click("#bom-copy");
-  await becomes(() => page.evaluate(() => window.copied), /^Qty\tReferences\tValue\tState\tPart number\tPart\tFootprint\tSourced\tPlaced\n1\tB\t'=1\+1\tfitted\tU\tR\t0603\t\t$/);
+  await becomes(
+    () => page.evaluate(() => window.copied),
+    /^Qty\tReferences\tValue\tState\tPart number\tPart\tFootprint\tSourced\tPlaced\n1\tB\t'=1\+1\tfitted\tU\tR\t0603\t\t$/,
+  );
   await close();
 });
 
@@ -174,14 +220,21 @@ test("two reports are compared part by part", inOne, async () => {
   before.bom.Stick[0].Value = "12k";
   before.bom.Stick.push({ ...before.bom.NotStick[0] }, { ...before.bom.Stick[0], PartRef: "R99" });
   before.bom.NotStick = [];
-  before.pages[0].drawing.children[1].children = before.pages[0].drawing.children[1].children.filter((one) => one.attr.id !== "R5");
+  before.pages[0].drawing.children[1].children = before.pages[0].drawing.children[1].children.filter(
+    (one) => one.attr.id !== "R5",
+  );
   const old = write(before, "before");
   const { page, close } = await open(linked());
   await choose(page, "#compare", { name: "x.html", mimeType: "text/html", buffer: Buffer.from("<p>no report") });
   await becomes(() => page.textContent("#said"), /x\.html is no report/);
   await choose(page, "#compare", old);
   await page.locator("#changes .tabulator-row").first().waitFor();
-  assert.deepEqual(await rowsOf(page, "changes"), ["changed|R1|Value|12k|10k", "added|R5|Value||2k2", "now not fitted|R12|State||", "removed|R99|Value|12k|"]);
+  assert.deepEqual(await rowsOf(page, "changes"), [
+    "changed|R1|Value|12k|10k",
+    "added|R5|Value||2k2",
+    "now not fitted|R12|State||",
+    "removed|R99|Value|12k|",
+  ]);
   await page.locator("#changes .tabulator-row").nth(1).click();
   assert.deepEqual(await lit(page), ["R5"]);
   await close();
@@ -195,8 +248,12 @@ test("findings: one pin a part, opened into the list; the same numbers everywher
   assert.deepEqual(await page.$$eval("#frame .pin text", (nodes) => nodes.map((node) => node.textContent)), ["2"]);
   await page.click("#frame .pin");
   await becomes(async () => (await litRows(page, "findings")).length, /^2$/);
-  assert.deepEqual(await page.$$eval("#findings-page option", (nodes) => nodes.map((node) => node.textContent)),
-    ["All pages (4)", "not on a page (1)", "main (2)", "Left (1)"]);
+  assert.deepEqual(await page.$$eval("#findings-page option", (nodes) => nodes.map((node) => node.textContent)), [
+    "All pages (4)",
+    "not on a page (1)",
+    "main (2)",
+    "Left (1)",
+  ]);
   await page.selectOption("#findings-page", { label: "Left (1)" });
   assert.equal((await rowsOf(page, "findings")).length, 1);
   await page.selectOption("#findings-page", "");

@@ -23,12 +23,19 @@ export function stateIn(hash, model) {
   const [x, y, scale] = at.split(",").map(Number);
   const text = (name) => said.get(name) ?? "";
   return {
-    page: Math.max(0, model.pages.findIndex((page) => pageName(page, model) === wanted)),
+    page: Math.max(
+      0,
+      model.pages.findIndex((page) => pageName(page, model) === wanted),
+    ),
     panel: text("panel") || "bom",
     parts: said.getAll("part").filter((part) => model.parts.has(part)),
     nets: said.getAll("net").filter((net) => model.netByName.has(net)),
     finding: model.findings[Number(said.get("finding") || NaN)] ? text("finding") : "",
-    filter: text("filter"), fitted: text("fitted"), check: text("check"), on: text("on"), language: text("language"),
+    filter: text("filter"),
+    fitted: text("fitted"),
+    check: text("check"),
+    on: text("on"),
+    language: ["en", "zh"].includes(text("language")) ? text("language") : "",
     view: NUMBERS.test(at) && scale > 0 ? { x, y, scale } : null,
   };
 }

@@ -5,18 +5,34 @@ import { stateOf, text } from "./texts.js";
 
 // One row for equal parts, or one for each part when `single`.
 export function billRows(model, single) {
-  const pagesOf = (references) => [...new Set(references.flatMap((reference) => model.parts.get(reference).pages))]
-    .sort((one, other) => one - other).map((page) => model.pages[page].name).join(", ");
+  const pagesOf = (references) =>
+    [...new Set(references.flatMap((reference) => model.parts.get(reference).pages))]
+      .sort((one, other) => one - other)
+      .map((page) => model.pages[page].name)
+      .join(", ");
   if (!single) return model.lines.map((line) => ({ ...line, page: pagesOf(line.references) }));
-  return model.lines.flatMap((line) => line.references.map((reference, at) => ({
-    ...line, id: `${line.id} ${at}`, references: [reference], quantity: 1, page: pagesOf([reference]),
-  }))).sort((one, other) => inNaturalOrder(one.references[0], other.references[0]));
+  return model.lines
+    .flatMap((line) =>
+      line.references.map((reference, at) => ({
+        ...line,
+        id: `${line.id} ${at}`,
+        references: [reference],
+        quantity: 1,
+        page: pagesOf([reference]),
+      })),
+    )
+    .sort((one, other) => inNaturalOrder(one.references[0], other.references[0]));
 }
 
 // `fields` are [[member, title]...]; members that begin with "box " are boxes.
 export function tableOf(rows, fields, marks) {
   const value = (row, field) => {
-    if (field.startsWith("box ")) return { all: "x", some: `${row.references.filter((one) => marks.has(field.slice(4), one)).length}/${row.references.length}`, none: "" }[marks.state(field.slice(4), row.references)];
+    if (field.startsWith("box "))
+      return {
+        all: "x",
+        some: `${row.references.filter((one) => marks.has(field.slice(4), one)).length}/${row.references.length}`,
+        none: "",
+      }[marks.state(field.slice(4), row.references)];
     if (field === "references") return row.references.join(", ");
     return field === "fitted" ? stateOf(row.fitted) : String(row[field] ?? "");
   };

@@ -14,9 +14,14 @@ export class BillPanel {
     Object.assign(this, { model, marks, settings, changed });
     this.filters = { filter: "", fitted: "" };
     this.list = new List(element("bom"), {
-      label: "bom", columns: (rows) => billColumns(rows, settings.hidden, this.#boxColumns()), rows: () => billRows(model, settings.single),
+      label: "bom",
+      columns: (rows) => billColumns(rows, settings.hidden, this.#boxColumns()),
+      rows: () => billRows(model, settings.single),
       classOf: (line) => (line.fitted ? [] : ["absent"]),
-      events: { pointAt: (line) => pointAt(line && { references: line.references, nets: [] }), choose: (line) => choose(line.references) },
+      events: {
+        pointAt: (line) => pointAt(line && { references: line.references, nets: [] }),
+        choose: (line) => choose(line.references),
+      },
     });
     this.#listen();
     this.#regroup();
@@ -25,8 +30,12 @@ export class BillPanel {
   // In the language that is shown.
   async refresh() {
     const option = (value, words) => Object.assign(document.createElement("option"), { value, textContent: words });
-    element("bom-fitted").replaceChildren(option("", text("allParts")), option("yes", text("fitted")), option("no", text("absent")),
-      ...this.marks.boxes.map((box) => option(`not ${box.id}`, text("notYet", { box: boxTitle(box) }))));
+    element("bom-fitted").replaceChildren(
+      option("", text("allParts")),
+      option("yes", text("fitted")),
+      option("no", text("absent")),
+      ...this.marks.boxes.map((box) => option(`not ${box.id}`, text("notYet", { box: boxTitle(box) }))),
+    );
     element("bom-fitted").value = this.filters.fitted;
     element("bom-rows").value = this.settings.single ? "single" : "";
     element("bom-group").value = this.settings.group;
@@ -45,9 +54,14 @@ export class BillPanel {
 
   light(references, scroll) {
     const wanted = new Set(references);
-    const lines = new Set(references.map((reference) => this.model.parts.get(reference)?.line?.id).filter((id) => id !== undefined));
-    const ids = !this.settings.single ? [...lines]
-      : this.model.lines.filter((line) => lines.has(line.id)).flatMap((line) => line.references.flatMap((one, at) => (wanted.has(one) ? [`${line.id} ${at}`] : [])));
+    const lines = new Set(
+      references.map((reference) => this.model.parts.get(reference)?.line?.id).filter((id) => id !== undefined),
+    );
+    const ids = !this.settings.single
+      ? [...lines]
+      : this.model.lines
+          .filter((line) => lines.has(line.id))
+          .flatMap((line) => line.references.flatMap((one, at) => (wanted.has(one) ? [`${line.id} ${at}`] : [])));
     this.list.light(ids, scroll);
   }
 
@@ -59,13 +73,16 @@ export class BillPanel {
     set("bom-group", "change", (group) => this.#want({ group }));
     element("bom").addEventListener("keydown", (event) => this.#tickWithKey(event));
     element("bom-copy").addEventListener("click", () => this.copy());
-    element("bom-csv").addEventListener("click", async () => save(`${this.model.name}.csv`, "text/csv", csvOf(await this.#table())));
+    element("bom-csv").addEventListener("click", async () =>
+      save(`${this.model.name}.csv`, "text/csv", csvOf(await this.#table())),
+    );
     element("bom-settings").addEventListener("click", () => this.#openSettings());
     element("settings-add").addEventListener("click", () => this.#addBoxField({ name: "" }).focus());
     element("settings-close").addEventListener("click", () => element("settings-box").close());
     element("settings-box").addEventListener("close", () => this.#takeSettings());
-    element("marks-export").addEventListener("click", () => save(`${this.model.name}.marks.json`, "application/json",
-      `${JSON.stringify(this.marks.exported(), null, 1)}\n`));
+    element("marks-export").addEventListener("click", () =>
+      save(`${this.model.name}.marks.json`, "application/json", `${JSON.stringify(this.marks.exported(), null, 1)}\n`),
+    );
     element("marks-import").addEventListener("click", () => this.#import());
   }
 
@@ -75,8 +92,10 @@ export class BillPanel {
   }
 
   async #table() {
-    const fields = [...BILL_FIELDS.map(([field, title]) => [field, text(title)]).filter(([field]) => !this.settings.hidden.includes(field)),
-      ...this.marks.boxes.map((box) => [`box ${box.id}`, boxTitle(box)])];
+    const fields = [
+      ...BILL_FIELDS.map(([field, title]) => [field, text(title)]).filter(([field]) => !this.settings.hidden.includes(field)),
+      ...this.marks.boxes.map((box) => [`box ${box.id}`, boxTitle(box)]),
+    ];
     return tableOf(await this.list.chosenRows(), fields, this.marks);
   }
 
@@ -90,8 +109,13 @@ export class BillPanel {
     const words = this.filters.filter.trim().toLowerCase();
     const { fitted } = this.filters;
     const box = fitted.startsWith("not ") ? fitted.slice(4) : "";
-    const says = (line) => [...line.references, line.Value, line.PartNumber, line.PartName, line.PCBFootprint, line.page].some((one) => (one ?? "").toLowerCase().includes(words));
-    const isWanted = (line) => (!words || says(line)) && (!fitted || (box ? line.fitted && this.marks.state(box, line.references) !== "all" : line.fitted === (fitted === "yes")));
+    const says = (line) =>
+      [...line.references, line.Value, line.PartNumber, line.PartName, line.PCBFootprint, line.page].some((one) =>
+        (one ?? "").toLowerCase().includes(words),
+      );
+    const isWanted = (line) =>
+      (!words || says(line)) &&
+      (!fitted || (box ? line.fitted && this.marks.state(box, line.references) !== "all" : line.fitted === (fitted === "yes")));
     this.list.filter(words || fitted ? isWanted : null);
   }
 
@@ -110,8 +134,14 @@ export class BillPanel {
 
   #boxColumns() {
     return this.marks.boxes.map((box) => ({
-      title: boxTitle(box), field: `box ${box.id}`, always: true, hozAlign: "center", widthGrow: 0.1, say: () => "",
-      sorter: (_, __, one, other) => this.marks.state(box.id, one.getData().references).localeCompare(this.marks.state(box.id, other.getData().references)),
+      title: boxTitle(box),
+      field: `box ${box.id}`,
+      always: true,
+      hozAlign: "center",
+      widthGrow: 0.1,
+      say: () => "",
+      sorter: (_, __, one, other) =>
+        this.marks.state(box.id, one.getData().references).localeCompare(this.marks.state(box.id, other.getData().references)),
       mark: (line, node) => node.append(this.#tick(box, line)),
     }));
   }
@@ -136,7 +166,11 @@ export class BillPanel {
   #setTick(box, line, on) {
     const selected = this.list.table.getSelectedData();
     const lines = selected.some((one) => one.id === line.id) ? selected : [line];
-    this.marks.set(box, lines.flatMap((one) => one.references), on);
+    this.marks.set(
+      box,
+      lines.flatMap((one) => one.references),
+      on,
+    );
     for (const one of lines) {
       const row = this.list.table.getRow(one.id);
       for (const input of row ? row.getElement().querySelectorAll("input") : []) this.#showTick(input, one);
@@ -157,7 +191,9 @@ export class BillPanel {
 
   #showProgress() {
     const all = [...this.model.parts.values()].filter((part) => part.line && part.fitted).length;
-    element("progress").textContent = this.marks.boxes.map((box) => `${boxTitle(box)} ${this.marks.count(box.id)}/${all}`).join(" · ");
+    element("progress").textContent = this.marks.boxes
+      .map((box) => `${boxTitle(box)} ${this.marks.count(box.id)}/${all}`)
+      .join(" · ");
   }
 
   async #import() {
@@ -173,12 +209,18 @@ export class BillPanel {
   }
 
   #openSettings() {
-    element("settings-columns").replaceChildren(...BILL_FIELDS.map(([field, title]) => {
-      const label = document.createElement("label");
-      const input = Object.assign(document.createElement("input"), { type: "checkbox", checked: !this.settings.hidden.includes(field), value: field });
-      label.append(input, ` ${text(title)}`);
-      return label;
-    }));
+    element("settings-columns").replaceChildren(
+      ...BILL_FIELDS.map(([field, title]) => {
+        const label = document.createElement("label");
+        const input = Object.assign(document.createElement("input"), {
+          type: "checkbox",
+          checked: !this.settings.hidden.includes(field),
+          value: field,
+        });
+        label.append(input, ` ${text(title)}`);
+        return label;
+      }),
+    );
     this.#showBoxFields();
     element("settings-box").showModal();
   }
@@ -190,7 +232,11 @@ export class BillPanel {
 
   #addBoxField(box) {
     const row = document.createElement("li");
-    const input = Object.assign(document.createElement("input"), { type: "text", value: box.id ? boxTitle(box) : "", maxLength: 40 });
+    const input = Object.assign(document.createElement("input"), {
+      type: "text",
+      value: box.id ? boxTitle(box) : "",
+      maxLength: 40,
+    });
     input.setAttribute("aria-label", text("boxName"));
     if (box.id) input.dataset.box = box.id;
     const remove = Object.assign(document.createElement("button"), { type: "button", textContent: text("remove") });
@@ -204,8 +250,11 @@ export class BillPanel {
   async #takeSettings() {
     this.settings.hidden = [...element("settings-columns").querySelectorAll("input:not(:checked)")].map((input) => input.value);
     this.settings.keep();
-    this.marks.rename([...element("settings-boxes").querySelectorAll("input")].map(({ value, dataset }) => (
-      { id: dataset.box, name: dataset.box && value.trim() === text(dataset.box) ? "" : value })).filter(({ id, name }) => id || name.trim()));
+    this.marks.rename(
+      [...element("settings-boxes").querySelectorAll("input")]
+        .map(({ value, dataset }) => ({ id: dataset.box, name: dataset.box && value.trim() === text(dataset.box) ? "" : value }))
+        .filter(({ id, name }) => id || name.trim()),
+    );
     await this.refresh();
   }
 }

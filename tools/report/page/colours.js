@@ -23,7 +23,13 @@ export function onDark(colour) {
   const parts = [1, 3, 5].map((at) => parseInt(colour.slice(at, at + 2), 16));
   const paper = luminance(DARK_PAPER);
   for (let white = 0; white <= 1; white += 0.05) {
-    const mixed = `#${parts.map((part) => Math.round(part + (255 - part) * white).toString(16).padStart(2, "0")).join("")}`;
+    const mixed = `#${parts
+      .map((part) =>
+        Math.round(part + (255 - part) * white)
+          .toString(16)
+          .padStart(2, "0"),
+      )
+      .join("")}`;
     if ((luminance(mixed) + 0.05) / (paper + 0.05) >= CONTRAST) return mixed;
   }
   return "#ffffff";
@@ -31,7 +37,8 @@ export function onDark(colour) {
 
 // As the accessibility guidelines define it.
 function luminance(colour) {
-  const [red, green, blue] = [1, 3, 5].map((at) => parseInt(colour.slice(at, at + 2), 16) / 255)
+  const [red, green, blue] = [1, 3, 5]
+    .map((at) => parseInt(colour.slice(at, at + 2), 16) / 255)
     .map((part) => (part <= 0.04045 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4));
   return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
 }

@@ -11,25 +11,48 @@ const ruler = document.createElement("canvas").getContext("2d");
 // it, in pixels. A column in which no row says anything is left out.
 
 export function billColumns(lines, hidden, boxes) {
-  return columns(lines, [
-    ...boxes,
-    { title: text("quantity"), field: "quantity", hozAlign: "right", widthGrow: 0.1 },
-    { title: text("references"), field: "references", widthGrow: 2, most: 130, say: (line) => line.references.join(", "),
-      sorter: (one, other) => inNaturalOrder(one[0], other[0]) },
-    { title: text("value"), field: "Value", most: 120, sorter: byQuantity },
-    { title: text("state"), field: "fitted", widthGrow: 0.1, say: (line) => stateOf(line.fitted) },
-    { title: text("partNumber"), field: "PartNumber", most: 120, mark: (line, node) => {
-      if (!node.textContent) node.append(marked("i", text("unnumbered")));
-    } },
-    { title: text("partName"), field: "PartName", most: 120 },
-    { title: text("pins"), field: "PinNumber", hozAlign: "right", widthGrow: 0.1 },
-    { title: text("footprint"), field: "PCBFootprint", widthGrow: 3, most: 130 },
-    { title: text("page"), field: "page", most: 130 },
-  ].filter(({ field }) => !hidden.includes(field)));
+  return columns(
+    lines,
+    [
+      ...boxes,
+      { title: text("quantity"), field: "quantity", hozAlign: "right", widthGrow: 0.1 },
+      {
+        title: text("references"),
+        field: "references",
+        widthGrow: 2,
+        most: 130,
+        say: (line) => line.references.join(", "),
+        sorter: (one, other) => inNaturalOrder(one[0], other[0]),
+      },
+      { title: text("value"), field: "Value", most: 120, sorter: byQuantity },
+      { title: text("state"), field: "fitted", widthGrow: 0.1, say: (line) => stateOf(line.fitted) },
+      {
+        title: text("partNumber"),
+        field: "PartNumber",
+        most: 120,
+        mark: (line, node) => {
+          if (!node.textContent) node.append(marked("i", text("unnumbered")));
+        },
+      },
+      { title: text("partName"), field: "PartName", most: 120 },
+      { title: text("pins"), field: "PinNumber", hozAlign: "right", widthGrow: 0.1 },
+      { title: text("footprint"), field: "PCBFootprint", widthGrow: 3, most: 130 },
+      { title: text("page"), field: "page", most: 130 },
+    ].filter(({ field }) => !hidden.includes(field)),
+  );
 }
 
-export const BILL_FIELDS = [["quantity", "quantity"], ["references", "references"], ["Value", "value"], ["fitted", "state"],
-  ["PartNumber", "partNumber"], ["PartName", "partName"], ["PinNumber", "pins"], ["PCBFootprint", "footprint"], ["page", "page"]];
+export const BILL_FIELDS = [
+  ["quantity", "quantity"],
+  ["references", "references"],
+  ["Value", "value"],
+  ["fitted", "state"],
+  ["PartNumber", "partNumber"],
+  ["PartName", "partName"],
+  ["PinNumber", "pins"],
+  ["PCBFootprint", "footprint"],
+  ["page", "page"],
+];
 
 export function netColumns(nets) {
   return columns(nets, [
@@ -44,8 +67,13 @@ export function netColumns(nets) {
 export function findingColumns(findings) {
   return columns(findings, [
     { title: text("number"), field: "number", hozAlign: "right", widthGrow: 0.1 },
-    { title: text("check"), field: "check", widthGrow: 0.1, say: (finding) => text(`check${finding.check}`),
-      mark: (finding, node) => node.prepend(marked("span", "", `dot check${finding.check}`)) },
+    {
+      title: text("check"),
+      field: "check",
+      widthGrow: 0.1,
+      say: (finding) => text(`check${finding.check}`),
+      mark: (finding, node) => node.prepend(marked("span", "", `dot check${finding.check}`)),
+    },
     { title: text("value"), field: "value", most: 120 },
     { title: text("comment"), field: "comment", widthGrow: 2, most: 200, say: (finding) => comment(finding.comment) },
     { title: text("page"), field: "pageName", most: 130 },
@@ -72,16 +100,24 @@ export function changeColumns(changes) {
 // As wide as heads and texts want it, wider where there is room; where there is none, the list scrolls sideways.
 function columns(rows, wanted) {
   const written = wanted.map(({ say, ...column }) => ({ ...column, say: say ?? ((row) => String(row[column.field] ?? "")) }));
-  return written.filter(({ say, always }) => always || !rows.length || rows.some(say)).map(({ say, mark, most = 400, always, ...column }) => ({
-    ...column,
-    minWidth: Math.ceil(Math.max(widthOf(column.title, "bold") + ARROW, Math.min(most, longestOf(rows, say) + (mark ? DOT : 0) + (always ? BOX : 0)))) + PADDING,
-    formatter: (cell) => {
-      const node = marked("span", say(cell.getData()));
-      mark?.(cell.getData(), node, cell);
-      return node;
-    },
-    tooltip: (event) => wholeText(event.target),
-  }));
+  return written
+    .filter(({ say, always }) => always || !rows.length || rows.some(say))
+    .map(({ say, mark, most = 400, always, ...column }) => ({
+      ...column,
+      minWidth:
+        Math.ceil(
+          Math.max(
+            widthOf(column.title, "bold") + ARROW,
+            Math.min(most, longestOf(rows, say) + (mark ? DOT : 0) + (always ? BOX : 0)),
+          ),
+        ) + PADDING,
+      formatter: (cell) => {
+        const node = marked("span", say(cell.getData()));
+        mark?.(cell.getData(), node, cell);
+        return node;
+      },
+      tooltip: (event) => wholeText(event.target),
+    }));
 }
 
 function marked(name, words, className = "") {

@@ -3,11 +3,17 @@
 import { Model } from "./model.js";
 import { inNaturalOrder } from "./quantities.js";
 
-const MEMBERS = [["Value", "value"], ["PartNumber", "partNumber"], ["PartName", "partName"], ["PCBFootprint", "footprint"]];
+const MEMBERS = [
+  ["Value", "value"],
+  ["PartNumber", "partNumber"],
+  ["PartName", "partName"],
+  ["PCBFootprint", "footprint"],
+];
 
 // The design in the text of a report, or of what a report is made of. Throws an Error for anything else.
 export function designIn(text) {
-  const json = text.trimStart().startsWith("{") ? text
+  const json = text.trimStart().startsWith("{")
+    ? text
     : new DOMParser().parseFromString(text, "text/html").getElementById("design")?.textContent;
   const design = JSON.parse(json ?? "");
   if (!Array.isArray(design?.pages) || typeof design.path !== "string" || !Array.isArray(design.findings) || !design.bom) {
@@ -19,7 +25,8 @@ export function designIn(text) {
 // Rows {id, change, reference, member, before, now}: parts that came, went, or changed, and whether they are fitted.
 export function changesBetween(before, now) {
   const changes = [];
-  const note = (change, reference, member = "", from = "", to = "") => changes.push({ id: changes.length, change, reference, member, before: from, now: to });
+  const note = (change, reference, member = "", from = "", to = "") =>
+    changes.push({ id: changes.length, change, reference, member, before: from, now: to });
   const references = [...new Set([...before.parts.keys(), ...now.parts.keys()])].sort(inNaturalOrder);
   for (const reference of references) {
     const [old, present] = [before.parts.get(reference), now.parts.get(reference)];

@@ -72,7 +72,8 @@ export class Drawing {
       if (target.startsWith("#")) node.setAttribute("href", `#${this.#symbolId(target.slice(1))}`);
       if (attr.id && !isSymbol) this.parts.push({ reference: attr.id, element: node });
     }
-    if (source.name === "text" && !isSymbol) this.texts.push({ value: source.value ?? "", element: node, follows: this.#follows });
+    if (source.name === "text" && !isSymbol)
+      this.texts.push({ value: source.value ?? "", element: node, follows: this.#follows });
     else this.#follows = source.name === "use" && attr.id ? node : null;
     this.nodes.set(source, node);
     for (const child of source.children ?? []) node.append(this.#node(child, isSymbol && source.name === "defs"));
@@ -99,8 +100,12 @@ export function boxOf(node) {
   const box = node.getBBox();
   const matrix = node.transform.baseVal.consolidate()?.matrix;
   if (!matrix) return { x: box.x, y: box.y, width: box.width, height: box.height };
-  const corners = [[box.x, box.y], [box.x + box.width, box.y], [box.x, box.y + box.height],
-    [box.x + box.width, box.y + box.height]].map(([x, y]) => new DOMPoint(x, y).matrixTransform(matrix));
+  const corners = [
+    [box.x, box.y],
+    [box.x + box.width, box.y],
+    [box.x, box.y + box.height],
+    [box.x + box.width, box.y + box.height],
+  ].map(([x, y]) => new DOMPoint(x, y).matrixTransform(matrix));
   const xs = corners.map((corner) => corner.x);
   const ys = corners.map((corner) => corner.y);
   const [x, y] = [Math.min(...xs), Math.min(...ys)];

@@ -6,7 +6,7 @@ const PIN_SHAPE = /^#PackagePin(Long|Short)/;
 const PIN_LENGTH = { Long: 30, Short: 10 };
 const BUS_WIDTH = "5";
 const NAME_NEAR = 12; // units from a connector to a text that can be its name
-const OWN_NEAR = 60;  // and from a part to those that are its own
+const OWN_NEAR = 60; // and from a part to those that are its own
 const CJK = /[\u2e80-\uffff]/;
 
 // Every drawing element of a page, its definitions left out.
@@ -18,7 +18,8 @@ export function* elementsOf(drawing) {
   }
 }
 
-const TRANSFORM = /translate\(\s*([-\d.]+)(?:[\s,]+([-\d.]+))?\s*\)(?:\s*rotate\(\s*([-\d.]+)[^)]*\))?(?:\s*scale\(\s*([-\d.]+)(?:[\s,]+([-\d.]+))?\s*\))?/;
+const TRANSFORM =
+  /translate\(\s*([-\d.]+)(?:[\s,]+([-\d.]+))?\s*\)(?:\s*rotate\(\s*([-\d.]+)[^)]*\))?(?:\s*scale\(\s*([-\d.]+)(?:[\s,]+([-\d.]+))?\s*\))?/;
 // Quarter turns must not leave crumbs: points are compared.
 const COSINES = { 0: 1, 90: 0, 180: -1, 270: 0 };
 
@@ -55,8 +56,8 @@ export function readPage(drawing) {
       if (id && !id.startsWith("PackagePin")) symbols.set(id, readSymbol(group));
     }
   }
-  let owner = null;   // the last part, {element, box}
-  let titled = null;  // what waits for the text that names it
+  let owner = null; // the last part, {element, box}
+  let titled = null; // what waits for the text that names it
   for (const element of elementsOf(drawing)) {
     const attr = element.attr ?? {};
     if (element.name === "text") {
@@ -89,14 +90,17 @@ export function readPage(drawing) {
 
 // Where connectors and their texts are not drawn one after the other.
 function nameByNearness(connector, texts) {
-  const nearest = texts.filter((text) => !text.owner && distanceOf(text.box, connector.box) < NAME_NEAR)
+  const nearest = texts
+    .filter((text) => !text.owner && distanceOf(text.box, connector.box) < NAME_NEAR)
     .sort((one, other) => distanceOf(one.box, connector.box) - distanceOf(other.box, connector.box))[0];
   if (nearest) Object.assign(connector, { name: nearest.value.trim(), text: nearest });
 }
 
 function distanceOf(one, other) {
-  return Math.hypot(Math.max(one.x - other.x - other.width, 0, other.x - one.x - one.width),
-    Math.max(one.y - other.y - other.height, 0, other.y - one.y - one.height));
+  return Math.hypot(
+    Math.max(one.x - other.x - other.width, 0, other.x - one.x - one.width),
+    Math.max(one.y - other.y - other.height, 0, other.y - one.y - one.height),
+  );
 }
 
 function numbersOf(attr, names) {

@@ -46,15 +46,22 @@ function isOnEdge({ x, y }, sheet) {
   const { x: left, y: top } = sheet;
   const [right, bottom] = [left + sheet.width, top + sheet.height];
   const onSide = (at, edge, from, to, along) => Math.abs(at - edge) <= EDGE && along >= from - EDGE && along <= to + EDGE;
-  return onSide(x, left, top, bottom, y) || onSide(x, right, top, bottom, y)
-    || onSide(y, top, left, right, x) || onSide(y, bottom, left, right, x);
+  return (
+    onSide(x, left, top, bottom, y) ||
+    onSide(x, right, top, bottom, y) ||
+    onSide(y, top, left, right, x) ||
+    onSide(y, bottom, left, right, x)
+  );
 }
 
 // Where a connector goes on: [{page, connector}...], from its own page on in the order of pages.
 export function destinationsOf(connector, page, pages) {
-  const named = (other, wanted) => other.drawn.connectors.filter((one) => one !== connector && one.name === connector.name && wanted(one))
-    .map((one) => ({ page: other.index, connector: one }));
-  if (connector.sheet) return connector.sheet.pages.flatMap((child) => named(pages[child], (one) => one.kind === "port" && !one.sheet));
+  const named = (other, wanted) =>
+    other.drawn.connectors
+      .filter((one) => one !== connector && one.name === connector.name && wanted(one))
+      .map((one) => ({ page: other.index, connector: one }));
+  if (connector.sheet)
+    return connector.sheet.pages.flatMap((child) => named(pages[child], (one) => one.kind === "port" && !one.sheet));
   if (connector.kind === "port") {
     const parent = pages[page.parent];
     return parent ? named(parent, (one) => one.sheet?.pages.includes(page.index)) : [];

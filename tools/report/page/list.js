@@ -1,16 +1,33 @@
 // A list beside the pages: a table of rows that light up, lead somewhere, are filtered, grouped, selected and copied.
 
 import {
-  FilterModule, FormatModule, GroupRowsModule, InteractionModule, ResizeColumnsModule, ResizeTableModule, SelectRowModule,
-  SortModule, Tabulator, TooltipModule,
+  FilterModule,
+  FormatModule,
+  GroupRowsModule,
+  InteractionModule,
+  ResizeColumnsModule,
+  ResizeTableModule,
+  SelectRowModule,
+  SortModule,
+  Tabulator,
+  TooltipModule,
 } from "tabulator-tables";
 
 import { followPointer } from "./pointer.js";
 import { inNaturalOrder } from "./quantities.js";
 import { text } from "./texts.js";
 
-Tabulator.registerModule([FilterModule, FormatModule, GroupRowsModule, InteractionModule, ResizeColumnsModule, ResizeTableModule,
-  SelectRowModule, SortModule, TooltipModule]);
+Tabulator.registerModule([
+  FilterModule,
+  FormatModule,
+  GroupRowsModule,
+  InteractionModule,
+  ResizeColumnsModule,
+  ResizeTableModule,
+  SelectRowModule,
+  SortModule,
+  TooltipModule,
+]);
 
 export class List {
   // `columns(rows)` and `rows()` are asked again when the language or what is wanted changes. `events`: pointAt(row),
@@ -40,10 +57,20 @@ export class List {
     this.stale = false;
     this.ready = new Promise((resolve) => {
       this.table = new Tabulator(this.element, {
-        data: rows, columns: this.columns(rows), index: "id", layout: "fitColumns", height: "100%", placeholder: text("empty"),
-        columnDefaults: { sorter: inNaturalOrder, resizable: "header" }, selectableRows: true, selectableRowsRangeMode: "click",
-        rowFormatter: (row) => this.#format(row), groupBy: this.grouping, groupHeader: (value) => this.#heading(value),
-        groupStartOpen: true, groupToggleElement: "header",
+        data: rows,
+        columns: this.columns(rows),
+        index: "id",
+        layout: "fitColumns",
+        height: "100%",
+        placeholder: text("empty"),
+        columnDefaults: { sorter: inNaturalOrder, resizable: "header" },
+        selectableRows: true,
+        selectableRowsRangeMode: "click",
+        rowFormatter: (row) => this.#format(row),
+        groupBy: this.grouping,
+        groupHeader: (value) => this.#heading(value),
+        groupStartOpen: true,
+        groupToggleElement: "header",
       });
       this.table.on("tableBuilt", () => {
         this.#setRoles();
@@ -57,10 +84,14 @@ export class List {
       if (event.shiftKey || event.ctrlKey || event.metaKey || event.target.closest("input")) return;
       this.events.choose?.(row.getData());
     });
-    followPointer(this.element, ({ target }) => {
-      const id = target.closest(".tabulator-row")?.dataset.id;
-      return id === undefined ? null : { key: id };
-    }, (thing) => this.events.pointAt?.(thing && this.#row(thing.key)?.getData()));
+    followPointer(
+      this.element,
+      ({ target }) => {
+        const id = target.closest(".tabulator-row")?.dataset.id;
+        return id === undefined ? null : { key: id };
+      },
+      (thing) => this.events.pointAt?.(thing && this.#row(thing.key)?.getData()),
+    );
     this.element.addEventListener("keydown", (event) => this.#key(event));
     this.element.addEventListener("focusin", (event) => this.#focus(event));
   }
@@ -165,7 +196,11 @@ export class List {
   #goTo(row) {
     const focus = () => row.getElement().focus();
     if (row.getElement().isConnected) focus();
-    else this.table.scrollToRow(row, "center", false).catch(() => {}).then(focus);
+    else
+      this.table
+        .scrollToRow(row, "center", false)
+        .catch(() => {})
+        .then(focus);
   }
 
   // A table that is laid out again takes its rows off the page and the focus with them: the keyboard would lose its place.

@@ -61,12 +61,19 @@ const search = new Search(element("search"), element("hits"), new Index(model, (
 
 // What is under the pointer, in words.
 function tell(thing) {
-  const { pin, nets = [], references = [] } = thing ?? {};
+  const { pin, nets = [], references = [], alone } = thing ?? {};
   const part = model.parts.get(references[0]);
-  const words = nets.map((name) => text("netIs", { name, pins: model.netByName.get(name)?.pins.length ?? 0, pages: model.netByName.get(name)?.pages.length ?? 0 }));
+  const words = nets.map((name) =>
+    text("netIs", {
+      name,
+      pins: model.netByName.get(name)?.pins.length ?? 0,
+      pages: model.netByName.get(name)?.pages.length ?? 0,
+    }),
+  );
   if (pin) words.unshift(pin.number ? `${pin.reference}.${pin.number}` : pin.reference);
   if (pin && !nets.length) words.push(text("inNoNet"));
   else if (part) words.push([part.reference, part.line?.Value, stateOf(part.fitted)].filter(Boolean).join(" · "));
+  if (alone && !nets.length) words.push(text("wireAlone"));
   element("pointed").textContent = words.slice(0, 3).join(" · ");
 }
 
@@ -75,10 +82,19 @@ function tell(thing) {
 function changed(step) {
   showWhere();
   if (restoring) return;
-  const hash = addressOf({
-    page: review.page, panel: panels.name, parts: review.chosen.references, nets: review.chosen.nets, finding: review.finding,
-    language: settings.language, view: viewer.view, ...panels.state,
-  }, model);
+  const hash = addressOf(
+    {
+      page: review.page,
+      panel: panels.name,
+      parts: review.chosen.references,
+      nets: review.chosen.nets,
+      finding: review.finding,
+      language: settings.language,
+      view: viewer.view,
+      ...panels.state,
+    },
+    model,
+  );
   if (hash === location.hash) return;
   if (step) history.pushState(null, "", hash);
   else history.replaceState(null, "", hash);
@@ -104,13 +120,15 @@ function showWhere() {
   const page = model.pages[review.page];
   const trail = [];
   for (let at = page; at; at = model.pages[at.parent]) trail.unshift(at);
-  element("where").replaceChildren(...trail.flatMap((one, depth) => {
-    const words = one.parent < 0 ? one.name : one.name.split("/").at(-1);
-    if (one === page) return [Object.assign(document.createElement("strong"), { textContent: words })];
-    const link = Object.assign(document.createElement("button"), { type: "button", textContent: words });
-    link.addEventListener("click", () => review.showPage(one.index));
-    return [link, "›"];
-  }));
+  element("where").replaceChildren(
+    ...trail.flatMap((one, depth) => {
+      const words = one.parent < 0 ? one.name : one.name.split("/").at(-1);
+      if (one === page) return [Object.assign(document.createElement("strong"), { textContent: words })];
+      const link = Object.assign(document.createElement("button"), { type: "button", textContent: words });
+      link.addEventListener("click", () => review.showPage(one.index));
+      return [link, "›"];
+    }),
+  );
 }
 
 function showTree(show = document.body.classList.contains("no-tree")) {
@@ -129,11 +147,13 @@ async function speak(language) {
   chooseLanguage(language);
   fillTexts();
   element("summary").textContent = text("summary", model.counts());
-  element("keys").replaceChildren(...text("keys").map(([keys, what]) => {
-    const row = document.createElement("tr");
-    for (const words of [keys, what]) row.insertCell().textContent = words;
-    return row;
-  }));
+  element("keys").replaceChildren(
+    ...text("keys").map(([keys, what]) => {
+      const row = document.createElement("tr");
+      for (const words of [keys, what]) row.insertCell().textContent = words;
+      return row;
+    }),
+  );
   if (viewer.current) viewer.label();
   search.show();
   await panels.refresh();
@@ -170,13 +190,22 @@ function printOut(what) {
 
 const keys = {
   "/": () => element("search").focus(),
-  "+": () => viewer.zoomBy(ZOOM_FACTOR), "=": () => viewer.zoomBy(ZOOM_FACTOR), "-": () => viewer.zoomBy(1 / ZOOM_FACTOR),
+  "+": () => viewer.zoomBy(ZOOM_FACTOR),
+  "=": () => viewer.zoomBy(ZOOM_FACTOR),
+  "-": () => viewer.zoomBy(1 / ZOOM_FACTOR),
   0: () => viewer.fit(),
-  ArrowLeft: () => viewer.panBy(PAN_PIXELS, 0), ArrowRight: () => viewer.panBy(-PAN_PIXELS, 0),
-  ArrowUp: () => viewer.panBy(0, PAN_PIXELS), ArrowDown: () => viewer.panBy(0, -PAN_PIXELS),
-  PageUp: () => turnPage(-1), PageDown: () => turnPage(1),
-  h: () => hideAbsent(!element("hide").checked), l: () => chooseToSpeak(currentLanguage() === "zh" ? "en" : "zh"),
-  b: () => panels.focus("bom"), n: () => panels.focus("nets"), f: () => panels.focus("findings"), d: () => panels.focus("details"),
+  ArrowLeft: () => viewer.panBy(PAN_PIXELS, 0),
+  ArrowRight: () => viewer.panBy(-PAN_PIXELS, 0),
+  ArrowUp: () => viewer.panBy(0, PAN_PIXELS),
+  ArrowDown: () => viewer.panBy(0, -PAN_PIXELS),
+  PageUp: () => turnPage(-1),
+  PageDown: () => turnPage(1),
+  h: () => hideAbsent(!element("hide").checked),
+  l: () => chooseToSpeak(currentLanguage() === "zh" ? "en" : "zh"),
+  b: () => panels.focus("bom"),
+  n: () => panels.focus("nets"),
+  f: () => panels.focus("findings"),
+  d: () => panels.focus("details"),
   t: () => {
     showTree(true);
     tree.items.get(review.page).focus();
@@ -190,7 +219,8 @@ function turnPage(by) {
 }
 
 document.addEventListener("keydown", (event) => {
-  if (event.target.matches("input:not([type=checkbox]), select, dialog *") || event.ctrlKey || event.metaKey || event.altKey) return;
+  if (event.target.matches("input:not([type=checkbox]), select, dialog *") || event.ctrlKey || event.metaKey || event.altKey)
+    return;
   const action = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
   if (!action) return;
   event.preventDefault();
@@ -203,17 +233,28 @@ document.addEventListener("copy", (event) => {
 });
 
 const clicks = {
-  language: keys.l, nearer: keys["+"], farther: keys["-"], fit: keys[0], compare,
-  "tree-toggle": () => showTree(), back: () => history.back(), forward: () => history.forward(),
-  print: () => element("print-box").showModal(), "print-close": () => element("print-box").close(),
-  "print-page": () => printOut({ pages: [review.page] }), "print-pages": () => printOut({ pages: model.pages.map((page) => page.index) }),
-  "print-bill": () => printOut({ bill: true }), "print-findings": () => printOut({ findings: true }),
-  help: () => element("help-box").showModal(), "help-close": () => element("help-box").close(),
+  language: keys.l,
+  nearer: keys["+"],
+  farther: keys["-"],
+  fit: keys[0],
+  compare,
+  "tree-toggle": () => showTree(),
+  back: () => history.back(),
+  forward: () => history.forward(),
+  print: () => element("print-box").showModal(),
+  "print-close": () => element("print-box").close(),
+  "print-page": () => printOut({ pages: [review.page] }),
+  "print-pages": () => printOut({ pages: model.pages.map((page) => page.index) }),
+  "print-bill": () => printOut({ bill: true }),
+  "print-findings": () => printOut({ findings: true }),
+  help: () => element("help-box").showModal(),
+  "help-close": () => element("help-box").close(),
 };
 for (const [id, action] of Object.entries(clicks)) element(id).addEventListener("click", action);
 element("hide").addEventListener("change", (event) => hideAbsent(event.target.checked));
 window.addEventListener("beforeprint", () => {
-  if (!element("printed").children.length) print(element("printed"), model, { pages: model.pages.map((page) => page.index), bill: true, findings: true });
+  if (!element("printed").children.length)
+    print(element("printed"), model, { pages: model.pages.map((page) => page.index), bill: true, findings: true });
 });
 window.addEventListener("afterprint", () => element("printed").replaceChildren());
 window.addEventListener("popstate", restore);

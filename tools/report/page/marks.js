@@ -4,7 +4,10 @@
 
 import { elementsOf } from "./drawn.js";
 
-const USUAL = [{ id: "sourced", name: "" }, { id: "placed", name: "" }]; // their names are texts of the page
+const USUAL = [
+  { id: "sourced", name: "" },
+  { id: "placed", name: "" },
+]; // their names are texts of the page
 const MOST_BOXES = 12;
 const LONGEST_NAME = 40;
 const REVISION = /^(?:rev(?:ision)?|版本)\.?(?:\s*[:：]\s*|\s+|$)(.*)$/i;
@@ -38,7 +41,9 @@ export class Marks {
   }
 
   count(box) {
-    return [...this.ticks.get(box)?.keys() ?? []].filter((reference) => this.model.parts.get(reference)?.fitted && this.has(box, reference)).length;
+    return [...(this.ticks.get(box)?.keys() ?? [])].filter(
+      (reference) => this.model.parts.get(reference)?.fitted && this.has(box, reference),
+    ).length;
   }
 
   set(box, references, on) {
@@ -52,7 +57,9 @@ export class Marks {
 
   // Names of boxes as they are to be; one without an id is new. Those that are missing are removed with their ticks.
   rename(boxes) {
-    this.boxes = boxes.slice(0, MOST_BOXES).map(({ id, name }) => ({ id: id ?? this.#newId(), name: name.trim().slice(0, LONGEST_NAME) }))
+    this.boxes = boxes
+      .slice(0, MOST_BOXES)
+      .map(({ id, name }) => ({ id: id ?? this.#newId(), name: name.trim().slice(0, LONGEST_NAME) }))
       .filter(({ id, name }) => name || USUAL.some((usual) => usual.id === id));
     for (const id of this.ticks.keys()) if (!this.boxes.some((box) => box.id === id)) this.ticks.delete(id);
     this.#keep();
@@ -61,7 +68,10 @@ export class Marks {
   // What goes into a file.
   exported() {
     return {
-      what: "ticked parts", design: this.model.name, revision: this.revision, boxes: this.boxes,
+      what: "ticked parts",
+      design: this.model.name,
+      revision: this.revision,
+      boxes: this.boxes,
       ticks: Object.fromEntries([...this.ticks].map(([box, parts]) => [box, Object.fromEntries(parts)])),
     };
   }
@@ -80,9 +90,13 @@ export class Marks {
   #take(value) {
     const isText = (one) => typeof one === "string";
     const isObject = (one) => typeof one === "object" && one !== null && !Array.isArray(one);
-    if (!isObject(value) || !Array.isArray(value.boxes) || !isObject(value.ticks)
-      || !value.boxes.every((box) => isObject(box) && isText(box.id) && isText(box.name))
-      || !Object.values(value.ticks).every((parts) => isObject(parts) && Object.values(parts).every(isText))) {
+    if (
+      !isObject(value) ||
+      !Array.isArray(value.boxes) ||
+      !isObject(value.ticks) ||
+      !value.boxes.every((box) => isObject(box) && isText(box.id) && isText(box.name)) ||
+      !Object.values(value.ticks).every((parts) => isObject(parts) && Object.values(parts).every(isText))
+    ) {
       throw new TypeError("not a file of ticked parts");
     }
     for (const { id, name } of value.boxes) {

@@ -2,7 +2,7 @@
 
 import { matrixOf, readPage } from "./drawn.js";
 import { arrangePages } from "./hierarchy.js";
-import { joinNets, numbersIn, pinOf } from "./nets.js";
+import { isNameOf, joinNets, numbersIn, pinOf } from "./nets.js";
 import { inNaturalOrder } from "./quantities.js";
 import { wiringOf } from "./wiring.js";
 
@@ -51,13 +51,24 @@ export class Model {
   }
 
   #takeNets(nets) {
-    this.nets = nets.map(({ name, pins, groups }, id) => ({
-      id, name, pins, groups,
-      references: [...new Set(pins.map((pin) => pinOf(pin).reference))].filter((part) => this.parts.has(part)),
-      pages: [...new Set(groups.map((group) => group.page.index))].sort((one, other) => one - other),
-      labels: [...new Set(groups.flatMap((group) => [...group.labels.map((text) => text.value).filter((text) => name.endsWith(text)),
-        ...group.connectors.map((one) => one.name).filter(Boolean)]))],
-    })).sort((one, other) => inNaturalOrder(one.name, other.name));
+    this.nets = nets
+      .map(({ name, pins, groups }, id) => ({
+        id,
+        name,
+        pins,
+        groups,
+        references: [...new Set(pins.map((pin) => pinOf(pin).reference))].filter((part) => this.parts.has(part)),
+        pages: [...new Set(groups.map((group) => group.page.index))].sort((one, other) => one - other),
+        labels: [
+          ...new Set(
+            groups.flatMap((group) => [
+              ...group.labels.map((text) => text.value).filter((text) => isNameOf(text, name)),
+              ...group.connectors.map((one) => one.name).filter(Boolean),
+            ]),
+          ),
+        ],
+      }))
+      .sort((one, other) => inNaturalOrder(one.name, other.name));
     this.netByName = new Map(this.nets.map((net) => [net.name, net]));
     this.pinsOf = new Map(); // reference -> [[pin, net name]...]
     for (const net of this.nets) {
@@ -79,7 +90,10 @@ export class Model {
   #gatherLines(bom) {
     const unnumbered = new Set((bom.NotPartNumber ?? []).flatMap(referencesOf));
     const lines = new Map();
-    for (const [list, fitted] of [["Stick", true], ["NotStick", false]]) {
+    for (const [list, fitted] of [
+      ["Stick", true],
+      ["NotStick", false],
+    ]) {
       for (const source of bom[list] ?? []) {
         const key = [fitted, ...BOM_MEMBERS.map((member) => source[member])].join("\n");
         const line = lines.get(key) ?? { ...source, id: lines.size, fitted, references: [] };
@@ -119,19 +133,31 @@ export class Model {
 
   #finding(finding, id) {
     const [x, y] = (finding.PagePos ?? "").split(" ").map(Number);
-    const page = this.pages.find((page) => page.name === finding.PageName && page.schematic === finding.Sch)
-      ?? this.pages.find((page) => page.name === finding.PageName);
+    const page =
+      this.pages.find((page) => page.name === finding.PageName && page.schematic === finding.Sch) ??
+      this.pages.find((page) => page.name === finding.PageName);
     const placed = page !== undefined && Number.isFinite(x) && Number.isFinite(y);
     // The value begins with the reference in most checks, the comment in the others; else the place tells.
-    const named = [...new Set([finding.ActualValue, finding.Comment].map((text) => this.#referenceIn(text ?? "")).filter(Boolean))];
+    const named = [
+      ...new Set([finding.ActualValue, finding.Comment].map((text) => this.#referenceIn(text ?? "")).filter(Boolean)),
+    ];
     if (!named.length && placed) {
       const isThere = (place) => place.page === page.index && Math.abs(place.x - x) < 1 && Math.abs(place.y - y) < 1;
       const there = [...page.parts].find((reference) => this.parts.get(reference).places.some(isThere));
       if (there) named.push(there);
     }
     return {
-      id, number: id + 1, check: finding.id, value: finding.ActualValue ?? "", comment: finding.Comment ?? "", page: page?.index ?? -1,
-      pageName: finding.PageName ?? "", x, y, placed, references: named,
+      id,
+      number: id + 1,
+      check: finding.id,
+      value: finding.ActualValue ?? "",
+      comment: finding.Comment ?? "",
+      page: page?.index ?? -1,
+      pageName: finding.PageName ?? "",
+      x,
+      y,
+      placed,
+      references: named,
     };
   }
 
@@ -148,8 +174,12 @@ export class Model {
   #gatherPins() {
     const pins = [];
     for (const finding of this.findings.filter((finding) => finding.placed)) {
-      const pin = pins.find((pin) => pin.page === finding.page && Math.hypot(pin.x - finding.x, pin.y - finding.y)
-        < (pin.findings[0].references[0] === finding.references[0] && finding.references.length ? SAME_PIN : 2));
+      const pin = pins.find(
+        (pin) =>
+          pin.page === finding.page &&
+          Math.hypot(pin.x - finding.x, pin.y - finding.y) <
+            (pin.findings[0].references[0] === finding.references[0] && finding.references.length ? SAME_PIN : 2),
+      );
       if (pin) pin.findings.push(finding);
       else pins.push({ id: pins.length, page: finding.page, x: finding.x, y: finding.y, findings: [finding] });
       finding.pin = pin?.id ?? pins.length - 1;
@@ -161,8 +191,12 @@ export class Model {
   counts() {
     const parts = [...this.parts.values()];
     return {
-      pages: this.pages.length, parts: parts.length, absent: parts.filter((part) => !part.fitted).length,
-      listed: parts.filter((part) => part.line).length, findings: this.findings.length, nets: this.joined ? this.nets.length : Object.keys(this.design.nets ?? {}).length,
+      pages: this.pages.length,
+      parts: parts.length,
+      absent: parts.filter((part) => !part.fitted).length,
+      listed: parts.filter((part) => part.line).length,
+      findings: this.findings.length,
+      nets: this.joined ? this.nets.length : Object.keys(this.design.nets ?? {}).length,
     };
   }
 
@@ -177,8 +211,10 @@ export class Model {
     const joined = (values) => [...new Set(values)].filter(Boolean).join("; ");
     const pins = references.flatMap((reference) => this.pinsOf.get(reference) ?? []);
     return [
-      ["value", joined(lines.map((line) => line.Value))], ["partNumber", joined(lines.map((line) => line.PartNumber))],
-      ["partName", joined(lines.map((line) => line.PartName))], ["footprint", joined(lines.map((line) => line.PCBFootprint))],
+      ["value", joined(lines.map((line) => line.Value))],
+      ["partNumber", joined(lines.map((line) => line.PartNumber))],
+      ["partName", joined(lines.map((line) => line.PartName))],
+      ["footprint", joined(lines.map((line) => line.PCBFootprint))],
       ["pins", joined(lines.map((line) => line.PinNumber))],
       ["page", joined(parts.flatMap((part) => part.pages.map((page) => this.pages[page].name)))],
       ...pins.sort(([one], [other]) => inNaturalOrder(one, other)).map(([pin, net]) => [pin, net, { net, pin }]),
@@ -189,7 +225,8 @@ export class Model {
   propertiesOfNet(net) {
     const pins = [...net.pins].sort(inNaturalOrder);
     return [
-      ["labels", net.labels.join("; ")], ["quantityOfPins", String(pins.length)],
+      ["labels", net.labels.join("; ")],
+      ["quantityOfPins", String(pins.length)],
       ...net.pages.map((page) => ["page", this.pages[page].name, { net: net.name, page }]),
       ...pins.slice(0, MOST_PINS).map((pin) => {
         const place = this.placeOf(pin, net.name);

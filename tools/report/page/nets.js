@@ -8,10 +8,12 @@ import { Sets } from "./wiring.js";
 
 const ROUNDS = 6;
 const MOST_OF_VOTES = 0.8;
+const MOST_OF_A_BUS = 1024;
 
 // `list` is {name: ["U1.3"...]}; `pages` have `wiring` (see wiring.js) and are arranged (see hierarchy.js).
 // Gives {nets, places, unjoined}: nets [{name, pins, groups: [{page, group}...]}], the places of pins "U1.3" ->
-// [{page, x, y, group}...], and the groups that could not be joined. Each group gets `net`, its name or "".
+// [{page, x, y, group}...], and the groups that could not be joined. Each group gets `net`, its name or "",
+// and each bus `nets`.
 // `pause` is awaited between steps.
 export function joinNets(list, pages, pause = () => {}) {
   return new Joining(list, pages).run(pause);
@@ -30,6 +32,19 @@ export function numbersIn(list) {
   return numbers;
 }
 
+// Whether a text on a page is the name of a net, which may bear its sheet's name before its own.
+export function isNameOf(text, net) {
+  return net === text || net.endsWith(`/${text}`);
+}
+
+// "D[0..2]" is D0, D1, D2; "" has no members.
+function membersOf(name) {
+  const [, before, from, to, after] = /^(.*)\[(\d+)(?:\.\.|:|-)(\d+)\](.*)$/.exec(name) ?? [];
+  const [low, high] = [Number(from), Number(to)].sort((one, other) => one - other);
+  if (before === undefined || high - low >= MOST_OF_A_BUS) return [];
+  return Array.from({ length: high - low + 1 }, (_, at) => `${before}${low + at}${after}`);
+}
+
 export function pinOf(text) {
   const dot = text.lastIndexOf(".");
   return dot < 0 ? { reference: text, number: "" } : { reference: text.slice(0, dot), number: text.slice(dot + 1) };
@@ -39,8 +54,8 @@ class Joining {
   constructor(list, pages) {
     this.list = list;
     this.pages = pages;
-    this.netOf = new Map();    // "U1.3" -> net; "" for a pin that two parts of one name have in different nets
-    this.netsOf = new Map();   // reference -> nets
+    this.netOf = new Map(); // "U1.3" -> net; "" for a pin that two parts of one name have in different nets
+    this.netsOf = new Map(); // reference -> nets
     for (const [name, pins] of Object.entries(list)) {
       for (const pin of pins) {
         this.netOf.set(pin, this.netOf.has(pin) ? "" : name);
@@ -104,7 +119,9 @@ class Joining {
 
   // The net that a text on a page names: one of the sheet before one of all sheets.
   #named(text, page) {
-    return [`${page.name}/${text}`, `/${page.name}/${text}`, `/${text}`, text].find((name) => Object.hasOwn(this.list, name)) ?? "";
+    return (
+      [`${page.name}/${text}`, `/${page.name}/${text}`, `/${text}`, text].find((name) => Object.hasOwn(this.list, name)) ?? ""
+    );
   }
 
   // The net of a group tells that of its pins; the nets of some groups of a class tell those of the others.
@@ -126,8 +143,10 @@ class Joining {
   #byNames() {
     for (const group of this.groups) {
       if (group.net) continue;
-      const names = [...group.connectors.filter((one) => !one.sheet).map((one) => one.name || one.symbol),
-        ...group.labels.map((text) => text.value)];
+      const names = [
+        ...group.connectors.filter((one) => !one.sheet).map((one) => one.name || one.symbol),
+        ...group.labels.map((text) => text.value),
+      ];
       group.net = names.map((name) => this.#named(name, group.page)).find((net) => net && this.#fits(group, net)) ?? "";
     }
   }
@@ -141,7 +160,7 @@ class Joining {
   #numberPins() {
     const votes = new Map(); // symbol and pin -> number -> votes
     const open = [];
-    const left = new Map();  // reference -> how many of its pins have no number
+    const left = new Map(); // reference -> how many of its pins have no number
     const used = new Set();
     for (const group of this.groups) {
       for (const pin of group.pins) {
@@ -151,7 +170,9 @@ class Joining {
         }
         open.push({ pin, group });
         left.set(pin.reference, (left.get(pin.reference) ?? 0) + 1);
-        const possible = group.net ? [...this.numbers.get(pin.reference) ?? []].filter((number) => this.#isIn(group.net, pin.reference, number)) : [];
+        const possible = group.net
+          ? [...(this.numbers.get(pin.reference) ?? [])].filter((number) => this.#isIn(group.net, pin.reference, number))
+          : [];
         if (possible.length !== 1) continue;
         const key = `${pin.index} ${pin.symbol}`;
         if (!votes.has(key)) votes.set(key, new Map());
@@ -160,10 +181,15 @@ class Joining {
     }
     for (const { pin, group } of open) {
       const mine = votes.get(`${pin.index} ${pin.symbol}`);
-      const free = [...this.numbers.get(pin.reference) ?? []].filter((number) => !used.has(`${pin.reference}.${number}`));
+      const free = [...(this.numbers.get(pin.reference) ?? [])].filter((number) => !used.has(`${pin.reference}.${number}`));
       const number = (mine && mostOf(mine)) || (left.get(pin.reference) === 1 && free.length === 1 ? free[0] : "");
       const name = `${pin.reference}.${number}`;
-      if (!number || (used.has(name) && this.netOf.get(name) !== "") || (group.net && !this.#isIn(group.net, pin.reference, number))) continue;
+      if (
+        !number ||
+        (used.has(name) && this.netOf.get(name) !== "") ||
+        (group.net && !this.#isIn(group.net, pin.reference, number))
+      )
+        continue;
       pin.number = number;
       used.add(name);
     }
@@ -189,12 +215,19 @@ class Joining {
     const nets = [];
     const taken = new Set();
     for (const groups of this.classes) {
-      const pins = [...new Set(groups.flatMap((group) => group.pins.map((pin) => (pin.number ? `${pin.reference}.${pin.number}` : pin.reference))))];
-      const named = groups.flatMap(({ page, connectors, labels }) => [
-        ...connectors.filter((one) => one.kind === "power" || one.kind === "offpage").map((one) => [0, one.name || one.symbol]),
-        ...labels.filter((text) => this.#isName(text, page)).map((text) => [1, onSheet(page, text.value)]),
-        ...connectors.filter((one) => one.kind === "port" && !one.sheet).map((one) => [2, onSheet(page, one.name)]),
-      ]).filter(([, name]) => name).sort(([one, name], [other, otherName]) => one - other || name.length - otherName.length);
+      const pins = [
+        ...new Set(
+          groups.flatMap((group) => group.pins.map((pin) => (pin.number ? `${pin.reference}.${pin.number}` : pin.reference))),
+        ),
+      ];
+      const named = groups
+        .flatMap(({ page, connectors, labels }) => [
+          ...connectors.filter((one) => one.kind === "power" || one.kind === "offpage").map((one) => [0, one.name || one.symbol]),
+          ...labels.filter((text) => this.#isName(text, page)).map((text) => [1, onSheet(page, text.value)]),
+          ...connectors.filter((one) => one.kind === "port" && !one.sheet).map((one) => [2, onSheet(page, one.name)]),
+        ])
+        .filter(([, name]) => name)
+        .sort(([one, name], [other, otherName]) => one - other || name.length - otherName.length);
       if (pins.length < 2 && !named.length) continue;
       let name = named[0]?.[1] ?? `#${nets.length + 1}`;
       while (taken.has(name)) name += "'";
@@ -216,6 +249,13 @@ class Joining {
         const name = pin.number ? `${pin.reference}.${pin.number}` : pin.reference;
         if (!places.has(name)) places.set(name, []);
         places.get(name).push({ page: group.page.index, x: pin.x, y: pin.y, group });
+      }
+    }
+    for (const page of this.pages) {
+      for (const bus of page.wiring.buses) {
+        const names = [...bus.labels.map((text) => text.value), ...bus.connectors.map((one) => one.name)].flatMap(membersOf);
+        const known = [...bus.groups.map((group) => group.net), ...names.map((name) => this.#named(name, page))];
+        bus.nets = [...new Set(known)].filter((name) => nets.has(name));
       }
     }
     return { nets: [...nets.values()], places, unjoined };

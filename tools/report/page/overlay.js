@@ -4,22 +4,28 @@
 
 import { boxOf, svgElement } from "./drawing.js";
 import { destinationsOf } from "./hierarchy.js";
+import { isNameOf } from "./nets.js";
 
 const PIN_RADIUS = 9; // units of a pin's own, see scalePins
-const NEAR = 80;      // units of the page within which a part's texts are looked for
+const NEAR = 80; // units of the page within which a part's texts are looked for
 const SAID_ON_PAGES = ["Value", "PCBFootprint", "PartNumber", "PartName"];
 
 // The drawing gets `hits`, {reference, fitted, elements, box, node} of each placed part. It must be rendered.
 // On paper pins bear the numbers of their findings, on the screen how many there are.
 export function addOverlay(drawing, model, onPaper = false) {
   const overlay = svgElement("g", { class: "overlay" });
-  drawing.layers = Object.fromEntries(["sheets", "parts", "nets", "names", "pins"].map((name) => {
-    const layer = svgElement("g", { class: name });
-    overlay.append(layer);
-    return [name, layer];
-  }));
+  drawing.layers = Object.fromEntries(
+    ["sheets", "parts", "nets", "names", "pins"].map((name) => {
+      const layer = svgElement("g", { class: name });
+      overlay.append(layer);
+      return [name, layer];
+    }),
+  );
   drawing.hits = drawing.parts.map((part) => ({
-    ...part, fitted: model.parts.get(part.reference).fitted, elements: [part.element], box: boxOf(part.element),
+    ...part,
+    fitted: model.parts.get(part.reference).fitted,
+    elements: [part.element],
+    box: boxOf(part.element),
   }));
   const bySize = [...drawing.hits].sort((one, other) => area(other.box) - area(one.box));
   for (const hit of bySize) {
@@ -52,7 +58,7 @@ export function addNets(drawing, model) {
     drawing.wires.push({ net: group.net, node });
     nets.append(node);
     if (!group.net) continue;
-    for (const text of group.labels) if (group.net.endsWith(text.value)) name(group.net, text.box);
+    for (const text of group.labels) if (isNameOf(text.value, group.net)) name(group.net, text.box);
     for (const connector of group.connectors.filter((one) => one.kind === "power")) name(group.net, around(connector));
   }
   for (const [number, bus] of page.wiring.buses.entries()) {
@@ -80,19 +86,31 @@ function around({ box, text }) {
   if (!text) return box;
   const [left, top] = [Math.min(box.x, text.box.x), Math.min(box.y, text.box.y)];
   return {
-    x: left, y: top, width: Math.max(box.x + box.width, text.box.x + text.box.width) - left,
+    x: left,
+    y: top,
+    width: Math.max(box.x + box.width, text.box.x + text.box.width) - left,
     height: Math.max(box.y + box.height, text.box.y + text.box.height) - top,
   };
 }
 
 function pathOf({ lines, pins }) {
-  return [...lines.map(({ x1, y1, x2, y2 }) => `M${x1} ${y1}L${x2} ${y2}`),
-    ...pins.map(({ x, y, bodyX, bodyY }) => `M${x} ${y}L${bodyX} ${bodyY}`)].join("") || "M0 0";
+  return (
+    [
+      ...lines.map(({ x1, y1, x2, y2 }) => `M${x1} ${y1}L${x2} ${y2}`),
+      ...pins.map(({ x, y, bodyX, bodyY }) => `M${x} ${y}L${bodyX} ${bodyY}`),
+    ].join("") || "M0 0"
+  );
 }
 
 function rectangle(name, { x, y, width, height }, room, attributes) {
   return svgElement("rect", {
-    class: name, x: x - room, y: y - room, width: width + 2 * room, height: height + 2 * room, rx: room, ...attributes,
+    class: name,
+    x: x - room,
+    y: y - room,
+    width: width + 2 * room,
+    height: height + 2 * room,
+    rx: room,
+    ...attributes,
   });
 }
 
@@ -112,13 +130,18 @@ function gatherTexts(drawing, model) {
     const box = boxOf(element);
     const middle = { x: box.x + box.width / 2, y: box.y + box.height / 2 };
     if (absent.every((hit) => distanceTo(hit.box, middle) >= NEAR)) continue;
-    const says = (hit) => isNameOf(value, hit.reference)
-      || SAID_ON_PAGES.some((member) => model.parts.get(hit.reference).line?.[member] === value);
+    const says = (hit) =>
+      isReferenceOf(value, hit.reference) ||
+      SAID_ON_PAGES.some((member) => model.parts.get(hit.reference).line?.[member] === value);
     const near = drawing.hits
       .map((hit) => ({ hit, after: hit.element === follows, distance: distanceTo(hit.box, middle) }))
       .filter(({ hit, after, distance }) => distance === 0 || (distance < NEAR && (after || says(hit))))
-      .sort((one, other) => other.after - one.after
-        || isNameOf(value, other.hit.reference) - isNameOf(value, one.hit.reference) || one.distance - other.distance);
+      .sort(
+        (one, other) =>
+          other.after - one.after ||
+          isReferenceOf(value, other.hit.reference) - isReferenceOf(value, one.hit.reference) ||
+          one.distance - other.distance,
+      );
     near[0]?.hit.elements.push(element);
   }
 }
@@ -127,17 +150,36 @@ function gatherTexts(drawing, model) {
 function pinOf({ id, x, y, findings }, onPaper) {
   const checks = new Set(findings.map((finding) => finding.check));
   const pin = svgElement("g", {
-    class: `pin ${checks.size === 1 ? `check${[...checks][0]}` : "checks"}`, "data-pin": id, "data-x": x, "data-y": y, tabindex: 0, role: "button",
+    class: `pin ${checks.size === 1 ? `check${[...checks][0]}` : "checks"}`,
+    "data-pin": id,
+    "data-x": x,
+    "data-y": y,
+    tabindex: 0,
+    role: "button",
   });
   const [side, top, middle] = [PIN_RADIUS * 0.7, PIN_RADIUS * -1.4, PIN_RADIUS * -1.9];
   const count = svgElement("text", {
-    y: middle, "text-anchor": "middle", "dominant-baseline": "central", "font-size": findings.length > 99 ? 8 : 10, "aria-hidden": "true",
+    y: middle,
+    "text-anchor": "middle",
+    "dominant-baseline": "central",
+    "font-size": findings.length > 99 ? 8 : 10,
+    "aria-hidden": "true",
   });
   const numbers = findings.map((finding) => finding.number).join(", ");
   count.textContent = findings.length > 1 ? findings.length : onPaper ? numbers : "!";
-  pin.append(svgElement("title"), svgElement("path", { d: `M 0 0 L ${-side} ${top} A ${PIN_RADIUS} ${PIN_RADIUS} 0 1 1 ${side} ${top} Z` }), count);
+  pin.append(
+    svgElement("title"),
+    svgElement("path", { d: `M 0 0 L ${-side} ${top} A ${PIN_RADIUS} ${PIN_RADIUS} 0 1 1 ${side} ${top} Z` }),
+    count,
+  );
   if (onPaper && findings.length > 1) {
-    const beside = svgElement("text", { class: "numbers", x: PIN_RADIUS * 1.3, y: middle, "dominant-baseline": "central", "font-size": 10 });
+    const beside = svgElement("text", {
+      class: "numbers",
+      x: PIN_RADIUS * 1.3,
+      y: middle,
+      "dominant-baseline": "central",
+      "font-size": 10,
+    });
     beside.textContent = numbers;
     pin.append(beside);
   }
@@ -145,7 +187,7 @@ function pinOf({ id, x, y, findings }, onPaper) {
 }
 
 // Units of one part bear a letter after its reference.
-function isNameOf(value, reference) {
+function isReferenceOf(value, reference) {
   return value === reference || (value.startsWith(reference) && /^[A-Z]$/.test(value.slice(reference.length)));
 }
 

@@ -24,28 +24,53 @@ export class Panels {
     const { model } = this;
     const point = (place) => (thing) => review.point(place, thing);
     this.bill = new BillPanel(model, this.marks, this.settings, {
-      pointAt: point("bom"), choose: (references) => review.jumpToParts(references), changed: () => this.changed(),
+      pointAt: point("bom"),
+      choose: (references) => review.jumpToParts(references),
+      changed: () => this.changed(),
     });
     const pages = (net) => net.pages.map((page) => model.pages[page].name).join(", ");
     this.lists = {
       bom: this.bill.list,
       nets: new List(element("nets"), {
-        label: "nets", columns: netColumns,
-        rows: () => model.nets.map((net) => ({ id: net.id, name: net.name, count: net.pins.length, pages: pages(net), labels: net.labels.join(", "), pins: net.pins.join(", ") })),
-        events: { pointAt: (net) => point("nets")(net && { references: [], nets: [net.name] }), choose: (net) => review.jumpToNet(net.name) },
+        label: "nets",
+        columns: netColumns,
+        rows: () =>
+          model.nets.map((net) => ({
+            id: net.id,
+            name: net.name,
+            count: net.pins.length,
+            pages: pages(net),
+            labels: net.labels.join(", "),
+            pins: net.pins.join(", "),
+          })),
+        events: {
+          pointAt: (net) => point("nets")(net && { references: [], nets: [net.name] }),
+          choose: (net) => review.jumpToNet(net.name),
+        },
       }),
       findings: new List(element("findings"), {
-        label: "findings", columns: findingColumns, rows: () => model.findings,
-        events: { pointAt: (finding) => point("findings")(finding && { references: finding.references, nets: [] }), choose: (finding) => review.openFinding(finding) },
+        label: "findings",
+        columns: findingColumns,
+        rows: () => model.findings,
+        events: {
+          pointAt: (finding) => point("findings")(finding && { references: finding.references, nets: [] }),
+          choose: (finding) => review.openFinding(finding),
+        },
       }),
       details: new List(element("details"), {
-        label: "details", columns: detailColumns, rows: () => this.#details(),
+        label: "details",
+        columns: detailColumns,
+        rows: () => this.#details(),
         events: { choose: ({ goal }) => goal && review.jumpToNet(goal.net, goal) },
       }),
       changes: new List(element("changes"), {
-        label: "changes", columns: changeColumns, rows: () => this.changes,
-        events: { pointAt: (change) => point("changes")(change && { references: [change.reference], nets: [] }),
-          choose: (change) => review.jumpToParts([change.reference]) },
+        label: "changes",
+        columns: changeColumns,
+        rows: () => this.changes,
+        events: {
+          pointAt: (change) => point("changes")(change && { references: [change.reference], nets: [] }),
+          choose: (change) => review.jumpToParts([change.reference]),
+        },
       }),
     };
     this.#listen();
@@ -63,11 +88,12 @@ export class Panels {
       event.preventDefault();
       event.stopPropagation();
     });
-    const set = (id, event, name) => element(id).addEventListener(event, ({ target }) => {
-      this.filters[name] = target.value;
-      this.#refilter();
-      this.changed();
-    });
+    const set = (id, event, name) =>
+      element(id).addEventListener(event, ({ target }) => {
+        this.filters[name] = target.value;
+        this.#refilter();
+        this.changed();
+      });
     set("nets-filter", "input", "nets");
     set("findings-filter", "input", "findings");
     set("findings-check", "change", "check");
@@ -75,7 +101,7 @@ export class Panels {
   }
 
   show(name) {
-    this.name = this.lists[name] && !(name === "changes" && !this.changes.length) ? name : "bom";
+    this.name = Object.hasOwn(this.lists, name) && !(name === "changes" && !this.changes.length) ? name : "bom";
     for (const tab of element("panels").children) {
       tab.setAttribute("aria-selected", tab.dataset.panel === this.name);
       tab.tabIndex = tab.dataset.panel === this.name ? 0 : -1;
@@ -95,7 +121,12 @@ export class Panels {
   // In the language that is shown, and with what has become known.
   async refresh() {
     const counts = this.model.counts();
-    for (const [name, count] of [["bom", counts.listed], ["nets", counts.nets], ["findings", counts.findings], ["changes", this.changes.length]]) {
+    for (const [name, count] of [
+      ["bom", counts.listed],
+      ["nets", counts.nets],
+      ["findings", counts.findings],
+      ["changes", this.changes.length],
+    ]) {
       element("panels").querySelector(`[data-panel=${name}] .total`).textContent = count;
     }
     element("panels").querySelector("[data-panel=changes]").hidden = !this.changes.length;
@@ -103,13 +134,19 @@ export class Panels {
     this.#showUnjoined();
     this.#showDetails();
     for (const list of Object.values(this.lists)) list.stale = true;
-    await Promise.all([this.bill.refresh(), ...["nets", "findings", "details", "changes"].map((name) => this.lists[name].refresh())]);
+    await Promise.all([
+      this.bill.refresh(),
+      ...["nets", "findings", "details", "changes"].map((name) => this.lists[name].refresh()),
+    ]);
     this.#refilter();
   }
 
   light(thing, scroll) {
     this.bill.light(thing.references, scroll);
-    this.lists.nets.light(thing.nets.map((net) => this.model.netByName.get(net)?.id).filter((id) => id !== undefined), scroll);
+    this.lists.nets.light(
+      thing.nets.map((net) => this.model.netByName.get(net)?.id).filter((id) => id !== undefined),
+      scroll,
+    );
     if (this.name === "details") this.#showDetailsSoon();
   }
 
@@ -122,7 +159,11 @@ export class Panels {
     const { filter, fitted } = this.bill.filters;
     const { nets, findings, check, on } = this.filters;
     return {
-      bom: { filter, fitted }, nets: { filter: nets }, findings: { filter: findings, check, on }, details: {}, changes: {},
+      bom: { filter, fitted },
+      nets: { filter: nets },
+      findings: { filter: findings, check, on },
+      details: {},
+      changes: {},
     }[this.name];
   }
 
@@ -130,8 +171,13 @@ export class Panels {
     if (name === "bom") this.bill.setFilters({ filter, fitted });
     if (name === "nets" || name === "findings") this.filters[name] = filter;
     if (name === "findings") Object.assign(this.filters, { check, on });
-    for (const [id, value] of [["nets-filter", this.filters.nets], ["findings-filter", this.filters.findings], ["findings-check", this.filters.check],
-      ["findings-page", this.filters.on]]) element(id).value = value;
+    for (const [id, value] of [
+      ["nets-filter", this.filters.nets],
+      ["findings-filter", this.filters.findings],
+      ["findings-check", this.filters.check],
+      ["findings-page", this.filters.on],
+    ])
+      element(id).value = value;
     this.#refilter();
   }
 
@@ -139,22 +185,33 @@ export class Panels {
     const { nets, findings, check, on } = this.filters;
     const has = (texts, words) => texts.some((one) => String(one).toLowerCase().includes(words.trim().toLowerCase()));
     this.lists.nets.filter(nets.trim() ? (net) => has([net.name, net.pins, net.labels, net.pages], nets) : null);
-    const isWanted = (one) => (!check || one.check === check) && (!on || String(one.page) === on)
-      && (!findings.trim() || has([one.value, comment(one.comment), one.pageName], findings));
+    const isWanted = (one) =>
+      (!check || one.check === check) &&
+      (!on || String(one.page) === on) &&
+      (!findings.trim() || has([one.value, comment(one.comment), one.pageName], findings));
     this.lists.findings.filter(check || on || findings.trim() ? isWanted : null);
   }
 
   // Each choice with how many findings it has; all of them together are all findings.
   #fillFindingFilters() {
     const fill = (id, all, choices) => {
-      const option = (value, words, count) => Object.assign(document.createElement("option"), { value, textContent: `${words} (${count})` });
+      const option = (value, words, count) =>
+        Object.assign(document.createElement("option"), { value, textContent: `${words} (${count})` });
       element(id).replaceChildren(option("", all, this.model.findings.length), ...choices.map((choice) => option(...choice)));
     };
     const count = (wanted) => this.model.findings.filter(wanted).length;
     const checks = [...new Set(this.model.findings.map((one) => one.check))].sort();
-    fill("findings-check", text("allChecks"), checks.map((check) => [check, text(`check${check}`), count((one) => one.check === check)]));
+    fill(
+      "findings-check",
+      text("allChecks"),
+      checks.map((check) => [check, text(`check${check}`), count((one) => one.check === check)]),
+    );
     const pages = [...new Set(this.model.findings.map((one) => one.page))].sort((one, other) => one - other);
-    fill("findings-page", text("allPages"), pages.map((page) => [page, this.model.pages[page]?.name ?? text("notPlaced"), count((one) => one.page === page)]));
+    fill(
+      "findings-page",
+      text("allPages"),
+      pages.map((page) => [page, this.model.pages[page]?.name ?? text("notPlaced"), count((one) => one.page === page)]),
+    );
     element("findings-check").value = this.filters.check;
     element("findings-page").value = this.filters.on;
   }
@@ -162,17 +219,34 @@ export class Panels {
   #showUnjoined() {
     const { joined, unjoined, hasList } = this.model;
     const where = [...new Set(unjoined.map((group) => group.page.name))];
-    element("nets-note").textContent = !joined ? text("joining") : [hasList ? "" : text("withoutList"),
-      unjoined.length ? text("unjoined", { count: unjoined.length, pages: where.slice(0, 6).join(", ") + (where.length > 6 ? "…" : "") }) : ""].filter(Boolean).join(" ");
+    element("nets-note").textContent = !joined
+      ? text("joining")
+      : [
+          hasList ? "" : text("withoutList"),
+          unjoined.length
+            ? text("unjoined", { count: unjoined.length, pages: where.slice(0, 6).join(", ") + (where.length > 6 ? "…" : "") })
+            : "",
+        ]
+          .filter(Boolean)
+          .join(" ");
   }
 
   #details() {
     const { references, nets } = this.review.lit;
-    const found = nets.length ? nets.flatMap((name) => this.model.propertiesOfNet(this.model.netByName.get(name)))
-      : references.length ? this.#ofParts(references) : this.model.design.properties;
+    const found = nets.length
+      ? nets.flatMap((name) => this.model.propertiesOfNet(this.model.netByName.get(name)))
+      : references.length
+        ? this.#ofParts(references)
+        : this.model.design.properties;
     const isText = references.length || nets.length;
     return found.map(([name, value, goal], id) => ({
-      id, name: isText ? text(name) : name, value: [value].flat().map((one) => (one.text ? text(one.text) : one)).join(" · "), goal,
+      id,
+      name: isText ? text(name) : name,
+      value: [value]
+        .flat()
+        .map((one) => (one.text ? text(one.text) : one))
+        .join(" · "),
+      goal,
     }));
   }
 
@@ -192,7 +266,9 @@ export class Panels {
   #showDetails() {
     const { references, nets } = this.review.lit;
     const whose = nets.length ? nets : [...new Set(references)];
-    element("whose").textContent = whose.length ? text(nets.length ? "detailsOfNet" : "detailsOf", { parts: whose.slice(0, 30).join(", ") }) : text("allProperties");
+    element("whose").textContent = whose.length
+      ? text(nets.length ? "detailsOfNet" : "detailsOf", { parts: whose.slice(0, 30).join(", ") })
+      : text("allProperties");
     this.lists.details.refresh();
   }
 }

@@ -10,7 +10,11 @@ const PINS_TO_WIDTH = 1 / 1200; // of a pin's scale to its page's width
 // `what` is {pages: [index...], bill, findings}.
 export function print(room, model, what) {
   const drawings = (what.pages ?? []).map((index) => new Drawing(model.pages[index]));
-  room.replaceChildren(...drawings.map((drawing) => sheet(drawing, model)), ...(what.bill ? [bill(model)] : []), ...(what.findings ? findings(model) : []));
+  room.replaceChildren(
+    ...drawings.map((drawing) => sheet(drawing, model)),
+    ...(what.bill ? [bill(model)] : []),
+    ...(what.findings ? findings(model) : []),
+  );
   room.classList.add("measured");
   for (const drawing of drawings) {
     addOverlay(drawing, model, true);
@@ -35,15 +39,36 @@ function sheet({ page, svg, size }, model) {
 }
 
 function bill(model) {
-  return table("bom", ["quantity", "references", "value", "state", "partNumber", "partName", "footprint"],
-    model.lines.map((line) => [line.quantity, line.references.join(", "), line.Value, stateOf(line.fitted), line.PartNumber,
-      line.PartName, line.PCBFootprint]));
+  return table(
+    "bom",
+    ["quantity", "references", "value", "state", "partNumber", "partName", "footprint"],
+    model.lines.map((line) => [
+      line.quantity,
+      line.references.join(", "),
+      line.Value,
+      stateOf(line.fitted),
+      line.PartNumber,
+      line.PartName,
+      line.PCBFootprint,
+    ]),
+  );
 }
 
 function findings(model) {
   if (!model.findings.length) return [];
-  return [table("findings", ["number", "check", "value", "comment", "page"], model.findings.map((finding) => [
-    finding.number, text(`check${finding.check}`), finding.value, comment(finding.comment), finding.pageName]))];
+  return [
+    table(
+      "findings",
+      ["number", "check", "value", "comment", "page"],
+      model.findings.map((finding) => [
+        finding.number,
+        text(`check${finding.check}`),
+        finding.value,
+        comment(finding.comment),
+        finding.pageName,
+      ]),
+    ),
+  ];
 }
 
 function table(title, columns, rows) {

@@ -92,7 +92,10 @@ export class Review {
   openPin(pin) {
     this.#asOneStep(() => {
       this.panels.show("findings");
-      this.choose({ references: [...new Set(pin.findings.flatMap((finding) => finding.references))], finding: String(pin.findings[0].id) });
+      this.choose({
+        references: [...new Set(pin.findings.flatMap((finding) => finding.references))],
+        finding: String(pin.findings[0].id),
+      });
       this.panels.lightFindings(pin.findings.map((finding) => finding.id));
     });
   }
@@ -120,7 +123,9 @@ export class Review {
   }
 
   #pagesOf(references) {
-    return [...new Set(references.flatMap((reference) => this.model.parts.get(reference)?.pages ?? []))].sort((one, other) => one - other);
+    return [...new Set(references.flatMap((reference) => this.model.parts.get(reference)?.pages ?? []))].sort(
+      (one, other) => one - other,
+    );
   }
 
   // To the first of the pages, the present one when it is among them, or the one after that when asked for `again`.

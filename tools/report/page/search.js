@@ -40,7 +40,11 @@ export class Search {
     item.role = "option";
     item.dataset.at = at;
     item.id = `hit-${at}`;
-    for (const [name, words] of [["kind", text(hit.kind)], ["label", hit.label], ["detail", [hit.detail, this.remark(hit)].filter(Boolean).join(" · ")]]) {
+    for (const [name, words] of [
+      ["kind", text(hit.kind)],
+      ["label", hit.label],
+      ["detail", [hit.detail, this.remark(hit)].filter(Boolean).join(" · ")],
+    ]) {
       const part = document.createElement("span");
       part.className = name;
       part.textContent = words;

@@ -1,5 +1,6 @@
 // What a typed text finds: exact before the beginning before the inside, and of equal rank parts before nets before texts.
 
+import { isNameOf } from "./nets.js";
 import { inNaturalOrder } from "./quantities.js";
 
 const KINDS = ["part", "pin", "net", "value", "page", "finding", "text"];
@@ -28,7 +29,9 @@ export class Index {
     // Pins only by their beginnings: every number would find hundreds.
     if (wanted.includes(".")) {
       for (const { net, pins } of this.#pins()) {
-        for (const [at, pin] of pins.entries()) if (pin.startsWith(wanted)) found.push({ rank: pin === wanted ? 0 : 1, entry: { kind: "pin", label: net.pins[at], net } });
+        for (const [at, pin] of pins.entries())
+          if (pin.startsWith(wanted))
+            found.push({ rank: pin === wanted ? 0 : 1, entry: { kind: "pin", label: net.pins[at], net } });
       }
     }
     const kept = [];
@@ -36,22 +39,38 @@ export class Index {
       const hits = found.filter(({ entry }) => entry.kind === kind).sort(byRank);
       kept.push(...hits.slice(0, MOST_OF_A_KIND));
     }
-    kept.sort((one, other) => one.rank - other.rank || KINDS.indexOf(one.entry.kind) - KINDS.indexOf(other.entry.kind) || byRank(one, other));
+    kept.sort(
+      (one, other) =>
+        one.rank - other.rank || KINDS.indexOf(one.entry.kind) - KINDS.indexOf(other.entry.kind) || byRank(one, other),
+    );
     return { hits: kept.map(({ entry }) => this.#hit(entry)), more: found.length - kept.length };
   }
 
   #hit({ kind, label, part, net, line, page, finding, free }) {
     const hit = { kind, label, ...NOTHING };
     if (part) return { ...hit, detail: part.line?.Value ?? "", page: part.pages[0] ?? -1, references: [part.reference] };
-    if (kind === "pin") return { ...hit, detail: net.name, page: this.model.placeOf(label, net.name)?.page ?? -1, nets: [net.name], pin: label };
+    if (kind === "pin")
+      return { ...hit, detail: net.name, page: this.model.placeOf(label, net.name)?.page ?? -1, nets: [net.name], pin: label };
     if (net) return { ...hit, detail: named(net.pins), page: net.pages[0] ?? -1, nets: [net.name] };
     if (line) {
       const page = line.references.flatMap((reference) => this.model.parts.get(reference).pages)[0] ?? -1;
       return { ...hit, detail: named(line.references), page, references: line.references };
     }
     if (page) return { ...hit, page: page.index };
-    if (finding) return { ...hit, detail: `${this.words(finding)} · ${finding.pageName}`, page: finding.page, references: finding.references, finding };
-    return { ...hit, detail: this.model.pages[free.page].name + (free.count > 1 ? ` (${free.count})` : ""), page: free.page, element: free.element };
+    if (finding)
+      return {
+        ...hit,
+        detail: `${this.words(finding)} · ${finding.pageName}`,
+        page: finding.page,
+        references: finding.references,
+        finding,
+      };
+    return {
+      ...hit,
+      detail: this.model.pages[free.page].name + (free.count > 1 ? ` (${free.count})` : ""),
+      page: free.page,
+      element: free.element,
+    };
   }
 
   // Made once for each language, and again when the pages are joined.
@@ -63,10 +82,20 @@ export class Index {
     this.made = state;
     this.all = [
       ...[...model.parts.values()].map((part) => entry("part", part.reference, [part.reference], { part })),
-      ...model.nets.map((net) => entry("net", net.name, [net.name, ...net.name.includes("/") ? [net.name.split("/").at(-1)] : [], ...net.labels], { net })),
-      ...model.lines.flatMap((line) => LINE_MEMBERS.filter((member) => line[member]).map((member) => entry("value", line[member], [line[member]], { line }))),
+      ...model.nets.map((net) =>
+        entry("net", net.name, [net.name, ...(net.name.includes("/") ? [net.name.split("/").at(-1)] : []), ...net.labels], {
+          net,
+        }),
+      ),
+      ...model.lines.flatMap((line) =>
+        LINE_MEMBERS.filter((member) => line[member]).map((member) => entry("value", line[member], [line[member]], { line })),
+      ),
       ...model.pages.map((page) => entry("page", page.name, [page.name], { page })),
-      ...model.findings.map((finding) => entry("finding", `${finding.number}: ${finding.value}`, [finding.value, finding.comment, this.words(finding)], { finding })),
+      ...model.findings.map((finding) =>
+        entry("finding", `${finding.number}: ${finding.value}`, [finding.value, finding.comment, this.words(finding)], {
+          finding,
+        }),
+      ),
       ...this.#freeTexts().map((free) => entry("text", free.value, [free.value], { free })),
     ];
     return this.all;
@@ -85,7 +114,8 @@ export class Index {
     const texts = [];
     for (const page of this.model.joined ? this.model.pages : []) {
       const named = new Set(page.drawn.connectors.map((connector) => connector.text));
-      for (const group of page.wiring.groups) for (const text of group.labels) if (group.net.endsWith(text.value)) named.add(text);
+      for (const group of page.wiring.groups)
+        for (const text of group.labels) if (isNameOf(text.value, group.net)) named.add(text);
       const seen = new Map();
       for (const text of page.drawn.texts) {
         if (text.isNumber || text.owner || named.has(text) || !text.value.trim() || this.model.parts.has(text.value)) continue;

@@ -5,9 +5,15 @@ import { CHINESE, ENGLISH } from "./words.js";
 const TEXTS = { en: ENGLISH, zh: CHINESE };
 
 const COMMENTS = {
-  器件未编号: "has no reference number", 位号重名: "reference used twice", 属性包含非法字符: "holds characters that are not allowed",
-  引脚未连接: "pin not connected", 器件无封装: "has no footprint", 器件存在多个封装: "has several footprints",
-  引脚未编号: "has a pin without a number", 引脚名重复: "has a pin name twice", 引脚编号重复: "has a pin number twice",
+  器件未编号: "has no reference number",
+  位号重名: "reference used twice",
+  属性包含非法字符: "holds characters that are not allowed",
+  引脚未连接: "pin not connected",
+  器件无封装: "has no footprint",
+  器件存在多个封装: "has several footprints",
+  引脚未编号: "has a pin without a number",
+  引脚名重复: "has a pin name twice",
+  引脚编号重复: "has a pin number twice",
   同一器件Value值不同: "has different values",
 };
 

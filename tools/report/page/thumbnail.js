@@ -15,7 +15,8 @@ export function drawThumbnail(canvas, { drawing, drawn }, dark) {
   const symbols = new Map();
   const colour = (value) => (/^#[0-9a-f]{6}$/i.test(value ?? "") ? (dark ? onDark(value) : value) : "");
   const ink = ({ style = "" } = {}) => ({
-    stroke: colour(/stroke:\s*(#\w+)/.exec(style)?.[1]), fill: colour(/fill:\s*(#\w+)/.exec(style)?.[1]),
+    stroke: colour(/stroke:\s*(#\w+)/.exec(style)?.[1]),
+    fill: colour(/fill:\s*(#\w+)/.exec(style)?.[1]),
     width: Math.max(Number(/stroke-width:\s*([\d.]+)/.exec(style)?.[1] ?? 1), LEAST_LINE / scale),
   });
   const draw = (element, depth) => {

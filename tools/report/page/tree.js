@@ -15,9 +15,12 @@ export class Tree {
     this.current = 0;
     this.dark = matchMedia("(prefers-color-scheme: dark)");
     this.dark.addEventListener("change", () => this.fill());
-    this.watch = new IntersectionObserver((seen) => {
-      for (const { isIntersecting, target } of seen) if (isIntersecting) this.#draw(target);
-    }, { root: element, rootMargin: "200px" });
+    this.watch = new IntersectionObserver(
+      (seen) => {
+        for (const { isIntersecting, target } of seen) if (isIntersecting) this.#draw(target);
+      },
+      { root: element, rootMargin: "200px" },
+    );
     element.addEventListener("click", ({ target }) => {
       const item = target.closest("[role=treeitem]");
       if (!item) return;
@@ -110,10 +113,15 @@ export class Tree {
     const at = items.indexOf(item);
     const go = (to) => to?.focus();
     const actions = {
-      ArrowDown: () => go(items[at + 1]), ArrowUp: () => go(items[at - 1]), Home: () => go(items[0]), End: () => go(items.at(-1)),
+      ArrowDown: () => go(items[at + 1]),
+      ArrowUp: () => go(items[at - 1]),
+      Home: () => go(items[0]),
+      End: () => go(items.at(-1)),
       ArrowRight: () => (this.closed.has(page.index) ? this.#fold(page.index, false) : go(this.items.get(page.children[0]))),
-      ArrowLeft: () => (page.children.length && !this.closed.has(page.index) ? this.#fold(page.index, true) : go(this.items.get(page.parent))),
-      Enter: () => this.show(page.index), " ": () => this.show(page.index),
+      ArrowLeft: () =>
+        page.children.length && !this.closed.has(page.index) ? this.#fold(page.index, true) : go(this.items.get(page.parent)),
+      Enter: () => this.show(page.index),
+      " ": () => this.show(page.index),
     };
     if (!actions[event.key]) return;
     actions[event.key]();

@@ -13,10 +13,10 @@ import { comment, text } from "./texts.js";
 
 const LARGEST_SCALE = 12;
 const REST_MILLISECONDS = 120;
-const MARGIN = 24;       // pixels around a page that is shown whole
-const CLOSE = 3;         // the scale at which a thing is shown that was jumped to
-const KEPT = 24;         // drawings that are kept for when their page is shown again
-const MOVES = 3;         // pixels that a click may move
+const MARGIN = 24; // pixels around a page that is shown whole
+const CLOSE = 3; // the scale at which a thing is shown that was jumped to
+const KEPT = 24; // drawings that are kept for when their page is shown again
+const MOVES = 3; // pixels that a click may move
 
 export class Viewer {
   // `events`, each called by what the user does: pointAt(thing), choose(thing), openPin(pin), follow(link), moved(); a thing
@@ -28,9 +28,16 @@ export class Viewer {
     this.drawings = new Map();
     this.lit = { references: new Set(), nets: new Set() };
     this.transform = zoomIdentity;
-    this.zoom = zoom().scaleExtent([0.05, LARGEST_SCALE]).clickDistance(MOVES).on("zoom", ({ transform }) => this.#move(transform));
+    this.zoom = zoom()
+      .scaleExtent([0.05, LARGEST_SCALE])
+      .clickDistance(MOVES)
+      .on("zoom", ({ transform }) => this.#move(transform));
     this.surface = select(frame).call(this.zoom).on("dblclick.zoom", null);
-    followPointer(frame, (event) => this.#thingAt(event), (thing) => events.pointAt(thing));
+    followPointer(
+      frame,
+      (event) => this.#thingAt(event),
+      (thing) => events.pointAt(thing),
+    );
     frame.addEventListener("click", (event) => this.#click(event));
     frame.addEventListener("keydown", (event) => {
       if (event.key === "Enter" && event.target.closest(".pin, .link")) this.#click(event);
@@ -69,8 +76,12 @@ export class Viewer {
       hit.node.classList.toggle("lit", lit);
       if (!hit.fitted) for (const element of hit.elements) element.classList.toggle("lit", lit);
     }
-    for (const { net, bus, node } of [...this.current.wires ?? [], ...this.current.names ?? [], ...this.current.links ?? []]) {
-      const lit = bus ? bus.groups.some((group) => this.lit.nets.has(group.net)) : this.lit.nets.has(net);
+    for (const { net, bus, node } of [
+      ...(this.current.wires ?? []),
+      ...(this.current.names ?? []),
+      ...(this.current.links ?? []),
+    ]) {
+      const lit = bus ? bus.nets.some((one) => this.lit.nets.has(one)) : this.lit.nets.has(net);
       node.classList.toggle("lit", lit);
     }
   }
@@ -104,8 +115,13 @@ export class Viewer {
   set view(wanted) {
     if (!wanted) return this.fit();
     const scale = Math.min(LARGEST_SCALE, Math.max(this.zoom.scaleExtent()[0], wanted.scale));
-    this.surface.call(this.zoom.transform, zoomIdentity.translate(this.frame.clientWidth / 2, this.frame.clientHeight / 2)
-      .scale(scale).translate(-wanted.x, -wanted.y));
+    this.surface.call(
+      this.zoom.transform,
+      zoomIdentity
+        .translate(this.frame.clientWidth / 2, this.frame.clientHeight / 2)
+        .scale(scale)
+        .translate(-wanted.x, -wanted.y),
+    );
   }
 
   // Brings boxes of the page into the middle, close enough to read.
@@ -167,7 +183,9 @@ export class Viewer {
       node.querySelector("title").textContent = words;
     }
     for (const { node, sheet, connector, destinations } of this.current.links ?? []) {
-      const pages = (sheet ? sheet.pages : [...new Set(destinations.map(({ page }) => page))]).map((page) => this.model.pages[page].name);
+      const pages = (sheet ? sheet.pages : [...new Set(destinations.map(({ page }) => page))]).map(
+        (page) => this.model.pages[page].name,
+      );
       node.setAttribute("aria-label", text("leadsTo", { name: sheet?.name ?? connector.name, pages: pages.join(", ") }));
     }
   }
@@ -177,11 +195,11 @@ export class Viewer {
     const { reference, net, group, bus, link } = target.dataset ?? {};
     const { wiring } = this.model.pages[this.current.page.index];
     if (reference) return thing([reference], []);
-    if (bus !== undefined) return thing([], [...new Set(wiring.buses[bus].groups.map((one) => one.net).filter(Boolean))]);
+    if (bus !== undefined) return thing([], wiring.buses[bus].nets);
     if (group !== undefined) {
       const pin = this.#pinAt(wiring.groups[group], clientX, clientY);
       if (net) return thing([], [net], { pin });
-      return pin ? thing([pin.reference], [], { pin }) : null;
+      return thing(pin ? [pin.reference] : [], [], { pin, alone: !pin });
     }
     if (net) return thing([], [net]);
     if (link === undefined) return null;
@@ -245,8 +263,13 @@ export class Viewer {
 }
 
 function thing(references, nets, more = {}) {
-  const { pin, link } = more;
-  return { references, nets, ...more, key: [references, nets, pin && `${pin.reference}.${pin.number}`, link?.node.dataset.link].join("|") };
+  const { pin, link, alone } = more;
+  return {
+    references,
+    nets,
+    ...more,
+    key: [references, nets, alone, pin && `${pin.reference}.${pin.number}`, link?.node.dataset.link].join("|"),
+  };
 }
 
 function distanceToLine(x, y, { x: x1, y: y1, bodyX: x2, bodyY: y2 }) {

@@ -1,10 +1,10 @@
 // The wiring of one page: what touches what makes a group, all of which is one net there.
 
-const GRAIN = 10;        // points are compared in tenths of a unit
-const BAND = 20;         // units of the bands in which lines and texts are looked up
-const LABEL_ABOVE = 9;   // at most so far is a label from the wire that it names
+const GRAIN = 10; // points are compared in tenths of a unit
+const BAND = 20; // units of the bands in which lines and texts are looked up
+const LABEL_ABOVE = 9; // at most so far is a label from the wire that it names
 const LABEL_BELOW = 1;
-const NUMBER_NEAR = 7;   // at most so far is a pin's number from the middle of its pin
+const NUMBER_NEAR = 7; // at most so far is a pin's number from the middle of its pin
 
 // `page` is what readPage gave. Gives {groups, buses}; a group is
 //   {lines, pins, connectors, labels: [text...], links: [name...], buses: [bus...]}
@@ -54,7 +54,10 @@ function gather(page, { wires, buses, sets }) {
     else if (bus) busGroups.get(bus).labels.push(text);
   }
   for (const wire of page.wires) {
-    for (const [x, y] of [[wire.x1, wire.y1], [wire.x2, wire.y2]]) {
+    for (const [x, y] of [
+      [wire.x1, wire.y1],
+      [wire.x2, wire.y2],
+    ]) {
       const line = buses.at(x, y)[0];
       if (!line) continue;
       const [group, bus] = [groupAt(x, y), busGroups.get(line)];
@@ -70,7 +73,10 @@ function joinBuses(lines, index) {
   const sets = new Sets();
   for (const line of lines) {
     sets.join(keyOf(line.x1, line.y1), keyOf(line.x2, line.y2));
-    for (const [x, y] of [[line.x1, line.y1], [line.x2, line.y2]]) {
+    for (const [x, y] of [
+      [line.x1, line.y1],
+      [line.x2, line.y2],
+    ]) {
       for (const other of index.at(x, y)) sets.join(keyOf(x, y), keyOf(other.x1, other.y1));
     }
   }
@@ -92,7 +98,10 @@ function meetingPoint(connector, wires, buses, ends) {
   const { x, y, width, height } = connector.box;
   let nearest = null;
   for (const line of [...wires.inBox(connector.box), ...buses.inBox(connector.box)]) {
-    for (const [px, py] of [[line.x1, line.y1], [line.x2, line.y2]]) {
+    for (const [px, py] of [
+      [line.x1, line.y1],
+      [line.x2, line.y2],
+    ]) {
       if (px < x - 1 || px > x + width + 1 || py < y - 1 || py > y + height + 1) continue;
       const distance = Math.hypot(px - own[0], py - own[1]);
       if (!nearest || distance < nearest.distance) nearest = { distance, at: [px, py] };
@@ -134,7 +143,7 @@ function numberPins(page, pinNumbers) {
     const found = [];
     for (let row = Math.floor((y - NUMBER_NEAR) / BAND); row <= Math.floor((y + NUMBER_NEAR) / BAND); row++) {
       for (let column = Math.floor((x - NUMBER_NEAR) / BAND); column <= Math.floor((x + NUMBER_NEAR) / BAND); column++) {
-        found.push(...byBand.get(bandOf(row, column)) ?? []);
+        found.push(...(byBand.get(bandOf(row, column)) ?? []));
       }
     }
     return found;
