@@ -9,7 +9,8 @@ import dataclasses
 import json
 import pathlib
 
-PROTOCOL = json.loads((pathlib.Path(__file__).resolve().parents[2] / "docs" / "protocol.json").read_text(encoding="utf-8"))
+_DOCS = pathlib.Path(__file__).resolve().parents[2] / "docs"
+PROTOCOL = json.loads((_DOCS / "protocol.json").read_text(encoding="utf-8"))
 
 REPLY_SUFFIX = PROTOCOL["link"]["replySuffix"]
 
@@ -97,8 +98,8 @@ def _shape(top: tuple[str, ...], data: list[dict], **more) -> Shape:
         names = _names(member.get("items", {}).get("members", []))
         if names and names != ("*",):
             items[member["name"]] = names
-    values = {member["name"]: member["values"] for member in data if "values" in member}
-    return Shape(top, _names(data), "0" if "Result" in top else None, items=items, values=values | more.pop("fixed", {}), **more)
+    values = {member["name"]: member["values"] for member in data if "values" in member} | more.pop("fixed", {})
+    return Shape(top, _names(data), "0" if "Result" in top else None, items=items, values=values, **more)
 
 
 _FAILED = Shape(("Data", "Command", "Result", "ErrInfo"), (), "1", name="failed")

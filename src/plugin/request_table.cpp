@@ -22,7 +22,7 @@ constexpr Member modulePath =
         .keptIn(&Place::dsnDatPath);
 
 constexpr std::array reference = {
-    text("PartRef", "Reference designator of a part. An element without it is passed over."),
+    optional(text("PartRef", "Reference designator of a part. An element without it is passed over.")),
 };
 
 constexpr std::array openProject = {

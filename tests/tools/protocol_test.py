@@ -1,4 +1,4 @@
-"""docs/protocol.json is what its own schema says, and no name in it leads nowhere."""
+"""docs/protocol.json is what its own schema says, no name in it leads nowhere, and recorded messages are as it says."""
 
 from __future__ import annotations
 
@@ -9,14 +9,19 @@ import unittest
 
 from jsonschema import Draft202012Validator
 
-DOCS = pathlib.Path(__file__).resolve().parents[2] / "docs"
+from companion import messages, record
+from companion.catalogue import REPLY_SUFFIX
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
+DOCS = REPOSITORY / "docs"
 PROTOCOL = json.loads((DOCS / "protocol.json").read_text(encoding="utf-8"))
 SCHEMA = json.loads((DOCS / "protocol.schema.json").read_text(encoding="utf-8"))
+MESSAGES = json.loads((DOCS / "messages.schema.json").read_text(encoding="utf-8"))
 
 
 def lost_names(protocol: dict) -> set[str]:
     """Names that something refers to and that nothing bears."""
-    known = {kind: {row["name"] for row in protocol[kind]} for kind in ("requests", "messages", "commands", "procedures")}
+    known = {kind: {row["name"] for row in protocol[kind]} for kind in ("messages", "commands", "procedures")}
     lost = set()
     for row in protocol["requests"] + protocol["commands"]:
         lost |= set(row["calls"]) - known["procedures"]
@@ -54,6 +59,51 @@ class Protocol(unittest.TestCase):
         for what, change in faults.items():
             self.assertFalse(Draft202012Validator(SCHEMA).is_valid(spoilt(change)), what)
         self.assertEqual(lost_names(spoilt(lambda p: p["requests"][request].update(calls=["gone"]))), {"gone"})
+
+    def test_recorded_messages_are_what_their_schemas_say(self):
+        Draft202012Validator.check_schema(MESSAGES)
+        seen = 0
+        for file in sorted((REPOSITORY / "tests" / "conversations").glob("*.txt")):
+            said = [(entry.what, messages.read(entry.message)) for entry in record.read(file) if entry.message
+                    and entry.what in (record.COMPANION, record.PLUG_IN)]
+            refused = [message.command for _, message in said if message.shape == "refused"]
+            for who, message in said:
+                if who == record.COMPANION and message.command + REPLY_SUFFIX in refused:
+                    continue  # tried below
+                self.assertEqual(faults_of(message), [], file.name)
+                seen += 1
+        self.assertGreater(seen, 150)
+
+    def test_asyncapi_refers_to_nothing_that_is_not_there(self):
+        document = json.loads((DOCS / "asyncapi.json").read_text(encoding="utf-8"))
+        for reference in references_in(document):
+            place = document
+            for name in reference.removeprefix("#/").split("/"):
+                self.assertIn(name, place, reference)
+                place = place[name]
+
+    def test_what_is_refused_has_faults(self):
+        said = record.read(REPOSITORY / "tests" / "conversations" / "refusals.txt")
+        asked = [messages.read(entry.message) for entry in said if entry.what == record.COMPANION]
+        faulty = [message.command for message in asked if faults_of(message)]
+        self.assertEqual(faulty, ["NoSuchCommand", "GenerateBOM"])
+
+
+def references_in(value: object) -> list[str]:
+    if isinstance(value, list):
+        return [reference for item in value for reference in references_in(item)]
+    if not isinstance(value, dict):
+        return []
+    return [value["$ref"]] if "$ref" in value else references_in(list(value.values()))
+
+
+def faults_of(message: messages.Message) -> list[str]:
+    value = record.json_of(message)[1]
+    # By its name alone: faults of all other messages would tell nothing.
+    known = MESSAGES["$defs"]
+    name = message.command if message.command in known else "refusal"
+    schema = {"$ref": f"#/$defs/{name}", "$defs": known}
+    return [error.message for error in Draft202012Validator(schema).iter_errors(value)]
 
 
 if __name__ == "__main__":

@@ -112,8 +112,8 @@ def _documents() -> dict[str, bytes]:
     }
     pictures = {f"docs/pictures/{path.name}": path.read_bytes()
                 for path in sorted((REPOSITORY / "docs" / "pictures").glob("*.png"))}
-    protocol = {f"docs/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "docs").glob("protocol*.json"))}
-    return pages | pictures | protocol
+    descriptions = {f"docs/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "docs").glob("*.json"))}
+    return pages | pictures | descriptions
 
 
 def _title(markdown: str) -> str:

@@ -2,13 +2,13 @@
 """Prints examples into docs/for-companion-authors.md, docs/for-script-authors.md and docs/host-procedures.md, between
 their marks.
 
-Messages come out of the recorded conversations in tests/conversations, calls of commands and of the host's procedures out
-of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt and procedures.txt, so that only --run
-needs the plug-in).
+Messages come out of the recorded conversations in tests/conversations, calls of commands and of the host's procedures
+out of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt and procedures.txt, so that only
+--run needs the plug-in).
 
     examples.py            writes the pages
     examples.py --check    exit 1 when a page differs from what would be written
-    either also ends with 1 when a message of the tables is in no recorded conversation
+    either also ends with 1 when a message of the tables is in no recorded conversation, or a procedure in no run
     examples.py --run      runs the calls anew first
 """
 
@@ -208,7 +208,9 @@ def _best_calls(lines: list[str]) -> str:
     kept = []
     for procedure in PROTOCOL["procedures"]:
         found = calls.get(procedure["name"].removeprefix("::"), [])
-        kept += min(found, key=lambda call: (not call[-1].startswith("answered"), not call[0].isprintable()), default=[])
+        # Single backslashes in a path have become unprintable characters by then.
+        found.sort(key=lambda call: (not call[-1].startswith("answered"), not call[0].isprintable()))
+        kept += found[0] if found else []
     return "".join(f"{line.rstrip()}\n" for line in kept)
 
 
@@ -232,7 +234,9 @@ def procedures_page() -> str:
             text += "\n"
         text += f"Answer: {procedure['answer']}\n\nCalled by {_callers(procedure['calledBy'])}.\n\n"
         example = seen.get(procedure["name"].removeprefix("::"))
-        text += f"```\n{example}\n```\n\n" if example else ""
+        if not example:
+            sys.exit(f"{procedure['name']} is in no example: call it in tools/docs/calls.tcl, then ./dev docs --run")
+        text += f"```\n{example}\n```\n\n"
     return text
 
 
