@@ -1,7 +1,14 @@
-#include "protocol_json.h"
-
+// Prints protocol.json from the tables that the plug-in runs on, or tells whether it is stale.
+//
+//   vernoxa_docs FILE          writes it
+//   vernoxa_docs --check FILE  exit 1 when it differs from what would be written
 #include <algorithm>
+#include <array>
+#include <fstream>
+#include <iostream>
+#include <iterator>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "dispatch/handler.h"
@@ -159,6 +166,16 @@ Json sentBy(std::string_view command) {
   return names;
 }
 
+// Optional arguments between question marks; all of them when none need be given.
+std::string usageOf(const CommandRow& row) {
+  std::string names;
+  for (const Argument& argument : row.arguments.each) {
+    const std::string name = argument.optional ? "?" + std::string(argument.name) + "?" : argument.name;
+    names += (names.empty() ? "" : " ") + name;
+  }
+  return row.arguments.without != nullptr ? "?" + names + "?" : names;
+}
+
 Json commandJson(const CommandRow& row) {
   constexpr std::array kinds = {"nothing", "plain", "packetText"};
   Json answer = Json::object();
@@ -217,17 +234,7 @@ Json linkJson() {
   return json;
 }
 
-}  // namespace
-
-std::string usageOf(const CommandRow& row) {
-  std::string names;
-  for (const Argument& argument : row.arguments.each) {
-    const std::string name = argument.optional ? "?" + std::string(argument.name) + "?" : argument.name;
-    names += (names.empty() ? "" : " ") + name;
-  }
-  return row.arguments.without != nullptr ? "?" + names + "?" : names;
-}
-
+// UTF-8, with a line end at its end. docs/protocol.schema.json says what it holds.
 std::string protocolJson() {
   Json json = Json::object();
   json.add("$schema", "protocol.schema.json");
@@ -239,4 +246,25 @@ std::string protocolJson() {
   return json.printFormatted() + "\n";
 }
 
+}  // namespace
 }  // namespace vernoxa
+
+int main(int count, char** arguments) {
+  const bool check = count == 3 && std::string_view(arguments[1]) == "--check";
+  if (count != 2 && !check) {
+    std::cerr << "usage: vernoxa_docs [--check] FILE\n";
+    return 2;
+  }
+  const char* const file = arguments[count - 1];
+  const std::string document = vernoxa::protocolJson();
+  if (!check) {
+    std::ofstream(file, std::ios::binary) << document;
+    return 0;
+  }
+  std::ifstream stream(file, std::ios::binary);
+  if (std::string(std::istreambuf_iterator<char>(stream), {}) != document) {
+    std::cerr << file << " is stale: run ./dev docs\n";
+    return 1;
+  }
+  return 0;
+}

@@ -1,15 +1,14 @@
 #!/usr/bin/python3
-"""Prints examples into docs/for-companion-authors.md, docs/for-script-authors.md and docs/host-procedures.md, between
-their marks.
+"""Prints the reference pages, and examples into the other pages, between their marks.
 
-Messages come out of the recorded conversations in tests/conversations, calls of commands and of the host's procedures
-out of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt and procedures.txt, so that only
---run needs the plug-in).
+What there is comes out of docs/protocol.json; messages out of the recorded conversations in tests/conversations; calls of
+commands and of the host's procedures out of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt
+and procedures.txt, so that only --run needs the plug-in).
 
-    examples.py            writes the pages
-    examples.py --check    exit 1 when a page differs from what would be written
+    print_pages.py            writes the pages
+    print_pages.py --check    exit 1 when a page differs from what would be written
     either also ends with 1 when a message of the tables is in no recorded conversation, or a procedure in no run
-    examples.py --run      runs the calls anew first
+    print_pages.py --run      runs the calls again first
 """
 
 from __future__ import annotations
@@ -24,88 +23,19 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(REPOSITORY / "sim"), str(REPOSITORY / "tools" / "replay")]
 sys.dont_write_bytecode = True
 
-from companion import json_text, messages, record  # noqa: E402
+from companion import messages, record  # noqa: E402
 from companion.catalogue import ANSWERED, COMMANDS, PROTOCOL, QUERIES, REPLY_SUFFIX, TOLD  # noqa: E402
+
+import pages  # noqa: E402
+from recorded import Recorded  # noqa: E402
 
 DOCS = REPOSITORY / "docs"
 CALLS = pathlib.Path(__file__).with_name("calls.txt")
 PROCEDURES = pathlib.Path(__file__).with_name("procedures.txt")
-MOST_ITEMS = 2
 LONGEST_RESULT = 110
 
 
 # --- messages ------------------------------------------------------------------------------------------------------
-
-
-def conversations() -> list[record.Entry]:
-    files = sorted((REPOSITORY / "tests" / "conversations").glob("*.txt"))
-    return [entry for file in files for entry in record.read(file) if entry.message]
-
-
-class Recorded:
-    """Examples of every message. What is asked for and not there is kept in `missing`."""
-
-    def __init__(self, entries: list[record.Entry]):
-        self._found: dict[tuple[str, str], list[messages.Message]] = {}
-        self._pairs: dict[str, list[tuple[messages.Message, messages.Message]]] = {}
-        self.missing: list[str] = []
-        open_requests: dict[str, list[messages.Message]] = {}
-        for entry in entries:
-            message = messages.read(entry.message)
-            self._found.setdefault((entry.what, message.command), []).append(message)
-            name = message.command.removesuffix(REPLY_SUFFIX)
-            if entry.what == record.COMPANION:
-                open_requests.setdefault(message.command, []).append(message)
-            elif open_requests.get(name) and (not message.of_its_own or message.shape == "report"):
-                self._pairs.setdefault(name, []).append((open_requests[name].pop(0), message))
-
-    def block(self, who: str, name: str, shape: str = "") -> str:
-        """The first one, if possible with texts in UTF-8 too; `shape` is that of a message of the plug-in."""
-        fitting = [message for message in self._found.get((who, name), []) if shape in ("", message.shape)]
-        for message in sorted(fitting, key=lambda message: not _encodings(record.json_of(message)[1])):
-            return _block(message)
-        self.missing.append(f"{name} {shape}".strip())
-        return ""
-
-    def pair(self, name: str, shapes: tuple[str, ...]) -> tuple[str, str] | None:
-        """The first request that was answered in one of these shapes, and its answer."""
-        for request, reply in self._pairs.get(name, []):
-            if reply.shape in shapes:
-                return _block(request), _block(reply)
-        return None
-
-
-def _block(message: messages.Message) -> str:
-    """As it stands on the wire when it was printed with line ends there, else with line ends for its reader."""
-    form, value = record.json_of(message)
-    if form == messages.FORMATTED:
-        return f"```json\n{json_text.from_code_page(message.raw)}\n```\n"
-    left_out: list[str] = []
-    value = _short(value, "", left_out)
-    text = "```json\n" + json.dumps(value, ensure_ascii=False, indent=2) + "\n```\n"
-    if left_out:
-        text += f"\nShortened here: {', '.join(left_out)}.\n"
-    return text + _encodings(value)
-
-
-def _encodings(value: object) -> str:
-    """What is in which encoding, where it is not the code page alone."""
-    texts = [text for text in json_text.texts_of(value) if not text.isascii()]
-    utf8 = dict.fromkeys(f"`{text}`" for text in texts if isinstance(text, json_text.Utf8))
-    gbk = dict.fromkeys(f"`{text}`" for text in texts if not isinstance(text, json_text.Utf8))
-    if not utf8:
-        return ""
-    return f"\nIn UTF-8: {', '.join(utf8)}." + (f" In GBK: {', '.join(gbk)}." if gbk else "") + "\n"
-
-
-def _short(value: object, name: str, left_out: list[str]) -> object:
-    if isinstance(value, dict):
-        return {member: _short(item, member, left_out) for member, item in value.items()}
-    if isinstance(value, list):
-        if len(value) > MOST_ITEMS:
-            left_out.append(f"{len(value) - MOST_ITEMS} more in `{name}`")
-        return [_short(item, name, left_out) for item in value[:MOST_ITEMS]]
-    return value
 
 
 def asked_page(recorded: Recorded) -> str:
@@ -226,13 +156,8 @@ def procedures_page() -> str:
             seen[name] += f"\n  {'answers' if kind == 'answered' else 'ends in the error'} {_cut(text) or 'nothing'}"
     text = ""
     for procedure in PROTOCOL["procedures"]:
-        text += f"### {procedure['name']}\n\n{procedure['purpose']}\n\n"
-        if procedure["arguments"]:
-            text += "| Argument | Meaning |\n|---|---|\n"
-            for argument in procedure["arguments"]:
-                text += f"| `{argument['name']}`{', optional' * argument['optional']} | {argument['meaning']} |\n"
-            text += "\n"
-        text += f"Answer: {procedure['answer']}\n\nCalled by {_callers(procedure['calledBy'])}.\n\n"
+        text += f"### {procedure['name']}\n\n{procedure['purpose']}\n{pages.arguments_table(procedure['arguments'])}"
+        text += f"\nAnswer: {procedure['answer']}\n\nCalled by {_callers(procedure['calledBy'])}.\n\n"
         example = seen.get(procedure["name"].removeprefix("::"))
         if not example:
             sys.exit(f"{procedure['name']} is in no example: call it in tools/docs/calls.tcl, then ./dev docs --run")
@@ -315,28 +240,25 @@ def printed(page: pathlib.Path, blocks: dict[str, str]) -> str:
 def main() -> int:
     if "--run" in sys.argv:
         run_calls()
-    recorded = Recorded(conversations())
-    pages = {
-        DOCS / "for-companion-authors.md": {
-            "refused": refused_page(recorded),
-            "asked": asked_page(recorded),
-            "told": told_page(recorded),
-        },
-        DOCS / "for-script-authors.md": {"calls": calls_page()},
-        DOCS / "host-procedures.md": {"procedures": procedures_page()},
+    recorded = Recorded()
+    texts = {
+        DOCS / "messages.md": pages.message_page(recorded),
+        DOCS / "commands.md": pages.command_page(),
+        DOCS / "for-companion-authors.md": printed(
+            DOCS / "for-companion-authors.md",
+            {"refused": refused_page(recorded), "asked": asked_page(recorded), "told": told_page(recorded)},
+        ),
+        DOCS / "for-script-authors.md": printed(DOCS / "for-script-authors.md", {"calls": calls_page()}),
+        DOCS / "host-procedures.md": printed(DOCS / "host-procedures.md", {"procedures": procedures_page()}),
     }
     if recorded.missing:
         sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: tools/replay/replay --record")
-    stale = 0
-    for page, blocks in pages.items():
-        text = printed(page, blocks)
-        if text == page.read_text(encoding="utf-8"):
-            continue
-        stale += 1
+    stale = [page for page, text in texts.items() if text != page.read_text(encoding="utf-8")]
+    for page in stale:
         if "--check" in sys.argv:
             print(f"{page.relative_to(REPOSITORY)} is stale: run ./dev docs")
         else:
-            page.write_text(text, encoding="utf-8", newline="\n")
+            page.write_text(texts[page], encoding="utf-8", newline="\n")
     return 1 if stale and "--check" in sys.argv else 0
 
 
