@@ -48,6 +48,19 @@ test("what touches is one group", () => {
       ["A.1 B.0 C.1"],
     ],
     ["a junction beside wires", [left, right, wire(120, 100, 180, 100), junction(150, 105)], ["A.1 B.0"]],
+    [
+      "wires that enter a bus at one point",
+      [
+        left,
+        right,
+        wire(120, 100, 140, 100),
+        wire(140, 100, 150, 110),
+        wire(180, 100, 160, 100),
+        wire(160, 100, 150, 110),
+        bus(150, 80, 150, 150),
+      ],
+      [],
+    ],
     ["a bus is no wire", [left, right, bus(120, 100, 180, 100)], []],
     ["a mirrored part", [left, two("B", 200, 100, "rotate(0)", "-1,1"), wire(120, 100, 180, 100)], ["A.1 B.1"]],
     ["a turned part", [left, two("B", 200, 120, "rotate(-90)"), wire(120, 100, 200, 100)], ["A.1 B.1"]],
@@ -157,12 +170,25 @@ test("sheets, ports and off-page connectors join pages", async () => {
 
 test("a bus is the nets that enter it, and those that its name says", async () => {
   const list = { D0: ["A.1", "B.1"], D1: ["A.2", "B.2"], D10: ["E.1", "F.1"], X: ["C.1", "D.1"] };
-  const entering = [...two("C", 100, 100), ...two("D", 100, 140), wire(120, 100, 150, 100), wire(120, 140, 120, 100), bus(150, 80, 150, 120)];
+  const entering = [
+    ...two("C", 100, 100),
+    ...two("D", 100, 140),
+    wire(120, 100, 150, 100),
+    wire(120, 140, 120, 100),
+    bus(150, 80, 150, 120),
+  ];
   for (const [name, expected] of [
-    ["D[0..1]", ["X", "D0", "D1"]], ["D[10:0]", ["X", "D0", "D1", "D10"]], ["note", ["X"]], ["D[0..99999999]", ["X"]],
+    ["D[0..1]", ["X", "D0", "D1"]],
+    ["D[10:0]", ["X", "D0", "D1", "D10"]],
+    ["note", ["X"]],
+    ["D[0..99999999]", ["X"]],
   ]) {
     const { pages } = await joined([sheet(...entering, bus(150, 120, 250, 120), words(name, 160, 106))], list);
-    assert.deepEqual(pages[0].wiring.buses.map((one) => one.nets), [expected], name);
+    assert.deepEqual(
+      pages[0].wiring.buses.map((one) => one.nets),
+      [expected],
+      name,
+    );
   }
 });
 

@@ -43,7 +43,8 @@ export function placing(transform) {
 //   wires       {x1, y1, x2, y2, element}; buses the same
 //   junctions   {x, y}
 //   pins        {reference, symbol, index, x, y, bodyX, bodyY}: where the wire meets it, and where its body is
-//   connectors  {kind: "power" | "port" | "offpage", name, x, y, box, element, text}
+//   connectors  {kind: "power" | "port" | "offpage", name, x, y, box, element, text, symbol, near}: `symbol` and `near` are
+//               what a supply symbol without a text of its own may be called, by its library or by a text beside it
 //   sheets      {x, y, width, height, name, element}: a box and the text that was drawn right after it
 //   texts       {value, box, upright, owner, element}: `owner` is the use of a part that it was drawn after, and near to
 export function readPage(drawing) {
@@ -88,12 +89,15 @@ export function readPage(drawing) {
   return found;
 }
 
-// Where connectors and their texts are not drawn one after the other.
+// Where connectors and their texts are not drawn one after the other. A supply symbol can also be one that says its name by
+// its shape, beside the text of another.
 function nameByNearness(connector, texts) {
   const nearest = texts
     .filter((text) => !text.owner && distanceOf(text.box, connector.box) < NAME_NEAR)
     .sort((one, other) => distanceOf(one.box, connector.box) - distanceOf(other.box, connector.box))[0];
-  if (nearest) Object.assign(connector, { name: nearest.value.trim(), text: nearest });
+  if (!nearest) return;
+  if (connector.kind === "power") connector.near = nearest.value.trim();
+  else Object.assign(connector, { name: nearest.value.trim(), text: nearest });
 }
 
 function distanceOf(one, other) {

@@ -105,8 +105,9 @@ class Joining {
 
   #links({ page, connectors, labels }) {
     const links = labels.filter((text) => this.#isName(text, page)).map((text) => `label ${page.index} ${text.value}`);
-    for (const { kind, name, symbol, sheet } of connectors) {
-      if (kind === "power") links.push(`power ${name || symbol}`);
+    for (const connector of connectors) {
+      const { kind, name, sheet } = connector;
+      if (kind === "power") links.push(`power ${this.#nameOf(connector)}`);
       else if (sheet) links.push(...sheet.pages.map((child) => `port ${child} ${name}`));
       else links.push(kind === "port" ? `port ${page.index} ${name}` : `offpage ${name}`, `label ${page.index} ${name}`);
     }
@@ -115,6 +116,10 @@ class Joining {
 
   #isName({ value, owner }, page) {
     return this.netOf.size ? this.#named(value, page) !== "" : !owner && !/\s/.test(value);
+  }
+
+  #nameOf({ name, symbol, near }) {
+    return name || [symbol, near].find((one) => one && Object.hasOwn(this.list, one)) || symbol || "";
   }
 
   // The net that a text on a page names: one of the sheet before one of all sheets.
@@ -144,7 +149,7 @@ class Joining {
     for (const group of this.groups) {
       if (group.net) continue;
       const names = [
-        ...group.connectors.filter((one) => !one.sheet).map((one) => one.name || one.symbol),
+        ...group.connectors.filter((one) => !one.sheet).map((one) => this.#nameOf(one)),
         ...group.labels.map((text) => text.value),
       ];
       group.net = names.map((name) => this.#named(name, group.page)).find((net) => net && this.#fits(group, net)) ?? "";
@@ -161,11 +166,11 @@ class Joining {
     const votes = new Map(); // symbol and pin -> number -> votes
     const open = [];
     const left = new Map(); // reference -> how many of its pins have no number
-    const used = new Set();
+    const used = new Map(); // pin -> which of its symbol it is; a part that is there twice has it twice
     for (const group of this.groups) {
       for (const pin of group.pins) {
         if (pin.number) {
-          used.add(`${pin.reference}.${pin.number}`);
+          used.set(`${pin.reference}.${pin.number}`, symbolPin(pin));
           continue;
         }
         open.push({ pin, group });
@@ -174,24 +179,24 @@ class Joining {
           ? [...(this.numbers.get(pin.reference) ?? [])].filter((number) => this.#isIn(group.net, pin.reference, number))
           : [];
         if (possible.length !== 1) continue;
-        const key = `${pin.index} ${pin.symbol}`;
+        const key = symbolPin(pin);
         if (!votes.has(key)) votes.set(key, new Map());
         votes.get(key).set(possible[0], (votes.get(key).get(possible[0]) ?? 0) + 1);
       }
     }
     for (const { pin, group } of open) {
-      const mine = votes.get(`${pin.index} ${pin.symbol}`);
+      const mine = votes.get(symbolPin(pin));
       const free = [...(this.numbers.get(pin.reference) ?? [])].filter((number) => !used.has(`${pin.reference}.${number}`));
       const number = (mine && mostOf(mine)) || (left.get(pin.reference) === 1 && free.length === 1 ? free[0] : "");
       const name = `${pin.reference}.${number}`;
       if (
         !number ||
-        (used.has(name) && this.netOf.get(name) !== "") ||
+        (used.has(name) && used.get(name) !== symbolPin(pin)) ||
         (group.net && !this.#isIn(group.net, pin.reference, number))
       )
         continue;
       pin.number = number;
-      used.add(name);
+      used.set(name, symbolPin(pin));
     }
   }
 
@@ -222,7 +227,7 @@ class Joining {
       ];
       const named = groups
         .flatMap(({ page, connectors, labels }) => [
-          ...connectors.filter((one) => one.kind === "power" || one.kind === "offpage").map((one) => [0, one.name || one.symbol]),
+          ...connectors.filter((one) => one.kind === "power" || one.kind === "offpage").map((one) => [0, this.#nameOf(one)]),
           ...labels.filter((text) => this.#isName(text, page)).map((text) => [1, onSheet(page, text.value)]),
           ...connectors.filter((one) => one.kind === "port" && !one.sheet).map((one) => [2, onSheet(page, one.name)]),
         ])
@@ -260,6 +265,10 @@ class Joining {
     }
     return { nets: [...nets.values()], places, unjoined };
   }
+}
+
+function symbolPin({ index, symbol }) {
+  return `${index} ${symbol}`;
 }
 
 function onSheet(page, name) {

@@ -20,7 +20,16 @@ export function wiringOf(page, pinNumbers = () => null) {
     if (!ends.has(key)) ends.set(key, { x, y });
     return key;
   };
-  for (const wire of page.wires) sets.join(note(wire.x1, wire.y1), note(wire.x2, wire.y2));
+  // What ends on a bus enters it: two that enter at one point are not joined there.
+  for (const [number, wire] of page.wires.entries()) {
+    const inner = [
+      [wire.x1, wire.y1],
+      [wire.x2, wire.y2],
+    ].filter(([x, y]) => !buses.at(x, y).length);
+    const keys = inner.map(([x, y]) => note(x, y));
+    wire.key = keys[0] ?? -1 - number;
+    for (const key of keys) sets.join(key, wire.key);
+  }
   for (const pin of page.pins) sets.add(note(pin.x, pin.y));
   for (const { x, y } of page.junctions) if (wires.at(x, y).length) note(x, y);
   for (const connector of page.connectors) {
@@ -28,19 +37,20 @@ export function wiringOf(page, pinNumbers = () => null) {
     sets.add(note(...connector.at));
   }
   // An end on a wire is joined to it; wires that only cross are not.
-  for (const [key, { x, y }] of ends) for (const wire of wires.at(x, y)) sets.join(key, keyOf(wire.x1, wire.y1));
+  for (const [key, { x, y }] of ends) for (const wire of wires.at(x, y)) sets.join(key, wire.key);
   return gather(page, { wires, buses, sets });
 }
 
 function gather(page, { wires, buses, sets }) {
   const groups = new Map();
-  const groupAt = (x, y) => {
-    const root = sets.find(keyOf(x, y));
+  const groupOf = (key) => {
+    const root = sets.find(key);
     if (!groups.has(root)) groups.set(root, { lines: [], pins: [], connectors: [], labels: [], buses: [] });
     return groups.get(root);
   };
+  const groupAt = (x, y) => groupOf(keyOf(x, y));
   const busGroups = joinBuses(page.buses, buses);
-  for (const wire of page.wires) groupAt(wire.x1, wire.y1).lines.push(wire);
+  for (const wire of page.wires) groupOf(wire.key).lines.push(wire);
   for (const pin of page.pins) groupAt(pin.x, pin.y).pins.push(pin);
   for (const connector of page.connectors) {
     const bus = buses.at(...connector.at)[0];
@@ -50,7 +60,7 @@ function gather(page, { wires, buses, sets }) {
   for (const text of page.texts) {
     const found = lineBy(text, wires);
     const bus = found ? null : lineBy(text, buses);
-    if (found) groupAt(found.x1, found.y1).labels.push(text);
+    if (found) groupOf(found.key).labels.push(text);
     else if (bus) busGroups.get(bus).labels.push(text);
   }
   for (const wire of page.wires) {
@@ -60,7 +70,7 @@ function gather(page, { wires, buses, sets }) {
     ]) {
       const line = buses.at(x, y)[0];
       if (!line) continue;
-      const [group, bus] = [groupAt(x, y), busGroups.get(line)];
+      const [group, bus] = [groupOf(wire.key), busGroups.get(line)];
       if (!bus.groups.includes(group)) bus.groups.push(group);
       if (!group.buses.includes(bus)) group.buses.push(bus);
     }
@@ -148,11 +158,12 @@ function numberPins(page, pinNumbers) {
     }
     return found;
   };
+  const references = new Set(page.pins.map((pin) => pin.reference));
   const offers = [];
   for (const text of page.texts) {
     if (text.value.length > 6 || /\s/.test(text.value)) continue;
     const [x, y] = [text.box.x + text.box.width / 2, text.box.y + text.box.height / 2];
-    const numbered = /^[A-Z]{0,3}\d+$/.test(text.value);
+    const numbered = /^[A-Z]{0,3}\d+$/.test(text.value) && !references.has(text.value);
     for (const pin of pinsAround(x, y)) {
       const distance = Math.hypot(x - pin.middle[0], y - pin.middle[1]);
       if (distance > NUMBER_NEAR) continue;
