@@ -61,6 +61,7 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
         SAMPLE: (json.dumps(CONFIGURATION, separators=(",", ":")) + "\n").encode(),
     }
     files |= _documents()
+    files |= {f"samples/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "samples").iterdir())}
     for name, path in LICENCES.items():
         if not path.is_file():
             raise NotMade(f"the licence of {name} is not there: {path}")

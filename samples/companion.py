@@ -1,0 +1,110 @@
+#!/usr/bin/python3
+"""A companion to begin with: keeps the bill of materials of every design that is open in the editor as a CSV file.
+
+    companion.py FOLDER
+
+Nothing but Python is needed. How the two ends talk is told in docs/for-companion-authors.md.
+"""
+
+import csv
+import json
+import pathlib
+import socketserver
+import struct
+import sys
+
+ADDRESS = ("127.0.0.1", 9601)
+COLUMNS = ("PartNumber", "Value", "PartRef", "PartName", "PCBFootprint", "PinNumber")
+
+
+def each_text(value, change):
+    if isinstance(value, str):
+        return change(value)
+    if isinstance(value, list):
+        return [each_text(item, change) for item in value]
+    return {name: each_text(item, change) for name, item in value.items()} if isinstance(value, dict) else value
+
+
+def text_of(characters):
+    """JSON is read byte for byte; then each text is UTF-8 or in the code page."""
+    data = characters.encode("latin-1")
+    try:
+        text = data.decode("utf-8")
+        if data.isascii() or max(text) >= "\u0800":
+            return text
+    except UnicodeDecodeError:
+        pass
+    return data.decode("gbk", "replace")
+
+
+def message_of(packet):
+    return each_text(json.loads(bytes.fromhex(packet.decode("ascii")).decode("latin-1")), text_of)
+
+
+def packet_of(message):
+    characters = each_text(message, lambda text: text.encode("gbk", "replace").decode("latin-1"))
+    return json.dumps(characters, ensure_ascii=False).encode("latin-1").hex().encode("ascii")
+
+
+class Connection(socketserver.StreamRequestHandler):
+    """The host's scripts keep one open. The plug-in makes others, to see who listens or to ask one thing."""
+
+    def handle(self):
+        self.asked = []  # designs whose bills are still to come, in their order
+        while len(header := self.rfile.read(4)) == 4:
+            packet = self.rfile.read(struct.unpack("<I", header)[0])
+            if packet:
+                message = message_of(packet)
+                take = getattr(self, "take_" + message["Command"], None)
+                if take:
+                    take(message.get("Data", {}))
+
+    def send(self, command, data, result="0"):
+        packet = packet_of({"Command": command, "Data": data, "Result": result})
+        self.wfile.write(struct.pack("<I", len(packet)) + packet)
+
+    def take_FileStatus(self, data):
+        design = data["FileName"]
+        self.send("FileStatus_EndResult", {"Path": design.replace("/", "\\").rpartition("\\")[0]})
+        if data["Status"] != "Close":
+            self.ask_for_bill(design)
+
+    def take_TryUpdateBom(self, data):
+        for design in sorted(self.server.designs):
+            self.ask_for_bill(design)
+
+    def ask_for_bill(self, design):
+        self.server.designs.add(design)
+        self.asked.append(design)
+        self.send("GenerateBOM", {"ProjectPath": design})
+
+    def take_GenerateBOM_EndResult(self, data):
+        name = pathlib.PureWindowsPath(self.asked.pop(0)).stem
+        with open(self.server.folder / f"{name}.csv", "w", encoding="utf-8", newline="") as file:
+            table = csv.writer(file)
+            table.writerow((*COLUMNS, "Fitted"))
+            for part in data.get("Stick", []):
+                table.writerow((*(part[column] for column in COLUMNS), "yes"))
+            for part in data.get("NotStick", []):
+                table.writerow((*(part[column] for column in COLUMNS), "no"))
+        print(f"{name}: {len(data.get('Stick', []))} fitted, {len(data.get('NotStick', []))} not", flush=True)
+
+    def take_GetSelfId(self, data):
+        self.send("GetSelfId_EndResult", {"UserId": "1"})
+
+    def take_GetMarketResPath(self, data):
+        self.send("GetMarketResPath_EndResult", {"ResId": data["ResId"], "DatPath": ""}, "1")
+
+
+class Companion(socketserver.ThreadingTCPServer):
+    allow_reuse_address = True
+    daemon_threads = True
+
+    def __init__(self, folder):
+        super().__init__(ADDRESS, Connection)
+        self.folder = folder
+        self.designs = set()
+
+
+if __name__ == "__main__":
+    Companion(pathlib.Path(sys.argv[1])).serve_forever()
