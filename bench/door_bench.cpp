@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "dispatch/packet_door.h"
 #include "system/fake_world.h"
 #include "tcl/tcl_script_host.h"
 #include "wire/packet_text.h"
@@ -88,14 +87,13 @@ double median(std::vector<double> values) {
 int main(int, char** arguments) {
   Tcl_FindExecutable(arguments[0]);
   const Interpreter interpreter;
-  FakeServices services;
-  PacketLock lock{services.fake.locks.create()};
+  FakeSession services;
+  auto& dispatcher = services.part<Dispatcher>();
   TclScriptHost host(interpreter.get());
-  const PacketDoor door{companionHandlers(), Answers::accepted, "command error"};
   const std::string packetText = packetTextOf(message);
   const std::string script = "tclDoor " + packetText;
 
-  const std::string ours = runPacket(door, packetText, host, services.services, lock);
+  const std::string ours = dispatcher.run(companionEndpoint(), packetText, host);
   Tcl_Eval(interpreter.get(), script.c_str());
   if (ours != Tcl_GetStringResult(interpreter.get())) {
     std::fprintf(stderr, "the two doors answer differently\n");
@@ -105,7 +103,7 @@ int main(int, char** arguments) {
   std::vector<double> microseconds;
   std::vector<double> ratios;
   for (int run = 0; run < runs; ++run) {
-    const double plugIn = secondsFor([&] { runPacket(door, packetText, host, services.services, lock); });
+    const double plugIn = secondsFor([&] { dispatcher.run(companionEndpoint(), packetText, host); });
     const double tcl = secondsFor([&] { Tcl_Eval(interpreter.get(), script.c_str()); });
     microseconds.push_back(plugIn / packetsPerRun * 1e6);
     ratios.push_back(plugIn / tcl);

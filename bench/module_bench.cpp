@@ -61,13 +61,12 @@ class CountingHost final : public ScriptHost {
 };
 
 std::size_t place(const std::string& module) {
-  FakeServices with;
-  with.state.installDirectory = pathOf("C:\\App");
+  FakeSession with;
   with.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
   with.fake.files.addFile(moduleFile, module);
-  with.state.placement.dsnDatPath = moduleFile;
+  with.placement.dsnDatPath = moduleFile;
   CountingHost host;
-  placeModule(host, with.services);
+  with.part<ModulePlacer>().placeModule(host);
   return host.scripts;
 }
 

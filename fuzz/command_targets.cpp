@@ -4,6 +4,7 @@
 
 #include "loaded_plug_in_tcl.h"
 #include "plugin/command_table.h"
+#include "plugin/request_table.h"
 #include "target.h"
 #include "text/json.h"
 #include "wire/packet_text.h"

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "dispatch/request.h"
 #include "link/link_thread.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
@@ -23,9 +24,9 @@ std::vector<Piece> piecesOf(std::string_view input) {
   return pieces;
 }
 
-void requireAllClosed(FakeServices& services) {
+void requireAllClosed(FakeSession& services) {
   require(services.fake.sockets.stillOpen() == 0, "a socket stayed open");
-  require(services.fake.sockets.started() == 0, "a start of the sockets without its clean-up");
+  require(services.fake.sockets.started() == 1, "a start of the sockets without its clean-up");
   require(!services.fake.sockets.misused(), "a closed socket was used");
 }
 
@@ -43,22 +44,24 @@ void packetText(std::string_view input) {
   }
   require(messageOf(packetTextOf(input)).message == input, "encoding and decoding changed a message");
 
-  FakeServices services;
+  FakeSession services;
   services.enableTraffic();
-  std::string message;
-  require((decodePacket(services.services, input, message) == 0) == decoded.valid, "decodePacket judged otherwise");
-  require(message == decoded.message, "decodePacket gave another message");
+  LogWriter log = services.logs.openTraffic();
+  const Result<std::string> logged = decodePacket(input, log);
+  const auto* message = std::get_if<std::string>(&logged);
+  require((message != nullptr) == decoded.valid, "decodePacket judged otherwise");
+  require(message == nullptr || *message == decoded.message, "decodePacket gave another message");
 }
 
 void frame(std::string_view input) {
-  FakeServices services;
+  FakeSession services;
   if (!input.empty() && (input.front() & 1) != 0) {
     services.enableTraffic();
   }
   const bool limited = !input.empty() && (input.front() & 2) != 0;
   services.fake.sockets.expect(hostPort, {piecesOf(input), StreamEnd::close, {}});
   {
-    SocketClient client(services.world, services.logs);
+    SocketClient client = services.newClient();
     require(client.connect(localAddress, hostPort) == 0, "the connection was refused");
     int received = 0;
     while (received == 0) {
@@ -75,22 +78,20 @@ void frame(std::string_view input) {
 }
 
 void envelope(std::string_view input) {
-  FakeServices services;
-  const std::string text(input);
-  const Json message = parseMessage(text, services.services);
-  const auto reply = errorReply("command error", text, services.fake.output);
-  if (!message) {
-    require(!reply, "a reply to what is no JSON");
+  const Result<Json> parsed = parseMessage(std::string(input));
+  if (std::holds_alternative<Failure>(parsed)) {
     return;
   }
-  const auto command = commandOf(message.view(), services.fake.output);
-  require(command.has_value() == reply.has_value(), "a reply without a command, or none for one");
+  const auto& message = std::get<Json>(parsed);
+  const Result<Request> request = requestIn(std::string(input));
+  const auto* const command = std::get_if<Request>(&request);
+  require((command != nullptr) == message.member("Command").text().has_value(), "a request without a command");
   const Json again = Json::parse(message.printUnformatted()).document;
   require(static_cast<bool>(again), "what was printed does not parse");
   require(again.printFormatted() == message.printFormatted(), "printing and parsing changed a message");
-  if (reply) {
-    const Json parsed = Json::parse(*reply).document;
-    require(parsed.member("Command").text() == *command + std::string(replySuffix), "a reply with another name");
+  if (command != nullptr) {
+    const Json reply = Json::parse(errorReply("command error", command->command)).document;
+    require(reply.member("Command").text() == command->command + std::string(replySuffix), "a reply with another name");
   }
   for (const JsonView member : message.view()) {
     member.wholeNumber();
@@ -100,8 +101,8 @@ void envelope(std::string_view input) {
 
 // The host's answers to the thread, one a line; "|" within a line ends a frame early and begins the next one.
 void linkThread(std::string_view input) {
-  FakeServices services;
-  services.state.link.setClientCreated(true);
+  FakeSession services;
+  services.companionLink.setClientCreated(true);
   Peer host;
   host.pieces = {{frameOf(R"({"Result":"0"})"), {}}};
   while (!input.empty()) {
@@ -117,8 +118,8 @@ void linkThread(std::string_view input) {
   services.fake.sockets.listen(companionPort, {});
   services.fake.clock.stopAfter = 12;
   {
-    SocketClient client(services.world, services.logs);
-    LinkThread(services.services, client).run();
+    SocketClient client = services.newClient();
+    services.linkThread(client).run();
   }
   requireAllClosed(services);
   require(services.crashes().ends_with("Fun111"), "the thread ended by itself");

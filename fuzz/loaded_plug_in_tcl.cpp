@@ -79,7 +79,7 @@ LoadedPlugIn::LoadedPlugIn()
   fake.files.addFolder("C:\\App\\Cache");
   fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","ID":"1"}})"), {}}}, {}, {}});
   plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
-  plugIn.session->services().state.link.setClientCreated(true);
+  plugIn.session->part<CompanionLink>().setClientCreated(true);
   setActivePlugIn(&plugIn);
 }
 

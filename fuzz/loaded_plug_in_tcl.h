@@ -47,7 +47,6 @@ class LoadedPlugIn {
 
   FakeWorld fake;
   PlugIn plugIn;
-  Services& services() { return plugIn.session->services(); }
 };
 
 }  // namespace vernoxa::fuzz

@@ -40,7 +40,7 @@ std::string scriptOf(char form, std::string_view value) {
 
 void configuration(std::string_view input) {
   const std::string text(input);
-  const auto read = parseConfiguration(text, FakeServices().logs);
+  const auto read = parseConfiguration(text, FakeSession().logs);
   const Json parsed = Json::parse(text).document;
   require(read.has_value() == static_cast<bool>(parsed), "a configuration out of what is no JSON, or none out of JSON");
   require(!read || !read->startCompanion || parsed.member("StartWithCadence").text() == "1",
@@ -49,7 +49,7 @@ void configuration(std::string_view input) {
 
 void texts(std::string_view input) {
   static constexpr std::array<unsigned, 5> pages = {936, 950, 932, 1252, 65001};
-  FakeServices services;
+  FakeSession services;
   services.fake.codePage = FakeCodePage(pages[input.size() % pages.size()]);
   const TextConverter& convert = services.text;
   for (const std::string& text : {convert.ansiToUtf8(input), convert.scriptValue(input)}) {
@@ -73,7 +73,7 @@ void texts(std::string_view input) {
 
 // First line: the host's version; then an installed product a line, its values between tabs.
 void registry(std::string_view input) {
-  FakeServices services;
+  FakeSession services;
   const std::string version(takeUntil(input, '\n'));
   while (!input.empty()) {
     std::string_view line = takeUntil(input, '\n');

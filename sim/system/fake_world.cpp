@@ -79,19 +79,16 @@ void FakeUserMessages::forget() {
   shown_ = {};
 }
 
-FakeServices::FakeServices()
-    : logs(Logs(fake.world(), pathOf("C:\\App\\bin")), pathOf("C:\\App\\Script\\Log")),
-      text(fake.codePage, fake.messages) {
-  state.folder.set(pathOf("C:\\App"));
-  state.logDirectory = pathOf("C:\\App\\Script\\Log");
+FakeSession::FakeSession()
+    : session(world, Logs(world, pathOf("C:\\App\\bin")), directoriesOf(pathOf("C:\\App\\bin\\Vernoxa64.dll"))) {
   fake.files.addFolder("C:\\App\\bin");
 }
 
-std::string FakeServices::traffic() const {
+std::string FakeSession::traffic() const {
   return logMessages(fake.files.bytes("C:\\App\\Script\\Log\\schLog.txt"));
 }
 
-std::string FakeServices::crashes() const {
+std::string FakeSession::crashes() const {
   return logMessages(fake.files.bytes("C:\\App\\bin\\catchLog\\log.txt"));
 }
 

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "link/link_thread.h"
+#include "plugin/request_table.h"
+#include "plugin/run.h"
 #include "system/fake_clock.h"
 #include "system/fake_code_page.h"
 #include "system/fake_desktop.h"
@@ -115,25 +116,42 @@ class FakeWorld {
   FakePictures pictures;
   FakeDesktop desktop;
 
-  World world() { return world(clock, sockets); }
-  // With a clock and sockets that are the system's own, say.
-  World world(Clock& ownClock, Sockets& ownSockets) {
-    return {ownClock,   codePage, files,    guids,    locks,     processes, random,
-            ownSockets, output,   messages, registry, clipboard, pictures,  desktop};
+  World world() {
+    return {clock,   codePage, files,    guids,    locks,     processes, random,
+            sockets, output,   messages, registry, clipboard, pictures,  desktop};
   }
 };
 
-// Services on a fake world, as a session has them: plug-in folder "C:\App\bin", base directory "C:\App".
-class FakeServices {
+// A session on a fake world: plug-in folder "C:\App\bin", base directory "C:\App".
+class FakeSession {
  public:
-  FakeServices();
+  FakeSession();
 
   FakeWorld fake;
   World world = fake.world();
-  GlobalState state;
-  Logs logs;
-  TextConverter text;
-  Services services{world, logs, state, text};
+  Session session;
+
+  // Its parts.
+  template <class Part>
+  Part& part() {
+    return session.part<Part>();
+  }
+  const Logs& logs = part<const Logs>();
+  const TextConverter& text = part<const TextConverter>();
+  ProjectFolder& project = part<ProjectFolder>();
+  HostExecutable& hostExecutable = part<HostExecutable>();
+  CompanionLink& companionLink = part<CompanionLink>();
+  PlacementContext& placement = part<PlacementContext>();
+
+  SocketClient newClient() { return SocketClient(fake.sockets, fake.clock, fake.output, logs); }
+  LinkThread linkThread(SocketClient& client) {
+    return LinkThread(client, companionLink, part<const FileStatus>(), fake.sockets, fake.clock, fake.output, logs);
+  }
+  // The reply to a message, both in the code page.
+  std::string replyTo(const Endpoint& endpoint, const std::string& message, ScriptHost& host) {
+    LogWriter log = logs.openTraffic();
+    return part<Dispatcher>().replyTo(endpoint, message, host, log);
+  }
 
   // Turns the traffic log on.
   void enableTraffic() { fake.files.addFolder("C:\\App\\Script\\Log"); }

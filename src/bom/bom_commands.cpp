@@ -2,12 +2,10 @@
 
 #include "bom/bom_line.h"
 #include "dispatch/companion_sender.h"
-#include "dispatch/services.h"
 #include "system/user_messages.h"
-#include "system/world.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
-#include "wire/packet_text.h"
+#include "text/json.h"
 
 namespace vernoxa {
 namespace {
@@ -21,15 +19,15 @@ struct BomMessage {
 constexpr BomMessage addMessage{"AddToBom", "Stick", u8"??BOM??"};
 constexpr BomMessage removeMessage{"RemoveFromBom", "NotStick", u8"?BOM?????"};
 
-Json partsMessage(const BomMessage& kind, const TclList& parts, const Services& services) {
+Json partsMessage(const BomMessage& kind, const TclList& parts, const TextConverter& text, UserMessages& messages) {
   Json message = Json::object();
   const JsonView data = message.add("Data", Json::object());
   message.add("Command", kind.command);
   const JsonView array = message.addTo(data, kind.member, Json::array());
   for (int index = 0; index < parts.size(); ++index) {
-    std::vector<std::string> fields = bomFields(services.text.messageText(parts.text(index)));
+    std::vector<std::string> fields = bomFields(text.messageText(parts.text(index)));
     if (fields.empty()) {
-      services.world.messages.show(kind.shortLineText, MessageIcon::none);
+      messages.show(kind.shortLineText, MessageIcon::none);
       continue;
     }
     if (fields.front() == "x") {  // the host script's mark for a part without a number
@@ -41,34 +39,35 @@ Json partsMessage(const BomMessage& kind, const TclList& parts, const Services& 
   return message;
 }
 
-CommandResult sendParts(const BomMessage& kind, CommandCall& call, Services& services) {
+CommandResult sendParts(const BomMessage& kind, CommandCall& call, const TextConverter& text, UserMessages& messages,
+                        const CompanionSender& sender) {
   if (call.arguments.count() < 2) {
     return {};
   }
-  std::string packetText;
-  const Json message = partsMessage(kind, call.arguments.list(1), services);
-  encodePacket(services, message.printUnformatted(), packetText);
-  return {packetText};
+  const Json message = partsMessage(kind, call.arguments.list(1), text, messages);
+  return {sender.packetText(message.printUnformatted())};
 }
 
 }  // namespace
 
-CommandResult sendAddToBom(CommandCall& call, Services& services) {
-  return sendParts(addMessage, call, services);
+CommandResult sendAddToBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+                           const CompanionSender& sender) {
+  return sendParts(addMessage, call, text, messages, sender);
 }
 
-CommandResult sendRemoveFromBom(CommandCall& call, Services& services) {
-  return sendParts(removeMessage, call, services);
+CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+                                const CompanionSender& sender) {
+  return sendParts(removeMessage, call, text, messages, sender);
 }
 
-CommandResult tryUpdateBom(CommandCall& call, Services& services) {
+CommandResult tryUpdateBom(CommandCall& call, const CompanionSender& sender) {
   Json message = Json::object();
   message.add("Command", "TryUpdateBom");
-  sendToCompanion(call.host, services, message.printUnformatted());
+  sender.send(call.host, message.printUnformatted());
   return {};
 }
 
-CommandResult selectAddOrRemoveFromBom(CommandCall&, Services&) {
+CommandResult selectAddOrRemoveFromBom(CommandCall&) {
   return {"1"};
 }
 

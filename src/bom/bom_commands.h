@@ -5,17 +5,21 @@
 
 namespace vernoxa {
 
-struct Services;
+class CompanionSender;
+class TextConverter;
+class UserMessages;
 
 // Each takes a Tcl list of BOM lines and answers the packet text of "AddToBom" or "RemoveFromBom"; no answer without
 // an argument. A line that is too short shows a message box and is left out.
-CommandResult sendAddToBom(CommandCall& call, Services& services);
-CommandResult sendRemoveFromBom(CommandCall& call, Services& services);
+CommandResult sendAddToBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+                           const CompanionSender& sender);
+CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+                                const CompanionSender& sender);
 
 // Sends "TryUpdateBom" at once.
-CommandResult tryUpdateBom(CommandCall& call, Services& services);
+CommandResult tryUpdateBom(CommandCall& call, const CompanionSender& sender);
 
 // Always "1": the host's script asks before it offers the choice.
-CommandResult selectAddOrRemoveFromBom(CommandCall& call, Services& services);
+CommandResult selectAddOrRemoveFromBom(CommandCall& call);
 
 }  // namespace vernoxa

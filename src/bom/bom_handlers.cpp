@@ -1,94 +1,92 @@
+#include "bom/bom_handlers.h"
+
 #include "bom/bom_lists.h"
 #include "dispatch/script_values.h"
-#include "dispatch/services.h"
-#include "plugin/companion_handlers.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
 namespace {
 
-std::string keyOr(const Request& request, HandlerContext& context, const char* member, const char* usual) {
+std::string keyOr(const Request& request, const TextConverter& text, const char* member, const char* usual) {
   const auto key = request.data.member(member).text();
-  return key && !key->empty() ? context.services.text.scriptValue(*key) : usual;
+  return key && !key->empty() ? text.scriptValue(*key) : usual;
 }
 
 Script withPath(Literal procedure, const std::string& path) {
   return Script(procedure).literal(" ").quoted(path);
 }
 
-// Zooming in and out is how the host is made to draw anew.
-void saveAndRedraw(HandlerContext& context, const std::string& path) {
-  context.host.evaluate(withPath("saveFile", path));
-  context.host.evaluate(Script("ZoomIn"));
-  context.host.evaluate(Script("ZoomOut"));
+// Zooming in and out is how the host is made to draw again.
+void saveAndRedraw(ScriptHost& host, const std::string& path) {
+  host.evaluate(withPath("saveFile", path));
+  host.evaluate(Script("ZoomIn"));
+  host.evaluate(Script("ZoomOut"));
 }
 
-void lockBomView(HandlerContext& context, const std::string& path, int locked) {
-  context.host.evaluate(withPath("LockBomView", path).literal(" ").number(locked));
+void lockBomView(ScriptHost& host, const std::string& path, int locked) {
+  host.evaluate(withPath("LockBomView", path).literal(" ").number(locked));
 }
 
 Outcome doneWithoutError() {
   return Outcome::success(Json::object(), "");
 }
 
-Outcome markParts(Literal procedure, const Request& request, HandlerContext& context) {
-  const std::string path = doubledOnce(projectPath(request, context));
+Outcome markParts(Literal procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
+  const std::string path = doubledOnce(projectPath(request, text));
   for (const JsonView item : request.data.member("item")) {
     if (const auto reference = item.member("PartRef").text()) {
-      const std::string value = context.services.text.scriptValue(*reference);
-      context.host.evaluate(withPath(procedure, path).literal(" ").bare(value));
+      const std::string value = text.scriptValue(*reference);
+      host.evaluate(withPath(procedure, path).literal(" ").bare(value));
     }
   }
-  saveAndRedraw(context, path);
+  saveAndRedraw(host, path);
   return doneWithoutError();
 }
 
 }  // namespace
 
-Outcome generateBom(const Request& request, HandlerContext& context) {
-  context.host.evaluate(Script("GetProductVersion"));
-  generateBOMForPath(context.host, projectPath(request, context),
-                     keyOr(request, context, "PartNumberKey", "Part Number"),
-                     keyOr(request, context, "PartNameKey", "Part Name"));
-  return Outcome::success(readBomLists(context.host, context.services));
+Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& text, UserMessages& messages) {
+  host.evaluate(Script("GetProductVersion"));
+  generateBOMForPath(host, projectPath(request, text), keyOr(request, text, "PartNumberKey", "Part Number"),
+                     keyOr(request, text, "PartNameKey", "Part Name"));
+  return Outcome::success(readBomLists(host, text, messages));
 }
 
-Outcome switchStickOrNotStick(const Request&, HandlerContext& context) {
+Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& text) {
   Json data = Json::object();
-  data.add("ErrInfo", replyValue(context, context.host.evaluate(Script("switchStickOrNotStick 0")).text));
+  data.add("ErrInfo", text.messageText(host.evaluate(Script("switchStickOrNotStick 0")).text));
   return Outcome::success(std::move(data));
 }
 
-Outcome setToNotStick(const Request& request, HandlerContext& context) {
-  return markParts("setRefToNotUse", request, context);
+Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& text) {
+  return markParts("setRefToNotUse", request, host, text);
 }
 
-Outcome setToStick(const Request& request, HandlerContext& context) {
-  return markParts("setRefToUse", request, context);
+Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& text) {
+  return markParts("setRefToUse", request, host, text);
 }
 
-Outcome exitBomViewMode(const Request& request, HandlerContext& context) {
-  const std::string path = doubledOnce(projectPath(request, context));
-  lockBomView(context, path, 0);
-  saveAndRedraw(context, path);
+Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text) {
+  const std::string path = doubledOnce(projectPath(request, text));
+  lockBomView(host, path, 0);
+  saveAndRedraw(host, path);
   return doneWithoutError();
 }
 
-Outcome enterBomViewMode(const Request& request, HandlerContext& context) {
-  const std::string path = doubledOnce(projectPath(request, context));
-  context.host.evaluate(withPath("setAllNotStick", path));
+Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text) {
+  const std::string path = doubledOnce(projectPath(request, text));
+  host.evaluate(withPath("setAllNotStick", path));
   Script fitted = withPath("setEnterViewMode", path);
   fitted.literal(" ");
   for (const JsonView reference : request.data.member("Stick")) {
-    if (const auto text = reference.text()) {
-      fitted.bare(context.services.text.scriptValue(*text)).literal(",");
+    if (const auto value = reference.text()) {
+      fitted.bare(text.scriptValue(*value)).literal(",");
     }
   }
-  context.host.evaluate(fitted);
-  lockBomView(context, path, 1);
-  saveAndRedraw(context, path);
+  host.evaluate(fitted);
+  lockBomView(host, path, 1);
+  saveAndRedraw(host, path);
   return Outcome::success();
 }
 

@@ -4,10 +4,7 @@
 #include <optional>
 
 #include "bom/bom_line.h"
-#include "dispatch/services.h"
 #include "system/user_messages.h"
-#include "system/world.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
@@ -84,14 +81,14 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
   return host.evaluate(script).ok;
 }
 
-Json readBomLists(ScriptHost& host, const Services& services) {
+Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages) {
   Json data = Json::object();
   ListArrays arrays;
   for (std::size_t index = 0; index < bomLists.size(); ++index) {
     arrays[index] = data.add(bomLists[index].member, Json::array());
   }
-  if (!readAll(host, services.text, data, arrays)) {
-    services.world.messages.show(u8"BOM读取出错", MessageIcon::none);
+  if (!readAll(host, text, data, arrays)) {
+    messages.show(u8"BOM读取出错", MessageIcon::none);
   }
   return data;
 }

@@ -8,7 +8,8 @@
 namespace vernoxa {
 
 class ScriptHost;
-struct Services;
+class TextConverter;
+class UserMessages;
 
 // Has the host make the bill. UTF-8 texts; the path keeps its backslashes as Tcl reads them between quotes, the keys
 // are property names. True when Tcl's status was TCL_OK.
@@ -18,6 +19,6 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
 // An object with the arrays "Stick", "NotStick" and "NotPartNumber". A procedure that ends in an error has an empty
 // list. What is no list, an element that is too short and an exception show "BOM读取出错" once and end the reading;
 // what was gathered stays.
-Json readBomLists(ScriptHost& host, const Services& services);
+Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages);
 
 }  // namespace vernoxa

@@ -3,22 +3,16 @@
 #include "checks/check_message.h"
 #include "checks/package_report.h"
 #include "dispatch/companion_sender.h"
-#include "dispatch/services.h"
-#include "system/log.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
 namespace {
 
-CommandResult sendReport(CommandCall& call, const Services& services, const std::string& message) {
-  const std::string answer = sendToCompanion(call.host, services, message).text;
-  services.logs.openTraffic().writeLine("sendPacketGlobalHandle \"" + answer + "\"");
-  return {};
-}
-
-CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const Services& services) {
+CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const TextConverter& text,
+                        const CompanionSender& sender) {
   if (call.arguments.count() < 2) {
-    return sendReport(call, services, checkEndMessage(check));
+    sender.sendLogged(call.host, checkEndMessage(check));
+    return {};
   }
   const int last = check.takesKind() ? 1 : 0;
   const auto argument = [&](int position) { return call.arguments.text(last + position); };
@@ -29,50 +23,54 @@ CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const Servi
                         argument(4),
                         argument(5),
                         argument(6)};
-  const auto message = findingMessage(check, finding, services.text);
-  return message ? sendReport(call, services, *message) : CommandResult{};
+  if (const auto message = findingMessage(check, finding, text)) {
+    sender.sendLogged(call.host, *message);
+  }
+  return {};
 }
 
-CommandResult sendPackages(const PackageReport& report, CommandCall& call, const Services& services) {
-  PackageReportText text(report);
+CommandResult sendPackages(const PackageReport& report, CommandCall& call, const TextConverter& text,
+                           const CompanionSender& sender) {
+  PackageReportText built(report);
   const TclList properties = call.arguments.list(1);
   for (int index = 0; index < properties.size(); ++index) {
     const TclList property = properties.list(index);
     if (property.size() >= 2) {
-      text.add(property.text(0), property.text(1), index + 1 == properties.size());
+      built.add(property.text(0), property.text(1), index + 1 == properties.size());
     }
   }
-  return sendReport(call, services, services.text.utf8ToAnsi(text.finished()));
+  sender.sendLogged(call.host, text.utf8ToAnsi(built.finished()));
+  return {};
 }
 
 }  // namespace
 
-CommandResult sendRefRepetition(CommandCall& call, Services& services) {
-  return sendCheck(referenceCheck, call, services);
+CommandResult sendRefRepetition(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendCheck(referenceCheck, call, text, sender);
 }
 
-CommandResult sendIllegalChar(CommandCall& call, Services& services) {
-  return sendCheck(illegalCharacterCheck, call, services);
+CommandResult sendIllegalChar(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendCheck(illegalCharacterCheck, call, text, sender);
 }
 
-CommandResult sendPinNc(CommandCall& call, Services& services) {
-  return sendCheck(unconnectedPinCheck, call, services);
+CommandResult sendPinNc(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendCheck(unconnectedPinCheck, call, text, sender);
 }
 
-CommandResult sendNetlist(CommandCall& call, Services& services) {
-  return sendCheck(netlistCheck, call, services);
+CommandResult sendNetlist(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendCheck(netlistCheck, call, text, sender);
 }
 
-CommandResult sendDsnPackageInfo(CommandCall& call, Services& services) {
-  return sendPackages(designReport, call, services);
+CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendPackages(designReport, call, text, sender);
 }
 
-CommandResult sendOlbObjectPackageInfo(CommandCall& call, Services& services) {
-  return sendPackages(libraryObjectReport, call, services);
+CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendPackages(libraryObjectReport, call, text, sender);
 }
 
-CommandResult sendOlbPackageInfo(CommandCall& call, Services& services) {
-  return sendPackages(libraryReport, call, services);
+CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
+  return sendPackages(libraryReport, call, text, sender);
 }
 
 }  // namespace vernoxa

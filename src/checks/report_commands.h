@@ -8,17 +8,18 @@
 
 namespace vernoxa {
 
-struct Services;
+class CompanionSender;
+class TextConverter;
 
 // One finding of a check; a call without arguments ends the check. Missing arguments read as empty texts.
-CommandResult sendRefRepetition(CommandCall& call, Services& services);
-CommandResult sendIllegalChar(CommandCall& call, Services& services);
-CommandResult sendPinNc(CommandCall& call, Services& services);
-CommandResult sendNetlist(CommandCall& call, Services& services);
+CommandResult sendRefRepetition(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendIllegalChar(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendPinNc(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendNetlist(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
 
 // Each takes a list of properties, name and value; shorter elements are skipped.
-CommandResult sendDsnPackageInfo(CommandCall& call, Services& services);
-CommandResult sendOlbObjectPackageInfo(CommandCall& call, Services& services);
-CommandResult sendOlbPackageInfo(CommandCall& call, Services& services);
+CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
 
 }  // namespace vernoxa

@@ -1,53 +1,56 @@
-// The host's scripts send these results as messages of their own, so there is no reply here.
+#include "checks/report_handlers.h"
+
 #include "dispatch/script_values.h"
-#include "dispatch/services.h"
-#include "plugin/companion_handlers.h"
 #include "system/log.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
 namespace {
 
-void logScript(HandlerContext& context, const Script& script) {
-  context.log.writeLine(context.services.text.utf8ToAnsi(script.text()));
+void logScript(const Script& script, const TextConverter& text, LogWriter& log) {
+  log.writeLine(text.utf8ToAnsi(script.text()));
 }
 
-Outcome evaluateWithPath(Literal procedure, const Request& request, HandlerContext& context, bool logged) {
-  const Script script = Script(procedure).literal(" ").quoted(projectPath(request, context));
-  if (logged) {
-    logScript(context, script);
-  }
-  context.host.evaluate(script);
-  return {handled, std::nullopt};
+Script withPath(Literal procedure, const Request& request, const TextConverter& text) {
+  return Script(procedure).literal(" ").quoted(projectPath(request, text));
+}
+
+Outcome evaluate(const Script& script, ScriptHost& host) {
+  host.evaluate(script);
+  return Outcome::silent();
+}
+
+Outcome evaluateLogged(const Script& script, ScriptHost& host, const TextConverter& text, LogWriter& log) {
+  logScript(script, text, log);
+  return evaluate(script, host);
 }
 
 }  // namespace
 
-Outcome getOlbObjectPackageInfo(const Request& request, HandlerContext& context) {
-  const std::string name = scriptValue(request, context, "ObjName");
-  const Script start = Script("GetOlbObjectPackage ").quoted(projectPath(request, context));
+Outcome getOlbObjectPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log) {
+  const std::string name = scriptValue(request, text, "ObjName");
+  const Script start = withPath("GetOlbObjectPackage", request, text);
   const Script joined = Script(start).bare(name);
-  logScript(context, joined);
-  context.host.evaluateJoined(joined, Script(start).literal(" ").bare(name));
-  return {handled, std::nullopt};
+  logScript(joined, text, log);
+  host.evaluateJoined(joined, Script(start).literal(" ").bare(name));
+  return Outcome::silent();
 }
 
-Outcome getDsnAllPackageInfo(const Request& request, HandlerContext& context) {
-  return evaluateWithPath("GetAllPackage", request, context, true);
+Outcome getDsnAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log) {
+  return evaluateLogged(withPath("GetAllPackage", request, text), host, text, log);
 }
 
-Outcome getOlbAllPackageInfo(const Request& request, HandlerContext& context) {
-  return evaluateWithPath("GetOlbAllPackage", request, context, true);
+Outcome getOlbAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log) {
+  return evaluateLogged(withPath("GetOlbAllPackage", request, text), host, text, log);
 }
 
-Outcome dsnCheck(const Request& request, HandlerContext& context) {
-  return evaluateWithPath("RunCheck", request, context, false);
+Outcome dsnCheck(const Request& request, ScriptHost& host, const TextConverter& text) {
+  return evaluate(withPath("RunCheck", request, text), host);
 }
 
-Outcome dsnCheckActiveProj(const Request& request, HandlerContext& context) {
-  return evaluateWithPath("RunCheckActiveProj", request, context, false);
+Outcome dsnCheckActiveProj(const Request& request, ScriptHost& host, const TextConverter& text) {
+  return evaluate(withPath("RunCheckActiveProj", request, text), host);
 }
 
 }  // namespace vernoxa

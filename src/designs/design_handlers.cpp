@@ -1,16 +1,15 @@
+#include "designs/design_handlers.h"
+
 #include <algorithm>
 #include <cctype>
 
-#include "designs/file_status.h"
 #include "dispatch/script_values.h"
-#include "dispatch/services.h"
-#include "plugin/companion_handlers.h"
+#include "link/file_status.h"
 #include "system/log.h"
 #include "system/user_messages.h"
-#include "system/world.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
+#include "text/message_paths.h"
 #include "text/text.h"
 
 namespace vernoxa {
@@ -25,17 +24,17 @@ std::string comparablePath(std::string_view path) {
 }
 
 // Whether the path is among the host's open ones, which are joined by ";".
-bool isOpenInHost(HandlerContext& context, const std::string& path, const std::string& openPaths) {
-  const TextConverter& text = context.services.text;
+bool isOpenInHost(const std::string& path, const std::string& openPaths, const TextConverter& text, MessagePaths& paths,
+                  UserMessages& messages, LogWriter& log) {
   const std::string wanted = comparablePath(text.scriptValue(path));
   bool open = false;
   for (const std::string& entry : splitItems(openPaths, ';')) {
     const std::string candidate = comparablePath(text.hostPath(entry));
-    const std::string told = comparablePath(text.scriptValue(designName(context.services, entry)));
-    const bool same = candidate == wanted || (!told.empty() && told == wanted);
-    context.log.writeLine("open file:" + replyValue(context, entry));
+    const std::string reported = comparablePath(text.scriptValue(paths.ofDesign(entry)));
+    const bool same = candidate == wanted || (!reported.empty() && reported == wanted);
+    log.writeLine("open file:" + text.messageText(entry));
     if (candidate.find('/') == std::string::npos) {
-      context.services.world.messages.show(u8"文件一打开路径异常", MessageIcon::none);
+      messages.show(u8"文件一打开路径异常", MessageIcon::none);
     } else if (same) {
       open = true;
     }
@@ -49,78 +48,87 @@ Outcome withEmptyError(Json data) {
 
 }  // namespace
 
-Outcome autoDealwithDsn(const Request& request, HandlerContext& context) {
+Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text) {
   Script script("AutoDeal ");
-  script.quoted(projectPath(request, context)).literal(" [list");
+  script.quoted(projectPath(request, text)).literal(" [list");
   for (const JsonView member : request.data) {
     const auto value = member.text();
     if (value && member.name() != "ProjectPath") {
-      script.literal(" ").bare(context.services.text.scriptValue(*value));
+      script.literal(" ").bare(text.scriptValue(*value));
     }
   }
-  context.host.evaluate(script.literal("]"));
+  host.evaluate(script.literal("]"));
   Json data = Json::object();
   data.add("id", request.data.member("id").text().value_or(std::string_view()));
   return Outcome::success(std::move(data));
 }
 
-Outcome selectModule(const Request& request, HandlerContext& context) {
-  context.host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, context, "Page")));
+Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text) {
+  host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, text, "Page")));
   return Outcome::success();
 }
 
-Outcome clearCurrentDesign(const Request&, HandlerContext& context) {
-  context.host.evaluate(Script("ClearCurrentDesign"));
+Outcome clearCurrentDesign(const Request&, ScriptHost& host) {
+  host.evaluate(Script("ClearCurrentDesign"));
   return Outcome::success();
 }
 
-Outcome checkOpenState(const Request& request, HandlerContext& context) {
-  const std::string openPaths = context.host.evaluate(Script("InitPath")).text;
+Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& text, MessagePaths& paths,
+                       UserMessages& messages, LogWriter& log) {
+  const std::string openPaths = host.evaluate(Script("InitPath")).text;
   const std::string path = request.text("ProjectPath");
-  context.log.writeLine("Get file:" + path);
-  const bool open = isOpenInHost(context, path, openPaths);
-  context.log.writeLine(open ? "file state:1011 Open" : "file state:1011 Close");
+  log.writeLine("Get file:" + path);
+  const bool open = isOpenInHost(path, openPaths, text, paths, messages, log);
+  log.writeLine(open ? "file state:1011 Open" : "file state:1011 Close");
   Json data = Json::object();
   data.add("State", open ? "Open" : "Close");
   return Outcome::success(std::move(data));
 }
 
-Outcome cancel(const Request& request, HandlerContext& context) {
+Outcome cancel(const Request& request, const TextConverter& text) {
   Json data = Json::object();
-  data.add("ExitCommand", "\"" + projectPath(request, context) + "\"");
+  data.add("ExitCommand", "\"" + projectPath(request, text) + "\"");
   return Outcome::success(std::move(data));
 }
 
-Outcome getPartPropertyList(const Request& request, HandlerContext& context) {
-  const Evaluation answer = context.host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, context)));
+Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text) {
+  const Evaluation answer = host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, text)));
   if (!answer.ok || answer.text.empty()) {
-    return Outcome::failure(replyValue(context, answer.text), repliedItself);
+    return Outcome::failed(text.messageText(answer.text));
   }
   Json data = Json::object();
   data.add("PartNameProperty", "Part Name");
   data.add("PartNumberProperty", "Part Number");
   const JsonView names = data.add("PropertyList", Json::array());
-  for (const std::string& name : context.host.splitList(answer.text).value_or(std::vector<std::string>())) {
-    data.appendTo(names, Json::string(replyValue(context, name)));
+  for (const std::string& name : host.splitList(answer.text).value_or(std::vector<std::string>())) {
+    data.appendTo(names, Json::string(text.messageText(name)));
   }
   return withEmptyError(std::move(data));
 }
 
-Outcome setNewGuid(const Request& request, HandlerContext& context) {
-  const std::string path = projectPath(request, context);
-  const Evaluation answer = context.host.evaluateJoined(Script("getGuid").joined(path).literal(" 1"),
-                                                        Script("getGuid ").quoted(path).literal(" 1"));
+Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text) {
+  const std::string path = projectPath(request, text);
+  const Evaluation answer =
+      host.evaluateJoined(Script("getGuid").joined(path).literal(" 1"), Script("getGuid ").quoted(path).literal(" 1"));
   if (!answer.ok || answer.text.starts_with("Invalid")) {
-    return Outcome::failure(replyValue(context, answer.text), repliedItself);
+    return Outcome::failed(text.messageText(answer.text));
   }
   Json data = Json::object();
-  data.add("Guid", replyValue(context, answer.text));
+  data.add("Guid", text.messageText(answer.text));
   return withEmptyError(std::move(data));
 }
 
-Outcome closeOrcad(const Request&, HandlerContext& context) {
-  context.host.evaluate(Script("Exit"));
-  return {handled, std::nullopt};
+Outcome closeOrcad(const Request&, ScriptHost& host) {
+  host.evaluate(Script("Exit"));
+  return Outcome::silent();
+}
+
+Outcome applyReply(const Request& reply, const FileStatus& status) {
+  const auto path = reply.data.member("Path").text();
+  if (reply.command == "FileStatus_EndResult" && path && !path->empty()) {
+    status.followProject(*path);
+  }
+  return Outcome::silent();
 }
 
 }  // namespace vernoxa

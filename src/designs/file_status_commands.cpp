@@ -1,22 +1,20 @@
 #include "designs/file_status_commands.h"
 
-#include "designs/file_status.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "designs/open_designs.h"
+#include "dispatch/companion_sender.h"
+#include "link/companion_link.h"
+#include "link/file_status.h"
 #include "system/log.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/text.h"
-#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {
 
-CommandResult packetResult(const Services& services, const Json& message) {
-  std::string packetText;
-  encodePacket(services, message.printUnformatted(), packetText);
-  services.logs.openTraffic().writeLine("Tcl_SetResult");
-  return {packetText};
+CommandResult packetResult(const Json& message, const CompanionSender& sender, const Logs& logs) {
+  CommandResult result{sender.packetText(message.printUnformatted())};
+  logs.openTraffic().writeLine("Tcl_SetResult");
+  return result;
 }
 
 std::string pinCountFor(ScriptHost& host, std::string_view path) {
@@ -30,34 +28,37 @@ std::string pinCountFor(ScriptHost& host, std::string_view path) {
 
 }  // namespace
 
-CommandResult readOpenPath(CommandCall& call, Services& services) {
-  services.logs.openTraffic().writeLine("5962");
+CommandResult readOpenPath(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+                           const Logs& logs) {
+  logs.openTraffic().writeLine("5962");
   const std::string path(call.arguments.text(1));
-  if (designName(services, path).empty()) {
+  if (!status.hasName(path)) {
     return {};
   }
-  const Json message = openedMessage(services, path, pinCountFor(call.host, path));
-  services.logs.openTraffic().writeLine("ReadOpenPath1111111111");
-  return packetResult(services, message);
+  const Json message = status.opened(path, pinCountFor(call.host, path));
+  logs.openTraffic().writeLine("ReadOpenPath1111111111");
+  return packetResult(message, sender, logs);
 }
 
-CommandResult sendSaveFile(CommandCall& call, Services& services) {
+CommandResult sendSaveFile(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+                           const Logs& logs) {
   const std::string_view path = call.arguments.text(1);
-  return designName(services, path).empty() ? CommandResult() : packetResult(services, savedMessage(services, path));
+  return status.hasName(path) ? packetResult(status.saved(path), sender, logs) : CommandResult();
 }
 
-CommandResult sendCloseFile(CommandCall& call, Services& services) {
-  services.logs.openTraffic().writeLine("6073 Close");
+CommandResult sendCloseFile(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+                            const Logs& logs) {
+  logs.openTraffic().writeLine("6073 Close");
   const std::string_view path = call.arguments.text(1);
-  return designName(services, path).empty() ? CommandResult() : packetResult(services, closedMessage(services, path));
+  return status.hasName(path) ? packetResult(status.closed(path), sender, logs) : CommandResult();
 }
 
-CommandResult getOpenFileCount(CommandCall&, Services& services) {
-  return {std::to_string(services.state.openDesigns.size())};
+CommandResult getOpenFileCount(CommandCall&, const OpenDesigns& designs) {
+  return {std::to_string(designs.all().size())};
 }
 
-CommandResult serverLinkBreak(CommandCall&, Services& services) {
-  services.state.link.noteBreak();
+CommandResult serverLinkBreak(CommandCall&, CompanionLink& link) {
+  link.noteBreak();
   return {};
 }
 

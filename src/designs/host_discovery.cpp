@@ -4,12 +4,10 @@
 #include <optional>
 #include <string_view>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/registry.h"
-#include "system/world.h"
+#include "system/shared_path.h"
 #include "tcl/script_host.h"
 #include "text/text.h"
 
@@ -109,13 +107,14 @@ FilePath findHostExecutable(Files& files, const std::string& hostVersion,
   return lastExecutableInFolders(files, location, suffix);
 }
 
-void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept {
+void setOrcadInstallPath(ScriptHost& host, Registry& registry, Files& files, const Logs& logs,
+                         HostExecutable& executable) noexcept {
   try {
     const std::string version = host.evaluate(Script("GetProductVersion")).text;
-    const auto installations = readOrcadInstallInfo(services.world.registry, services.logs);
-    services.state.hostExecutable.set(findHostExecutable(services.world.files, version, installations));
+    const auto installations = readOrcadInstallInfo(registry, logs);
+    executable.set(findHostExecutable(files, version, installations));
   } catch (...) {
-    services.logs.reportCrash("setOrcadInstallPath");
+    logs.reportCrash("setOrcadInstallPath");
   }
 }
 

@@ -11,10 +11,10 @@
 namespace vernoxa {
 
 class Files;
+class HostExecutable;
 class Logs;
 class Registry;
 class ScriptHost;
-struct Services;
 
 struct Installation {
   FilePath location;  // folder without a "\" at its end
@@ -31,8 +31,9 @@ std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& l
 FilePath findHostExecutable(Files& files, const std::string& hostVersion,
                             const std::vector<Installation>& installations);
 
-// Asks the host for its version and keeps the path of its executable in the state; empty when it was not found. An
-// exception goes to the crash log as "setOrcadInstallPath".
-void setOrcadInstallPath(ScriptHost& host, Services& services) noexcept;
+// Asks the host for its version and keeps the path of its executable; empty when it was not found. An exception goes to
+// the crash log as "setOrcadInstallPath".
+void setOrcadInstallPath(ScriptHost& host, Registry& registry, Files& files, const Logs& logs,
+                         HostExecutable& executable) noexcept;
 
 }  // namespace vernoxa

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
-#include "designs/file_status.h"
-#include "dispatch/services.h"
+#include "link/companion_link.h"
+#include "link/file_status.h"
 #include "system/log.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
+#include "text/message_paths.h"
 
 namespace vernoxa {
 namespace {
@@ -39,11 +40,11 @@ std::vector<const KnownDesign*> without(const Designs& designs, const Designs& o
   return left;
 }
 
-Difference differenceOf(const GlobalState& state) {
-  Difference left{without(state.openDesigns, state.reportedDesigns), without(state.reportedDesigns, state.openDesigns)};
+Difference differenceOf(const Designs& open, const Designs& reported) {
+  Difference left{without(open, reported), without(reported, open)};
   // What goes by the same name in messages is the same design, which the host writes in other bytes by now.
-  std::erase_if(left.unreported, [&](const KnownDesign* open) {
-    const auto same = std::find_if(left.closed.begin(), left.closed.end(), named(open->name));
+  std::erase_if(left.unreported, [&](const KnownDesign* design) {
+    const auto same = std::find_if(left.closed.begin(), left.closed.end(), named(design->name));
     if (same == left.closed.end()) {
       return false;
     }
@@ -53,89 +54,86 @@ Difference differenceOf(const GlobalState& state) {
   return left;
 }
 
+}  // namespace
+
 // A path from which the host's name for a design in the code page is made again.
-std::string hostPathOf(const Services& services, std::string_view name) {
-  const std::string path = services.text.ansiToUtf8(name);
-  return designName(services, path) == name ? path : std::string(name);
+std::string OpenDesigns::hostPathOf(std::string_view name) {
+  const std::string path = text_.ansiToUtf8(name);
+  return paths_.ofDesign(path) == name ? path : std::string(name);
 }
 
-bool isReported(const GlobalState& state, const KnownDesign& design) {
-  return std::any_of(state.reportedDesigns.begin(), state.reportedDesigns.end(), [&](const KnownDesign& reported) {
+bool OpenDesigns::isReported(const KnownDesign& design) const {
+  return std::any_of(reported_.begin(), reported_.end(), [&](const KnownDesign& reported) {
     return reported.hostPath == design.hostPath || reported.name == design.name;
   });
 }
 
 // Takes the design among the open ones for reported, or `otherwise` when it is not open.
 template <class Wanted>
-void note(GlobalState& state, Wanted wanted, const KnownDesign& otherwise) {
-  const Difference difference = differenceOf(state);
+void OpenDesigns::note(Wanted wanted, const KnownDesign& otherwise) {
+  const Difference difference = differenceOf(open_, reported_);
   const auto open = std::find_if(difference.unreported.begin(), difference.unreported.end(), wanted);
   if (open != difference.unreported.end()) {
-    state.reportedDesigns.push_back(**open);
-  } else if (!isReported(state, otherwise)) {
-    state.reportedDesigns.push_back(otherwise);
+    reported_.push_back(**open);
+  } else if (!isReported(otherwise)) {
+    reported_.push_back(otherwise);
   }
 }
 
 // The link thread has not received the count that made the design pass for reported.
-void forgetUnreceivedCount(GlobalState& state) {
-  const std::string lost = state.link.takeAwaitedCount();
+void OpenDesigns::forgetUnreceivedCount() {
+  const std::string lost = link_.takeAwaitedCount();
   if (!lost.empty()) {
-    std::erase_if(state.reportedDesigns, [&](const KnownDesign& design) { return design.hostPath == lost; });
+    std::erase_if(reported_, [&](const KnownDesign& design) { return design.hostPath == lost; });
   }
 }
 
-}  // namespace
-
-const Designs& scanOpenDesigns(HandlerContext& context) {
-  GlobalState& state = context.services.state;
-  forgetUnreceivedCount(state);
-  context.log.writeLine("1111");
-  const std::string paths = context.host.evaluate(Script("InitPath")).text;
-  context.log.writeLine("22222222");
+void OpenDesigns::scan(ScriptHost& host, LogWriter& log) {
+  forgetUnreceivedCount();
+  log.writeLine("1111");
+  const std::string paths = host.evaluate(Script("InitPath")).text;
+  log.writeLine("22222222");
   Designs designs;
   for (std::string& path : designsAmong(paths)) {
-    std::string name = designName(context.services, path);
+    std::string name = paths_.ofDesign(path);
     designs.push_back({std::move(path), std::move(name)});
   }
-  context.log.writeLine("333333333");
-  state.openDesigns = std::move(designs);
-  context.log.writeLine("1723");
-  return state.openDesigns;
+  log.writeLine("333333333");
+  open_ = std::move(designs);
+  log.writeLine("1723");
 }
 
-void noteReported(Services& services, std::string_view name) {
-  note(services.state, named(name), {hostPathOf(services, name), std::string(name)});
+void OpenDesigns::noteReported(std::string_view name) {
+  note(named(name), {hostPathOf(name), std::string(name)});
 }
 
-void noteWithoutPins(Services& services, std::string_view hostPath) {
-  note(services.state, [&](const KnownDesign* design) { return design->hostPath == hostPath; },
-       {std::string(hostPath), designName(services, hostPath)});
+void OpenDesigns::noteWithoutPins(std::string_view hostPath) {
+  note([&](const KnownDesign* design) { return design->hostPath == hostPath; },
+       {std::string(hostPath), paths_.ofDesign(hostPath)});
 }
 
-void noteClosed(GlobalState& state, std::string_view name) {
-  Designs& reported = state.reportedDesigns;
-  const Difference difference = differenceOf(state);
+void OpenDesigns::noteClosed(std::string_view name) {
+  const Difference difference = differenceOf(open_, reported_);
   const auto closed = std::find_if(difference.closed.begin(), difference.closed.end(), named(name));
   if (closed != difference.closed.end()) {
-    reported.erase(reported.begin() + (*closed - reported.data()));
+    reported_.erase(reported_.begin() + (*closed - reported_.data()));
     return;
   }
   const auto open =
-      std::find_if(reported.begin(), reported.end(), [&](const KnownDesign& design) { return design.name == name; });
-  if (open != reported.end()) {
-    reported.erase(open);
+      std::find_if(reported_.begin(), reported_.end(), [&](const KnownDesign& design) { return design.name == name; });
+  if (open != reported_.end()) {
+    reported_.erase(open);
   }
 }
 
-std::optional<std::string> firstUnreported(const GlobalState& state) {
-  const Difference difference = differenceOf(state);
+std::optional<std::string> OpenDesigns::firstUnreported() const {
+  const Difference difference = differenceOf(open_, reported_);
   return difference.unreported.empty() ? std::nullopt : std::optional(difference.unreported.front()->hostPath);
 }
 
-std::string closedDesigns(const GlobalState& state) {
+std::string OpenDesigns::closed() const {
   std::string closed;
-  for (const KnownDesign* design : differenceOf(state).closed) {
+  for (const KnownDesign* design : differenceOf(open_, reported_).closed) {
     closed.append(closed.empty() ? "" : ";").append(design->hostPath);
   }
   return closed;

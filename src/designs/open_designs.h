@@ -4,30 +4,63 @@
 // the same name.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "dispatch/handler.h"
-
 namespace vernoxa {
 
-// Asks the host for its open paths, keeps the designs among them in the state and gives them, in the host's order.
-const std::vector<KnownDesign>& scanOpenDesigns(HandlerContext& context);
+class CompanionLink;
+class LogWriter;
+class MessagePaths;
+class ScriptHost;
+class TextConverter;
 
-// A design is reported once the companion has its "Open" message, and no longer once it has its "Close" message.
-// `name` is that of the message, in the code page already.
-void noteReported(Services& services, std::string_view name);
-void noteClosed(GlobalState& state, std::string_view name);
+// A design under its two names.
+struct KnownDesign {
+  std::string hostPath;  // as the host gave it, in either encoding
+  std::string name;      // as messages name it: made from the former once, and never converted again
+};
 
-// A design whose pins the host cannot count is passed over as if it were reported. `hostPath` is as the host gave it.
-void noteWithoutPins(Services& services, std::string_view hostPath);
+// Host thread only.
+class OpenDesigns {
+ public:
+  OpenDesigns(MessagePaths& paths, const TextConverter& text, CompanionLink& link)
+      : paths_(paths), text_(text), link_(link) {}
 
-// The first open design not yet reported, as the host gave it; nullopt if all are.
-std::optional<std::string> firstUnreported(const GlobalState& state);
+  // Asks the host for its open paths and keeps the designs among them, in the host's order.
+  void scan(ScriptHost& host, LogWriter& log);
+  // As of the latest scan.
+  const std::vector<KnownDesign>& all() const { return open_; }
 
-// Reported designs that are no longer open, as the host gave them, joined by ";".
-std::string closedDesigns(const GlobalState& state);
+  // A design is reported once the companion has its "Open" message, and no longer once it has its "Close" message.
+  // `name` is that of the message, in the code page already.
+  void noteReported(std::string_view name);
+  void noteClosed(std::string_view name);
+  // A design whose pins the host cannot count is passed over as if it were reported. `hostPath` is as the host gave it.
+  void noteWithoutPins(std::string_view hostPath);
+  // The companion may be another one by now, which knows nothing yet.
+  void forgetReported() { reported_.clear(); }
+
+  // The first open design not yet reported, as the host gave it; nullopt if all are.
+  std::optional<std::string> firstUnreported() const;
+  // Reported designs that are no longer open, as the host gave them, joined by ";".
+  std::string closed() const;
+
+ private:
+  std::string hostPathOf(std::string_view name);
+  bool isReported(const KnownDesign& design) const;
+  template <class Wanted>
+  void note(Wanted wanted, const KnownDesign& otherwise);
+  void forgetUnreceivedCount();
+
+  MessagePaths& paths_;
+  const TextConverter& text_;
+  CompanionLink& link_;
+  std::vector<KnownDesign> open_;
+  std::vector<KnownDesign> reported_;  // those that the companion knows to be open
+};
 
 }  // namespace vernoxa

@@ -1,14 +1,29 @@
 // The handlers of what the link thread asks of the host.
 #pragma once
 
-#include "dispatch/handler.h"
+#include "dispatch/outcome.h"
+#include "dispatch/request.h"
 
 namespace vernoxa {
 
-Outcome creatClient(const Request&, HandlerContext&);
-Outcome getNewOpenPath(const Request&, HandlerContext&);
-Outcome getNetsList(const Request&, HandlerContext&);
-Outcome getDsnPinCount(const Request&, HandlerContext&);
-Outcome fileStatus(const Request&, HandlerContext&);
+class CompanionLink;
+class CompanionSender;
+class Files;
+class LogWriter;
+class MessagePaths;
+class OpenDesigns;
+class ProjectFolder;
+class ScriptHost;
+class TextConverter;
+
+Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, CompanionLink& link,
+                    OpenDesigns& designs);
+Outcome getNewOpenPath(const Request&, ScriptHost& host, OpenDesigns& designs, LogWriter& log);
+Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& text, Files& files,
+                    const ProjectFolder& project, const MessagePaths& paths);
+Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConverter& text, OpenDesigns& designs,
+                       LogWriter& log);
+Outcome fileStatus(const Request& request, ScriptHost& host, const CompanionSender& sender, OpenDesigns& designs,
+                   LogWriter& log);
 
 }  // namespace vernoxa

@@ -3,19 +3,18 @@
 #include <chrono>
 
 #include "system/clock.h"
-#include "system/world.h"
 
 namespace vernoxa {
 
-std::unique_ptr<ClipboardAccess> openClipboard(World& world) {
+std::unique_ptr<ClipboardAccess> openClipboard(Clipboard& clipboard, Clock& clock) {
   constexpr int pauses = 10;
   constexpr std::chrono::milliseconds pause(20);
-  auto clipboard = world.clipboard.open();
-  for (int done = 0; !clipboard && done < pauses; ++done) {
-    world.clock.sleep(pause);
-    clipboard = world.clipboard.open();
+  auto opened = clipboard.open();
+  for (int done = 0; !opened && done < pauses; ++done) {
+    clock.sleep(pause);
+    opened = clipboard.open();
   }
-  return clipboard;
+  return opened;
 }
 
 }  // namespace vernoxa

@@ -10,13 +10,11 @@
 #include "desktop/bitmap_file.h"
 #include "desktop/clipboard_opening.h"
 #include "desktop/metafile_check.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "system/clipboard.h"
 #include "system/files.h"
 #include "system/log.h"
+#include "system/shared_path.h"
 #include "system/temporary_file.h"
-#include "system/world.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
@@ -57,33 +55,6 @@ std::string sizeText(PixelSize size) {
   return std::to_string(size.width) + " x " + std::to_string(size.height);
 }
 
-// Why there is no bitmap file, for the log; empty when it was written whole.
-std::string conversionFailure(const Services& services, const FilePath& metafilePath, const FilePath& bitmapPath) {
-  const World& world = services.world;
-  // Read once: nobody can change what was looked through before it is played.
-  const auto bytes = world.files.read(metafilePath);
-  if (!bytes) {
-    return "it cannot be read";
-  }
-  if (const auto fault = metafileFault(*bytes)) {
-    return *fault;
-  }
-  const auto metafile = world.pictures.openMetafile(*bytes);
-  const auto frame = metafile ? metafile->frame() : std::nullopt;
-  const auto framed = frame ? frameInPixels(*frame, world.pictures.screen()) : std::nullopt;
-  if (!framed) {
-    return "it has no size";
-  }
-  const PixelSize size = drawnSize(*framed);
-  const auto bitmap = metafile->draw(size, longestDrawing);
-  if (!bitmap) {
-    return "no room or time to draw " + sizeText(size);
-  }
-  return writeBitmapFile(world.files, world.processes, bitmapPath, *bitmap)
-             ? std::string()
-             : "not written: " + services.text.utf8ToAnsi(bitmapPath.utf8());
-}
-
 }  // namespace
 
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen) {
@@ -104,31 +75,56 @@ PixelSize drawnSize(PixelSize framed) {
   return {across, down};
 }
 
-bool convertMetafile(const Services& services, const FilePath& metafilePath, const FilePath& bitmapPath) {
-  const std::string failure = conversionFailure(services, metafilePath, bitmapPath);
+// Why there is no bitmap file, for the log; empty when it was written whole.
+std::string ClipboardPicture::conversionFailure(const FilePath& metafilePath, const FilePath& bitmapPath) const {
+  // Read once: nobody can change what was looked through before it is played.
+  const auto bytes = files_.read(metafilePath);
+  if (!bytes) {
+    return "it cannot be read";
+  }
+  if (const auto fault = metafileFault(*bytes)) {
+    return *fault;
+  }
+  const auto metafile = pictures_.openMetafile(*bytes);
+  const auto frame = metafile ? metafile->frame() : std::nullopt;
+  const auto framed = frame ? frameInPixels(*frame, pictures_.screen()) : std::nullopt;
+  if (!framed) {
+    return "it has no size";
+  }
+  const PixelSize size = drawnSize(*framed);
+  const auto bitmap = metafile->draw(size, longestDrawing);
+  if (!bitmap) {
+    return "no room or time to draw " + sizeText(size);
+  }
+  return writeBitmapFile(files_, processes_, bitmapPath, *bitmap)
+             ? std::string()
+             : "not written: " + text_.utf8ToAnsi(bitmapPath.utf8());
+}
+
+bool ClipboardPicture::convert(const FilePath& metafilePath, const FilePath& bitmapPath) const {
+  const std::string failure = conversionFailure(metafilePath, bitmapPath);
   if (!failure.empty()) {
-    services.logs.openTraffic().writeLine("no picture of the metafile: " + failure);
+    logs_.openTraffic().writeLine("no picture of the metafile: " + failure);
   }
   return failure.empty();
 }
 
-FilePath saveClipboardPicture(const Services& services) {
-  World& world = services.world;
-  const auto clipboard = openClipboard(world);
+FilePath ClipboardPicture::save() const {
+  const auto clipboard = openClipboard(clipboard_, clock_);
   if (!clipboard || !clipboard->hasMetafile()) {
     return {};
   }
-  const FilePath cache = services.state.folder.get() / "Cache";
+  const FilePath cache = project_.get() / "Cache";
   const FilePath preview = cache / "Output" / "Preview.bmp";
   const FilePath metafile = FilePath::fromUtf8(temporaryMetafile);
-  makeFolders(world.files, cache);
+  makeFolders(files_, cache);
   // Also when it is saved in part, or not at all.
-  const TemporaryFile temporary(world.files, metafile);
+  const TemporaryFile temporary(files_, metafile);
   if (!clipboard->saveMetafile(metafile)) {
-    services.logs.openTraffic().writeLine("no picture of the metafile: it cannot be saved");
+    logs_.openTraffic().writeLine("no picture of the metafile: it cannot be saved");
     return {};
   }
-  return convertMetafile(services, metafile, preview) ? preview : FilePath();
+  return convert(metafile, preview) ? preview : FilePath();
 }
 
 }  // namespace vernoxa

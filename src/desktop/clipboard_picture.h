@@ -9,7 +9,13 @@
 
 namespace vernoxa {
 
-struct Services;
+class Clipboard;
+class Clock;
+class Files;
+class Logs;
+class Processes;
+class ProjectFolder;
+class TextConverter;
 
 // What a frame measures on that screen, whichever of its edges are the larger ones; nothing when that is no size.
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen);
@@ -17,12 +23,39 @@ std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMe
 // The size to draw it in: the same, or of the same shape and 64 million points, the most that a picture may have.
 PixelSize drawnSize(PixelSize framed);
 
-// Draws a metafile into a bitmap file. True when the whole file was written. A metafile that cannot be read, lies about
-// what it holds, or cannot be drawn is refused: a line in the traffic log says why, and no file is left.
-bool convertMetafile(const Services& services, const FilePath& metafilePath, const FilePath& bitmapPath);
+// Host thread only.
+class ClipboardPicture {
+ public:
+  ClipboardPicture(Clipboard& clipboard, Clock& clock, Pictures& pictures, Files& files, Processes& processes,
+                   const ProjectFolder& project, const TextConverter& text, const Logs& logs)
+      : clipboard_(clipboard),
+        clock_(clock),
+        pictures_(pictures),
+        files_(files),
+        processes_(processes),
+        project_(project),
+        text_(text),
+        logs_(logs) {}
 
-// Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path; empty when the
-// clipboard holds no drawing or any step fails.
-FilePath saveClipboardPicture(const Services& services);
+  // Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path; empty when the clipboard holds no
+  // drawing or any step fails.
+  FilePath save() const;
+
+  // Draws a metafile into a bitmap file. True when the whole file was written. A metafile that cannot be read, lies
+  // about what it holds, or cannot be drawn is refused: a line in the traffic log says why, and no file is left.
+  bool convert(const FilePath& metafilePath, const FilePath& bitmapPath) const;
+
+ private:
+  std::string conversionFailure(const FilePath& metafilePath, const FilePath& bitmapPath) const;
+
+  Clipboard& clipboard_;
+  Clock& clock_;
+  Pictures& pictures_;
+  Files& files_;
+  Processes& processes_;
+  const ProjectFolder& project_;
+  const TextConverter& text_;
+  const Logs& logs_;
+};
 
 }  // namespace vernoxa

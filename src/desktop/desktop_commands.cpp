@@ -9,16 +9,14 @@
 
 #include "desktop/clipboard_opening.h"
 #include "desktop/clipboard_picture.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "system/clipboard.h"
 #include "system/clock.h"
 #include "system/desktop.h"
 #include "system/log.h"
 #include "system/user_messages.h"
-#include "system/world.h"
 #include "text/code_page.h"
-#include "text/path_text.h"
+#include "text/message_paths.h"
 #include "text/text.h"
 
 namespace vernoxa {
@@ -30,68 +28,70 @@ constexpr auto beforeKey = 200ms;
 constexpr auto keyHeld = 50ms;
 
 // Nothing after the user was told that they cannot be read.
-std::optional<std::vector<std::string>> sortedCandidates(Services& services, std::string_view text) {
+std::optional<std::vector<std::string>> sortedCandidates(UserMessages& messages, std::string_view text) {
   try {
     std::vector<std::string> candidates = splitItems(text, ';');
     std::sort(candidates.begin(), candidates.end());
     return candidates;
   } catch (const std::exception&) {
-    services.world.messages.show(u8"跳转数据错误", MessageIcon::none);
+    messages.show(u8"跳转数据错误", MessageIcon::none);
     return std::nullopt;
   }
 }
 
-std::string choose(Services& services, const std::vector<std::string>& candidates) {
+std::string choose(Desktop& desktop, const TextConverter& text, const std::vector<std::string>& candidates) {
   std::vector<std::string> shown;
   shown.reserve(candidates.size());
   for (const std::string& candidate : candidates) {
-    shown.push_back(services.text.hostPath(candidate));
+    shown.push_back(text.hostPath(candidate));
   }
-  const auto chosen = services.world.desktop.choose(shown);
+  const auto chosen = desktop.choose(shown);
   return chosen ? candidates.at(*chosen) : std::string();
 }
 
 }  // namespace
 
-CommandResult selectJumpPart(CommandCall& call, Services& services) {
+CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages, const TextConverter& text,
+                             const Logs& logs) {
   if (call.arguments.count() < 3) {
     return {};
   }
   try {
-    const auto candidates = sortedCandidates(services, call.arguments.text(1));
-    return {candidates ? choose(services, *candidates) : std::string()};
+    const auto candidates = sortedCandidates(messages, call.arguments.text(1));
+    return {candidates ? choose(desktop, text, *candidates) : std::string()};
   } catch (...) {
-    services.logs.reportCrash("SelectJumpPart");
+    logs.reportCrash("SelectJumpPart");
     return {};
   }
 }
 
-CommandResult getClipBoardPic(CommandCall&, Services& services) {
-  const FilePath path = saveClipboardPicture(services);
+CommandResult getClipBoardPic(CommandCall&, const ClipboardPicture& picture, const MessagePaths& paths,
+                              PlacementContext& placement) {
+  const FilePath path = picture.save();
   if (!path.empty()) {
-    services.state.placement.dsnBmpPath = pathText(services, path);  // goes with the next module that is handed over
+    placement.dsnBmpPath = paths.of(path);  // goes with the next module that is handed over
   }
   return {path.utf8()};
 }
 
-CommandResult getMousePosition(CommandCall&, Services& services) {
-  const ScreenPoint cursor = services.world.desktop.cursor();
+CommandResult getMousePosition(CommandCall&, Desktop& desktop) {
+  const ScreenPoint cursor = desktop.cursor();
   return {std::to_string(cursor.x) + " " + std::to_string(cursor.y)};
 }
 
-CommandResult writeToClipboard(CommandCall& call, Services& services) {
-  const std::string text = services.text.utf8ToAnsi(call.arguments.text(1));
-  const auto clipboard = openClipboard(services.world);
-  if (!clipboard) {
+CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& clock, const TextConverter& text) {
+  const std::string content = text.utf8ToAnsi(call.arguments.text(1));
+  const auto opened = openClipboard(clipboard, clock);
+  if (!opened) {
     return {{}, commandError};
   }
-  clipboard->replaceByText(text);
+  opened->replaceByText(content);
   return {};
 }
 
-CommandResult pressEnter(CommandCall&, Services& services) {
+CommandResult pressEnter(CommandCall&, Desktop& desktop, Clock& clock) {
   // The system's parts outlive every session.
-  services.world.desktop.runInBackground([&clock = services.world.clock, &desktop = services.world.desktop] {
+  desktop.runInBackground([&clock, &desktop] {
     clock.sleep(beforeKey);
     desktop.moveKey(Key::enter, KeyMove::press);
     clock.sleep(keyHeld);
@@ -100,9 +100,9 @@ CommandResult pressEnter(CommandCall&, Services& services) {
   return {};
 }
 
-CommandResult afterPlace(CommandCall&, Services& services) {
-  services.world.desktop.moveKey(Key::escape, KeyMove::press);
-  services.world.desktop.moveKey(Key::escape, KeyMove::release);
+CommandResult afterPlace(CommandCall&, Desktop& desktop) {
+  desktop.moveKey(Key::escape, KeyMove::press);
+  desktop.moveKey(Key::escape, KeyMove::release);
   return {};
 }
 

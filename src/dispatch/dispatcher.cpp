@@ -2,15 +2,24 @@
 
 #include <algorithm>
 
-#include "designs/file_status.h"
-#include "dispatch/services.h"
 #include "system/log.h"
 #include "system/user_messages.h"
-#include "system/world.h"
 #include "wire/envelope.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {
+
+class HeldLock {
+ public:
+  explicit HeldLock(Lock& lock) : lock_(lock) { lock_.acquire(); }
+  ~HeldLock() { lock_.release(); }
+  HeldLock(const HeldLock&) = delete;
+  HeldLock& operator=(const HeldLock&) = delete;
+
+ private:
+  Lock& lock_;
+};
 
 bool isOfKind(JsonView value, MemberKind kind) {
   switch (kind) {
@@ -26,97 +35,99 @@ bool isOfKind(JsonView value, MemberKind kind) {
   return false;
 }
 
-// The companion's answer names the folder of the project that is open: the cache folders follow it.
-void takeAnswer(const Request& request, Services& services) {
-  const auto path = request.data.member("Path").text();
-  if (request.command == "FileStatus_EndResult" && path && !path->empty()) {
-    followProject(services, *path);
-  }
-}
-
-void storeMembers(const HandlerRow& row, const Request& request, PlacementContext& placement) {
-  for (const Member& member : row.members) {
-    if (member.stored != nullptr) {
-      const bool usable = isOfKind(request.data.member(member.name), member.kind);
-      placement.*member.stored = usable ? request.text(member.name) : std::string();
-    }
-  }
-}
-
-// What is stored comes from "Data", which must be there then, whatever it lacks.
-bool hasWhatIsNeeded(const HandlerRow& row, const Request& request) {
-  return std::all_of(row.members.begin(), row.members.end(), [&](const Member& member) {
-    return (member.stored == nullptr || request.data.isObject()) &&
-           (!member.needed || isOfKind(request.data.member(member.name), member.kind));
-  });
-}
-
-bool isRefusal(const Outcome& outcome) {
-  return outcome.status != handled || !outcome.reply || outcome.reply->result != "0";
-}
-
-Outcome runHandler(const HandlerRow& row, const Request& request, HandlerContext& context) {
-  try {
-    storeMembers(row, request, context.services.state.placement);
-    return hasWhatIsNeeded(row, request) ? row.run(request, context) : Outcome{stoppedEarly, std::nullopt};
-  } catch (...) {
-    context.services.world.messages.show(u8"格式有误", MessageIcon::none);
-    return {stoppedEarly, std::nullopt};
-  }
-}
-
 }  // namespace
 
-std::string Request::text(std::string_view member) const {
-  const JsonView value = data.member(member);
-  if (const auto text = value.text()) {
-    return std::string(*text);
+std::string Dispatcher::run(const Endpoint& endpoint, std::string_view packetText, ScriptHost& host) {
+  // A copy: a script may change the variable that the caller's text lives in.
+  const std::string received(packetText);
+  const HeldLock held(*lock_);
+  LogWriter log = logs_.openTraffic();
+  const Result<std::string> message = decodePacket(received, log);
+  std::string reply;
+  if (const auto* failure = std::get_if<Failure>(&message)) {
+    tell(*failure, log);
+    reply = received;
+  } else {
+    reply = replyTo(endpoint, std::get<std::string>(message), host, log);
   }
-  const auto number = value.wholeNumber();
-  return number ? std::to_string(*number) : std::string();
+  Result<std::string> encoded = encodePacket(reply, log);
+  if (const auto* failure = std::get_if<Failure>(&encoded)) {
+    tell(*failure, log);
+    return {};
+  }
+  return std::get<std::string>(std::move(encoded));
 }
 
-std::string replyText(const std::string& command, Reply reply) {
-  Json message = Json::object();
-  message.add("Data", std::move(reply.data));
-  message.add("Command", command + std::string(replySuffix));
-  message.add("Result", reply.result);
-  if (reply.errInfo) {
-    message.add("ErrInfo", *reply.errInfo);
+std::string Dispatcher::replyTo(const Endpoint& endpoint, const std::string& message, ScriptHost& host,
+                                LogWriter& log) {
+  const Result<Request> read = requestIn(message);
+  if (const auto* failure = std::get_if<Failure>(&read)) {
+    tell(*failure, log);
+    if (failure->where == Failure::Where::output) {
+      output_.print(failure->what);  // once for the request and once for its reply, which names no command either
+    }
+    return {};
   }
-  return message.printUnformatted();
+  const auto& request = std::get<Request>(read);
+  Outcome outcome = carryOut(endpoint, request, host, log);
+  if (outcome.failure && outcome.failure->where == Failure::Where::reply) {
+    return replyText(request.command, {Json::object(), "1", std::move(outcome.failure->what)});
+  }
+  if (outcome.failure) {
+    return errorReply(endpoint.failureText, request.command);
+  }
+  return outcome.reply ? replyText(request.command, std::move(*outcome.reply)) : std::string();
 }
 
-int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::string& message, std::string& reply,
-             ScriptHost& host, Services& services) {
-  LogWriter log = services.logs.openTraffic();
-  const Json parsed = parseMessage(message, services);
-  if (!parsed) {
-    return notUnderstood;
+Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, ScriptHost& host, LogWriter& log) {
+  RequestCall call{request, host, log};
+  if (endpoint.applyReply != nullptr && request.command.find(replySuffix) != std::string::npos) {
+    return endpoint.applyReply(call, session_);
   }
-  const auto command = commandOf(parsed.view(), services.world.output);
-  if (!command) {
-    return stoppedEarly;
+  const auto row = std::find_if(endpoint.rows.begin(), endpoint.rows.end(),
+                                [&](const HandlerRow& each) { return request.command == each.name; });
+  if (row == endpoint.rows.end()) {
+    return Outcome::refused();
   }
-  const Request request{*command, parsed.view(), parsed.member("Data")};
-  if (answers == Answers::accepted && command->find(replySuffix) != std::string::npos) {
-    takeAnswer(request, services);
-    return handled;
+  Outcome outcome = runRow(*row, call);
+  if (outcome.failure) {
+    tell(*outcome.failure, log);
   }
-  const auto row =
-      std::find_if(rows.begin(), rows.end(), [&](const HandlerRow& each) { return *command == each.name; });
-  if (row == rows.end()) {
-    return notUnderstood;
+  if (row->placing && !outcome.succeeded()) {
+    placement_.placeState = 0;
   }
-  HandlerContext context{host, services, log};
-  Outcome outcome = runHandler(*row, request, context);
-  if (row->placing && isRefusal(outcome)) {
-    services.state.placement.placeState = 0;
+  return outcome;
+}
+
+Outcome Dispatcher::runRow(const HandlerRow& row, RequestCall& call) {
+  try {
+    return takeMembers(row, call.request) ? row.run(call, session_) : Outcome::refused();
+  } catch (...) {
+    return Outcome::refused(Failure::inBox(u8"格式有误"));
   }
-  if (outcome.reply) {
-    reply = replyText(*command, std::move(*outcome.reply));
+}
+
+// Stores what the row wants stored, then tells whether all is there that it needs. What is stored comes from "Data",
+// which must be there then, whatever it lacks.
+bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
+  bool complete = true;
+  for (const Member& member : row.members) {
+    const bool usable = isOfKind(request.data.member(member.name), member.kind);
+    if (member.stored != nullptr) {
+      placement_.*member.stored = usable ? request.text(member.name) : std::string();
+    }
+    complete = complete && (member.stored == nullptr || request.data.isObject()) &&
+               (!member.needed || usable);
   }
-  return outcome.status;
+  return complete;
+}
+
+void Dispatcher::tell(const Failure& failure, LogWriter& log) {
+  if (failure.where == Failure::Where::box) {
+    messages_.show(failure.shown, MessageIcon::none);
+  } else {
+    say(failure, log, output_);
+  }
 }
 
 }  // namespace vernoxa

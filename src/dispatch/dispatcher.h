@@ -1,25 +1,61 @@
-// Finds the handler of a message and turns its outcome into the reply text.
+// The road of a packet on the host's thread: packet text, message, request, row, checked members, handler, outcome,
+// reply, packet text. Each step gives its value or a `Failure`, and what is said and answered then is decided here alone.
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "dispatch/handler.h"
+#include "system/system.h"
 
 namespace vernoxa {
 
-enum class Answers {
-  accepted,  // messages named "..._EndResult" are answers to the plug-in's own messages
-  unknown,   // they are commands like any other, and none has such a name
+class Logs;
+class StandardOutput;
+class UserMessages;
+
+// A place at which packets arrive.
+struct Endpoint {
+  std::span<const HandlerRow> rows;
+  // Takes the answers to the plug-in's own messages, which are named "..._EndResult". Without it they are requests like
+  // any other, and none has such a name.
+  Handler applyReply;
+  const char* failureText;  // "ErrInfo" when a request failed without a reply of its own
 };
 
-// Runs in a fixed order: parse, "Command", answers, table, stored members, needed members, handler. `message` and
-// `reply` are in the code page; `reply` is left empty when nothing is to be answered. Gives a `HandlerStatus`.
-// An exception in a handler shows "格式有误" and ends as `stoppedEarly`.
-int dispatch(std::span<const HandlerRow> rows, Answers answers, const std::string& message, std::string& reply,
-             ScriptHost& host, Services& services);
+class Dispatcher {
+ public:
+  Dispatcher(const Logs& logs, UserMessages& messages, StandardOutput& output, std::unique_ptr<Lock> lock,
+             PlacementContext& placement, Session& session)
+      : logs_(logs),
+        messages_(messages),
+        output_(output),
+        lock_(std::move(lock)),
+        placement_(placement),
+        session_(session) {}
 
-// Members "Data", "Command", "Result" and, when the reply has one, "ErrInfo"; unformatted.
-std::string replyText(const std::string& command, Reply reply);
+  // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is no packet text
+  // comes back encoded again. Packets are carried out one at a time; a host script that runs the event loop inside a
+  // handler may enter again.
+  std::string run(const Endpoint& endpoint, std::string_view packetText, ScriptHost& host);
+
+  // The same from message to reply, in the code page. An exception in a handler shows "格式有误".
+  std::string replyTo(const Endpoint& endpoint, const std::string& message, ScriptHost& host, LogWriter& log);
+
+ private:
+  Outcome carryOut(const Endpoint& endpoint, const Request& request, ScriptHost& host, LogWriter& log);
+  Outcome runRow(const HandlerRow& row, RequestCall& call);
+  bool takeMembers(const HandlerRow& row, const Request& request);
+  void tell(const Failure& failure, LogWriter& log);
+
+  const Logs& logs_;
+  UserMessages& messages_;
+  StandardOutput& output_;
+  const std::unique_ptr<Lock> lock_;
+  PlacementContext& placement_;
+  Session& session_;
+};
 
 }  // namespace vernoxa

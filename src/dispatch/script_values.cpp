@@ -1,18 +1,17 @@
 #include "dispatch/script_values.h"
 
-#include "dispatch/services.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 #include "text/text.h"
 
 namespace vernoxa {
 
-std::string scriptValue(const Request& request, HandlerContext& context, std::string_view member) {
-  return context.services.text.scriptValue(request.text(member));
+std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member) {
+  return text.scriptValue(request.text(member));
 }
 
-std::string projectPath(const Request& request, HandlerContext& context) {
-  return scriptValue(request, context, "ProjectPath");
+std::string projectPath(const Request& request, const TextConverter& text) {
+  return scriptValue(request, text, "ProjectPath");
 }
 
 std::string doubledOnce(const std::string& path) {
@@ -20,13 +19,9 @@ std::string doubledOnce(const std::string& path) {
   return path.find("\\\\", networkStart) != std::string::npos ? path : doubleBackslashes(path);
 }
 
-std::string replyValue(HandlerContext& context, const std::string& result) {
-  return context.services.text.messageText(result);
-}
-
-Outcome doneOrFailure(HandlerContext& context, const Script& script) {
-  const Evaluation answer = context.host.evaluate(script);
-  return answer.text == "1" ? Outcome::success() : Outcome::failure(replyValue(context, answer.text));
+Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script& script) {
+  const Evaluation answer = host.evaluate(script);
+  return answer.text == "1" ? Outcome::success() : Outcome::failed(text.messageText(answer.text));
 }
 
 }  // namespace vernoxa

@@ -4,24 +4,25 @@
 #include <string>
 #include <string_view>
 
-#include "dispatch/handler.h"
+#include "dispatch/outcome.h"
+#include "dispatch/request.h"
 #include "tcl/script.h"
 
 namespace vernoxa {
 
+class ScriptHost;
+class TextConverter;
+
 // The text of a member of "Data" in UTF-8. Convert first, then double, quote and neutralise.
-std::string scriptValue(const Request& request, HandlerContext& context, std::string_view member);
+std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member);
 
 // "ProjectPath" in UTF-8, backslashes as they came.
-std::string projectPath(const Request& request, HandlerContext& context);
+std::string projectPath(const Request& request, const TextConverter& text);
 
 // Backslashes doubled, unless the text holds a doubled one already. The two that begin a network path are none.
 std::string doubledOnce(const std::string& path);
 
-// A result text of the host as a message holds it.
-std::string replyValue(HandlerContext& context, const std::string& result);
-
 // Done when the host answered "1"; otherwise its answer is the failure.
-Outcome doneOrFailure(HandlerContext& context, const Script& script);
+Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script& script);
 
 }  // namespace vernoxa

@@ -2,15 +2,12 @@
 
 #include <chrono>
 
-#include "designs/file_status.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "link/companion_link.h"
+#include "link/file_status.h"
 #include "link/socket_client.h"
 #include "system/clock.h"
 #include "system/log.h"
 #include "system/system.h"
-#include "system/world.h"
-#include "text/code_page.h"
 #include "text/text.h"
 #include "wire/envelope.h"
 
@@ -52,10 +49,10 @@ void LinkThread::run() noexcept {
       if (creatClient() == 0) {
         pollForever();
       }
-      services_.world.clock.sleep(retryPause);
+      clock_.sleep(retryPause);
     } while (true);
   } catch (...) {
-    services_.logs.reportCrash("Fun111");
+    logs_.reportCrash("Fun111");
   }
 }
 
@@ -63,7 +60,7 @@ void LinkThread::connectToHost() {
   int connected = -1;
   while (connected != 0) {
     connected = connect(client_, hostPort);
-    services_.world.clock.sleep(retryPause);  // after the successful attempt too
+    clock_.sleep(retryPause);  // after the successful attempt too
   }
 }
 
@@ -75,8 +72,8 @@ void LinkThread::waitForCompanion() {
 
 void LinkThread::pollForever() {
   while (true) {
-    services_.world.clock.sleep(retryPause);
-    if (services_.state.link.clientCreated()) {
+    clock_.sleep(retryPause);
+    if (link_.clientCreated()) {
       connectToServerForPthread();
     } else {
       reconnectCompanion();
@@ -86,31 +83,30 @@ void LinkThread::pollForever() {
 
 void LinkThread::reconnectCompanion() {
   {
-    SocketClient probe(services_.world, services_.logs);
+    SocketClient probe(sockets_, clock_, output_, logs_);
     if (connect(probe, companionPort) != 0 || creatClient() != 0) {
       return;
     }
-    services_.world.clock.sleep(retryPause);
+    clock_.sleep(retryPause);
   }
   connectToServerForPthread();
 }
 
 int LinkThread::connect(SocketClient& client, std::uint16_t port) {
-  Clock& clock = services_.world.clock;
-  const auto began = clock.monotonic();
+  const auto began = clock_.monotonic();
   const int result = client.connect(localAddress, port);
   if (result != 0) {
-    services_.state.link.setRefusedAtOnce(clock.monotonic() - began < quickRefusal);
+    link_.setRefusedAtOnce(clock_.monotonic() - began < quickRefusal);
   }
   return result;
 }
 
 int LinkThread::testConnect() {
   try {
-    SocketClient probe(services_.world, services_.logs);
+    SocketClient probe(sockets_, clock_, output_, logs_);
     return connect(probe, companionPort);
   } catch (...) {
-    services_.logs.reportCrash("testConnect");
+    logs_.reportCrash("testConnect");
     return -1;
   }
 }
@@ -122,12 +118,12 @@ int LinkThread::creatClient() {
       return -1;
     }
     if (!answer.reply.member("Result")) {
-      printMissingValue(services_.world.output);
+      output_.print(missingValue);
       return -1;
     }
     return succeeded(answer.reply) ? 0 : -1;
   } catch (...) {
-    services_.logs.reportCrash("creatClient");
+    logs_.reportCrash("creatClient");
     return -1;
   }
 }
@@ -136,7 +132,7 @@ int LinkThread::connectToServerForPthread() {
   try {
     return poll();
   } catch (...) {
-    services_.logs.reportCrash("connectToServerForPthread");
+    logs_.reportCrash("connectToServerForPthread");
     return pollFailed;
   }
 }
@@ -145,11 +141,17 @@ LinkThread::Exchange LinkThread::exchange(const Json& request) {
   client_.sendPacket(request.printFormatted());
   std::string message;
   const int status = client_.receivePacket(message);
-  services_.logs.openTraffic().writeFormatted("ret:%d", status);
+  LogWriter log = logs_.openTraffic();
+  log.writeFormatted("ret:%d", status);
   if (status != 0) {
     return {};
   }
-  return {true, parseMessage(message, services_)};
+  Result<Json> reply = parseMessage(message);
+  if (const auto* failure = std::get_if<Failure>(&reply)) {
+    say(*failure, log, output_);
+    return {true, Json()};
+  }
+  return {true, std::get<Json>(std::move(reply))};
 }
 
 int LinkThread::poll() {
@@ -162,7 +164,7 @@ int LinkThread::poll() {
   }
   const JsonView data = answer.reply.member("Data");
   if (!succeeded(answer.reply) || !data.isObject()) {
-    printMissingValue(services_.world.output);
+    output_.print(missingValue);
     return pollRefused;
   }
   const std::string closed = textOrEmpty(data.member("CloseFile"));
@@ -179,43 +181,46 @@ int LinkThread::poll() {
 }
 
 bool LinkThread::reportOpened(const std::string& path) {
-  StandardOutput& output = services_.world.output;
   Json request = command("getDsnPinCount");
   request.add("ProjectPath", path);
-  LinkState& link = services_.state.link;
-  link.setAwaitedCount(path);
+  link_.setAwaitedCount(path);
   const Exchange count = exchange(request);
   if (count.received) {
-    link.setAwaitedCount({});
+    link_.setAwaitedCount({});
   }
   const auto pinCount = count.reply.member("Data").member("PinCount").text();
   if (!pinCount) {
     if (count.reply) {
-      printMissingValue(output);
+      output_.print(missingValue);
     }
     return count.received;
   }
   if (*pinCount == "-1") {
-    output.print("Don't have file");
+    output_.print("Don't have file");
     return true;
   }
-  const Exchange told = exchange(openedMessage(services_, path, *pinCount));
-  const std::string projectPath = textOrEmpty(told.reply.member("Data").member("Path"));
+  const Exchange status = exchange(status_.opened(path, *pinCount));
+  const std::string projectPath = textOrEmpty(status.reply.member("Data").member("Path"));
   if (!projectPath.empty()) {
-    followProject(services_, projectPath);
+    status_.followProject(projectPath);
   }
-  return told.received;
+  return status.received;
 }
 
 bool LinkThread::reportClosed(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    const bool received = exchange(closedMessage(services_, name)).received;
-    services_.world.clock.sleep(closedReportPause);
+    const bool received = exchange(status_.closed(name)).received;
+    clock_.sleep(closedReportPause);
     if (!received) {
       return false;
     }
   }
   return true;
+}
+
+void runLinkThread(SocketClient& client, CompanionLink& link, const FileStatus& status, Sockets& sockets, Clock& clock,
+                   StandardOutput& output, const Logs& logs) {
+  LinkThread(client, link, status, sockets, clock, output, logs).run();
 }
 
 }  // namespace vernoxa

@@ -1,7 +1,8 @@
 // The background thread that watches for the companion and reports opened and closed designs to it.
 //
 // The thread never calls Tcl. Over the process's connection to port 9610 it asks the host's scripts, which run each
-// request on the host's own thread. Everything blocks and pauses through the interfaces passed in.
+// request on the host's own thread. Everything blocks and pauses through the interfaces passed in. It is given only what
+// both threads may use.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +13,20 @@
 
 namespace vernoxa {
 
-struct Services;
+class Clock;
+class CompanionLink;
+class FileStatus;
+class Logs;
 class SocketClient;
+class Sockets;
+class StandardOutput;
 
 class LinkThread {
  public:
   // `client` is the process's connection to the host's scripts; only this thread uses it.
-  LinkThread(const Services& services, SocketClient& client) : services_(services), client_(client) {}
+  LinkThread(SocketClient& client, CompanionLink& link, const FileStatus& status, Sockets& sockets, Clock& clock,
+             StandardOutput& output, const Logs& logs)
+      : client_(client), link_(link), status_(status), sockets_(sockets), clock_(clock), output_(output), logs_(logs) {}
 
   // Ends only after an exception, which the crash log receives as "Fun111". Never throws.
   void run() noexcept;
@@ -50,8 +58,17 @@ class LinkThread {
   bool reportOpened(const std::string& path);
   bool reportClosed(const std::vector<std::string>& names);
 
-  const Services& services_;
   SocketClient& client_;
+  CompanionLink& link_;
+  const FileStatus& status_;
+  Sockets& sockets_;
+  Clock& clock_;
+  StandardOutput& output_;
+  const Logs& logs_;
 };
+
+// The whole thread, as a session starts it.
+void runLinkThread(SocketClient& client, CompanionLink& link, const FileStatus& status, Sockets& sockets, Clock& clock,
+                   StandardOutput& output, const Logs& logs);
 
 }  // namespace vernoxa

@@ -7,7 +7,6 @@
 #include "system/clock.h"
 #include "system/log.h"
 #include "system/system.h"
-#include "system/world.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa {
@@ -22,28 +21,29 @@ void logHeader(LogWriter& log, const char* format, const FrameHeader& header) {
 
 }  // namespace
 
-SocketClient::SocketClient(const World& world, const Logs& logs) : world_(world), logs_(logs) {
-  world_.sockets.startUp();
+SocketClient::SocketClient(Sockets& sockets, Clock& clock, StandardOutput& output, const Logs& logs)
+    : sockets_(sockets), clock_(clock), output_(output), logs_(logs) {
+  sockets_.startUp();
 }
 
 SocketClient::~SocketClient() {
   closeCurrent();
-  world_.sockets.cleanUp();
+  sockets_.cleanUp();
 }
 
 int SocketClient::connect(const char* address, std::uint16_t port) {
   closeCurrent();
-  const auto socket = world_.sockets.open();
+  const auto socket = sockets_.open();
   if (!socket) {
-    world_.output.print("invalid socket!");
+    output_.print("invalid socket!");
     return -1;
   }
   {
     const std::lock_guard lock(guard_);
     socket_ = socket;
   }
-  if (!current() || !world_.sockets.connect(*socket, address, port)) {
-    world_.output.print("connect error !");
+  if (!current() || !sockets_.connect(*socket, address, port)) {
+    output_.print("connect error !");
     return -1;
   }
   return 0;
@@ -58,7 +58,7 @@ void SocketClient::sendPacket(std::string_view message) {
   log.writeFormatted("Length:%d", static_cast<int>(packetText.size()));
   log.writeLine(packetText);
   if (const auto socket = current()) {
-    world_.sockets.send(*socket, std::string_view(header.data(), header.size()));
+    sockets_.send(*socket, std::string_view(header.data(), header.size()));
   }
   sendPieces(log, packetText);
   log.writeLine("==========================send over");
@@ -67,14 +67,14 @@ void SocketClient::sendPacket(std::string_view message) {
 void SocketClient::sendPieces(LogWriter& log, std::string_view packetText) {
   for (std::size_t start = 0; start < packetText.size(); start += framePieceBytes) {
     const auto socket = current();
-    if (!socket || world_.sockets.send(*socket, packetText.substr(start, framePieceBytes)) < 0) {
-      log.writeFormatted("errno:%d", world_.sockets.lastErrorNumber());
+    if (!socket || sockets_.send(*socket, packetText.substr(start, framePieceBytes)) < 0) {
+      log.writeFormatted("errno:%d", sockets_.lastErrorNumber());
     }
   }
 }
 
 int SocketClient::receivePacket(std::string& message, std::optional<std::chrono::milliseconds> limit) {
-  const auto deadline = limit ? std::optional(world_.clock.monotonic() + *limit) : std::nullopt;
+  const auto deadline = limit ? std::optional(clock_.monotonic() + *limit) : std::nullopt;
   LogWriter log = logs_.openTraffic();
   FrameHeader header{};
   if (receiveSome(header.data(), header.size(), deadline) <= 0) {
@@ -121,26 +121,26 @@ int SocketClient::receiveSome(char* buffer, std::size_t size,
     return -1;
   }
   if (deadline) {
-    const auto left = *deadline - world_.clock.monotonic();
-    if (left <= std::chrono::milliseconds(0) || !world_.sockets.waitReadable(*socket, left)) {
+    const auto left = *deadline - clock_.monotonic();
+    if (left <= std::chrono::milliseconds(0) || !sockets_.waitReadable(*socket, left)) {
       return -1;
     }
   }
-  return world_.sockets.receive(*socket, std::span(buffer, size));
+  return sockets_.receive(*socket, std::span(buffer, size));
 }
 
 void SocketClient::retire() {
   const std::lock_guard lock(guard_);
   retired_ = true;
   if (socket_) {
-    world_.sockets.shutDown(*socket_);
+    sockets_.shutDown(*socket_);
   }
 }
 
 std::optional<Sockets::Handle> SocketClient::current() {
   const std::lock_guard lock(guard_);
   if (retired_ && socket_) {
-    world_.sockets.close(*socket_);
+    sockets_.close(*socket_);
     socket_.reset();
   }
   return socket_;
@@ -149,7 +149,7 @@ std::optional<Sockets::Handle> SocketClient::current() {
 void SocketClient::closeCurrent() {
   const std::lock_guard lock(guard_);
   if (socket_) {
-    world_.sockets.close(*socket_);
+    sockets_.close(*socket_);
     socket_.reset();
   }
 }

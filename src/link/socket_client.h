@@ -13,9 +13,10 @@
 
 namespace vernoxa {
 
+class Clock;
 class LogWriter;
 class Logs;
-struct World;
+class StandardOutput;
 
 inline constexpr const char* localAddress = "127.0.0.1";
 constexpr std::uint16_t hostPort = 9610;       // served by the host's scripts
@@ -25,7 +26,7 @@ constexpr std::uint16_t companionPort = 9601;  // served by the companion
 class SocketClient {
  public:
   // Starts the system's sockets; the destructor closes the connection and cleans up.
-  SocketClient(const World& world, const Logs& logs);
+  SocketClient(Sockets& sockets, Clock& clock, StandardOutput& output, const Logs& logs);
   ~SocketClient();
   SocketClient(const SocketClient&) = delete;
   SocketClient& operator=(const SocketClient&) = delete;
@@ -53,7 +54,9 @@ class SocketClient {
                      const std::optional<std::chrono::milliseconds>& deadline);
   void sendPieces(LogWriter& log, std::string_view packetText);
 
-  const World& world_;
+  Sockets& sockets_;
+  Clock& clock_;
+  StandardOutput& output_;
   const Logs& logs_;
   std::mutex guard_;  // what `retire` shares with the using thread: the handle and the mark
   std::optional<Sockets::Handle> socket_;

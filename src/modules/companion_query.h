@@ -12,7 +12,11 @@
 
 namespace vernoxa {
 
-struct Services;
+class Clock;
+class CompanionLink;
+class Logs;
+class Sockets;
+class StandardOutput;
 
 // A reply with the members that every one has.
 struct QueryReply {
@@ -23,9 +27,24 @@ struct QueryReply {
   std::string errorText;  // the number in "Result" when it is not 0
 };
 
-// Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
-// ("can't Init"), without a reply ("ret:-1"), or when "Result", "Data" or the named member of "Data" is missing (its
-// name). Throws std::runtime_error for a reply that is no packet text.
-std::optional<QueryReply> askCompanion(const Services& services, std::string_view request, std::string_view member);
+class CompanionQuery {
+ public:
+  CompanionQuery(const CompanionLink& link, Sockets& sockets, Clock& clock, StandardOutput& output, const Logs& logs)
+      : link_(link), sockets_(sockets), clock_(clock), output_(output), logs_(logs) {}
+
+  // Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
+  // ("can't Init"), without a reply ("ret:-1"), or when "Result", "Data" or the named member of "Data" is missing (its
+  // name). Throws std::runtime_error for a reply that is no packet text.
+  std::optional<QueryReply> ask(std::string_view request, std::string_view member) const;
+
+ private:
+  std::optional<std::string> exchange(std::string_view request) const;
+
+  const CompanionLink& link_;
+  Sockets& sockets_;
+  Clock& clock_;
+  StandardOutput& output_;
+  const Logs& logs_;
+};
 
 }  // namespace vernoxa

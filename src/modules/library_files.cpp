@@ -3,28 +3,16 @@
 #include <algorithm>
 #include <array>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/random.h"
-#include "system/world.h"
+#include "system/shared_path.h"
 #include "text/code_page.h"
 #include "text/text.h"
 
 namespace vernoxa {
 namespace {
-
-std::string moduleFolder(const Services& services) {
-  const FilePath module = services.text.path(services.state.placement.dsnDatPath);
-  const std::string path = replaceAll(module.utf8(), "\\", "/");
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? std::string() : path.substr(0, slash);
-}
-
-FilePath libraryPath(const Services& services, const std::string& name) {
-  return FilePath::fromUtf8(moduleFolder(services) + "/" + name);
-}
 
 // One text for all spellings of a file, as far as ASCII goes; empty for what is no path.
 std::string comparable(Files& files, const FilePath& path) {
@@ -38,7 +26,19 @@ std::string comparable(Files& files, const FilePath& path) {
   return text;
 }
 
-bool isUsersOwn(const GlobalState& state, const std::string& file) {
+// As the editor keeps a library's files; a lock alone tells of a library that is being made.
+constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OBK"};
+
+}  // namespace
+
+FilePath LibraryFiles::pathOf(const std::string& name) const {
+  const std::string module = replaceAll(text_.path(placement_.dsnDatPath).utf8(), "\\", "/");
+  const std::size_t slash = module.rfind('/');
+  const std::string folder = slash == std::string::npos ? std::string() : module.substr(0, slash);
+  return FilePath::fromUtf8(folder + "/" + name);
+}
+
+bool LibraryFiles::isUsersOwn(const std::string& file) const {
   const std::string extension = extensionOf(file).value_or("");
   // Behind the drive's, which may stand behind "//?/", a colon begins another name for a file that has one already.
   const std::size_t drive = file.starts_with("//?/") || file.starts_with("//./") ? 6 : 2;
@@ -47,25 +47,21 @@ bool isUsersOwn(const GlobalState& state, const std::string& file) {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
-  return library && state.madeLibraries.count(file) == 0;
+  return library && made_.count(file) == 0;
 }
 
-// As the editor keeps a library's files; a lock alone tells of a library that is being made.
-constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OBK"};
-
-void tellNotMade(const Services& services, const FilePath& library, const std::string& why) {
+void LibraryFiles::tellNotMade(const FilePath& library, const std::string& why) const {
   const std::string line = "library not made: " + library.utf8() + ": " + why;
-  services.logs.openTraffic().writeLine(services.text.utf8ToAnsi(line));
+  logs_.openTraffic().writeLine(text_.utf8ToAnsi(line));
 }
 
-// A base name that is free in the module's folder and not `taken`; empty when the numbers drawn are all in use.
-std::string freeName(Services& services, const std::string& taken) {
-  constexpr int mostDraws = 10000;
-  for (int draw = 0; draw < mostDraws; ++draw) {
-    std::string name = std::to_string(services.world.random.next());
-    const bool used = std::any_of(libraryEndings.begin(), libraryEndings.end(), [&](const char* ending) {
-      return services.world.files.exists(libraryPath(services, name + ending));
-    });
+// A base name that is free in the module's folder and not `taken`; empty when the numbers tried are all in use.
+std::string LibraryFiles::freeName(const std::string& taken) {
+  constexpr int mostTries = 10000;
+  for (int tried = 0; tried < mostTries; ++tried) {
+    std::string name = std::to_string(random_.next());
+    const bool used = std::any_of(libraryEndings.begin(), libraryEndings.end(),
+                                  [&](const char* ending) { return files_.exists(pathOf(name + ending)); });
     if (!used && name != taken) {
       return name;
     }
@@ -73,77 +69,75 @@ std::string freeName(Services& services, const std::string& taken) {
   return {};
 }
 
-}  // namespace
-
-bool drawLibraryNames(Services& services) {
-  const std::string temporary = freeName(services, "");
-  const std::string renewed = freeName(services, temporary);
+bool LibraryFiles::pickNames() {
+  const std::string temporary = freeName("");
+  const std::string renewed = freeName(temporary);
   if (temporary.empty() || renewed.empty()) {
-    tellNotMade(services, libraryPath(services, "*.olb"), "no free name");
+    tellNotMade(pathOf("*.olb"), "no free name");
     return false;
   }
-  services.state.placement.libraryBaseName = temporary;
-  services.state.placement.backupBaseName = renewed;
+  temporaryName_ = temporary;
+  newName_ = renewed;
   return true;
 }
 
-FilePath temporaryLibraryPath(const Services& services) {
-  return libraryPath(services, services.state.placement.libraryBaseName + ".olb");
+FilePath LibraryFiles::temporaryPath() const {
+  return pathOf(temporaryName_ + ".olb");
 }
 
-FilePath newLibraryPath(const Services& services) {
-  return libraryPath(services, services.state.placement.backupBaseName + ".olb");
+FilePath LibraryFiles::newPath() const {
+  return pathOf(newName_ + ".olb");
 }
 
-FilePath libraryBackupPath(const Services& services) {
-  return libraryPath(services, services.state.placement.libraryBaseName + "_0.OBK");
+FilePath LibraryFiles::backupPath() const {
+  return pathOf(temporaryName_ + "_0.OBK");
 }
 
-void noteMadeLibrary(Services& services, const FilePath& path) {
-  services.state.madeLibraries.insert(comparable(services.world.files, path));
+void LibraryFiles::noteMade(const FilePath& path) {
+  made_.insert(comparable(files_, path));
 }
 
-bool makeEmptyLibrary(Services& services, const FilePath& path) {
+bool LibraryFiles::makeEmpty(const FilePath& path) {
   std::string looked;
-  for (const FilePath& folder : {services.state.installDirectory, services.state.hostExecutable.get().folder()}) {
+  for (const FilePath& folder : {installDirectory_, host_.get().folder()}) {
     if (folder.empty()) {
       continue;  // would be the root of whichever drive is current
     }
     const FilePath original = folder / "config" / "Resource" / "Empty.olb";
-    if (services.world.files.exists(original)) {
-      return copyLibrary(services, original, path);
+    if (files_.exists(original)) {
+      return copy(original, path);
     }
     looked.append(looked.empty() ? "no " : " and no ").append(original.utf8());
   }
-  tellNotMade(services, path, looked);
+  tellNotMade(path, looked);
   return false;
 }
 
-bool copyLibrary(Services& services, const FilePath& from, const FilePath& to) {
+bool LibraryFiles::copy(const FilePath& from, const FilePath& to) {
   // Noted first: once it is there, nothing may fail any more that would keep it from being removed.
-  const auto [note, added] = services.state.madeLibraries.insert(comparable(services.world.files, to));
-  const CopyResult copied = services.world.files.copyFile(from, to);
+  const auto [note, added] = made_.insert(comparable(files_, to));
+  const CopyResult copied = files_.copyFile(from, to);
   if (copied) {
     return true;
   }
   if (added) {
-    services.state.madeLibraries.erase(note);
+    made_.erase(note);
   }
-  tellNotMade(services, to, "copy of " + from.utf8() + " failed, error " + std::to_string(copied.error));
+  tellNotMade(to, "copy of " + from.utf8() + " failed, error " + std::to_string(copied.error));
   return false;
 }
 
-void removePlacementFile(Services& services, const FilePath& path) {
-  if (!services.world.files.exists(path)) {
+void LibraryFiles::remove(const FilePath& path) {
+  if (!files_.exists(path)) {
     return;
   }
-  const std::string file = comparable(services.world.files, path);
-  if (isUsersOwn(services.state, file)) {
-    services.logs.openTraffic().writeLine("not removed: " + services.text.utf8ToAnsi(path.utf8()));
+  const std::string file = comparable(files_, path);
+  if (isUsersOwn(file)) {
+    logs_.openTraffic().writeLine("not removed: " + text_.utf8ToAnsi(path.utf8()));
     return;
   }
-  if (services.world.files.removeFile(path)) {
-    services.state.madeLibraries.erase(file);  // who makes it anew is another matter
+  if (files_.removeFile(path)) {
+    made_.erase(file);  // who makes it again is another matter
   }
 }
 

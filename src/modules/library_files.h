@@ -1,35 +1,77 @@
 // The library files of a placement: their names, and which of them may be removed.
 #pragma once
 
+#include <set>
+#include <string>
+#include <utility>
+
 #include "system/file_path.h"
 
 namespace vernoxa {
 
-struct Services;
+class Files;
+class HostExecutable;
+class Logs;
+class RandomNumbers;
+class TextConverter;
+struct PlacementContext;
 
-// Paths with "/" between folders: the folder of the module file, then the base name drawn for the placement.
-FilePath temporaryLibraryPath(const Services& services);
-FilePath newLibraryPath(const Services& services);
-// The host's own backup of the temporary library.
-FilePath libraryBackupPath(const Services& services);
+// Host thread only.
+class LibraryFiles {
+ public:
+  // `installDirectory` is where the plug-in stands; later reports of projects never change it.
+  LibraryFiles(FilePath installDirectory, const HostExecutable& host, const PlacementContext& placement, Files& files,
+               RandomNumbers& random, const TextConverter& text, const Logs& logs)
+      : installDirectory_(std::move(installDirectory)),
+        host_(host),
+        placement_(placement),
+        files_(files),
+        random_(random),
+        text_(text),
+        logs_(logs) {}
 
-// Draws the two base names anew: numbers under which the module's folder holds neither a library nor its lock or
-// backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is found.
-bool drawLibraryNames(Services& services);
+  // Paths with "/" between folders: the folder of the module file, then the base name picked for the placement.
+  FilePath temporaryPath() const;
+  FilePath newPath() const;
+  // The host's own backup of the temporary library.
+  FilePath backupPath() const;
 
-// Makes a library without parts, which can be written whatever it is copied from: the installation's, else the one
-// below the host's program folder. False, with a line in the traffic log that says why, when it could not be made; a
-// file that was there stays.
-bool makeEmptyLibrary(Services& services, const FilePath& path);
+  // Picks two other base names: numbers under which the module's folder holds neither a library nor its lock or
+  // backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is
+  // found.
+  bool pickNames();
 
-// The same as a copy of another library.
-bool copyLibrary(Services& services, const FilePath& from, const FilePath& to);
+  // Makes a library without parts, which can be written whatever it is copied from: the installation's, else the one
+  // below the host's program folder. False, with a line in the traffic log that says why, when it could not be made; a
+  // file that was there stays.
+  bool makeEmpty(const FilePath& path);
 
-// Notes that this process made the library or backup at that path, and so may remove it.
-void noteMadeLibrary(Services& services, const FilePath& path);
+  // The same as a copy of another library.
+  bool copy(const FilePath& from, const FilePath& to);
 
-// Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
-// design, a project, or a library or backup that this process did not make, however the path spells it.
-void removePlacementFile(Services& services, const FilePath& path);
+  // Notes that this process made the library or backup at that path, and so may remove it.
+  void noteMade(const FilePath& path);
+
+  // Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
+  // design, a project, or a library or backup that this process did not make, however the path spells it.
+  void remove(const FilePath& path);
+
+ private:
+  FilePath pathOf(const std::string& name) const;
+  bool isUsersOwn(const std::string& file) const;
+  std::string freeName(const std::string& taken);
+  void tellNotMade(const FilePath& library, const std::string& why) const;
+
+  const FilePath installDirectory_;
+  const HostExecutable& host_;
+  const PlacementContext& placement_;
+  Files& files_;
+  RandomNumbers& random_;
+  const TextConverter& text_;
+  const Logs& logs_;
+  std::string newName_ = "Test";          // base name of the new library
+  std::string temporaryName_ = "123456";  // base name of the temporary library
+  std::set<std::string> made_;            // what placements of this process made, and may remove
+};
 
 }  // namespace vernoxa

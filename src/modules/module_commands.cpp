@@ -2,25 +2,24 @@
 
 #include <forward_list>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "modules/module_document.h"
 #include "system/files.h"
+#include "system/shared_path.h"
 #include "system/whole_file.h"
-#include "system/world.h"
-#include "text/path_text.h"
+#include "text/message_paths.h"
 #include "text/text.h"
 
 namespace vernoxa {
 namespace {
 
-FilePath cacheFolder(const Services& services) {
-  return services.state.folder.get() / "Cache";
+FilePath cacheFolder(const ProjectFolder& project) {
+  return project.get() / "Cache";
 }
 
-void makeFolder(Services& services, const FilePath& path) {
-  if (!services.world.files.exists(path)) {
-    services.world.files.createFolder(path);
+void makeFolder(Files& files, const FilePath& path) {
+  if (!files.exists(path)) {
+    files.createFolder(path);
   }
 }
 
@@ -45,8 +44,8 @@ class RecordTexts {
 
 }  // namespace
 
-CommandResult initMarketFile(CommandCall&, Services& services, ModuleDocument& document) {
-  makeFolder(services, cacheFolder(services) / "Share");
+CommandResult initMarketFile(CommandCall&, const ProjectFolder& project, Files& files, ModuleDocument& document) {
+  makeFolder(files, cacheFolder(project) / "Share");
   document.start();
   return {};
 }
@@ -63,18 +62,19 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
   return {};
 }
 
-CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocument& document) {
-  const FilePath folder = cacheFolder(services) / "Share";
+CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
+                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document) {
+  const FilePath folder = cacheFolder(project) / "Share";
   const FilePath path = folder / "ModuleLib.json";
   if (document.started()) {
     const std::string text = document.finish(utf8(call.arguments.text(2)), utf8(call.arguments.text(3)));
-    makeFolder(services, cacheFolder(services));
-    makeFolder(services, folder);
+    makeFolder(files, cacheFolder(project));
+    makeFolder(files, folder);
     const std::string content = withDosLineEnds(text);
-    writeWholeFile(services.world.files, services.world.processes, path, WhenHeld::writeInPlace,
+    writeWholeFile(files, processes, path, WhenHeld::writeInPlace,
                    [&](OutputFile& file) { return file.write(content); });
   }
-  services.state.placement.dsnDatPath = pathText(services, path);
+  placement.dsnDatPath = paths.of(path);
   return {path.utf8()};
 }
 

@@ -5,11 +5,15 @@
 
 namespace vernoxa {
 
+class Files;
+class MessagePaths;
 class ModuleDocument;
-struct Services;
+class Processes;
+class ProjectFolder;
+struct PlacementContext;
 
 // Starts a document and makes "\Cache\Share" below the base directory.
-CommandResult initMarketFile(CommandCall& call, Services& services, ModuleDocument& document);
+CommandResult initMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, ModuleDocument& document);
 
 // One record each, a Tcl list.
 CommandResult addMarketLibList(CommandCall& call, ModuleDocument& document);
@@ -17,6 +21,7 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document);
 
 // Takes name, width, height and one unused argument; writes the document as "\Cache\Share\ModuleLib.json" and answers
 // that path in UTF-8, also when nothing could be written.
-CommandResult outputMarketFile(CommandCall& call, Services& services, ModuleDocument& document);
+CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
+                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document);
 
 }  // namespace vernoxa

@@ -4,10 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "dispatch/services.h"
 #include "system/files.h"
 #include "system/log.h"
-#include "system/world.h"
 #include "text/decimal.h"
 #include "text/outside_json.h"
 #include "text/text.h"
@@ -28,12 +26,12 @@ std::optional<Decimal> coordinate(const std::string& text) {
 
 }  // namespace
 
-ModuleFile ModuleFile::read(const Services& services, const FilePath& path) {
+ModuleFile ModuleFile::read(Files& files, const Logs& logs, const FilePath& path) {
   ModuleFile module;
-  if (const auto text = services.world.files.readStart(path, longestOutsideJson + 1)) {
-    module.root_ = parseOutsideJson(*text, services.logs);
+  if (const auto text = files.readStart(path, longestOutsideJson + 1)) {
+    module.root_ = parseOutsideJson(*text, logs);
     if (std::max(module.library().size(), module.objects().size()) > mostItems) {
-      services.logs.openTraffic().writeLine("module refused: more than 250000 parts or objects");
+      logs.openTraffic().writeLine("module refused: more than 250000 parts or objects");
       module.root_ = {};
     }
   }

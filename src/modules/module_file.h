@@ -11,7 +11,8 @@
 
 namespace vernoxa {
 
-struct Services;
+class Files;
+class Logs;
 
 // Width and height as decimal texts.
 struct ViewBox {
@@ -31,7 +32,7 @@ std::string_view nameOf(JsonView object);
 class ModuleFile {
  public:
   // Unreadable, no JSON, and beyond the bounds (a line in the traffic log tells) alike: a module without a root.
-  static ModuleFile read(const Services& services, const FilePath& path);
+  static ModuleFile read(Files& files, const Logs& logs, const FilePath& path);
 
   bool hasRoot() const { return static_cast<bool>(root_); }
   bool hasLibrary() const { return static_cast<bool>(library()); }

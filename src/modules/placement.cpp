@@ -3,23 +3,21 @@
 #include <unordered_set>
 #include <vector>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "modules/library_files.h"
 #include "modules/placement_scripts.h"
 #include "system/files.h"
 #include "system/log.h"
-#include "system/world.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
 namespace {
 
-// The host makes it beside the temporary library, whose name is drawn so that no backup has it yet.
-FilePath notedBackup(Services& services) {
-  FilePath path = libraryBackupPath(services);
-  noteMadeLibrary(services, path);
+// The host makes it beside the temporary library, whose name is picked so that no backup has it yet.
+FilePath notedBackup(LibraryFiles& libraries) {
+  FilePath path = libraries.backupPath();
+  libraries.noteMade(path);
   return path;
 }
 
@@ -27,11 +25,11 @@ FilePath notedBackup(Services& services) {
 // next placement in before this one ends.
 class TemporaryLibrary {
  public:
-  explicit TemporaryLibrary(Services& services)
-      : services_(services),
-        path_(temporaryLibraryPath(services)),
-        backup_(notedBackup(services)),
-        made_(makeEmptyLibrary(services, path_)) {}
+  explicit TemporaryLibrary(LibraryFiles& libraries)
+      : libraries_(libraries),
+        path_(libraries.temporaryPath()),
+        backup_(notedBackup(libraries)),
+        made_(libraries.makeEmpty(path_)) {}
   TemporaryLibrary(const TemporaryLibrary&) = delete;
   TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
   ~TemporaryLibrary() {
@@ -39,8 +37,8 @@ class TemporaryLibrary {
       return;
     }
     try {
-      removePlacementFile(services_, path_);
-      removePlacementFile(services_, backup_);
+      libraries_.remove(path_);
+      libraries_.remove(backup_);
     } catch (...) {  // memory: the file stays, and nothing leaves a destructor
     }
   }
@@ -49,7 +47,7 @@ class TemporaryLibrary {
   const FilePath& path() const { return path_; }
 
  private:
-  Services& services_;
+  LibraryFiles& libraries_;
   const FilePath path_;
   const FilePath backup_;
   const bool made_;
@@ -62,27 +60,29 @@ bool isTooLong(const Script& script) {
   return script.text().size() > longestScript;
 }
 
-void evaluateLogged(ScriptHost& host, const Services& services, const Script& script) {
-  LogWriter log = services.logs.openTraffic();
+}  // namespace
+
+void ModulePlacer::evaluateLogged(ScriptHost& host, const Script& script) const {
+  LogWriter log = logs_.openTraffic();
   if (isTooLong(script)) {
     log.writeLine("not placed: a script of more than 8 MB");
     return;
   }
   if (log.enabled()) {
-    log.writeLine(services.text.utf8ToAnsi(script.text()));
+    log.writeLine(text_.utf8ToAnsi(script.text()));
   }
   host.evaluate(script);
 }
 
-bool isPlaceable(const ModuleFile& module, const Services& services) {
+bool ModulePlacer::isPlaceable(const ModuleFile& module) const {
   if (!module.hasLibrary()) {
-    services.logs.openTraffic().writeLine(module.hasRoot() ? "libItem is null" : "root is null");
+    logs_.openTraffic().writeLine(module.hasRoot() ? "libItem is null" : "root is null");
   }
   return module.hasLibrary();
 }
 
-void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleFile& module,
-                       const std::string& libraryPath, DraggedBox box) {
+void ModulePlacer::placeLibraryParts(ScriptHost& host, const ModuleFile& module, const std::string& libraryPath,
+                                     DraggedBox box) const {
   std::unordered_set<std::string_view> seen;
   std::vector<Script> pinScripts;
   for (const JsonView entry : module.library()) {
@@ -92,63 +92,61 @@ void placeLibraryParts(ScriptHost& host, const Services& services, const ModuleF
       continue;
     }
     const Script script = libraryPartScript(libraryPath, entry);
-    evaluateLogged(host, services, script);
+    evaluateLogged(host, script);
     if (!isTooLong(script)) {
       pinScripts.push_back(script.startingWith("setPinNum "));
     }
   }
   if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
-    evaluateLogged(host, services, viewBoxPartScript(libraryPath, *size));
+    evaluateLogged(host, viewBoxPartScript(libraryPath, *size));
   }
   for (const Script& script : pinScripts) {
     host.evaluate(script);
   }
 }
 
-bool copyToNewLibrary(Services& services, const FilePath& from, const FilePath& to) {
-  removePlacementFile(services, to);
-  return copyLibrary(services, from, to);
+bool ModulePlacer::copyToNewLibrary(const FilePath& from, const FilePath& to) {
+  libraries_.remove(to);
+  return libraries_.copy(from, to);
 }
 
-}  // namespace
-
-PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box) {
+PlacedLibrary ModulePlacer::placeLibrary(ScriptHost& host, DraggedBox box) {
   PlacedLibrary placed;
-  const bool named = drawLibraryNames(services);
-  placed.newLibrary = newLibraryPath(services);
-  placed.module = ModuleFile::read(services, services.text.path(services.state.placement.dsnDatPath));
-  if (!named || !isPlaceable(placed.module, services)) {
+  const bool named = libraries_.pickNames();
+  placed.newLibrary = libraries_.newPath();
+  placed.module = ModuleFile::read(files_, logs_, text_.path(placement_.dsnDatPath));
+  if (!named || !isPlaceable(placed.module)) {
     return placed;
   }
-  const TemporaryLibrary temporary(services);
+  const TemporaryLibrary temporary(libraries_);
   if (!temporary.made()) {
     return placed;
   }
-  placeLibraryParts(host, services, placed.module, temporary.path().utf8(), box);
-  placed.made = copyToNewLibrary(services, temporary.path(), placed.newLibrary);
+  placeLibraryParts(host, placed.module, temporary.path().utf8(), box);
+  placed.made = copyToNewLibrary(temporary.path(), placed.newLibrary);
   return placed;
 }
 
-void placeModule(ScriptHost& host, Services& services) {
-  const PlacementContext asked = services.state.placement;
-  services.state.placement.placeState = 0;
-  removePlacementFile(services, newLibraryPath(services));
-  const PlacedLibrary placed = placeLibrary(host, services, DraggedBox::none);
+void ModulePlacer::placeModule(ScriptHost& host) {
+  const PlacementContext asked = placement_;
+  placement_.placeState = 0;
+  libraries_.remove(libraries_.newPath());
+  const PlacedLibrary placed = placeLibrary(host, DraggedBox::none);
   if (!placed.made) {
     return;
   }
   if (asked.placeState == 1) {
-    host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, services.text));
+    host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, text_));
   } else {
     for (const JsonView object : placed.module.objects()) {
       if (object.isObject()) {
-        evaluateLogged(host, services, schematicObjectScript(object, asked, services.text));
+        evaluateLogged(host, schematicObjectScript(object, asked, text_));
       }
     }
   }
-  removePlacementFile(services, placed.newLibrary);
-  removePlacementFile(services, services.text.path(asked.dsnDatPath));
-  services.logs.openTraffic().writeLine("over!!!");
+  libraries_.remove(placed.newLibrary);
+  libraries_.remove(text_.path(asked.dsnDatPath));
+  logs_.openTraffic().writeLine("over!!!");
 }
 
 }  // namespace vernoxa

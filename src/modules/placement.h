@@ -1,14 +1,18 @@
-// Places what the companion sent: a shared module or one catalogue part. Host thread only; the state tells the module
-// file and the values.
+// Places what the companion sent: a shared module or one catalogue part.
 #pragma once
+
+#include <string>
 
 #include "modules/module_file.h"
 #include "system/file_path.h"
 
 namespace vernoxa {
 
+class LibraryFiles;
+class Script;
 class ScriptHost;
-struct Services;
+class TextConverter;
+struct PlacementContext;
 
 struct PlacedLibrary {
   bool made = false;    // the module's parts stand in the new library
@@ -18,14 +22,36 @@ struct PlacedLibrary {
 
 enum class DraggedBox { none, made };
 
-// Has the host write the module's library parts into a temporary library, which becomes the new library. Draws both
-// names anew. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is gone
-// afterwards in every case. Nothing is made, and one line in the traffic log says why, when a library cannot be made or
-// the module is unreadable ("root is null", "libItem is null").
-PlacedLibrary placeLibrary(ScriptHost& host, Services& services, DraggedBox box);
+// Host thread only. The placement's values tell the module file and what is set on the parts.
+class ModulePlacer {
+ public:
+  ModulePlacer(PlacementContext& placement, LibraryFiles& libraries, Files& files, const TextConverter& text,
+               const Logs& logs)
+      : placement_(placement), libraries_(libraries), files_(files), text_(text), logs_(logs) {}
 
-// The whole placement: the library, then the module's objects or the one part; afterwards the new library and the
-// module file are removed. Ends without a word where `placeLibrary` makes nothing; the single-part flag is 0 then too.
-void placeModule(ScriptHost& host, Services& services);
+  // Has the host write the module's library parts into a temporary library, which becomes the new library. Picks both
+  // names. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is gone
+  // afterwards in every case. Nothing is made, and one line in the traffic log says why, when a library cannot be made
+  // or the module is unreadable ("root is null", "libItem is null").
+  PlacedLibrary placeLibrary(ScriptHost& host, DraggedBox box);
+
+  // The whole placement: the library, then the module's objects or the one part; afterwards the new library and the
+  // module file are removed. Ends without a word where `placeLibrary` makes nothing; the single-part flag is 0 then
+  // too.
+  void placeModule(ScriptHost& host);
+
+ private:
+  void evaluateLogged(ScriptHost& host, const Script& script) const;
+  bool isPlaceable(const ModuleFile& module) const;
+  void placeLibraryParts(ScriptHost& host, const ModuleFile& module, const std::string& libraryPath,
+                         DraggedBox box) const;
+  bool copyToNewLibrary(const FilePath& from, const FilePath& to);
+
+  PlacementContext& placement_;
+  LibraryFiles& libraries_;
+  Files& files_;
+  const TextConverter& text_;
+  const Logs& logs_;
+};
 
 }  // namespace vernoxa

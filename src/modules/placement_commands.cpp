@@ -1,7 +1,6 @@
 #include "modules/placement_commands.h"
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "modules/library_files.h"
 #include "modules/placement.h"
 #include "modules/placement_scripts.h"
@@ -10,24 +9,23 @@
 
 namespace vernoxa {
 
-CommandResult placeMarketPart(CommandCall& call, Services& services) {
-  placeModule(call.host, services);
+CommandResult placeMarketPart(CommandCall& call, ModulePlacer& placer) {
+  placer.placeModule(call.host);
   return {};
 }
 
-CommandResult placePartProperty(CommandCall& call, Services& services) {
-  const PlacementContext& placement = services.state.placement;
-  const std::string package = services.text.scriptValue(placement.package);
-  call.host.evaluate(cataloguePartScript("SetProperty", package, placement, services.text));
+CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& text) {
+  const std::string package = text.scriptValue(placement.package);
+  call.host.evaluate(cataloguePartScript("SetProperty", package, placement, text));
   return {};
 }
 
-CommandResult getOlbPath(CommandCall&, Services& services) {
-  return {temporaryLibraryPath(services).utf8()};
+CommandResult getOlbPath(CommandCall&, const LibraryFiles& libraries) {
+  return {libraries.temporaryPath().utf8()};
 }
 
-CommandResult getNewOlbPath(CommandCall&, Services& services) {
-  return {newLibraryPath(services).utf8()};
+CommandResult getNewOlbPath(CommandCall&, const LibraryFiles& libraries) {
+  return {libraries.newPath().utf8()};
 }
 
 }  // namespace vernoxa

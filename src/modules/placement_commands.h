@@ -5,16 +5,19 @@
 
 namespace vernoxa {
 
-struct Services;
+class LibraryFiles;
+class ModulePlacer;
+class TextConverter;
+struct PlacementContext;
 
-// Places what the state names. Answers nothing.
-CommandResult placeMarketPart(CommandCall& call, Services& services);
+// Places what the companion named. Answers nothing.
+CommandResult placeMarketPart(CommandCall& call, ModulePlacer& placer);
 
-// Gives the placed part the properties of the state.
-CommandResult placePartProperty(CommandCall& call, Services& services);
+// Gives the placed part the properties that the companion named.
+CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& text);
 
 // The temporary and the new library of the latest placement; UTF-8, "/" between folders.
-CommandResult getOlbPath(CommandCall& call, Services& services);
-CommandResult getNewOlbPath(CommandCall& call, Services& services);
+CommandResult getOlbPath(CommandCall& call, const LibraryFiles& libraries);
+CommandResult getNewOlbPath(CommandCall& call, const LibraryFiles& libraries);
 
 }  // namespace vernoxa

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "modules/list_text.h"
 #include "text/code_page.h"
 #include "text/text.h"
@@ -51,7 +51,7 @@ bool isHostProperty(std::string_view name) {
 }
 
 // How the points of a "path" member are written.
-enum class PointForm { asItStands, blankBetween };
+enum class PointForm { asItStands, spaceBetween };
 
 std::vector<std::string> pointsOf(std::string_view path, PointForm form) {
   std::vector<std::string> pieces = splitItems(path, ' ');
@@ -166,7 +166,7 @@ Script schematicObjectScript(JsonView object, const PlacementContext& placement,
   list.literal(" ").item("MarketUserID", text.scriptValue(placement.uploadUserId));
   addItems(list, objectIn(object, "UserProperty"), allowed);
   list.literal("] ");
-  addDataList(list, objectIn(object, "Data"), PointForm::blankBetween);
+  addDataList(list, objectIn(object, "Data"), PointForm::spaceBetween);
   list.literal(" ");
   addDisplayedList(list, arrayIn(object, "DispProperty"));
   return list.script();
@@ -183,7 +183,7 @@ Script cataloguePartScript(Literal mode, std::string_view package, const Placeme
   list.literal(" [list [list \"PCB Footprint\" ").bare(value(placement.packageName));
   list.literal("] [list \"Part Number\" ").bare(value(placement.PartNumber));
   list.literal("] [list \"Part Name\" ").bare(value(placement.PartName));
-  // The host numbers the part anew.
+  // The host numbers the part again.
   list.literal("] [list \"Part Reference\" ").bare(value(placement.prefix) + "1" + designator);
   return list.literal("] [list \"Value\" ").quoted(value(placement.value)).literal("]] [list]").script();
 }

@@ -1,13 +1,20 @@
-// The handlers of the companion's two placing commands.
+// The handlers of the companion's two placing requests.
 #pragma once
 
-#include "dispatch/handler.h"
+#include "dispatch/outcome.h"
+#include "dispatch/request.h"
 
 namespace vernoxa {
 
+class ModulePlacer;
+class ScriptHost;
+class TextConverter;
+struct PlacementContext;
+
 // Has the user drag one catalogue part, or a whole shared module, onto the active page; `placeMarketPart` places it
 // when the user drops it. Without an active page nothing is placed.
-Outcome placeDsnLibPartModule(const Request&, HandlerContext&);
-Outcome placeDsnModule(const Request&, HandlerContext&);
+Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
+                              PlacementContext& placement, ModulePlacer& placer);
+Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
 
 }  // namespace vernoxa

@@ -1,23 +1,40 @@
 // The host scripts' commands that talk to the companion about shared modules.
 #pragma once
 
+#include <map>
+#include <string>
+
 #include "tcl/command.h"
 
 namespace vernoxa {
 
-struct Services;
+class CompanionQuery;
+class CompanionSender;
+class Files;
+class LibraryFiles;
+class Logs;
+class TextConverter;
+struct PlacementContext;
+
+// Where the companion keeps the modules that were asked for: resource id to module file, code page.
+struct ResourcePaths {
+  std::map<std::string, std::string> known;
+};
 
 // Hands the exported module over; answers what the host's sender says. Picture and module file are forgotten then.
-CommandResult sendUploadMarket(CommandCall& call, Services& services);
+CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, const TextConverter& text,
+                               const CompanionSender& sender);
 
 // The path of the module file of a resource id, code page, backslashes doubled; kept per id while the file exists.
 // Empty without one; the companion's number when it refuses; its whole reply when that names no path.
-CommandResult getResPath(CommandCall& call, Services& services);
+CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const CompanionQuery& query, Files& files,
+                         const TextConverter& text, const Logs& logs);
 
 // The signed-in user's id, or what a placement left in the field that it shares with a part's index.
-CommandResult getSelfUserId(CommandCall& call, Services& services);
+CommandResult getSelfUserId(CommandCall& call, PlacementContext& placement, const CompanionQuery& query);
 
 // Removes the libraries of the last placement and the module file.
-CommandResult removeDatFile(CommandCall& call, Services& services);
+CommandResult removeDatFile(CommandCall& call, const PlacementContext& placement, LibraryFiles& libraries,
+                            const TextConverter& text);
 
 }  // namespace vernoxa

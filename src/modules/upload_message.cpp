@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "dispatch/state.h"
+#include "dispatch/placement_context.h"
 #include "text/code_page.h"
 #include "text/text.h"
 

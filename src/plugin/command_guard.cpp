@@ -13,7 +13,7 @@ namespace vernoxa {
 namespace {
 
 CommandResult runRow(const CommandRow& row, PlugIn& plugIn, const Arguments& arguments, Tcl_Interp* interp) {
-  // Ours for the length of the call: a script may load the plug-in anew.
+  // Ours for the length of the call: a script may load the plug-in again.
   const std::shared_ptr<Session> session = plugIn.session;
   if (!session) {
     return {row.beforeState};

@@ -4,27 +4,16 @@
 #include "checks/report_commands.h"
 #include "designs/file_status_commands.h"
 #include "desktop/desktop_commands.h"
-#include "dispatch/packet_door.h"
 #include "drawing/export_commands.h"
 #include "modules/module_commands.h"
 #include "modules/placement_commands.h"
 #include "modules/request_commands.h"
-#include "plugin/small_commands.h"
+#include "plugin/endpoints.h"
+#include "plugin/misc_commands.h"
+#include "plugin/run.h"
 
 namespace vernoxa {
 namespace {
-
-// Adapts a command to the table: its parameters after the call say which parts of the session it works on.
-template <auto command>
-struct Run;
-
-template <class... Parts, CommandResult (*command)(CommandCall&, Parts&...)>
-struct Run<command> {
-  static CommandResult call(CommandCall& call, Session& session) { return command(call, session.part<Parts>()...); }
-};
-
-template <auto command>
-constexpr CommandFunction run = &Run<command>::call;
 
 using row::argument;
 using row::calls;
@@ -72,19 +61,19 @@ constexpr const char* reportFile = "checks/report_commands.cpp";
 constexpr const char* moduleFile = "modules/module_commands.cpp";
 constexpr const char* placementFile = "modules/placement_commands.cpp";
 constexpr const char* requestFile = "modules/request_commands.cpp";
-constexpr const char* doorFile = "dispatch/packet_door.cpp";
+constexpr const char* endpointFile = "plugin/endpoints.cpp";
 constexpr const char* desktopFile = "desktop/desktop_commands.cpp";
-constexpr const char* smallFile = "plugin/small_commands.cpp";
+constexpr const char* miscFile = "plugin/misc_commands.cpp";
 
 // clang-format off
 constexpr std::array<CommandRow, commandCount> table = {{
   {"packetParser", run<packetParser>,
     takes(argument("packetText", "Packet text of a request of the companion, or of its answer to a message.")), calls(),
     answersPacket("The reply; empty when there is none."),
-    "Carries out one packet of the companion and answers the packet text of the reply.", doorFile},
+    "Carries out one packet of the companion and answers the packet text of the reply.", endpointFile},
   {"packetParserForPthread", run<packetParserForPthread>,
     takes(argument("packetText", "Packet text of a request of the link thread.")), calls(),
-    answersPacket("The reply; empty when there is none."), "The same for a packet of the link thread.", doorFile},
+    answersPacket("The reply; empty when there is none."), "The same for a packet of the link thread.", endpointFile},
   {"SelectJumpPart", run<selectJumpPart>,
     takes(argument("candidates", "The parts, with ; between them; shown sorted by their bytes."),
           argument("number", "Has to be given, and is not read.")), calls(),
@@ -109,9 +98,9 @@ constexpr std::array<CommandRow, commandCount> table = {{
     linkFile, "0"},
   {"getGenerateGuid", run<getGenerateGuid>, takes(), calls(),
     answersText("The GUID, in upper and lower case as Windows writes it, without braces."), "Answers a new GUID.",
-    smallFile},
+    miscFile},
   {"outputWarming", run<outputWarming>, takes(), calls(), answersNothing(), "Tells the user to select a part first.",
-    smallFile},
+    miscFile},
   {"selectAddOrRemoveFromBom", run<selectAddOrRemoveFromBom>, takes(), calls(), answersText("Always 1."),
     "Tells the host's script to go on.", bomFile, "1"},
   {"sendSaveFile", run<sendSaveFile>, takes(designPath), calls(), fileStatus,
@@ -131,7 +120,7 @@ constexpr std::array<CommandRow, commandCount> table = {{
     "Answers the cursor's position.", desktopFile},
   {"outputError", run<outputError>,
     takes(optional(argument("code", "OtherProject, NoObject, MoreThanPage, InvaildObject, or a text to show."))),
-    calls(), answersNothing(), "Shows the message of an error code.", smallFile},
+    calls(), answersNothing(), "Shows the message of an error code.", miscFile},
   {"initMarketFile", run<initMarketFile>, takes(), calls(), answersNothing(), "Starts the export of a shared module.",
     moduleFile},
   {"addMarketPartList", run<addMarketPartList>, takes(record), calls(), answersNothing(),
@@ -211,7 +200,7 @@ constexpr std::array<CommandRow, commandCount> table = {{
     "Puts a text on the clipboard.", desktopFile},
   {"PlacePartProperty", run<placePartProperty>, takes(), calls("placePart"), answersNothing(),
     "Sets the properties of the part that was placed.", placementFile},
-  {"execTool", run<execTool>, takes(), calls(), answersNothing(), "Starts the companion.", smallFile},
+  {"execTool", run<execTool>, takes(), calls(), answersNothing(), "Starts the companion.", miscFile},
 }};
 // clang-format on
 

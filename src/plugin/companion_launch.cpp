@@ -3,7 +3,6 @@
 #include "system/files.h"
 #include "system/log.h"
 #include "system/system.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -26,9 +25,9 @@ class CurrentFolder {
 
 }  // namespace
 
-std::uint16_t processIdFromName(const World& world, const Logs& logs, const std::string& text) noexcept {
+std::uint16_t processIdFromName(Processes& processes, const Logs& logs, const std::string& text) noexcept {
   try {
-    const auto running = world.processes.running();
+    const auto running = processes.running();
     for (std::size_t index = 1; index < running.size(); ++index) {
       if (running[index].executable.find(text) != std::string::npos) {
         return static_cast<std::uint16_t>(running[index].id);
@@ -40,10 +39,10 @@ std::uint16_t processIdFromName(const World& world, const Logs& logs, const std:
   return 0;
 }
 
-void launchCompanion(const World& world, const FilePath& baseDirectory) {
-  const CurrentFolder folder(world.processes, baseDirectory);
-  const bool usualName = world.files.exists(baseDirectory / "LanTuZS.exe");
-  world.processes.start(usualName ? "LanTuZS.exe" : "lantuzs.exe", "AutoLogin");
+void launchCompanion(Processes& processes, Files& files, const FilePath& baseDirectory) {
+  const CurrentFolder folder(processes, baseDirectory);
+  const bool usualName = files.exists(baseDirectory / "LanTuZS.exe");
+  processes.start(usualName ? "LanTuZS.exe" : "lantuzs.exe", "AutoLogin");
 }
 
 }  // namespace vernoxa

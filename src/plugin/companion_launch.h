@@ -8,16 +8,17 @@
 
 namespace vernoxa {
 
+class Files;
 class Logs;
-struct World;
+class Processes;
 
 // Id of the first running process whose executable name contains the text, with case, cut to 16 bits; 0 when there is
 // none. The first entry of the system's list, the idle process, is never looked at. An exception goes to the crash
 // log and answers 0.
-std::uint16_t processIdFromName(const World& world, const Logs& logs, const std::string& text) noexcept;
+std::uint16_t processIdFromName(Processes& processes, const Logs& logs, const std::string& text) noexcept;
 
 // Starts "LanTuZS.exe" (or, where that is missing, "lantuzs.exe") of the base directory with "AutoLogin", minimised.
 // The current folder is the base directory meanwhile. Failures of the system are silent.
-void launchCompanion(const World& world, const FilePath& baseDirectory);
+void launchCompanion(Processes& processes, Files& files, const FilePath& baseDirectory);
 
 }  // namespace vernoxa

@@ -7,6 +7,7 @@
 #include "link/link_thread.h"
 #include "plugin/plug_in.h"
 #include "plugin/real_world_windows.h"
+#include "plugin/run.h"
 #include "plugin/start_up.h"
 #include "system/log.h"
 #include "system/system_windows.h"
@@ -17,7 +18,7 @@ namespace {
 
 void startLinkThread(std::shared_ptr<Session> session) {
   // The thread's own share of its session: a later load must not take it away.
-  startDetachedThread([session = std::move(session)] { LinkThread(session->services(), session->client()).run(); });
+  startDetachedThread([session = std::move(session)] { runOnLinkThread<runLinkThread>(session->shared()); });
 }
 
 // Lives until the process ends: the link thread runs in it, and nothing ends that thread.

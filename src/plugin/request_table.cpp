@@ -1,9 +1,16 @@
 // The tables of requests: what the companion asks, and what the link thread asks. A new request is one row here and one
 // function in the file it belongs to.
+#include "plugin/request_table.h"
+
+#include "bom/bom_handlers.h"
+#include "checks/report_handlers.h"
+#include "designs/design_handlers.h"
 #include "designs/thread_handlers.h"
 #include "modules/placing_handlers.h"
 #include "plugin/bom_line_members.h"
-#include "plugin/companion_handlers.h"
+#include "plugin/run.h"
+#include "views/reference_handlers.h"
+#include "views/view_handlers.h"
 
 namespace vernoxa {
 namespace {
@@ -38,54 +45,54 @@ constexpr Answer placed = answers().orFails("Asks, in Chinese, to open the page 
 
 // clang-format off
 constexpr HandlerRow companionRows[] = {
-  {"GetActiveProPages", getActiveProPages, needs(), calls("GetActiveProPages"),
+  {"GetActiveProPages", run<getActiveProPages>, needs(), calls("GetActiveProPages"),
     answers(text("ErrInfo", "Always empty.").oneOf(""), objects("Open", openProject, "The open projects."))
         .orFailsInData("The host's error, or nothing when no project is open."),
     "Lists the open projects with their pages."},
-  {"SetPlacePortType", setPlacePortType,
+  {"SetPlacePortType", run<setPlacePortType>,
     needs(number("Type", "Kind of port, as the host's KX_PlaceWirePort numbers them.")), calls("KX_PlaceWirePort"),
     answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
     "Places ports on wires."},
-  {"SetPlaceOffpageType", setPlaceOffpageType,
+  {"SetPlaceOffpageType", run<setPlaceOffpageType>,
     needs(number("Type", "Kind of connector, as the host's KX_PlaceWireOffPage numbers them.")),
     calls("KX_PlaceWireOffPage"),
     answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
     "Places off-page connectors on wires."},
-  {"AdjustRefAndValue", adjustRefAndValue, needs(), calls("ReplaceRefAndValue"), hostsWord,
+  {"AdjustRefAndValue", run<adjustRefAndValue>, needs(), calls("ReplaceRefAndValue"), hostsWord,
     "Moves reference and value texts to their places."},
-  {"RenameRef", renameRef, needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
+  {"RenameRef", run<renameRef>, needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
     calls("RenameRef"), hostsWord, "Numbers the reference designators again."},
-  {"GetOlbObjectPackageInfo", getOlbObjectPackageInfo,
+  {"GetOlbObjectPackageInfo", run<getOlbObjectPackageInfo>,
     needs(libraryPath, text("ObjName", "Name of a part in the library.")), calls("GetOlbObjectPackage"),
     isFollowedBy("GetOlbObjectPackageInfo_EndResult"), "Has the package report of one library part sent."},
-  {"GetDsnAllPackageInfo", getDsnAllPackageInfo, needs(designPath), calls("GetAllPackage"),
+  {"GetDsnAllPackageInfo", run<getDsnAllPackageInfo>, needs(designPath), calls("GetAllPackage"),
     isFollowedBy("GetDsnAllPackageInfo_EndResult"), "Has the package report of a design sent."},
-  {"GetOlbAllPackageInfo", getOlbAllPackageInfo, needs(libraryPath), calls("GetOlbAllPackage"),
+  {"GetOlbAllPackageInfo", run<getOlbAllPackageInfo>, needs(libraryPath), calls("GetOlbAllPackage"),
     isFollowedBy("GetOlbAllPackageInfo_EndResult"), "Has the package report of a library sent."},
-  {"DsnCheck", dsnCheck, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
+  {"DsnCheck", run<dsnCheck>, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
     "Checks a design; findings come as messages of their own."},
-  {"DsnCheckActiveProj", dsnCheckActiveProj, needs(designPath), calls("RunCheckActiveProj"),
+  {"DsnCheckActiveProj", run<dsnCheckActiveProj>, needs(designPath), calls("RunCheckActiveProj"),
     isFollowedBy("DsnCheck_Result"), "Checks the active project in the same way."},
-  {"JumpToDsn", jumpToDsn,
+  {"JumpToDsn", run<jumpToDsn>,
     needs(designPath,
           text("PageName", "Name of the page; a backslash in it is written [;fanxiegan;], as findings do."),
           text("PagePos", "Where on the page: x, a space, y, in the host's units, as a finding gave it."),
           text("Sch", "Name of the schematic that the page belongs to.")),
     calls("JumpToDsn"), answers(), "Opens a page and goes to a position on it."},
-  {"AutoDealwithDsn", autoDealwithDsn,
+  {"AutoDealwithDsn", run<autoDealwithDsn>,
     needs(designPath, optional(text("id", "Identifier that comes back in the answer; one of the values as well.")),
           optional(text("*", "A value for the host, under any name. The values are handed over in their order."))),
     calls("AutoDeal"), answers(text("id", "The request's id, empty when it had none.")),
     "Has the host treat a design with the given values."},
-  {"SelectModule", selectModule,
+  {"SelectModule", run<selectModule>,
     needs(optional(text("priceK", "Kept, and not used.")).keptIn(&Place::priceK),
           optional(text("pinPrice", "Kept, and not used.")).keptIn(&Place::pinPrice),
           optional(text("ProjectPath", "Not used: the page is one of the active design.")),
           text("Page", "Name of the page.")),
     calls("getSelectPart"), answers(), "Has the selected parts of a page offered as a module."},
-  {"ClearCurrentDesign", clearCurrentDesign, needs(), calls("ClearCurrentDesign"), answers(),
+  {"ClearCurrentDesign", run<clearCurrentDesign>, needs(), calls("ClearCurrentDesign"), answers(),
     "Clears the current design."},
-  {"PlaceDsnLibPartModule", placeDsnLibPartModule,
+  {"PlaceDsnLibPartModule", run<placeDsnLibPartModule>,
     needs(textOrNumber("PartIndex", "Which section of the part, counted from 0; getSelfUserId answers it from then on.")
               .keptIn(&Place::PartIndex),
           optional(text("Designator", "Letter of the section; empty when the part has one section."))
@@ -106,7 +113,7 @@ constexpr HandlerRow companionRows[] = {
     calls("MenuCommand", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox", "placeLibPart", "setPinNum",
           "setPlaceMarketFlag", "PlaceNew"),
     placed, "Has the user place one part of a downloaded library.", placing},
-  {"PlaceDSNModule", placeDsnModule,
+  {"PlaceDSNModule", run<placeDsnModule>,
     needs(optional(text("sumPins", "Kept, and not used.")).keptIn(&Place::sumPins),
           optional(text("price", "Kept, and not used.")).keptIn(&Place::price),
           modulePath,
@@ -120,7 +127,7 @@ constexpr HandlerRow companionRows[] = {
               .keptIn(&Place::selfModule)),
     calls("IsSchematicViewActive", "UnSelectAll", "placeLibPart", "setPinNum", "setPlaceMarketFlag", "PlaceNew"),
     placed, "Has the user place a downloaded module.", placing},
-  {"GenerateBOM", generateBom,
+  {"GenerateBOM", run<generateBom>,
     needs(designPath,
           optional(text("PartNumberKey", "Property that is the part number; Part Number when it is empty.")),
           optional(text("PartNameKey", "Property that is the part name; Part Name when it is empty."))),
@@ -130,32 +137,32 @@ constexpr HandlerRow companionRows[] = {
             objects("NotStick", bomLine, "Parts that are not fitted."),
             objects("NotPartNumber", bomLine, "Parts without a part number, whatever other list they are in.")),
     "Makes the bill of materials and answers its three lists."},
-  {"JumpToPartRef", jumpToPartRef,
+  {"JumpToPartRef", run<jumpToPartRef>,
     needs(optional(text("ProjectPath", "Full path of an open design. Without it the request is refused.")),
           optional(text("PartRef", "Reference designator. Without it the request fails."))),
     calls("gotoLocation"),
     answers().orFails("\"No PartRef\" without one, \"exec error\" when the host's procedure ends in an error."),
     "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
-  {"CheckOpenState", checkOpenState,
+  {"CheckOpenState", run<checkOpenState>,
     needs(text("ProjectPath", "Full path of a design; either separator and either case will do.")), calls("InitPath"),
     answers(text("State", "Whether the host has it open.").oneOf("Open|Close")),
     "Tells whether a design is open in the host."},
-  {"SwitchStickOrNotStick", switchStickOrNotStick, needs(), calls("switchStickOrNotStick"),
+  {"SwitchStickOrNotStick", run<switchStickOrNotStick>, needs(), calls("switchStickOrNotStick"),
     answers(text("ErrInfo", "What the host answered.")), "Switches the selected parts' fitting."},
-  {"SetToNotStick", setToNotStick, needs(designPath, objects("item", reference, "The parts to mark.")),
+  {"SetToNotStick", run<setToNotStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
     calls("setRefToNotUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as not fitted."},
-  {"SetToStick", setToStick, needs(designPath, objects("item", reference, "The parts to mark.")),
+  {"SetToStick", run<setToStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
     calls("setRefToUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as fitted."},
-  {"Cancel", cancel, needs(designPath), calls(),
+  {"Cancel", run<cancel>, needs(designPath), calls(),
     answers(text("ExitCommand", "The path between double quotes, in UTF-8.")),
     "Answers the path with which the host ends its view."},
-  {"ExitBomViewMode", exitBomViewMode, needs(designPath),
+  {"ExitBomViewMode", run<exitBomViewMode>, needs(designPath),
     calls("LockBomView", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Leaves the BOM view."},
-  {"EnterBomViewMode", enterBomViewMode,
+  {"EnterBomViewMode", run<enterBomViewMode>,
     needs(designPath, texts("Stick", "Reference designators of the parts that are fitted; all others are not.")),
     calls("setAllNotStick", "setEnterViewMode", "LockBomView", "saveFile", "ZoomIn", "ZoomOut"), answers(),
     "Enters the BOM view with the given parts fitted."},
-  {"GetPartPropertyList", getPartPropertyList, needs(designPath), calls("getAllPropertyName"),
+  {"GetPartPropertyList", run<getPartPropertyList>, needs(designPath), calls("getAllPropertyName"),
     answers(text("PartNameProperty", "Property that is the part name unless GenerateBOM is given another.")
                 .oneOf("Part Name"),
             text("PartNumberProperty", "Property that is the part number unless GenerateBOM is given another.")
@@ -163,16 +170,16 @@ constexpr HandlerRow companionRows[] = {
             texts("PropertyList", "Names of all properties of the design's parts."))
         .withEmptyErrInfo().orFails("The host's error, or nothing when there is no property."),
     "Lists the property names of a design."},
-  {"SetNewGuid", setNewGuid, needs(designPath), calls("getGuid"),
+  {"SetNewGuid", run<setNewGuid>, needs(designPath), calls("getGuid"),
     answers(text("Guid", "The new identifier, as the host gave it."))
         .withEmptyErrInfo().orFails("The host's error, or its answer that begins with Invalid."),
     "Gives a design a new identifier."},
-  {"CreateSVG", createSvg, needs(designPath), calls("convertToSVG"),
+  {"CreateSVG", run<createSvg>, needs(designPath), calls("convertToSVG"),
     answers(text("SVGPath", "Folder of the page files: Cache\\Output below the project's folder."),
             text("PreviewPic", "Preview.bmp in that folder, whether or not there is such a file."))
         .withEmptyErrInfo().orFails("The host's error, or nothing when it answered nothing."),
     "Exports the drawings of a design."},
-  {"CloseOrcad", closeOrcad, needs(), calls("Exit"), answersNothing(), "Closes the host."},
+  {"CloseOrcad", run<closeOrcad>, needs(), calls("Exit"), answersNothing(), "Closes the host."},
 };
 static_assert(namesDiffer(companionRows), "two rows of one name");
 
@@ -182,30 +189,30 @@ constexpr Answer firstDesign = answers(text("ProjectPath", "Path of the first op
     .orFails("\"No file!\": no design is open.");
 
 constexpr HandlerRow threadRows[] = {
-  {"GetNetsList", getNetsList, needs(text("ProjectPath", "Full path of an open design.")),
+  {"GetNetsList", run<getNetsList>, needs(text("ProjectPath", "Full path of an open design.")),
     calls("GetNetsList"),
     answers(text("netlistsFile", "Full path of the nets' file: Cache\\Nets.txt below the project's folder."),
             text("datFile", "What the host answered."))
         .orFails("The host's error or its answer that begins with Error; \"File not exist\" when it wrote no file."),
     "Writes the nets of a design into a file and names it."},
-  {"getDsnPinCount", getDsnPinCount,
+  {"getDsnPinCount", run<getDsnPinCount>,
     needs(optional(text("ProjectPath", "Path of an open design. It may stand beside \"Command\" instead."))),
     calls("getDsnPinCount"),
     answers(text("PinCount", "Number of pins in decimal digits, or -1 when the host does not have the design.")),
     "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host does "
     "not have it."},
-  {"GetNewOpenPath", getNewOpenPath, needs(), calls("InitPath"),
+  {"GetNewOpenPath", run<getNewOpenPath>, needs(), calls("InitPath"),
     answers(optional(text("ProjectPath", "Path of the first open design not yet reported, as the host gave it.")),
             text("CloseFile", "Paths of the reported designs that are no longer open, with ; between them."))
         .orFails("\"No file!\": no design is open."),
     "Names the first open design not yet reported, and the reported ones that were closed."},
-  {"FileStatus", fileStatus,
+  {"FileStatus", run<fileStatus>,
     needs(optional(text("Status", "What happened to the design.").oneOf("Open|Save|Close")),
           optional(text("FileName", "Full path of the design. Without it or \"Status\" nothing is passed on.")),
           optional(text("*", "Passed on as it is."))),
     calls("InitPath", "sendPacketGlobalHandle"), firstDesign,
     "Passes a design's status on to the companion and lists the open designs again."},
-  {"creatClient", creatClient, needs(), calls("creatClient"),
+  {"creatClient", run<creatClient>, needs(), calls("creatClient"),
     answers().orFails("\"creat client failed!\": the host answered something else than 0."),
     "Has the host's scripts connect to the companion."},
 };
@@ -220,6 +227,16 @@ std::span<const HandlerRow> companionHandlers() {
 
 std::span<const HandlerRow> threadHandlers() {
   return threadRows;
+}
+
+const Endpoint& companionEndpoint() {
+  static const Endpoint endpoint{companionHandlers(), run<applyReply>, "command error"};
+  return endpoint;
+}
+
+const Endpoint& linkEndpoint() {
+  static const Endpoint endpoint{threadHandlers(), nullptr, "command1 error"};
+  return endpoint;
 }
 
 }  // namespace vernoxa

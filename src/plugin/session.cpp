@@ -4,19 +4,32 @@
 
 namespace vernoxa {
 
+SharedParts::SharedParts(World& world, const Logs& crashLogs, const Directories& directories)
+    : logs_(crashLogs, directories.logDirectory),
+      text_(world.codePage, world.messages),
+      project_(directories.baseDirectory),
+      paths_(text_, world.files, logs_),
+      fileStatus_(paths_, text_, world.files, world.processes, hostExecutable_, project_),
+      client_(world.sockets, world.clock, world.output, logs_),
+      parts_(world.clock, world.files, world.processes, world.sockets, world.output, logs_, text_, project_,
+             hostExecutable_, paths_, fileStatus_, link_, client_) {}
+
 Session::Session(World& world, const Logs& crashLogs, Directories directories)
     : directories_(std::move(directories)),
-      logs_(crashLogs, directories_.logDirectory),
-      text_(world.codePage, world.messages),
-      services_{world, logs_, state_, text_},
-      client_(world, logs_),
-      packetLock_{world.locks.create()},
-      pageExport_(state_.folder, world.files, world.processes, world.clock, text_),
-      graphicLibrary_(state_.folder, world.files, world.processes, text_),
-      parts_(services_, text_, packetLock_, directories_, pageExport_, graphicLibrary_, moduleDocument_) {
-  state_.folder.set(directories_.baseDirectory);
-  state_.installDirectory = directories_.baseDirectory;
-  state_.logDirectory = directories_.logDirectory;
-}
+      shared_(world, crashLogs, directories_),
+      sender_(part<const Logs>(), world.messages),
+      designs_(part<MessagePaths>(), part<const TextConverter>(), part<CompanionLink>()),
+      libraries_(directories_.baseDirectory, part<HostExecutable>(), placement_, world.files, world.random,
+                 part<const TextConverter>(), part<const Logs>()),
+      placer_(placement_, libraries_, world.files, part<const TextConverter>(), part<const Logs>()),
+      query_(part<CompanionLink>(), world.sockets, world.clock, world.output, part<const Logs>()),
+      pageExport_(part<ProjectFolder>(), world.files, world.processes, world.clock, part<const TextConverter>()),
+      graphicLibrary_(part<ProjectFolder>(), world.files, world.processes, part<const TextConverter>()),
+      clipboardPicture_(world.clipboard, world.clock, world.pictures, world.files, world.processes,
+                        part<ProjectFolder>(), part<const TextConverter>(), part<const Logs>()),
+      dispatcher_(part<const Logs>(), world.messages, world.output, world.locks.create(), placement_, *this),
+      parts_(world.guids, world.registry, world.messages, world.clipboard, world.desktop, directories_, placement_,
+             sender_, designs_, libraries_, placer_, query_, resourcePaths_, moduleDocument_, pageExport_,
+             graphicLibrary_, clipboardPicture_, dispatcher_) {}
 
 }  // namespace vernoxa

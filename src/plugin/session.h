@@ -3,20 +3,77 @@
 
 #include <string>
 #include <tuple>
+#include <type_traits>
 
-#include "dispatch/packet_door.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
+#include "designs/open_designs.h"
+#include "desktop/clipboard_picture.h"
+#include "dispatch/companion_sender.h"
+#include "dispatch/dispatcher.h"
+#include "dispatch/placement_context.h"
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
+#include "link/companion_link.h"
+#include "link/file_status.h"
 #include "link/socket_client.h"
+#include "modules/companion_query.h"
+#include "modules/library_files.h"
 #include "modules/module_document.h"
+#include "modules/placement.h"
+#include "modules/request_commands.h"
 #include "plugin/installation.h"
 #include "system/log.h"
+#include "system/shared_path.h"
 #include "system/world.h"
 #include "text/code_page.h"
+#include "text/message_paths.h"
 
 namespace vernoxa {
+
+template <class Part, class... Parts>
+constexpr bool isAmong(const std::tuple<Parts&...>*) {
+  return (std::is_same_v<std::remove_const_t<Part>, std::remove_const_t<Parts>> || ...);
+}
+
+// The part of that type in a tuple of references.
+template <class Part, class... Parts>
+Part& partIn(const std::tuple<Parts&...>& parts) {
+  if constexpr ((std::is_same_v<Part, Parts> || ...)) {
+    return std::get<Part&>(parts);
+  } else {
+    return std::get<std::remove_const_t<Part>&>(parts);
+  }
+}
+
+// What the host's thread and the link thread share: the operating system, and classes that guard themselves.
+class SharedParts {
+ public:
+  SharedParts(World& world, const Logs& crashLogs, const Directories& directories);
+
+  template <class Part>
+  static constexpr bool has() {
+    return isAmong<Part>(static_cast<const Parts*>(nullptr));
+  }
+  template <class Part>
+  Part& part() {
+    static_assert(has<Part>(), "this part belongs to the host's thread");
+    return partIn<Part>(parts_);
+  }
+
+ private:
+  using Parts =
+      std::tuple<Clock&, Files&, Processes&, Sockets&, StandardOutput&, const Logs&, const TextConverter&,
+                 ProjectFolder&, HostExecutable&, MessagePaths&, const FileStatus&, CompanionLink&, SocketClient&>;
+
+  Logs logs_;
+  TextConverter text_;
+  ProjectFolder project_;
+  HostExecutable hostExecutable_;
+  MessagePaths paths_;
+  FileStatus fileStatus_;
+  CompanionLink link_;
+  SocketClient client_;
+  Parts parts_;
+};
 
 // Held by shared ownership: by the process until the next load, by each command while it runs, and by the link thread
 // for ever, so that a load inside a command or beside the thread leaves both on valid memory.
@@ -24,30 +81,41 @@ class Session {
  public:
   Session(World& world, const Logs& crashLogs, Directories directories);
 
-  Services& services() { return services_; }
-  SocketClient& client() { return client_; }
-  const Directories& directories() const { return directories_; }
+  SharedParts& shared() { return shared_; }
 
-  // The part of that type, as the rows of the command table ask for it.
+  // The part of that type, as the functions in the rows of the tables name it.
   template <class Part>
   Part& part() {
-    return std::get<Part&>(parts_);
+    if constexpr (SharedParts::has<Part>()) {
+      return shared_.part<Part>();
+    } else {
+      return partIn<Part>(parts_);
+    }
   }
 
+  std::string language = "EN";
+
  private:
-  Directories directories_;
-  GlobalState state_;
-  Logs logs_;
-  TextConverter text_;
-  Services services_;
-  SocketClient client_;
-  PacketLock packetLock_;
+  using Parts =
+      std::tuple<GuidSource&, Registry&, UserMessages&, Clipboard&, Desktop&, const Directories&, PlacementContext&,
+                 const CompanionSender&, OpenDesigns&, LibraryFiles&, ModulePlacer&, const CompanionQuery&,
+                 ResourcePaths&, ModuleDocument&, PageExport&, GraphicLibrary&, const ClipboardPicture&, Dispatcher&>;
+
+  const Directories directories_;
+  SharedParts shared_;
+  PlacementContext placement_;
+  CompanionSender sender_;
+  OpenDesigns designs_;
+  LibraryFiles libraries_;
+  ModulePlacer placer_;
+  CompanionQuery query_;
+  ResourcePaths resourcePaths_;
+  ModuleDocument moduleDocument_;
   PageExport pageExport_;
   GraphicLibrary graphicLibrary_;
-  ModuleDocument moduleDocument_;
-  std::tuple<Services&, const TextConverter&, PacketLock&, const Directories&, PageExport&, GraphicLibrary&,
-             ModuleDocument&>
-      parts_;
+  ClipboardPicture clipboardPicture_;
+  Dispatcher dispatcher_;
+  Parts parts_;
 };
 
 }  // namespace vernoxa

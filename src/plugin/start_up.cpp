@@ -41,7 +41,7 @@ constexpr Literal script =
 // The former session stays with whoever still runs in it: its thread, or a command further down the stack.
 void replaceSession(PlugIn& plugIn) {
   if (plugIn.session) {
-    plugIn.session->client().retire();
+    plugIn.session->part<SocketClient>().retire();
     plugIn.session.reset();
   }
   plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
@@ -49,20 +49,21 @@ void replaceSession(PlugIn& plugIn) {
 
 void startCompanion(PlugIn& plugIn) {
   try {
-    launchCompanion(plugIn.world, plugIn.session->directories().baseDirectory);
+    launchCompanion(plugIn.world.processes, plugIn.world.files,
+                    plugIn.session->part<const Directories>().baseDirectory);
   } catch (...) {
     plugIn.world.messages.show(u8"澜图助手启动失败", MessageIcon::none);
   }
 }
 
 void applyConfiguration(PlugIn& plugIn) {
-  const FilePath file = plugIn.session->directories().configurationFile;
+  const FilePath file = plugIn.session->part<const Directories>().configurationFile;
   const auto configuration = parseConfiguration(plugIn.world.files.readStart(file, longestOutsideJson + 1).value_or(""),
-                                                plugIn.session->services().logs);
+                                                plugIn.session->part<const Logs>());
   if (configuration && configuration->language) {
-    plugIn.session->services().state.language = *configuration->language;
+    plugIn.session->language = *configuration->language;
   }
-  const bool running = processIdFromName(plugIn.world, plugIn.crashLogs, "lantuzs") != 0;
+  const bool running = processIdFromName(plugIn.world.processes, plugIn.crashLogs, "lantuzs") != 0;
   if (!running && configuration && configuration->startCompanion) {
     startCompanion(plugIn);
   }
@@ -82,12 +83,12 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     TclScriptHost host(interp);
     const Evaluation result = host.evaluate(startUpScript());
     replaceSession(plugIn);
-    // Ours from here on: a script of the host may load the plug-in anew meanwhile.
+    // Ours from here on: a script of the host may load the plug-in again meanwhile.
     const std::shared_ptr<Session> session = plugIn.session;
     applyConfiguration(plugIn);
-    setOrcadInstallPath(host, session->services());
+    const auto& logs = session->part<const Logs>();
+    setOrcadInstallPath(host, plugIn.world.registry, plugIn.world.files, logs, session->part<HostExecutable>());
     plugIn.startLinkThread(session);
-    const Logs& logs = session->services().logs;
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
     if (!result.ok) {  // a second editor, say, whose port for the link thread is taken

@@ -1,40 +1,40 @@
+#include "views/reference_handlers.h"
+
 #include "dispatch/script_values.h"
-#include "plugin/companion_handlers.h"
-#include "tcl/script.h"
 #include "tcl/script_host.h"
 #include "text/text.h"
 
 namespace vernoxa {
 
-Outcome adjustRefAndValue(const Request&, HandlerContext& context) {
-  return doneOrFailure(context, Script("ReplaceRefAndValue"));
+Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text) {
+  return doneOrFailure(host, text, Script("ReplaceRefAndValue"));
 }
 
-Outcome renameRef(const Request& request, HandlerContext& context) {
-  return doneOrFailure(context, Script("RenameRef ").number(request.number("Type")));
+Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& text) {
+  return doneOrFailure(host, text, Script("RenameRef ").number(request.number("Type")));
 }
 
-Outcome jumpToDsn(const Request& request, HandlerContext& context) {
+Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& text) {
   // A page name travels with its backslashes written out, as in the names of page files.
-  const std::string page = replaceAll(scriptValue(request, context, "PageName"), "[;fanxiegan;]", "\\\\");
+  const std::string page = replaceAll(scriptValue(request, text, "PageName"), "[;fanxiegan;]", "\\\\");
   Script script("JumpToDsn ");
-  script.quoted(doubleBackslashes(projectPath(request, context))).literal(" ");
-  script.quoted(scriptValue(request, context, "Sch")).literal(" ").quoted(page);
-  script.literal(" [list ").bare(scriptValue(request, context, "PagePos")).literal("]");
-  context.host.evaluate(script);
+  script.quoted(doubleBackslashes(projectPath(request, text))).literal(" ");
+  script.quoted(scriptValue(request, text, "Sch")).literal(" ").quoted(page);
+  script.literal(" [list ").bare(scriptValue(request, text, "PagePos")).literal("]");
+  host.evaluate(script);
   return Outcome::success();
 }
 
-Outcome jumpToPartRef(const Request& request, HandlerContext& context) {
+Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& text) {
   if (!request.data.member("PartRef").text()) {
-    return Outcome::failure("No PartRef", stoppedEarly);
+    return Outcome::failed("No PartRef");
   }
   if (!request.data.member("ProjectPath").text()) {
-    return {stoppedEarly, std::nullopt};
+    return Outcome::refused();
   }
   Script script("gotoLocation ");
-  script.quoted(projectPath(request, context)).literal(" ").bare(scriptValue(request, context, "PartRef"));
-  return context.host.evaluate(script).ok ? Outcome::success() : Outcome::failure("exec error");
+  script.quoted(projectPath(request, text)).literal(" ").bare(scriptValue(request, text, "PartRef"));
+  return host.evaluate(script).ok ? Outcome::success() : Outcome::failed("exec error");
 }
 
 }  // namespace vernoxa

@@ -4,10 +4,7 @@
 #include <cstdint>
 #include <exception>
 
-#include "dispatch/services.h"
 #include "system/log.h"
-#include "system/user_messages.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -57,40 +54,33 @@ DecodedPacket messageOf(std::string_view packetText) {
   return decoded;
 }
 
-int encodePacket(const Services& services, std::string_view message, std::string& packetText) {
+Result<std::string> encodePacket(std::string_view message, LogWriter& log) {
   try {
-    LogWriter log = services.logs.openTraffic();
-    packetText.clear();
     if (message.empty()) {
-      return 0;
+      return std::string();
     }
     if (log.enabled()) {
       log.writeLine(std::string("return data:").append(message));
     }
-    packetText = packetTextOf(message);
+    std::string packetText = packetTextOf(message);
     log.writeLine(packetText);
-    return 0;
+    return packetText;
   } catch (const std::exception&) {
-    services.world.messages.show(u8"发送的数据异常", MessageIcon::none);
-    return -1;
+    return Failure::inBox(u8"发送的数据异常");
   }
 }
 
-int decodePacket(const Services& services, std::string_view packetText, std::string& message) {
+Result<std::string> decodePacket(std::string_view packetText, LogWriter& log) {
   try {
-    LogWriter log = services.logs.openTraffic();
     log.writeLine("====================decodePacket");
     DecodedPacket decoded = messageOf(packetText);
-    message = std::move(decoded.message);
     if (decoded.valid) {
-      log.writeLine(message);
-      return 0;
+      log.writeLine(decoded.message);
+      return std::move(decoded.message);
     }
-  } catch (const std::exception&) {
-    message.clear();
+  } catch (const std::exception&) {  // memory: as what cannot be read
   }
-  services.world.messages.show(u8"接收的数据异常", MessageIcon::none);
-  return -1;
+  return Failure::inBox(u8"接收的数据异常");
 }
 
 }  // namespace vernoxa

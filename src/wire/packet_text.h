@@ -4,9 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "wire/failure.h"
+
 namespace vernoxa {
 
-struct Services;
+class LogWriter;
 
 struct DecodedPacket {
   std::string message;  // what was decoded before the first fault
@@ -18,10 +20,9 @@ std::string packetTextOf(std::string_view message);
 // Takes upper and lower case digits. An odd last digit is dropped.
 DecodedPacket messageOf(std::string_view packetText);
 
-// The same with entries in the traffic log and message boxes, as the packet doors and senders use them. 0 or -1.
-// A failure (a fault in the text, memory) shows "发送的数据异常" or "接收的数据异常" and leaves the output as far as
-// built.
-int encodePacket(const Services& services, std::string_view message, std::string& packetText);
-int decodePacket(const Services& services, std::string_view packetText, std::string& message);
+// The same with entries in the traffic log. A failure (a fault in the text, memory) is for a box, "发送的数据异常" or
+// "接收的数据异常".
+Result<std::string> encodePacket(std::string_view message, LogWriter& log);
+Result<std::string> decodePacket(std::string_view packetText, LogWriter& log);
 
 }  // namespace vernoxa

@@ -14,16 +14,16 @@ using testing::ElementsAre;
 
 class BomCommands : public testing::Test {
  protected:
-  CommandResult run(CommandResult (*command)(CommandCall&, Services&), const Words& words) {
+  CommandResult invoke(CommandResult (*command)(CommandCall&, Session&), const Words& words) {
     with_.fake.messages.forget();
     const TclWords held(words);
     const Arguments arguments = held.arguments();
     CommandCall call{arguments, host_};
-    return command(call, with_.services);
+    return command(call, with_.session);
   }
 
   TclInterp interp_;  // Tcl's objects need its library started
-  FakeServices with_;
+  FakeSession with_;
   FakeScriptHost host_;
 };
 
@@ -48,32 +48,32 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
       {"1;a;R1;RES;0603;2 {", "", 0},                              // no list
   };
   const struct {
-    CommandResult (*command)(CommandCall&, Services&);
+    CommandResult (*command)(CommandCall&, Session&);
     const char* name;
     const char* member;
     const char* box;
   } commands[] = {
-      {sendAddToBom, "AddToBom", "Stick", "??BOM??"},
-      {sendRemoveFromBom, "RemoveFromBom", "NotStick", "?BOM?????"},
+      {run<sendAddToBom>, "AddToBom", "Stick", "??BOM??"},
+      {run<sendRemoveFromBom>, "RemoveFromBom", "NotStick", "?BOM?????"},
   };
   for (const auto& command : commands) {
     for (const auto& each : cases) {
-      const CommandResult result = run(command.command, {"send", each.parts});
+      const CommandResult result = invoke(command.command, {"send", each.parts});
       EXPECT_EQ(messageOf(result.text).message, std::string(R"({"Data":{")") + command.member + R"(":[)" + each.lines +
                                                     R"(]},"Command":")" + command.name + R"(","Result":"0"})");
       EXPECT_THAT(with_.fake.messages.shown(),
                   testing::AllOf(testing::SizeIs(each.boxes), testing::Each(std::string(command.box))))
           << each.parts;
     }
-    EXPECT_EQ(run(command.command, {"send"}).text, "");
+    EXPECT_EQ(invoke(command.command, {"send"}).text, "");
   }
 }
 
 TEST_F(BomCommands, TheCompanionIsAskedToRefreshAtOnce) {
-  EXPECT_EQ(run(tryUpdateBom, {"tryUpdateBom"}).text, "");
+  EXPECT_EQ(invoke(run<tryUpdateBom>, {"tryUpdateBom"}).text, "");
   EXPECT_THAT(host_.scripts,
               ElementsAre("sendPacketGlobalHandle \"" + packetTextOf(R"({"Command":"TryUpdateBom"})") + "\""));
-  EXPECT_EQ(run(selectAddOrRemoveFromBom, {"selectAddOrRemoveFromBom"}).text, "1");
+  EXPECT_EQ(invoke(run<selectAddOrRemoveFromBom>, {"selectAddOrRemoveFromBom"}).text, "1");
 }
 
 }  // namespace

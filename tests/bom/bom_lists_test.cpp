@@ -29,7 +29,7 @@ class BomLists : public testing::Test {
   std::string read() {
     host_.scripts.clear();
     with_.fake.messages.forget();
-    const Json data = readBomLists(host_, with_.services);
+    const Json data = readBomLists(host_, with_.text, with_.fake.messages);
     std::string references;
     for (const JsonView list : data.view()) {
       references += references.empty() && list.name() == "Stick" ? "" : "/";
@@ -41,7 +41,7 @@ class BomLists : public testing::Test {
     return references;
   }
 
-  FakeServices with_;
+  FakeSession with_;
   FakeScriptHost host_;
 };
 
@@ -90,10 +90,8 @@ TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
     host_.answer(notFitted, std::string(where) == "conversion" ? utf8(u8"3;电阻;R3;N;F;2") : "3;c;R3;N;F;2");
     with_.fake.codePage.throwing = std::string(where) == "conversion";
     with_.fake.messages.forget();
-    std::string reply;
-    EXPECT_EQ(dispatch(companionHandlers(), Answers::accepted,
-                       R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", reply, host_, with_.services),
-              handled);
+    const std::string reply =
+        with_.replyTo(companionEndpoint(), R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_);
     EXPECT_THAT(with_.fake.messages.shown(), ElementsAre("BOM读取出错")) << where;
     const Json read = Json::parse(reply).document;
     EXPECT_EQ(read.member("Result").text(), "0") << where;

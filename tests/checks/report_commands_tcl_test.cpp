@@ -10,7 +10,7 @@
 namespace vernoxa {
 namespace {
 
-using Command = CommandResult (*)(CommandCall&, Services&);
+using Command = CommandResult (*)(CommandCall&, Session&);
 
 class ReportCommands : public testing::Test {
  protected:
@@ -22,7 +22,7 @@ class ReportCommands : public testing::Test {
     const Arguments given = objects.arguments();
     host_.scripts.clear();
     CommandCall call{given, host_};
-    const CommandResult result = command(call, with_.services);
+    const CommandResult result = command(call, with_.session);
     EXPECT_EQ(result.text, "");
     EXPECT_EQ(result.status, commandDone);
     std::vector<std::string> messages;
@@ -34,7 +34,7 @@ class ReportCommands : public testing::Test {
   }
 
   TclInterp tcl_;  // brings Tcl up for the words
-  FakeServices with_;
+  FakeSession with_;
   FakeScriptHost host_;
 };
 
@@ -53,37 +53,37 @@ TEST_F(ReportCommands, FindingBecomesOneMessage) {
     Words arguments;
     std::string expected;
   } cases[] = {
-      {sendRefRepetition,
+      {run<sendRefRepetition>,
        {"NoRefNum", "R?", "-", "S", "P", "1", "2"},
        finding("1001", "R?", "R?器件未编号", "1 2", "P", "S")},
-      {sendRefRepetition,
+      {run<sendRefRepetition>,
        {"RefRepe", "R1", "R1B", "S", "P", "1", "2"},
        finding("1001", "R1B", "R1位号重名", "1 2", "P", "S")},
-      {sendIllegalChar,
+      {run<sendIllegalChar>,
        {"Value", "1\"k", "S", "P", "-5", ""},
        finding("1002", "1\"k", "Value属性包含非法字符", "-5 ", "P", "S")},
-      {sendPinNc,
+      {run<sendPinNc>,
        {"U3", "7", "S", "A\\B", "10", "20"},
        finding("1003", "U3.7", "引脚未连接", "10 20", "A[;fanxiegan;]B", "S")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"NoFootprint", "R1", "x", page, page, "", ""},
        finding("1004", "R1", "R1器件无封装", " ", "页", "页")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"FootprintDiff", "R1", "x", longPage + "x", longPage + "\\1", "", ""},
        finding("1004", "R1", "R1器件存在多个封装", " ", longPage + "[;fanxiegan;]1", longPage + "x")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"NoPinNumber", "U1", "A", "S", utf8(u8"乗"), "", ""},
        finding("1004", "U1.A", "U1引脚未编号", " ", "乗", "S")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"RepePinName", "U1", "A", "S", "P", "", ""},
        finding("1004", "U1.A", "U1引脚名重复", " ", "P", "S")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"RepePinNum", "U1", "3", "S", "P", "", ""},
        finding("1004", "U1.3", "U1引脚编号重复", " ", "P", "S")},
-      {sendNetlist,
+      {run<sendNetlist>,
        {"ValueDiff", "R1", "10k", "S", "P", "", ""},
        finding("1004", "R1(10k)", "R1同一器件Value值不同", " ", "P", "S")},
-      {sendPinNc, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
+      {run<sendPinNc>, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, each.arguments), std::vector{each.expected});
@@ -94,13 +94,16 @@ TEST_F(ReportCommands, CallWithoutFindingEndsItsCheck) {
   const struct {
     Command command;
     const char* id;
-  } cases[] = {{sendRefRepetition, "1001"}, {sendIllegalChar, "1002"}, {sendPinNc, "1003"}, {sendNetlist, "1004"}};
+  } cases[] = {{run<sendRefRepetition>, "1001"},
+               {run<sendIllegalChar>, "1002"},
+               {run<sendPinNc>, "1003"},
+               {run<sendNetlist>, "1004"}};
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, {}), std::vector{std::string(R"({"Command":"DsnCheck_EndResult","Data":{"id":")") +
                                                   each.id + R"("},"Result":"0","ErrInfo":""})"});
   }
   for (const char* kind : {"", "norefnum", "NoRefNum ", "ValueDiff"}) {
-    EXPECT_TRUE(sent(sendRefRepetition, {kind, "R1", "", "S", "P", "1", "2"}).empty()) << kind;
+    EXPECT_TRUE(sent(run<sendRefRepetition>, {kind, "R1", "", "S", "P", "1", "2"}).empty()) << kind;
   }
 }
 
@@ -111,37 +114,38 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
     std::string list;
     std::string expected;
   } cases[] = {
-      {sendDsnPackageInfo, "", R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
-      {sendDsnPackageInfo, "{Name U1} {Value 10k} {short} {ID 7} {Path C:\\\\a} {Reference R1}",
+      {run<sendDsnPackageInfo>, "",
+       R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
+      {run<sendDsnPackageInfo>, "{Name U1} {Value 10k} {short} {ID 7} {Path C:\\\\a} {Reference R1}",
        R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Value":"10k","Path":"C:\\a",}]}})"},
-      {sendOlbPackageInfo, "{Lib C:\\\\lib\\\\a.olb} {ID 7} {Designator A extra}",
+      {run<sendOlbPackageInfo>, "{Lib C:\\\\lib\\\\a.olb} {ID 7} {Designator A extra}",
        R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\\lib\\a.olb","ID":"7",)"
        R"("Designator":"A"}]}})"},
-      {sendOlbObjectPackageInfo,
+      {run<sendOlbObjectPackageInfo>,
        "{Lib C:\\\\lib\\\\a.olb} {{Part Reference} R} {" + utf8(u8"名") + " " + utf8(u8"贴片电阻") + "}",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")" +
            resistor + R"("}]}})"},
-      {sendDsnPackageInfo,
+      {run<sendDsnPackageInfo>,
        "{Name x} {ID x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} {Reference x} "
        "{Designator x} {{Part Reference} x} {{Pin Names Rotate} x}",
        R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Pin Names Rotate":"x"}]}})"},
-      {sendOlbPackageInfo,
+      {run<sendOlbPackageInfo>,
        "{Name x} {{Pin Numbers Visible} x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} "
        "{{Pin Names Visible} x} {{Pin Names Rotate} x} {{Part Reference} x} {Reference x}",
        R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
-      {sendOlbObjectPackageInfo, "{broken",
+      {run<sendOlbObjectPackageInfo>, "{broken",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, {each.list}), std::vector{each.expected}) << each.list;
   }
-  EXPECT_EQ(sent(sendDsnPackageInfo, {}), sent(sendDsnPackageInfo, {""}));
+  EXPECT_EQ(sent(run<sendDsnPackageInfo>, {}), sent(run<sendDsnPackageInfo>, {""}));
 }
 
 TEST_F(ReportCommands, AnswerOfTheSenderIsLogged) {
   with_.enableTraffic();
   host_.answer("sendPacketGlobalHandle", "no connection", false);
-  sent(sendPinNc, {});
+  sent(run<sendPinNc>, {});
   EXPECT_TRUE(with_.traffic().ends_with("sendPacketGlobalHandle \"no connection\"")) << with_.traffic();
 }
 

@@ -25,8 +25,8 @@ class HostDiscovery : public testing::Test {
  protected:
   std::string discover(const std::string& hostVersion) {
     host.answer("GetProductVersion", hostVersion);
-    setOrcadInstallPath(host, fake.services);
-    return fake.state.hostExecutable.get().utf8();
+    setOrcadInstallPath(host, fake.fake.registry, fake.fake.files, fake.logs, fake.hostExecutable);
+    return fake.hostExecutable.get().utf8();
   }
   std::vector<std::string> readLocations() {
     std::vector<std::string> found;
@@ -38,7 +38,7 @@ class HostDiscovery : public testing::Test {
   FakeRegistry& registry() { return fake.fake.registry; }
   FakeFiles& files() { return fake.fake.files; }
 
-  FakeServices fake;
+  FakeSession fake;
   FakeScriptHost host;
 };
 
@@ -118,7 +118,7 @@ TEST_F(HostDiscovery, WithoutAMatchTheSearchBeginsAtTheDrivesRoot) {
 }
 
 TEST_F(HostDiscovery, AnExceptionGoesToTheCrashLogAndLeavesTheStateAsItWas) {
-  fake.state.hostExecutable.set(pathOf("before"));
+  fake.hostExecutable.set(pathOf("before"));
   host.during = [](const std::string&) { throw std::bad_alloc(); };
   EXPECT_EQ(discover("17.4"), "before");
   EXPECT_EQ(fake.crashes(), "setOrcadInstallPath");

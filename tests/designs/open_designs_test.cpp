@@ -13,13 +13,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class OpenDesignsTest : public testing::Test, protected FakeServices {
+class OpenDesignsTest : public testing::Test, protected FakeSession {
  protected:
   Json run(const std::string& command, const std::string& rest = "") {
-    std::string reply;
-    dispatch(threadHandlers(), Answers::unknown, R"({"Command":")" + command + "\"" + rest + "}", reply, host_,
-             services);
-    return Json::parse(reply).document;
+    return Json::parse(replyTo(linkEndpoint(), R"({"Command":")" + command + "\"" + rest + "}", host_)).document;
   }
   // "opened|closed", "-" for a member that is not there, or the failure.
   std::string newPaths() {
@@ -65,7 +62,7 @@ TEST_F(OpenDesignsTest, NoFileKeepsWhatWasTold) {
   status("Open", "a.dsn");
   open("a.opj;;b.Dsn");
   EXPECT_EQ(newPaths(), "No file!");
-  EXPECT_THAT(state.openDesigns, IsEmpty());
+  EXPECT_THAT(part<OpenDesigns>().all(), IsEmpty());
   open("b.dsn");
   EXPECT_EQ(newPaths(), "b.dsn|a.dsn");
 }
@@ -155,7 +152,7 @@ TEST_F(OpenDesignsTest, WhatTheCompanionMissedIsReportedAgain) {
   reportBoth();
   run("creatClient");  // the same connection
   EXPECT_EQ(newPaths(), "-|");
-  state.link.setClientCreated(false);
+  companionLink.setClientCreated(false);
   host_.answer("creatClient", "1");
   run("creatClient");
   EXPECT_EQ(newPaths(), "-|");
@@ -166,14 +163,14 @@ TEST_F(OpenDesignsTest, WhatTheCompanionMissedIsReportedAgain) {
 
   host_.during = [this](const std::string& script) {
     if (script.starts_with("creatClient")) {
-      state.link.noteBreak();  // the connection lives no longer than it takes to answer
+      companionLink.noteBreak();  // the connection lives no longer than it takes to answer
     }
   };
   run("creatClient");
-  EXPECT_FALSE(state.link.clientCreated());
+  EXPECT_FALSE(companionLink.clientCreated());
   host_.during = nullptr;
   run("creatClient");
-  EXPECT_TRUE(state.link.clientCreated());
+  EXPECT_TRUE(companionLink.clientCreated());
   reportBoth();
 
   open("a.dsn;c.dsn");
@@ -184,13 +181,13 @@ TEST_F(OpenDesignsTest, WhatTheCompanionMissedIsReportedAgain) {
 
   host_.answer("getDsnPinCount", "-1");
   const auto countPins = [&] {
-    state.link.setAwaitedCount("c.dsn");
+    companionLink.setAwaitedCount("c.dsn");
     run("getDsnPinCount", R"(,"ProjectPath":"c.dsn")");
   };
   countPins();
   EXPECT_EQ(newPaths(), "c.dsn|b.dsn");  // the link thread asks without having had the answer
   countPins();
-  state.link.setAwaitedCount("");
+  companionLink.setAwaitedCount("");
   EXPECT_EQ(newPaths(), "-|b.dsn");
 }
 
@@ -239,7 +236,7 @@ TEST_F(OpenDesignsTest, PinCountTakesThePathFromEitherPlace) {
     EXPECT_THAT(host_.scripts, ElementsAre(row.script));
   }
   host_.scripts.clear();
-  EXPECT_FALSE(run("getDsnPinCount", R"(,"ProjectPath":7)"));
+  EXPECT_EQ(run("getDsnPinCount", R"(,"ProjectPath":7)").member("ErrInfo").text(), "command1 error");
   EXPECT_THAT(host_.scripts, IsEmpty());
 
   enableTraffic();
@@ -252,7 +249,7 @@ TEST_F(OpenDesignsTest, PinCountTakesThePathFromEitherPlace) {
 TEST_F(OpenDesignsTest, NetsListNamesItsFile) {
   host_.answer("GetNetsList", utf8(u8"网表文件"));
   host_.during = [&](const std::string&) { fake.files.addFile("E:\\p\\Cache\\Nets.txt", "nets"); };
-  state.folder.set(pathOf("E:\\p"));
+  project.set(pathOf("E:\\p"));
   fake.files.addFolder("E:\\p");
   const Json reply = run("GetNetsList", R"(,"Data":{"ProjectPath":"C:\\a.dsn"})");
   EXPECT_EQ(reply.member("Data").member("netlistsFile").text(), "E:\\p\\Cache\\Nets.txt");

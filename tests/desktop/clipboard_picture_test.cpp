@@ -94,7 +94,7 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
 }
 
 TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
-  FakeServices fake;
+  FakeSession fake;
   FakeFiles& files = fake.fake.files;
   files.addFolder("C:\\P");
   const auto write = [&](std::string_view path, const PackedBitmap& bitmap) {
@@ -113,9 +113,9 @@ TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
   }
 }
 
-class ClipboardPicture : public testing::Test {
+class ClipboardPictureTest : public testing::Test {
  protected:
-  ClipboardPicture() {
+  ClipboardPictureTest() {
     fake.fake.files.addFolder("C:\\");
     fake.fake.clipboard.metafile = drawing();
   }
@@ -124,14 +124,14 @@ class ClipboardPicture : public testing::Test {
     EXPECT_FALSE(fake.fake.files.exists("C:/Temp/test.emf"));
     EXPECT_EQ(fake.fake.clipboard.openNow, 0);
   }
-  FakeServices fake;
+  FakeSession fake;
 };
 
-TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
-  fake.state.folder.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));
+TEST_F(ClipboardPictureTest, SavesThePreviewBelowTheProjectsFolder) {
+  fake.project.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));
   fake.fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
   for (int pass = 0; pass < 2; ++pass) {  // folders missing, then there
-    EXPECT_EQ(saveClipboardPicture(fake.services), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));
+    EXPECT_EQ(fake.part<const ClipboardPicture>().save(), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));
     EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
     expectTidy();
   }
@@ -140,7 +140,7 @@ TEST_F(ClipboardPicture, SavesThePreviewBelowTheProjectsFolder) {
   EXPECT_EQ(fake.fake.pictures.drawn.at(0).height, 47);
 }
 
-TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
+TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
   const struct {
     void (*spoil)(FakeWorld&);
     const char* told;  // in the traffic log
@@ -158,11 +158,11 @@ TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
       {[](FakeWorld& world) { world.files.addFolder("C:\\Temp\\test.emf"); }, "it cannot be saved"},
   };
   for (const auto& each : cases) {
-    FakeServices one;
+    FakeSession one;
     one.enableTraffic();
     one.fake.clipboard.metafile = drawing();
     each.spoil(one.fake);
-    EXPECT_TRUE(saveClipboardPicture(one.services).empty()) << each.told;
+    EXPECT_TRUE(one.part<const ClipboardPicture>().save().empty()) << each.told;
     EXPECT_THAT(one.traffic(), testing::HasSubstr(each.told));
     EXPECT_EQ(one.traffic().empty(), std::string_view(each.told).empty()) << each.told;
     EXPECT_EQ(one.fake.files.bytes("C:\\App\\Cache\\Output\\Preview.bmp"), "(no file)") << each.told;
@@ -171,30 +171,30 @@ TEST_F(ClipboardPicture, AnswersNothingWhenAStepFails) {
   }
 }
 
-TEST_F(ClipboardPicture, WaitsAMomentForAnotherProgram) {
+TEST_F(ClipboardPictureTest, WaitsAMomentForAnotherProgram) {
   fake.fake.clipboard.heldOnce = 10;
-  EXPECT_FALSE(saveClipboardPicture(fake.services).empty());
+  EXPECT_FALSE(fake.part<const ClipboardPicture>().save().empty());
   EXPECT_EQ(fake.fake.clock.pauses(), std::vector<int>(10, 20));
   fake.fake.clipboard.heldOnce = 11;
-  EXPECT_TRUE(saveClipboardPicture(fake.services).empty());
+  EXPECT_TRUE(fake.part<const ClipboardPicture>().save().empty());
   expectTidy();
 }
 
-TEST_F(ClipboardPicture, TouchesNoFileWithoutADrawing) {
+TEST_F(ClipboardPictureTest, TouchesNoFileWithoutADrawing) {
   fake.fake.clipboard.metafile.reset();
-  saveClipboardPicture(fake.services);
+  fake.part<const ClipboardPicture>().save();
   EXPECT_THAT(fake.fake.files.changes(), ElementsAre());
 }
 
-TEST_F(ClipboardPicture, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehind) {
+TEST_F(ClipboardPictureTest, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehind) {
   for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
     int left = 0;
     for (int call = 1; call <= 12; ++call) {
-      FakeServices one;
+      FakeSession one;
       one.fake.clipboard.metafile = drawing();
       one.fake.files.faults.failCall(call, kind);
       try {
-        saveClipboardPicture(one.services);
+        one.part<const ClipboardPicture>().save();
       } catch (const std::bad_alloc&) {
         EXPECT_EQ(kind, Faults::Kind::throwBadAlloc);
       }
@@ -205,7 +205,7 @@ TEST_F(ClipboardPicture, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehind) {
     EXPECT_EQ(left, 1);  // when its removal itself fails
   }
   fake.fake.pictures.drawThrows = true;
-  EXPECT_THROW(saveClipboardPicture(fake.services), std::bad_alloc);
+  EXPECT_THROW(fake.part<const ClipboardPicture>().save(), std::bad_alloc);
   expectTidy();
 }
 

@@ -16,18 +16,18 @@ using testing::Pair;
 
 class DesktopCommands : public testing::Test {
  protected:
-  using Command = CommandResult (*)(CommandCall&, Services&);
+  using Command = CommandResult (*)(CommandCall&, Session&);
 
-  CommandResult run(Command command, const Words& words) {
+  CommandResult invoke(Command command, const Words& words) {
     const TclWords held(words);
     const Arguments arguments = held.arguments();
     CommandCall call{arguments, host};
-    return command(call, fake.services);
+    return command(call, fake.session);
   }
   FakeDesktop& desktop() { return fake.fake.desktop; }
 
   TclInterp interp;  // Tcl's objects need its library started
-  FakeServices fake;
+  FakeSession fake;
   FakeScriptHost host;
 };
 
@@ -53,7 +53,7 @@ TEST_F(DesktopCommands, SelectJumpPartOffersTheSortedCandidatesAndAnswersTheirBy
   };
   for (const auto& each : cases) {
     desktop().offered.clear();
-    const CommandResult result = run(selectJumpPart, {"SelectJumpPart", each.candidates, "no number"});
+    const CommandResult result = invoke(run<selectJumpPart>, {"SelectJumpPart", each.candidates, "no number"});
     EXPECT_EQ(result.text, each.answer) << each.candidates;
     EXPECT_EQ(result.status, commandDone);
     EXPECT_THAT(desktop().offered, ElementsAre(each.offered));
@@ -61,10 +61,10 @@ TEST_F(DesktopCommands, SelectJumpPartOffersTheSortedCandidatesAndAnswersTheirBy
 }
 
 TEST_F(DesktopCommands, SelectJumpPartAnswersNothingWithoutAChoiceAndNeedsBothArguments) {
-  EXPECT_EQ(run(selectJumpPart, {"SelectJumpPart", "U1;U2", "1"}).text, "");
+  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"}).text, "");
   EXPECT_EQ(desktop().offered.size(), 1U);
-  EXPECT_EQ(run(selectJumpPart, {"SelectJumpPart", "U1;U2"}).text, "");
-  EXPECT_EQ(run(selectJumpPart, {"SelectJumpPart"}).status, commandDone);
+  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2"}).text, "");
+  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart"}).status, commandDone);
   EXPECT_EQ(desktop().offered.size(), 1U);
 }
 
@@ -73,7 +73,7 @@ TEST_F(DesktopCommands, SelectJumpPartEndsWellAfterAnException) {
     desktop().user = [position](const std::vector<std::string>&) {
       return position == 0 ? throw std::bad_alloc() : std::optional(position);
     };
-    const CommandResult result = run(selectJumpPart, {"SelectJumpPart", "U1;U2", "1"});
+    const CommandResult result = invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"});
     EXPECT_EQ(result.text, "");
     EXPECT_EQ(result.status, commandDone);
   }
@@ -81,21 +81,21 @@ TEST_F(DesktopCommands, SelectJumpPartEndsWellAfterAnException) {
 }
 
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
-  EXPECT_EQ(run(getClipBoardPic, {"GetClipBoardPic"}).text, "");
+  EXPECT_EQ(invoke(run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
   fake.fake.clipboard.metafile = sampleMetafiles().front().bytes;
-  fake.state.folder.set(pathOf("C:\\项目"));
+  fake.project.set(pathOf("C:\\项目"));
   fake.fake.files.addFolder("C:\\项目");
-  const CommandResult result = run(getClipBoardPic, {"GetClipBoardPic"});
+  const CommandResult result = invoke(run<getClipBoardPic>, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));
-  EXPECT_EQ(fake.state.placement.dsnBmpPath, "C:\\项目\\Cache\\Output\\Preview.bmp");
+  EXPECT_EQ(fake.placement.dsnBmpPath, "C:\\项目\\Cache\\Output\\Preview.bmp");
   fake.fake.clipboard.metafile.reset();
-  EXPECT_EQ(run(getClipBoardPic, {"GetClipBoardPic"}).text, "");
-  EXPECT_NE(fake.state.placement.dsnBmpPath, "");
+  EXPECT_EQ(invoke(run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
+  EXPECT_NE(fake.placement.dsnBmpPath, "");
   EXPECT_EQ(result.status, commandDone);
 }
 
 TEST_F(DesktopCommands, GetMousePositionAnswersBothCoordinates) {
-  EXPECT_EQ(run(getMousePosition, {"GetMousePosition"}).text, "640 -20");
+  EXPECT_EQ(invoke(run<getMousePosition>, {"GetMousePosition"}).text, "640 -20");
 }
 
 TEST_F(DesktopCommands, WriteToClipboardPutsTheTextIntoTheCodePage) {
@@ -111,23 +111,23 @@ TEST_F(DesktopCommands, WriteToClipboardPutsTheTextIntoTheCodePage) {
   };
   for (const auto& each : cases) {
     fake.fake.clipboard.text.reset();
-    EXPECT_EQ(run(writeToClipboard, each.words).status, commandDone);
+    EXPECT_EQ(invoke(run<writeToClipboard>, each.words).status, commandDone);
     EXPECT_EQ(fake.fake.clipboard.text, each.expected);
     EXPECT_EQ(fake.fake.clipboard.openNow, 0);
   }
   fake.fake.clipboard.held = true;
-  const CommandResult refused = run(writeToClipboard, {"writeToClipboard", "x"});
+  const CommandResult refused = invoke(run<writeToClipboard>, {"writeToClipboard", "x"});
   EXPECT_EQ(refused.status, commandError);
   EXPECT_EQ(refused.text, "");
 }
 
 TEST_F(DesktopCommands, KeysGoDownAndUp) {
-  EXPECT_EQ(run(afterPlace, {"afterPlace"}).status, commandDone);
+  EXPECT_EQ(invoke(run<afterPlace>, {"afterPlace"}).status, commandDone);
   EXPECT_THAT(desktop().keys, ElementsAre(Pair(Key::escape, KeyMove::press), Pair(Key::escape, KeyMove::release)));
   EXPECT_THAT(fake.fake.clock.pauses(), IsEmpty());
 
   desktop().keys.clear();
-  EXPECT_EQ(run(pressEnter, {"pressEnter"}).status, commandDone);
+  EXPECT_EQ(invoke(run<pressEnter>, {"pressEnter"}).status, commandDone);
   EXPECT_THAT(desktop().keys, IsEmpty());  // the command is over, the key follows
   ASSERT_EQ(desktop().waiting.size(), 1U);
   desktop().waiting.front()();

@@ -12,8 +12,6 @@
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
 #include "desktop/metafile_check.h"
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "plugin/real_world_windows.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
@@ -23,6 +21,7 @@
 #include "system/files.h"
 #include "system/log.h"
 #include "system/registry.h"
+#include "system/shared_path.h"
 #include "system/wide_text_windows.h"
 #include "system/world.h"
 #include "text/code_page.h"
@@ -148,7 +147,6 @@ class RealDesktop : public testing::Test {
  protected:
   RealDesktop() : logs(world, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
-    state.folder.set(pathOf(folder));
   }
   ~RealDesktop() override {
     for (const char* below : {"\\Cache\\Output\\Preview.bmp"}) {
@@ -166,10 +164,11 @@ class RealDesktop : public testing::Test {
 
   World world = realWorld();
   std::string folder = temporaryFolder();
-  GlobalState state;
   Logs logs;
   TextConverter text;
-  Services services{world, logs, state, text};
+  ProjectFolder project{pathOf(folder)};
+  ClipboardPicture picture{world.clipboard, world.clock, world.pictures, world.files,
+                           world.processes, project,     text,           logs};
 };
 
 std::uint32_t number(const std::string& bytes, std::size_t offset) {
@@ -180,7 +179,7 @@ std::uint32_t number(const std::string& bytes, std::size_t offset) {
 
 TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
   putDrawingOnClipboard(80, 40);
-  const FilePath path = saveClipboardPicture(services);
+  const FilePath path = picture.save();
   ASSERT_EQ(path, pathOf(folder + "\\Cache\\Output\\Preview.bmp"));
   EXPECT_FALSE(world.files.exists(pathOf("C:/Temp/test.emf")));
 
@@ -222,10 +221,10 @@ TEST_F(RealDesktop, WhatTheSystemRecordsIsTaken) {
     GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
     EXPECT_EQ(metafileFault(bytes).value_or("sound"), "sound");
     const FilePath path = pathOf(folder + "\\recorded.emf");
-    const FilePath picture = pathOf(folder + "\\recorded.bmp");
+    const FilePath bitmap = pathOf(folder + "\\recorded.bmp");
     world.files.create(path)->write(bytes);
-    EXPECT_TRUE(convertMetafile(services, path, picture));
-    EXPECT_TRUE(world.files.removeFile(picture));
+    EXPECT_TRUE(picture.convert(path, bitmap));
+    EXPECT_TRUE(world.files.removeFile(bitmap));
     world.files.removeFile(path);
   }
 }
@@ -249,16 +248,16 @@ TEST_F(RealDesktop, ADrawingThatTakesTooLongIsGivenUp) {
 
 TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
   world.clipboard.open()->replaceByText("text only");
-  EXPECT_TRUE(saveClipboardPicture(services).empty());
+  EXPECT_TRUE(picture.save().empty());
   EXPECT_FALSE(world.files.exists(pathOf(folder + "\\Cache")));
   const FilePath broken = pathOf(folder + "\\broken.emf");
   for (const std::string& bytes : {std::string(), std::string("no metafile"), std::string(108, '\1')}) {
     world.files.create(broken)->write(bytes);
-    EXPECT_FALSE(convertMetafile(services, broken, pathOf(folder + "\\x.bmp")));
+    EXPECT_FALSE(picture.convert(broken, pathOf(folder + "\\x.bmp")));
   }
   EXPECT_FALSE(world.files.exists(pathOf(folder + "\\x.bmp")));
   world.files.removeFile(broken);
-  EXPECT_FALSE(convertMetafile(services, broken, pathOf(folder + "\\x.bmp")));
+  EXPECT_FALSE(picture.convert(broken, pathOf(folder + "\\x.bmp")));
 }
 
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
@@ -276,7 +275,7 @@ TEST_F(RealDesktop, AClipboardThatAnotherHoldsIsNotOpened) {
     ASSERT_TRUE(OpenClipboard(window));
     std::thread([this] {
       EXPECT_EQ(world.clipboard.open(), nullptr);
-      EXPECT_TRUE(saveClipboardPicture(services).empty());
+      EXPECT_TRUE(picture.save().empty());
     }).join();
     CloseClipboard();
     DestroyWindow(window);
@@ -329,7 +328,7 @@ TEST_F(RealDesktop, HoldsNoMoreHandlesAfterManyCalls) {
     const char* name;
     std::function<void()> call;
   } cases[] = {
-      {"picture", [this] { ASSERT_FALSE(saveClipboardPicture(services).empty()); }},
+      {"picture", [this] { ASSERT_FALSE(picture.save().empty()); }},
       {"cursor", [this] { world.desktop.cursor(); }},
       {"key", [this] { world.desktop.moveKey(Key::escape, KeyMove::release); }},
       {"background",

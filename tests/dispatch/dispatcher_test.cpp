@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "designs/design_handlers.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 
@@ -13,23 +14,23 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-Outcome echo(const Request& request, HandlerContext& context) {
-  context.host.evaluate(Script("ran ").bare(request.command));
+Outcome echo(RequestCall& call, Session&) {
+  call.host.evaluate(Script("ran ").bare(call.request.command));
   Outcome outcome = Outcome::success();
-  outcome.reply->data.add("text", request.text("text"));
-  outcome.reply->data.add("number", Json::number(request.number("number")));
+  outcome.reply->data.add("text", call.request.text("text"));
+  outcome.reply->data.add("number", Json::number(call.request.number("number")));
   return outcome;
 }
 
-Outcome fail(const Request&, HandlerContext&) {
-  return Outcome::failure("理由", repliedItself);
+Outcome fail(RequestCall&, Session&) {
+  return Outcome::failed("理由");
 }
 
-Outcome silent(const Request&, HandlerContext&) {
-  return {handled, std::nullopt};
+Outcome silent(RequestCall&, Session&) {
+  return Outcome::silent();
 }
 
-Outcome throwing(const Request&, HandlerContext&) {
+Outcome throwing(RequestCall&, Session&) {
   throw std::runtime_error("handler");
 }
 
@@ -48,14 +49,12 @@ constexpr std::array rows = {
                      text("value", "").keptIn(&PlacementContext::value))},
 };
 
-class DispatcherTest : public testing::Test, protected FakeServices {
+class DispatcherTest : public testing::Test, protected FakeSession {
  protected:
-  // "status reply".
-  std::string run(const std::string& message, Answers answers = Answers::accepted,
-                  std::span<const HandlerRow> table = rows) {
-    std::string reply;
-    const int status = dispatch(table, answers, message, reply, host_, services);
-    return std::to_string(status) + (reply.empty() ? "" : " " + reply);
+  // The reply; "refused" for that of the endpoint.
+  std::string run(const std::string& message, const Endpoint& endpoint = {rows, ::vernoxa::run<applyReply>, "no"}) {
+    const std::string reply = replyTo(endpoint, message, host_);
+    return reply.starts_with("{\n\t\"ErrInfo\":\t\"") ? "refused" : reply;
   }
 
   FakeScriptHost host_;
@@ -63,9 +62,9 @@ class DispatcherTest : public testing::Test, protected FakeServices {
 
 TEST_F(DispatcherTest, AnswersInItsOrderOfMembers) {
   EXPECT_EQ(run(R"({"Command":"Echo","Data":{"text":"理","number":"7"}})"),
-            R"(0 {"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})");
-  EXPECT_EQ(run(R"({"Command":"Fail"})"), R"(-3 {"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})");
-  EXPECT_EQ(run(R"({"Command":"Silent"})"), "0");
+            R"({"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})");
+  EXPECT_EQ(run(R"({"Command":"Fail"})"), R"({"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})");
+  EXPECT_EQ(run(R"({"Command":"Silent"})"), "");
 }
 
 TEST_F(DispatcherTest, WhatIsNoCommandRunsNothing) {
@@ -74,22 +73,23 @@ TEST_F(DispatcherTest, WhatIsNoCommandRunsNothing) {
     const char* expected;
     const char* printed;
   } cases[] = {
-      {"{\"Command\":\"Echo\"", "-2", "Error before: []\n"},
-      {"{\"Command\":Echo}", "-2", "Error before: [Echo}]\n"},
-      {"", "-2", "Error before: []\n"},
-      {"{}", "-1", "not value\n"},
-      {R"({"command":"Echo"})", "-1", "not value\n"},
-      {R"({"Command":["Echo"]})", "-1", "not value\n"},
-      {R"(["Command","Echo"])", "-1", "not value\n"},
-      {R"({"Command":"echo"})", "-2", ""},
-      {R"({"Command":"Echo "})", "-2", ""},
-      {R"({"Command":""})", "-2", ""},
-      {R"({"Command":"Nobody","Command":"Echo"})", "-2", ""},  // the first counts
+      {"{\"Command\":\"Echo\"", "", "Error before: []\n"},
+      {"{\"Command\":Echo}", "", "Error before: [Echo}]\n"},
+      {"", "", "Error before: []\n"},
+      {"{}", "", "not value\n"},
+      {R"({"command":"Echo"})", "", "not value\n"},
+      {R"({"Command":["Echo"]})", "", "not value\n"},
+      {R"(["Command","Echo"])", "", "not value\n"},
+      {R"({"Command":"echo"})", "refused", ""},
+      {R"({"Command":"Echo "})", "refused", ""},
+      {R"({"Command":""})", "refused", ""},
+      {R"({"Command":"Nobody","Command":"Echo"})", "refused", ""},  // the first counts
   };
   std::string printed;
   for (const auto& each : cases) {
     EXPECT_EQ(run(each.message), each.expected) << each.message;
-    EXPECT_EQ(fake.output.text(), printed += each.printed) << each.message;
+    printed.append(each.printed).append(each.printed);  // for the request, and for the reply that it has not
+    EXPECT_EQ(fake.output.text(), printed) << each.message;
   }
   EXPECT_THAT(host_.scripts, IsEmpty());
 }
@@ -107,11 +107,11 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
       {R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\理"}})", "E:\\理"},
   };
   for (const auto& each : cases) {
-    EXPECT_EQ(run(each.message), "0") << each.message;
-    EXPECT_EQ(state.folder.get(), pathOf(each.base)) << each.message;
+    EXPECT_EQ(run(each.message), "") << each.message;
+    EXPECT_EQ(project.get(), pathOf(each.base)) << each.message;
   }
-  EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", Answers::unknown), "-2");
-  EXPECT_EQ(state.folder.get(), pathOf("E:\\理"));
+  EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", {rows, nullptr, ""}), "refused");
+  EXPECT_EQ(project.get(), pathOf("E:\\理"));
 }
 
 TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {
@@ -135,30 +135,31 @@ TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {
       data += (index == 0 ? "" : ",") + (index == each.member ? each.value : wholes[index]);
     }
     host_.scripts.clear();
-    EXPECT_EQ(run(message(data)).substr(0, 2), each.good ? "0 " : "-1") << each.value;
+    EXPECT_EQ(run(message(data)) != "refused", each.good) << each.value;
     EXPECT_EQ(host_.scripts.empty(), !each.good) << each.value;
   }
-  EXPECT_EQ(run(R"({"Command":"Needs"})"), "-1");
-  EXPECT_EQ(run(R"({"Command":"Needs","Data":"text"})"), "-1");
-  EXPECT_EQ(run(R"({"Command":"Needs","Data":["text"]})"), "-1");
+  EXPECT_EQ(run(R"({"Command":"Needs"})"), "refused");
+  EXPECT_EQ(run(R"({"Command":"Needs","Data":"text"})"), "refused");
+  EXPECT_EQ(run(R"({"Command":"Needs","Data":["text"]})"), "refused");
 }
 
 TEST_F(DispatcherTest, MembersAreStoredEvenWhenTheRowThenFails) {
-  state.placement.price = state.placement.PartIndex = state.placement.value = "old";
-  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"price":"1","PartIndex":12}})"), "-1");
-  EXPECT_EQ(state.placement.price, "1");
-  EXPECT_EQ(state.placement.PartIndex, "12");
-  EXPECT_EQ(state.placement.value, "");
-  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"price":2,"PartIndex":[],"value":"v"}})").substr(0, 2), "0 ");
-  EXPECT_EQ(state.placement.price, "");  // of another kind: as if it were missing
-  EXPECT_EQ(state.placement.PartIndex, "");
-  EXPECT_EQ(state.placement.value, "v");
-  EXPECT_EQ(run(R"({"Command":"Stores"})"), "-1");
-  EXPECT_EQ(state.placement.value, "");
+  placement.price = placement.PartIndex = placement.value = "old";
+  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"price":"1","PartIndex":12}})"), "refused");
+  EXPECT_EQ(placement.price, "1");
+  EXPECT_EQ(placement.PartIndex, "12");
+  EXPECT_EQ(placement.value, "");
+  EXPECT_THAT(run(R"({"Command":"Stores","Data":{"price":2,"PartIndex":[],"value":"v"}})"),
+              testing::StartsWith("{\"Data\""));
+  EXPECT_EQ(placement.price, "");  // of another kind: as if it were missing
+  EXPECT_EQ(placement.PartIndex, "");
+  EXPECT_EQ(placement.value, "v");
+  EXPECT_EQ(run(R"({"Command":"Stores"})"), "refused");
+  EXPECT_EQ(placement.value, "");
 }
 
 TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
-  EXPECT_EQ(run(R"({"Command":"Throw"})"), "-1");
+  EXPECT_EQ(run(R"({"Command":"Throw"})"), "refused");
   EXPECT_THAT(fake.messages.shown(), ElementsAre("格式有误"));
 }
 
@@ -179,10 +180,10 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
   for (const auto& each : cases) {
     fake.messages.forget();
     host_.answer("InitPath", each.open);
-    EXPECT_EQ(run(std::string(R"({"Command":"CheckOpenState","Data":{"ProjectPath":")") + each.wanted + "\"}}",
-                  Answers::accepted, companionHandlers()),
-              std::string(R"(0 {"Data":{"State":")") + each.state +
-                  R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
+    EXPECT_EQ(
+        run(std::string(R"({"Command":"CheckOpenState","Data":{"ProjectPath":")") + each.wanted + "\"}}",
+            companionEndpoint()),
+        std::string(R"({"Data":{"State":")") + each.state + R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
     EXPECT_THAT(fake.messages.shown(),
                 testing::AllOf(testing::SizeIs(each.boxes), testing::Each("文件一打开路径异常")));
   }
@@ -205,8 +206,8 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
     }
     return false;
   };
-  for (const auto table : {companionHandlers(), threadHandlers()}) {
-    for (const HandlerRow& row : table) {
+  for (const Endpoint& endpoint : {companionEndpoint(), linkEndpoint()}) {
+    for (const HandlerRow& row : endpoint.rows) {
       for (const Member& spoiled : row.members) {
         for (const std::string& value : values) {
           if (!spoiled.needed || fits(spoiled.kind, value)) {
@@ -222,7 +223,7 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
             }
           }
           host_.scripts.clear();
-          EXPECT_EQ(run(message.printUnformatted(), Answers::accepted, table), "-1") << message.printUnformatted();
+          EXPECT_EQ(run(message.printUnformatted(), endpoint), "refused") << message.printUnformatted();
           EXPECT_THAT(host_.scripts, IsEmpty()) << message.printUnformatted();
         }
       }
@@ -233,18 +234,15 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
 TEST_F(DispatcherTest, AnyJsonIsAnswered) {
   const std::string deep = std::string(900, '[') + std::string(900, ']');
   const std::string huge(50000, '\xD6');
-  for (const auto table : {companionHandlers(), threadHandlers()}) {
-    for (const HandlerRow& row : table) {
+  for (const Endpoint& endpoint : {companionEndpoint(), linkEndpoint()}) {
+    for (const HandlerRow& row : endpoint.rows) {
       for (const std::string& data :
            {std::string("null"), std::string("[]"), std::string("\"ProjectPath\""), deep,
             "{\"ProjectPath\":" + deep + "}",
             "{\"ProjectPath\":\"" + huge + "\",\"FileName\":\"" + huge + "\",\"Status\":\"Open\"}",
             std::string(R"({"ProjectPath":"a","ProjectPath":"b","item":[null,{"PartRef":{}}],"Stick":[[],1]})")}) {
-        std::string reply;
-        const int status =
-            dispatch(table, Answers::accepted, std::string(R"({"Command":")") + row.name + R"(","Data":)" + data + "}",
-                     reply, host_, services);
-        EXPECT_TRUE(status <= handled && status >= repliedItself) << row.name;
+        const std::string reply =
+            replyTo(endpoint, std::string(R"({"Command":")") + row.name + R"(","Data":)" + data + "}", host_);
         EXPECT_TRUE(reply.empty() || Json::parse(reply).document.member("Command")) << row.name;
       }
     }

@@ -5,7 +5,7 @@ namespace vernoxa {
 
 using namespace row;
 
-Outcome saveAll(const Request&, HandlerContext&);
+Outcome saveAll(RequestCall&, Session&);
 
 #ifdef COMPILES
 constexpr const char* second = "SaveEverything";

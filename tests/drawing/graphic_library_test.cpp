@@ -28,8 +28,8 @@ class GraphicLibraryTest : public testing::Test {
                                        : "";
   }
 
-  FakeServices fake;
-  GraphicLibrary library{fake.state.folder, fake.fake.files, fake.fake.processes, fake.text};
+  FakeSession fake;
+  GraphicLibrary library{fake.project, fake.fake.files, fake.fake.processes, fake.text};
 };
 
 TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
@@ -108,7 +108,7 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
-  fake.state.folder.set(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
+  fake.project.set(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
   fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
   const struct {
     std::string given;

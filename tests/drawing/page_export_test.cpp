@@ -17,12 +17,12 @@ class PageExportTest : public testing::Test {
 
   void page(std::initializer_list<std::string_view> words, bool convertLines = true) {
     WordRecord record(words);
-    record.showInCodePage(fake.services.text, convertLines);
+    record.showInCodePage(fake.text, convertLines);
     pages.addPageRecord(record);
   }
   void symbol(std::initializer_list<std::string_view> words) {
     WordRecord record(words);
-    record.showInCodePage(fake.services.text, true);
+    record.showInCodePage(fake.text, true);
     pages.addSymbolRecord(record);
   }
   void finish(std::string_view schematic, std::string_view name, std::string_view key) {
@@ -39,8 +39,8 @@ class PageExportTest : public testing::Test {
   }
 
   const std::string folder = "C:\\App\\Cache\\Output";
-  FakeServices fake;
-  PageExport pages{fake.state.folder, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text};
+  FakeSession fake;
+  PageExport pages{fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text};
 };
 
 using Names = std::vector<std::string>;
@@ -214,7 +214,7 @@ TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
   pages.start();
   EXPECT_FALSE(fake.fake.files.exists("C:\\App\\Cache"));
   EXPECT_TRUE(fake.fake.clock.pauses().empty());
-  fake.state.folder.set(pathOf("C:\\App\\project"));
+  fake.project.set(pathOf("C:\\App\\project"));
   fake.fake.files.addFolder("C:\\App\\project");
   page({"Page", "P", "1", "1", "K"});
   finish("S", "P", "K");
@@ -242,7 +242,7 @@ TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   const std::string gbk = "\xB5\xE7\xD7\xE8";
   const auto shown = [this](std::string_view text, bool convert) {
     WordRecord record{"Text", "1", "2", text, "0", "", "-9", "0"};
-    record.showInCodePage(fake.services.text, convert);
+    record.showInCodePage(fake.text, convert);
     return std::string(record[textLines]);
   };
   EXPECT_EQ(shown(chinese, true), chinese);
@@ -260,7 +260,7 @@ TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   EXPECT_EQ(shown(chinese + "\xED\xA0\xBD\xED\xB8\x80\xED\xA0\xBD", false), chinese + utf8(u8"\U0001F600\uFFFD"));
 
   WordRecord part{"Part", "1", "2", outside, "0", gbk, outside};
-  part.showInCodePage(fake.services.text, false);
+  part.showInCodePage(fake.text, false);
   EXPECT_EQ(part[3], utf8(u8"电?阻值"));
   EXPECT_EQ(part[5], utf8(u8"电阻"));
   EXPECT_EQ(part[6], utf8(u8"电?阻值"));

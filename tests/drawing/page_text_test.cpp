@@ -49,15 +49,15 @@ class RandomRecords {
 TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
   constexpr int pageCount = 60;
   constexpr int recordsPerPage = 2000;
-  FakeServices fake;
+  FakeSession fake;
   fake.fake.files.addFolder("C:\\App");
-  PageExport pages(fake.state.folder, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text);
+  PageExport pages(fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text);
   RandomRecords random;
   pages.start();
   for (int page = 0; page < pageCount; ++page) {
     const std::string head[] = {random.anyText(), random.anyText(), random.anyText()};
     WordRecord start{"Page", head[0], head[1], head[2], "K"};
-    start.showInCodePage(fake.services.text, false);
+    start.showInCodePage(fake.text, false);
     pages.addPageRecord(start);
     for (int number = 0; number < recordsPerPage; ++number) {
       std::string texts[Record::size];
@@ -66,7 +66,7 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
         texts[index] = index == 0 ? std::string(kinds[random.below(std::size(kinds))]) : random.anyText();
         record.set(index, texts[index]);
       }
-      record.showInCodePage(fake.services.text, random.below(2) == 0);
+      record.showInCodePage(fake.text, random.below(2) == 0);
       if (random.below(4) == 0) {
         pages.addSymbolRecord(record);
       } else {

@@ -23,7 +23,7 @@ std::optional<std::string> answerAsHost(const std::string& request) {
   return R"({"Result":"0","Data":{"Path":"D:\\from companion"}})";
 }
 
-class LinkThreadRaceTest : public testing::Test, protected FakeServices {
+class LinkThreadRaceTest : public testing::Test, protected FakeSession {
  protected:
   LinkThreadRaceTest() {
     enableTraffic();
@@ -34,16 +34,16 @@ class LinkThreadRaceTest : public testing::Test, protected FakeServices {
 
 TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
   fake.sockets.listen(hostPort, {{}, StreamEnd::hang, answerAsHost});
-  SocketClient client(world, logs);
-  LinkThread link(services, client);
+  SocketClient client = newClient();
+  LinkThread link = linkThread(client);
   std::thread thread([&] { link.run(); });
   for (int times = 0; times < 2000; ++times) {
-    state.folder.set(pathOf("D:\\from host"));
-    EXPECT_THAT(state.folder.get().utf8(), testing::StartsWith("D:\\from "));
-    state.hostExecutable.set(pathOf("D:\\Capture.exe"));
-    state.link.setClientCreated(times % 3 == 0);
-    state.link.companionMayBeAsked();
-    state.link.takeAwaitedCount();
+    project.set(pathOf("D:\\from host"));
+    EXPECT_THAT(project.get().utf8(), testing::StartsWith("D:\\from "));
+    hostExecutable.set(pathOf("D:\\Capture.exe"));
+    companionLink.setClientCreated(times % 3 == 0);
+    companionLink.companionMayBeAsked();
+    companionLink.takeAwaitedCount();
     logs.openTraffic().writeLine("host thread");
     EXPECT_TRUE(Json::parse(R"({"read":"beside the link thread"})").document);
     EXPECT_FALSE(Json::parse("{").document);
@@ -60,8 +60,8 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
 // A second load retires the client that the first thread is blocked in.
 TEST_F(LinkThreadRaceTest, RetiredWhileItWaitsForAReply) {
   fake.sockets.expect(hostPort, {{}, StreamEnd::hang, nullptr});
-  SocketClient client(world, logs);
-  LinkThread link(services, client);
+  SocketClient client = newClient();
+  LinkThread link = linkThread(client);
   std::thread thread([&] { link.run(); });
   fake.sockets.waitUntilBlocked();
   client.retire();

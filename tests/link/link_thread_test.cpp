@@ -5,7 +5,7 @@
 #include <deque>
 #include <map>
 
-#include "designs/file_status.h"
+#include "link/file_status.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
 #include "text/text.h"
@@ -20,9 +20,9 @@ constexpr const char* yes = R"({"Result":"0"})";
 constexpr const char* no = R"({"Result":"1"})";
 constexpr const char* hangUp = "hang up";
 
-class LinkThreadTest : public testing::Test, protected FakeServices {
+class LinkThreadTest : public testing::Test, protected FakeSession {
  protected:
-  LinkThreadTest() { state.hostExecutable.set(pathOf("D:\\Capture.exe")); }
+  LinkThreadTest() { hostExecutable.set(pathOf("D:\\Capture.exe")); }
 
   // What the host's scripts answer to each command, in turn, the last one for ever.
   std::map<std::string, std::deque<std::string>> answers_;
@@ -37,7 +37,7 @@ class LinkThreadTest : public testing::Test, protected FakeServices {
                 queue.pop_front();
               }
               if (answer == yes && request.find("creatClient") != std::string::npos) {
-                state.link.setClientCreated(true);
+                companionLink.setClientCreated(true);
               }
               return answer == hangUp ? std::nullopt : std::optional(answer);
             }};
@@ -50,7 +50,7 @@ class LinkThreadTest : public testing::Test, protected FakeServices {
       fake.sockets.expect(companionPort, {});
     }
     fake.clock.stopAfter = sleeps;
-    LinkThread(services, client_).run();
+    linkThread(client_).run();
     std::vector<int> seconds;
     for (const int pause : fake.clock.pauses()) {
       seconds.push_back(pause / 1000);
@@ -62,8 +62,8 @@ class LinkThreadTest : public testing::Test, protected FakeServices {
   int step(int (LinkThread::*what)()) {
     fake.sockets.expect(hostPort, host());
     client_.connect(localAddress, hostPort);
-    LinkThread link(services, client_);
-    return (link.*what)();
+    LinkThread thread = linkThread(client_);
+    return (thread.*what)();
   }
   int poll() { return step(&LinkThread::connectToServerForPthread); }
 
@@ -89,7 +89,7 @@ class LinkThreadTest : public testing::Test, protected FakeServices {
 
   int companions_ = 1000;  // connections that the companion takes
   std::vector<std::string> requests_;
-  SocketClient client_{world, logs};
+  SocketClient client_ = newClient();
 };
 
 TEST_F(LinkThreadTest, WaitsForTheHostThenForTheCompanion) {
@@ -123,15 +123,15 @@ TEST_F(LinkThreadTest, AsksNothingWhileTheCompanionIsAway) {
 
 // Where the system tries again on its own before it tells of a refusal, only a link shows that somebody listens.
 TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
-  LinkThread link(services, client_);
-  EXPECT_FALSE(state.link.companionMayBeAsked());
+  LinkThread thread = linkThread(client_);
+  EXPECT_FALSE(companionLink.companionMayBeAsked());
   for (const int milliseconds : {0, 2000, 249, 250}) {
     fake.sockets.refusalTakes = std::chrono::milliseconds(milliseconds);
-    EXPECT_EQ(link.testConnect(), -1);
-    EXPECT_EQ(state.link.companionMayBeAsked(), milliseconds < 250) << milliseconds;
+    EXPECT_EQ(thread.testConnect(), -1);
+    EXPECT_EQ(companionLink.companionMayBeAsked(), milliseconds < 250) << milliseconds;
   }
-  state.link.setClientCreated(true);
-  EXPECT_TRUE(state.link.companionMayBeAsked());
+  companionLink.setClientCreated(true);
+  EXPECT_TRUE(companionLink.companionMayBeAsked());
   EXPECT_THAT(fake.clock.pauses(), IsEmpty());
 }
 
@@ -174,7 +174,7 @@ TEST_F(LinkThreadTest, ReportsAnOpenedDesign) {
                           "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n"
                           "\t\t\"Status\":\t\"Open\",\n\t\t\"FileName\":\t\"D:\\\\理.dsn\",\n\t\t\"Pid\":\t\"4242\",\n"
                           "\t\t\"AllegroPath\":\t\"D:\\\\Capture.exe\",\n\t\t\"PinCount\":\t\"12\"\n\t}\n}"));
-  EXPECT_EQ(state.folder.get().utf8(), "E:\\project");
+  EXPECT_EQ(project.get().utf8(), "E:\\project");
 }
 
 TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
@@ -285,8 +285,8 @@ TEST_F(LinkThreadTest, PollsOfEveryKind) {
     expected.insert(expected.begin(), "GetNewOpenPath");
     EXPECT_EQ(asked(), expected) << row.name;
     EXPECT_EQ(fake.output.text(), printed += row.printed) << row.name;
-    EXPECT_EQ(state.folder.get().utf8(), "C:\\App") << row.name;
-    EXPECT_EQ(state.link.takeAwaitedCount(), row.count == hangUp ? "a.dsn" : "") << row.name;
+    EXPECT_EQ(project.get().utf8(), "C:\\App") << row.name;
+    EXPECT_EQ(companionLink.takeAwaitedCount(), row.count == hangUp ? "a.dsn" : "") << row.name;
   }
   EXPECT_EQ(crashes(), "");
 }
@@ -296,8 +296,8 @@ TEST_F(LinkThreadTest, ReplyThatIsNoPacketTextIsReportedByTheStepItMet) {
   const auto failing = [&](int (LinkThread::*what)()) {
     fake.sockets.expect(hostPort, {{{garbage, {}}}, StreamEnd::close, nullptr});
     client_.connect(localAddress, hostPort);
-    LinkThread link(services, client_);
-    return (link.*what)();
+    LinkThread thread = linkThread(client_);
+    return (thread.*what)();
   };
   EXPECT_EQ(failing(&LinkThread::creatClient), -1);
   EXPECT_EQ(failing(&LinkThread::connectToServerForPthread), -1);
@@ -315,7 +315,7 @@ TEST_F(LinkThreadTest, AnyCallMayFail) {
       fake.sockets.expect(hostPort, host());
       ASSERT_EQ(client_.connect(localAddress, hostPort), 0);
       fake.sockets.faults.failCall(call, kind);
-      const int result = LinkThread(services, client_).connectToServerForPthread();
+      const int result = linkThread(client_).connectToServerForPthread();
       EXPECT_EQ(result == 0, fake.sockets.faults.calls() < call) << call;
       EXPECT_GE(result, -5);
     }
@@ -324,7 +324,7 @@ TEST_F(LinkThreadTest, AnyCallMayFail) {
   EXPECT_EQ(fake.sockets.stillOpen(), 1);
 }
 
-class ProjectFolder : public testing::Test, protected FakeServices {};
+class ProjectFolder : public testing::Test, protected FakeSession {};
 
 TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
   fake.files.addFolder("C:\\鏀惧ぇ");  // in the code page the bytes of this name are UTF-8 of another one
@@ -336,8 +336,8 @@ TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
       {"C:\\鏀惧ぇ", u8"C:\\鏀惧ぇ"}, {"D:\\\xC3\xA9", u8"D:\\茅"},       {"D:\\plain", u8"D:\\plain"},
   };
   for (const auto& row : rows) {
-    followProject(services, row.told);
-    EXPECT_EQ(state.folder.get().utf8(), utf8(row.kept));
+    part<const FileStatus>().followProject(row.told);
+    EXPECT_EQ(project.get().utf8(), utf8(row.kept));
   }
 }
 

@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 using testing::ElementsAre;
 
-class SocketClientTest : public testing::Test, protected FakeServices {
+class SocketClientTest : public testing::Test, protected FakeSession {
  protected:
   int connectTo(Peer peer) {
     fake.sockets.expect(9601, std::move(peer));
@@ -38,7 +38,7 @@ class SocketClientTest : public testing::Test, protected FakeServices {
   }
   FakeSockets::Connection last() { return fake.sockets.connections().back(); }
 
-  SocketClient client_{world, logs};
+  SocketClient client_ = newClient();
 };
 
 std::string headed(std::string_view payload, std::string_view header) {
@@ -166,11 +166,11 @@ TEST_F(SocketClientTest, NothingStaysBehind) {
     EXPECT_EQ(fake.sockets.stillOpen(), 1);  // a former connection is closed
   }
   {
-    SocketClient probe(world, logs);
-    EXPECT_EQ(fake.sockets.started(), 2);
+    SocketClient probe = newClient();
+    EXPECT_EQ(fake.sockets.started(), 3);
     EXPECT_EQ(probe.connect(localAddress, hostPort), -1);
   }
-  EXPECT_EQ(fake.sockets.started(), 1);
+  EXPECT_EQ(fake.sockets.started(), 2);
   EXPECT_EQ(fake.sockets.stillOpen(), 1);
   EXPECT_FALSE(fake.sockets.misused());
 }

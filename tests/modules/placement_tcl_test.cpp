@@ -28,25 +28,24 @@ class PlacementInTcl : public testing::Test {
     }
     tcl_.evaluate("rename rename {}");
     tcl_.define({"placeLibPart", "setPinNum", "placePart", "unknown"});
-    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
-    with_.state.placement.dsnDatPath = "C:\\Mods\\ModuleLib.json";
+    with_.placement.dsnDatPath = "C:\\Mods\\ModuleLib.json";
     with_.fake.files.addFile("C:\\Mods\\other.txt", "the user's");
   }
 
   // Places a module and gives the calls, by procedure.
   std::vector<Words> place(const std::string& module) {
     with_.fake.files.addFile("C:\\Mods\\ModuleLib.json", module);
-    with_.state.placement.dsnDatPath = "C:\\Mods\\ModuleLib.json";
+    with_.placement.dsnDatPath = "C:\\Mods\\ModuleLib.json";
     tcl_.calls.clear();
-    placeModule(host_, with_.services);
+    with_.part<ModulePlacer>().placeModule(host_);
     return tcl_.calls;
   }
   Words split(const std::string& list) { return host_.splitList(list).value(); }
 
   TclInterp tcl_;
   TclScriptHost host_{tcl_.get()};
-  FakeServices with_;
+  FakeSession with_;
 };
 
 class Hostile {
@@ -88,8 +87,8 @@ TEST_F(PlacementInTcl, AnyTextOfAModuleArrivesAndRunsNothing) {
     object.set(object.view(), "Name", bare + "W");
     module.appendTo(library, std::move(part));
     module.appendTo(module.add("children", Json::array()), std::move(object));
-    with_.state.placement.selfModule = round % 2 == 0 ? "1" : bare;
-    with_.state.placement.uploadResId = value;
+    with_.placement.selfModule = round % 2 == 0 ? "1" : bare;
+    with_.placement.uploadResId = value;
 
     const std::vector<Words> calls = place(module.printFormatted());
     ASSERT_EQ(calls.size(), 3U) << module.printFormatted();
@@ -113,7 +112,7 @@ TEST_F(PlacementInTcl, AnyTextOfAModuleArrivesAndRunsNothing) {
 TEST_F(PlacementInTcl, StateTextsOfOnePartRunNothing) {
   Hostile hostile;
   for (int round = 0; round < 1000; ++round) {
-    PlacementContext& placement = with_.state.placement;
+    PlacementContext& placement = with_.placement;
     const std::string text = hostile.text(false) + "v";
     for (std::string* field : {&placement.PartIndex, &placement.selfModule, &placement.package, &placement.packageName,
                                &placement.PartName, &placement.PartNumber, &placement.prefix, &placement.value}) {
@@ -123,7 +122,7 @@ TEST_F(PlacementInTcl, StateTextsOfOnePartRunNothing) {
     const TclWords words({"PlacePartProperty"});
     const Arguments arguments = words.arguments();
     CommandCall call{arguments, host_};
-    placePartProperty(call, with_.services);
+    placePartProperty(call, with_.placement, with_.text);
     ASSERT_EQ(tcl_.calls.size(), 1U) << text;
     const Words& received = tcl_.calls[0];
     ASSERT_EQ(received.size(), 6U) << text;
@@ -135,29 +134,28 @@ TEST_F(PlacementInTcl, StateTextsOfOnePartRunNothing) {
 
 // What the export writes is what the placement reads.
 TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
-  ModuleDocument document;
-  const auto run = [&](auto command, const Words& given, auto&... parts) {
+  const auto call = [&](auto command, const Words& given) {
     const TclWords words(given);
     const Arguments arguments = words.arguments();
-    CommandCall call{arguments, host_};
-    return command(call, parts...).text;
+    CommandCall each{arguments, host_};
+    return command(each, with_.session).text;
   };
   with_.fake.files.addFolder("C:\\App\\Cache");
-  run(initMarketFile, {"init"}, with_.services, document);
+  call(run<initMarketFile>, {"init"});
   const std::string value = utf8(u8"阻值 10%");
   for (const std::string& record :
        {std::string("Name RES Part 0 0 20 10 1 A"), std::string("PartProperty Mark \xED\xA0\xBD\xED\xB8\x80\xC0\x80x"),
         "PartProperty Value {" + value + "}", std::string("Polyline 1 2 3 0 1 {1,2 3,4}"),
         std::string("Pin 0 5 -10 5 1 IN Passive")}) {
-    run(addMarketLibList, {"lib", record}, document);
+    call(run<addMarketLibList>, {"lib", record});
   }
   for (const char* record : {"Part 100 200 1 0 RES 7", "Property {Part Reference} R@1", "Property Own x",
                              "DispProperty 3 4 Value 10k 5 6 7 8", "Junction 5 6"}) {
-    run(addMarketPartList, {"part", record}, document);
+    call(run<addMarketPartList>, {"part", record});
   }
-  const std::string path = run(outputMarketFile, {"output", "0", "300", "200", ""}, with_.services, document);
+  const std::string path = call(run<outputMarketFile>, {"output", "0", "300", "200", ""});
   EXPECT_EQ(path, "C:\\App\\Cache\\Share\\ModuleLib.json");
-  EXPECT_EQ(with_.state.placement.dsnDatPath, path);
+  EXPECT_EQ(with_.placement.dsnDatPath, path);
   const std::string file = with_.fake.files.bytes(path);
   EXPECT_TRUE(file.starts_with("{\r\n\t\"children\":\t[{\r\n")) << file;
 
@@ -185,11 +183,11 @@ TEST_F(PlacementInTcl, PathsOfTheLibrariesAreAnswered) {
   const TclWords words({"getOlbPath"});
   const Arguments arguments = words.arguments();
   CommandCall call{arguments, host_};
-  with_.state.placement.dsnDatPath.clear();
-  EXPECT_EQ(getOlbPath(call, with_.services).text, "/123456.olb");
-  EXPECT_EQ(getNewOlbPath(call, with_.services).text, "/Test.olb");
-  with_.state.placement.dsnDatPath = "D:\\乗\\模块\\a.json";
-  EXPECT_EQ(getOlbPath(call, with_.services).text, utf8(u8"D:/乗/模块/123456.olb"));
+  with_.placement.dsnDatPath.clear();
+  EXPECT_EQ(getOlbPath(call, with_.part<LibraryFiles>()).text, "/123456.olb");
+  EXPECT_EQ(getNewOlbPath(call, with_.part<LibraryFiles>()).text, "/Test.olb");
+  with_.placement.dsnDatPath = "D:\\乗\\模块\\a.json";
+  EXPECT_EQ(getOlbPath(call, with_.part<LibraryFiles>()).text, utf8(u8"D:/乗/模块/123456.olb"));
 }
 
 }  // namespace

@@ -37,14 +37,13 @@ class Placement : public testing::Test {
  protected:
   Placement() {
     with_.enableTraffic();
-    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile(emptyLibrary, "OLB");
     with_.fake.random.numbers = {5, 6};
-    with_.state.placement.dsnDatPath = modulePath;
+    with_.placement.dsnDatPath = modulePath;
     write(smallModule);
   }
   void write(const std::string& module) { with_.fake.files.addFile(modulePath, module); }
-  PlacedLibrary placeLibraryOnly(DraggedBox box = DraggedBox::none) { return placeLibrary(host_, with_.services, box); }
+  PlacedLibrary placeLibraryOnly(DraggedBox box = DraggedBox::none) { return placer_.placeLibrary(host_, box); }
   // What the module's folder holds.
   std::vector<std::string> files() {
     std::vector<std::string> names;
@@ -54,7 +53,8 @@ class Placement : public testing::Test {
     return names;
   }
 
-  FakeServices with_;
+  FakeSession with_;
+  ModulePlacer& placer_ = with_.part<ModulePlacer>();
   FakeScriptHost host_;
 };
 
@@ -79,8 +79,8 @@ TEST_F(Placement, LibraryPartsAreWrittenOnceEach) {
 }
 
 TEST_F(Placement, ObjectsOfAModuleArePlaced) {
-  with_.state.placement.uploadResId = "12";
-  with_.state.placement.uploadUserId = "用户";
+  with_.placement.uploadResId = "12";
+  with_.placement.uploadUserId = "用户";
   const std::string tail =
       R"([list "NimbMarket" "Wire"] [list "MarketResID" "12"] [list "MarketUserID" ")" + utf8(u8"用户") + R"("])";
   const std::string data =
@@ -98,8 +98,8 @@ TEST_F(Placement, ObjectsOfAModuleArePlaced) {
   for (const auto& each : cases) {
     host_.scripts.clear();
     write(smallModule);
-    with_.state.placement.selfModule = each.designator;
-    placeModule(host_, with_.services);
+    with_.placement.selfModule = each.designator;
+    placer_.placeModule(host_);
     EXPECT_EQ(host_.scripts.back(), each.expected);
     EXPECT_THAT(files(), IsEmpty());
     EXPECT_TRUE(with_.traffic().ends_with("over!!!"));
@@ -107,7 +107,7 @@ TEST_F(Placement, ObjectsOfAModuleArePlaced) {
 }
 
 TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
-  PlacementContext& placement = with_.state.placement;
+  PlacementContext& placement = with_.placement;
   placement.placeState = 1;
   placement.PartIndex = "2";
   placement.selfModule = "A";
@@ -116,7 +116,7 @@ TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
   placement.PartName = "电阻";
   placement.prefix = "U";
   placement.value = "10\"k";
-  placeModule(host_, with_.services);
+  placer_.placeModule(host_);
   EXPECT_EQ(
       host_.scripts.back(),
       R"(placePart Part -1 [list [list Location "10 10"] [list Rotation 0] [list Mirror 0] [list Package RES] )"
@@ -147,12 +147,12 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
   };
   for (const auto& each : cases) {
     write(each.module);
-    with_.state.placement.placeState = 1;
-    placeModule(host_, with_.services);
+    with_.placement.placeState = 1;
+    placer_.placeModule(host_);
     EXPECT_THAT(host_.scripts, IsEmpty()) << each.module.substr(0, 40);
     EXPECT_THAT(with_.traffic(), testing::EndsWith(each.logged)) << each.module.substr(0, 40);
     EXPECT_THAT(files(), ElementsAre("ModuleLib.json"));
-    EXPECT_EQ(with_.state.placement.placeState, 0);
+    EXPECT_EQ(with_.placement.placeState, 0);
   }
   with_.fake.files.removeFile(modulePath);
   EXPECT_FALSE(placeLibraryOnly().made);
@@ -160,7 +160,7 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
 }
 
 TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
-  with_.state.hostExecutable.set(pathOf("D:\\Cadence\\Capture.exe"));
+  with_.hostExecutable.set(pathOf("D:\\Cadence\\Capture.exe"));
   const std::string folder = "C:\\Mods\\7\\";
   const struct {
     std::function<void()> spoil;
@@ -185,7 +185,7 @@ TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
     each.spoil();
     host_.scripts.clear();
     host_.during = [&](const std::string&) { with_.fake.files.removeFile(each.removedByTheHost); };
-    placeModule(host_, with_.services);
+    placer_.placeModule(host_);
     EXPECT_THAT(host_.scripts, SizeIs(each.removedByTheHost.empty() ? 0 : 4));
     EXPECT_THAT(host_.scripts, testing::Each(testing::Not(StartsWith("placePart"))));
     const std::string traffic = with_.traffic();
@@ -201,7 +201,7 @@ TEST_F(Placement, AReadOnlyBaseLibraryLeavesNothingBehind) {
   with_.fake.files.addFile(emptyLibrary, "OLB", readOnlyAttribute);
   EXPECT_EQ(placeLibraryOnly().newLibrary.utf8(), "C:/Mods/7/6.olb");
   EXPECT_THAT(files(), ElementsAre("6.olb", "ModuleLib.json"));
-  placeModule(host_, with_.services);
+  placer_.placeModule(host_);
   EXPECT_THAT(files(), IsEmpty());
 }
 
@@ -230,7 +230,7 @@ TEST_F(Placement, MembersOfWrongTypesCountAsMissing) {
     write(each.module);
     with_.fake.random.numbers = {5, 6};
     host_.scripts.clear();
-    placeModule(host_, with_.services);
+    placer_.placeModule(host_);
     EXPECT_EQ(host_.scripts.front(), "placeLibPart C:/Mods/7/5.olb " + each.part);
     EXPECT_THAT(host_.scripts.back(), StartsWith(each.object));
   }
@@ -245,7 +245,7 @@ TEST_F(Placement, MembersOfWrongTypesCountAsMissing) {
 TEST_F(Placement, AnEndlessScriptIsLeftOut) {
   const std::string endless = R"({"name":"E","Property":{"Value":")" + std::string(std::size_t{4} << 20U, '[') + "\"}}";
   write(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + endless + R"(,{"name":"Wire"}]})");
-  placeModule(host_, with_.services);
+  placer_.placeModule(host_);
   EXPECT_THAT(host_.scripts, ElementsAre(StartsWith("placeLibPart C:/Mods/7/5.olb {R}"),
                                          StartsWith("setPinNum C:/Mods/7/5.olb {R}"), StartsWith("placePart Wire")));
   const auto refused = splitFields(replaceAll(with_.traffic(), "not placed: a script of more than 8 MB", "\1"), '\1');
@@ -266,8 +266,8 @@ TEST_F(Placement, NamesInUseAreDrawnAgain) {
 TEST_F(Placement, BaseLibraryIsLookedForInTwoPlaces) {
   with_.fake.files.removeFile(emptyLibrary);
   with_.fake.files.addFile("D:\\Cadence\\bin\\config\\Resource\\Empty.olb", "second");
-  with_.state.hostExecutable.set(pathOf("D:\\Cadence\\bin\\Capture.exe"));
-  with_.state.folder.set(pathOf("C:\\Project"));
+  with_.hostExecutable.set(pathOf("D:\\Cadence\\bin\\Capture.exe"));
+  with_.project.set(pathOf("C:\\Project"));
   EXPECT_TRUE(placeLibraryOnly().made);
   EXPECT_EQ(with_.fake.files.bytes("C:\\Mods\\7\\6.olb"), "second");
 }
@@ -283,7 +283,7 @@ TEST_F(Placement, EveryFailureOfTheFilesLeavesTheUsersFiles) {
       write(smallModule);
       with_.fake.files.faults.failCall(call, kind);
       try {
-        placeModule(host_, with_.services);
+        placer_.placeModule(host_);
       } catch (const std::bad_alloc&) {
       }
       with_.fake.files.faults.failCall(0);
@@ -299,8 +299,8 @@ TEST_F(Placement, EveryFailureOfTheFilesLeavesTheUsersFiles) {
 TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
   for (const char* path : {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\board.opj", "C:\\Mods\\7\\parts.olb"}) {
     with_.fake.files.addFile(path, smallModule);
-    with_.state.placement.dsnDatPath = path;
-    placeModule(host_, with_.services);
+    with_.placement.dsnDatPath = path;
+    placer_.placeModule(host_);
     EXPECT_EQ(with_.fake.files.bytes(path), smallModule);
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
@@ -310,14 +310,14 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
         "C:\\Mods\\7\\b.dsn\\.", "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\",
         "\\\\?\\C:\\Mods\\7\\d.dsn", "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
     with_.fake.files.addFile(path, "");
-    removePlacementFile(with_.services, pathOf(path));
+    with_.part<LibraryFiles>().remove(pathOf(path));
     EXPECT_THAT(with_.traffic(), HasSubstr(std::string("not removed: ") + path));
   }
   EXPECT_THAT(files(), SizeIs(12));  // and no library left behind
   // The drive of a path as the system itself writes it begins no other name.
   for (const char* path : {"\\\\?\\C:\\Mods\\own.json", "\\\\.\\C:\\Mods\\own.json"}) {
     with_.fake.files.addFile(path, "");
-    removePlacementFile(with_.services, pathOf(path));
+    with_.part<LibraryFiles>().remove(pathOf(path));
     EXPECT_FALSE(with_.fake.files.exists(path)) << path;
   }
 }
@@ -328,11 +328,11 @@ TEST_F(Placement, PlacementInsideAPlacementDisturbsNeither) {
   bool nested = false;
   host_.during = [&](const std::string&) {
     if (!std::exchange(nested, true)) {
-      with_.state.placement.dsnDatPath = "C:\\Other\\m.json";
+      with_.placement.dsnDatPath = "C:\\Other\\m.json";
       placeLibraryOnly();
     }
   };
-  placeModule(host_, with_.services);
+  placer_.placeModule(host_);
   EXPECT_THAT(files(), IsEmpty());
   EXPECT_EQ(with_.fake.files.entries("C:\\Other").size(), 2U);  // its module and its new library
 }
@@ -364,9 +364,9 @@ TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
       {"1 2}", "none"},
   };
   for (const auto& each : cases) {
-    FakeServices with;
+    FakeSession with;
     with.fake.files.addFile("C:\\m.json", std::string(R"({"BoundingBox":")") + each.box + "\"}");
-    const auto box = ModuleFile::read(with.services, pathOf("C:\\m.json")).viewBox();
+    const auto box = ModuleFile::read(with.fake.files, with.logs, pathOf("C:\\m.json")).viewBox();
     EXPECT_EQ(box ? box->width + " " + box->height : "none", each.expected);
   }
 }

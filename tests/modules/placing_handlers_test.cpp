@@ -18,19 +18,17 @@ class PlacingHandlers : public testing::Test {
  protected:
   PlacingHandlers() {
     host_.answer("IsSchematicViewActive", "1");
-    with_.state.installDirectory = pathOf("C:\\App");
     with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     with_.fake.files.addFile("C:\\模块\\m.json", R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
   }
-  int send(const std::string& command, const std::string& data) {
+  void send(const std::string& command, const std::string& data) {
     host_.scripts.clear();
-    reply_.clear();
     with_.fake.random.numbers = {5, 6};
     const std::string message = R"({"Command":")" + command + R"(","Data":{)" + data + "}}";
-    return dispatch(companionHandlers(), Answers::accepted, message, reply_, host_, with_.services);
+    reply_ = with_.replyTo(companionEndpoint(), message, host_);
   }
 
-  FakeServices with_;
+  FakeSession with_;
   FakeScriptHost host_;
   std::string reply_;
 };
@@ -41,13 +39,13 @@ const std::string partData =
 
 TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
   const std::string library = utf8(u8"C:/模块/5.olb {RES} ");
-  EXPECT_EQ(send("PlaceDsnLibPartModule", partData), handled);
+  send("PlaceDsnLibPartModule", partData);
   EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDsnLibPartModule_EndResult","Result":"0"})");
   EXPECT_THAT(host_.scripts,
               ElementsAre("MenuCommand 57603", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox [list 30 20]",
                           StartsWith("placeLibPart " + library), StartsWith("setPinNum " + library),
                           "setPlaceMarketFlag 2", utf8(u8"PlaceNew 电阻\\[1] {C:/模块/6.olb} 2")));
-  const PlacementContext& placement = with_.state.placement;
+  const PlacementContext& placement = with_.placement;
   EXPECT_EQ(placement.placeState, 1);
   EXPECT_EQ(placement.PartIndex, "2");
   EXPECT_EQ(placement.selfModule, "A");
@@ -58,7 +56,7 @@ TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
 
 TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
   const std::string data = R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")";
-  EXPECT_EQ(send("PlaceDSNModule", data), handled);
+  send("PlaceDSNModule", data);
   EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
   EXPECT_THAT(
       host_.scripts,
@@ -66,9 +64,9 @@ TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
                   StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {ViewBox} 0 ViewBox [list 0 0 300 200] ")),
                   StartsWith("setPinNum "), "setPlaceMarketFlag 1",
                   utf8(u8"PlaceNew \"C:/模块/6.olb\" ViewBox {300 200}")));
-  EXPECT_EQ(with_.state.placement.placeState, 0);
+  EXPECT_EQ(with_.placement.placeState, 0);
 
-  EXPECT_EQ(send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")"), handled);
+  send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")");
   EXPECT_THAT(host_.scripts, ElementsAre("IsSchematicViewActive", "UnSelectAll", "setPlaceMarketFlag 1",
                                          R"(PlaceNew "C:/a\"]\$x/6.olb" ViewBox)"));
 }
@@ -76,7 +74,7 @@ TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
 TEST_F(PlacingHandlers, WithoutAnActivePageNothingIsPlaced) {
   host_.answer("IsSchematicViewActive", "0");
   for (const char* command : {"PlaceDsnLibPartModule", "PlaceDSNModule"}) {
-    EXPECT_EQ(send(command, partData), handled);
+    send(command, partData);
     EXPECT_EQ(reply_, std::string(R"({"Data":{},"Command":")") + command +
                           R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})");
     EXPECT_EQ(host_.scripts.back(), "IsSchematicViewActive");
@@ -105,7 +103,7 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
       {"ClearCurrentDesign", "", "1", "", 1},  // places nothing, refuses nothing
   };
   for (const auto& each : cases) {
-    with_.state.placement.placeState = 1;  // of the request before
+    with_.placement.placeState = 1;  // of the request before
     host_.answer("IsSchematicViewActive", each.pageActive);
     host_.during = [&](const std::string& script) {
       if (script == each.throwing) {
@@ -113,21 +111,21 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
       }
     };
     send(each.command, each.data);
-    EXPECT_EQ(with_.state.placement.placeState, each.placeState) << each.command << each.data << each.throwing;
+    EXPECT_EQ(with_.placement.placeState, each.placeState) << each.command << each.data << each.throwing;
   }
   // Not before it is accepted, and what the host's event loop brings while it is carried out counts.
   std::string states;
-  with_.state.placement.placeState = 0;
+  with_.placement.placeState = 0;
   host_.answer("IsSchematicViewActive", "1");
   host_.during = [&](const std::string& script) {
-    states += std::to_string(with_.state.placement.placeState);
+    states += std::to_string(with_.placement.placeState);
     if (script.starts_with("PlaceNew")) {
-      with_.state.placement.placeState = 0;  // the part was placed at once
+      with_.placement.placeState = 0;  // the part was placed at once
     }
   };
   send("PlaceDsnLibPartModule", partData);
   EXPECT_EQ(states, "00111111");
-  EXPECT_EQ(with_.state.placement.placeState, 0);
+  EXPECT_EQ(with_.placement.placeState, 0);
 }
 
 TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
@@ -165,14 +163,14 @@ TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
       for (const auto& [name, field] : each.members) {
         data += std::string(",\"") + name + "\":\"" + each.command + name + "\"";
       }
-      with_.state.placement = {};
+      with_.placement = {};
       send(each.command, data);
       for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(with_.state.placement.*field, std::string(each.command) + name);
+        EXPECT_EQ(with_.placement.*field, std::string(each.command) + name);
       }
       send(each.command, more);
       for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(with_.state.placement.*field, "") << name;
+        EXPECT_EQ(with_.placement.*field, "") << name;
       }
     }
   }

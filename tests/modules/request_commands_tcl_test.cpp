@@ -22,16 +22,16 @@ class RequestCommands : public testing::Test {
  protected:
   RequestCommands() {
     with_.enableTraffic();
-    with_.state.link.setClientCreated(true);
+    with_.companionLink.setClientCreated(true);
   }
 
-  std::string run(CommandResult (*command)(CommandCall&, Services&), const Words& arguments) {
+  std::string invoke(CommandResult (*command)(CommandCall&, Session&), const Words& arguments) {
     Words words{"command"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     const TclWords objects(words);
     const Arguments given = objects.arguments();
     CommandCall call{given, host_};
-    return command(call, with_.services).text;
+    return command(call, with_.session).text;
   }
   void companionAnswers(const std::string& reply) {
     with_.fake.sockets.expect(companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
@@ -39,7 +39,7 @@ class RequestCommands : public testing::Test {
   std::string lastRequest() { return messagesIn(with_.fake.sockets.connections().back().sent).at(0); }
 
   TclInterp tcl_;  // brings Tcl up for the words
-  FakeServices with_;
+  FakeSession with_;
   FakeScriptHost host_;
 };
 
@@ -65,17 +65,17 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
   };
   for (const auto& each : cases) {
     companionAnswers(each.reply);
-    EXPECT_EQ(run(getResPath, {"7"}), each.path) << each.reply;
+    EXPECT_EQ(invoke(run<getResPath>, {"7"}), each.path) << each.reply;
     EXPECT_THAT(with_.traffic(), EndsWith(std::string("\n") + each.logged));
     EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"})");
-    with_.state.resourcePaths.clear();
-    with_.state.placement.PartIndex.clear();
+    with_.part<ResourcePaths>().known.clear();
+    with_.placement.PartIndex.clear();
     companionAnswers(each.reply);
-    EXPECT_EQ(run(getSelfUserId, {}), each.user) << each.reply;
+    EXPECT_EQ(invoke(run<getSelfUserId>, {}), each.user) << each.reply;
     EXPECT_EQ(lastRequest(), R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
   }
   EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
-  EXPECT_EQ(with_.fake.sockets.started(), 0);
+  EXPECT_EQ(with_.fake.sockets.started(), 1);
 }
 
 TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
@@ -84,31 +84,31 @@ TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
   companionAnswers(R"({"Result":0,"Data":{"ResId":"1","DatPath":"D:\\1.json"}})");
   companionAnswers(R"({"Result":0,"Data":{"ResId":"2","DatPath":"D:\\2.json"}})");
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(run(getResPath, {"1"}), "D:\\\\1.json");
-    EXPECT_EQ(run(getResPath, {"2"}), "D:\\\\2.json");
+    EXPECT_EQ(invoke(run<getResPath>, {"1"}), "D:\\\\1.json");
+    EXPECT_EQ(invoke(run<getResPath>, {"2"}), "D:\\\\2.json");
   }
   EXPECT_EQ(with_.fake.sockets.connections().size(), 2U);
   with_.fake.files.removeFile("D:\\1.json");
-  EXPECT_EQ(run(getResPath, {"1"}), "");  // asked, and nobody there
+  EXPECT_EQ(invoke(run<getResPath>, {"1"}), "");  // asked, and nobody there
   EXPECT_EQ(with_.fake.sockets.refused(), 1);
   EXPECT_THAT(with_.traffic(), EndsWith("can't Init"));
 
-  with_.state.placement.PartIndex = "2";  // of a placement: the two share their field
-  EXPECT_EQ(run(getSelfUserId, {}), "2");
+  with_.placement.PartIndex = "2";  // of a placement: the two share their field
+  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "2");
   EXPECT_EQ(with_.fake.sockets.refused(), 1);
 }
 
 TEST_F(RequestCommands, NobodyIsAskedWhoMayNotBeThere) {
-  with_.state.link.setClientCreated(false);
+  with_.companionLink.setClientCreated(false);
   with_.fake.sockets.refusalTakes = 2s;
   const auto start = with_.fake.clock.monotonic();
-  EXPECT_EQ(run(getSelfUserId, {}) + run(getResPath, {"1"}), "");
+  EXPECT_EQ(invoke(run<getSelfUserId>, {}) + invoke(run<getResPath>, {"1"}), "");
   EXPECT_EQ(with_.traffic(), "can't Init\ncan't Init");
   EXPECT_EQ(with_.fake.sockets.refused(), 0);
   EXPECT_EQ(with_.fake.clock.monotonic(), start);
-  with_.state.link.setRefusedAtOnce(true);  // then an attempt costs nothing
+  with_.companionLink.setRefusedAtOnce(true);  // then an attempt costs nothing
   companionAnswers(R"({"Result":0,"Data":{"UserId":"u"}})");
-  EXPECT_EQ(run(getSelfUserId, {}), "u");
+  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
@@ -129,28 +129,28 @@ TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
   for (const auto& each : cases) {
     with_.fake.sockets.expect(companionPort, {each.pieces, each.end, {}});
     const auto start = with_.fake.clock.monotonic();
-    EXPECT_EQ(run(getSelfUserId, {}), "");
+    EXPECT_EQ(invoke(run<getSelfUserId>, {}), "");
     EXPECT_LE(with_.fake.clock.monotonic() - start, 30s);
     EXPECT_THAT(with_.traffic(), EndsWith("ret:-1"));
   }
   with_.fake.sockets.expect(companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
-  EXPECT_EQ(run(getSelfUserId, {}), "u");
+  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
   with_.fake.sockets.expect(companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
-  EXPECT_THROW(run(getResPath, {"1"}), std::runtime_error);
+  EXPECT_THROW(invoke(run<getResPath>, {"1"}), std::runtime_error);
   EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
 }
 
 TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
-  PlacementContext& placement = with_.state.placement;
+  PlacementContext& placement = with_.placement;
   host_.answer("sendPacketGlobalHandle", "0");
   placement.dsnBmpPath = "C:\\预览.bmp";
   placement.dsnDatPath = "C:\\ModuleLib.json";
   const std::string resistor = utf8(u8"贴片电阻");
-  EXPECT_EQ(run(sendUploadMarket,
-                {"10", "4", "1.5", "1,R1,0603,more;2,C1;bad;;3,,;" + resistor + ",R", "N1;;" + resistor, "k1;k2;"}),
+  EXPECT_EQ(invoke(run<sendUploadMarket>,
+                   {"10", "4", "1.5", "1,R1,0603,more;2,C1;bad;;3,,;" + resistor + ",R", "N1;;" + resistor, "k1;k2;"}),
             "0");
   const std::string script = host_.scripts.at(0);
   const std::string expected =
@@ -161,27 +161,27 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
   EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
   EXPECT_EQ(placement.dsnBmpPath + placement.dsnDatPath, "");
 
-  run(sendUploadMarket, {});
+  invoke(run<sendUploadMarket>, {});
   EXPECT_THAT(messageOf(host_.scripts.at(1).substr(24)).message, HasSubstr("\"Keys\":\t[],\n"));
 }
 
 TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
-  PlacementContext& placement = with_.state.placement;
+  PlacementContext& placement = with_.placement;
   placement.dsnDatPath = "C:\\Mods\\m.json";
-  placement.libraryBaseName = "AZ5";
-  placement.backupBaseName = "6";
-  for (const char* name : {"AZ5.olb", "AZ5_0.OBK", "6.olb", "m.json", "7.olb"}) {
+  with_.fake.random.numbers = {5, 6};
+  with_.part<LibraryFiles>().pickNames();
+  for (const char* name : {"5.olb", "5_0.OBK", "6.olb", "m.json", "7.olb"}) {
     with_.fake.files.addFile(std::string("C:\\Mods\\") + name, "");
   }
-  run(removeDatFile, {});  // none of the libraries was made here
+  invoke(run<removeDatFile>, {});  // none of the libraries was made here
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
-  for (const char* path : {"c:/mods/az5.OLB", "C:\\Mods\\az5_0.obk", "C:\\Mods/6.olb"}) {
-    noteMadeLibrary(with_.services, pathOf(path));
+  for (const char* path : {"c:/mods/5.OLB", "C:\\MODS\\5_0.obk", "C:\\Mods/6.olb"}) {
+    with_.part<LibraryFiles>().noteMade(pathOf(path));
   }
-  run(removeDatFile, {});
+  invoke(run<removeDatFile>, {});
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 1U);
   with_.fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
-  run(removeDatFile, {});
+  invoke(run<removeDatFile>, {});
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 2U);
 }
 

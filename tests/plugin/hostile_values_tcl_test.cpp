@@ -2,7 +2,7 @@
 // interpreter, which records every command that it would run.
 #include <gtest/gtest.h>
 
-#include "dispatch/dispatcher.h"
+#include "plugin/request_table.h"
 #include "support/hostile_values.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int messagesOfEachRow = 4000;
 
-class HostileValuesTest : public testing::Test, protected FakeServices {
+class HostileValuesTest : public testing::Test, protected FakeSession {
  protected:
   HostileValuesTest() {
     interp_.recordEverything();
@@ -48,9 +48,8 @@ class HostileValuesTest : public testing::Test, protected FakeServices {
     message.add("Command", row.name);
     message.add("Data", std::move(data));
     text_ = message.printUnformatted();
-    std::string reply;
     interp_.calls.clear();
-    dispatch(rows, Answers::accepted, text_, reply, host_, services);
+    replyTo({rows, nullptr, ""}, text_, host_);
     std::string names;
     for (const Words& call : interp_.calls) {
       const std::string name = call.front() == "unknown" ? call[1] : call.front();

@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 
 TEST(Configuration, OnlyStringsCount) {
-  const FakeServices with;
+  const FakeSession with;
   const struct {
     const char* text;
     std::optional<std::string> language;
@@ -37,7 +37,7 @@ TEST(Configuration, OnlyStringsCount) {
   }
 }
 
-class CompanionLaunchTest : public testing::Test, protected FakeServices {};
+class CompanionLaunchTest : public testing::Test, protected FakeSession {};
 
 TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
   const struct {
@@ -53,19 +53,19 @@ TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
   };
   for (const auto& row : rows) {
     fake.processes.list = row.running;
-    EXPECT_EQ(processIdFromName(world, logs, "lantuzs"), row.expected);
+    EXPECT_EQ(processIdFromName(fake.processes, logs, "lantuzs"), row.expected);
   }
   fake.processes.listThrows = true;
-  EXPECT_EQ(processIdFromName(world, logs, "lantuzs"), 0);
+  EXPECT_EQ(processIdFromName(fake.processes, logs, "lantuzs"), 0);
   EXPECT_EQ(crashes(), "GetProcessidFromName");
 }
 
 TEST_F(CompanionLaunchTest, StartsInTheBaseDirectoryAndGivesTheFolderBack) {
-  launchCompanion(world, pathOf("C:\\App"));
+  launchCompanion(fake.processes, fake.files, pathOf("C:\\App"));
   fake.files.addFile("C:\\App\\LanTuZS.exe", "");
-  launchCompanion(world, pathOf("C:\\App"));
+  launchCompanion(fake.processes, fake.files, pathOf("C:\\App"));
   fake.processes.startThrows = true;
-  EXPECT_THROW(launchCompanion(world, pathOf("C:\\App")), std::bad_alloc);
+  EXPECT_THROW(launchCompanion(fake.processes, fake.files, pathOf("C:\\App")), std::bad_alloc);
   EXPECT_THAT(fake.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin", "C:\\App> LanTuZS.exe AutoLogin"));
   EXPECT_EQ(fake.processes.folder, "D:\\Work");
 }

@@ -6,9 +6,9 @@
 #include <array>
 #include <map>
 
-#include "dispatch/handler.h"
 #include "plugin/command_table.h"
 #include "plugin/plug_in.h"
+#include "plugin/request_table.h"
 #include "plugin/start_up.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
@@ -72,7 +72,7 @@ class Stage {
     });
     interp.evaluate("set nested " + packetTextOf(R"({"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\b.dsn"}})"));
     startUp(interp.get(), plugIn_);
-    plugIn_.session->services().state.placement.dsnDatPath = "C:\\Mods\\m.json";
+    plugIn_.session->part<PlacementContext>().dsnDatPath = "C:\\Mods\\m.json";
   }
   ~Stage() { setActivePlugIn(nullptr); }
 

@@ -9,6 +9,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 #include "text/text.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {
@@ -41,7 +42,10 @@ class StartUpTest : public testing::Test {
     interp_.evaluate("");  // what a script left as its result
   }
   void configure(const char* text) { fake_.files.addFile("C:\\App\\Config\\App.txt", text); }
-  GlobalState& state() { return plugIn_.session->services().state; }
+  template <class Part>
+  Part& part() {
+    return plugIn_.session->part<Part>();
+  }
   std::string crashes() { return logMessages(fake_.files.bytes("C:\\App\\bin\\catchLog\\log.txt")); }
 
   TclInterp interp_;
@@ -82,14 +86,14 @@ TEST_F(StartUpTest, HostSeesItsCallsInOrder) {
 TEST_F(StartUpTest, LeavesTheDefaults) {
   load();
   EXPECT_EQ(interp_.evaluate("package present Vernoxa").text, "1.0");
-  EXPECT_EQ(state().language, "EN");
-  EXPECT_EQ(state().folder.get().utf8(), "C:\\App");
-  EXPECT_EQ(state().hostExecutable.get().utf8(), "");
-  EXPECT_FALSE(state().link.clientCreated());
-  EXPECT_EQ(state().logDirectory.utf8(), "C:\\App\\Script\\Log");
-  EXPECT_EQ(state().placement.backupBaseName, "Test");
-  EXPECT_EQ(state().placement.libraryBaseName, "123456");
-  EXPECT_EQ(state().placement.placeState, 0);
+  EXPECT_EQ(plugIn_.session->language, "EN");
+  EXPECT_EQ(part<ProjectFolder>().get().utf8(), "C:\\App");
+  EXPECT_EQ(part<HostExecutable>().get().utf8(), "");
+  EXPECT_FALSE(part<CompanionLink>().clientCreated());
+  EXPECT_EQ(part<const Directories>().logDirectory.utf8(), "C:\\App\\Script\\Log");
+  EXPECT_EQ(part<LibraryFiles>().newPath().utf8(), "/Test.olb");
+  EXPECT_EQ(part<LibraryFiles>().temporaryPath().utf8(), "/123456.olb");
+  EXPECT_EQ(part<PlacementContext>().placeState, 0);
   EXPECT_THAT(threads(), ElementsAre(plugIn_.session));
   EXPECT_EQ(fake_.sockets.started(), 1);
   EXPECT_EQ(fake_.sockets.opened(), 0);
@@ -117,7 +121,7 @@ TEST_F(StartUpTest, ConfigurationAndProcessesDecideOnTheCompanion) {
     fake_.processes.list = row.processes;
     fake_.processes.started.clear();
     load();
-    EXPECT_EQ(state().language, row.language) << row.configuration;
+    EXPECT_EQ(plugIn_.session->language, row.language) << row.configuration;
     EXPECT_EQ(fake_.processes.started.size(), row.started) << row.configuration;
   }
   EXPECT_THAT(fake_.messages.shown(), IsEmpty());
@@ -171,7 +175,7 @@ TEST_F(StartUpTest, ExceptionEndsTheStartWhereItHappened) {
   fake_.files.faults.failCall(1, Faults::Kind::throwBadAlloc);  // the configuration
   load();
   EXPECT_TRUE(plugIn_.session);
-  EXPECT_EQ(state().language, "EN");
+  EXPECT_EQ(plugIn_.session->language, "EN");
   EXPECT_THAT(threads(), IsEmpty());
 
   fake_.processes.listThrows = true;  // counts as not running
@@ -196,19 +200,21 @@ TEST_F(StartUpTest, AnyCallOfTheFilesMayFail) {
 
 TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   load();
-  state().openDesigns = {{"a.dsn", "a.dsn"}};
+  interp_.define("InitPath", "a.dsn");
+  interp_.evaluate("packetParserForPthread " + packetTextOf(R"({"Command":"GetNewOpenPath"})"));
+  EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "1");
   fake_.sockets.listen(hostPort, {{}, StreamEnd::hang, nullptr});
   Session& first = *plugIn_.session;
-  EXPECT_EQ(first.client().connect(localAddress, hostPort), 0);
+  EXPECT_EQ(first.part<SocketClient>().connect(localAddress, hostPort), 0);
   load();
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0");
   ASSERT_EQ(threads().size(), 2U);
   EXPECT_NE(threads()[0], threads()[1]);
   // The first thread goes on with its own client, which only fails.
   std::string message;
-  EXPECT_EQ(first.client().receivePacket(message), -1);
-  EXPECT_EQ(first.client().connect(localAddress, hostPort), -1);
-  EXPECT_EQ(plugIn_.session->client().connect(localAddress, hostPort), 0);
+  EXPECT_EQ(first.part<SocketClient>().receivePacket(message), -1);
+  EXPECT_EQ(first.part<SocketClient>().connect(localAddress, hostPort), -1);
+  EXPECT_EQ(plugIn_.session->part<SocketClient>().connect(localAddress, hostPort), 0);
   EXPECT_EQ(fake_.sockets.stillOpen(), 1);
   threads().clear();
   EXPECT_EQ(fake_.sockets.started(), 1);
@@ -335,7 +341,7 @@ TEST_F(StartUpTest, SmallCommands) {
   EXPECT_EQ(interp_.evaluate("getGenerateGuid").text, "");
   EXPECT_EQ(interp_.evaluate("execTool a b").text, "");
   EXPECT_THAT(fake_.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
-  state().folder.set(pathOf("E:\\project"));  // later reports do not move the installation
+  part<ProjectFolder>().set(pathOf("E:\\project"));  // later reports do not move the installation
   interp_.evaluate("execTool");
   EXPECT_EQ(fake_.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
 }
@@ -363,11 +369,11 @@ TEST_F(StartUpTest, MessagesToTheUser) {
 
 TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   load();
-  state().placement.dsnDatPath = "D:\\modules\\m.json";
+  part<PlacementContext>().dsnDatPath = "D:\\modules\\m.json";
   fake_.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
-  noteMadeLibrary(plugIn_.session->services(), newLibraryPath(plugIn_.session->services()));
+  part<LibraryFiles>().noteMade(part<LibraryFiles>().newPath());
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");

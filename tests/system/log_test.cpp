@@ -14,7 +14,7 @@ using testing::ElementsAre;
 constexpr const char* crashFile = "C:\\App\\bin\\catchLog\\log.txt";
 constexpr const char* trafficFile = "C:\\App\\Script\\Log\\schLog.txt";
 
-class LogTest : public testing::Test, protected FakeServices {};
+class LogTest : public testing::Test, protected FakeSession {};
 
 TEST_F(LogTest, LinesByteForByte) {
   enableTraffic();

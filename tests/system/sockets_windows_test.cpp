@@ -13,7 +13,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class WindowsSocketsTest : public testing::Test, protected FakeServices {
+class WindowsSocketsTest : public testing::Test, protected FakeSession {
  protected:
   WindowsSocketsTest() {
     sockets_->startUp();
@@ -54,8 +54,7 @@ class WindowsSocketsTest : public testing::Test, protected FakeServices {
 
   const std::unique_ptr<Sockets> sockets_ = windowsSockets();
   const std::unique_ptr<Clock> clock_ = windowsClock();
-  World real_ = fake.world(*clock_, *sockets_);
-  SocketClient client_{real_, logs};
+  SocketClient client_{*sockets_, *clock_, fake.output, logs};
   SOCKET server_ = INVALID_SOCKET;
   std::uint16_t port_ = 0;
 };

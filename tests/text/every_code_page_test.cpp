@@ -2,16 +2,16 @@
 #include <gmock/gmock.h>
 
 #include "checks/check_message.h"
-#include "designs/file_status.h"
 #include "dispatch/dispatcher.h"
 #include "drawing/drawn.h"
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
+#include "link/file_status.h"
 #include "modules/placement.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 #include "system/file_path.h"
-#include "text/path_text.h"
+#include "text/message_paths.h"
 #include "text/text.h"
 
 namespace vernoxa {
@@ -20,7 +20,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeServices {
+class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeSession {
  protected:
   EveryCodePage() {
     fake.codePage = FakeCodePage(GetParam());
@@ -31,11 +31,7 @@ class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeSer
   }
   static FilePath told(std::u8string_view path) { return FilePath::fromUtf8(utf8(path)); }
   // The reply to a message of the companion.
-  std::string tell(std::u8string_view message) {
-    std::string reply;
-    dispatch(companionHandlers(), Answers::accepted, utf8(message), reply, host_, services);
-    return reply;
-  }
+  std::string tell(std::u8string_view message) { return replyTo(companionEndpoint(), utf8(message), host_); }
 
   FakeScriptHost host_;
 };
@@ -78,10 +74,10 @@ TEST_P(EveryCodePage, ANameIsItselfOrNone) {
 
 // Beside each other, in a folder that hardly any page can name and that was told in UTF-8.
 TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
-  const FilePath project = told(u8"E:\\測한");
-  fake.files.addFolder(project);
+  const FilePath folder = told(u8"E:\\測한");
+  fake.files.addFolder(folder);
   ASSERT_EQ(tell(u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\測한"}})"), "");
-  PageExport pages(state.folder, fake.files, fake.processes, fake.clock, text);
+  auto& pages = part<PageExport>();
   pages.start();
   for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
     const std::string page = utf8(name);
@@ -90,18 +86,17 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
     pages.addPageRecord(record);
   }
   pages.finish({"", utf8(u8"測한"), ""});
-  EXPECT_EQ(fake.files.entries(project / "Cache" / "Output").size(), 6U);
+  EXPECT_EQ(fake.files.entries(folder / "Cache" / "Output").size(), 6U);
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
 
-  GraphicLibrary library(state.folder, fake.files, fake.processes, text);
+  auto& library = part<GraphicLibrary>();
   library.start();
   EXPECT_EQ(library.finish(utf8(u8"測é/한")), utf8(u8"E:/測한/Cache/Library/測é-한.json"));
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Library\\測é-한.json")));
 
   host_.during = [&](const std::string&) { fake.files.addFile(told(u8"E:\\測한\\Cache\\Nets.txt"), "nets"); };
-  std::string reply;
-  dispatch(threadHandlers(), Answers::unknown, R"({"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}})", reply,
-           host_, services);
+  const std::string reply =
+      replyTo(linkEndpoint(), R"({"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}})", host_);
   EXPECT_THAT(reply, HasSubstr("\"netlistsFile\":\"" + utf8(u8"E:\\\\測한\\\\Cache\\\\Nets.txt")));
   EXPECT_EQ(host_.scripts.back(), utf8(u8"GetNetsList \"a.dsn\" \"E:\\\\測한\\\\Cache\\\\Nets.txt\""));
 }
@@ -109,14 +104,13 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
 // Told in the code page where that has the name, and in UTF-8.
 TEST_P(EveryCodePage, LibrariesLieBesideTheirModule) {
   const FilePath folder = told(u8"D:\\測試");
-  state.installDirectory = pathOf("C:\\App");
   fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
   fake.files.addFile(folder / "m.json", R"({"lib":[{"Name":"RES"}]})");
-  for (const std::string& path : {pathText(services, folder / "m.json"), (folder / "m.json").utf8()}) {
-    state.placement.dsnDatPath = path;
+  for (const std::string& path : {part<MessagePaths>().of(folder / "m.json"), (folder / "m.json").utf8()}) {
+    placement.dsnDatPath = path;
     fake.random.numbers = {5, 6};
     host_.scripts.clear();
-    EXPECT_TRUE(placeLibrary(host_, services, DraggedBox::none).made);
+    EXPECT_TRUE(part<ModulePlacer>().placeLibrary(host_, DraggedBox::none).made);
     EXPECT_THAT(host_.scripts.front(), StartsWith(utf8(u8"placeLibPart D:/測試/5.olb {RES}")));
     EXPECT_TRUE(fake.files.removeFile(folder / "6.olb"));
   }
@@ -125,12 +119,12 @@ TEST_P(EveryCodePage, LibrariesLieBesideTheirModule) {
 TEST_P(EveryCodePage, APathIsToldByANameThatOpensIt) {
   const FilePath korean = told(u8"E:\\한\\a.dsn");
   fake.files.addFile(korean, "");
-  EXPECT_EQ(pathText(services, korean), korean.utf8());  // readers tell it by its three-byte sequences
+  EXPECT_EQ(part<MessagePaths>().of(korean), korean.utf8());  // readers tell it by its three-byte sequences
   fake.files.shortPaths[korean] = pathOf("E:\\6B12~1\\a.dsn");
-  EXPECT_EQ(pathText(services, korean), GetParam() == 65001 ? korean.utf8() : "E:\\6B12~1\\a.dsn");
+  EXPECT_EQ(part<MessagePaths>().of(korean), GetParam() == 65001 ? korean.utf8() : "E:\\6B12~1\\a.dsn");
 
   const FilePath cyrillic = FilePath::fromUtf8(utf8(u8"E:\\\u0452"));
-  EXPECT_EQ(pathText(services, cyrillic), GetParam() == 65001 ? cyrillic.utf8() : "");
+  EXPECT_EQ(part<MessagePaths>().of(cyrillic), GetParam() == 65001 ? cyrillic.utf8() : "");
   EXPECT_EQ(traffic(), GetParam() == 65001 ? "" : "no name in the code page: E:\\?");
 }
 
@@ -147,20 +141,17 @@ TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
   host_.answer("InitPath", nameless[0] + ";" + nameless[1] + ";" + nameless[2] + ";" + shortened + ";D:\\b.dsn");
   std::vector<std::string> reported;
   for (int poll = 0; poll < 6; ++poll) {
-    std::string reply;
-    dispatch(threadHandlers(), Answers::unknown, R"({"Command":"GetNewOpenPath"})", reply, host_, services);
-    const Json parsed = Json::parse(reply).document;
+    const Json parsed = Json::parse(replyTo(linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_)).document;
     if (const auto path = parsed.member("Data").member("ProjectPath").text()) {
-      reported.push_back(designName(services, *path));
-      dispatch(threadHandlers(), Answers::unknown, openedMessage(services, *path, "1").printUnformatted(), reply, host_,
-               services);
+      reported.push_back(part<MessagePaths>().ofDesign(*path));
+      replyTo(linkEndpoint(), part<const FileStatus>().opened(*path, "1").printUnformatted(), host_);
     }
   }
   EXPECT_EQ(reported, all ? std::vector<std::string>(
                                 {nameless[0], nameless[1], utf8(u8"D:\\\U0001F600.dsn"), shortened, "D:\\b.dsn"})
                           : std::vector<std::string>({"D:\\6F22~1.DSN", "D:\\b.dsn"}));
   fake.files.removeFile(FilePath::fromUtf8(shortened));  // as its name in messages, it outlives the file
-  EXPECT_EQ(designName(services, shortened), all ? shortened : "D:\\6F22~1.DSN");
+  EXPECT_EQ(part<MessagePaths>().ofDesign(shortened), all ? shortened : "D:\\6F22~1.DSN");
   const auto lines = splitFields(traffic(), '\n');
   const auto refused = [](const std::string& line) { return line.starts_with("not reported, no name"); };
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(), refused), all ? 0 : 3);

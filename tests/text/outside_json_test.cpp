@@ -53,7 +53,7 @@ TEST(OutsideJson, IsBounded) {
 }
 
 TEST(OutsideJson, ARefusalIsLogged) {
-  FakeServices with;
+  FakeSession with;
   with.enableTraffic();
   EXPECT_FALSE(parseOutsideJson(repeated("[", 1001), with.logs));
   EXPECT_EQ(with.traffic(), "JSON refused: nested deeper than 1000 levels");

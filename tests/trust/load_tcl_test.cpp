@@ -99,26 +99,18 @@ struct Held {
   long bytes = liveBytes();
 };
 
-class Load : public testing::Test, protected FakeServices {
- protected:
-  World worldWith(Clock& clock, Sockets& sockets) {
-    return {clock,   fake.codePage, fake.files,    fake.guids,    fake.locks,     fake.processes, fake.random,
-            sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
-  }
-};
+class Load : public testing::Test, protected FakeSession {};
 
 TEST_F(Load, LinkThreadForSimulatedHours) {
   const std::chrono::hours hours(tryEverything() ? 24 * 7 : 6);
   PassingClock clock(hours);
   TirelessSockets sockets;
-  World here = worldWith(clock, sockets);
-  Services its{here, services.logs, services.state, services.text};
-  its.state.link.setClientCreated(true);
+  companionLink.setClientCreated(true);
   logs.reportCrash("before");  // what the last line of the log needs is there now
   {
-    SocketClient client(here, logs);
+    SocketClient client(sockets, clock, fake.output, logs);
     const long begun = liveBlocks();
-    LinkThread(its, client).run();
+    LinkThread(client, companionLink, part<const FileStatus>(), sockets, clock, fake.output, logs).run();
     EXPECT_LE(liveBlocks(), begun + 4) << "blocks stay behind";  // what the connection holds
   }
   EXPECT_EQ(crashes(), "before\nFun111");
@@ -132,11 +124,10 @@ TEST_F(Load, LinkThreadForSimulatedHours) {
 TEST_F(Load, ConnectionsOneAfterTheOther) {
   const int wanted = tryEverything() ? 100000 : 5000;
   TirelessSockets sockets;
-  World here = worldWith(world.clock, sockets);
   std::string answer(100, ' ');
   const Held begun;
   for (int count = 0; count < wanted; ++count) {
-    SocketClient client(here, logs);
+    SocketClient client(sockets, fake.clock, fake.output, logs);
     ASSERT_EQ(client.connect(localAddress, companionPort), 0);
     client.sendPacket(R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
     ASSERT_EQ(client.receivePacket(answer, std::chrono::seconds(30)), 0);

@@ -121,33 +121,33 @@ class StreamFault : public testing::Test {
   };
 
   static Run converse(Peer host, int failingSend = 0) {
-    FakeServices services;
+    FakeSession services;
     Run run;
-    services.state.link.setClientCreated(true);
+    services.companionLink.setClientCreated(true);
     services.fake.sockets.expect(hostPort, std::move(host));
     services.fake.sockets.listen(companionPort, {});
     services.fake.clock.stopAfter = pausesOfTheConversation;
     {
-      SocketClient client(services.world, services.logs);
+      SocketClient client = services.newClient();
       services.fake.sockets.faults.failCall(failingSend);
-      LinkThread(services.services, client).run();
+      services.linkThread(client).run();
       run.calls = services.fake.sockets.faults.calls();
       services.fake.sockets.faults.failCall(0);
       run.told = services.fake.sockets.connections().empty() ? "" : services.fake.sockets.connections().front().sent;
       nextConversation(services);
     }
     EXPECT_EQ(services.fake.sockets.stillOpen(), 0);
-    EXPECT_EQ(services.fake.sockets.started(), 0);
+    EXPECT_EQ(services.fake.sockets.started(), 1);
     EXPECT_FALSE(services.fake.sockets.misused());
     run.crashes = services.crashes();
-    run.folder = services.state.folder.get().utf8();
+    run.folder = services.project.get().utf8();
     return run;
   }
 
   // Whatever became of the host's link, the companion can be asked.
-  static void nextConversation(FakeServices& services) {
+  static void nextConversation(FakeSession& services) {
     services.fake.sockets.expect(companionPort, {{{frameOf("{}").substr(0, 4), {}}, {"7b7d", {}}}, {}, {}});
-    SocketClient client(services.world, services.logs);
+    SocketClient client = services.newClient();
     EXPECT_EQ(client.connect(localAddress, companionPort), 0);
     client.sendPacket("{}");
     std::string answer;
@@ -212,14 +212,14 @@ TEST_F(StreamFault, TheHostHangsAtEveryByteUntilTheClientIsRetired) {
   const std::string stream = wholeStream().substr(0, 4 + 2 * answers[0].size() + 40);
   int injected = 0;
   for (std::size_t at = 0; at < stream.size(); ++at) {
-    FakeServices services;
-    services.state.link.setClientCreated(true);
+    FakeSession services;
+    services.companionLink.setClientCreated(true);
     services.fake.sockets.expect(
         hostPort,
         {at == 0 ? std::vector<Piece>() : std::vector<Piece>{{stream.substr(0, at), {}}}, StreamEnd::hang, {}});
     services.fake.sockets.listen(companionPort, {});
-    SocketClient client(services.world, services.logs);
-    LinkThread link(services.services, client);
+    SocketClient client = services.newClient();
+    LinkThread link = services.linkThread(client);
     services.fake.clock.stopAfter = 50;
     std::thread thread([&] { link.run(); });
     services.fake.sockets.waitUntilBlocked();
@@ -241,14 +241,14 @@ TEST_F(StreamFault, TheCompanionStopsAtEveryByteOfAQuery) {
   for (const StreamEnd end : {StreamEnd::close, StreamEnd::fail, StreamEnd::hang}) {
     for (std::size_t at = 0; at <= frame.size(); ++at) {
       SCOPED_TRACE("byte " + std::to_string(at));
-      FakeServices services;
+      FakeSession services;
       std::vector<Piece> pieces;
       for (std::size_t sent = 0; sent < at; sent = sent == 0 ? 4 : sent + 1) {  // then one byte each second
         pieces.push_back({frame.substr(sent, std::min<std::size_t>(sent == 0 ? 4 : 1, at - sent)),
                           std::chrono::milliseconds(sent == 0 ? 0 : 900)});
       }
       services.fake.sockets.expect(companionPort, {pieces, end, {}});
-      SocketClient client(services.world, services.logs);
+      SocketClient client = services.newClient();
       ASSERT_EQ(client.connect(localAddress, companionPort), 0);
       const auto began = services.fake.clock.monotonic();
       std::string answer;

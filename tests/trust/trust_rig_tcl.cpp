@@ -96,7 +96,7 @@ TrustLoad::~TrustLoad() {
 
 void TrustLoad::beginSession() {
   plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
-  plugIn.session->services().state.link.setClientCreated(true);
+  plugIn.session->part<CompanionLink>().setClientCreated(true);
   setActivePlugIn(&plugIn);
 }
 

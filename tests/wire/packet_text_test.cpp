@@ -1,15 +1,12 @@
 #include "wire/packet_text.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "system/fake_world.h"
 #include "wire/frame.h"
 
 namespace vernoxa {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(PacketText, EveryByteAndBack) {
   std::string bytes;
@@ -66,36 +63,28 @@ TEST(Frame, HeaderIsLittleEndian) {
   }
 }
 
-class PacketLogTest : public testing::Test, protected FakeServices {
+class PacketLogTest : public testing::Test, protected FakeSession {
  protected:
   PacketLogTest() { enableTraffic(); }
-  std::string out_ = "old";
+  // The text, or "failure" and what a box would show.
+  static std::string told(const Result<std::string>& result) {
+    const auto* const text = std::get_if<std::string>(&result);
+    return text != nullptr ? *text : "failure " + utf8(std::get<Failure>(result).shown);
+  }
 };
 
 TEST_F(PacketLogTest, EncodingIsLogged) {
-  EXPECT_EQ(encodePacket(services, "{理}", out_), 0);
-  EXPECT_EQ(out_, "7bc0ed7d");
+  LogWriter log = logs.openTraffic();
+  EXPECT_EQ(told(encodePacket("{理}", log)), "7bc0ed7d");
+  EXPECT_EQ(told(encodePacket("", log)), "");  // nothing to send, nothing to log
   EXPECT_EQ(traffic(), "return data:{理}\n7bc0ed7d");
 }
 
-TEST_F(PacketLogTest, EmptyMessageIsNotLogged) {
-  EXPECT_EQ(encodePacket(services, "", out_), 0);
-  EXPECT_EQ(out_, "");
-  EXPECT_EQ(traffic(), "");
-}
-
 TEST_F(PacketLogTest, DecodingIsLogged) {
-  EXPECT_EQ(decodePacket(services, "7b7D", out_), 0);
-  EXPECT_EQ(out_, "{}");
-  EXPECT_EQ(traffic(), "====================decodePacket\n{}");
-  EXPECT_THAT(fake.messages.shown(), IsEmpty());
-}
-
-TEST_F(PacketLogTest, FaultIsShownOnceAndKeepsWhatWasBuilt) {
-  EXPECT_EQ(decodePacket(services, "7bzz7dzz", out_), -1);
-  EXPECT_EQ(out_, "{");
-  EXPECT_EQ(traffic(), "====================decodePacket");
-  EXPECT_THAT(fake.messages.shown(), ElementsAre("接收的数据异常"));
+  LogWriter log = logs.openTraffic();
+  EXPECT_EQ(told(decodePacket("7b7D", log)), "{}");
+  EXPECT_EQ(told(decodePacket("7bzz7dzz", log)), "failure " + utf8(u8"接收的数据异常"));
+  EXPECT_EQ(traffic(), "====================decodePacket\n{}\n====================decodePacket");
 }
 
 }  // namespace

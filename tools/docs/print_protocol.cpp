@@ -11,11 +11,11 @@
 #include <string>
 #include <string_view>
 
-#include "dispatch/handler.h"
 #include "link/socket_client.h"
 #include "plugin/command_table.h"
 #include "plugin/host_procedures.h"
 #include "plugin/message_table.h"
+#include "plugin/request_table.h"
 #include "text/json.h"
 #include "wire/envelope.h"
 

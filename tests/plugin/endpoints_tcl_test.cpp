@@ -1,4 +1,4 @@
-#include "dispatch/packet_door.h"
+#include "plugin/endpoints.h"
 
 #include <gmock/gmock.h>
 
@@ -14,53 +14,59 @@ namespace {
 
 using testing::ElementsAre;
 
-class PacketDoorTest : public testing::Test, protected FakeServices {
+class EndpointsTest : public testing::Test, protected FakeSession {
  protected:
-  using Door = CommandResult (*)(CommandCall&, Services&, PacketLock&);
+  using Command = CommandResult (*)(CommandCall&, Dispatcher&);
 
-  CommandResult call(Door door, const Words& words) {
+  CommandResult call(Command endpoint, const Words& words) {
     const TclWords held(words);
     const Arguments arguments = held.arguments();
     CommandCall each{arguments, host_};
-    return door(each, services, lock_);
+    return endpoint(each, part<Dispatcher>());
   }
-  std::string reply(Door door, const std::string& message) {
-    return messageOf(call(door, {"packetParser", packetTextOf(message)}).text).message;
+  std::string reply(Command endpoint, const std::string& message) {
+    return messageOf(call(endpoint, {"packetParser", packetTextOf(message)}).text).message;
   }
 
   FakeScriptHost host_;
-  PacketLock lock_{fake.locks.create()};
 };
 
-constexpr auto doors = {packetParser, packetParserForPthread};
+constexpr auto endpoints = {packetParser, packetParserForPthread};
 
-TEST_F(PacketDoorTest, WithoutAnArgumentNothingHappens) {
-  for (const auto door : doors) {
-    EXPECT_EQ(call(door, {"packetParser"}).text, "");
+TEST_F(EndpointsTest, WithoutAnArgumentNothingHappens) {
+  for (const auto endpoint : endpoints) {
+    EXPECT_EQ(call(endpoint, {"packetParser"}).text, "");
   }
   EXPECT_EQ(fake.locks.mostHeld, 0);
   EXPECT_EQ(fake.output.text(), "");
 }
 
-TEST_F(PacketDoorTest, WhatIsNoPacketTextComesBackEncodedOnceMore) {
-  for (const auto door : doors) {
-    EXPECT_EQ(call(door, {"packetParser", "zz"}).text, "7a7a");
-    EXPECT_EQ(call(door, {"packetParser", "7b7d 7b7d"}).text, packetTextOf("7b7d 7b7d"));
+TEST_F(EndpointsTest, WhatIsNoPacketTextComesBackEncodedAgain) {
+  for (const auto endpoint : endpoints) {
+    EXPECT_EQ(call(endpoint, {"packetParser", "zz"}).text, "7a7a");
+    EXPECT_EQ(call(endpoint, {"packetParser", "7b7d 7b7d"}).text, packetTextOf("7b7d 7b7d"));
   }
   EXPECT_THAT(fake.messages.shown(), testing::SizeIs(4));
   EXPECT_THAT(fake.messages.shown(), testing::Each("接收的数据异常"));
   EXPECT_EQ(fake.locks.held, 0);
 }
 
-TEST_F(PacketDoorTest, RequestsThatNameNoCommandHaveNoReply) {
-  for (const auto door : doors) {
+TEST_F(EndpointsTest, RequestsThatNameNoCommandHaveNoReply) {
+  for (const auto endpoint : endpoints) {
     for (const char* const message : {"", "{", "{}", R"({"Command":null})", R"({"Data":{}})"}) {
-      EXPECT_EQ(reply(door, message), "") << message;
+      EXPECT_EQ(reply(endpoint, message), "") << message;
     }
   }
 }
 
-TEST_F(PacketDoorTest, EachDoorNamesItsOwnFailure) {
+TEST_F(EndpointsTest, BeyondTheBoundsIsLoggedOnceAndNotAnswered) {
+  enableTraffic();
+  EXPECT_EQ(reply(packetParser, std::string(1001, '[')), "");
+  EXPECT_THAT(traffic(), testing::EndsWith("[\nJSON refused: nested deeper than 1000 levels"));
+  EXPECT_EQ(fake.output.text(), "");
+}
+
+TEST_F(EndpointsTest, EachNamesItsOwnFailure) {
   const auto expected = [](const char* failure) {
     return std::string("{\n\t\"ErrInfo\":\t\"") + failure +
            "\",\n\t\"Result\":\t\"1\",\n\t\"Data\":\t{\n\t},\n\t\"Command\":\t\"理_EndResult\"\n}";
@@ -69,15 +75,15 @@ TEST_F(PacketDoorTest, EachDoorNamesItsOwnFailure) {
   EXPECT_EQ(reply(packetParserForPthread, R"({"Command":"理"})"), expected("command1 error"));
 }
 
-TEST_F(PacketDoorTest, HoldsItsLockFromTheDecodingToTheAnswer) {
+TEST_F(EndpointsTest, HoldsItsLockFromTheDecodingToTheAnswer) {
   host_.during = [&](const std::string&) { EXPECT_EQ(fake.locks.held, 1); };
   reply(packetParser, R"({"Command":"ClearCurrentDesign"})");
   EXPECT_THAT(host_.scripts, ElementsAre("ClearCurrentDesign"));
   EXPECT_EQ(fake.locks.held, 0);
 }
 
-// A host script that runs the event loop calls the doors again before the first call is over.
-TEST_F(PacketDoorTest, IsEnteredAnewFromInside) {
+// A host script that runs the event loop calls the endpoints again before the first call is over.
+TEST_F(EndpointsTest, IsEnteredAgainFromInside) {
   std::string inner;
   int depth = 0;
   host_.answer("creatClient", "0");
@@ -93,14 +99,14 @@ TEST_F(PacketDoorTest, IsEnteredAnewFromInside) {
   EXPECT_EQ(fake.locks.held, 0);
 }
 
-TEST_F(PacketDoorTest, AnExceptionGivesTheLockBack) {
+TEST_F(EndpointsTest, AnExceptionGivesTheLockBack) {
   fake.output.throwing = true;
   EXPECT_THROW(call(packetParser, {"packetParser", "7b"}), std::bad_alloc);
   EXPECT_EQ(fake.locks.mostHeld, 1);
   EXPECT_EQ(fake.locks.held, 0);
 }
 
-TEST_F(PacketDoorTest, WholeCallInTheTrafficLog) {
+TEST_F(EndpointsTest, WholeCallInTheTrafficLog) {
   enableTraffic();
   host_.answer("creatClient 1", "0");
   const std::string request = R"({"Command":"creatClient"})";

@@ -1,15 +1,12 @@
-#include "plugin/small_commands.h"
+#include "plugin/misc_commands.h"
 
 #include <array>
 #include <optional>
 #include <string_view>
 
-#include "dispatch/services.h"
-#include "dispatch/state.h"
 #include "modules/library_files.h"
 #include "plugin/companion_launch.h"
 #include "system/user_messages.h"
-#include "system/world.h"
 #include "text/code_page.h"
 #include "text/identifiers.h"
 
@@ -40,31 +37,32 @@ std::optional<std::u8string_view> textFor(std::string_view code) {
 
 }  // namespace
 
-CommandResult execTool(CommandCall&, Services& services, const Directories& directories) {
-  launchCompanion(services.world, directories.baseDirectory);
+CommandResult execTool(CommandCall&, Processes& processes, Files& files, const Directories& directories) {
+  launchCompanion(processes, files, directories.baseDirectory);
   return {};
 }
 
-CommandResult getGenerateGuid(CommandCall&, Services& services) {
-  return {guidText(services.world.guids)};
+CommandResult getGenerateGuid(CommandCall&, GuidSource& guids) {
+  return {guidText(guids)};
 }
 
-CommandResult outputWarming(CommandCall&, Services& services) {
-  services.world.messages.show(u8"请先选中器件", MessageIcon::information);
+CommandResult outputWarming(CommandCall&, UserMessages& messages) {
+  messages.show(u8"请先选中器件", MessageIcon::information);
   return {};
 }
 
-CommandResult outputError(CommandCall& call, Services& services) {
+CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
+                          LibraryFiles& libraries) {
   if (call.arguments.count() < 2) {
     return {};
   }
   const std::string code(call.arguments.text(1));
   if (code == "MoreThanPage") {
-    removePlacementFile(services, newLibraryPath(services));
+    libraries.remove(libraries.newPath());
   }
-  const std::string name = services.text.trueName(code);
+  const std::string name = text.trueName(code);
   const std::u8string unknown(name.begin(), name.end());
-  services.world.messages.show(textFor(code).value_or(unknown), MessageIcon::none);
+  messages.show(textFor(code).value_or(unknown), MessageIcon::none);
   return {};
 }
 

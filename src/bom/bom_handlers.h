@@ -1,0 +1,20 @@
+// The handlers of the companion's requests about the bill of materials and its view.
+#pragma once
+
+#include "dispatch/outcome.h"
+#include "dispatch/request.h"
+
+namespace vernoxa {
+
+class ScriptHost;
+class TextConverter;
+class UserMessages;
+
+Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& text, UserMessages& messages);
+Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& text);
+Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
+
+}  // namespace vernoxa

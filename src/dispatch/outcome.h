@@ -1,0 +1,41 @@
+// What becomes of a request.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "text/json.h"
+#include "wire/failure.h"
+
+namespace vernoxa {
+
+struct Reply {
+  Json data = Json::object();
+  std::string result = "0";
+  std::optional<std::string> errInfo;  // beside "Result"
+};
+
+// A reply, a failure, or neither: then nothing is answered.
+struct Outcome {
+  std::optional<Reply> reply;
+  std::optional<Failure> failure;
+
+  static Outcome success(Json data = Json::object(), std::optional<std::string> errInfo = std::nullopt) {
+    return {Reply{std::move(data), "0", std::move(errInfo)}, std::nullopt};
+  }
+  // Answered by "Result" "1" and the text in "ErrInfo" beside it.
+  static Outcome failed(std::string errInfo) {
+    return {std::nullopt, Failure{Failure::Where::reply, std::move(errInfo), {}}};
+  }
+  // Answered by the endpoint's own text, as a request that nobody knows.
+  static Outcome refused(Failure failure = {}) { return {std::nullopt, std::move(failure)}; }
+  static Outcome silent() { return {}; }
+
+  bool succeeded() const { return reply && reply->result == "0"; }
+};
+
+// Members "Data", "Command", "Result" and, when the reply has one, "ErrInfo"; unformatted.
+std::string replyText(const std::string& command, Reply reply);
+
+}  // namespace vernoxa

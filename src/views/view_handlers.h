@@ -1,0 +1,20 @@
+// The handlers of the companion's requests about pages, drawings and ports.
+#pragma once
+
+#include "dispatch/outcome.h"
+#include "dispatch/request.h"
+
+namespace vernoxa {
+
+class MessagePaths;
+class ProjectFolder;
+class ScriptHost;
+class TextConverter;
+
+Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& text, MessagePaths& paths);
+Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
+                  const MessagePaths& paths);
+
+}  // namespace vernoxa
