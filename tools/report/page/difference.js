@@ -1,6 +1,5 @@
 // What differs between two reports of a design, part by part.
 
-import { Model } from "./model.js";
 import { inNaturalOrder } from "./quantities.js";
 
 const MEMBERS = [
@@ -9,18 +8,6 @@ const MEMBERS = [
   ["PartName", "partName"],
   ["PCBFootprint", "footprint"],
 ];
-
-// The design in the text of a report, or of what a report is made of. Throws an Error for anything else.
-export function designIn(text) {
-  const json = text.trimStart().startsWith("{")
-    ? text
-    : new DOMParser().parseFromString(text, "text/html").getElementById("design")?.textContent;
-  const design = JSON.parse(json ?? "");
-  if (!Array.isArray(design?.pages) || typeof design.path !== "string" || !Array.isArray(design.findings) || !design.bom) {
-    throw new Error("not a report");
-  }
-  return new Model(design);
-}
 
 // Rows {id, change, reference, member, before, now}: parts that came, went, or changed, and whether they are fitted.
 export function changesBetween(before, now) {

@@ -1,11 +1,11 @@
 // Puts the page together: what the user does in one place shows in the others.
 
 import { addressOf, stateIn } from "./address.js";
-import { changesBetween, designIn } from "./difference.js";
+import { changesBetween } from "./difference.js";
 import { addDivider } from "./divider.js";
+import { modelIn, modelOf } from "./embedded.js";
 import { addIcons } from "./icons.js";
 import { Marks } from "./marks.js";
-import { Model } from "./model.js";
 import { Panels } from "./panels.js";
 import { print } from "./printing.js";
 import { Review } from "./review.js";
@@ -22,7 +22,7 @@ const ZOOM_FACTOR = 1.3;
 const SLICE = 12; // milliseconds of work between two chances for the user
 
 const element = (id) => document.getElementById(id);
-const model = new Model(JSON.parse(element("design").textContent));
+const model = modelIn(document);
 const { settings, storage } = readSettings();
 const marks = new Marks(model, storage);
 
@@ -171,7 +171,7 @@ async function compare() {
   const file = await chooseFile(".html,.json");
   if (!file) return;
   try {
-    panels.changes = changesBetween(designIn(await file.text()), model);
+    panels.changes = changesBetween(modelOf(await file.text()), model);
   } catch {
     return say(text("noReport", { name: file.name }));
   }

@@ -1,6 +1,6 @@
 // What is known of the design, and the ways from one thing to another. Nothing here touches the page that is shown.
 
-import { matrixOf, readPage } from "./drawn.js";
+import { elementsOf, matrixOf, readPage } from "./drawn.js";
 import { arrangePages } from "./hierarchy.js";
 import { isNameOf, joinNets, numbersIn, pinOf } from "./nets.js";
 import { inNaturalOrder } from "./quantities.js";
@@ -16,12 +16,26 @@ export function referencesOf(line) {
   return (line.PartRef ?? "").split(/[,\s]+/).filter(Boolean);
 }
 
+// A page whose drawing is read when it is first needed.
+function pageOf({ schematic, name, key, drawing }, index, read) {
+  const page = { schematic, name, key, index, children: [], parent: -1, parts: new Set() };
+  return Object.defineProperty(page, "drawing", { get: () => (drawing ??= read(index)) });
+}
+
+// The parts that a drawing places, [[reference, x, y]...].
+function partsIn(drawing) {
+  return [...elementsOf(drawing)]
+    .filter(({ name, attr }) => name === "use" && attr?.id)
+    .map(({ attr }) => [attr.id, matrixOf(attr.transform).x, matrixOf(attr.transform).y]);
+}
+
 export class Model {
-  // `design` is what is embedded in the page; its form is described in collect.py.
-  constructor(design) {
+  // `design` is what is embedded in the page; its form is described in collect.py. `read(index)` gives the drawing of a page
+  // that has none in it.
+  constructor(design, read) {
     this.design = design;
     this.name = design.path.split(/[\\/]/).at(-1);
-    this.pages = design.pages.map((page, index) => ({ ...page, index, children: [], parent: -1, parts: new Set() }));
+    this.pages = design.pages.map((page, index) => pageOf(page, index, read));
     this.parts = new Map(); // reference -> {reference, line, fitted, pages: [index...], places: [{page, x, y}...]}
     this.lines = this.#gatherLines(design.bom);
     this.#placeParts();
@@ -114,21 +128,15 @@ export class Model {
 
   #placeParts() {
     for (const page of this.pages) {
-      for (const child of page.drawing.children ?? []) if (child.name !== "defs") this.#placePartsIn(child, page);
+      for (const [reference, x, y] of this.design.pages[page.index].parts ?? partsIn(page.drawing)) {
+        // A part that is left out of bills is on the pages all the same.
+        if (!this.parts.has(reference)) this.parts.set(reference, { reference, line: null, fitted: true, pages: [], places: [] });
+        const part = this.parts.get(reference);
+        page.parts.add(reference);
+        if (part.pages.at(-1) !== page.index) part.pages.push(page.index);
+        part.places.push({ page: page.index, x, y });
+      }
     }
-  }
-
-  #placePartsIn(element, page) {
-    for (const child of element.children ?? []) this.#placePartsIn(child, page);
-    const reference = element.name === "use" ? element.attr?.id : "";
-    if (!reference) return;
-    // A part that is left out of bills is on the pages all the same.
-    if (!this.parts.has(reference)) this.parts.set(reference, { reference, line: null, fitted: true, pages: [], places: [] });
-    const part = this.parts.get(reference);
-    page.parts.add(reference);
-    if (part.pages.at(-1) !== page.index) part.pages.push(page.index);
-    const { x, y } = matrixOf(element.attr.transform);
-    part.places.push({ page: page.index, x, y });
   }
 
   #finding(finding, id) {
