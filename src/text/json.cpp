@@ -139,8 +139,11 @@ Json::Parsed Json::parse(const std::string& text) {
   cJSON* node = nullptr;
   {
     const std::lock_guard lock(parsing());
-    // The terminating NUL belongs to what the library may read.
-    node = cJSON_ParseWithLengthOpts(begin, std::string_view(begin).size() + 1, &end, 0);
+    // The library does not tell a text that is not valid JSON from a moment without memory: a second look does.
+    for (int look = 0; node == nullptr && look < 2; ++look) {
+      // The terminating NUL belongs to what the library may read.
+      node = cJSON_ParseWithLengthOpts(begin, std::string_view(begin).size() + 1, &end, 0);
+    }
   }
   if (node == nullptr) {
     return {Json(), std::string(end != nullptr ? end : begin)};
