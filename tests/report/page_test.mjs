@@ -274,7 +274,7 @@ test("a print has every page, both lists, and what is not fitted as on the scree
   assert.equal(String(pdf).match(/\/Type\s*\/Page\b/g).length, 4);
   await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
   assert.equal(await page.locator("#printed svg").count(), 2);
-  assert.match(await page.textContent("#printed"), /not fitted: R3.*R1, R10.*2NetlistR3R3 has no footprint/s);
+  assert.match(await page.textContent("#printed"), /not fitted: R3.*R1, R10.*☐.*2NetlistR3R3 has no footprint/s);
   assert.deepEqual(await page.$$eval("#printed .pin text", (nodes) => nodes.map((node) => node.textContent)), ["1", "2"]);
   await page.emulateMedia({ media: "print" });
   const dimmed = () =>

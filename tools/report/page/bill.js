@@ -24,15 +24,15 @@ export function billRows(model, single) {
     .sort((one, other) => inNaturalOrder(one.references[0], other.references[0]));
 }
 
-// `fields` are [[member, title]...]; members that begin with "box " are boxes.
-export function tableOf(rows, fields, marks) {
+// The lines of a table, its heads first. `fields` are [[member, title]...]; members that begin with "box " are boxes, which
+// are said as `ticked` or `open`, and as "2/3" when some of a line's parts are ticked.
+export function tableOf(rows, fields, marks, { ticked = "x", open = "" } = {}) {
+  const tick = ({ references }, box) => {
+    const count = references.filter((reference) => marks.has(box, reference)).length;
+    return count === 0 ? open : count === references.length ? ticked : `${count}/${references.length}`;
+  };
   const value = (row, field) => {
-    if (field.startsWith("box "))
-      return {
-        all: "x",
-        some: `${row.references.filter((one) => marks.has(field.slice(4), one)).length}/${row.references.length}`,
-        none: "",
-      }[marks.state(field.slice(4), row.references)];
+    if (field.startsWith("box ")) return tick(row, field.slice(4));
     if (field === "references") return row.references.join(", ");
     return field === "fitted" ? stateOf(row.fitted) : String(row[field] ?? "");
   };

@@ -92,11 +92,19 @@ export class BillPanel {
   }
 
   async #table() {
-    const fields = [
+    return tableOf(await this.list.chosenRows(), this.#fields(), this.marks);
+  }
+
+  // All lines, with boxes to tick by hand.
+  get printed() {
+    return tableOf(billRows(this.model, this.settings.single), this.#fields(), this.marks, { ticked: "☑", open: "☐" });
+  }
+
+  #fields() {
+    return [
       ...BILL_FIELDS.map(([field, title]) => [field, text(title)]).filter(([field]) => !this.settings.hidden.includes(field)),
       ...this.marks.boxes.map((box) => [`box ${box.id}`, boxTitle(box)]),
     ];
-    return tableOf(await this.list.chosenRows(), fields, this.marks);
   }
 
   #filterBy(filters) {

@@ -182,7 +182,7 @@ async function compare() {
 
 function printOut(what) {
   element("print-box").close();
-  print(element("printed"), model, { ...what, page: review.page });
+  print(element("printed"), model, what);
   window.print();
 }
 
@@ -245,7 +245,7 @@ const clicks = {
   "print-close": () => element("print-box").close(),
   "print-page": () => printOut({ pages: [review.page] }),
   "print-pages": () => printOut({ pages: model.pages.map((page) => page.index) }),
-  "print-bill": () => printOut({ bill: true }),
+  "print-bill": () => printOut({ bill: panels.bill.printed }),
   "print-findings": () => printOut({ findings: true }),
   help: () => element("help-box").showModal(),
   "help-close": () => element("help-box").close(),
@@ -254,7 +254,7 @@ for (const [id, action] of Object.entries(clicks)) element(id).addEventListener(
 element("hide").addEventListener("change", (event) => hideAbsent(event.target.checked));
 window.addEventListener("beforeprint", () => {
   if (!element("printed").children.length)
-    print(element("printed"), model, { pages: model.pages.map((page) => page.index), bill: true, findings: true });
+    print(element("printed"), model, { pages: model.pages.map((page) => page.index), bill: panels.bill.printed, findings: true });
 });
 window.addEventListener("afterprint", () => element("printed").replaceChildren());
 window.addEventListener("popstate", restore);

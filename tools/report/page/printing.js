@@ -7,13 +7,13 @@ import { comment, stateOf, text } from "./texts.js";
 
 const PINS_TO_WIDTH = 1 / 1200; // of a pin's scale to its page's width
 
-// `what` is {pages: [index...], bill, findings}.
+// `what` is {pages: [index...], bill, findings}, `bill` being the lines of its table.
 export function print(room, model, what) {
   const drawings = (what.pages ?? []).map((index) => new Drawing(model.pages[index]));
   room.replaceChildren(
     ...drawings.map((drawing) => sheet(drawing, model)),
-    ...(what.bill ? [bill(model)] : []),
-    ...(what.findings ? findings(model) : []),
+    ...(what.bill ? [table("bom", what.bill)] : []),
+    ...(what.findings && model.findings.length ? [table("findings", findings(model))] : []),
   );
   room.classList.add("measured");
   for (const drawing of drawings) {
@@ -38,46 +38,24 @@ function sheet({ page, svg, size }, model) {
   return node;
 }
 
-function bill(model) {
-  return table(
-    "bom",
-    ["quantity", "references", "value", "state", "partNumber", "partName", "footprint"],
-    model.lines.map((line) => [
-      line.quantity,
-      line.references.join(", "),
-      line.Value,
-      stateOf(line.fitted),
-      line.PartNumber,
-      line.PartName,
-      line.PCBFootprint,
-    ]),
-  );
-}
-
 function findings(model) {
-  if (!model.findings.length) return [];
-  return [
-    table(
-      "findings",
-      ["number", "check", "value", "comment", "page"],
-      model.findings.map((finding) => [
-        finding.number,
-        text(`check${finding.check}`),
-        finding.value,
-        comment(finding.comment),
-        finding.pageName,
-      ]),
-    ),
-  ];
+  const rows = model.findings.map(({ number, check, value, comment: said, pageName }) => [
+    number,
+    text(`check${check}`),
+    value,
+    comment(said),
+    pageName,
+  ]);
+  return [["number", "check", "value", "comment", "page"].map((name) => text(name)), ...rows];
 }
 
-function table(title, columns, rows) {
+function table(title, [heads, ...rows]) {
   const node = document.createElement("section");
   const table = document.createElement("table");
   const head = table.createTHead().insertRow();
-  for (const column of columns) {
+  for (const words of heads) {
     const cell = document.createElement("th");
-    cell.textContent = text(column);
+    cell.textContent = words;
     head.append(cell);
   }
   const body = table.createTBody();
