@@ -32,14 +32,13 @@ Tabulator.registerModule([
 export class List {
   // `columns(rows)` and `rows()` are asked again when the language or what is wanted changes. `events`: pointAt(row),
   // choose(row). `classOf(row)` gives names of classes. Rows have an `id`.
-  constructor(element, { label, columns, rows, events = {}, classOf, rowHeader }) {
+  constructor(element, { label, columns, rows, events = {}, classOf }) {
     this.element = element;
     this.columns = columns;
     this.rows = rows;
     this.events = events;
     this.classOf = classOf;
     this.label = label;
-    this.rowHeader = rowHeader;
     this.lit = new Set();
     this.stale = true;
   }

@@ -53,7 +53,7 @@ export class Review {
     this.#say();
   }
 
-  // Shows the parts where most of them are, the present page when any is there; once more goes to the next page.
+  // Shows the parts, on the present page when any of them is there, else on their first; once more goes to the next page.
   jumpToParts(references) {
     this.#asOneStep(() => {
       this.#turnTo(this.#pagesOf(references), references.join() === this.chosen.references.join());
