@@ -80,7 +80,7 @@ void FakeUserMessages::forget() {
 }
 
 FakeSession::FakeSession()
-    : session(world, Logs(world, pathOf("C:\\App\\bin")), directoriesOf(pathOf("C:\\App\\bin\\Vernoxa64.dll"))) {
+    : session(world, crashLogsOf(world, pathOf("C:\\App\\bin")), directoriesOf(pathOf("C:\\App\\bin\\Vernoxa64.dll"))) {
   fake.files.addFolder("C:\\App\\bin");
 }
 

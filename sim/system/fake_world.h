@@ -9,6 +9,7 @@
 #include "link/link_thread.h"
 #include "plugin/request_table.h"
 #include "plugin/run.h"
+#include "plugin/world.h"
 #include "system/fake_clock.h"
 #include "system/fake_code_page.h"
 #include "system/fake_desktop.h"
@@ -18,7 +19,6 @@
 #include "system/random.h"
 #include "system/system.h"
 #include "system/user_messages.h"
-#include "system/world.h"
 
 namespace vernoxa {
 

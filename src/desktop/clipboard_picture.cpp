@@ -8,9 +8,8 @@
 #include <limits>
 
 #include "desktop/bitmap_file.h"
-#include "desktop/clipboard_opening.h"
 #include "desktop/metafile_check.h"
-#include "system/clipboard.h"
+#include "system/clock.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/shared_path.h"
@@ -56,6 +55,17 @@ std::string sizeText(PixelSize size) {
 }
 
 }  // namespace
+
+std::unique_ptr<ClipboardAccess> openClipboard(Clipboard& clipboard, Clock& clock) {
+  constexpr int pauses = 10;
+  constexpr std::chrono::milliseconds pause(20);
+  auto opened = clipboard.open();
+  for (int done = 0; !opened && done < pauses; ++done) {
+    clock.sleep(pause);
+    opened = clipboard.open();
+  }
+  return opened;
+}
 
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen) {
   const auto width = distance(frame.left, frame.right, screen.pixelsAcross, screen.millimetresAcross);

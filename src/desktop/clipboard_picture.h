@@ -1,21 +1,26 @@
-// Turns the drawing that the user copied in the host into the preview picture.
+// Opens the clipboard, and turns the drawing that the user copied in the host into the preview picture.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "system/clipboard.h"
 #include "system/file_path.h"
 #include "system/pictures.h"
 
 namespace vernoxa {
 
-class Clipboard;
 class Clock;
 class Files;
 class Logs;
 class Processes;
 class ProjectFolder;
 class TextConverter;
+
+// Waits a moment, a fifth of a second at most, for a program that holds it, as those do that watch it for changes.
+// Nothing when it is held for longer.
+std::unique_ptr<ClipboardAccess> openClipboard(Clipboard& clipboard, Clock& clock);
 
 // What a frame measures on that screen, whichever of its edges are the larger ones; nothing when that is no size.
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen);

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "desktop/clipboard_opening.h"
 #include "desktop/clipboard_picture.h"
 #include "dispatch/placement_context.h"
 #include "system/clipboard.h"

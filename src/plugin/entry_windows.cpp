@@ -9,9 +9,9 @@
 #include "plugin/real_world_windows.h"
 #include "plugin/run.h"
 #include "plugin/start_up.h"
+#include "plugin/world.h"
 #include "system/log.h"
 #include "system/system_windows.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -26,7 +26,7 @@ PlugIn& processPlugIn() {
   static PlugIn* const plugIn = [] {
     World world = realWorld();
     const FilePath path = modulePath();
-    return new PlugIn{world, path, Logs(world, directoriesOf(path).pluginFolder), nullptr, startLinkThread};
+    return new PlugIn{world, path, crashLogsOf(world, directoriesOf(path).pluginFolder), nullptr, startLinkThread};
   }();
   return *plugIn;
 }

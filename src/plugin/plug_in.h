@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "plugin/session.h"
+#include "plugin/world.h"
 #include "system/file_path.h"
 #include "system/log.h"
-#include "system/world.h"
 
 namespace vernoxa {
 

@@ -1,7 +1,7 @@
 // The operating system that the DLL runs on.
 #pragma once
 
-#include "system/world.h"
+#include "plugin/world.h"
 
 namespace vernoxa {
 

@@ -21,9 +21,9 @@
 #include "modules/placement.h"
 #include "modules/request_commands.h"
 #include "plugin/installation.h"
+#include "plugin/world.h"
 #include "system/log.h"
 #include "system/shared_path.h"
-#include "system/world.h"
 #include "text/code_page.h"
 #include "text/message_paths.h"
 

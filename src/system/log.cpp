@@ -9,7 +9,6 @@
 #include "system/clock.h"
 #include "system/code_page.h"
 #include "system/files.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -68,8 +67,8 @@ void LogWriter::writeFormatted(const char* format, ...) noexcept {
   writeLine(buffer.data());
 }
 
-Logs::Logs(const World& world, FilePath pluginFolder)
-    : clock_(world.clock), codePage_(world.codePage), files_(world.files), pluginFolder_(std::move(pluginFolder)) {}
+Logs::Logs(Clock& clock, const CodePage& codePage, Files& files, FilePath pluginFolder)
+    : clock_(clock), codePage_(codePage), files_(files), pluginFolder_(std::move(pluginFolder)) {}
 
 Logs::Logs(const Logs& other, FilePath logDirectory)
     : clock_(other.clock_),

@@ -18,7 +18,6 @@ namespace vernoxa {
 class Clock;
 class CodePage;
 class Files;
-struct World;
 
 // Writes lines of one log; short-lived. Each line opens the file and closes it again, so that one which the user
 // deletes meanwhile is made again. Without a file every write does nothing.
@@ -42,7 +41,7 @@ class LogWriter {
 class Logs {
  public:
   // `pluginFolder` holds the crash log's folder "\catchLog". The traffic log is off until its folder is known.
-  Logs(const World& world, FilePath pluginFolder);
+  Logs(Clock& clock, const CodePage& codePage, Files& files, FilePath pluginFolder);
   Logs(const Logs& other, FilePath logDirectory);
 
   // On while the log directory exists.

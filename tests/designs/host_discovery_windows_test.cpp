@@ -6,11 +6,11 @@
 #include <gmock/gmock.h>
 
 #include "plugin/real_world_windows.h"
+#include "plugin/world.h"
 #include "system/fake_code_page.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/registry.h"
-#include "system/world.h"
 
 namespace vernoxa {
 namespace {
@@ -71,7 +71,7 @@ class RealRegistry : public testing::Test {
     return path + name + std::to_string(GetCurrentProcessId());
   }
   std::string find(const std::string& hostVersion) {
-    const Logs logs(world, pathOf(temporary("nowhere")));
+    const Logs logs(crashLogsOf(world, pathOf(temporary("nowhere"))));
     return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
   }
 

@@ -13,6 +13,7 @@
 #include "desktop/gdi_windows.h"
 #include "desktop/metafile_check.h"
 #include "plugin/real_world_windows.h"
+#include "plugin/world.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"
 #include "system/clipboard.h"
@@ -23,7 +24,6 @@
 #include "system/registry.h"
 #include "system/shared_path.h"
 #include "system/wide_text_windows.h"
-#include "system/world.h"
 #include "text/code_page.h"
 
 namespace vernoxa {
@@ -145,7 +145,7 @@ void drawTexts(HDC context) {
 
 class RealDesktop : public testing::Test {
  protected:
-  RealDesktop() : logs(world, pathOf(folder + "\\bin")), text(world.codePage, world.messages) {
+  RealDesktop() : logs(crashLogsOf(world, pathOf(folder + "\\bin"))), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
   }
   ~RealDesktop() override {

@@ -35,7 +35,7 @@ class ExportCommands : public testing::Test {
   TclInterp interp;
   FakeWorld fake;
   World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world, pathOf("C:\\App\\bin")), nullptr,
+  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
                 [](std::shared_ptr<Session>) {}};
   std::string version = "17.4";
   std::string whenAsked;

@@ -116,7 +116,7 @@ class Stage {
   const char* const disturbance_;
   bool disturbing_ = false;
   World world_ = fake.world();
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world_, pathOf("C:\\App\\bin")), nullptr,
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
                  [](std::shared_ptr<Session>) {}};
 };
 

@@ -19,7 +19,7 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   TclInterp interp;
   FakeWorld fake;
   World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world, pathOf("C:\\App\\bin")), nullptr,
+  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
                 [](std::shared_ptr<Session>) {}};
   fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
   fake.files.addFile("C:\\App\\module.json", R"({"children":[{"name":"Part"}],"lib":[{"Name":"RES"}]})");

@@ -51,7 +51,7 @@ class StartUpTest : public testing::Test {
   TclInterp interp_;
   FakeWorld fake_;
   World world_ = fake_.world();
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), Logs(world_, pathOf("C:\\App\\bin")), nullptr,
+  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
                  [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
 };
 

@@ -1,6 +1,10 @@
 // All that the plug-in needs of the operating system, passed in: real in the DLL, stand-ins in tests.
 #pragma once
 
+#include <utility>
+
+#include "system/log.h"
+
 namespace vernoxa {
 
 class Clipboard;
@@ -34,5 +38,10 @@ struct World {
   Pictures& pictures;
   Desktop& desktop;
 };
+
+// The logs before any installation is known: crashes alone, below the plug-in's own folder.
+inline Logs crashLogsOf(const World& world, FilePath pluginFolder) {
+  return {world.clock, world.codePage, world.files, std::move(pluginFolder)};
+}
 
 }  // namespace vernoxa
