@@ -5,7 +5,7 @@ import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 
-import { becomes, inView, lit, litNets, litRows, open, rowOf, scaleOf, shown } from "./browser.mjs";
+import { becomes, inView, lit, litNets, litRows, open, rowOf, scaleOf, shown, textOf } from "./browser.mjs";
 import { hostile, huge, large, long, small } from "./design.mjs";
 import { modules } from "./launch.mjs";
 
@@ -303,7 +303,9 @@ test("texts of a design stay texts", async () => {
 });
 
 test("a design of forty pages is there at once, its lists hold only what is seen, and a selection is quick", async () => {
-  const { page, close } = await open(huge(40));
+  const design = huge(40);
+  const { page, close, report } = await open(design);
+  assert.ok(textOf(report).length - JSON.stringify(design).length < 1e6, "beside its data the page is at most a megabyte");
   const marks = await page.evaluate(() => performance.getEntriesByType("mark").map(({ startTime }) => startTime));
   for (const panel of ["bom", "nets", "findings"]) {
     await page.click(`#panels [data-panel=${panel}]`);

@@ -137,6 +137,15 @@ test("ten parts are ticked, kept over a reload, and taken elsewhere as a file", 
   await page.reload();
   await page.waitForSelector("body[data-joined]");
   assert.equal(await ticks(page), "Sourced 1/13 · Placed 10/13");
+  // Another window of the report ticks something meanwhile.
+  const other = await page.context().newPage();
+  await other.goto(page.url());
+  await other.waitForSelector("body[data-joined]");
+  await rowOf(other, "N-10").locator("[data-box=placed]").click();
+  await rowOf(page, "LM358").locator("[data-box=placed]").click();
+  assert.equal(await ticks(page), "Sourced 1/13 · Placed 12/13");
+  for (const part of ["N-10", "LM358"]) await rowOf(page, part).locator("[data-box=placed]").click();
+  await other.close();
   await page.selectOption("#bom-fitted", { label: "Not yet Placed" });
   assert.deepEqual(
     (await rowsOf(page, "bom")).map((row) => row.split("|")[1]),
@@ -155,9 +164,9 @@ test("ten parts are ticked, kept over a reload, and taken elsewhere as a file", 
   await close();
 
   // Elsewhere, where R3 has become another part.
-  const other = linked();
-  other.bom.Stick[2].Value = "471";
-  const second = await open(other);
+  const changed = linked();
+  changed.bom.Stick[2].Value = "471";
+  const second = await open(changed);
   await second.page.click("#bom-settings");
   await choose(second.page, "#marks-import", file);
   await becomes(() => second.page.textContent("#said"), /10 ticks taken; 1 belong to parts that are not the same here/);

@@ -83,6 +83,11 @@ export class BillPanel {
     element("marks-export").addEventListener("click", () =>
       save(`${this.model.name}.marks.json`, "application/json", `${JSON.stringify(this.marks.exported(), null, 1)}\n`),
     );
+    window.addEventListener("storage", ({ key }) => {
+      if (key !== this.marks.key) return;
+      this.marks.read();
+      this.refresh();
+    });
     element("marks-import").addEventListener("click", () => this.#import());
   }
 
@@ -179,12 +184,17 @@ export class BillPanel {
       lines.flatMap((one) => one.references),
       on,
     );
-    for (const one of lines) {
-      const row = this.list.table.getRow(one.id);
-      for (const input of row ? row.getElement().querySelectorAll("input") : []) this.#showTick(input, one);
+    this.#showTicks();
+    if (!this.marks.kept) say(text("notKept"));
+  }
+
+  // Those of the lines that are seen: another window may have changed any of them.
+  #showTicks() {
+    for (const input of element("bom").querySelectorAll("input[data-box]")) {
+      const row = this.list.table.getRow(input.closest(".tabulator-row").dataset.id);
+      if (row) this.#showTick(input, row.getData());
     }
     this.#showProgress();
-    if (!this.marks.kept) say(text("notKept"));
   }
 
   #tickWithKey(event) {

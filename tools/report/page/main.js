@@ -73,6 +73,7 @@ function tell(thing) {
   if (pin) words.unshift(pin.number ? `${pin.reference}.${pin.number}` : pin.reference);
   if (pin && !nets.length) words.push(text("inNoNet"));
   else if (part) words.push([part.reference, part.line?.Value, stateOf(part.fitted)].filter(Boolean).join(" · "));
+  if (thing?.link) words.unshift(thing.link.node.getAttribute("aria-label"));
   if (alone && !nets.length) words.push(text("wireAlone"));
   element("pointed").textContent = words.slice(0, 3).join(" · ");
 }

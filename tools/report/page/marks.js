@@ -4,10 +4,11 @@
 
 import { elementsOf } from "./drawn.js";
 
+// Their names are texts of the page.
 const USUAL = [
   { id: "sourced", name: "" },
   { id: "placed", name: "" },
-]; // their names are texts of the page
+];
 const MOST_BOXES = 12;
 const LONGEST_NAME = 40;
 const REVISION = /^(?:rev(?:ision)?|版本)\.?(?:\s*[:：]\s*|\s+|$)(.*)$/i;
@@ -22,9 +23,19 @@ export class Marks {
     this.key = `report ${model.design.path.toLowerCase()} ${this.revision}`;
     this.boxes = USUAL.map((box) => ({ ...box }));
     this.ticks = new Map(); // box -> reference -> what the part was
+    this.read();
+  }
+
+  // What is kept, in which another window of this report may have ticked something meanwhile.
+  read() {
     try {
-      const text = storage?.getItem(this.key);
-      if (text) this.#take(JSON.parse(text));
+      const text = this.storage?.getItem(this.key);
+      if (!text) return;
+      const value = JSON.parse(text);
+      checkForm(value);
+      this.boxes = [];
+      this.ticks = new Map();
+      this.#take(value);
     } catch {
       this.kept = false;
     }
@@ -47,6 +58,7 @@ export class Marks {
   }
 
   set(box, references, on) {
+    if (this.kept) this.read();
     if (!this.ticks.has(box)) this.ticks.set(box, new Map());
     for (const reference of references) {
       if (on) this.ticks.get(box).set(reference, this.#identity(reference));
@@ -80,6 +92,8 @@ export class Marks {
   // JSON.parse throws, and a TypeError for what was not exported here.
   imported(text) {
     const value = JSON.parse(text);
+    checkForm(value);
+    if (this.kept) this.read();
     this.#take(value);
     this.#keep();
     const all = Object.entries(value.ticks).flatMap(([box, parts]) => Object.keys(parts).map((reference) => [box, reference]));
@@ -88,17 +102,6 @@ export class Marks {
   }
 
   #take(value) {
-    const isText = (one) => typeof one === "string";
-    const isObject = (one) => typeof one === "object" && one !== null && !Array.isArray(one);
-    if (
-      !isObject(value) ||
-      !Array.isArray(value.boxes) ||
-      !isObject(value.ticks) ||
-      !value.boxes.every((box) => isObject(box) && isText(box.id) && isText(box.name)) ||
-      !Object.values(value.ticks).every((parts) => isObject(parts) && Object.values(parts).every(isText))
-    ) {
-      throw new TypeError("not a file of ticked parts");
-    }
     for (const { id, name } of value.boxes) {
       const known = this.boxes.find((box) => box.id === id);
       if (known) known.name = name.slice(0, LONGEST_NAME);
@@ -126,9 +129,25 @@ export class Marks {
   #keep() {
     try {
       this.storage?.setItem(this.key, JSON.stringify(this.exported()));
+      this.kept = this.storage !== null;
     } catch {
       this.kept = false;
     }
+  }
+}
+
+// Throws a TypeError for what did not come from here.
+function checkForm(value) {
+  const isText = (one) => typeof one === "string";
+  const isObject = (one) => typeof one === "object" && one !== null && !Array.isArray(one);
+  if (
+    !isObject(value) ||
+    !Array.isArray(value.boxes) ||
+    !isObject(value.ticks) ||
+    !value.boxes.every((box) => isObject(box) && isText(box.id) && isText(box.name)) ||
+    !Object.values(value.ticks).every((parts) => isObject(parts) && Object.values(parts).every(isText))
+  ) {
+    throw new TypeError("not a file of ticked parts");
   }
 }
 
