@@ -6,6 +6,7 @@
 Nothing but Python is needed. How the two ends talk is told in docs/for-companion-authors.md.
 """
 
+import contextlib
 import csv
 import json
 import pathlib
@@ -50,14 +51,20 @@ class Connection(socketserver.StreamRequestHandler):
     """The host's scripts keep one open. The plug-in makes others, to see who listens or to ask one thing."""
 
     def handle(self):
+        with contextlib.suppress(ConnectionError):
+            self.read()
+
+    def read(self):
         self.asked = []  # designs whose bills are still to come, in their order
         while len(header := self.rfile.read(4)) == 4:
             packet = self.rfile.read(struct.unpack("<I", header)[0])
-            if packet:
+            try:
                 message = message_of(packet)
-                take = getattr(self, "take_" + message["Command"], None)
-                if take:
-                    take(message.get("Data", {}))
+            except ValueError:  # findings and reports hold texts of the editor that may break them
+                continue
+            take = getattr(self, f"take_{message.get('Command')}", None)
+            if take:
+                take(message.get("Data", {}))
 
     def send(self, command, data, result="0"):
         packet = packet_of({"Command": command, "Data": data, "Result": result})
@@ -79,6 +86,8 @@ class Connection(socketserver.StreamRequestHandler):
         self.send("GenerateBOM", {"ProjectPath": design})
 
     def take_GenerateBOM_EndResult(self, data):
+        if not self.asked:
+            return
         name = pathlib.PureWindowsPath(self.asked.pop(0)).stem
         with open(self.server.folder / f"{name}.csv", "w", encoding="utf-8", newline="") as file:
             table = csv.writer(file)
