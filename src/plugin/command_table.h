@@ -35,7 +35,6 @@ struct CommandRow {
   Calls calls;
   CommandAnswer answer;
   const char* purpose;              // one sentence
-  const char* file;                 // where it is carried out, below src/
   const char* beforeState = "";     // answer while no session exists
   const char* crashName = nullptr;  // in the crash log; the command's own name when none is given
 };
