@@ -116,8 +116,7 @@ bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
     if (member.stored != nullptr) {
       placement_.*member.stored = usable ? request.text(member.name) : std::string();
     }
-    complete = complete && (member.stored == nullptr || request.data.isObject()) &&
-               (!member.needed || usable);
+    complete = complete && (member.stored == nullptr || request.data.isObject()) && (!member.needed || usable);
   }
   return complete;
 }

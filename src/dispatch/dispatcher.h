@@ -1,5 +1,6 @@
 // The road of a packet on the host's thread: packet text, message, request, row, checked members, handler, outcome,
-// reply, packet text. Each step gives its value or a `Failure`, and what is said and answered then is decided here alone.
+// reply, packet text. Each step gives its value or a `Failure`, and what is said and answered then is decided here
+// alone.
 #pragma once
 
 #include <memory>

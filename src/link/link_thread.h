@@ -1,8 +1,8 @@
 // The background thread that watches for the companion and reports opened and closed designs to it.
 //
 // The thread never calls Tcl. Over the process's connection to port 9610 it asks the host's scripts, which run each
-// request on the host's own thread. Everything blocks and pauses through the interfaces passed in. It is given only what
-// both threads may use.
+// request on the host's own thread. Everything blocks and pauses through the interfaces passed in. It is given only
+// what both threads may use.
 #pragma once
 
 #include <cstdint>
