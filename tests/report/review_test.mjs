@@ -134,6 +134,7 @@ test("ten parts are ticked, kept over a reload, and taken elsewhere as a file", 
   assert.equal(await ticks(page), "Sourced 0/13 · Placed 10/13");
   await rowOf(page, "LM358").focus();
   await page.keyboard.press("1");
+  await page.waitForTimeout(300); // a browser hands on what it keeps a moment later
   await page.reload();
   await page.waitForSelector("body[data-joined]");
   assert.equal(await ticks(page), "Sourced 1/13 · Placed 10/13");
