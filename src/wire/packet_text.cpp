@@ -29,12 +29,12 @@ constexpr std::array<std::uint8_t, 256> valueOfDigit = digitValues();
 }  // namespace
 
 std::string packetTextOf(std::string_view message) {
-  std::string text;
-  text.reserve(message.size() * 2);
+  std::string text(message.size() * 2, '\0');
+  auto digit = text.begin();
   for (const char c : message) {
     const auto byte = static_cast<unsigned char>(c);
-    text.push_back(digits[byte >> 4U]);
-    text.push_back(digits[byte & 0x0FU]);
+    *digit++ = digits[byte >> 4U];
+    *digit++ = digits[byte & 0x0FU];
   }
   return text;
 }
