@@ -25,6 +25,9 @@ std::string MessagePaths::of(const FilePath& path) const {
 }
 
 std::string MessagePaths::ofDesign(std::string_view hostPath) {
+  if (!hasNonAscii(hostPath)) {
+    return std::string(hostPath);  // as most are, in every encoding
+  }
   const auto plain = utf8OfTcl(hostPath);
   const bool converted = looksLikeUtf8Chinese(hostPath);
   // Other texts stay as they are, but for those that are UTF-8 beyond doubt and that the code page cannot name.
