@@ -55,7 +55,7 @@ constexpr CommandAnswer fileStatus =
     answersPacket("A FileStatus; empty when the path is empty or has no name in the code page.");
 
 // clang-format off
-constexpr std::array<CommandRow, commandCount> table = {{
+constexpr std::array<CommandRow, commandCount> commands = {{
   {"packetParser", run<packetParser>,
     takes(argument("packetText", "Packet text of a request of the companion, or of its answer to a message.")), calls(),
     answersPacket("The reply; empty when there is none."),
@@ -187,12 +187,12 @@ constexpr std::array<CommandRow, commandCount> table = {{
 }};
 // clang-format on
 
-static_assert(namesDiffer(table), "two rows of one name");
+static_assert(namesDiffer(commands), "two rows of one name");
 
 }  // namespace
 
 const std::array<CommandRow, commandCount>& commandTable() {
-  return table;
+  return commands;
 }
 
 }  // namespace vernoxa

@@ -38,7 +38,7 @@ constexpr const char* bomList =
     "not. An error, or a text that is not a list, counts as the empty list.";
 
 // clang-format off
-constexpr HostProcedure table[] = {
+constexpr HostProcedure procedures[] = {
   // the link
   {"creatServerForPthread", given(), notLookedAt,
     "Listens on 127.0.0.1, port 9610, and hands each packet that comes there to packetParserForPthread.", atLoad},
@@ -145,12 +145,12 @@ constexpr HostProcedure table[] = {
   {"InsertXMLMenu", given(argument("menu", "List of the menu's entries.")), notLookedAt, "Makes a menu.", atLoad},
 };
 // clang-format on
-static_assert(namesDiffer(table), "two rows of one name");
+static_assert(namesDiffer(procedures), "two rows of one name");
 
 }  // namespace
 
 std::span<const HostProcedure> hostProcedures() {
-  return table;
+  return procedures;
 }
 
 }  // namespace vernoxa

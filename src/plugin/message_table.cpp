@@ -46,7 +46,7 @@ constexpr auto packageReport = holds(objects("item", property,
                                              "that every part has."));
 
 // clang-format off
-constexpr MessageRow table[] = {
+constexpr MessageRow messages[] = {
   {"FileStatus", "opened", from("ReadOpenPath"), "Command Result Data",
     holds(text("Status", "What happened to the design.").oneOf("Open"), fileName, processId, hostPath,
           text("PinCount", "Number of the design's pins, in decimal digits; empty when it was not asked for.")),
@@ -98,7 +98,7 @@ constexpr MessageRow table[] = {
 }  // namespace
 
 std::span<const MessageRow> messageTable() {
-  return table;
+  return messages;
 }
 
 }  // namespace vernoxa
