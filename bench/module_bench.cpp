@@ -22,16 +22,16 @@
 namespace {
 
 using namespace vernoxa;
-using Record = std::vector<std::string>;
 
 constexpr int runs = 5;
 constexpr const char* moduleFile = "C:\\Mods\\ModuleLib.json";
 
-void add(ModuleDocument& document, const Record& record) {
-  document.addLibraryRecord([&](int index) {
-    return static_cast<std::size_t>(index) < record.size() ? std::string_view(record[static_cast<std::size_t>(index)])
-                                                           : std::string_view();
-  });
+void add(ModuleDocument& document, const std::vector<std::string>& words) {
+  Record record;
+  for (std::size_t index = 0; index < words.size(); ++index) {
+    record.set(index, words[index]);
+  }
+  document.addLibraryRecord(record);
 }
 
 // Each part has a body and two pins, as a resistor has.

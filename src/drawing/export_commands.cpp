@@ -1,7 +1,5 @@
 #include "drawing/export_commands.h"
 
-#include <algorithm>
-
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
 #include "drawing/record.h"
@@ -11,37 +9,30 @@
 namespace vernoxa {
 namespace {
 
-void readRecord(const TclList& list, Record& record) {
-  const std::size_t count = std::min(static_cast<std::size_t>(list.size()), Record::size);
-  for (std::size_t index = 0; index < count; ++index) {
-    record.set(index, list.text(static_cast<int>(index)));
-  }
-}
-
-// Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it. To be called before
-// the record is read: what the host does while it is asked may move the list's memory.
-bool convertsLines(CommandCall& call, PageExport& pages) {
-  {
-    const TclList list = call.arguments.list(1);
-    if (list.text(0) != textKind || !looksLikeUtf8Chinese(list.text(static_cast<int>(textLines)))) {
-      return false;
-    }
-  }
+// Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it. The host is asked at
+// most once in an export.
+bool isOldHost(CommandCall& call, PageExport& pages) {
   if (!pages.oldHost) {
     const bool oldHost = call.host.isOldHost();
     pages.oldHost = oldHost;
   }
-  return !*pages.oldHost;
+  return *pages.oldHost;
 }
 
-template <class Use>
-void withShownRecord(CommandCall& call, const TextConverter& text, PageExport& pages, Use use) {
-  const bool convertLines = convertsLines(call, pages);
+template <class Add>
+void withShownRecord(CommandCall& call, const TextConverter& text, PageExport& pages, Use use, Add add) {
   const TclList list = call.arguments.list(1);
-  Record record;
-  readRecord(list, record);
+  Record record(list);
+  if (pages.addPlainRecord(use, record)) {
+    return;
+  }
+  bool convertLines = false;
+  if (record.kind() == textKind && looksLikeUtf8Chinese(record[textLines])) {
+    convertLines = !isOldHost(call, pages);
+    record.take(list);  // no view is kept while the host's script runs
+  }
   record.showInCodePage(text, convertLines);
-  use(record);
+  add(record);
 }
 
 }  // namespace
@@ -52,12 +43,12 @@ CommandResult initSVGList(CommandCall&, PageExport& pages) {
 }
 
 CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  withShownRecord(call, text, pages, [&](const Record& record) { pages.addPageRecord(record); });
+  withShownRecord(call, text, pages, Use::page, [&](const Record& record) { pages.addPageRecord(record); });
   return {};
 }
 
 CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  withShownRecord(call, text, pages, [&](const Record& record) { pages.addSymbolRecord(record); });
+  withShownRecord(call, text, pages, Use::symbol, [&](const Record& record) { pages.addSymbolRecord(record); });
   return {};
 }
 
@@ -74,10 +65,11 @@ CommandResult initGraphicFile(CommandCall&, GraphicLibrary& library) {
 
 CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
   const TclList list = call.arguments.list(1);
-  Record record;
-  readRecord(list, record);
-  record.takeAsUtf8();
-  library.addRecord(record);
+  Record record(list);
+  if (!library.addPlainRecord(record)) {
+    record.takeAsUtf8();
+    library.addRecord(record);
+  }
   return {};
 }
 

@@ -1,39 +1,34 @@
 #include "drawing/graphic_library.h"
 
-#include "drawing/cache_folders.h"
-#include "drawing/pin_shapes.h"
-#include "drawing/symbol_elements.h"
+#include <utility>
+
 #include "system/files.h"
 #include "system/shared_path.h"
 #include "system/whole_file.h"
 #include "text/code_page.h"
 #include "text/file_name_escaping.h"
+#include "text/json.h"
 #include "text/outside_json.h"
 #include "text/text.h"
 
 namespace vernoxa {
 namespace {
 
-std::string valueOf(const Attribute& attribute, const Record& record) {
-  std::string value;
-  for (const ValuePiece& piece : attribute.pieces) {
-    value.append(piece.value != nullptr ? piece.value(record) : piece.text);
-  }
-  return value;
-}
+// How many objects and arrays are open around an entry of "lib", and around an element of "children".
+constexpr std::size_t entryDepth = 2;
 
-Json jsonOf(const ElementForm& form, const Record& record) {
-  Json object = Json::object();
-  object.add("name", form.tag());
-  if (form.shownText() != nullptr) {
-    object.add("value", form.shownText()(record));
+// The member "padstacks" with the eight shapes of pins, as it stands in the file.
+std::string padStacks() {
+  Json stacks = Json::array();
+  for (const PinShape& shape : pinShapes()) {
+    stacks.append(padStack(shape));
   }
-  Json attributes = Json::object();
-  for (const Attribute& attribute : form.attributes()) {
-    attributes.add(attribute.name, valueOf(attribute, record));
-  }
-  object.add("attr", std::move(attributes));
-  return object;
+  Json document = Json::object();
+  document.add("padstacks", std::move(stacks));
+  const std::string printed = withDosLineEnds(document.printFormatted());
+  constexpr std::string_view before = "{";
+  constexpr std::string_view behind = "\r\n}";
+  return printed.substr(before.size(), printed.size() - before.size() - behind.size());
 }
 
 // A name in the code page may hold "\" as the second half of a character.
@@ -55,52 +50,60 @@ bool mustStay(Files& files, const FilePath& path) {
 }  // namespace
 
 void GraphicLibrary::start() {
-  Json document = Json::object();
-  const JsonView children = document.add("children", Json::array());
-  const JsonView padStacks = document.add("padstacks", Json::array());
-  for (const PinShape& shape : pinShapes()) {
-    document.appendTo(padStacks, padStack(shape));
-  }
-  libraries_ = document.add("lib", Json::array());
-  target_ = children;
-  document_ = std::move(document);
+  document_.emplace();
 }
 
 void GraphicLibrary::addRecord(const Record& record) {
   if (!document_) {
     return;
   }
-  if (record.kind() != "Name") {
-    drawSymbolRecord(record, *this);
-    return;
+  if (record.kind() == "Name") {
+    document_->open = false;  // should memory run out, what follows must not be drawn into another symbol
+    document_->library.push_back({std::string(record[1]), {}});
+    document_->open = true;
+  } else if (Elements* const elements = document_->openElements()) {
+    elements->add(Use::symbol, record);
   }
-  target_ = {};  // should memory run out, what follows must not be drawn into another symbol
-  Json entry = Json::object();
-  entry.add("name", "g");
-  Json attributes = Json::object();
-  attributes.add("id", record[1]);
-  entry.add("attr", std::move(attributes));
-  const JsonView children = entry.add("children", Json::array());
-  document_.appendTo(libraries_, std::move(entry));
-  target_ = children;
+}
+
+bool GraphicLibrary::addPlainRecord(const Record& record) {
+  Elements* const elements = document_ ? document_->openElements() : nullptr;
+  return elements != nullptr && elements->addPlain(Use::symbol, record);
 }
 
 std::string GraphicLibrary::finish(std::string_view name) {
-  const Json document = std::move(document_);
+  const std::optional<Document> document = std::exchange(document_, std::nullopt);
   const FilePath base = project_.get();
-  const FilePath path = base / "Cache" / "Library" / fileName(text_.trueName(name), text_);
+  const FilePath cache = base / "Cache";
+  const FilePath folder = cache / "Library";
+  const FilePath path = folder / fileName(text_.trueName(name), text_);
   if (document && !mustStay(files_, path)) {
-    makeLibraryFolder(files_, base);
-    const std::string content = withDosLineEnds(document.printFormatted());
-    writeWholeFile(files_, processes_, path, WhenHeld::leave, [&](OutputFile& file) { return file.write(content); });
+    files_.createFolder(cache);
+    files_.createFolder(folder);
+    writeWholeFile(files_, processes_, path, WhenHeld::leave,
+                   [&document](OutputFile& file) { return document->writeTo(file); });
   }
   return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, text_);
 }
 
-void GraphicLibrary::add(const ElementForm& form, const Record& record) {
-  if (target_) {
-    document_.appendTo(target_, jsonOf(form, record));
+Elements* GraphicLibrary::Document::openElements() {
+  Elements& last = library.empty() ? children : library.back().elements;
+  return open ? &last : nullptr;
+}
+
+bool GraphicLibrary::Document::writeTo(OutputFile& output) const {
+  JsonFile file(output);
+  file.put("{\n\t\"children\":\t[", 0);
+  children.writeTo(file, entryDepth);
+  file.put("],");
+  file.put(padStacks());
+  file.put(",\n\t\"lib\":\t[", 0);
+  for (const Group& entry : library) {
+    file.put(&entry == &library.front() ? "" : elementSeparator);
+    entry.writeTo(file, entryDepth);
   }
+  file.put("]\n}", 0);
+  return file.finish();
 }
 
 }  // namespace vernoxa

@@ -3,30 +3,35 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
-#include "drawing/element_form.h"
+#include "drawing/page_text.h"
 #include "drawing/record.h"
-#include "text/json.h"
 
 namespace vernoxa {
 
 class Files;
+class OutputFile;
 class Processes;
 class ProjectFolder;
 class TextConverter;
 
 // Host thread only. Texts stay as Tcl gave them, UTF-8.
-class GraphicLibrary final : private ElementSink {
+class GraphicLibrary {
  public:
   GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& text)
       : project_(project), files_(files), processes_(processes), text_(text) {}
 
-  // Begins a document with the eight pin shapes in "padstacks"; the former one is dropped.
+  // Begins a document; the former one is dropped.
   void start();
 
   // "Name" opens the next entry of "lib"; all others are drawn into it, or into "children" before the first. Without a
   // document nothing happens.
   void addRecord(const Record& record);
+
+  // Draws a record of plain values, see Elements. False for any other, which changes nothing.
+  bool addPlainRecord(const Record& record);
 
   // Writes the document, if one was started, below "\Cache\Library" and drops it. A library that is there already is
   // kept: it never changes under its readers; a file that is none, being empty or cut off, is replaced. Gives the
@@ -35,15 +40,20 @@ class GraphicLibrary final : private ElementSink {
   std::string finish(std::string_view name);
 
  private:
-  void add(const ElementForm& form, const Record& record) override;
+  struct Document {
+    Elements children;
+    std::vector<Group> library;
+    bool open = true;  // the last entry, or "children" before the first
+
+    Elements* openElements();
+    bool writeTo(OutputFile& file) const;
+  };
 
   const ProjectFolder& project_;
   Files& files_;
   Processes& processes_;
   const TextConverter& text_;
-  Json document_;
-  JsonView libraries_;
-  JsonView target_;  // where elements go
+  std::optional<Document> document_;
 };
 
 }  // namespace vernoxa

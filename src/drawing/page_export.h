@@ -7,14 +7,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "drawing/page_document.h"
+#include "drawing/page_text.h"
 #include "drawing/record.h"
 
 namespace vernoxa {
 
 class Clock;
 class Files;
+class OutputFile;
 class Processes;
 class ProjectFolder;
 class TextConverter;
@@ -32,8 +34,8 @@ class PageExport {
   PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock, const TextConverter& text)
       : project_(project), files_(files), processes_(processes), clock_(clock), text_(text) {}
 
-  // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. The schematic's
-  // name stays.
+  // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. What a link in the
+  // folder leads to is left alone. The schematic's name stays.
   void start();
 
   // "Schematic" names the schematic of the pages that begin from now on. "Page" writes the open page, if there is one,
@@ -43,6 +45,10 @@ class PageExport {
   // "Name" opens the next symbol of the open page. All others are drawn into the open symbol.
   void addSymbolRecord(const Record& record);
 
+  // Draws a record of plain values, see Elements, on the open page or into the open symbol. False for any other, which
+  // changes nothing.
+  bool addPlainRecord(Use use, const Record& record);
+
   // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
   void finish(const PageNames& names);
 
@@ -50,6 +56,21 @@ class PageExport {
   std::optional<bool> oldHost;
 
  private:
+  struct Page {
+    std::string height;
+    std::string width;
+    Group group;
+  };
+  struct Document {
+    std::optional<Page> page;
+    std::vector<Group> symbols;
+    bool symbolOpen = false;
+
+    bool writeTo(OutputFile& file) const;
+  };
+
+  // Where elements go; nullptr without a page, or without a symbol.
+  Elements* openElements(Use use);
   // Names of its own: the open page's may change meanwhile.
   void write(const PageNames& names);
 
@@ -58,7 +79,7 @@ class PageExport {
   Processes& processes_;
   Clock& clock_;
   const TextConverter& text_;
-  std::optional<PageDocument> document_;
+  std::optional<Document> document_;
   std::string schematicName_;
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
 };

@@ -9,13 +9,8 @@
 namespace vernoxa {
 namespace {
 
-// Asked for every text of every record: without an early end, since nearly all are short and ASCII.
 bool isAscii(std::string_view text) {
-  unsigned bits = 0;
-  for (const char byte : text) {
-    bits |= static_cast<unsigned char>(byte);
-  }
-  return bits < 0x80;
+  return text.empty() || !hasNonAscii(text);
 }
 
 std::string throughCodePage(const TextConverter& converter, std::string_view text) {
@@ -40,9 +35,23 @@ std::string linesToShow(const TextConverter& converter, std::string_view text, b
 
 }  // namespace
 
+std::string_view Record::given(std::size_t index) const {
+  for (const Kept& each : kept_) {
+    if (each.index == index) {
+      return each.given;
+    }
+  }
+  return (*this)[index];
+}
+
+void Record::keep(std::size_t index, std::string text) {
+  kept_.push_front({index, (*this)[index], std::move(text)});
+  set(index, kept_.front().text);
+}
+
 void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
   for (std::size_t index = 0; index < size; ++index) {
-    const std::string_view text = texts_[index];
+    const std::string_view text = (*this)[index];
     if (isAscii(text)) {
       continue;
     }
@@ -53,7 +62,7 @@ void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
 
 void Record::takeAsUtf8() {
   for (std::size_t index = 0; index < size; ++index) {
-    if (auto plain = isAscii(texts_[index]) ? std::nullopt : utf8OfTcl(texts_[index])) {
+    if (auto plain = isAscii((*this)[index]) ? std::nullopt : utf8OfTcl((*this)[index])) {
       keep(index, std::move(*plain));
     }
   }

@@ -1,6 +1,7 @@
 // One record of the host: a flat list of texts whose first is the record's kind.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <forward_list>
@@ -18,21 +19,37 @@ constexpr std::string_view lineSeparator = "\r\n";
 // Views of the texts as they came, UTF-8 as Tcl holds it; their list must outlive the record. A missing text is empty.
 class Record {
  public:
-  static constexpr std::size_t size = 10;  // no kind has more
+  static constexpr std::size_t size = 12;  // no kind has more
 
-  Record() = default;
+  Record() { clear(0); }
+  // The texts of a TclList.
+  template <class List>
+  explicit Record(const List& list) {
+    take(list);
+  }
   Record(const Record&) = delete;
   Record& operator=(const Record&) = delete;
 
-  std::string_view kind() const { return texts_[0]; }
-  std::string_view operator[](std::size_t index) const { return texts_[index]; }
+  std::string_view kind() const { return (*this)[0]; }
+  std::string_view operator[](std::size_t index) const { return {starts_[index], sizes_[index]}; }
   // The text as it came, whatever was made of it since: what a file is named after.
-  std::string_view given(std::size_t index) const { return given_[index]; }
-  void set(std::size_t index, std::string_view text) { texts_[index] = given_[index] = text; }
+  std::string_view given(std::size_t index) const;
+  void set(std::size_t index, std::string_view text) {
+    starts_[index] = text.data();
+    sizes_[index] = text.size();
+  }
   // The same with a text that the record owns.
-  void keep(std::size_t index, std::string text) { texts_[index] = kept_.emplace_front(std::move(text)); }
+  void keep(std::size_t index, std::string text);
+  // The texts of a TclList anew, after what may have changed them.
+  template <class List>
+  void take(const List& list) {
+    clear(list.texts(starts_.data(), sizes_.data(), size));
+  }
   // The texts of another record, which must outlive this one.
-  void show(const Record& other) { texts_ = given_ = other.texts_; }
+  void show(const Record& other) {
+    starts_ = other.starts_;
+    sizes_ = other.sizes_;
+  }
 
   // Puts each text through the code page and back, since a drawing shows what the code page can hold; what is no UTF-8
   // is read as the code page. The lines of a "Text" are put through only when `convertLines` says so, else a line that
@@ -43,9 +60,20 @@ class Record {
   void takeAsUtf8();
 
  private:
-  std::array<std::string_view, size> texts_;
-  std::array<std::string_view, size> given_;
-  std::forward_list<std::string> kept_;
+  struct Kept {
+    std::size_t index;
+    std::string_view given;
+    std::string text;
+  };
+
+  void clear(std::size_t from) {
+    std::fill(starts_.begin() + static_cast<std::ptrdiff_t>(from), starts_.end(), "");
+    std::fill(sizes_.begin() + static_cast<std::ptrdiff_t>(from), sizes_.end(), 0);
+  }
+
+  std::array<const char*, size> starts_;  // not views, which would be cleared before they are set
+  std::array<std::size_t, size> sizes_;
+  std::forward_list<Kept> kept_;
 };
 
 }  // namespace vernoxa

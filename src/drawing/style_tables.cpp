@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <span>
-#include <system_error>
 
 namespace vernoxa {
 namespace {
@@ -18,7 +17,8 @@ struct Row {
 
 std::string_view lookUp(std::span<const Row> table, std::string_view code, std::string_view otherwise) {
   for (const Row& row : table) {
-    if (row.code == code) {
+    // Nearly all codes are one character: what is longer is compared only where it may be equal.
+    if (row.code.size() == code.size() && row.code[0] == code[0] && (code.size() == 1 || row.code == code)) {
       return row.result;
     }
   }
@@ -52,28 +52,27 @@ constexpr std::array pinSideAngles = {Row{"LEFT", "180"}, Row{"RIGHT", "0"}, Row
 constexpr std::array fontSizes = {Row{"-7", "5"},  Row{"-8", "6"},   Row{"-9", "7"},  Row{"-10", "8"},
                                   Row{"-12", "9"}, Row{"-14", "13"}, Row{"-21", "22"}};
 
-// As C's atoi reads it, but what is too large for an int saturates.
-int leadingNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-    if (text.starts_with('-')) {
-      return 0;
-    }
+// As C's atoi reads it, but what is too large for an int saturates, and a negative number is 0.
+std::uint64_t leadingNumber(std::string_view text) {
+  constexpr std::uint64_t largest = std::numeric_limits<int>::max();
+  const auto* next = text.begin();
+  while (next != text.end() && (*next == ' ' || (*next >= '\t' && *next <= '\r'))) {
+    ++next;
   }
-  int value = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (read.ec == std::errc::result_out_of_range) {
-    return text.starts_with('-') ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
+  if (next != text.end() && *next == '+') {
+    ++next;
   }
-  return value;
+  std::uint64_t number = 0;
+  for (; next != text.end() && *next >= '0' && *next <= '9'; ++next) {
+    number = std::min(number * 10 + static_cast<unsigned>(*next - '0'), largest);
+  }
+  return number;
 }
 
 }  // namespace
 
 std::string_view colour(std::string_view code) {
-  const int number = leadingNumber(code);
-  return palette[number < 0 ? 0 : static_cast<std::size_t>(number) % palette.size()];
+  return palette[leadingNumber(code) % palette.size()];
 }
 
 std::string_view dashPattern(std::string_view lineStyle) {

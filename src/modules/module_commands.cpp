@@ -1,8 +1,7 @@
 #include "modules/module_commands.h"
 
-#include <forward_list>
-
 #include "dispatch/placement_context.h"
+#include "drawing/record.h"
 #include "modules/module_document.h"
 #include "system/files.h"
 #include "system/shared_path.h"
@@ -27,20 +26,14 @@ std::string utf8(std::string_view tclText) {
   return utf8OfTcl(tclText).value_or(std::string(tclText));
 }
 
-// The elements of a record in plain UTF-8; one in the code page stays as it is.
-class RecordTexts {
- public:
-  explicit RecordTexts(CommandCall& call) : list_(call.arguments.list(1)) {}
+using AddRecord = void (ModuleDocument::*)(const Record& record);
 
-  std::string_view operator()(int index) {
-    const std::string_view text = list_.text(index);
-    return text.empty() || !hasNonAscii(text) ? text : kept_.emplace_front(utf8(text));
-  }
-
- private:
-  const TclList list_;
-  std::forward_list<std::string> kept_;
-};
+void addRecord(CommandCall& call, ModuleDocument& document, AddRecord add) {
+  const TclList list = call.arguments.list(1);
+  Record record(list);
+  record.takeAsUtf8();
+  (document.*add)(record);
+}
 
 }  // namespace
 
@@ -51,14 +44,12 @@ CommandResult initMarketFile(CommandCall&, const ProjectFolder& project, Files& 
 }
 
 CommandResult addMarketLibList(CommandCall& call, ModuleDocument& document) {
-  RecordTexts texts(call);
-  document.addLibraryRecord([&texts](int index) { return texts(index); });
+  addRecord(call, document, &ModuleDocument::addLibraryRecord);
   return {};
 }
 
 CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
-  RecordTexts texts(call);
-  document.addSchematicRecord([&texts](int index) { return texts(index); });
+  addRecord(call, document, &ModuleDocument::addSchematicRecord);
   return {};
 }
 

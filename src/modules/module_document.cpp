@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "modules/module_records.h"
+#include "drawing/shapes.h"
 #include "text/text.h"
 
 namespace vernoxa {
@@ -21,10 +21,10 @@ std::string firstCharacters(std::string_view text, std::size_t count) {
   return std::string(text.substr(0, end));
 }
 
-std::string joined(const RecordElement& element, int first, int count) {
-  std::string text(element(first));
-  for (int index = first + 1; index < first + count; ++index) {
-    text.append(" ").append(element(index));
+std::string joined(const Record& record, std::size_t first, std::size_t count) {
+  std::string text(record[first]);
+  for (std::size_t index = first + 1; index < first + count; ++index) {
+    text.append(" ").append(record[index]);
   }
   return text;
 }
@@ -41,64 +41,10 @@ std::string withoutAt(std::string_view value) {
   return replaceAll(value, "@", "_");
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-bool isSign(char c) {
-  return c == '-' || c == '+';
-}
-
-// The number that the text begins with, an exponent included; empty where none begins.
-std::string_view numberAtStart(std::string_view text) {
-  std::size_t end = !text.empty() && isSign(text[0]) ? 1 : 0;
-  bool number = false;  // a sign and a point are none
-  for (; end < text.size() && (isDigit(text[end]) || text[end] == '.'); ++end) {
-    number = number || isDigit(text[end]);
-  }
-  if (!number) {
-    return {};
-  }
-  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-    const std::size_t digits = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
-    if (digits < text.size() && isDigit(text[digits])) {
-      end = std::min(text.find_first_not_of("0123456789", digits), text.size());
-    }
-  }
-  return text.substr(0, end);
-}
-
-// The first two numbers of a point list ("10,20 30,40") or path data ("M 10 20 L 30 40"), joined by a space.
-std::string startOfPath(std::string_view path) {
-  std::string start;
-  for (int numbers = 0; !path.empty() && numbers < 2;) {
-    const std::string_view number = numberAtStart(path);
-    if (!number.empty()) {
-      start.append(numbers++ == 0 ? "" : " ").append(number);
-    }
-    path.remove_prefix(std::max<std::size_t>(number.size(), 1));
-  }
-  return start;
-}
-
-std::string memberValue(const RecordMember& member, const RecordElement& element) {
-  switch (member.rule) {
-    case MemberRule::joined:
-      return joined(element, member.first, member.count);
-    case MemberRule::placeholder:
-      return withoutPlaceholder(element(member.first));
-    case MemberRule::pathStart:
-      return startOfPath(element(member.first));
-  }
-  return {};
-}
-
-Json dataOf(const RecordKind& kind, const RecordElement& element) {
+Json dataOf(const Shape& shape, const Record& record) {
   Json data = Json::object();
-  for (const RecordMember& member : kind.members) {
-    if (member.key != nullptr) {
-      data.add(member.key, memberValue(member, element));
-    }
+  for (const ShapeMember& member : shape.members) {
+    data.add(member.name, member.valueOf(record));
   }
   return data;
 }
@@ -106,19 +52,19 @@ Json dataOf(const RecordKind& kind, const RecordElement& element) {
 // Where in a displayed property its position stands.
 enum class StartPlace { third, last };
 
-Json displayedProperty(const RecordElement& element, StartPlace startPlace) {
+Json displayedProperty(const Record& record, StartPlace startPlace) {
   Json property = Json::object();
-  property.add("Name", element(3));
-  property.add("Value", withoutAt(element(4)));
+  property.add("Name", record[3]);
+  property.add("Value", withoutAt(record[4]));
   if (startPlace == StartPlace::third) {
-    property.add("Start", joined(element, 1, 2));
+    property.add("Start", joined(record, 1, 2));
   }
-  property.add("Color", element(5));
-  property.add("Rotation", element(8));
-  property.add("FontId", element(6));
-  property.add("Size", element(7));
+  property.add("Color", record[5]);
+  property.add("Rotation", record[8]);
+  property.add("FontId", record[6]);
+  property.add("Size", record[7]);
   if (startPlace == StartPlace::last) {
-    property.add("Start", joined(element, 1, 2));
+    property.add("Start", joined(record, 1, 2));
   }
   return property;
 }
@@ -147,11 +93,11 @@ std::string ModuleDocument::finish(std::string_view width, std::string_view heig
   return root.printFormatted();
 }
 
-void ModuleDocument::startPart(const RecordElement& element) {
-  const bool isPart = element(2) == "Part";
-  const std::string name = firstCharacters(element(1), longestName);
-  const std::string index(isPart ? element(7) : std::string_view());
-  const std::string type(element(2));
+void ModuleDocument::startPart(const Record& record) {
+  const bool isPart = record[2] == "Part";
+  const std::string name = firstCharacters(record[1], longestName);
+  const std::string index(isPart ? record[7] : std::string_view());
+  const std::string type(record[2]);
   part_ = {};
   // Lengths first, so that no two parts share a key.
   const std::string key = std::to_string(name.size()) + " " + std::to_string(index.size()) + " " + name + index + type;
@@ -161,9 +107,9 @@ void ModuleDocument::startPart(const RecordElement& element) {
   Json part = Json::object();
   part.add("Name", name);
   part.add("PartIndex", index);
-  part.add("Designator", isPart ? element(8) : std::string_view());
+  part.add("Designator", isPart ? record[8] : std::string_view());
   part.add("Type", type);
-  part.add("BoundingBox", joined(element, 3, 4));
+  part.add("BoundingBox", joined(record, 3, 4));
   Current current;
   current.properties = part.add("Property", Json::object());
   current.displayedProperties = part.add("DispProperty", Json::array());
@@ -173,62 +119,62 @@ void ModuleDocument::startPart(const RecordElement& element) {
   part_ = current;  // only what stands in the document may be written to
 }
 
-void ModuleDocument::addProperty(JsonView properties, const RecordElement& element) {
+void ModuleDocument::addProperty(JsonView properties, const Record& record) {
   if (properties) {
-    root_.set(properties, element(1), withoutAt(withoutPlaceholder(element(2))));
+    root_.set(properties, record[1], withoutAt(withoutPlaceholder(record[2])));
   }
 }
 
-void ModuleDocument::addLibraryRecord(const RecordElement& element) {
-  const std::string_view kind = element(0);
+void ModuleDocument::addLibraryRecord(const Record& record) {
+  const std::string_view kind = record[0];
   if (!root_) {
     return;
   }
   if (kind == "Name") {
-    startPart(element);
+    startPart(record);
     return;
   }
   if (!part_.children) {
     return;
   }
   if (kind == "DispProperty") {
-    root_.appendTo(part_.displayedProperties, displayedProperty(element, StartPlace::third));
+    root_.appendTo(part_.displayedProperties, displayedProperty(record, StartPlace::third));
   } else if (kind == "PartProperty") {
-    addProperty(part_.properties, element);
+    addProperty(part_.properties, record);
   } else if (kind == "Property") {
-    addProperty(part_.elementProperties, element);
-  } else if (const RecordKind* const row = libraryElementKind(kind)) {
+    addProperty(part_.elementProperties, record);
+  } else if (const Shape* const shape = shapeOf(Use::modulePart, kind)) {
     Json added = Json::object();
-    added.add("Name", row->written);
+    added.add("Name", shape->name);
     part_.elementProperties = {};
     const JsonView properties = added.add("Property", Json::object());
-    added.add("Data", dataOf(*row, element));
+    added.add("Data", dataOf(*shape, record));
     root_.appendTo(part_.children, std::move(added));
     part_.elementProperties = properties;
   }
 }
 
-void ModuleDocument::addSchematicRecord(const RecordElement& element) {
-  const std::string_view kind = element(0);
+void ModuleDocument::addSchematicRecord(const Record& record) {
+  const std::string_view kind = record[0];
   if (!root_) {
     return;
   }
   if (kind == "Property") {
-    addProperty(object_.properties, element);
+    addProperty(object_.properties, record);
   } else if (kind == "DispProperty") {
     if (object_.displayedProperties) {
-      root_.appendTo(object_.displayedProperties, displayedProperty(element, StartPlace::last));
+      root_.appendTo(object_.displayedProperties, displayedProperty(record, StartPlace::last));
     }
-  } else if (const RecordKind* const row = schematicObjectKind(kind)) {
+  } else if (const Shape* const shape = shapeOf(Use::moduleObject, kind)) {
     Json object = Json::object();
     object_ = {};
-    object.add("name", row->written);
+    object.add("name", shape->name);
     Current current;
-    if (row->hasProperties) {
+    if (kind != "Junction") {
       current.properties = object.add("Property", Json::object());
       current.displayedProperties = object.add("DispProperty", Json::array());
     }
-    object.add("Data", dataOf(*row, element));
+    object.add("Data", dataOf(*shape, record));
     root_.appendTo(children_, std::move(object));
     object_ = current;
   }

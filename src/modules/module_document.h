@@ -5,17 +5,14 @@
 // kind is ignored. Host thread only.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 
+#include "drawing/record.h"
 #include "text/json.h"
 
 namespace vernoxa {
-
-// Gives element n of a record.
-using RecordElement = std::function<std::string_view(int index)>;
 
 class ModuleDocument {
  public:
@@ -25,10 +22,10 @@ class ModuleDocument {
 
   // One record of a library part: its header "Name", then its elements and properties. A header that repeats name,
   // index and type of a part drops all up to the next header; so does a record before the first.
-  void addLibraryRecord(const RecordElement& element);
+  void addLibraryRecord(const Record& record);
 
   // One record of a schematic object.
-  void addSchematicRecord(const RecordElement& element);
+  void addSchematicRecord(const Record& record);
 
   // Ends the document and gives its text, UTF-8, formatted; empty when none was started.
   std::string finish(std::string_view width, std::string_view height);
@@ -41,8 +38,8 @@ class ModuleDocument {
     JsonView elementProperties;    // of the part's last element
   };
 
-  void startPart(const RecordElement& element);
-  void addProperty(JsonView properties, const RecordElement& element);
+  void startPart(const Record& record);
+  void addProperty(JsonView properties, const Record& record);
 
   Json root_;
   JsonView children_;

@@ -2,6 +2,7 @@
 
 #include <tcl.h>
 
+#include <algorithm>
 #include <cstddef>
 
 namespace vernoxa {
@@ -37,6 +38,16 @@ TclList::~TclList() {
 
 std::string_view TclList::text(int index) const {
   return textOf(element(index));
+}
+
+std::size_t TclList::texts(const char** starts, std::size_t* sizes, std::size_t most) const {
+  const std::size_t count = std::min(elements_.size(), most);
+  for (std::size_t index = 0; index < count; ++index) {
+    const std::string_view text = textOf(elements_[index]);
+    starts[index] = text.data();
+    sizes[index] = text.size();
+  }
+  return count;
 }
 
 Tcl_Obj* TclList::element(int index) const {

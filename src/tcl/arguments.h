@@ -4,6 +4,7 @@
 // empty text, a malformed list as empty elements; neither leaves an error text, and nothing reads past what came.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +25,8 @@ class TclList {
 
   int size() const { return static_cast<int>(elements_.size()); }
   std::string_view text(int index) const;
+  // The first texts at once, where each begins and its size; as many as there are, at most so many. Gives their number.
+  std::size_t texts(const char** starts, std::size_t* sizes, std::size_t most) const;
   TclList list(int index) const { return TclList(element(index)); }
 
  private:

@@ -7,29 +7,42 @@
 #include <utility>
 #include <vector>
 
-#include "drawing/element_form.h"
+#include "drawing/page_text.h"
+#include "system/files.h"
+#include "text/json.h"
 
 namespace vernoxa {
 
-class DrawnElements final : public ElementSink {
- public:
-  void add(const ElementForm& form, const Record& record) override {
-    text += form.tag();
-    if (form.shownText() != nullptr) {
-      text.append(" [").append(form.shownText()(record)).append("]");
+// Read back from their text in a file.
+inline std::string drawn(const Elements& elements) {
+  class Kept final : public OutputFile {
+   public:
+    bool write(std::string_view bytes) override {
+      text += bytes;
+      return true;
+    }
+    std::string text;
+  } kept;
+  JsonFile file(kept);
+  file.put("[");
+  elements.writeTo(file, 2);
+  file.put("]");
+  std::string lines;
+  const Json parsed = file.finish() ? Json::parse(kept.text).document : Json();
+  for (const JsonView element : parsed.view()) {
+    lines += element.member("name").text().value_or("");
+    if (const auto shown = element.member("value").text()) {
+      lines.append(" [").append(*shown).append("]");
     }
     const char* separator = " ";
-    for (const Attribute& attribute : form.attributes()) {
-      text.append(std::exchange(separator, "|")).append(attribute.name).append("=");
-      for (const ValuePiece& piece : attribute.pieces) {
-        text += piece.value != nullptr ? piece.value(record) : piece.text;
-      }
+    for (const JsonView attribute : element.member("attr")) {
+      lines.append(std::exchange(separator, "|")).append(attribute.name()).append("=");
+      lines += attribute.text().value_or("");
     }
-    text += '\n';
+    lines += '\n';
   }
-
-  std::string text;
-};
+  return lines;
+}
 
 // A record of words.
 class WordRecord : public Record {
@@ -42,5 +55,13 @@ class WordRecord : public Record {
     }
   }
 };
+
+// Gives what it draws. Drawn at once or not makes no difference.
+inline std::string drawn(Use use, const Record& record) {
+  Elements elements;
+  elements.add(use, record);
+  Elements plain;
+  return !plain.addPlain(use, record) || drawn(plain) == drawn(elements) ? drawn(elements) : drawn(plain);
+}
 
 }  // namespace vernoxa

@@ -4,8 +4,6 @@
 #include <vector>
 
 #include "drawing/drawn.h"
-#include "drawing/page_elements.h"
-#include "drawing/symbol_elements.h"
 
 namespace vernoxa {
 namespace {
@@ -15,12 +13,9 @@ struct Case {
   const char* drawn;
 };
 
-void expectDrawn(void (*draw)(const Record&, ElementSink&), const std::vector<Case>& cases) {
+void expectDrawn(Use use, const std::vector<Case>& cases) {
   for (const Case& each : cases) {
-    DrawnElements drawn;
-    const WordRecord record(each.record);
-    draw(record, drawn);
-    EXPECT_EQ(drawn.text, each.drawn) << record.kind();
+    EXPECT_EQ(drawn(use, WordRecord(each.record)), each.drawn);
   }
 }
 
@@ -51,13 +46,13 @@ const std::vector<Case> sharedCases = {
 };
 
 TEST(Elements, OfPagesAndSymbolsAlike) {
-  expectDrawn(drawPageRecord, sharedCases);
-  expectDrawn(drawSymbolRecord, sharedCases);
+  expectDrawn(Use::page, sharedCases);
+  expectDrawn(Use::symbol, sharedCases);
 }
 
 TEST(Elements, OfPages) {
   expectDrawn(
-      drawPageRecord,
+      Use::page,
       {
           {{"Line", "0", "0", "10", "0", "31", "0", "3"},
            "line style=stroke:#8000FF;stroke-width:1;fill:none;stroke-dasharray:0,0;stroke-linecap:round|"
@@ -85,7 +80,7 @@ TEST(Elements, OfPages) {
 }
 
 TEST(Elements, OfSymbols) {
-  expectDrawn(drawSymbolRecord,
+  expectDrawn(Use::symbol,
               {
                   {{"Line", "0", "1", "2", "3", "8", "1", "0"},
                    "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
@@ -103,13 +98,12 @@ TEST(Elements, OfSymbols) {
 // The places of a text's lines at x 10 and y 20.
 std::string places(std::string_view lines, std::string_view font, std::string_view rotation, std::string_view x = "10",
                    std::string_view y = "20") {
-  DrawnElements drawn;
-  drawPageRecord(WordRecord{"Text", x, y, lines, "0", "", font, rotation}, drawn);
+  const std::string elements = drawn(Use::page, WordRecord{"Text", x, y, lines, "0", "", font, rotation});
   std::string found;
-  for (std::size_t at = 0; (at = drawn.text.find('[', at)) != std::string::npos; ++at) {
-    const std::size_t place = drawn.text.find("translate", at) + 9;
-    found += drawn.text.substr(at, drawn.text.find(" style", at) - at) +
-             drawn.text.substr(place, drawn.text.find(' ', place) - place);
+  for (std::size_t at = 0; (at = elements.find('[', at)) != std::string::npos; ++at) {
+    const std::size_t place = elements.find("translate", at) + 9;
+    found += elements.substr(at, elements.find(" style", at) - at) +
+             elements.substr(place, elements.find(' ', place) - place);
   }
   return found;
 }

@@ -1,5 +1,3 @@
-#include "drawing/pin_shapes.h"
-
 #include <gtest/gtest.h>
 
 #include "drawing/drawn.h"
@@ -42,9 +40,9 @@ TEST(PinShapes, Drawings) {
     if (shape.clock) {
       expected += std::string("line x1=-3|y1=0|x2=0|y2=3") + style + "line x1=-3|y1=0|x2=0|y2=-3" + style;
     }
-    DrawnElements drawn;
-    drawPinShape(pinShapes()[index], drawn);
-    EXPECT_EQ(drawn.text, expected) << shape.name;
+    Elements elements;
+    drawPinShape(pinShapes()[index], elements);
+    EXPECT_EQ(drawn(elements), expected) << shape.name;
   }
 }
 

@@ -4,22 +4,17 @@
 
 #include <vector>
 
+#include "drawing/drawn.h"
+
 namespace vernoxa {
 namespace {
 
-using Record = std::vector<std::string>;
-
-RecordElement elementsOf(const Record& record) {
-  return [&record](int index) {
-    const auto place = static_cast<std::size_t>(index);
-    return place < record.size() ? std::string_view(record[place]) : std::string_view();
-  };
-}
+using Words = std::vector<std::string_view>;
 
 class ModuleDocumentTest : public testing::Test {
  protected:
-  void library(const Record& record) { document_.addLibraryRecord(elementsOf(record)); }
-  void schematic(const Record& record) { document_.addSchematicRecord(elementsOf(record)); }
+  void library(const Words& words) { document_.addLibraryRecord(WordRecord(words)); }
+  void schematic(const Words& words) { document_.addSchematicRecord(WordRecord(words)); }
   std::string finished() {
     const std::string text = document_.finish("300", "200");
     return text.empty() ? text : Json::parse(text).document.printUnformatted();
@@ -40,7 +35,7 @@ std::string part(const std::string& start, const std::string& properties, const 
 
 TEST_F(ModuleDocumentTest, LibraryElementsAreWrittenByTheirLayout) {
   const struct {
-    Record record;
+    Words record;
     const char* name;
     const char* data;
   } cases[] = {
@@ -88,7 +83,7 @@ TEST_F(ModuleDocumentTest, LibraryElementsAreWrittenByTheirLayout) {
 
 TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
   const struct {
-    Record record;
+    Words record;
     const char* name;
     const char* data;
   } cases[] = {
