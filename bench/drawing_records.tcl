@@ -20,21 +20,59 @@ for {set number 0} {$number < 10000} {incr number} {
   lappend records [drawingRecord $number]
 }
 
-# Hands `count` records, a multiple of 10,000, to the command.
-proc sendRecords {command count} {
-  for {set sent 0} {$sent < $count} {incr sent 10000} {
-    foreach record $::records {
+# The records of a library symbol: a body, pins, a text.
+proc symbolRecords {number} {
+  set records [list [list Name PACKAGE_$number] [list Box 0 0 120 [expr {20 * ($number % 7)}] 31 0 0 1 0]]
+  for {set pin 0} {$pin < 8} {incr pin} {
+    set shape [lindex {LINE "SHORT CLOCK" "LONG DOT" SHORT} [expr {$pin % 4}]]
+    lappend records [list Pin [expr {120 * ($pin % 2)}] [expr {10 * $pin}] 0 0 31 0 $shape [lindex {LEFT RIGHT} [expr {$pin % 2}]]]
+  }
+  lappend records [list Line 10 10 30 [expr {$number % 50}] 31 0 0] [list Text 5 5 U$number 20 1 -9 0]
+}
+
+for {set number 0} {$number < 1000} {incr number} {
+  lappend symbols {*}[symbolRecords $number]
+}
+
+# Hands `count` records of a list, again from its beginning when it ends, to the command.
+proc send {records command count} {
+  for {set left $count} {$left > 0} {incr left -[llength $records]} {
+    foreach record [expr {$left < [llength $records] ? [lrange $records 0 $left-1] : $records}] {
       $command $record
     }
   }
 }
 
-proc exportPage {count} {
+proc sendRecords {command count} {
+  send $::records $command $count
+}
+
+proc beginPage {} {
   initSVGList
   addToPageList {Schematic SCHEMATIC1}
   addToPageList {Page PAGE1 8000 11000 key}
   addToLibList {Name RES_0603}
   addToLibList {Line 0 0 30 0 31 0 0}
-  sendRecords addToPageList $count
+}
+
+proc endPage {} {
   outputSVGFile {SCHEMATIC1 PAGE1 8000 11000 key}
+}
+
+proc exportPage {count} {
+  beginPage
+  sendRecords addToPageList $count
+  endPage
+}
+
+proc exportSymbols {count} {
+  beginPage
+  send $::symbols addToLibList $count
+  endPage
+}
+
+proc exportLibrary {count} {
+  initGraphicFile
+  send $::symbols addGraphicLibList $count
+  outputGraphicFile library
 }

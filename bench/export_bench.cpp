@@ -1,24 +1,21 @@
-// Exports pages of 10,000 to 1,000,000 records through the plug-in's own Tcl commands, and compares with two others
-// that are sent the same records in the same run: one that only reads their elements, and one that builds the page as a
-// tree of cJSON nodes and prints it.
-//
-// Times are taken with a file that takes every byte and keeps none, memory with a real file.
+// Exports pages of 1,000 to 1,000,000 records through the plug-in's own Tcl commands, and compares with others that are
+// sent the same records in the same run: one that only reads their elements, and one that builds the page as a tree of
+// cJSON nodes and prints it. Symbols and graphic libraries are compared with pages by the bytes of their files.
 #include <cJSON.h>
-#include <sys/resource.h>
+#include <malloc.h>
 #include <tcl.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "drawing/page_elements.h"
+#include "drawing/page_text.h"
 #include "drawing/record.h"
+#include "drawing/shapes.h"
 #include "plugin/plug_in.h"
 #include "plugin/start_up.h"
 #include "system/fake_world.h"
@@ -28,10 +25,14 @@ namespace {
 
 using namespace vernoxa;
 
-constexpr int runs = 5;
 constexpr int largest = 1'000'000;
 
-// Takes page files and counts their bytes; keeps them in `target` when that is open.
+std::size_t heapBytes() {
+  const auto info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+// Takes every file, counts its bytes and keeps none.
 class CountingFiles final : public Files {
  public:
   std::uint32_t attributes(const FilePath&) override { return noAttributes; }
@@ -48,18 +49,16 @@ class CountingFiles final : public Files {
   CopyResult copyFile(const FilePath&, const FilePath&) override { return {1}; }
   std::vector<FolderEntry> entries(const FilePath&) override { return {}; }
 
-  std::ofstream target;
-  std::size_t bytes = 0;
+  std::size_t bytes = 0;     // of the last file
+  std::size_t mostHeap = 0;  // while it was written
 
  private:
   class Output final : public OutputFile {
    public:
     explicit Output(CountingFiles& files) : files_(files) { files_.bytes = 0; }
     bool write(std::string_view piece) override {
+      files_.mostHeap = files_.bytes == 0 ? heapBytes() : files_.mostHeap;
       files_.bytes += piece.size();
-      if (files_.target.is_open()) {
-        files_.target.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-      }
       return true;
     }
 
@@ -78,40 +77,40 @@ int readElements(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   return TCL_OK;
 }
 
-class TreeSink final : public ElementSink {
- public:
-  cJSON* children = nullptr;
-
-  void add(const ElementForm& form, const Record& record) override {
-    cJSON* const node = cJSON_CreateObject();
-    cJSON_AddStringToObject(node, "name", std::string(form.tag()).c_str());
-    if (form.shownText() != nullptr) {
-      cJSON_AddStringToObject(node, "value", std::string(form.shownText()(record)).c_str());
-    }
-    cJSON* const attributes = cJSON_AddObjectToObject(node, "attr");
-    for (const Attribute& attribute : form.attributes()) {
-      value_.clear();
-      for (const ValuePiece& piece : attribute.pieces) {
-        value_.append(piece.value != nullptr ? piece.value(record) : piece.text);
-      }
-      cJSON_AddStringToObject(attributes, std::string(attribute.name).c_str(), value_.c_str());
-    }
-    cJSON_AddItemToArray(children, node);
-  }
-
- private:
-  std::string value_;
-};
-
-TreeSink tree;
+cJSON* tree = nullptr;  // the array of elements
 
 int addToTree(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   const TclList list = Arguments(count, objects).list(1);
-  Record record;
-  for (int index = 0; index < std::min(list.size(), static_cast<int>(Record::size)); ++index) {
-    record.set(static_cast<std::size_t>(index), list.text(index));
+  const Record record(list);
+  cJSON* const node = cJSON_CreateObject();
+  cJSON* const attributes = cJSON_CreateObject();
+  const Shape* const shape = shapeOf(Use::page, record.kind());
+  cJSON_AddStringToObject(node, "name", std::string(shape->name).c_str());
+  for (const ShapeMember& member : shape->members) {
+    cJSON_AddStringToObject(member.name.empty() ? node : attributes,
+                            member.name.empty() ? "value" : std::string(member.name).c_str(),
+                            member.valueOf(record).c_str());
   }
-  drawPageRecord(record, tree);
+  cJSON_AddItemToObject(node, "attr", attributes);
+  cJSON_AddItemToArray(tree, node);
+  return TCL_OK;
+}
+
+// The road of a record, as far as each stage goes: nothing stands around it as around a command of the plug-in.
+enum Stage { plainOnly, andConverted, andAppended };
+FakeServices services;
+Elements elements;
+
+template <Stage stage>
+int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
+  const TclList list = Arguments(count, objects).list(1);
+  Record record(list);
+  if (!elements.addPlain(Use::page, record) && stage >= andConverted) {
+    record.showInCodePage(services.text, true);
+    if (stage >= andAppended) {
+      elements.add(Use::page, record);
+    }
+  }
   return TCL_OK;
 }
 
@@ -119,8 +118,15 @@ class Bench {
  public:
   explicit Bench(const std::string& recordsScript) : world_(worldOf(fake_, files_)) {
     startUp(interp_, plugIn_);
-    Tcl_CreateObjCommand(interp_, "readElements", readElements, nullptr, nullptr);
-    Tcl_CreateObjCommand(interp_, "addToTree", addToTree, nullptr, nullptr);
+    struct Command {
+      const char* name;
+      Tcl_ObjCmdProc* run;
+    };
+    for (const auto& [name, command] :
+         {Command{"readElements", readElements}, Command{"addToTree", addToTree}, Command{"plainOnly", goTo<plainOnly>},
+          Command{"andConverted", goTo<andConverted>}, Command{"andAppended", goTo<andAppended>}}) {
+      Tcl_CreateObjCommand(interp_, name, command, nullptr, nullptr);
+    }
     if (Tcl_EvalFile(interp_, recordsScript.c_str()) != TCL_OK) {
       std::fprintf(stderr, "%s\n", Tcl_GetStringResult(interp_));
     }
@@ -132,18 +138,34 @@ class Bench {
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
 
-  double secondsToRead(int count) { return secondsFor("sendRecords readElements " + std::to_string(count)); }
-  double secondsToExport(int count) { return secondsFor("exportPage " + std::to_string(count)); }
+  double secondsFor(const std::string& procedure, int count) {
+    const std::string script = procedure + " " + std::to_string(count);
+    const double start = secondsUsed();
+    run(script);
+    return secondsUsed() - start;
+  }
+  double secondsFor(Stage stage, int count) {
+    elements = {};
+    return secondsFor(stage == plainOnly      ? "sendRecords plainOnly"
+                      : stage == andConverted ? "sendRecords andConverted"
+                                              : "sendRecords andAppended",
+                      count);
+  }
   double secondsToBuildTree(int count) {
     const double start = secondsUsed();
     cJSON* const page = cJSON_CreateObject();
-    tree.children = cJSON_AddArrayToObject(page, "children");
+    tree = cJSON_AddArrayToObject(page, "children");
     run("sendRecords addToTree " + std::to_string(count));
     char* const printed = cJSON_Print(page);
     sink += withDosLineEnds(printed).size();
     cJSON_free(printed);
     cJSON_Delete(page);
     return secondsUsed() - start;
+  }
+  void run(const std::string& script) {
+    if (Tcl_Eval(interp_, script.c_str()) != TCL_OK) {
+      throw std::runtime_error(script + ": " + Tcl_GetStringResult(interp_));
+    }
   }
   CountingFiles& files() { return files_; }
 
@@ -159,17 +181,6 @@ class Bench {
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
   }
-  double secondsFor(const std::string& script) {
-    const double start = secondsUsed();
-    run(script);
-    return secondsUsed() - start;
-  }
-  void run(const std::string& script) {
-    if (Tcl_Eval(interp_, script.c_str()) != TCL_OK) {
-      throw std::runtime_error(script + ": " + Tcl_GetStringResult(interp_));
-    }
-  }
-
   FakeWorld fake_;
   CountingFiles files_;
   World world_;
@@ -183,62 +194,69 @@ double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-double peakMegabytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return static_cast<double>(usage.ru_maxrss) / 1024;
+double least(const std::vector<double>& values) {
+  return *std::min_element(values.begin(), values.end());
 }
 
-// Must be the first export of the process, whose peak is measured.
-void measureMemory(Bench& bench) {
-  const std::filesystem::path path = std::filesystem::temp_directory_path() / "vernoxa_export_bench.json";
-  const double before = peakMegabytes();
-  bench.files().target.open(path, std::ios::binary);
-  bench.secondsToExport(largest);
-  bench.files().target.close();
-  const double fileMegabytes = static_cast<double>(std::filesystem::file_size(path)) / 1024 / 1024;
-  std::filesystem::remove(path);
-  std::printf(
-      "peak memory of the process at %d records, file on disk: %.0f MB, %.0f MB of them before; "
-      "file %.0f MB; ratio %.2f (limit 1.5)\n",
-      largest, peakMegabytes(), before, fileMegabytes, peakMegabytes() / fileMegabytes);
-}
-
-struct Measured {
-  double exportSeconds;
-  double ratio;
-};
-
-// Medians of five pairs.
-Measured measureTimes(Bench& bench, int count) {
-  std::vector<double> reads;
-  std::vector<double> exports;
-  std::vector<double> ratios;
+// Each run takes all times one after the other, so that what else the machine does touches all alike. Ratios are medians
+// of the runs', times the least of them.
+void measurePages(Bench& bench, int count) {
+  const int runs = std::clamp(3'000'000 / count, 7, 301);
+  std::vector<double> reads, exports, ratios, plain, converted, appended, commands, writes;
+  std::size_t heap = 0;
   for (int run = 0; run < runs; ++run) {
-    reads.push_back(bench.secondsToRead(count));
-    exports.push_back(bench.secondsToExport(count));
+    reads.push_back(bench.secondsFor("sendRecords readElements", count));
+    const std::size_t before = heapBytes();
+    exports.push_back(bench.secondsFor("exportPage", count));
+    heap = bench.files().mostHeap - before;
     ratios.push_back(exports.back() / reads.back());
+    plain.push_back(bench.secondsFor(plainOnly, count));
+    converted.push_back(bench.secondsFor(andConverted, count));
+    appended.push_back(bench.secondsFor(andAppended, count));
+    bench.run("beginPage");
+    commands.push_back(bench.secondsFor("sendRecords addToPageList", count));
+    writes.push_back(bench.secondsFor("endPage;#", count));
   }
-  std::printf("%10d %14.0f %16.0f %10.2f %10zu\n", count, median(reads) / count * 1e9, median(exports) / count * 1e9,
-              median(ratios), bench.files().bytes);
-  return {median(exports), median(ratios)};
+  const auto file = static_cast<double>(bench.files().bytes);
+  std::printf("%10d %14.0f %16.0f %10.2f %10.0f %10.2f\n", count, least(reads) / count * 1e9,
+              least(exports) / count * 1e9, median(ratios), file, static_cast<double>(heap) / file);
+  const double converting = least(converted) - least(plain);
+  std::printf("%10s of a record's %.0f ns: reading %.0f, converting %.0f, appending %.0f, the command around it %.0f, "
+              "writing %.0f\n",
+              "", (least(commands) + least(writes)) / count * 1e9, least(reads) / count * 1e9, converting / count * 1e9,
+              (least(appended) - least(reads) - converting) / count * 1e9,
+              (least(commands) - least(appended)) / count * 1e9, least(writes) / count * 1e9);
+}
+
+// Time for a byte of the file, against that of a page.
+void measureOthers(Bench& bench) {
+  constexpr int count = 300'000;
+  const auto perByte = [&bench](const char* procedure) {
+    return bench.secondsFor(procedure, count) / static_cast<double>(bench.files().bytes);
+  };
+  std::vector<double> symbols, libraries;
+  for (int run = 0; run < 9; ++run) {
+    const double page = perByte("exportPage");
+    symbols.push_back(perByte("exportSymbols") / page);
+    libraries.push_back(perByte("exportLibrary") / page);
+  }
+  std::printf("a byte of symbols against one of a page: %.2f, of a graphic library %.2f (limit 1.3)\n", median(symbols),
+              median(libraries));
 }
 
 void measure() {
   Bench bench(BENCH_FOLDER "/drawing_records.tcl");
-  measureMemory(bench);
-  std::printf("%10s %14s %16s %10s %10s\n", "records", "reading, ns", "exporting, ns", "ratio", "file, bytes");
-  std::vector<Measured> measured;
-  for (const int count : {10'000, 100'000, largest}) {
-    measured.push_back(measureTimes(bench, count));
+  std::printf("%10s %14s %16s %10s %10s %10s\n", "records", "reading, ns", "exporting, ns", "ratio", "file, bytes",
+              "memory");
+  for (const int count : {1'000, 30'000, largest}) {
+    measurePages(bench, count);
   }
-  const auto [least, most] = std::minmax_element(measured.begin(), measured.end(),
-                                                 [](const auto& a, const auto& b) { return a.ratio < b.ratio; });
-  std::printf("ratio at %d records: %.2f (limit 4); most to least ratio: %.2f (limit 1.25)\n", largest,
-              measured.back().ratio, most->ratio / least->ratio);
+  std::printf("(limits: ratio 2.0 and memory 0.4 of the file, from 30,000 records on)\n");
+  measureOthers(bench);
   const double treeSeconds = bench.secondsToBuildTree(largest);
+  const double seconds = bench.secondsFor("exportPage", largest);
   std::printf("%d records: %.2f s as a tree of nodes, %.2f s here; share %.3f (limit 0.2)\n", largest, treeSeconds,
-              measured.back().exportSeconds, measured.back().exportSeconds / treeSeconds);
+              seconds, seconds / treeSeconds);
 }
 
 }  // namespace

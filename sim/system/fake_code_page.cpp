@@ -1,7 +1,9 @@
 #include "system/fake_code_page.h"
 
 #include <array>
+#include <map>
 #include <new>
+#include <utility>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -47,9 +49,16 @@ const char* nameOf(unsigned number) {
 
 std::string convert(std::string_view text, unsigned from, unsigned to) {
   struct Conversion {
-    iconv_t handle;
+    Conversion(unsigned toPage, unsigned fromPage) : handle(iconv_open(nameOf(toPage), nameOf(fromPage))) {}
     ~Conversion() { iconv_close(handle); }
-  } const conversion{iconv_open(nameOf(to), nameOf(from))};
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+    iconv_t handle;
+  };
+  // Kept, since opening one takes ten times as long as a text.
+  thread_local std::map<std::pair<unsigned, unsigned>, Conversion> kept;
+  const Conversion& conversion = kept.try_emplace({to, from}, to, from).first->second;
+  iconv(conversion.handle, nullptr, nullptr, nullptr, nullptr);
   std::string input(text);
   char* next = input.data();
   std::size_t left = input.size();

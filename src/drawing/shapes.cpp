@@ -336,8 +336,10 @@ std::string_view pinReference(std::string_view keywords) {
     return {};
   }
   const std::string_view end = has("SHORT") ? "10" : "30";
+  const bool clock = has("CLOCK");
+  const bool dot = has("DOT");
   const auto* const shape = std::find_if(pins.begin(), pins.end(), [&](const PinShape& each) {
-    return each.lineEnd == end && each.clock == has("CLOCK") && each.dot == has("DOT");
+    return each.clock == clock && each.dot == dot && each.lineEnd == end;
   });
   return shape->reference;  // there is one for each combination
 }

@@ -56,12 +56,13 @@ class WordRecord : public Record {
   }
 };
 
-// Gives what it draws. Drawn at once or not makes no difference.
+// What a record draws; another text when it makes a difference that it can be drawn at once.
 inline std::string drawn(Use use, const Record& record) {
   Elements elements;
-  elements.add(use, record);
   Elements plain;
-  return !plain.addPlain(use, record) || drawn(plain) == drawn(elements) ? drawn(elements) : drawn(plain);
+  elements.add(use, record);
+  const bool atOnce = plain.addPlain(use, record);
+  return drawn(elements) + (atOnce && drawn(plain) != drawn(elements) ? "at once: " + drawn(plain) : "");
 }
 
 }  // namespace vernoxa
