@@ -198,8 +198,8 @@ double least(const std::vector<double>& values) {
   return *std::min_element(values.begin(), values.end());
 }
 
-// Each run takes all times one after the other, so that what else the machine does touches all alike. Ratios are medians
-// of the runs', times the least of them.
+// Each run takes all times one after the other, so that what else the machine does touches all alike. Ratios are
+// medians of the runs', times the least of them.
 void measurePages(Bench& bench, int count) {
   const int runs = std::clamp(3'000'000 / count, 7, 301);
   std::vector<double> reads, exports, ratios, plain, converted, appended, commands, writes;
@@ -221,11 +221,12 @@ void measurePages(Bench& bench, int count) {
   std::printf("%10d %14.0f %16.0f %10.2f %10.0f %10.2f\n", count, least(reads) / count * 1e9,
               least(exports) / count * 1e9, median(ratios), file, static_cast<double>(heap) / file);
   const double converting = least(converted) - least(plain);
-  std::printf("%10s of a record's %.0f ns: reading %.0f, converting %.0f, appending %.0f, the command around it %.0f, "
-              "writing %.0f\n",
-              "", (least(commands) + least(writes)) / count * 1e9, least(reads) / count * 1e9, converting / count * 1e9,
-              (least(appended) - least(reads) - converting) / count * 1e9,
-              (least(commands) - least(appended)) / count * 1e9, least(writes) / count * 1e9);
+  std::printf(
+      "%10s of a record's %.0f ns: reading %.0f, converting %.0f, appending %.0f, the command around it %.0f, "
+      "writing %.0f\n",
+      "", (least(commands) + least(writes)) / count * 1e9, least(reads) / count * 1e9, converting / count * 1e9,
+      (least(appended) - least(reads) - converting) / count * 1e9, (least(commands) - least(appended)) / count * 1e9,
+      least(writes) / count * 1e9);
 }
 
 // Time for a byte of the file, against that of a page.

@@ -66,7 +66,8 @@ bool isPlain(const char* from, char* end) {
     std::memcpy(&bytes, from, sizeof(bytes));
     const std::uint64_t quotes = bytes ^ '"' * ones;
     const std::uint64_t backslashes = bytes ^ '\\' * ones;
-    found |= bytes | ((bytes - ' ' * ones) & ~bytes) | ((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes);
+    found |=
+        bytes | ((bytes - ' ' * ones) & ~bytes) | ((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes);
   }
   return (found & 0x80 * ones) == 0;
 }
@@ -267,7 +268,8 @@ bool Elements::addPlain(Use use, const Record& record) {
   return true;
 }
 
-// The n-th line that is drawn is moved by n times the font size and 2, in the direction in which lines follow each other.
+// The n-th line that is drawn is moved by n times the font size and 2, in the direction in which lines follow each
+// other.
 void Elements::appendLines(std::string& elements, const Shape& shape, const Record& record) {
   std::int64_t drawn = 0;
   for (std::string_view left = record[textLines]; !left.empty();) {

@@ -1,6 +1,7 @@
 #include "drawing/shapes.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "drawing/style_tables.h"
@@ -24,17 +25,16 @@ struct Row {
 };
 
 constexpr std::string_view wire = "WireStart={1} {2}|WireEndPos={3} {4}|Color={5}|Style={6}|Width={7}";
-constexpr std::string_view used =
-    "transform=translate({1} {2}) rotate({3 angle}) scale({4 scale})|xlink:href=#{5}";
+constexpr std::string_view used = "transform=translate({1} {2}) rotate({3 angle}) scale({4 scale})|xlink:href=#{5}";
 constexpr std::string_view placed = "Location={1} {2}|Rotation={3}|Mirror={4}|Package={5}";
 constexpr std::string_view pathShape =
     "style=stroke:{2 colour};stroke-width:{4 width};fill:none;stroke-dasharray:{3 dash}|d={1}";
 
 // Those that pages hold most of come first. Keys of modules differ between kinds ("LineStyle" and "Style", "line" in
-// lower case, a second "Color" in "Polyline"): readers of the files know each as it stands. Kinds that pages do not show
+// lower case, a second "Color" in "Polyline"): readers of the files know each as it stands. Kinds that are not shown
 // ("Property", "BezierPart") have no row.
 constexpr std::array rows = {
-    // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 line style, 7 line width; on a page also "BusWire", in a symbol the width itself
+    // 1 x1, 2 y1, 3 x2, 4 y2, 5 colour, 6 line style, 7 line width: on a page also "BusWire", in a symbol as it is
     Row{"Line", page, "line",
         "style=stroke:{5 colour};stroke-width:{7 page width};fill:none;stroke-dasharray:{6 dash};stroke-linecap:round|"
         "x1={1}|y1={2}|x2={3}|y2={4}"},
@@ -42,8 +42,7 @@ constexpr std::array rows = {
         "style=stroke:{5 colour};stroke-width:{7 own width};stroke-linecap:round|x1={1}|y1={2}|x2={3}|y2={4}"},
     Row{"Line", modulePart | moduleObject, "line", "Start={1} {2}|EndPos={3} {4}|Color={5}|Style={6}|Width={7}"},
     // 1 x, 2 y, 3 rotation, 4 mirror, 5 symbol, of a part 6 id
-    Row{"Part", page, "use",
-        "id={6}|transform=translate({1} {2}) rotate({3 angle}) scale({4 scale})|xlink:href=#{5}"},
+    Row{"Part", page, "use", "id={6}|transform=translate({1} {2}) rotate({3 angle}) scale({4 scale})|xlink:href=#{5}"},
     Row{"Part", moduleObject, "Part", placed},
     // 1 x, 2 y, 3 lines, 4 colour, 5 unused, 6 font height, 7 rotation; an element for each line
     Row{textKind, page | symbol, "text",
@@ -122,40 +121,28 @@ constexpr std::array rows = {
 };
 static_assert(rows.size() < 256, "an element on a page has one byte for its row");
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+constexpr std::string_view digits = "0123456789";
 
 bool isSign(char c) {
   return c == '-' || c == '+';
 }
 
-// The number that the text begins with, an exponent included; empty where none begins.
-std::string_view numberAtStart(std::string_view text) {
-  std::size_t end = !text.empty() && isSign(text[0]) ? 1 : 0;
-  bool number = false;  // a sign and a point are none
-  for (; end < text.size() && (isDigit(text[end]) || text[end] == '.'); ++end) {
-    number = number || isDigit(text[end]);
-  }
-  if (!number) {
+// The first number of a text, an exponent included, and what follows it. A sign and a point alone are none.
+std::pair<std::string_view, std::string_view> takeNumber(std::string_view text) {
+  const std::size_t digit = text.find_first_of(digits);
+  if (digit == std::string_view::npos) {
     return {};
   }
+  const std::size_t point = text.substr(0, digit).find_last_not_of('.') + 1;
+  text.remove_prefix(point > 0 && isSign(text[point - 1]) ? point - 1 : point);
+  std::size_t end = std::min(text.find_first_not_of("0123456789.", 1), text.size());
   if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-    const std::size_t digits = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
-    if (digits < text.size() && isDigit(text[digits])) {
-      end = std::min(text.find_first_not_of("0123456789", digits), text.size());
+    const std::size_t exponent = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
+    if (exponent < text.size() && digits.find(text[exponent]) != std::string_view::npos) {
+      end = std::min(text.find_first_not_of(digits, exponent), text.size());
     }
   }
-  return text.substr(0, end);
-}
-
-// The first number of a text, and what follows it.
-std::pair<std::string_view, std::string_view> takeNumber(std::string_view text) {
-  while (!text.empty() && numberAtStart(text).empty()) {
-    text.remove_prefix(1);
-  }
-  const std::string_view number = numberAtStart(text);
-  return {number, text.substr(number.size())};
+  return {text.substr(0, end), text.substr(end)};
 }
 
 // The first two numbers of a point list ("10,20 30,40") or path data ("M 10 20 L 30 40"), and a space between two.
@@ -206,7 +193,7 @@ constexpr std::uint8_t takeElement(std::string_view& text) {
   for (; !text.empty() && text.front() >= '0' && text.front() <= '9'; text.remove_prefix(1)) {
     number = 10 * number + static_cast<unsigned>(text.front() - '0');
   }
-  return number < Record::size ? static_cast<std::uint8_t>(number) : throw "no record is so long";
+  return number < Record::size ? static_cast<std::uint8_t>(number) : throw std::out_of_range("no record is so long");
 }
 
 // What stands between braces.
@@ -220,9 +207,9 @@ constexpr Place placeOf(std::string_view text) {
     return place;
   }
   if (!text.empty()) {
-    const auto* const named =
-        std::find_if(std::begin(looks), std::end(looks), [&](const NamedLook& each) { return each.name == text.substr(1); });
-    place.look = named != std::end(looks) ? named->look : throw "no such table";
+    const auto* const named = std::find_if(std::begin(looks), std::end(looks),
+                                           [&](const NamedLook& each) { return each.name == text.substr(1); });
+    place.look = named != std::end(looks) ? named->look : throw std::out_of_range("no such table");
   }
   return place;
 }
@@ -262,7 +249,8 @@ ShapeMember memberOf(std::string_view text) {
 std::vector<Shape> readRows() {
   std::vector<Shape> shapes;
   for (const Row& row : rows) {
-    Shape& shape = shapes.emplace_back(Shape{static_cast<std::uint8_t>(shapes.size()), row.uses, row.kind, row.name, {}, {}});
+    Shape& shape =
+        shapes.emplace_back(Shape{static_cast<std::uint8_t>(shapes.size()), row.uses, row.kind, row.name, {}, {}});
     for (std::string_view left = row.members; !left.empty();) {
       shape.members.push_back(memberOf(takeUpTo(left, '|')));
       for (const ShapeMember::Piece& piece : shape.members.back().pieces) {
@@ -309,8 +297,8 @@ const std::vector<Shape>& shapes() {
 
 const Shape* shapeOf(Use use, std::string_view kind) {
   for (const Shape& shape : shapes()) {
-    if (shape.kind.size() == kind.size() && shape.kind[0] == kind[0] && (shape.uses & static_cast<unsigned>(use)) != 0 &&
-        shape.kind == kind) {
+    if (shape.kind.size() == kind.size() && shape.kind[0] == kind[0] &&
+        (shape.uses & static_cast<unsigned>(use)) != 0 && shape.kind == kind) {
       return &shape;
     }
   }
@@ -326,7 +314,10 @@ Json padStack(const PinShape& shape) {
   const std::string dot = R"({"fill":false,"type":"Arc","xy":[0,0],"segs":[[0,-3,6,6,0,360]]},)";
   std::string text = R"({"pads":[)" + (shape.dot ? dot : "") + R"({"fill":false,"type":"line","xy":[0,0],"segs":[[)";
   text.append(shape.padStart).append(",0,").append(shape.lineEnd).append(",0]");
-  text.append(shape.clock ? ",[-3,0,0,3],[-3,0,0,-3]" : "").append(R"(]}],"name":")").append(shape.name()).append(R"("})");
+  text.append(shape.clock ? ",[-3,0,0,3],[-3,0,0,-3]" : "")
+      .append(R"(]}],"name":")")
+      .append(shape.name())
+      .append(R"("})");
   return Json::parse(text).document;
 }
 

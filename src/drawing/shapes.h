@@ -1,4 +1,5 @@
-// What records become: the one table of all kinds of records, in drawings and in shared modules; and the shapes of pins.
+// What records become: the one table of all kinds of records, in drawings and in shared modules; and the shapes of
+// pins.
 #pragma once
 
 #include <array>

@@ -80,19 +80,49 @@ TEST(Elements, OfPages) {
 }
 
 TEST(Elements, OfSymbols) {
-  expectDrawn(Use::symbol,
-              {
-                  {{"Line", "0", "1", "2", "3", "8", "1", "0"},
-                   "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
-                  {{"Line", "0", "1", "2", "3", "8", "1", "2"},
-                   "line style=stroke:#FF0000;stroke-width:2;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
-                  {{"Pin", "0", "10", "x", "x", "8", "0", "SHORT CLOCK", "LEFT"},
-                   "use transform=translate(0,10) rotate(180)|xlink:href=#PackagePinShortClock\n"},
-                  {{"Pin", "0", "10", "x", "x", "8", "0", "ZERO", "left"},
-                   "use transform=translate(0,10) rotate(left)|xlink:href=\n"},
-                  {{"Part", "1"}, ""},
-                  {{"Junction", "1"}, ""},
-              });
+  expectDrawn(Use::symbol, {
+                               {{"Line", "0", "1", "2", "3", "8", "1", "0"},
+                                "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
+                               {{"Line", "0", "1", "2", "3", "8", "1", "2"},
+                                "line style=stroke:#FF0000;stroke-width:2;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
+                               {{"Pin", "0", "10", "x", "x", "8", "0", "SHORT CLOCK", "LEFT"},
+                                "use transform=translate(0,10) rotate(180)|xlink:href=#PackagePinShortClock\n"},
+                               {{"Pin", "0", "10", "x", "x", "8", "0", "ZERO", "left"},
+                                "use transform=translate(0,10) rotate(left)|xlink:href=\n"},
+                               {{"Part", "1"}, ""},
+                               {{"Junction", "1"}, ""},
+                           });
+}
+
+// All others take the way through the code page, which may change what a table makes of a code.
+TEST(Elements, OnlyPlainRecordsAreDrawnAtOnce) {
+  const struct {
+    std::vector<std::string_view> record;
+    bool atOnce;
+  } cases[] = {
+      {{"Junction", "1", "2", "3", "24", "0"}, true},
+      {{"Junction"}, true},
+      {{"Junction", "1", "2", "3", "24", "0\xC0\x80"}, false},
+      {{"Junction", "1", "2", "3", "24", "\xEF\xBC\x90"}, false},
+      {{"Junction", "1", "2", "3", "24\x7F", "0"}, true},
+      {{"Junction", "1234567\"", "2"}, false},
+      {{"Junction", "12345678", "\\"}, false},
+      {{"Junction", " !", "#[]", "~"}, true},
+      {{"Junction", "1", "2", "\x1F"}, false},
+      {{"Text", "1", "2", "", "0", "", "-9", "0"}, false},
+      {{"Text", "1", "2", "A\r\nB", "0", "", "-9", "0"}, false},
+      {{"Text", "1", "2", "R10 10k 1% 0123456789 abcdef", "0", "\x80", "-9", "0"}, true},
+      {{"Polyline", "0123456789012345678901234567890123456789012345678901234567890123"}, true},
+      {{"Polyline", "01234567890123456789012345678901234567890123456789012345678901234"}, false},
+      {{"Page", "1"}, false},
+      {{"Pin", "1"}, false},
+      {{}, false},
+  };
+  for (const auto& each : cases) {
+    Elements elements;
+    EXPECT_EQ(elements.addPlain(Use::page, WordRecord(each.record)), each.atOnce) << &each - cases;
+    EXPECT_EQ(drawn(elements).empty(), !each.atOnce) << &each - cases;
+  }
 }
 
 // The places of a text's lines at x 10 and y 20.

@@ -66,8 +66,12 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
         texts[index] = index == 0 ? std::string(kinds[random.below(std::size(kinds))]) : random.anyText();
         record.set(index, texts[index]);
       }
+      const Use use = random.below(4) == 0 ? Use::symbol : Use::page;
+      if (pages.addPlainRecord(use, record)) {
+        continue;
+      }
       record.showInCodePage(fake.text, random.below(2) == 0);
-      if (random.below(4) == 0) {
+      if (use == Use::symbol) {
         pages.addSymbolRecord(record);
       } else {
         pages.addPageRecord(record);
