@@ -314,21 +314,21 @@ char* Elements::room(std::size_t size) {
 
 void Elements::writeTo(JsonFile& file, std::size_t depth) const {
   const std::vector<CommonText>& common = commonTextsAt(depth);
+  std::array<std::size_t, mostPlaces> sizes{};
   std::size_t from = elementSeparator.size();  // none before the first
   for (const Block& block : blocks_) {
     for (const char* at = block.bytes.get(); at != block.bytes.get() + block.used; from = 0) {
       const CommonText& text = common[static_cast<unsigned char>(*at++)];
-      std::size_t sizes[mostPlaces];
       std::size_t valuesSize = 0;
       for (std::size_t place = 0; place < text.places(); ++place) {
         valuesSize += sizes[place] = takeLength(at);
       }
       const std::size_t size = text.size() - from + valuesSize;
       if (char* const to = file.room(size)) {
-        text.copy(to, from, at, sizes);
+        text.copy(to, from, at, sizes.data());
       } else {
         std::string element(size + step, ' ');
-        text.copy(element.data(), from, at, sizes);
+        text.copy(element.data(), from, at, sizes.data());
         file.put({element.data(), size});
       }
       at += valuesSize;
