@@ -21,11 +21,11 @@ bool isOldHost(CommandCall& call, PageExport& pages) {
 
 template <class Add>
 void withShownRecord(CommandCall& call, const TextConverter& text, PageExport& pages, Use use, Add add) {
-  const TclList list = call.arguments.list(1);
-  Record record(list);
-  if (pages.addPlainRecord(use, record)) {
+  if (pages.addPlainRecord(use, Record(call.arguments.passingList(1)))) {
     return;
   }
+  const TclList list = call.arguments.list(1);
+  Record record(list);
   bool convertLines = false;
   if (record.kind() == textKind && looksLikeUtf8Chinese(record[textLines])) {
     convertLines = !isOldHost(call, pages);
@@ -64,8 +64,7 @@ CommandResult initGraphicFile(CommandCall&, GraphicLibrary& library) {
 }
 
 CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
-  const TclList list = call.arguments.list(1);
-  Record record(list);
+  Record record(call.arguments.passingList(1));
   if (!library.addPlainRecord(record)) {
     record.takeAsUtf8();
     library.addRecord(record);

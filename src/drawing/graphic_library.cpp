@@ -72,7 +72,7 @@ bool GraphicLibrary::addPlainRecord(const Record& record) {
 }
 
 std::string GraphicLibrary::finish(std::string_view name) {
-  const std::optional<Document> document = std::exchange(document_, std::nullopt);
+  const std::optional<LibraryDocument> document = std::exchange(document_, std::nullopt);
   const FilePath base = project_.get();
   const FilePath cache = base / "Cache";
   const FilePath folder = cache / "Library";
@@ -86,12 +86,12 @@ std::string GraphicLibrary::finish(std::string_view name) {
   return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, text_);
 }
 
-Elements* GraphicLibrary::Document::openElements() {
+Elements* LibraryDocument::openElements() {
   Elements& last = library.empty() ? children : library.back().elements;
   return open ? &last : nullptr;
 }
 
-bool GraphicLibrary::Document::writeTo(OutputFile& output) const {
+bool LibraryDocument::writeTo(OutputFile& output) const {
   JsonFile file(output);
   file.put("{\n\t\"children\":\t[", 0);
   children.writeTo(file, entryDepth);

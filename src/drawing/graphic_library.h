@@ -17,6 +17,18 @@ class Processes;
 class ProjectFolder;
 class TextConverter;
 
+// What it holds until it becomes a file. Texts are UTF-8.
+struct LibraryDocument {
+  Elements children;
+  std::vector<Group> library;
+  bool open = true;  // the last entry, or "children" before the first
+
+  // Where elements go; nullptr when nothing is open.
+  Elements* openElements();
+  // False when the file takes no more.
+  bool writeTo(OutputFile& file) const;
+};
+
 // Host thread only. Texts stay as Tcl gave them, UTF-8.
 class GraphicLibrary {
  public:
@@ -40,20 +52,11 @@ class GraphicLibrary {
   std::string finish(std::string_view name);
 
  private:
-  struct Document {
-    Elements children;
-    std::vector<Group> library;
-    bool open = true;  // the last entry, or "children" before the first
-
-    Elements* openElements();
-    bool writeTo(OutputFile& file) const;
-  };
-
   const ProjectFolder& project_;
   Files& files_;
   Processes& processes_;
   const TextConverter& text_;
-  std::optional<Document> document_;
+  std::optional<LibraryDocument> document_;
 };
 
 }  // namespace vernoxa

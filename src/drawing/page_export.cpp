@@ -87,7 +87,7 @@ void PageExport::addPageRecord(const Record& record) {
     }
     document_.reset();  // written; should memory run out now, what follows must not be drawn on it
     PageNames names{schematicName_, std::string(record.given(1)), std::string(record.given(4))};
-    Page page{std::string(record[2]), std::string(record[3]), {std::string(record[1]), {}}};
+    PageDocument::Page page{std::string(record[2]), std::string(record[3]), {std::string(record[1]), {}}};
     document_.emplace().page = std::move(page);
     openPage_ = std::move(names);
   } else if (Elements* const elements = openElements(Use::page)) {
@@ -113,16 +113,6 @@ bool PageExport::addPlainRecord(Use use, const Record& record) {
   return elements != nullptr && elements->addPlain(use, record);
 }
 
-Elements* PageExport::openElements(Use use) {
-  if (!document_ || !document_->page) {
-    return nullptr;
-  }
-  if (use == Use::page) {
-    return &document_->page->group.elements;
-  }
-  return document_->symbolOpen ? &document_->symbols.back().elements : nullptr;
-}
-
 void PageExport::finish(const PageNames& names) {
   if (document_) {
     write(names);
@@ -144,7 +134,17 @@ void PageExport::write(const PageNames& names) {
                  [this](OutputFile& file) { return document_->writeTo(file); });
 }
 
-bool PageExport::Document::writeTo(OutputFile& output) const {
+Elements* PageDocument::openElements(Use use) {
+  if (!page) {
+    return nullptr;
+  }
+  if (use == Use::page) {
+    return &page->group.elements;
+  }
+  return symbolOpen ? &symbols.back().elements : nullptr;
+}
+
+bool PageDocument::writeTo(OutputFile& output) const {
   JsonFile file(output);
   file.put(R"({
 	"id":	"SCH_View",

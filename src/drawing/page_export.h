@@ -28,6 +28,24 @@ struct PageNames {
   std::string key;  // tells pages of one name apart
 };
 
+// One page with the symbols that it uses, until it becomes a file. Texts are UTF-8.
+struct PageDocument {
+  struct Page {
+    std::string height;
+    std::string width;
+    Group group;
+  };
+
+  std::optional<Page> page;  // none: only what all documents have
+  std::vector<Group> symbols;
+  bool symbolOpen = false;  // the last one
+
+  // Where elements go; nullptr without a page, or without a symbol.
+  Elements* openElements(Use use);
+  // False when the file takes no more.
+  bool writeTo(OutputFile& file) const;
+};
+
 // Host thread only. Records as showInCodePage() leaves them.
 class PageExport {
  public:
@@ -56,21 +74,7 @@ class PageExport {
   std::optional<bool> oldHost;
 
  private:
-  struct Page {
-    std::string height;
-    std::string width;
-    Group group;
-  };
-  struct Document {
-    std::optional<Page> page;
-    std::vector<Group> symbols;
-    bool symbolOpen = false;
-
-    bool writeTo(OutputFile& file) const;
-  };
-
-  // Where elements go; nullptr without a page, or without a symbol.
-  Elements* openElements(Use use);
+  Elements* openElements(Use use) { return document_ ? document_->openElements(use) : nullptr; }
   // Names of its own: the open page's may change meanwhile.
   void write(const PageNames& names);
 
@@ -79,7 +83,7 @@ class PageExport {
   Processes& processes_;
   Clock& clock_;
   const TextConverter& text_;
-  std::optional<Document> document_;
+  std::optional<PageDocument> document_;
   std::string schematicName_;
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
 };

@@ -196,15 +196,20 @@ void JsonFile::put(std::string_view text) {
 
 void JsonFile::put(std::string_view lines, std::size_t depth, std::initializer_list<std::string_view> values) {
   std::string text;
+  text.reserve(2 * lines.size());
   const auto* value = values.begin();
-  for (const char byte : lines) {
-    if (byte == '%') {
-      appendEscaped(text, *value++);
-    } else if (byte == '\n') {
-      text.append("\r\n").append(depth, '\t');
-    } else {
-      text += byte;
+  for (const auto* at = lines.begin(); at != lines.end();) {
+    const auto* const end = std::find_if(at, lines.end(), [](char byte) { return byte == '%' || byte == '\n'; });
+    text.append(at, end);
+    if (end == lines.end()) {
+      break;
     }
+    if (*end == '%') {
+      appendEscaped(text, *value++);
+    } else {
+      text.append("\r\n").append(depth, '\t');
+    }
+    at = end + 1;
   }
   put(text);
 }

@@ -22,7 +22,7 @@ class Record {
   static constexpr std::size_t size = 12;  // no kind has more
 
   Record() { clear(0); }
-  // The texts of a TclList.
+  // The texts of a TclList or of a PassingList.
   template <class List>
   explicit Record(const List& list) {
     take(list);

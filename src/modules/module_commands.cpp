@@ -29,8 +29,7 @@ std::string utf8(std::string_view tclText) {
 using AddRecord = void (ModuleDocument::*)(const Record& record);
 
 void addRecord(CommandCall& call, ModuleDocument& document, AddRecord add) {
-  const TclList list = call.arguments.list(1);
-  Record record(list);
+  Record record(call.arguments.passingList(1));
   record.takeAsUtf8();
   (document.*add)(record);
 }
