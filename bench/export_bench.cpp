@@ -98,14 +98,15 @@ int addToTree(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
 
 // The road of a record, as far as each stage goes: nothing stands around it as around a command of the plug-in.
 enum Stage { plainOnly, andConverted, andAppended };
-FakeServices services;
+FakeWorld stageWorld;
+const TextConverter stageText{stageWorld.codePage, stageWorld.messages};
 Elements elements;
 
 template <Stage stage>
 int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   Record record(Arguments(count, objects).passingList(1));
   if (!elements.addPlain(Use::page, record) && stage >= andConverted) {
-    record.showInCodePage(services.text, true);
+    record.showInCodePage(stageText, true);
     if (stage >= andAppended) {
       elements.add(Use::page, record);
     }
