@@ -56,6 +56,11 @@ constexpr std::array rows = {
     // 1 centre x, 2 centre y, 3 radius, 4 colour, 5 fill style
     Row{"Junction", page, "circle", "cx={1}|cy={2}|r={3}|style=stroke:none;stroke-width:1;fill:{5 fill 4}"},
     Row{"Junction", moduleObject, "Junction", "StartX={1}|StartY={2}"},
+    // 1 x, 2 y, 3 to 6 unused, 7 shape, 8 side of the symbol
+    Row{"Pin", symbol, "use", "transform=translate({1},{2}) rotate({8 side})|xlink:href={7 pin}"},
+    // 1 and 2 start, 3 and 4 hot spot, 5 number, 6 name, 7 type
+    Row{"Pin", modulePart, "Pin",
+        "StartPoint={1} {2}|HotSpot={3} {4}|PinName={6 unless placeholder}|PinNum={5 unless placeholder}|PinType={7}"},
     // as "Part"
     Row{"Port", page, "use", used},
     Row{"Port", moduleObject, "Port", placed},
@@ -101,11 +106,6 @@ constexpr std::array rows = {
     Row{"Polyline", modulePart, "Polyline", "PolylineStart={1} {2}|Color={3}|Style={4}|Width={5}|Color={3}|path={6}"},
     Row{"Polygon", modulePart, "Polygon",
         "PolygonStart={1} {2}|Color={3}|Style={4}|Width={5}|FillStyle={6}|HatchStyle={7}|path={8}"},
-    // 1 x, 2 y, 3 to 6 unused, 7 shape, 8 side of the symbol
-    Row{"Pin", symbol, "use", "transform=translate({1},{2}) rotate({8 side})|xlink:href={7 pin}"},
-    // 1 and 2 start, 3 and 4 hot spot, 5 number, 6 name, 7 type
-    Row{"Pin", modulePart, "Pin",
-        "StartPoint={1} {2}|HotSpot={3} {4}|PinName={6 unless placeholder}|PinNum={5 unless placeholder}|PinType={7}"},
     // as "Line" and "Text" of a page
     Row{"Wire", moduleObject, "Wire", wire},
     Row{"BusWire", moduleObject, "BusWire", wire},
