@@ -6,6 +6,7 @@ import asyncio
 import contextlib
 import io
 import pathlib
+import socket
 import sys
 import tempfile
 import unittest
@@ -38,13 +39,21 @@ FAULTS = (
 
 
 class Conformance(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls) -> None:
+        # The plug-in's own port belongs to the tests that run beside this one.
+        with socket.create_server(("127.0.0.1", 0)) as server:
+            cls.port = server.getsockname()[1]
+        check_companion.PROTOCOL["link"]["companionPort"] = cls.port
+
     def setUp(self) -> None:
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def said(self, companion: str) -> tuple[int, list[str]]:
         """The status, and what fails."""
         script = self.folder / "companion.py"
-        script.write_text(companion, encoding="utf-8")
+        self.assertIn("9601", companion)
+        script.write_text(companion.replace("9601", str(self.port)), encoding="utf-8")
         with contextlib.redirect_stdout(io.StringIO()) as output:
             words = ["/bin/sh", "-c", f"exec {sys.executable} {script} {self.folder} >/dev/null 2>&1"]
             status = asyncio.run(check_companion.main(words))
