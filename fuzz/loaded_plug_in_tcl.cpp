@@ -2,7 +2,7 @@
 
 #include <tcl.h>
 
-#include "plugin/command_guard.h"
+#include "plugin/command_table.h"
 #include "target.h"
 
 namespace vernoxa::fuzz {

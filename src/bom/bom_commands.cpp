@@ -1,6 +1,6 @@
 #include "bom/bom_commands.h"
 
-#include "bom/bom_line.h"
+#include "bom/bom_lists.h"
 #include "dispatch/companion_sender.h"
 #include "system/user_messages.h"
 #include "tcl/script_host.h"

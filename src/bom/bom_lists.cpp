@@ -3,10 +3,10 @@
 #include <array>
 #include <optional>
 
-#include "bom/bom_line.h"
 #include "system/user_messages.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {
@@ -73,6 +73,20 @@ bool readAll(ScriptHost& host, const TextConverter& text, Json& data, const List
 }
 
 }  // namespace
+
+std::vector<std::string> bomFields(std::string_view text) {
+  std::vector<std::string> fields = splitFields(text, ';');
+  fields.resize(fields.size() < bomFieldNames.size() ? 0 : bomFieldNames.size());
+  return fields;
+}
+
+Json bomLine(const std::vector<std::string>& fields) {
+  Json line = Json::object();
+  for (std::size_t index = 0; index < bomFieldNames.size(); ++index) {
+    line.add(bomFieldNames[index], fields[index]);
+  }
+  return line;
+}
 
 bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::string& partNumberKey,
                         const std::string& partNameKey) {

@@ -1,7 +1,11 @@
-// The bill of materials of a design, made by the host and read from its three lists.
+// The bill of materials of a design, made by the host and read from its three lists. A line of it is six fields
+// between ";", as the host's scripts give it.
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "text/json.h"
 
@@ -10,6 +14,15 @@ namespace vernoxa {
 class ScriptHost;
 class TextConverter;
 class UserMessages;
+
+constexpr std::array<const char*, 6> bomFieldNames = {"PartNumber", "Value",        "PartRef",
+                                                      "PartName",   "PCBFootprint", "PinNumber"};
+
+// Empty fields count. A text with fewer than six fields gives nothing; further fields are left out.
+std::vector<std::string> bomFields(std::string_view text);
+
+// An object with the six members in their order.
+Json bomLine(const std::vector<std::string>& fields);
 
 // Has the host make the bill. UTF-8 texts; the path keeps its backslashes as Tcl reads them between quotes, the keys
 // are property names. True when Tcl's status was TCL_OK.

@@ -1,11 +1,10 @@
-#include "plugin/command_guard.h"
+#include "plugin/command_table.h"
 
 #include <tcl.h>
 
 #include <memory>
 #include <utility>
 
-#include "plugin/command_table.h"
 #include "plugin/plug_in.h"
 #include "tcl/tcl_script_host.h"
 

@@ -8,6 +8,8 @@
 #include "plugin/session.h"
 #include "tcl/command.h"
 
+struct Tcl_Interp;
+
 namespace vernoxa {
 
 using CommandFunction = CommandResult (*)(CommandCall&, Session&);
@@ -43,5 +45,8 @@ constexpr std::size_t commandCount = 48;
 
 // In the order of registration.
 const std::array<CommandRow, commandCount>& commandTable();
+
+// Creates every command of the table, in table order, without client data, each behind the one guard.
+void registerCommands(Tcl_Interp* interp);
 
 }  // namespace vernoxa

@@ -6,7 +6,6 @@
 
 #include "link/link_thread.h"
 #include "plugin/plug_in.h"
-#include "plugin/real_world_windows.h"
 #include "plugin/run.h"
 #include "plugin/start_up.h"
 #include "plugin/world.h"

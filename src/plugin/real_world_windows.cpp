@@ -1,4 +1,4 @@
-#include "plugin/real_world_windows.h"
+#include "plugin/world.h"
 
 #include "desktop/desktop_windows.h"
 #include "system/random.h"

@@ -9,7 +9,6 @@
 #include "modules/placing_handlers.h"
 #include "plugin/bom_line_members.h"
 #include "plugin/run.h"
-#include "views/reference_handlers.h"
 #include "views/view_handlers.h"
 
 namespace vernoxa {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "designs/host_discovery.h"
-#include "plugin/command_guard.h"
+#include "plugin/command_table.h"
 #include "plugin/companion_launch.h"
 #include "plugin/installation.h"
 #include "plugin/plug_in.h"

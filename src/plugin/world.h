@@ -44,4 +44,8 @@ inline Logs crashLogsOf(const World& world, FilePath pluginFolder) {
   return {world.clock, world.codePage, world.files, std::move(pluginFolder)};
 }
 
+// The operating system that the DLL runs on; in the Windows ring alone. Refers to objects that live until the process
+// ends.
+World realWorld();
+
 }  // namespace vernoxa

@@ -1,4 +1,4 @@
-#include "views/reference_handlers.h"
+#include "views/view_handlers.h"
 
 #include "dispatch/script_values.h"
 #include "tcl/script_host.h"

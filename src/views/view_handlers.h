@@ -1,4 +1,5 @@
-// The handlers of the companion's requests about pages, drawings and ports.
+// The handlers of the companion's requests about pages, drawings and ports, and about reference designators, values and
+// jumps.
 #pragma once
 
 #include "dispatch/outcome.h"
@@ -16,5 +17,11 @@ Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextCon
 Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
                   const MessagePaths& paths);
+
+// in reference_handlers.cpp
+Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text);
+Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& text);
 
 }  // namespace vernoxa

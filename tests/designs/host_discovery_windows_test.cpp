@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include "plugin/real_world_windows.h"
 #include "plugin/world.h"
 #include "system/fake_code_page.h"
 #include "system/files.h"

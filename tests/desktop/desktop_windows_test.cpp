@@ -12,7 +12,6 @@
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
 #include "desktop/metafile_check.h"
-#include "plugin/real_world_windows.h"
 #include "plugin/world.h"
 #include "support/handle_probe_windows.h"
 #include "support/soak.h"

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
-#include "plugin/command_guard.h"
 #include "plugin/command_table.h"
 #include "plugin/start_up.h"
 #include "text/json.h"

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "plugin/command_guard.h"
+#include "plugin/command_table.h"
 #include "text/text.h"
 #include "trust/failing_memory.h"
 
