@@ -10,13 +10,14 @@ Ends with 1 when something does not hold that must. What the companion asks is a
 from __future__ import annotations
 
 import asyncio
+import contextlib
 import json
 import os
 import pathlib
 import re
 import signal
 import sys
-from typing import Iterator
+from typing import Callable, Iterator
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(REPOSITORY / "sim")]
@@ -29,7 +30,6 @@ from companion.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX  # noqa: E402
 
 SCHEMAS = json.loads((REPOSITORY / "docs" / "messages.schema.json").read_text(encoding="utf-8"))["$defs"]
 START_SECONDS = 10
-ANSWER_SECONDS = 5
 PROMPT_SECONDS = 1
 MUST, SHOULD = "must", "should"
 # Of all that the companion says.
@@ -92,8 +92,8 @@ class Line:
     def send(self, message: bytes) -> None:
         self.writer.write(frames.encode(message))
 
-    async def hears(self, command: str, seconds: float = ANSWER_SECONDS) -> messages.Message | None:
-        """The next message of that name; None when it does not come or the connection ends."""
+    async def hears(self, command: str, seconds: float = 0) -> messages.Message | None:
+        """The next message of that name; None when it does not come in time or the connection ends."""
         async def look() -> messages.Message | None:
             while (message := await self._came.get()) is not None:
                 if message.command == command:
@@ -102,7 +102,7 @@ class Line:
             return None
 
         try:
-            return await asyncio.wait_for(look(), seconds)
+            return await asyncio.wait_for(look(), seconds or self._check.patience)
         except asyncio.TimeoutError:
             return None
 
@@ -116,8 +116,12 @@ class Line:
 
 
 class Check:
-    def __init__(self, address: tuple[str, int]):
+    """Judges the companion at an address, and says each rule. An answer may take so many seconds."""
+
+    def __init__(self, address: tuple[str, int], patience: float = 5, say: Callable[[str], None] = print):
         self.address = address
+        self.patience = patience
+        self._say = say
         self.recorded = Recorded()
         self.failed: list[str] = []  # grades
         self._faults: dict[str, list[str]] = {"frames": [], "digits": [], "texts": [], "messages": []}
@@ -151,7 +155,7 @@ class Check:
 
     def tell(self, grade: str, rule: str, holds: bool, detail: str = "") -> bool:
         reason = f": {detail}" if detail and not holds else ""
-        print(f"{'holds' if holds else 'FAILS'}  {grade:6}  {rule}{reason}", flush=True)
+        self._say(f"{'holds' if holds else 'FAILS'}  {grade:6}  {rule}{reason}")
         if not holds:
             self.failed.append(grade)
         return holds
@@ -185,7 +189,7 @@ class Check:
         saved = frames.encode(self.told("FileStatus", "saved"))
         async with Line(self) as line:
             answer = await line.answers(self.told("FileStatus", "opened"))
-            if not self.tell(MUST, "answers FileStatus", answer is not None, f"nothing within {ANSWER_SECONDS} s"):
+            if not self.tell(MUST, "answers FileStatus", answer is not None, f"nothing within {self.patience} s"):
                 return False
             self.tell(SHOULD, 'names a folder in "Path"', bool(answer.data.get("Path")))
             await line.settle()
@@ -246,25 +250,30 @@ async def reachable(address: tuple[str, int]) -> bool:
     return False
 
 
-async def main(words: list[str]) -> int:
+async def start_and_run(command: list[str], check: Check) -> bool:
+    """Whether all holds that must of a companion that is started for this."""
+    process = await asyncio.create_subprocess_exec(*command, start_new_session=True)
+    try:
+        if await reachable(check.address):
+            return await check.run()
+        return check.tell(MUST, "listens", False, f"nobody on {check.address} after {START_SECONDS} s")
+    finally:
+        with contextlib.suppress(ProcessLookupError):  # it may just have ended
+            os.killpg(process.pid, signal.SIGKILL)
+        await process.wait()
+
+
+def main(words: list[str]) -> int:
+    sys.stdout.reconfigure(line_buffering=True)  # type: ignore[union-attr]
     if not words:
         print(__doc__)
         return 2
     place = re.fullmatch(r"([\w.-]+):(\d+)", words[0])
     if place and len(words) == 1:
-        return 0 if await Check((place[1], int(place[2]))).run() else 1
-    address = (PROTOCOL["link"]["address"], PROTOCOL["link"]["companionPort"])
-    process = await asyncio.create_subprocess_exec(*words, start_new_session=True)
-    try:
-        if not await reachable(address):
-            print(f"nobody listens on {address[0]}:{address[1]} after {START_SECONDS} s")
-            return 1
-        return 0 if await Check(address).run() else 1
-    finally:
-        if process.returncode is None:
-            os.killpg(process.pid, signal.SIGKILL)
-        await process.wait()
+        return 0 if asyncio.run(Check((place[1], int(place[2]))).run()) else 1
+    here = Check((PROTOCOL["link"]["address"], PROTOCOL["link"]["companionPort"]))
+    return 0 if asyncio.run(start_and_run(words, here)) else 1
 
 
 if __name__ == "__main__":
-    sys.exit(asyncio.run(main(sys.argv[1:])))
+    sys.exit(main(sys.argv[1:]))
