@@ -8,8 +8,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
-import { huge } from "../tests/report/design.mjs";
-import { start } from "../tests/report/launch.mjs";
+import { huge } from "../report/test/design.mjs";
+import { start } from "../report/test/launch.mjs";
 
 const RUNS = Number(process.env.RUNS ?? 3);
 const root = fileURLToPath(new URL("../", import.meta.url));
@@ -83,7 +83,9 @@ try {
   for (const pages of process.argv.length > 2 ? process.argv.slice(2).map(Number) : [8, 200]) {
     const [design, report] = [join(folder, "design.json"), join(folder, "report.html")];
     writeFileSync(design, JSON.stringify(huge(pages)));
-    execFileSync("/usr/bin/python3", [join(root, "tools/report/report"), design, report]);
+    execFileSync("/usr/bin/python3", ["-m", "vernoxa.report.page", design, report], {
+      env: { ...process.env, PYTHONPATH: join(root, "workshop") },
+    });
     const figures = await measure(browser, report);
     columns.push({
       title: `${pages} pages, ${pages * 100} parts, ${pages * 300} pins, ${(statSync(report).size / 1e6).toFixed(1)} MB`,

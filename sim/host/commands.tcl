@@ -115,18 +115,22 @@ proc ::host::readCommand {channel} {
 proc ::host::followCommands {channel} {
     fconfigure $channel -encoding utf-8
     while {[gets $channel line] >= 0} {
-        runLine $line
+        runLine $line 1
     }
     after 100 [list ::host::followCommands $channel]
 }
 
-proc ::host::runLine {line} {
+# `tell`: whoever wrote the line waits for its end.
+proc ::host::runLine {line {tell 0}} {
     if {[string trim $line] ne ""} {
-        coroutine ::host::line[incr ::host::lineCount] apply {{line} {
-            catch {uplevel #0 $line} result
+        coroutine ::host::line[incr ::host::lineCount] apply {{line tell} {
+            set failed [expr {[catch {uplevel #0 $line} result] == 1}]
             if {$result ne ""} {
                 host::log $result
             }
-        }} $line
+            if {$tell} {
+                host::log [expr {$failed ? "that failed" : "that is done"}]
+            }
+        }} $line $tell
     }
 }

@@ -7,12 +7,9 @@ import tempfile
 import unittest
 import zipfile
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE.parents[1] / "sim"), *(str(HERE.parents[1] / "tools" / tool) for tool in ("replay", "dist"))]
-
-import package
-import trial
-from conversation import Conversation
+from vernoxa.dist import package, trial
+from vernoxa.places import CONVERSATIONS
+from vernoxa.replay.conversation import Conversation
 
 MODULE = pathlib.Path(sys.argv.pop())
 
@@ -51,7 +48,7 @@ class DistTest(unittest.TestCase):
                           "bin/other.dll has no checksum"], package.faults_of(changed))
 
     def test_the_plug_in_in_it_holds_a_conversation(self):
-        recorded = Conversation.read(HERE / "marking_parts.txt")
+        recorded = Conversation.read(CONVERSATIONS / "marking_parts.txt")
         found, last_words = asyncio.run(trial.differences(self.zip, recorded))
         self.assertEqual([], [str(difference) for difference in found], last_words)
 

@@ -6,21 +6,19 @@ import collections
 import contextlib
 import hashlib
 import io
-import json
 import pathlib
 import sys
 import unittest
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE.parents[1] / "sim"), str(HERE.parent / "sim_host")]
-
-from companion import paths
-from companion.answers import references_of
-from companion.view import View
 from schematics import DEMOS, Counted, roots
-from stage import host
-from stage.installation import Installation
-from stage.scene import Scene
+
+from vernoxa.companion.answers import references_of
+from vernoxa.companion.view import View
+from vernoxa.drawings import page_file
+from vernoxa.stage import host
+from vernoxa.stage.installation import Installation
+from vernoxa.stage.scene import Scene
+from vernoxa.wire import paths
 
 MODULE = pathlib.Path(sys.argv.pop())
 FOLDER = pathlib.Path(sys.argv.pop()) if sys.argv[1:] else DEMOS
@@ -29,14 +27,6 @@ SECONDS = 240  # for an answer, on a machine that has much else to do
 
 def sums(folder: pathlib.Path) -> dict[pathlib.Path, str]:
     return {path: hashlib.sha256(path.read_bytes()).hexdigest() for path in folder.rglob("*") if path.is_file()}
-
-
-def ids(node: object) -> set[str]:
-    """What stands on a drawn page under a name of its own."""
-    if not isinstance(node, dict) or node.get("name") == "defs":
-        return set()
-    own = {node["attr"]["id"]} if node.get("name") == "use" and "id" in node["attr"] else set()
-    return own.union(*map(ids, node.get("children", ())))
 
 
 class Played:
@@ -52,7 +42,7 @@ class Played:
         self.drawn_pages, self.drawn = 0, set()
         for file in drawings.glob("*@!@*.json"):
             self.drawn_pages += 1
-            self.drawn |= ids(json.loads(file.read_text("utf-8")))
+            self.drawn |= set(page_file.read(file).parts)
             # The next design may be drawn into the same folder: into that of the design that was told of last.
             file.unlink()
 
@@ -61,10 +51,10 @@ async def play(designs: list[pathlib.Path]) -> tuple[list[Played], int]:
     """All in one session; and the faults that were seen."""
     installation = Installation(MODULE)
     scene = Scene(View(colour=False), installation)
-    names = [paths.to_windows(installation.add_design_folder(f"design{number}") / design.with_suffix(".dsn").name)
-             for number, design in enumerate(designs, 1)]
+    known = [installation.add_design(design, f"design{number}") for number, design in enumerate(designs, 1)]
+    names = [name for _, name in known]
     try:
-        await scene.begin(host.command_line(installation, list(zip(designs, names)), 1000))
+        await scene.begin(host.command_line(installation, known, 1000))
         events = [await scene.hear(name, "FileStatus", SECONDS, Status="Open", FileName=name) for name in names]
         open_now = (await scene.ask("pages", "GetActiveProPages", SECONDS))["Open"]
         pages = {project["ProjectPath"]: project["Pages"] for project in open_now}

@@ -9,12 +9,9 @@ import pathlib
 import sys
 import unittest
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE.parents[1] / "sim"), str(HERE.parents[1] / "tools" / "replay")]
-
-import compare
-import performance
-from conversation import Conversation
+from vernoxa.places import CONVERSATIONS
+from vernoxa.replay import compare, performance
+from vernoxa.replay.conversation import Conversation
 
 MODULE = pathlib.Path(sys.argv.pop())
 
@@ -23,7 +20,7 @@ class ReplayTest(unittest.TestCase):
     maxDiff = None
 
     def test_nothing_differs(self):
-        recorded = Conversation.read(HERE / "chinese_hierarchy.txt")
+        recorded = Conversation.read(CONVERSATIONS / "chinese_hierarchy.txt")
         now, last_words = asyncio.run(performance.hold_again(MODULE, recorded))
         self.assertEqual([], [str(found) for found in compare.differences(recorded.entries, now.entries)],
                          last_words)

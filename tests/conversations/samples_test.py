@@ -8,16 +8,12 @@ import sys
 import time
 import unittest
 
-REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(REPOSITORY / "sim")]
-
-from companion import paths
-from stage.installation import Installation
+from vernoxa.places import REPOSITORY, TCLSH, WINE
+from vernoxa.stage.installation import Installation
+from vernoxa.wire import paths
 
 MODULE = pathlib.Path(sys.argv.pop())
 SAMPLES = REPOSITORY / "samples"
-TCLSH = REPOSITORY / ".deps" / "tcl-windows" / "bin" / "tclsh86.exe"
-WINE = [str(REPOSITORY / "tools" / "setup" / name) for name in ("wine-suite", "wine-run")]
 SECONDS = 90
 
 BILL = "CAP-100N;100nF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"

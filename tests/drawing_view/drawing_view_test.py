@@ -8,7 +8,6 @@ import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-TOOL = pathlib.Path(__file__).resolve().parents[2] / "tools/drawing-view/drawing_view.py"
 SVG = "{http://www.w3.org/2000/svg}"
 HREF = "{http://www.w3.org/1999/xlink}href"
 
@@ -41,7 +40,8 @@ class DrawingView(unittest.TestCase):
             text = content if isinstance(content, str) else json.dumps(content)
             (self.folder / f"{name}.json").write_text(text, encoding="utf-8")
         out = self.folder / "out"
-        self.run = subprocess.run([sys.executable, TOOL, self.folder, "-o", out], capture_output=True, text=True)
+        command = [sys.executable, "-m", "vernoxa.drawings", self.folder, "-o", out]
+        self.run = subprocess.run(command, capture_output=True, text=True)
         self.pictures = {file.stem: ElementTree.parse(file).getroot() for file in out.glob("*.svg")}
         self.html = (out / "index.html").read_text(encoding="utf-8")
 

@@ -4,14 +4,12 @@ import json
 import pathlib
 import tempfile
 import unittest
-from unittest import mock
 
-import fake_plug_in  # noqa: F401  puts the stand-ins on the path
-
-from companion import messages, paths, report
-from companion.answers import Answers
-from stage import drawings
-from stage.module_acts import first_difference
+from vernoxa.companion import collected
+from vernoxa.wire import messages, paths
+from vernoxa.companion.answers import Answers
+from vernoxa.drawings import page_file
+from vernoxa.demo.module_acts import first_difference
 
 UPLOAD = {
     "dsnBmpPath": "", "dsnDatPath": "", "Part": [{"Id": "1", "Ref": "R1"}, {"Id": "2", "Ref": "电阻", "Package": "0603"}],
@@ -60,7 +58,7 @@ class CollectedTest(unittest.TestCase):
             answers.take(message("DsnCheck_Result" if comment else "DsnCheck_EndResult", **data))
         answers.take(message("GetDsnAllPackageInfo_EndResult", "report", item=[["Value", "10k"], ["Datasheet", ""]]))
         answers.take(message("SelectModule_EndResult", "upload", **UPLOAD))
-        text = report.text_of(answers)
+        text = collected.text_of(answers)
         for line in (
             "Check 1001, reference designators: 1 findings",
             "Check 1002, illegal characters: 0 findings",
@@ -72,7 +70,7 @@ class CollectedTest(unittest.TestCase):
             "电阻  0603",
         ):
             self.assertIn(line, text.splitlines())
-        self.assertEqual(report.text_of(Answers()), "")
+        self.assertEqual(collected.text_of(Answers()), "")
 
     def test_drawings_tell_their_parts_texts_and_symbols_that_are_missing(self):
         def used(name: str, **attributes: str) -> dict:
@@ -84,17 +82,12 @@ class CollectedTest(unittest.TestCase):
         for name, children in (("a", [defs, page]), ("b", [page | {"attr": {"id": "2"}, "children": []}])):
             text = json.dumps({"id": "SCH_View", "children": children}, ensure_ascii=False)
             (self.folder / f"{name}.json").write_text(text, encoding="utf-8")
-        pages = drawings.read(self.folder)
-        self.assertEqual(pages["页/1"], drawings.Page("页/1", ["R1", "R2"], ["国产"], ["lost"]))
-        self.assertEqual(pages["2"].parts, [])
-        with mock.patch.object(drawings, "_VIEW", self.folder / "none.py"):
-            out = self.folder / "out"
-            with self.assertRaisesRegex(drawings.NotShown, "none.py"):
-                drawings.show(self.folder, out)
-            self.assertEqual(drawings.read(out / "pages"), pages)
+        second, first = page_file.read_all(self.folder)
+        self.assertEqual((first.name, first.parts, first.texts, first.undefined), ("页/1", ["R1", "R2"], ["国产"], ["lost"]))
+        self.assertEqual((second.name, second.parts), ("2", []))
         (self.folder / "c.json").write_text("[", encoding="utf-8")
         with self.assertRaises(ValueError):
-            drawings.read(self.folder)
+            page_file.read_all(self.folder)
 
     def test_differences_are_found_where_they_are(self):
         for one, other, difference in (

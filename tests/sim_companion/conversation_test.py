@@ -15,12 +15,13 @@ from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
 from prompt_toolkit.completion import CompleteEvent
 from prompt_toolkit.document import Document
 
-from companion import paths
-from companion.answers import Answers
-from companion.prompt import BadCommand, CommandCompleter, Desk, parse
-from companion.record import Recorder
-from companion.server import FAULT, PROBED, RECEIVED, Companion, NotConnected
-from companion.view import ConversationView, View
+from vernoxa.wire import messages, paths
+from vernoxa.companion.answers import Answers
+from vernoxa.companion.prompt import BadCommand, CommandCompleter, Desk, parse
+from vernoxa.wire.record import Recorder
+from vernoxa.companion.server import Companion, NotConnected
+from vernoxa.companion.view import ConversationView, View
+from vernoxa.wire.events import FAULT, PROBED, RECEIVED
 
 DESIGN = "Z:\\项目\\设计.dsn"
 UPLOAD = (
@@ -62,7 +63,8 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
                 self.assertTrue(done)
                 self.assertEqual(json.loads(message.decode("gbk"))["Data"], sent)
             self.assertEqual(self.answers.current.references, ["R1"])
-            plug_in.send('{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"z:\\\\项目\\\\设计.DSN"}}')
+            closed = '{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"z:\\\\项目\\\\设计.DSN"}}'
+            plug_in.send(closed)
             self.assertEqual(json.loads(await plug_in.receive())["Data"], {"Path": ""})
         self.assertIsNone(self.answers.current)
         self.assertEqual(self.companion.faults, 0)
@@ -179,8 +181,6 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
 class PromptTest(unittest.TestCase):
     def setUp(self):
         self.answers = Answers()
-        from companion import messages
-
         self.answers.take(messages.read(opened(DESIGN)))
         self.answers.current.bom = {"Stick": [{"PartRef": "R1,R2"}]}
 
@@ -188,7 +188,8 @@ class PromptTest(unittest.TestCase):
         for text, data in (
             ("GetActiveProPages", {}),
             ("GenerateBOM", {"ProjectPath": DESIGN}),
-            ('GenerateBOM PartNumberKey="Part No" ProjectPath="C:\\a b\\"', {"ProjectPath": "C:\\a b\\", "PartNumberKey": "Part No"}),
+            ('GenerateBOM PartNumberKey="Part No" ProjectPath="C:\\a b\\"',
+             {"ProjectPath": "C:\\a b\\", "PartNumberKey": "Part No"}),
             ("RenameRef 2", {"Type": 2}),
             ("JumpToPartRef R1", {"ProjectPath": DESIGN, "PartRef": "R1"}),
             ("EnterBomViewMode R1,R2", {"ProjectPath": DESIGN, "Stick": ["R1", "R2"]}),
@@ -219,14 +220,14 @@ class PromptTest(unittest.TestCase):
 
 
 class CommandLineTest(unittest.IsolatedAsyncioTestCase):
-    RUN = [str(pathlib.Path(__file__).resolve().parents[2] / "sim" / "companion" / "run"), "--plain"]
+    RUN = [sys.executable, "-m", "vernoxa.companion", "--plain"]
 
-    async def test_a_taken_port_ends_with_3_and_one_line(self):
+    async def test_a_taken_port_is_refused_in_one_line(self):
         async with await asyncio.start_server(lambda reader, writer: None, "127.0.0.1", 0) as server:
             port = server.sockets[0].getsockname()[1]
             ended = subprocess.run([*self.RUN, "--port", str(port)], capture_output=True, text=True, timeout=20)
-        self.assertEqual(ended.returncode, 3)
-        self.assertRegex(ended.stderr, rf"^companion: port {port} is taken[^\n]*\n$")
+        self.assertEqual(ended.returncode, 2)
+        self.assertRegex(ended.stderr, rf"^companion: port {port} is taken by [^\n]+\n$")
 
     async def test_commands_of_a_script_are_sent_once_a_design_is_open(self):
         for reply, status in ((MARKED, 0), (REFUSED % "SetToNotStick", 1)):

@@ -9,13 +9,15 @@ import tempfile
 import unittest
 from unittest import mock
 
-import fake_plug_in  # puts the stand-ins on the path
+import fake_plug_in
 
-from companion import messages
-from companion.view import View
-from stage import host, playing
-from stage.installation import Installation, NotUsable
-from stage.scene import Missing, Scene
+from vernoxa.wire import messages
+from vernoxa.command import Refused
+from vernoxa.companion.view import View
+from vernoxa.stage import host, playing
+from vernoxa.stage.installation import Installation
+from vernoxa.stage.scene import Scene
+from vernoxa.stage.session import Missing
 
 
 class SceneTest(unittest.IsolatedAsyncioTestCase):
@@ -49,20 +51,20 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
 
     async def test_what_is_piped_in_is_asked_and_the_host_ends_with_it(self):
         async def plug_in() -> None:
-            while not self.scene.host:
+            while not self.scene.companion.port:
                 await asyncio.sleep(0.01)
             async with fake_plug_in.FakePlugIn(self.scene.companion.port, {"GenerateBOM": fake_plug_in.BOM}) as plug_in:
                 plug_in.send(fake_plug_in.opened("Z:\\a.dsn"))
                 for _ in range(2):
                     await plug_in.receive()
 
-        script = "until grep -q note $0; do sleep 0.05; done; echo host: selected; echo host: that is done; "
+        script = "until grep -q select $0; do sleep 0.05; done; echo host: selected; echo host: that is done; "
         script += "until grep -q quit $0; do sleep 0.05; done"
         host = ["/bin/sh", "-c", script, str(self.installation.commands)]
         with mock.patch("sys.stdin", io.StringIO("host select R1\nGenerateBOM\nquit\nnever\n")):
             good, _ = await asyncio.gather(playing.play(self.scene, host, ["Z:\\a.dsn"]), plug_in())
         self.assertTrue(good)
-        self.assertEqual(self.installation.commands.read_text(), "select R1\nnote {that is done}\nquit\n")
+        self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
         self.assertRegex(self.shown.getvalue(), "(?s)host: selected\n.*> GenerateBOM.*电阻")
 
     async def test_the_traffic_log_is_found_in_either_spelling(self):
@@ -75,15 +77,15 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
 
 class BeginTest(unittest.TestCase):
     def test_what_cannot_begin_says_so(self):
-        with self.assertRaisesRegex(NotUsable, "is not there"):
+        with self.assertRaisesRegex(Refused, "is not there"):
             Installation(pathlib.Path("/nowhere/Vernoxa64.dll"))
         with tempfile.TemporaryDirectory(prefix="x" * 80) as folder, mock.patch("tempfile.tempdir", folder):
-            with self.assertRaisesRegex(NotUsable, "too long"):
+            with self.assertRaisesRegex(Refused, "too long"):
                 Installation(pathlib.Path(__file__))
             self.assertEqual(list(pathlib.Path(folder).iterdir()), [])
-        with socket.create_server((host.ADDRESS, 0)) as other:
+        with socket.create_server(("127.0.0.1", 0)) as other:
             with mock.patch.object(host, "HOST_PORT", other.getsockname()[1]):
-                with self.assertRaisesRegex(NotUsable, "is taken"):
+                with self.assertRaisesRegex(Refused, "is taken"):
                     host.require_free_port()
 
 

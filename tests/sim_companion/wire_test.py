@@ -8,8 +8,8 @@ import unittest
 
 from fake_plug_in import BOM, MARKED, REFUSED, frame, opened
 
-from companion import frames, json_text, messages, record
-from companion.server import CLOSED, FAULT, OPENED, PROBED, RECEIVED, SENT, Event
+from vernoxa.wire import frames, json_text, messages, record
+from vernoxa.wire.events import CLOSED, FAULT, OPENED, PROBED, RECEIVED, SENT, Event
 
 
 def in_code_page(text: str | bytes) -> bytes:
@@ -171,7 +171,7 @@ class RecordTest(unittest.TestCase):
         stream = io.StringIO()
         recorder = record.Recorder(stream, design="设计.dsn")
         for entry in entries:
-            message = messages.read(entry.message) if entry.what in kinds else None
+            message = messages.read(entry.message if entry.what in kinds else b"")
             words = entry.message.decode() if entry.what == record.HOST else ""
             recorder(Event(entry.seconds, kinds.get(entry.what, entry.what), entry.connection, message, words))
             recorder(Event(entry.seconds, FAULT, entry.connection, message, "a fault\n\n@ told"))

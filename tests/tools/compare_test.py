@@ -1,19 +1,14 @@
 """Recorded and repeated conversations: what counts as a difference, and how it reads."""
 
 import pathlib
-import sys
 import tempfile
 import unittest
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(ROOT / "sim"), str(ROOT / "tools" / "replay")]
-
-from companion import json_text, record
-from companion.record import COMPANION, PLUG_IN, Entry
-
-import compare
-from conversation import Conversation, Design, NotReplayable
-from performance import RecordedAnswers
+from vernoxa.replay import compare
+from vernoxa.replay.conversation import Conversation, Design, NotReplayable
+from vernoxa.replay.performance import RecordedAnswers
+from vernoxa.wire import json_text, record
+from vernoxa.wire.record import COMPANION, PLUG_IN, Entry
 
 LINE = {"PartNumber": "", "Value": "10k", "PartRef": "R1", "PartName": "R", "PCBFootprint": "0603", "PinNumber": "2"}
 

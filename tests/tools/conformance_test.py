@@ -9,10 +9,9 @@ import sys
 import tempfile
 import unittest
 
-REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(REPOSITORY / "tools" / "conformance"))
-
 import check_companion
+
+from vernoxa.places import REPOSITORY
 
 SAMPLE = (REPOSITORY / "samples" / "companion.py").read_text(encoding="utf-8")
 

@@ -1,12 +1,10 @@
 """The changes that ./dev mutate makes to a source: where there is room for them, and that the bytes are the right ones."""
 
 import pathlib
-import sys
 import tempfile
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools/mutate"))
-import changes  # noqa: E402
+from vernoxa.check import changes
 
 CASES = (
     # source line, what it can become

@@ -1,17 +1,13 @@
 """The tools for packet texts and traffic logs: what they make readable, and what they mark as a fault."""
 
-import pathlib
 import subprocess
 import sys
 import tempfile
 import unittest
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(ROOT / "sim"), str(ROOT / "tools" / "packet")]
+from vernoxa.packet import traffic
 
-import traffic
-
-PACKET = ROOT / "tools" / "packet" / "packet"
+PACKET = [sys.executable, "-m", "vernoxa.packet"]
 OPEN = ('{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\\\设计\\\\a.dsn","Pid":"8",'
         '"AllegroPath":"","PinCount":"12"}}')
 ASKED = '{"Command":"CheckOpenState","Data":{"ProjectPath":"a.dsn"},"Result":"0"}'
@@ -92,7 +88,7 @@ class TrafficTest(unittest.TestCase):
         with tempfile.NamedTemporaryFile() as file:
             file.write(line)
             file.flush()
-            shown = subprocess.run([PACKET, "log", file.name], capture_output=True, text=True, timeout=60).stdout
+            shown = subprocess.run([*PACKET, "log", file.name], capture_output=True, text=True, timeout=60).stdout
         self.assertIn("ActualValue=100μF  Comment=V属性包含非法字符", shown)
         self.assertIn("note: 1 text in UTF-8, as the host gave them: 100μF", shown)
 
@@ -103,7 +99,7 @@ class TrafficTest(unittest.TestCase):
 
 class PacketTest(unittest.TestCase):
     def run_packet(self, *words: str) -> tuple[int, str, str]:
-        done = subprocess.run([PACKET, *words], capture_output=True, text=True, timeout=60)
+        done = subprocess.run([*PACKET, *words], capture_output=True, text=True, timeout=60)
         return done.returncode, done.stdout.strip(), done.stderr.strip()
 
     def test_packet_text_and_message_become_each_other(self):

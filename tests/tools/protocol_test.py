@@ -4,17 +4,14 @@ from __future__ import annotations
 
 import copy
 import json
-import pathlib
 import unittest
 
 from jsonschema import Draft202012Validator
 
-from companion import messages, record
-from companion.catalogue import REPLY_SUFFIX
+from vernoxa.places import CONVERSATIONS, DOCS
+from vernoxa.wire import messages, record
+from vernoxa.wire.catalogue import PROTOCOL, REPLY_SUFFIX
 
-REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
-DOCS = REPOSITORY / "docs"
-PROTOCOL = json.loads((DOCS / "protocol.json").read_text(encoding="utf-8"))
 SCHEMA = json.loads((DOCS / "protocol.schema.json").read_text(encoding="utf-8"))
 MESSAGES = json.loads((DOCS / "messages.schema.json").read_text(encoding="utf-8"))
 
@@ -63,7 +60,7 @@ class Protocol(unittest.TestCase):
     def test_recorded_messages_are_what_their_schemas_say(self):
         Draft202012Validator.check_schema(MESSAGES)
         seen = 0
-        for file in sorted((REPOSITORY / "tests" / "conversations").glob("*.txt")):
+        for file in sorted((CONVERSATIONS).glob("*.txt")):
             said = [(entry.what, messages.read(entry.message)) for entry in record.read(file) if entry.message
                     and entry.what in (record.COMPANION, record.PLUG_IN)]
             refused = [message.command for _, message in said if message.shape == "refused"]
@@ -83,7 +80,7 @@ class Protocol(unittest.TestCase):
                 place = place[name]
 
     def test_what_is_refused_has_faults(self):
-        said = record.read(REPOSITORY / "tests" / "conversations" / "refusals.txt")
+        said = record.read(CONVERSATIONS / "refusals.txt")
         asked = [messages.read(entry.message) for entry in said if entry.what == record.COMPANION]
         faulty = [message.command for message in asked if faults_of(message)]
         self.assertEqual(faulty, ["NoSuchCommand", "GenerateBOM"])

@@ -49,7 +49,7 @@ nonBlank() {
   code "$@" | xargs -0r cat | grep -c '[^[:space:]]'
 }
 all=$(nonBlank)
-tests=$(nonBlank tests fuzz)
+tests=$(nonBlank tests fuzz report/test)
 awk -v tests="$tests" -v all="$all" 'BEGIN {
   share = all ? 100 * tests / all : 0
   printf "hygiene: %d of %d lines of code are tests: %.1f %%%s\n", tests, all, share,

@@ -13,22 +13,18 @@ import asyncio
 import contextlib
 import json
 import os
-import pathlib
 import re
 import signal
 import sys
 from typing import Callable, Iterator
 
-REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(REPOSITORY / "sim")]
-sys.dont_write_bytecode = True
+from jsonschema import Draft202012Validator
 
-from jsonschema import Draft202012Validator  # noqa: E402
+from vernoxa.places import CONVERSATIONS, DOCS
+from vernoxa.wire import frames, json_text, messages, record
+from vernoxa.wire.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX
 
-from companion import frames, json_text, messages, record  # noqa: E402
-from companion.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX  # noqa: E402
-
-SCHEMAS = json.loads((REPOSITORY / "docs" / "messages.schema.json").read_text(encoding="utf-8"))["$defs"]
+SCHEMAS = json.loads((DOCS / "messages.schema.json").read_text(encoding="utf-8"))["$defs"]
 START_SECONDS = 10
 PROMPT_SECONDS = 1
 MUST, SHOULD = "must", "should"
@@ -47,7 +43,7 @@ class Recorded:
     def __init__(self) -> None:
         self.told: dict[tuple[str, str], bytes] = {}  # by name and form
         self.replies: dict[str, bytes] = {}
-        for file in sorted((REPOSITORY / "tests" / "conversations").glob("*.txt")):
+        for file in sorted((CONVERSATIONS).glob("*.txt")):
             for entry in record.read(file):
                 if entry.what != record.PLUG_IN or not entry.message:
                     continue

@@ -1,0 +1,1 @@
+"""What judges the sources and their tests."""

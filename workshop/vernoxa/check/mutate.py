@@ -1,0 +1,170 @@
+"""Changes the plug-in's sources one small place at a time, and lists the changes that no native test notices.
+
+A drawn sample of all places is taken; the same seed draws the same one. Each change is built and the native tests are
+run against it, in copies of the work tree, so that nothing changes here. A change that does not build counts for nothing.
+What the tests let pass is a hole in them, a line that does nothing, or a change that makes no difference.
+
+No kept tool does this: those that Debian has are for other languages, and those for C++ need a compiler of their own.
+"""
+
+from __future__ import annotations
+
+import argparse
+import concurrent.futures
+import dataclasses
+import os
+import pathlib
+import queue
+import random
+import re
+import shutil
+import subprocess
+import sys
+from typing import Any, Iterator
+
+from vernoxa.command import run
+from vernoxa.places import REPOSITORY as ROOT
+
+from . import changes
+
+PRESET = "mutate"
+# The tests that fail soonest come first; what ends a program early saves most of the time.
+PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests")
+LONGEST_BUILD = 300  # of one change
+LONGEST_TEST = 60  # the programs take a few seconds: a change that makes one hang is noticed too
+
+
+@dataclasses.dataclass
+class Result:
+    change: changes.Change
+    kind: str  # "noticed", "survived" or "not built"
+
+
+class Copy:
+    """A copy of the work tree in which one change at a time is tried."""
+
+    def __init__(self, folder: pathlib.Path):
+        self.folder = folder
+        self._bring_up_to_date()
+        self._run(["cmake", "--preset", PRESET], None)
+        if not self._build(longest=None):
+            sys.exit(f"mutate: the unchanged sources do not build in {folder}")
+        if not self._passes():
+            sys.exit("mutate: the tests fail before anything was changed")
+
+    def _bring_up_to_date(self) -> None:
+        listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
+                                check=True, capture_output=True, text=True).stdout
+        names = {name for name in listed.split("\0") if name and (ROOT / name).is_file()}
+        for name in names:
+            source, target = ROOT / name, self.folder / name
+            if not target.exists() or target.read_bytes() != source.read_bytes():
+                target.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(source, target)
+        for top in ("src", "tests", "sim", "fuzz", "bench", "tools"):
+            for old in (self.folder / top).rglob("*"):
+                if old.is_file() and str(old.relative_to(self.folder)) not in names:
+                    old.unlink()
+        if not (self.folder / ".deps").exists():
+            (self.folder / ".deps").symlink_to(ROOT / ".deps")
+
+    def _run(self, command: list[str], seconds: float | None, **more: Any) -> bool:
+        return subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, timeout=seconds, check=False, **more).returncode == 0
+
+    def _build(self, longest: float | None = LONGEST_BUILD) -> bool:
+        try:
+            return self._run(["cmake", "--build", "--preset", PRESET, "-j", "1", "--target", *PROGRAMS], longest)
+        except subprocess.TimeoutExpired:
+            return False
+
+    def _passes(self) -> bool:
+        scratch = self.folder / "scratch"
+        scratch.mkdir(exist_ok=True)
+        environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
+        for program in PROGRAMS:
+            try:
+                if not self._run([str(self.folder / "build" / PRESET / program)], LONGEST_TEST, env=environment):
+                    return False
+            except subprocess.TimeoutExpired:
+                return False
+        return True
+
+    def attempt(self, change: changes.Change) -> Result:
+        path = self.folder / change.file
+        before = path.read_bytes()
+        try:
+            path.write_bytes(change.apply(before))
+            if not self._build():
+                return Result(change, "not built")
+            return Result(change, "survived" if self._passes() else "noticed")
+        finally:
+            path.write_bytes(before)
+
+
+def sources(wanted: list[str]) -> list[str]:
+    """The files of the two rings that are built natively."""
+    listed = subprocess.run(["git", "ls-files", "src/*.cpp", "src/*.h"], cwd=ROOT, check=True, capture_output=True,
+                            text=True).stdout.split()
+    names = [name for name in listed if not re.search(r"_windows\.(cpp|h)$|/resource\.h$", name)]
+    return [name for name in names if not wanted or any(name.startswith(start) for start in wanted)]
+
+
+def arguments() -> argparse.Namespace:
+    parser = argparse.ArgumentParser(prog="./dev mutate", description=(__doc__ or "").split("\n\n", maxsplit=1)[0],
+                                     epilog="exit: 0 when at least the wanted share of what was built is noticed, else 1")
+    parser.add_argument("files", nargs="*", metavar="START", help="only files whose path begins so: src/bom")
+    parser.add_argument("--count", type=int, default=300, help="how many changes (300)")
+    parser.add_argument("--seed", type=int, default=None, help="which sample (another each time)")
+    parser.add_argument("--least", type=float, default=95.0, help="per cent that must be noticed (95)")
+    parser.add_argument("--jobs", type=int, default=2, help="how many at a time (2)")
+    parser.add_argument("--list", action="store_true", help="only list the changes")
+    return parser.parse_args()
+
+
+def attempt_all(sample: list[changes.Change], jobs: int) -> Iterator[Result]:
+    """Tries the changes in as many copies; gives the results in the order in which they come."""
+    copies: queue.SimpleQueue[Copy] = queue.SimpleQueue()
+    for number in range(jobs):
+        copies.put(Copy(ROOT / "build" / PRESET / f"copy{number}"))
+
+    def attempt(change: changes.Change) -> Result:
+        copy = copies.get()
+        try:
+            return copy.attempt(change)
+        finally:
+            copies.put(copy)
+
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        try:
+            for done in concurrent.futures.as_completed([pool.submit(attempt, change) for change in sample]):
+                yield done.result()
+        except BaseException:
+            pool.shutdown(wait=False, cancel_futures=True)
+            raise
+
+
+def main() -> int:
+    options = arguments()
+    seed = random.SystemRandom().randrange(1_000_000) if options.seed is None else options.seed
+    every = [change for name in sources(options.files) for change in changes.of_file(ROOT, name)]
+    sample = random.Random(seed).sample(every, min(options.count, len(every)))
+    print(f"seed {seed}: {len(sample)} of {len(every)} possible changes")
+    if options.list:
+        print("\n".join(map(str, sample)))
+        return 0
+    counts = dict.fromkeys(("noticed", "survived", "not built"), 0)
+    for result in attempt_all(sample, options.jobs):
+        counts[result.kind] += 1
+        if result.kind == "survived":
+            print(f"survived: {result.change}", flush=True)
+        elif sum(counts.values()) % 20 == 0:
+            print(f"  {sum(counts.values())} tried, {counts['survived']} survived", flush=True)
+    built = counts["noticed"] + counts["survived"]
+    share = 100 * counts["noticed"] / built if built else 0.0
+    print(f"seed {seed}: {counts['noticed']} of {built} noticed ({share:.1f} %), {counts['not built']} did not build")
+    return 0 if share >= options.least else 1
+
+
+if __name__ == "__main__":
+    run("mutate", main)

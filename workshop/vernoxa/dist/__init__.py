@@ -1,0 +1,1 @@
+"""The zip for the users."""

@@ -1,0 +1,1 @@
+"""Page files of a drawing export, and pictures of them."""

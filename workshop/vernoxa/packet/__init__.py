@@ -1,0 +1,1 @@
+"""Packet texts and traffic logs, readable."""

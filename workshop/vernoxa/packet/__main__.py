@@ -1,0 +1,129 @@
+"""Packet texts, messages and traffic logs, readable: for whoever has to find out what two programs said."""
+
+from __future__ import annotations
+
+import argparse
+import json
+import pathlib
+import re
+import sys
+
+from rich.console import Console
+from rich.text import Text
+
+from vernoxa.command import DONE, NOT_DONE, Refused, run
+from vernoxa.companion.view import shorten, summary
+from vernoxa.wire import frames, json_text, messages, record
+from vernoxa.wire.catalogue import REPLY_SUFFIX
+
+from . import traffic
+
+_WAYS = {
+    traffic.IN: ("to the plug-in", "blue"),
+    traffic.OUT: ("from the plug-in", "green"),
+    traffic.SENT: ("its thread asks", "magenta"),
+    traffic.RECEIVED: ("its thread gets", "cyan"),
+    traffic.STEP: ("step", "dim"),
+}
+
+
+def arguments() -> argparse.Namespace:
+    parser = argparse.ArgumentParser(prog="packet", description=__doc__)
+    commands = parser.add_subparsers(dest="command", required=True)
+    decode = commands.add_parser("decode", help="packet text to a readable message")
+    decode.add_argument("text", nargs="?", help="packet text, or a frame's bytes as digits; standard input without it")
+    encode = commands.add_parser("encode", help="a message as JSON (UTF-8) to packet text")
+    encode.add_argument("text", nargs="?", help="the message; standard input without it")
+    encode.add_argument("--formatted", action="store_true", help="printed with tabs and line ends")
+    encode.add_argument("--frame", action="store_true", help="with the four bytes of the frame's header before it")
+    log = commands.add_parser("log", help="a traffic log (schLog.txt) as a conversation, faults marked")
+    log.add_argument("file", type=pathlib.Path)
+    log.add_argument("--messages", action="store_true", help="each message whole")
+    log.add_argument("--steps", action="store_true", help="the program's steps too, and what is seen twice")
+    return parser.parse_args()
+
+
+def decode(text: str) -> int:
+    """The message on standard output, what is wrong with it on the error output."""
+    digits = re.sub(r"\s+", "", text)
+    if re.match(r"[0-9a-f]{4}0000", digits) and int.from_bytes(bytes.fromhex(digits[:8]), "little") == len(digits) - 8:
+        digits = digits[8:]  # a frame with its header
+    raw, faults = frames.decode(digits.encode("utf-8"))
+    message = traffic.read_message(raw)
+    print(readable(message))
+    for fault in faults + message.faults:
+        print(f"fault: {fault}", file=sys.stderr)
+    for note in message.notes:
+        print(f"note: {note}", file=sys.stderr)
+    return NOT_DONE if faults or message.faults else DONE
+
+
+def readable(message: messages.Message) -> str:
+    if message.members:
+        return json.dumps(record.json_of(message)[1] or message.members, ensure_ascii=False, indent=2)
+    return message.raw.decode("gbk", "replace")
+
+
+def encode(text: str, formatted: bool, frame: bool) -> int:
+    printer = json_text.print_formatted if formatted else json_text.print_plain
+    raw = printer(json.loads(text))
+    packet = raw.hex()
+    print((len(packet).to_bytes(4, "little").hex() if frame else "") + packet)
+    return DONE
+
+
+def show_log(options: argparse.Namespace) -> int:
+    items, console = traffic.read(options.file.read_bytes()), Console(highlight=False, soft_wrap=True)
+    faults = 0
+    for item in items:
+        faults += len(item.faults)
+        if (item.way == traffic.STEP or item.repeats) and not options.steps:
+            continue
+        console.print(line_of(item))
+        if options.messages and item.message.members:
+            console.print(Text(readable(item.message)))
+        for fault in item.faults:
+            console.print(Text(f"  fault: {fault}", "bold red"))
+        for note in item.message.notes if item.way != traffic.STEP else ():
+            console.print(Text(f"  note: {note}", "yellow"))
+    said = [item for item in items if item.way != traffic.STEP and not item.repeats]
+    console.print(f"{len(said)} messages, {sum(failed(item) for item in said)} failures answered, {faults} faults")
+    return NOT_DONE if faults else DONE
+
+
+def line_of(item: traffic.Item) -> Text:
+    name, style = _WAYS[item.way]
+    message = item.message
+    text = Text.assemble((f"{item.time} ", "dim"), (f"{name:<17}", style))
+    if not message.members:
+        text.append(shorten(message.raw.decode("gbk", "replace")) or "(empty)", "dim")
+    else:
+        text.append(message.command, f"bold {style}")
+        if failed(item):
+            text.append(f" failed: {message.error or message.members['Result']}", "bold red")
+        for member, value in message.data.items():
+            text.append(f"  {member}=", "dim")
+            text.append(shorten(summary(value)))
+    return text
+
+
+def failed(item: traffic.Item) -> bool:
+    result = item.message.members.get("Result", "0")
+    return item.message.command.endswith(REPLY_SUFFIX) and str(result) != "0"
+
+
+def main() -> int:
+    options = arguments()
+    if options.command == "log":
+        return show_log(options)
+    text = sys.stdin.read() if options.text is None else options.text
+    try:
+        return decode(text) if options.command == "decode" else encode(text, options.formatted, options.frame)
+    except UnicodeEncodeError as error:
+        raise Refused(f"outside the code page: {error.object[error.start:error.end]}") from error
+    except ValueError as error:
+        raise Refused(str(error)) from error
+
+
+if __name__ == "__main__":
+    run("packet", main)

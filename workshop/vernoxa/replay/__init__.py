@@ -1,0 +1,1 @@
+"""Recorded conversations, held again with the built plug-in."""

@@ -1,0 +1,68 @@
+"""Holds a recorded conversation again, against the built plug-in, and shows what differs."""
+
+from __future__ import annotations
+
+import argparse
+import asyncio
+import pathlib
+
+from vernoxa.command import DONE, EXITS, NOT_DONE, Refused, run
+from vernoxa.places import PLUG_IN
+
+from . import compare, performance
+from .conversation import ROOT, Conversation, Design
+
+
+def arguments() -> argparse.Namespace:
+    parser = argparse.ArgumentParser(
+        prog="replay",
+        description="Holds recorded conversations again and shows what the plug-in says differently. Times, process ids "
+        "and GUIDs are ignored.",
+        epilog=EXITS,
+    )
+    parser.add_argument("files", nargs="+", type=pathlib.Path, metavar="FILE", help="a recorded conversation")
+    parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
+    parser.add_argument("--keep", type=pathlib.Path, metavar="FILE", help="write the conversation held now to a file")
+    parser.add_argument("--update", action="store_true", help="replace the record by the conversation held now")
+    parser.add_argument("--record", action="store_true", help="record FILE anew from --design and --send")
+    parser.add_argument("--design", action="append", default=[], metavar='"SCHEMATIC as NAME"')
+    parser.add_argument("--send", action="append", default=[], metavar="COMMAND",
+                        help="as at the companion's prompt; also: wait SECONDS, host WORDS (see sim/host/commands.tcl)")
+    return parser.parse_args()
+
+
+def record(options: argparse.Namespace) -> None:
+    designs = [Design.parse(text) for text in options.design]
+    conversation = asyncio.run(performance.hold(options.dll, designs, options.send, ROOT))
+    conversation.write(options.files[0])
+    print(f"{options.files[0]}: {len(conversation.entries)} blocks")
+
+
+def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
+    recorded = Conversation.read(path)
+    now, last_words = asyncio.run(performance.hold_again(options.dll, recorded))
+    found = compare.differences(recorded.entries, now.entries)
+    for target in filter(None, (options.keep, path if options.update else None)):
+        now.write(target)
+    for difference in found:
+        print(difference)
+    said = sum(entry.what == "plug-in" for entry in recorded.entries)
+    print(f"{path}: {said} messages of the plug-in, {len(found) or 'no'} difference{'s' * (len(found) != 1)}")
+    if not any(entry.what == "plug-in" for entry in now.entries):
+        print("The plug-in said nothing. The last words of the host:", *last_words, sep="\n  ")
+    return not found
+
+
+def main() -> int:
+    options = arguments()
+    try:
+        if options.record:
+            record(options)
+            return DONE
+        return DONE if all([replay(path, options) for path in options.files]) else NOT_DONE
+    except TimeoutError as error:
+        raise Refused(str(error) or "not heard in time") from error
+
+
+if __name__ == "__main__":
+    run("replay", main)

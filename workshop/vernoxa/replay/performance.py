@@ -1,0 +1,182 @@
+"""Holds a conversation: the stand-in host with the built plug-in on one side, the companion's words on the other."""
+
+from __future__ import annotations
+
+import asyncio
+import pathlib
+import time
+from typing import Callable, Iterable
+
+from vernoxa.companion.answers import Answers
+from vernoxa.companion.prompt import parse
+from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
+from vernoxa.stage import host
+from vernoxa.stage.installation import Installation
+from vernoxa.stage.session import Session
+from vernoxa.wire import messages, paths
+from vernoxa.wire.catalogue import REPLY_SUFFIX
+from vernoxa.wire.events import RECEIVED, Event
+from vernoxa.wire.record import COMPANION, HOST, PLUG_IN, Entry
+
+from . import compare
+from .conversation import Conversation, Design, entry_of, is_request, moved, value_of
+
+# The plug-in's thread pauses ten seconds before each of its steps.
+FIRST_MESSAGE_SECONDS = 60
+MESSAGE_SECONDS = 30
+PORTS_SECONDS = 20
+LONGEST_RUN = 600
+
+
+class RecordedAnswers(Answers):
+    """Answers each message as it was answered in the record, the last answer again when there are no more."""
+
+    def __init__(self, entries: Iterable[Entry]):
+        super().__init__()
+        self._replies: dict[str, list[dict]] = {}
+        for entry in entries:
+            if entry.what == COMPANION and not is_request(entry):
+                value = value_of(entry)
+                self._replies.setdefault(value["Command"], []).append(value)
+
+    def take(self, message: messages.Message, asked: dict | None = None) -> list[dict]:
+        replies = self._replies.get(message.command + REPLY_SUFFIX, [])
+        return [replies.pop(0) if len(replies) > 1 else replies[0]] if replies else []
+
+
+class Performance(Session):
+    """One run. What is said is in `entries` afterwards, below the root of the run's own folder."""
+
+    def __init__(self, module: pathlib.Path, designs: list[Design], answers: Answers):
+        super().__init__(Installation(module), answers)
+        self._designs = designs
+        self.root = self.installation.about["root"]
+        self.entries: list[Entry] = []
+        self.companion.listeners.append(self._keep)
+
+    def _keep(self, event: Event) -> None:
+        entry = entry_of(event)
+        if entry:
+            self.entries.append(entry)
+
+    async def __aenter__(self) -> Performance:
+        try:
+            designs = [self._prepared(design) for design in self._designs]
+            command = self.command_line(designs)
+            # Another run ends by and by.
+            await _when_free(lambda: require_free(PORT))
+            await _when_free(host.require_free_port)
+            await self.begin(command)
+        except BaseException:
+            await self.__aexit__()
+            raise
+        return self
+
+    async def __aexit__(self, *_: object) -> None:
+        await self.end()
+        self.installation.remove()
+
+    def command_line(self, designs: list[tuple[pathlib.Path, str]]) -> list[str]:
+        return host.command_line(self.installation, designs, LONGEST_RUN)
+
+    def _prepared(self, design: Design) -> tuple[pathlib.Path, str]:
+        folder, name = paths.folder_of(design.name), paths.name_of(design.name)
+        return self.installation.add_design(design.schematic, folder.replace("\\", "/"), name)
+
+    @property
+    def last_words(self) -> list[str]:
+        return self.host_lines[-10:]
+
+    async def user_does(self, words: str, seconds: float = 30) -> bool:
+        self.entries.append(Entry(self.entries[-1].seconds if self.entries else 0, 0, HOST, words.encode("utf-8")))
+        return await super().user_does(words, seconds)
+
+    async def hear(self, key: str, count: int, seconds: float) -> bool:
+        """Waits for the count-th message of that key; false when it does not come, or the host ends before."""
+        def heard(_: Event | None = None) -> bool:
+            spoken = [event for event in self.companion.events if event.kind == RECEIVED]
+            return sum(compare.key_of(event.message) == key for event in spoken) >= count
+
+        waiting = asyncio.ensure_future(self.companion.wait_for(heard, seconds))
+        ended = asyncio.ensure_future(self.host.ended(seconds))
+        await asyncio.wait({waiting, ended}, return_when=asyncio.FIRST_COMPLETED)
+        for task in (waiting, ended):
+            task.cancel()
+        await asyncio.gather(waiting, ended, return_exceptions=True)
+        return heard()
+
+
+async def hold_again(
+    module: pathlib.Path, recorded: Conversation, kind: type[Performance] = Performance
+) -> tuple[Conversation, list[str]]:
+    """The conversation as it is held now, below the root of the recorded one, and the host's last words.
+
+    The companion's requests are sent when all that the plug-in said before them was said again, or was waited for in
+    vain. Raises NotUsable, PortTaken.
+    """
+    # The answers are made when the run has its folder, whose name is in them.
+    performance = kind(module, recorded.designs, Answers())
+    script = recorded.moved_to(performance.root)
+    performance.companion.answers = RecordedAnswers(script.entries)
+    counts: dict[str, int] = {}
+    async with performance:
+        patience = FIRST_MESSAGE_SECONDS
+        for entry in script.entries:
+            if entry.what == PLUG_IN:
+                key = compare.key_of(messages.read(entry.message))
+                counts[key] = counts.get(key, 0) + 1
+                came = await performance.hear(key, counts[key], patience)
+                patience = MESSAGE_SECONDS if came else 3  # what is missing is told soon enough
+            elif entry.what == HOST:
+                await performance.user_does(entry.message.decode("utf-8"))
+            elif is_request(entry):
+                try:
+                    performance.companion.send_raw(value_of(entry))
+                except NotConnected:
+                    pass  # what is not answered will be missing
+        await performance.host.ended(1)  # anything else that is said at the end
+        now = Conversation(performance.root, recorded.designs, performance.entries)
+    return now.moved_to(recorded.root), performance.last_words
+
+
+async def hold(module: pathlib.Path, designs: list[Design], commands: list[str], root: str) -> Conversation:
+    """A new conversation: the commands, as they are typed at the companion's prompt, are sent one after the other.
+
+    `wait N` lets N seconds pass, `host WORDS` has the host's user do something. Raises NotUsable, PortTaken,
+    prompt.BadCommand, NotConnected, TimeoutError.
+    """
+    performance = Performance(module, designs, Answers())
+    async with performance:
+        companion = performance.companion
+        for design in designs:
+            name = f"{performance.root}\\{design.name}"
+            if not await performance.hear(f"FileStatus Open {name}", 1, FIRST_MESSAGE_SECONDS):
+                raise TimeoutError("\n  ".join([f"{name} was not opened. The host's last words:", *performance.last_words]))
+        for text in commands:
+            if text.startswith("wait "):
+                await asyncio.sleep(float(text.removeprefix("wait ")))
+                continue
+            text = moved(text.encode("utf-8"), root, performance.root).decode("utf-8")
+            if text.startswith("host "):
+                await performance.user_does(text.removeprefix("host "))
+                continue
+            name, data = parse(text, companion.answers)
+            try:
+                await companion.ask(name, data)
+            except NotConnected:
+                break  # the host closes while it is asked to end
+        await performance.host.ended(20 if commands and commands[-1] == "CloseOrcad" else 1)
+        conversation = Conversation(performance.root, designs, performance.entries)
+    return conversation.moved_to(root)
+
+
+async def _when_free(require: Callable[[], None]) -> None:
+    """Raises PortTaken when the port stays taken."""
+    limit = time.monotonic() + PORTS_SECONDS
+    while True:
+        try:
+            return require()
+        except PortTaken:
+            if time.monotonic() > limit:
+                raise
+            await asyncio.sleep(1)

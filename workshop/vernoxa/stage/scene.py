@@ -1,0 +1,169 @@
+"""What is seen in a scene: steps with a limit each, a summary at the end, and what was missing when one failed."""
+
+from __future__ import annotations
+
+import asyncio
+import pathlib
+import re
+import time
+from typing import Awaitable, Callable, TypeVar
+
+from vernoxa.companion.answers import Answers
+from vernoxa.companion.server import PORT
+from vernoxa.companion.view import ConversationView, View, add_rows
+from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
+from vernoxa.wire.record import HOST, Recorder
+
+from .installation import Installation
+from .session import Missing, Session
+
+T = TypeVar("T")
+LONGEST_LINE = 160
+# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks.
+LINK_SECONDS = 60
+
+
+class Scene(Session):
+    """A session whose steps are said, to people and for a summary."""
+
+    def __init__(self, view: View, installation: Installation, record: pathlib.Path | None = None, port: int = PORT,
+                 speaker: str = "demo"):
+        super().__init__(installation, Answers(modules_folder=installation.root / "modules"), port)
+        self.view = view
+        self._speaker = speaker
+        self.answers = self.companion.answers
+        self.companion.listeners.append(ConversationView(view, self.answers))
+        self.designs: dict[str, dict[str, str]] = {}
+        self.report_page: pathlib.Path | None = None
+        self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
+        self._began = time.monotonic()
+        self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
+        self._recorder = Recorder(self._record, **installation.about) if self._record else None
+        if self._recorder:
+            self.companion.listeners.append(self._recorder)
+
+    async def begin(self, command: list[str]) -> None:
+        await super().begin(command)
+        self.say(f"the companion listens on port {self.companion.port}; the host starts")
+
+    def heard(self, speaker: str, text: str) -> None:
+        if self.hidden and self.hidden.match(text):
+            return
+        # The companion shows each message whole.
+        self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
+
+    async def user_does(self, words: str, seconds: float = 30) -> bool:
+        if self._recorder:
+            self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=words))
+        return await super().user_does(words, seconds)
+
+    async def companion_restarts(self) -> int:
+        """It ends and is there again, and knows of no design. Gives the number of the first event that it sees."""
+        await self.companion.stop()
+        self.answers.designs.clear()
+        await self.companion.start()
+        self.say("the companion has ended and begun again")
+        return len(self.companion.events)
+
+    async def end(self) -> None:
+        await super().end()
+        if self._record:
+            self._record.close()
+
+    def say(self, text: str, style: str = "bold") -> None:
+        self.view.line(self._speaker, text, style)
+
+    def note(self, design: str, **facts: object) -> None:
+        """For the summary."""
+        self.designs.setdefault(design, {}).update((name, str(fact)) for name, fact in facts.items())
+
+    async def step(self, what: str, work: Awaitable[T], seconds: float) -> T:
+        """Says when it was seen. Raises Missing when it was not seen in time, or when the host ended before."""
+        working = asyncio.ensure_future(work)
+        over = asyncio.ensure_future(self.host.ended(seconds))
+        await asyncio.wait({working, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
+        over.cancel()
+        if not working.done():
+            working.cancel()
+            status = over.result() if over.done() and not over.cancelled() else None
+            reason = f"within {seconds:g} s" if status is None else f"before the host ended with {status}"
+            raise Missing(f"{what}: not seen {reason}")
+        try:
+            result = working.result()
+        except Missing as error:
+            raise Missing(f"{what}: {error}") from error
+        except (TimeoutError, RuntimeError) as error:
+            raise Missing(f"{what}: {error or 'not seen in time'}") from error
+        self.say(f"seen: {what}", "bold green")
+        return result
+
+    async def hear(
+        self, what: str, command: str, seconds: float, count: int = 1, since: int = 0, **data: str
+    ) -> Event:
+        """The count-th such message of the plug-in, from the beginning or from event `since` on."""
+
+        def wanted(event: Event) -> bool:
+            return event.is_message(command, **data)
+
+        async def listen() -> Event:
+            first = since
+            for _ in range(count):
+                event = await self.companion.wait_for(wanted, seconds, first)
+                first = self.companion.events.index(event) + 1
+            return event
+
+        return await self.step(what, listen(), seconds)
+
+    async def until(self, what: str, holds: Callable[[], bool], seconds: float) -> None:
+        """For what can only be looked at: a file, a log."""
+
+        async def look() -> None:
+            while not holds():
+                await asyncio.sleep(0.2)
+
+        await self.step(what, look(), seconds)
+
+    async def do(self, what: str, words: str, answer: str, seconds: float = 20) -> str:
+        """Gives the host a command and waits for the line with which it answers; `answer` is a pattern of it."""
+        since = len(self.host_lines)
+        await self.user_does(words, seconds)
+        return await self.told(what, answer, since, seconds)
+
+    async def told(self, what: str, pattern: str, since: int, seconds: float = 20) -> str:
+        """The first line of the host, from the since-th on, that matches; of a pattern with a group, that group."""
+        found: list[re.Match[str]] = []
+
+        def look() -> bool:
+            found[:] = filter(None, (re.search(pattern, line) for line in self.host_lines[since:]))
+            return bool(found)
+
+        await self.until(what, look, seconds)
+        return found[0][found[0].lastindex or 0]
+
+    async def ask(self, what: str, command: str, seconds: float = 20, **data: object) -> dict:
+        """The "Data" of a successful reply."""
+        return await self.step(what, self.companion.data_of(command, data, seconds), seconds + 1)
+
+    def summarise(self) -> None:
+        names = list(dict.fromkeys(name for facts in self.designs.values() for name in facts))
+        table = self.view.new_table("summary", "Design", *(name.replace("_", " ") for name in names))
+        rows = [[design, *(facts.get(name, "") for name in names)] for design, facts in self.designs.items()]
+        add_rows(table, rows, len(rows))
+        self.view.table(self._speaker, table)
+        for fault in (event for event in self.companion.events if event.kind == FAULT):
+            self.say(f"fault at {fault.seconds:.1f} s: {fault.text}", "bold red")
+        self.say(
+            f"{self._count(RECEIVED)} messages from the plug-in, {self._count(SENT)} to it, "
+            f"faults seen: {self.companion.faults}, {time.monotonic() - self._began:.0f} s"
+        )
+
+    def _count(self, kind: str) -> int:
+        return sum(event.kind == kind for event in self.companion.events)
+
+    def complain(self, error: Missing) -> None:
+        self.say(f"missing: {error}", "bold red")
+        for speaker in ("host", "stdout", "companion"):
+            lines = list(self.view.last_lines[speaker])
+            self.say(f"the last lines of the {speaker}:" if lines else f"the {speaker} said nothing", "bold red")
+            for line in lines:
+                self.say(f"  {line}", "")

@@ -1,0 +1,1 @@
+"""What shows that the editor survives."""
