@@ -73,7 +73,9 @@ class Connection(socketserver.StreamRequestHandler):
     def take_FileStatus(self, data):
         design = data["FileName"]
         self.send("FileStatus_EndResult", {"Path": design.replace("/", "\\").rpartition("\\")[0]})
-        if data["Status"] != "Close":
+        if data["Status"] == "Close":
+            self.server.designs.discard(design)
+        else:
             self.ask_for_bill(design)
 
     def take_TryUpdateBom(self, data):
@@ -86,17 +88,15 @@ class Connection(socketserver.StreamRequestHandler):
         self.send("GenerateBOM", {"ProjectPath": design})
 
     def take_GenerateBOM_EndResult(self, data):
-        if not self.asked:
+        name = pathlib.PureWindowsPath(self.asked.pop(0)).stem if self.asked else ""
+        if not name or "Stick" not in data:  # nobody asked, or it was refused
             return
-        name = pathlib.PureWindowsPath(self.asked.pop(0)).stem
         with open(self.server.folder / f"{name}.csv", "w", encoding="utf-8", newline="") as file:
             table = csv.writer(file)
             table.writerow((*COLUMNS, "Fitted"))
-            for part in data.get("Stick", []):
-                table.writerow((*(part[column] for column in COLUMNS), "yes"))
-            for part in data.get("NotStick", []):
-                table.writerow((*(part[column] for column in COLUMNS), "no"))
-        print(f"{name}: {len(data.get('Stick', []))} fitted, {len(data.get('NotStick', []))} not", flush=True)
+            for parts, fitted in ((data["Stick"], "yes"), (data["NotStick"], "no")):
+                table.writerows((*(part[column] for column in COLUMNS), fitted) for part in parts)
+        print(f"{name}: {len(data['Stick'])} fitted, {len(data['NotStick'])} not", flush=True)
 
     def take_GetSelfId(self, data):
         self.send("GetSelfId_EndResult", {"UserId": "1"})

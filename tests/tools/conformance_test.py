@@ -1,4 +1,4 @@
-"""tools/conformance names what a companion does wrong: the sample companion passes, each planted fault is found."""
+"""tools/conformance names what a companion or a host does wrong: the samples and the stand-in pass, planted faults do not."""
 
 from __future__ import annotations
 
@@ -8,73 +8,136 @@ import socket
 import sys
 import tempfile
 import unittest
+from typing import Awaitable, Callable
 
-import check_companion
+from vernoxa.conformance import check_companion, check_host
+from vernoxa.places import DESIGNS, REPOSITORY
 
-from vernoxa.places import REPOSITORY
+COMPANION, HOST = ((REPOSITORY / "samples" / name).read_text(encoding="utf-8") for name in ("companion.py", "host.tcl"))
+BILL = "CAP-100N;100nF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"
+HOLDS_NOTHING_BACK = 20  # seconds
+PATIENCE = 1
+AT_ONCE = 8
 
-SAMPLE = (REPOSITORY / "samples" / "companion.py").read_text(encoding="utf-8")
-
-# What is changed in the sample, and a rule that must fail then.
-FAULTS = (
-    ('self.send("FileStatus_EndResult"', 'str("FileStatus_EndResult"', "answers FileStatus:"),
-    ('{"Path": design.replace', '{"Folder": design.replace', "messages are known and have what they need"),
+# What is changed in the sample companion, and the rule that must fail then. Ten that do not hide each other:
+TEN_FAULTS = (
+    ('{"Path": design.replace', '{"Folder": design.replace', "names a folder in"),
     ('.hex().encode("ascii")', '.hex().upper().encode("ascii")', "the digits are lower-case ones"),
-    ('.hex().encode("ascii")', '.hex().replace("a", "g").encode("ascii")', "frames are a length and hexadecimal digits"),
     ('text.encode("gbk", "replace")', 'text.encode("utf-8")', "texts are in the code page"),
-    ('packet = self.rfile.read(', 'packet = self.rfile.read1(', "reads a frame that comes in two pieces"),
     ("except ValueError:", "except KeyError:", "goes on after a finding that is not JSON"),
     ("take_{message.get('Command')}\", None)", "take_{message.get('Command')}\")", "goes on after a name that it does not"),
-    ("if not self.asked:", "if False:", "goes on after a reply to what it did not ask"),
+    (' if self.asked else ""', "", "goes on after a reply to what it did not ask"),
     ("def take_GetSelfId(", "def take_SelfId(", "answers GetSelfId on a connection of its own"),
-    ("socketserver.ThreadingTCPServer", "socketserver.TCPServer", "answers GetMarketResPath on a connection of its own"),
-    ('self.send("GenerateBOM", {"ProjectPath": design})', 'self.send("GenerateBOM", {})', "messages are known"),
-    ('self.send("GenerateBOM"', 'self.send("GenerateBom"', "messages are known and have what they need: GenerateBom is"),
+    ("def take_GetMarketResPath(", "def take_MarketResPath(", "answers GetMarketResPath on a connection of its own"),
+    ('self.send("GenerateBOM", {"ProjectPath": design})', 'self.send("GenerateBOM", {})', "GenerateBOM: 'ProjectPath' is a"),
     ("def take_TryUpdateBom(", "def take_Update(", "asks for the bill when TryUpdateBom comes"),
+)
+MORE_FAULTS = (
+    ('self.send("FileStatus_EndResult"', 'str("FileStatus_EndResult"', "answers FileStatus:"),
+    ('.hex().encode("ascii")', '.hex().replace("a", "g").encode("ascii")', "frames are a length and hexadecimal digits"),
+    ('packet = self.rfile.read(', 'packet = self.rfile.read1(', "reads a frame that comes in two pieces"),
+    ("socketserver.ThreadingTCPServer", "socketserver.TCPServer", "answers GetMarketResPath on a connection of its own"),
+    ('self.send("GenerateBOM"', 'self.send("GenerateBom"', "messages are known and have what they need: GenerateBom is"),
     ("            self.read()\n", "            self.read()\n        __import__('os')._exit(0)\n", "FAILS  must"),
+)
+# The same for the sample of a host.
+HOST_FAULTS = (
+    ('set companion ""', "error broken", "is read without an error"),
+    ("proc init {} {}", "", "::capGenerateBOMUtil::init works when the plug-in is loaded"),
+    ("-myaddr 127.0.0.1 ", "", "listens on 127.0.0.1 alone"),
+    ("packetParserForPthread}}}", "packetParser}}}", "hands a packet to packetParserForPthread"),
+    ("append ::received", "set ::received", "hands one in two pieces to packetParser"),
+    ("while {[binary", "if {[binary", "hands two at once to packetParser"),
+    ("sendFrame $channel $reply", "", "sends back what packetParser answers"),
+    ('if {$reply ne ""}', "if 1", "sends nothing when packetParser answers nothing"),
+    ("return -1", "return 0", "creatClient answers something else than 0 while nobody listens"),
+    ('if {$::companion eq ""} {\n        if', "if 1 {\n        if", "creatClient keeps the connection that is there"),
+    ('error "no companion"', "return 0", "sendPacketGlobalHandle ends in an error without a connection"),
+    ("        serverLinkBreak\n", "", "calls serverLinkBreak when the connection ends"),
+    ("        serverLinkBreak\n", "        serverLinkBreak now\n", "gives commands the arguments that they take"),
+    ("        serverLinkBreak\n", "        serverLinkBreak\n        error broken\n", "has no error in the background: broken"),
+    ("proc InitPath", "proc InitPaths", "InitPath works as the plug-in calls it"),
+    ("return 17.4", "vwait never", "comes back from everything"),
+    ("        incr count", "        append count x", "getDsnPinCount works as the plug-in calls it"),
+    ("set ::bill [linesOf", "set ::bill [linesOf x", "generateBOMForPath works as the plug-in calls it"),
+    ("return [lsearch -all -inline -not $::bill -*]", "return {R1;10k}", "getStickList works as the plug-in calls it"),
 )
 
 
-AT_ONCE = 6
+def changed(sample: str, *faults: tuple[str, str, str]) -> str:
+    for before, after, _ in faults:
+        assert before in sample, before
+        sample = sample.replace(before, after)
+    return sample
 
 
-async def said(companion: str, patience: float) -> list[str]:
+def failed_of(said: list[str], status: int) -> list[str]:
+    failed = [line for line in said if line.startswith("FAILS")]
+    assert status == any(line.startswith("FAILS  must") for line in failed), failed
+    return failed
+
+
+async def said_of_companion(companion: str, patience: float) -> list[str]:
     """What fails. The plug-in's own port belongs to the tests that run beside this one."""
     with socket.create_server(("127.0.0.1", 0)) as server:
         address = server.getsockname()
     assert "9601" in companion
     said: list[str] = []
-    with tempfile.TemporaryDirectory() as folder:
-        script = pathlib.Path(folder) / "companion.py"
-        script.write_text(companion.replace("9601", str(address[1])), encoding="utf-8")
-        words = ["/bin/sh", "-c", f"exec {sys.executable} {script} {folder} >/dev/null 2>&1"]
-        holds = await check_companion.start_and_run(words, check_companion.Check(address, patience, said.append))
-    failed = [line for line in said if not line.startswith("holds")]
-    assert holds != any(line.startswith("FAILS  must") for line in failed), failed
-    return failed
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "companion.py").write_text(companion.replace("9601", str(address[1])), encoding="utf-8")
+        words = ["/bin/sh", "-c", f"exec {sys.executable} {folder}/companion.py {folder} >/dev/null 2>&1"]
+        check = check_companion.Check(address, folder / "log.txt", patience, said.append)
+        return failed_of(said, await check_companion.start_and_run(words, check))
 
 
-async def said_of_each(companions: list[str]) -> list[list[str]]:
+async def said_of_host(host: str, patience: float) -> list[str]:
+    said: list[str] = []
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        (folder / "host.tcl").write_text(host, encoding="utf-8")
+        (folder / "放大器.bom").write_text(BILL, encoding="utf-8")
+        check = check_host.Check(folder / "log.txt", patience, said.append)
+        return failed_of(said, await check.run([str(folder / "host.tcl"), "Vernoxa64.dll", str(folder)]))
+
+
+async def said_of_each(*programs: tuple[Callable[[str, float], Awaitable[list[str]]], str]) -> list[list[str]]:
     turns = asyncio.Semaphore(AT_ONCE)
 
-    async def in_turn(companion: str) -> list[str]:
+    async def in_turn(said_of: Callable[[str, float], Awaitable[list[str]]], program: str) -> list[str]:
         async with turns:
-            return await said(companion, 2)
+            return await said_of(program, PATIENCE)
 
-    return await asyncio.gather(*map(in_turn, companions))
+    return await asyncio.gather(*(in_turn(*each) for each in programs))
 
 
 class Conformance(unittest.TestCase):
-    def test_the_sample_passes(self) -> None:
-        self.assertEqual([], asyncio.run(said(SAMPLE, 20)))
+    def assert_named(self, rule: str, failed: list[str]) -> None:
+        with self.subTest(rule):
+            self.assertIn(rule, "\n".join(failed))
+
+    def test_the_samples_and_the_stand_in_pass(self) -> None:
+        self.assertEqual([], asyncio.run(said_of_companion(COMPANION, HOLDS_NOTHING_BACK)))
+        failed = asyncio.run(said_of_host(HOST, HOLDS_NOTHING_BACK))
+        self.assertRegex("\n".join(failed), r"^(FAILS  should  has \w+: .*\n?)+$")  # it offers what bills need and no more
+        said: list[str] = []
+        with tempfile.TemporaryDirectory() as folder:
+            words = ["host/host.tcl", "-dll", "Vernoxa64.dll", "-as", "Z:\\new\\放大器.dsn"]
+            words[3:3] = ["-design", str(DESIGNS / "microphone" / "microphone.kicad_sch")]
+            check = check_host.Check(pathlib.Path(folder) / "log.txt", HOLDS_NOTHING_BACK, said.append)
+            asyncio.run(check.run([str(REPOSITORY / "sim" / words[0]), *words[1:]]))
+        self.assertEqual([], [line for line in said[:-1] if not line.startswith("holds")])
+        self.assertGreater(len(said), len(check_host.ROWS))
 
     def test_planted_faults_are_named(self) -> None:
-        for before, _, _ in FAULTS:
-            self.assertIn(before, SAMPLE)
-        every = asyncio.run(said_of_each([SAMPLE.replace(before, after) for before, after, _ in FAULTS]))
-        for (_, _, rule), failed in zip(FAULTS, every):
-            with self.subTest(rule):
-                self.assertTrue([line for line in failed if rule in line], failed)
+        ten, *others = asyncio.run(said_of_each(
+            (said_of_companion, changed(COMPANION, *TEN_FAULTS)),
+            *((said_of_companion, changed(COMPANION, fault)) for fault in MORE_FAULTS),
+            *((said_of_host, changed(HOST, fault)) for fault in HOST_FAULTS)))
+        for fault in TEN_FAULTS:
+            self.assert_named(fault[2], ten)
+        for fault, failed in zip((*MORE_FAULTS, *HOST_FAULTS), others):
+            self.assert_named(fault[2], failed)
 
 
 if __name__ == "__main__":

@@ -9,7 +9,7 @@ import unittest
 from jsonschema import Draft202012Validator
 
 from vernoxa.places import CONVERSATIONS, DOCS
-from vernoxa.wire import messages, record
+from vernoxa.wire import messages, record, schemas
 from vernoxa.wire.catalogue import PROTOCOL, REPLY_SUFFIX
 
 SCHEMA = json.loads((DOCS / "protocol.schema.json").read_text(encoding="utf-8"))
@@ -67,7 +67,7 @@ class Protocol(unittest.TestCase):
             for who, message in said:
                 if who == record.COMPANION and message.command + REPLY_SUFFIX in refused:
                     continue  # tried below
-                self.assertEqual(faults_of(message), [], file.name)
+                self.assertEqual(schemas.faults_of(message), [], file.name)
                 seen += 1
         self.assertGreater(seen, 150)
 
@@ -82,7 +82,7 @@ class Protocol(unittest.TestCase):
     def test_what_is_refused_has_faults(self):
         said = record.read(CONVERSATIONS / "refusals.txt")
         asked = [messages.read(entry.message) for entry in said if entry.what == record.COMPANION]
-        faulty = [message.command for message in asked if faults_of(message)]
+        faulty = [message.command for message in asked if schemas.faults_of(message)]
         self.assertEqual(faulty, ["NoSuchCommand", "GenerateBOM"])
 
 
@@ -92,15 +92,6 @@ def references_in(value: object) -> list[str]:
     if not isinstance(value, dict):
         return []
     return [value["$ref"]] if "$ref" in value else references_in(list(value.values()))
-
-
-def faults_of(message: messages.Message) -> list[str]:
-    value = record.json_of(message)[1]
-    # By its name alone: faults of all other messages would tell nothing.
-    known = MESSAGES["$defs"]
-    name = message.command if message.command in known else "refusal"
-    schema = {"$ref": f"#/$defs/{name}", "$defs": known}
-    return [error.message for error in Draft202012Validator(schema).iter_errors(value)]
 
 
 if __name__ == "__main__":

@@ -115,12 +115,12 @@ proc ask {command {data ""} {endpoint packetParser}} {
     $endpoint [binary encode hex "{\"Command\":\"$command\",\"Data\":{$data}}"]
 }
 
-set path [string map {\\ /} $path]
-set library [file dirname $path]/parts.olb
+set library [file dirname [string map {\\ /} $path]]/parts.olb
 writeLibrary $library
-set design "\"ProjectPath\":\"$path\""
+set design "\"ProjectPath\":\"[string map {\\ \\\\} $path]\""
 set ofLibrary "\"ProjectPath\":\"$library\""
 set parts {"item":[{"PartRef":"R6"}]}
+ask FileStatus_EndResult "\"Path\":\"[string map {\\ \\\\} [file nativename [file dirname $path]]]\""
 ask GetActiveProPages
 ask JumpToDsn "$design,\"PageName\":\"power\",\"PagePos\":\"300 200\",\"Sch\":\"SCHEMATIC1\""
 ask JumpToPartRef "$design,\"PartRef\":\"R6\""

@@ -1,5 +1,5 @@
-# Notes how the procedures of the stand-in host are called, each with its words and what it answered, as lines of
-# ::procedures::file. Read before the plug-in is loaded, which calls some of them.
+# Notes how the procedures of the stand-in host are called, each with the script as it was evaluated and what it answered,
+# as lines of ::procedures::file. Read before the plug-in is loaded, which calls some of them.
 
 namespace eval ::procedures {
     variable channel [open $file w]
@@ -15,7 +15,7 @@ proc ::procedures::entered {words operation} {
     set name [string trimleft [lindex $words 0] :]
     dict incr ::procedures::counts $name
     if {[dict get $::procedures::counts $name] <= 20} {
-        ::procedures::note called $name [lrange $words 1 end]
+        ::procedures::note called $name [string trim [dict get [info frame -2] cmd]]
     }
 }
 

@@ -110,8 +110,8 @@ def run_calls() -> None:
     def moved(file: pathlib.Path, root: str) -> str:
         """Below the root of the records; packets carry it in their digits."""
         lines = file.read_text(encoding="utf-8")
-        for before, after in ((root, ROOT), (root.replace("\\", "/"), ROOT.replace("\\", "/")),
-                              (root.replace("\\", "\\\\"), ROOT.replace("\\", "\\\\"))):
+        for slash in ("\\\\\\\\", "\\\\", "\\", "/"):
+            before, after = (path.replace("\\", slash) for path in (root, ROOT))
             lines = lines.replace(before, after)
             lines = lines.replace(before.encode().hex(), after.encode().hex())
         return lines
@@ -134,8 +134,8 @@ def _best_calls(lines: list[str]) -> str:
     kept = []
     for procedure in PROTOCOL["procedures"]:
         found = calls.get(procedure["name"].removeprefix("::"), [])
-        # Single backslashes in a path have become unprintable characters by then.
-        found.sort(key=lambda call: (not call[-1].startswith("answered"), not call[0].isprintable()))
+        # The host calls some of them itself, with variables.
+        found.sort(key=lambda call: (not call[-1].startswith("answered"), "$" in call[0]))
         kept += found[0] if found else []
     return "".join(f"{line.rstrip()}\n" for line in kept)
 
@@ -147,7 +147,7 @@ def procedures_page() -> str:
         kind, name, text = (line.rstrip() + "  ").split(" ", 2)
         text = _unescaped(text.strip())
         if kind == "called":
-            seen[name] = f"{name} {_cut(text)}".rstrip()
+            seen[name] = _cut(text)
         else:
             seen[name] += f"\n  {'answers' if kind == 'answered' else 'ends in the error'} {_cut(text) or 'nothing'}"
     text = ""

@@ -36,7 +36,7 @@ def arguments() -> argparse.Namespace:
     encode.add_argument("text", nargs="?", help="the message; standard input without it")
     encode.add_argument("--formatted", action="store_true", help="printed with tabs and line ends")
     encode.add_argument("--frame", action="store_true", help="with the four bytes of the frame's header before it")
-    log = commands.add_parser("log", help="a traffic log (schLog.txt) as a conversation, faults marked")
+    log = commands.add_parser("log", help="a traffic log (schLog.txt) or a recorded conversation, faults marked")
     log.add_argument("file", type=pathlib.Path)
     log.add_argument("--messages", action="store_true", help="each message whole")
     log.add_argument("--steps", action="store_true", help="the program's steps too, and what is seen twice")
@@ -73,7 +73,8 @@ def encode(text: str, formatted: bool, frame: bool) -> int:
 
 
 def show_log(options: argparse.Namespace) -> int:
-    items, console = traffic.read(options.file.read_bytes()), Console(highlight=False, soft_wrap=True)
+    text, console = options.file.read_bytes(), Console(highlight=False, soft_wrap=True)
+    items = traffic.of_record(options.file) if text.startswith(record.TITLE.encode()) else traffic.read(text)
     faults = 0
     for item in items:
         faults += len(item.faults)

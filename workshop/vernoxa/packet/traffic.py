@@ -17,9 +17,10 @@ from __future__ import annotations
 
 import collections
 import dataclasses
+import pathlib
 import re
 
-from vernoxa.wire import frames, messages
+from vernoxa.wire import frames, messages, record
 from vernoxa.wire.catalogue import ANSWERED, REPLY_SUFFIX, THREAD_REQUESTS, find
 
 IN, OUT, SENT, RECEIVED, STEP = "in", "out", "sent", "received", "step"
@@ -69,6 +70,17 @@ class _Frame:
 
 def read(log: bytes) -> list[Item]:
     return _Reader(_lines(log)).items()
+
+
+def of_record(file: pathlib.Path) -> list[Item]:
+    """A recorded conversation in the same form. Raises record.BadRecord."""
+    ways = {record.PLUG_IN: OUT, record.COMPANION: IN}
+    said = [entry for entry in record.read(file) if entry.what in ways]
+    items = [Item(f"{entry.seconds:8.3f}", ways[entry.what], read_message(entry.message)) for entry in said]
+    for item in items:
+        item.faults += item.message.faults
+    _judge_conversation(items)
+    return items
 
 
 def _lines(log: bytes) -> list[_Line]:

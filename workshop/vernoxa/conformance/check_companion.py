@@ -1,8 +1,7 @@
-#!/usr/bin/python3
 """Plays the editor's side against somebody's companion, and says what holds and what does not.
 
-    check_companion.py HOST:PORT     one that runs
-    check_companion.py COMMAND...    one that is started, and is expected on 127.0.0.1:9601
+    ./dev check-companion HOST:PORT     one that runs
+    ./dev check-companion COMMAND...    one that is started, and is expected on 127.0.0.1:9601
 
 Ends with 1 when something does not hold that must. What the companion asks is answered out of recorded conversations.
 """
@@ -11,23 +10,24 @@ from __future__ import annotations
 
 import asyncio
 import contextlib
-import json
 import os
+import pathlib
 import re
 import signal
 import sys
+import time
 from typing import Callable, Iterator
 
-from jsonschema import Draft202012Validator
-
-from vernoxa.places import CONVERSATIONS, DOCS
-from vernoxa.wire import frames, json_text, messages, record
+from vernoxa.command import REFUSED, run
+from vernoxa.wire import frames, json_text, messages, record, schemas
 from vernoxa.wire.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX
+from vernoxa.wire.events import CLOSED, OPENED, RECEIVED, SENT, Event
 
-SCHEMAS = json.loads((DOCS / "messages.schema.json").read_text(encoding="utf-8"))["$defs"]
+from .grading import LOGS, MUST, SHOULD, Grades, Recorded, say_at_once
+
 START_SECONDS = 10
 PROMPT_SECONDS = 1
-MUST, SHOULD = "must", "should"
+LOG = LOGS / "check-companion.txt"
 # Of all that the companion says.
 _ALWAYS = (
     (MUST, "frames", "frames are a length and hexadecimal digits"),
@@ -35,27 +35,6 @@ _ALWAYS = (
     (MUST, "texts", "texts are in the code page"),
     (MUST, "messages", "messages are known and have what they need"),
 )
-
-
-class Recorded:
-    """What the plug-in said in the recorded conversations, as bytes."""
-
-    def __init__(self) -> None:
-        self.told: dict[tuple[str, str], bytes] = {}  # by name and form
-        self.replies: dict[str, bytes] = {}
-        for file in sorted((CONVERSATIONS).glob("*.txt")):
-            for entry in record.read(file):
-                if entry.what != record.PLUG_IN or not entry.message:
-                    continue
-                message = messages.read(entry.message)
-                if message.of_its_own:
-                    self.told.setdefault((message.command, message.shape), entry.message)
-                elif message.shape == "done":
-                    self.replies.setdefault(message.command, entry.message)
-
-    def reply_to(self, command: str) -> bytes:
-        refused = {"ErrInfo": "command error", "Result": "1", "Data": {}, "Command": command + REPLY_SUFFIX}
-        return self.replies.get(command + REPLY_SUFFIX) or json_text.print_formatted(refused)
 
 
 class Line:
@@ -67,16 +46,19 @@ class Line:
 
     async def __aenter__(self) -> "Line":
         self._reader, self.writer = await asyncio.open_connection(*self._check.address)
+        self._number = self._check.record(OPENED)
         self._reading = asyncio.create_task(self._read())
         return self
 
     async def __aexit__(self, *_: object) -> None:
         self._reading.cancel()
         self.writer.close()
+        self._check.record(CLOSED, self._number)
 
     async def _read(self) -> None:
         try:
             while frame := await frames.read(self._reader):
+                self._check.record(SENT, self._number, frame.message)
                 message = self._check.judge(frame)
                 if message and not message.command.endswith(REPLY_SUFFIX):
                     self.send(self._check.recorded.reply_to(message.command))
@@ -85,8 +67,19 @@ class Line:
             pass
         self._came.put_nowait(None)
 
-    def send(self, message: bytes) -> None:
-        self.writer.write(frames.encode(message))
+    def send(self, message: bytes, times: int = 1) -> None:
+        """All at once."""
+        for _ in range(times):
+            self._check.record(RECEIVED, self._number, message)
+        self.writer.write(times * frames.encode(message))
+
+    async def send_in_pieces(self, message: bytes) -> None:
+        self._check.record(RECEIVED, self._number, message)
+        frame = frames.encode(message)
+        for piece in (frame[:7], frame[7:]):
+            self.writer.write(piece)
+            await self.writer.drain()
+            await asyncio.sleep(0.2)
 
     async def hears(self, command: str, seconds: float = 0) -> messages.Message | None:
         """The next message of that name; None when it does not come in time or the connection ends."""
@@ -111,16 +104,26 @@ class Line:
         return await self.hears(messages.read(message).command + REPLY_SUFFIX)
 
 
-class Check:
-    """Judges the companion at an address, and says each rule. An answer may take so many seconds."""
+class Check(Grades):
+    """Judges the companion at an address. An answer may take so many seconds. The conversation is recorded in `log`."""
 
-    def __init__(self, address: tuple[str, int], patience: float = 5, say: Callable[[str], None] = print):
+    def __init__(self, address: tuple[str, int], log: pathlib.Path, patience: float = 5,
+                 say: Callable[[str], None] = say_at_once):
+        super().__init__(say)
         self.address = address
         self.patience = patience
-        self._say = say
         self.recorded = Recorded()
-        self.failed: list[str] = []  # grades
+        self._log = log
+        self._began = time.monotonic()
+        self._connections = 0
         self._faults: dict[str, list[str]] = {"frames": [], "digits": [], "texts": [], "messages": []}
+
+    def record(self, kind: str, connection: int = 0, message: bytes = b"") -> int:
+        """Gives the number of the connection, a new one for none."""
+        self._connections += not connection
+        connection = connection or self._connections
+        self._recorder(Event(time.monotonic() - self._began, kind, connection, messages.read(message)))
+        return connection
 
     def judge(self, frame: frames.Frame) -> messages.Message | None:
         """What arrived, when it can be read; its faults are kept."""
@@ -136,31 +139,31 @@ class Check:
             return None
         utf8 = [text for text in json_text.texts_of(value) if isinstance(text, json_text.Utf8)]
         self._faults["texts"] += [f"in UTF-8: {text}" for text in utf8]
-        self._faults["messages"] += problems + self._faults_of(value)
-        return messages.Message(frame.message, value, messages.PLAIN)
+        message = messages.Message(frame.message, value, messages.PLAIN)
+        self._faults["messages"] += problems + self._faults_of(message)
+        return message
 
     @staticmethod
-    def _faults_of(value: dict) -> list[str]:
-        name = value["Command"]
+    def _faults_of(message: messages.Message) -> list[str]:
+        name = message.command
         asked = {request["name"] for request in PROTOCOL["requests"] if request["side"] == "companion"}
         answered = {message["name"] + REPLY_SUFFIX for message in PROTOCOL["messages"] if message["answer"]}
         if name not in asked | answered:
             return [f"{name} is nothing that a companion says"]
-        schema = {"$ref": f"#/$defs/{name}", "$defs": SCHEMAS}
-        return [f"{name}: {error.message}" for error in Draft202012Validator(schema).iter_errors(value)]
-
-    def tell(self, grade: str, rule: str, holds: bool, detail: str = "") -> bool:
-        reason = f": {detail}" if detail and not holds else ""
-        self._say(f"{'holds' if holds else 'FAILS'}  {grade:6}  {rule}{reason}")
-        if not holds:
-            self.failed.append(grade)
-        return holds
+        return [f"{name}: {fault}" for fault in schemas.faults_of(message)]
 
     def told(self, name: str, form: str = "") -> bytes:
         return self.recorded.told[name, form]
 
-    async def run(self) -> bool:
-        """Whether all holds that must."""
+    async def run(self) -> int:
+        """The exit status."""
+        self._log.parent.mkdir(parents=True, exist_ok=True)
+        with open(self._log, "w", encoding="utf-8", newline="\n") as stream:
+            self._recorder = record.Recorder(stream)
+            await self._try()
+        return self.end(self._log)
+
+    async def _try(self) -> None:
         try:
             await self._probe()
             if await self._conversation():
@@ -171,7 +174,6 @@ class Check:
             self.tell(MUST, "can be reached", False, str(error))
         for grade, kind, rule in _ALWAYS:
             self.tell(grade, rule, not self._faults[kind], "; ".join(dict.fromkeys(self._faults[kind])))
-        return MUST not in self.failed
 
     async def _probe(self) -> None:
         _, writer = await asyncio.open_connection(*self.address)
@@ -182,10 +184,11 @@ class Check:
 
     async def _conversation(self) -> bool:
         """False when FileStatus is not answered, by which all else is judged."""
-        saved = frames.encode(self.told("FileStatus", "saved"))
+        saved = self.told("FileStatus", "saved")
         async with Line(self) as line:
             answer = await line.answers(self.told("FileStatus", "opened"))
-            if not self.tell(MUST, "answers FileStatus", answer is not None, f"nothing within {self.patience} s"):
+            self.tell(MUST, "answers FileStatus", answer is not None, f"nothing within {self.patience} s")
+            if not answer:
                 return False
             self.tell(SHOULD, 'names a folder in "Path"', bool(answer.data.get("Path")))
             await line.settle()
@@ -194,14 +197,11 @@ class Check:
             closed = await line.answers(self.told("FileStatus", "closed"))
             self.tell(MUST, "answers FileStatus of a design that was closed", closed is not None)
         async with Line(self) as line:
-            for piece in (saved[:7], saved[7:]):
-                line.writer.write(piece)
-                await line.writer.drain()
-                await asyncio.sleep(0.2)
+            await line.send_in_pieces(saved)
             heard = await line.hears("FileStatus" + REPLY_SUFFIX)
             self.tell(MUST, "reads a frame that comes in two pieces", heard is not None)
         async with Line(self) as line:
-            line.writer.write(2 * saved)
+            line.send(saved, times=2)
             pair = [await line.hears("FileStatus" + REPLY_SUFFIX) for _ in range(2)]
             self.tell(MUST, "reads two frames that come at once", None not in pair)
         return True
@@ -246,30 +246,31 @@ async def reachable(address: tuple[str, int]) -> bool:
     return False
 
 
-async def start_and_run(command: list[str], check: Check) -> bool:
-    """Whether all holds that must of a companion that is started for this."""
+async def start_and_run(command: list[str], check: Check) -> int:
+    """The exit status for a companion that is started for this."""
     process = await asyncio.create_subprocess_exec(*command, start_new_session=True)
     try:
         if await reachable(check.address):
             return await check.run()
-        return check.tell(MUST, "listens", False, f"nobody on {check.address} after {START_SECONDS} s")
+        check.tell(MUST, "listens", False, f"nobody on {check.address} after {START_SECONDS} s")
+        return 1
     finally:
         with contextlib.suppress(ProcessLookupError):  # it may just have ended
             os.killpg(process.pid, signal.SIGKILL)
         await process.wait()
 
 
-def main(words: list[str]) -> int:
-    sys.stdout.reconfigure(line_buffering=True)  # type: ignore[union-attr]
+def main() -> int:
+    words = sys.argv[1:]
     if not words:
         print(__doc__)
-        return 2
+        return REFUSED
     place = re.fullmatch(r"([\w.-]+):(\d+)", words[0])
     if place and len(words) == 1:
-        return 0 if asyncio.run(Check((place[1], int(place[2]))).run()) else 1
-    here = Check((PROTOCOL["link"]["address"], PROTOCOL["link"]["companionPort"]))
-    return 0 if asyncio.run(start_and_run(words, here)) else 1
+        return asyncio.run(Check((place[1], int(place[2])), LOG).run())
+    here = PROTOCOL["link"]["address"], PROTOCOL["link"]["companionPort"]
+    return asyncio.run(start_and_run(words, Check(here, LOG)))
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    run("check-companion", main)

@@ -1,0 +1,1 @@
+"""Somebody's companion or host scripts, tried from the other end."""

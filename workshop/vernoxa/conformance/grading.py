@@ -1,0 +1,63 @@
+"""What both checks share: rules that hold or fail, each with its grade, and what the plug-in said when it was recorded."""
+
+from __future__ import annotations
+
+import os
+import pathlib
+from typing import Callable
+
+from vernoxa.command import DONE, NOT_DONE
+from vernoxa.places import BUILD, CONVERSATIONS
+from vernoxa.wire import json_text, messages, record
+from vernoxa.wire.catalogue import REPLY_SUFFIX
+
+LOGS = BUILD / "log"
+MUST, SHOULD = "must", "should"
+
+
+def say_at_once(line: str) -> None:
+    print(line, flush=True)
+
+
+class Grades:
+    """Says each rule. `failed` holds the grades of those that do not hold."""
+
+    def __init__(self, say: Callable[[str], None]):
+        self._say = say
+        self.failed: list[str] = []
+
+    def tell(self, grade: str, rule: str, holds: bool, detail: str = "") -> bool:
+        reason = f": {detail}" if detail and not holds else ""
+        self._say(f"{'holds' if holds else 'FAILS'}  {grade:6}  {rule}{reason}")
+        if not holds:
+            self.failed.append(grade)
+        return holds
+
+    def untried(self, what: str, reason: str) -> None:
+        self._say(f"-----          {what} is not tried: {reason}")
+
+    def end(self, log: pathlib.Path) -> int:
+        self._say(f"{self.failed.count(MUST)} that must hold and {self.failed.count(SHOULD)} that should do not; "
+                  f"the conversation: ./dev packet log {os.path.relpath(log)}")
+        return NOT_DONE if MUST in self.failed else DONE
+
+
+class Recorded:
+    """What the plug-in said in the recorded conversations, as bytes."""
+
+    def __init__(self) -> None:
+        self.told: dict[tuple[str, str], bytes] = {}  # by name and form
+        self.replies: dict[str, bytes] = {}
+        for file in sorted(CONVERSATIONS.glob("*.txt")):
+            for entry in record.read(file):
+                if entry.what != record.PLUG_IN or not entry.message:
+                    continue
+                message = messages.read(entry.message)
+                if message.of_its_own:
+                    self.told.setdefault((message.command, message.shape), entry.message)
+                elif message.shape == "done":
+                    self.replies.setdefault(message.command, entry.message)
+
+    def reply_to(self, command: str) -> bytes:
+        refused = {"ErrInfo": "command error", "Result": "1", "Data": {}, "Command": command + REPLY_SUFFIX}
+        return self.replies.get(command + REPLY_SUFFIX) or json_text.print_formatted(refused)
