@@ -24,7 +24,7 @@ proc row {door request answers scripts reply} {
   set ::answers $answers
   set ::scripts {}
   set ::caller [list $door [expr {[regexp {"Command":"(\w+)"} $request all name] ? $name : ""}]]
-  set got [unhex [$door [hex $request]]]
+  set got [unhex [asked $door [hex $request]]]
   lappend ::replied $::caller $got
   check "$request: reply" $got [string map $stands $reply]
   check "$request: scripts" [join $::scripts \n] [string map $stands [join $scripts \n]]

@@ -7,6 +7,7 @@ set answers {}   ;# by the procedure's name; "error TEXT" ends in an error
 set scripts {}   ;# as they were evaluated, before Tcl substituted anything
 set caller load  ;# what is under way
 set called {}    ;# by caller: the procedures, each once
+set said {}      ;# packets: what was asked and the reply, or two times what the plug-in said unasked
 set replied {}   ;# caller, reply, ...
 
 proc check {what got expected} {
@@ -15,6 +16,13 @@ proc check {what got expected} {
   } else {
     lappend ::failures "$what\n  got      $got\n  expected $expected"
   }
+}
+
+# A request through its door.
+proc asked {door packet} {
+  set reply [$door $packet]
+  lappend ::said $packet $reply
+  return $reply
 }
 
 proc readUtf8 {file} {
@@ -28,10 +36,34 @@ proc readUtf8 {file} {
 source [lindex [glob {/usr/share/tcltk/tcllib*/json/json.tcl}] 0]
 set protocol [::json::json2dict [readUtf8 $repository/docs/protocol.json]]
 
+# How a script is written: the quotes of its words, and whether the path that comes first has its backslashes doubled.
+proc formOf {script} {
+  set words {}
+  set word ""
+  foreach piece [lrange [split [string trim $script] " "] 1 end] {
+    append word $piece
+    if {$word ne "" && [info complete $word]} {
+      set quote [string index $word 0]
+      set kind [expr {$quote in {\" \{ \[} ? $quote : "bare"}]
+      if {$kind ne [lindex $words end]} {
+        lappend words $kind
+      }
+      set word ""
+    } elseif {$word ne ""} {
+      append word " "
+    }
+  }
+  regexp {^[:\w]+} $script name
+  return [list [string trimleft $name :] $words [lindex [regexp -inline {^\w+ "\w:(\\+)} $script] 1]]
+}
+
 proc called {name} {
   # A text that joins the procedure's name and its argument is that procedure's.
   dict set ::called $::caller [lindex [split $name \"] 0] 1
   lappend ::scripts [dict get [info frame -2] cmd]
+  set form [formOf [lindex $::scripts end]]
+  dict set ::forms $form 1
+  dict set ::forms [lreplace $form 2 2 {}] 1
 }
 
 proc answerTo {name} {

@@ -52,7 +52,7 @@ proc checkReply {request reply} {
 proc ask {request data} {
   set ::scripts {}
   set ::caller [list [dict get $request endpoint] [dict get $request name]]
-  return [unhex [[dict get $request endpoint] \
+  return [unhex [asked [dict get $request endpoint] \
       [hex "{\"Command\":\"[dict get $request name]\",\"Data\":{[join $data ,]}}"]]]
 }
 
@@ -110,6 +110,7 @@ proc messageIn {packet} {
 }
 
 proc checkMessage {command packet} {
+  lappend ::said $packet $packet
   set message [messageIn $packet]
   set documented 0
   foreach row [dict get $::protocol messages] {
@@ -150,7 +151,7 @@ set record {Text 1 2 电阻器 3 9 0 0}
 set line {{x;10k;R1;RES;0603;2}}
 set finding {R1 R2 top main 300 200}
 foreach call [list \
-    {ReadOpenPath C:/a.dsn} {sendSaveFile C:/a.dsn} {sendCloseFile C:/a.dsn} tryUpdateBom [list sendAddToBom $line] \
+    {ReadOpenPath {C:\a.dsn}} {sendSaveFile C:/a.dsn} {sendCloseFile C:/a.dsn} tryUpdateBom [list sendAddToBom $line] \
     [list sendRemoveFromBom $line] getOpenFileCount getGenerateGuid selectAddOrRemoveFromBom serverLinkBreak initSVGList \
     {addToPageList {Page P 1 2 K}} [list addToPageList $record] initSVGList {addToPageList {Page P 1 2 K}} \
     {addToLibList {Name S}} [list addToLibList $record] {outputSVGFile {top P {} {} K}} initMarketFile \
@@ -186,4 +187,10 @@ foreach procedure [dict get $protocol procedures] {
   set callers [dict get $procedure calledBy]
   check "$name is called when the plug-in is loaded" [dict exists $called load $name] [expr {!![dict get $callers load]}]
   check "$name has a caller" [expr {[dict get $callers load] || [join [dict values [dict remove $callers load]]] ne ""}] 1
+}
+# Those that ./dev check-host calls with, but for library parts, whose words are as many as the module says.
+foreach line [split [readUtf8 $repository/tools/docs/procedures.txt] \n] {
+  if {[regexp {^called (?!placeLib|setPin)\S+ (.*)} $line all script]} {
+    check "$script is evaluated in this form" [dict exists $forms [formOf [string map {{\\} \\} $script]]] 1
+  }
 }

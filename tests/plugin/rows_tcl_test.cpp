@@ -27,7 +27,9 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
                                     "}; source $repository/tests/plugin/rows_host.tcl");
   ASSERT_EQ(host.status, TCL_OK) << host.text;
   startUp(interp.get(), plugIn);
-  const auto run = interp.evaluate(readScript("rows.tcl") + readScript("rows_protocol.tcl") + "join $failures \\n");
+  const auto run = interp.evaluate(readScript("rows.tcl") + readScript("rows_protocol.tcl") +
+                                   "set channel [open rows-said.txt w]; puts $channel [join $said \\n]\n"
+                                   "close $channel; join $failures \\n");
   EXPECT_EQ(run.status, TCL_OK) << interp.evaluate("set errorInfo").text;
   EXPECT_EQ(run.text, "");
   setActivePlugIn(nullptr);

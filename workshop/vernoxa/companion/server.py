@@ -13,7 +13,7 @@ import time
 from typing import Callable
 
 from vernoxa.command import Refused
-from vernoxa.wire import frames, json_text, messages
+from vernoxa.wire import frames, json_text, messages, schemas
 from vernoxa.wire.catalogue import QUERIES, REPLY_SUFFIX, find
 from vernoxa.wire.events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 
@@ -67,7 +67,7 @@ class _Connection:
 
 @dataclasses.dataclass
 class _Asked:
-    data: dict
+    request: messages.Message
     reply: asyncio.Future
     connection: int
 
@@ -156,8 +156,7 @@ class Companion:
         host = self._host()
         if host is None:
             raise NotConnected("the editor is not connected")
-        self._send(host, value)
-        asked = _Asked(value.get("Data") or {}, asyncio.get_running_loop().create_future(), host.number)
+        asked = _Asked(self._send(host, value), asyncio.get_running_loop().create_future(), host.number)
         self._asked[str(value.get("Command", ""))].append(asked)
         return asked
 
@@ -170,11 +169,15 @@ class Companion:
         for name, line in self._asked.items():
             self._asked[name] = collections.deque(asked for asked in line if asked.connection != connection)
 
-    def _send(self, connection: _Connection, value: dict) -> None:
+    def _send(self, connection: _Connection, value: dict) -> messages.Message:
         raw = json_text.print_plain(value)
         frame = frames.encode(raw)
         connection.writer.write(frame)
-        self._tell(SENT, connection, messages.Message(raw, value, messages.PLAIN))
+        message = messages.Message(raw, value, messages.PLAIN)
+        self._tell(SENT, connection, message)
+        if message.command.endswith(REPLY_SUFFIX):  # of a request the reply tells whether it was to be right
+            self._blame(connection, message, schemas.faults_of(message))
+        return message
 
     async def _serve(self, reader: asyncio.StreamReader, writer: asyncio.StreamWriter) -> None:
         serving = asyncio.get_running_loop().create_future()
@@ -217,12 +220,11 @@ class Companion:
         if connection.asks and connection.frames > 1:
             message.faults.append("a second request on a query connection")
         asked = self._match(message)
+        message.faults += schemas.faults_of(message) if message.members and not message.faults else []
         # The books are brought up to date before anyone looks into them.
-        answers = self.answers.take(message, asked.data if asked else None)
+        answers = self.answers.take(message, asked.request.data if asked else None)
         self._tell(RECEIVED, connection, message)
-        for fault in message.faults:
-            self.faults += 1
-            self._tell(FAULT, connection, message, fault)
+        self._blame(connection, message, message.faults)
         for note in message.notes:
             self._tell(NOTE, connection, message, note)
         if asked and not asked.reply.done():
@@ -242,10 +244,19 @@ class Companion:
         if name == message.command or (message.of_its_own and message.shape != "report"):
             return None
         if self._asked[name]:
-            return self._asked[name].popleft()
+            asked = self._asked[name].popleft()
+            wrong = schemas.faults_of(asked.request)
+            if (message.shape == "refused") != bool(wrong):
+                message.faults.append(f"{message.shape}, though the request {wrong[0] if wrong else 'is right'}")
+            return asked
         if not message.of_its_own:
             message.faults.append("a reply that nobody asked for")
         return None
+
+    def _blame(self, connection: _Connection, message: messages.Message, faults: list[str]) -> None:
+        self.faults += len(faults)
+        for fault in faults:
+            self._tell(FAULT, connection, message, fault)
 
     def _tell(self, kind: str, connection: _Connection, message: messages.Message | None = None, text: str = "") -> None:
         message = message or messages.read(b"")

@@ -23,6 +23,10 @@ TEXT_OR_NUMBER = {"type": ["string", "number"]}
 KINDS: dict[str, dict] = {"text": TEXT, "number": NUMBER, "textOrNumber": TEXT_OR_NUMBER}
 
 
+# Members that are needed when another is there.
+_TOGETHER = {"JumpToPartRef": {"PartRef": ["ProjectPath"]}}
+
+
 # --- schemas -------------------------------------------------------------------------------------------------------
 
 
@@ -55,6 +59,7 @@ def envelope(command: dict, members: dict, purpose: str) -> dict:
 
 def of_request(request: dict) -> dict:
     data = of_object(request["members"], more=True)
+    data |= {"dependentRequired": _TOGETHER[request["name"]]} if request["name"] in _TOGETHER else {}
     schema = {"type": "object", "properties": {"Command": {"const": request["name"]}, "Data": data}}
     return {"description": request["purpose"], **schema, "required": ["Command", *["Data"] * bool(data["required"])]}
 

@@ -21,6 +21,7 @@ def _validator(name: str) -> Draft202012Validator:
 
 
 def faults_of(message: Message) -> list[str]:
-    """By its name alone, which nobody may know: then it can only be refused."""
+    """By its name alone, which nobody may know: then it can only be refused. What is not JSON has no schema."""
+    value = record.json_of(message)[1]
     name = message.command if message.command in KNOWN else "refusal"
-    return [error.message for error in _validator(name).iter_errors(record.json_of(message)[1])]
+    return [] if value is None else [error.message[:200] for error in _validator(name).iter_errors(value)]
