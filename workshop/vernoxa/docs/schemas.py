@@ -164,7 +164,7 @@ def asyncapi() -> dict:
     named = schemas()
     frame = f"{LINK['message']} On the wire: {LINK['frame']} {LINK['packetText']}"
     return {
-        "asyncapi": "3.0.0",
+        "asyncapi": "3.1.0",
         "info": {"title": "Vernoxa", "version": "1.0", "description": frame},
         "defaultContentType": "application/json",
         "servers": {
