@@ -26,7 +26,7 @@ class DistTest(unittest.TestCase):
         self.assertEqual([], package.faults_of(self.zip))
         with zipfile.ZipFile(self.zip) as files:
             self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.sample.txt", "docs/commands.html",
-                                  "licences/cJSON.txt"}, set(files.namelist()))
+                                  "licences/cJSON.txt", "samples/Companion.cs"}, set(files.namelist()))
             self.assertNotIn("Config/App.txt", files.namelist())  # an installation's own settings
             index = files.read("docs/index.html").decode()
             for name in files.namelist():
