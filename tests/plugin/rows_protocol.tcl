@@ -186,7 +186,7 @@ foreach procedure [dict get $protocol procedures] {
   set name [dict get $procedure name]
   set callers [dict get $procedure calledBy]
   check "$name is called when the plug-in is loaded" [dict exists $called load $name] [expr {!![dict get $callers load]}]
-  check "$name has a caller" [expr {[dict get $callers load] || [join [dict values [dict remove $callers load]]] ne ""}] 1
+  check "$name has a caller" [expr {[dict get $callers load] || [concat {*}[dict values [dict remove $callers load]]] ne ""}] 1
 }
 # Those that ./dev check-host calls with, but for library parts, whose words are as many as the module says.
 foreach line [split [readUtf8 $repository/tools/docs/procedures.txt] \n] {
