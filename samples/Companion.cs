@@ -1,6 +1,7 @@
 // A companion to begin with: keeps the bill of materials of every design that is open in the editor as a CSV file.
 // Companion.exe FOLDER [CODE PAGE]; the code page is that of the machine unless one is given.
-// csc /r:System.Web.Extensions.dll Companion.cs makes it, with the compiler of the .NET Framework in every Windows.
+// csc /r:System.Web.Extensions.dll Companion.cs makes it, with the compiler that every Windows has in the folder
+// %WINDIR%\Microsoft.NET\Framework64\v4.0.30319.
 // How the two ends talk is told in docs/for-companion-authors.md.
 using System;
 using System.Collections.Generic;

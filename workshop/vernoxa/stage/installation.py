@@ -14,7 +14,7 @@ from vernoxa.wire import paths
 # The design that is shown when no other is named. DESIGN_VALUE is the Chinese value of a part in it.
 DESIGN = DESIGNS / "microphone" / "microphone.kicad_sch"
 DESIGN_VALUE = "国产78L05"
-# The plug-in asks for the path of its own module with room for so many characters, the ending zero included.
+# The plug-in asks for the path of its own module and takes so many bytes of it in the code page.
 LONGEST_MODULE_PATH = 99
 
 
@@ -29,7 +29,7 @@ class Installation:
         for folder in ("bin", "Config", "Script/Log", "Cache"):
             (plug_in / folder).mkdir(parents=True)
         self.module = plug_in / "bin" / "Vernoxa64.dll"
-        if len(paths.to_windows(self.module)) > LONGEST_MODULE_PATH:
+        if len(paths.to_windows(self.module).encode("gbk", "replace")) > LONGEST_MODULE_PATH:
             self.remove()
             raise Refused(f"the path of {self.module} is too long for the plug-in; set TMPDIR to a shorter folder")
         shutil.copyfile(module, self.module)
