@@ -89,6 +89,7 @@ class Host:
         self._patience = patience
         self._results: list[Result] = []
         self._news = asyncio.Event()
+        self._process: asyncio.subprocess.Process | None = None
         self._writer: asyncio.StreamWriter | None = None
 
     async def start(self, words: list[str], start_up: list[str], ports: dict[int, int]) -> list[Result]:
@@ -107,10 +108,11 @@ class Host:
         return results
 
     async def stop(self) -> None:
-        with contextlib.suppress(ProcessLookupError):  # it may just have ended
-            os.killpg(self._process.pid, signal.SIGKILL)
-        await self._process.wait()
         self._server.close()
+        if self._process:
+            with contextlib.suppress(ProcessLookupError):  # it may just have ended
+                os.killpg(self._process.pid, signal.SIGKILL)
+            await self._process.wait()
         if self._writer:
             self._writer.close()
 
