@@ -21,6 +21,8 @@ case $1 in
       mypy flake8
       # the set-up itself
       dpkg-dev locales patch xz-utils
+      # networks of their own, for tests that use the same ports
+      iproute2
     )
     ;;
   report)  # a Node.js from elsewhere brings its own npm
