@@ -43,6 +43,7 @@ proc select {args} {
 
 proc showPage {page {name ""}} {
     set path [designs::need [expr {$name eq "" ? [dict get $::pages::active path] : $name}]]
+    pages::require $path $page
     pages::activate $path $page
     host::log "showing $page of $path"
 }
@@ -112,15 +113,15 @@ proc ::host::readCommand {channel} {
 }
 
 # A file has no events, so it is looked at now and then.
-proc ::host::followCommands {channel} {
+proc ::host::followCommands {channel {number 0}} {
     fconfigure $channel -encoding utf-8
     while {[gets $channel line] >= 0} {
-        runLine $line 1
+        runLine $line [incr number]
     }
-    after 100 [list ::host::followCommands $channel]
+    after 100 [list ::host::followCommands $channel $number]
 }
 
-# `tell`: whoever wrote the line waits for its end.
+# `tell` is the number of a line whose writer waits for its end.
 proc ::host::runLine {line {tell 0}} {
     if {[string trim $line] ne ""} {
         coroutine ::host::line[incr ::host::lineCount] apply {{line tell} {
@@ -129,7 +130,7 @@ proc ::host::runLine {line {tell 0}} {
                 host::log $result
             }
             if {$tell} {
-                host::log [expr {$failed ? "that failed" : "that is done"}]
+                host::log "line $tell [expr {$failed ? "failed" : "is done"}]"
             }
         }} $line $tell
     }

@@ -53,7 +53,8 @@ proc ::host::messageOf {packet} {
     if {[catch {binary decode hex $packet} bytes]} {
         set bytes $packet
     }
-    set message [regsub -all {\s+} [fromCodePage $bytes] " "]
+    # A long one takes long to read, and its beginning is all that is shown.
+    set message [regsub -all {\s+} [fromCodePage [string range $bytes 0 1999]] " "]
     if {[string length $message] > 400} {
         set message "[string range $message 0 396]..."
     }

@@ -15,6 +15,13 @@ proc ::pages::activate {path page {x 0} {y 0}} {
     set active [dict merge $active [dict create path $path page $page x $x y $y]]
 }
 
+proc ::pages::require {path page} {
+    set pages [dict get $::designs::open $path pages]
+    if {![dict exists $pages $page]} {
+        error "no page $page; there are: [join [dict keys $pages] {, }]"
+    }
+}
+
 proc ::pages::forget {path} {
     variable active
     if {[dict get $active path] eq $path} {
@@ -72,9 +79,7 @@ host::procedure GetActiveProPages {} {
 
 host::procedure JumpToDsn {text schematic page position} {
     set path [designs::need $text]
-    if {![dict exists $::designs::open $path pages $page]} {
-        error "no such page: $page"
-    }
+    pages::require $path $page
     lassign $position x y
     pages::activate $path $page $x $y
     host::log "showing $page of $schematic at {$position}"

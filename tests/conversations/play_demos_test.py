@@ -1,5 +1,5 @@
-"""Every design that KiCad's demos bring, played with the built plug-in: the companion gets a page for each sheet, every
-part and every pin, and the folder is as it was. play_demos_test.py [FOLDER] PLUG-IN"""
+"""Every design that KiCad's demos bring, with the built plug-in: its report has a page for each sheet, every part and
+every pin, and the folder is as it was. play_demos_test.py [FOLDER] PLUG-IN"""
 
 import asyncio
 import collections
@@ -14,7 +14,8 @@ from schematics import DEMOS, Counted, roots
 
 from vernoxa.companion.answers import references_of
 from vernoxa.companion.view import View
-from vernoxa.drawings import page_file
+from vernoxa.drawings.page_file import placed
+from vernoxa.report import collect
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
 from vernoxa.stage.scene import Scene
@@ -30,43 +31,35 @@ def sums(folder: pathlib.Path) -> dict[pathlib.Path, str]:
 
 
 class Played:
-    """What the companion was told of one design."""
+    """What the report says of one design."""
 
-    def __init__(self, opened: dict, pages: list[str], bom: dict, drawings: pathlib.Path):
-        self.pins = int(opened["PinCount"])
-        self.pages = pages
+    def __init__(self, pins: str, bom: dict, pages: list[dict]):
+        self.pins = int(pins)
         self.fitted, self.left_out = (
             {reference: int(line["PinNumber"]) for line in bom[kind] for reference in references_of(line)}
             for kind in ("Stick", "NotStick")
         )
-        self.drawn_pages, self.drawn = 0, set()
-        for file in drawings.glob("*@!@*.json"):
-            self.drawn_pages += 1
-            self.drawn |= set(page_file.read(file).parts)
-            # The next design may be drawn into the same folder: into that of the design that was told of last.
-            file.unlink()
+        self.pages = len(pages)
+        self.drawn = {reference for page in pages for reference, *_ in placed(page["drawing"])}
 
 
 async def play(designs: list[pathlib.Path]) -> tuple[list[Played], int]:
     """All in one session; and the faults that were seen."""
-    installation = Installation(MODULE)
-    scene = Scene(View(colour=False), installation)
-    known = [installation.add_design(design, f"design{number}") for number, design in enumerate(designs, 1)]
-    names = [name for _, name in known]
-    try:
-        await scene.begin(host.command_line(installation, known, 1000))
-        events = [await scene.hear(name, "FileStatus", SECONDS, Status="Open", FileName=name) for name in names]
-        open_now = (await scene.ask("pages", "GetActiveProPages", SECONDS))["Open"]
-        pages = {project["ProjectPath"]: project["Pages"] for project in open_now}
-        played = []
-        for name, event in zip(names, events):
-            bom = await scene.ask("bill", "GenerateBOM", SECONDS, ProjectPath=name)
-            drawn = await scene.ask("drawings", "CreateSVG", SECONDS, ProjectPath=name)
-            played.append(Played(event.message.data, pages[name], bom, paths.to_local(drawn["SVGPath"])))
-        return played, scene.companion.faults
-    finally:
-        await scene.end()
-        installation.remove()
+    with Installation(MODULE) as installation:
+        scene = Scene(View(colour=False), installation)
+        known = [installation.add_design(design, f"design{number}") for number, design in enumerate(designs, 1)]
+        try:
+            await scene.begin(host.command_line(installation, known, 1000))
+            played = []
+            for _, name in known:
+                opened = await scene.hear(name, "FileStatus", SECONDS, Status="Open", FileName=name)
+                bom = await scene.ask("bill", "GenerateBOM", SECONDS, ProjectPath=name)
+                drawn = await scene.ask("drawings", "CreateSVG", SECONDS, ProjectPath=name)
+                pages = collect.pages_in(paths.to_local(drawn["SVGPath"]))
+                played.append(Played(opened.message.data["PinCount"], bom, pages))
+            return played, scene.companion.faults
+        finally:
+            await scene.end()
 
 
 class PlayDemosTest(unittest.TestCase):
@@ -89,7 +82,7 @@ class PlayDemosTest(unittest.TestCase):
                 pins = collections.Counter(reference for reference, _ in counted.pins)
                 in_bom = {reference: fitted for reference, _, in_bom, fitted in counted.units if in_bom}
                 self.assertEqual(len(counted.pins), told.pins)
-                self.assertEqual((counted.pages, counted.pages), (len(told.pages), told.drawn_pages))
+                self.assertEqual(counted.pages, told.pages)
                 for fitted, lines in ((True, told.fitted), (False, told.left_out)):
                     self.assertEqual({name: pins[name] for name in in_bom if in_bom[name] == fitted}, lines)
                 self.assertEqual({reference for reference, *_ in counted.units}, told.drawn)

@@ -6,21 +6,24 @@ import io
 import json
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import tempfile
 import unittest
+from unittest import mock
 
 from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
-from prompt_toolkit.completion import CompleteEvent
-from prompt_toolkit.document import Document
 
 from vernoxa.wire import messages, paths
 from vernoxa.companion.answers import Answers
-from vernoxa.companion.prompt import BadCommand, CommandCompleter, Desk, parse
+from vernoxa.companion.desk import until_interrupted
+from vernoxa.companion.prompt import Prompt
 from vernoxa.wire.record import Recorder
 from vernoxa.companion.server import Companion, NotConnected
+from vernoxa.companion.typed import BadCommand, parse
 from vernoxa.companion.view import ConversationView, View
+from vernoxa.stage.host_words import HostWords
 from vernoxa.wire.events import FAULT, PROBED, RECEIVED
 
 DESIGN = "Z:\\项目\\设计.dsn"
@@ -54,12 +57,12 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
             answer = json.loads((await plug_in.receive()).decode("gbk"))
             self.assertEqual(answer["Data"], {"Path": "Z:\\项目"})
             plug_in.send("")  # the acknowledgement of an answer
-            desk = Desk(self.companion, self.view)
+            prompt = Prompt(self.companion, self.view)
             for line, sent in (
                 ("GenerateBOM", {"ProjectPath": DESIGN}),
                 ("SetToNotStick R1,R2", {"ProjectPath": DESIGN, "item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}),
             ):
-                done, message = await asyncio.gather(desk.run(line), plug_in.receive())
+                done, message = await asyncio.gather(prompt.run(line), plug_in.receive())
                 self.assertTrue(done)
                 self.assertEqual(json.loads(message.decode("gbk"))["Data"], sent)
             self.assertEqual(self.answers.current.references, ["R1"])
@@ -183,6 +186,7 @@ class PromptTest(unittest.TestCase):
         self.answers = Answers()
         self.answers.take(messages.read(opened(DESIGN)))
         self.answers.current.bom = {"Stick": [{"PartRef": "R1,R2"}]}
+        self.answers.current.pages = ["页 1"]
 
     def test_what_is_typed_becomes_data(self):
         for text, data in (
@@ -205,18 +209,46 @@ class PromptTest(unittest.TestCase):
                 parse(text, self.answers)
 
     def test_completion(self):
-        completer = CommandCompleter(self.answers)
+        host = HostWords(mock.Mock(), mock.Mock(), self.answers.designs)
+        prompt = Prompt(Companion(self.answers), View(colour=False), {"host": host})
         for text, expected in (
             ("setto", ["SetToNotStick", "SetToStick"]),
             ("help gen", ["GenerateBOM"]),
             ("GenerateBOM p", ["ProjectPath=", "PartNumberKey=", "PartNameKey="]),
             ("SetToStick item=R1,", ["R1", "R2"]),
             ("GenerateBOM ProjectPath=z", [DESIGN]),
+            ("JumpToPartRef r", ["R1", "R2"]),
+            ("JumpToPartRef R1 ", ["ProjectPath=", "PartRef="]),
+            ("help ho", ["host"]),
+            ("bom --", ["--all", "--csv"]),
+            ("host sho", ["showPage"]),
+            ("host select R1 ", ["R1", "R2"]),
+            ("host showPage ", ["页\\ 1"]),
+            ("host closeDesign ", ["Z:\\\\项目\\\\设计.dsn"]),
             ("Nothing ", []),
         ):
             with self.subTest(text):
-                found = completer.get_completions(Document(text), CompleteEvent())
-                self.assertEqual([completion.text for completion in found], expected)
+                self.assertEqual([found for found, _ in prompt.complete(text)], expected)
+
+    def test_a_bill_is_shown_in_part_or_whole_and_saved(self):
+        line = {"PartNumber": "", "Value": "1k", "PartName": "R", "PCBFootprint": "0603", "PinNumber": "2"}
+        self.answers.current.bom = {"Stick": [line | {"PartRef": f"R{number}"} for number in range(40)]}
+        file = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) / "bill.csv"
+        prompt = Prompt(Companion(self.answers), View(colour=False))
+        for text, done, shown in (("bom", True, "28 more: bom --all shows them"), ("bom --all", True, "| R39 "),
+                                  (f"bom --csv {file}", True, "40 lines"), (f"bom --csv {file}", False, "File exists"),
+                                  ("bom --some", False, "bom --csv FILE saves all"), ("checks x", False, "checks --all")):
+            with self.subTest(text), contextlib.redirect_stdout(io.StringIO()) as said:
+                self.assertEqual(done, asyncio.run(prompt.run(text)))
+                self.assertIn(shown, said.getvalue())
+        self.assertEqual(41, len(file.read_text(encoding="utf-8").splitlines()))
+
+
+class InterruptTest(unittest.IsolatedAsyncioTestCase):
+    async def test_ctrl_c_ends_a_wait_and_nothing_else(self):
+        asyncio.get_running_loop().call_later(0.05, os.kill, os.getpid(), signal.SIGINT)
+        self.assertIsNone(await until_interrupted(asyncio.sleep(20)))
+        self.assertEqual(7, await until_interrupted(asyncio.sleep(0, 7)))
 
 
 class CommandLineTest(unittest.IsolatedAsyncioTestCase):

@@ -4,20 +4,28 @@ import asyncio
 import contextlib
 import io
 import pathlib
+import runpy
 import socket
+import subprocess
+import sys
 import tempfile
 import unittest
+import warnings
 from unittest import mock
 
 import fake_plug_in
 
-from vernoxa.wire import messages
 from vernoxa.command import Refused
+from vernoxa.companion.desk import Desk
+from vernoxa.companion.prompt import Prompt
 from vernoxa.companion.view import View
-from vernoxa.stage import host, playing
-from vernoxa.stage.installation import Installation
+from vernoxa.places import REPOSITORY
+from vernoxa.stage import at_work, host
+from vernoxa.stage.host_words import WORDS, HostWords, tcl_word
+from vernoxa.stage.installation import DESIGN, Installation
 from vernoxa.stage.scene import Scene
 from vernoxa.stage.session import Missing
+from vernoxa.wire import messages, paths
 
 
 class SceneTest(unittest.IsolatedAsyncioTestCase):
@@ -50,22 +58,42 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
         self.assertIsNotNone(await self.scene.host.ended(0))
 
     async def test_what_is_piped_in_is_asked_and_the_host_ends_with_it(self):
-        async def plug_in() -> None:
-            while not self.scene.companion.port:
-                await asyncio.sleep(0.01)
+        async def work() -> bool:
+            await self.scene.begin(host)
             async with fake_plug_in.FakePlugIn(self.scene.companion.port, {"GenerateBOM": fake_plug_in.BOM}) as plug_in:
                 plug_in.send(fake_plug_in.opened("Z:\\a.dsn"))
+                await self.scene.hear("opened", "FileStatus", 20)
+                prompt = Prompt(self.scene.companion, self.scene.view, {"host": HostWords(self.scene, self.scene.view, {})})
+                working = asyncio.ensure_future(at_work.work(self.scene, Desk(self.scene.view, "companion", prompt)))
                 for _ in range(2):
                     await plug_in.receive()
+                return await working
 
-        script = "until grep -q select $0; do sleep 0.05; done; echo host: selected; echo host: that is done; "
+        script = "until grep -q select $0; do sleep 0.05; done; echo host: selected; echo host: line 1 is done; "
         script += "until grep -q quit $0; do sleep 0.05; done"
         host = ["/bin/sh", "-c", script, str(self.installation.commands)]
         with mock.patch("sys.stdin", io.StringIO("host select R1\nGenerateBOM\nquit\nnever\n")):
-            good, _ = await asyncio.gather(playing.play(self.scene, host, ["Z:\\a.dsn"]), plug_in())
-        self.assertTrue(good)
+            self.assertTrue(await work())
         self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
         self.assertRegex(self.shown.getvalue(), "(?s)host: selected\n.*> GenerateBOM.*电阻")
+
+    async def test_what_the_host_opens_is_a_copy_and_its_words_are_known(self):
+        words, told = HostWords(self.scene, self.scene.view, {}), []
+
+        async def user_does(line: str, seconds: float) -> bool:
+            told.append(line)
+            return False
+
+        with mock.patch.object(self.scene, "user_does", user_does):
+            for line in (f"openDesign {DESIGN}", "openDesign nowhere/a.kicad_sch", "nothing R1", "select R1"):
+                self.assertFalse(await words.run(line))
+            self.assertTrue(await words.run("help"))
+        name = paths.to_windows(self.installation.root / "opened1" / "microphone.dsn")
+        self.assertEqual([f"openDesign {DESIGN} {tcl_word(name)}", "nothing R1", "select R1"], told)
+        self.assertEqual(1, self.shown.getvalue().count("help lists the words"))
+        self.assertIn("a.kicad_sch is not there", self.shown.getvalue())
+        script = (REPOSITORY / "sim" / "host" / "commands.tcl").read_text(encoding="utf-8")
+        self.assertEqual([], [word for word in WORDS if word != "help" and f"\nproc {word} " not in script])
 
     async def test_the_traffic_log_is_found_in_either_spelling(self):
         for name in ("schLog.txt", "SchLog.txt"):
@@ -76,6 +104,27 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
 
 
 class BeginTest(unittest.TestCase):
+    def test_commands_refuse_in_one_sentence(self):
+        for words, said in (
+            (["play", "nowhere.kicad_sch", "--dll", __file__], "nowhere.kicad_sch is not there"),
+            (["host", f"{DESIGN.parent}/none.kicad_sch", "--dll", __file__], "there are: channel.kicad_sch, filter"),
+            (["demo", "--nothing"], "unrecognized arguments: --nothing; ./dev demo --help lists"),
+            (["own_report", __file__, "--dll", __file__], "not a KiCad schematic"),
+            (["replay", __file__], 'no "conversation 1"'),
+            (["report.page", __file__, "out.html"], "not a design that was collected"),
+        ):
+            with self.subTest(words), mock.patch("sys.argv", words), warnings.catch_warnings(action="ignore"):
+                with contextlib.redirect_stderr(io.StringIO()) as shown, self.assertRaises(SystemExit) as ended:
+                    runpy.run_module(f"vernoxa.{words[0]}", run_name="__main__", alter_sys=False)
+                self.assertEqual((2, 1), (ended.exception.code, shown.getvalue().count("\n")), shown.getvalue())
+                self.assertIn(said, shown.getvalue())
+
+    def test_a_closed_pipe_ends_without_a_traceback(self):
+        listing = [sys.executable, "-m", "vernoxa.check.mutate", "--list", "--count", "5000", "src/bom"]
+        ended = subprocess.run(["bash", "-c", '"$@" | head -n 1', "pipe", *listing], capture_output=True, timeout=60)
+        self.assertEqual(b"", ended.stderr)
+        self.assertIn(b"possible changes", ended.stdout)
+
     def test_what_cannot_begin_says_so(self):
         with self.assertRaisesRegex(Refused, "is not there"):
             Installation(pathlib.Path("/nowhere/Vernoxa64.dll"))

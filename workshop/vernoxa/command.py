@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import argparse
 import os
+import signal
 import sys
 from typing import Callable, NoReturn
 
@@ -15,19 +17,30 @@ class Refused(RuntimeError):
     """It cannot be done; the text says why, and what could be done instead."""
 
 
+class Parser(argparse.ArgumentParser):
+    """What it cannot take it refuses in one sentence."""
+
+    def error(self, message: str) -> NoReturn:
+        self.exit(REFUSED, f"{self.prog}: {message}; {self.prog} --help lists what it takes\n")
+
+
+def end_without_reader() -> None:
+    """Whoever read the output has had enough: what is still to be said goes nowhere, and the work ends as by Ctrl-C."""
+    os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+    os.kill(os.getpid(), signal.SIGINT)
+
+
 def run(name: str, main: Callable[[], int]) -> NoReturn:
     """Carries out a command and ends with its status."""
     try:
         status = main()
         sys.stdout.flush()
+    except BrokenPipeError:
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        status = NOT_DONE
     except (Refused, OSError) as error:
-        if isinstance(error, BrokenPipeError):
-            # Whoever read has had enough. What is still to be written goes nowhere.
-            os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
-            status = NOT_DONE
-        else:
-            print(f"{name}: {error}", file=sys.stderr)
-            status = REFUSED
+        print(f"{name}: {error}", file=sys.stderr)
+        status = REFUSED
     except KeyboardInterrupt:
         status = _INTERRUPTED
     sys.exit(status)

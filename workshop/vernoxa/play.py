@@ -2,66 +2,63 @@
 
 from __future__ import annotations
 
-import argparse
-import asyncio
 import pathlib
-import signal
+import re
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, run
+from vernoxa.companion.desk import Desk, until_interrupted
+from vernoxa.companion.prompt import Prompt
 from vernoxa.companion.view import View
-from vernoxa.places import PLUG_IN
-from vernoxa.stage import host, playing
+from vernoxa.stage import at_work, host
+from vernoxa.stage.host_words import HostWords
 from vernoxa.stage.installation import DESIGN, Installation
-from vernoxa.stage.scene import Scene
+from vernoxa.stage.scene import LINK_SECONDS, Scene
 from vernoxa.stage.session import Missing
+from vernoxa.wire import paths
+
+# The companion shows the same messages; the plug-in's thread asks again every ten seconds.
+SAID_TWICE = re.compile(r"(thread|companion) (asks|gets|is told): |action .* -> |menu |BOM lists|serving|.*connected")
 
 
-def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(
-        prog="play",
-        description="Designs are opened in the stand-in host; what is typed at the prompt is asked of the plug-in. All "
-        "that is written meanwhile lies in a folder that is removed at the end.",
-        epilog=EXITS,
-    )
-    parser.add_argument("designs", nargs="*", type=pathlib.Path, metavar="DESIGN", help="a KiCad schematic")
-    parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
-    parser.add_argument("--record", metavar="FILE", help="write the conversation to a file")
-    parser.add_argument("--trace", action="store_true",
-                        help="show every call of a host procedure, and each message as it sees it")
-    parser.add_argument("--plain", action="store_true", help="neither colour nor prompt")
-    return parser.parse_args()
+async def opened(scene: Scene, names: list[str]) -> bool:
+    for name in names:
+        event = await scene.hear(f"{paths.name_of(name)} is open", "FileStatus", LINK_SECONDS, Status="Open", FileName=name)
+        scene.say(f"{paths.name_of(name)} is open, {event.message.data['PinCount']} pins; help lists what can be asked")
+    await scene.ask("the pages", "GetActiveProPages")
+    return True
 
 
-async def play(options: argparse.Namespace, view: View, installation: Installation) -> int:
-    task = asyncio.current_task()
-    assert task
-    for wish in (signal.SIGTERM, signal.SIGHUP):
-        asyncio.get_running_loop().add_signal_handler(wish, task.cancel)
+async def play(view: View, installation: Installation, designs: list[pathlib.Path], record: pathlib.Path | None,
+               trace: bool) -> bool:
     host.require_free_port()
-    designs = []
-    for number, schematic in enumerate(options.designs or [DESIGN], 1):
-        # What the plug-in writes goes beside the design's name, so the name never lies where the schematic does.
-        designs.append(installation.add_design(schematic, f"design{number}"))
-    scene = Scene(view, installation, options.record, speaker="play")
-    scene.hidden = None if options.trace else playing.SAID_TWICE
-    command = host.command_line(installation, designs, playing.LONGEST_SESSION) + ["-trace"] * options.trace
+    known = [installation.add_design(schematic, f"design{number}") for number, schematic in enumerate(designs, 1)]
+    scene = Scene(view, installation, record, speaker="play")
+    scene.hidden = None if trace else SAID_TWICE
     try:
-        return DONE if await playing.play(scene, command, [name for _, name in designs]) else NOT_DONE
+        await scene.begin(host.command_line(installation, known, at_work.LONGEST_SESSION) + ["-trace"] * trace)
+        scene.say("the host begins; the plug-in's link to it takes about ten seconds")
+        await until_interrupted(opened(scene, [name for _, name in known]))
+        words = HostWords(scene, view, scene.answers.designs)
+        good = await at_work.work(scene, Desk(view, "companion", Prompt(scene.companion, view, {"host": words})))
+        scene.say(f"the host ended tidily; faults seen: {scene.companion.faults}")
+        return good and not scene.companion.faults
     except Missing as error:
         scene.complain(error)
-        return NOT_DONE
+        return False
     finally:
         await scene.end()
 
 
-def main() -> int:
-    options = arguments()
-    with Installation(options.dll) as installation:
-        try:
-            return asyncio.run(play(options, View(colour=False if options.plain else None), installation))
-        except asyncio.CancelledError:
-            return NOT_DONE
+def main() -> None:
+    parser = at_work.parser("play", "Designs are opened in the stand-in host; what is typed at the prompt is asked of the "
+                            "plug-in. All that is written meanwhile lies in a folder that is removed at the end.")
+    parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="keep the conversation: ./dev replay FILE")
+    options = parser.parse_args()
+    at_work.begin(
+        options,
+        lambda view, installation: play(view, installation, options.designs or [DESIGN], options.record, options.trace),
+        "play",
+    )
 
 
 if __name__ == "__main__":
-    run("play", main)
+    main()

@@ -22,7 +22,7 @@ import subprocess
 import sys
 from typing import Any, Iterator
 
-from vernoxa.command import run
+from vernoxa.command import Parser, run
 from vernoxa.places import REPOSITORY as ROOT
 
 from . import changes
@@ -111,8 +111,8 @@ def sources(wanted: list[str]) -> list[str]:
 
 
 def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(prog="./dev mutate", description=(__doc__ or "").split("\n\n", maxsplit=1)[0],
-                                     epilog="exit: 0 when at least the wanted share of what was built is noticed, else 1")
+    parser = Parser(prog="./dev mutate", description=(__doc__ or "").split("\n\n", maxsplit=1)[0],
+                    epilog="exit: 0 when at least the wanted share of what was built is noticed, else 1")
     parser.add_argument("files", nargs="*", metavar="START", help="only files whose path begins so: src/bom")
     parser.add_argument("--count", type=int, default=300, help="how many changes (300)")
     parser.add_argument("--seed", type=int, default=None, help="which sample (another each time)")

@@ -9,19 +9,20 @@ import pathlib
 import sys
 import time
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, run
 from vernoxa.wire.events import RECEIVED
 from vernoxa.wire.record import Recorder
 
 from .answers import Answers
-from .prompt import Desk
+from .desk import Desk
+from .prompt import Prompt
 from .server import ADDRESS, PORT, Companion
 from .view import ConversationView, View
 
 
 def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(
-        prog="companion",
+    parser = Parser(
+        prog="./dev companion",
         description="A stand-in for the companion program: serves the port that the plug-in connects to.",
         epilog=EXITS,
     )
@@ -60,7 +61,7 @@ async def serve(options: argparse.Namespace) -> int:
 
 
 async def _work(options: argparse.Namespace, companion: Companion, view: View) -> bool:
-    desk = Desk(companion, view)
+    prompt = Prompt(companion, view)
     lines = list(options.send)
     if options.script:
         lines += options.script.read_text(encoding="utf-8").splitlines()
@@ -71,10 +72,10 @@ async def _work(options: argparse.Namespace, companion: Companion, view: View) -
             view.line("companion", f"no design was opened within {options.wait:g} s")
             return False
         with contextlib.suppress(EOFError):
-            return all([await desk.run(line) for line in lines])
+            return all([await prompt.run(line) for line in lines])
         return True
     if view.colour and sys.stdin.isatty():
-        await desk.prompt()
+        await Desk(view, "companion", prompt).work(sys.stdin)
     else:
         await asyncio.Event().wait()
     return True

@@ -18,6 +18,7 @@ class Design:
     pins: str = ""
     process: str = ""
     editor: str = ""
+    pages: list[str] = dataclasses.field(default_factory=list)
     bom: dict[str, list[dict]] = dataclasses.field(default_factory=dict)
 
     @property
@@ -95,6 +96,11 @@ class Answers:
         design = self.designs.get(str(asked.get("ProjectPath", "")).lower())
         if design and message.succeeded:
             design.bom = {name: list(lines) for name, lines in message.data.items() if isinstance(lines, list)}
+
+    def _GetActiveProPages_EndResult(self, message: Message, _: dict) -> None:
+        for project in message.data.get("Open", []):
+            if design := self.designs.get(project["ProjectPath"].lower()):
+                design.pages = project["Pages"]
 
     def _AddToBom(self, message: Message, _: dict) -> None:
         self._move(message.data["Stick"], "Stick")

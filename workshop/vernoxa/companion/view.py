@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import collections
 import sys
-from typing import Iterable
+from typing import Container, Iterable, TextIO
 
 from rich.box import ASCII, SIMPLE_HEAD
 from rich.console import Console
@@ -15,11 +15,13 @@ from rich.markup import escape
 from rich.table import Table
 from rich.text import Text
 
-from vernoxa.wire.catalogue import BOM_LINE, COMMANDS, REPLY_SUFFIX, Command
+from vernoxa.command import end_without_reader
+from vernoxa.wire.catalogue import BOM_LINE, COMMANDS, REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 from vernoxa.wire.messages import Message
 
 from .answers import Answers
+from .typed import members_text
 
 PLAIN_WIDTH = 140
 ROWS_SHOWN = 12
@@ -36,10 +38,15 @@ BOM_STATES = {"Stick": "fitted", "NotStick": "not fitted", "NotPartNumber": "no 
 
 
 class View:
-    """Several speakers can share one view, so that their lines come in the order in which they happened."""
+    """Several speakers can share one view, so that their lines come in the order in which they happened.
 
-    def __init__(self, colour: bool | None = None):
+    Only lines of the speakers in `shown` are shown, all without it; `log` gets every line.
+    """
+
+    def __init__(self, colour: bool | None = None, shown: Container[str] | None = None, log: TextIO | None = None):
         self.colour = sys.stdout.isatty() if colour is None else colour
+        self._shown = shown
+        self._log = log
         self.last_lines: dict[str, collections.deque[str]] = collections.defaultdict(lambda: collections.deque(maxlen=12))
         if self.colour:
             self._console = Console(force_terminal=True, highlight=False)
@@ -48,27 +55,44 @@ class View:
 
     def line(self, speaker: str, text: str | Text, style: str = "") -> None:
         self.last_lines[speaker].append(str(text))
-        if self.colour:
+        plain = [f"{speaker}: {part}".rstrip() for part in str(text).splitlines() or [""]]
+        if self.colour and self._takes(speaker, plain):
             body = text if isinstance(text, Text) else Text(text, style)
             start = (f"{speaker:>9} ", _SPEAKERS.get(speaker, "dim"))
             self._console.print(Text.assemble(start, body), soft_wrap=True)
-        else:
-            for part in str(text).splitlines() or [""]:
-                print(f"{speaker}: {part}".rstrip(), flush=True)
+        elif not self.colour:
+            self._print(speaker, plain)
 
     def table(self, speaker: str, table: Table) -> None:
-        if self.colour:
-            self._console.print(table)
-            return
         with self._console.capture() as capture:
             self._console.print(table)
-        for part in capture.get().splitlines():
-            print(f"{speaker}: {part}".rstrip(), flush=True)
+        plain = [f"{speaker}: {part}".rstrip() for part in capture.get().splitlines()]
+        if not self.colour:
+            self._print(speaker, plain)
+        elif self._takes(speaker, plain):
+            self._console.print(table)
+
+    def _takes(self, speaker: str, plain: list[str]) -> bool:
+        """Keeps lines in the log; whether they are shown."""
+        if self._log:
+            self._log.write("".join(f"{part}\n" for part in plain))
+            self._log.flush()
+        return self._shown is None or speaker in self._shown
+
+    def _print(self, speaker: str, plain: list[str]) -> None:
+        if not self._takes(speaker, plain):
+            return
+        try:
+            print("\n".join(plain), flush=True)
+        except BrokenPipeError:
+            end_without_reader()
 
     def new_table(self, title: str, *columns: str) -> Table:
         table = Table(
             title=escape(title),
             title_justify="left",
+            caption_justify="left",
+            caption_style="dim" if self.colour else "none",
             title_style="bold" if self.colour else "none",
             box=SIMPLE_HEAD if self.colour else ASCII,
             header_style="bold cyan" if self.colour else "none",
@@ -78,12 +102,13 @@ class View:
         return table
 
 
-def add_rows(table: Table, rows: Iterable[Iterable[object]], most: int = ROWS_SHOWN) -> None:
+def add_rows(table: Table, rows: Iterable[Iterable[object]], most: int | None = ROWS_SHOWN, rest: str = "") -> None:
+    """`rest` says how to see what is left out."""
     shown = [[escape(str(cell)) for cell in row] for row in rows]
     for row in shown[:most]:
         table.add_row(*row, style="dim" if "not fitted" in row else "")
-    if len(shown) > most:
-        table.add_row(f"... {len(shown) - most} more")
+    if most is not None and len(shown) > most:
+        table.caption = escape(f"{len(shown) - most} more{rest}")
 
 
 class ConversationView:
@@ -171,18 +196,23 @@ def tables_of(view: View, message: Message, answers: Answers) -> list[Table]:
     return []
 
 
-def bom_table(view: View, lists: dict, title: str) -> Table:
-    """Parts without a part number are in a list of their own, and in that of their state too: they are shown once."""
-    table = view.new_table(title.removesuffix(REPLY_SUFFIX), "State", *BOM_LINE)
+def bom_rows(lists: dict) -> list[list[str]]:
+    """Parts without a part number are in a list of their own, and in that of their state too: they are there once.
+
+    Those not fitted come first, since the rest may not be shown to the end.
+    """
     rows: dict[str, list[str]] = {}
-    for name, state in BOM_STATES.items():
+    for name in ("NotStick", "Stick", "NotPartNumber"):
         for line in lists.get(name, []):
-            rows.setdefault(str(line["PartRef"]), [state, *(str(line[key]) for key in BOM_LINE)])
-    # Those not fitted come first, since the rest may not be shown to the end.
-    add_rows(table, [row for fitted in (False, True) for row in rows.values()
-                     if fitted != (row[0] == BOM_STATES["NotStick"])])
+            rows.setdefault(str(line["PartRef"]), [BOM_STATES[name], *(str(line[key]) for key in BOM_LINE)])
+    return list(rows.values())
+
+
+def bom_table(view: View, lists: dict, title: str, whole: bool = False) -> Table:
     counts = ", ".join(f"{len(lists[name])} {state}" for name, state in BOM_STATES.items() if name in lists)
-    table.title = escape(f"{table.title}: {counts}")
+    table = view.new_table(f"{title.removesuffix(REPLY_SUFFIX)}: {counts}", "State", *BOM_LINE)
+    how = ": bom --all shows them, bom --csv FILE saves all"
+    add_rows(table, bom_rows(lists), None if whole else ROWS_SHOWN, how)
     return table
 
 
@@ -194,12 +224,14 @@ def pages_table(view: View, projects: list[dict]) -> Table:
     return table
 
 
-def findings_table(view: View, check: str, answers: Answers) -> Table:
+def findings_table(view: View, check: str, answers: Answers, whole: bool = False) -> Table:
     found = answers.findings.get(check, [])
     table = view.new_table(f"check {check}: {len(found)} findings", "Value", "Comment", "Page", "At")
     add_rows(
         table,
         ([finding.get(name, "") for name in ("ActualValue", "Comment", "PageName", "PagePos")] for finding in found),
+        None if whole else ROWS_SHOWN,
+        ": checks --all shows them",
     )
     return table
 
@@ -212,9 +244,5 @@ def designs_table(view: View, answers: Answers) -> Table:
 
 def commands_table(view: View) -> Table:
     table = view.new_table("commands", "Command", "What for", "Members")
-    add_rows(table, ([c.name, c.purpose, members_text(c)] for c in COMMANDS), len(COMMANDS))
+    add_rows(table, ([c.name, c.purpose, members_text(c)] for c in COMMANDS), None)
     return table
-
-
-def members_text(command: Command) -> str:
-    return " ".join(member.name if member.needed else f"[{member.name}]" for member in command.members)

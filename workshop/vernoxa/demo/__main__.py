@@ -4,9 +4,10 @@ from __future__ import annotations
 
 import argparse
 import asyncio
+import os
 import pathlib
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, run
 from vernoxa.companion.view import View
 from vernoxa.places import BUILD, PLUG_IN
 from vernoxa.stage import host
@@ -21,15 +22,17 @@ LONGEST_RUN = 600
 
 
 def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(
-        prog="demo",
-        description="A design is opened in the stand-in host; the conversation with the companion is shown as it happens.",
+    parser = Parser(
+        prog="./dev demo",
+        description="A design is opened in the stand-in host, and everything that the plug-in does is done once.",
         epilog=EXITS,
     )
     parser.add_argument("--design", type=pathlib.Path, default=DESIGN, help="a KiCad schematic")
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
-    parser.add_argument("--out", type=pathlib.Path, default=BUILD / "demo", help="where pictures and the report are left")
-    parser.add_argument("--record", metavar="FILE", help="write the conversation to a file")
+    parser.add_argument("--out", type=pathlib.Path, default=pathlib.Path(os.path.relpath(BUILD / "demo")),
+                        help="where pictures, report and log are left")
+    parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="write the conversation to a file")
+    parser.add_argument("--verbose", action="store_true", help="show all that host and companion say")
     parser.add_argument("--plain", action="store_true", help="no colour")
     return parser.parse_args()
 
@@ -69,15 +72,17 @@ async def play(options: argparse.Namespace, view: View, installation: Installati
     finally:
         await scene.end()
     scene.summarise()
-    if scene.report_page:
-        scene.say(f"the report of {options.design.stem}, for any browser: {scene.report_page}")
     return NOT_DONE if scene.companion.faults else DONE
 
 
 def main() -> int:
     options = arguments()
-    with Installation(options.dll) as installation:
-        return asyncio.run(play(options, View(colour=False if options.plain else None), installation))
+    options.out.mkdir(parents=True, exist_ok=True)
+    log = options.out / "log.txt"
+    with Installation(options.dll) as installation, open(log, "w", encoding="utf-8") as stream:
+        view = View(False if options.plain else None, None if options.verbose else ["demo"], stream)
+        view.line("demo", f"about half a minute; all that is said: {log}")
+        return asyncio.run(play(options, view, installation))
 
 
 if __name__ == "__main__":

@@ -16,7 +16,6 @@ async def design_becomes_known(scene: Scene, name: str) -> None:
     pins = event.message.data["PinCount"]
     if not (pins.isdecimal() and int(pins) > 0):
         raise Missing(f'a number of pins, not "{pins}"')
-    scene.note(name, Pins=pins)
     answer = {"Command": "FileStatus_EndResult", "Data": {"Path": paths.folder_of(name)}, "Result": "0"}
     text = json_text.from_code_page(json_text.print_plain(answer))
     await scene.until(
@@ -24,6 +23,7 @@ async def design_becomes_known(scene: Scene, name: str) -> None:
         lambda: text in scene.installation.traffic(),
         20,
     )
+    scene.seen(f"{paths.name_of(name)} was opened, {pins} pins; the companion's answer has reached the plug-in")
 
 
 async def companion_restarts(scene: Scene, names: list[str]) -> int:
@@ -35,6 +35,7 @@ async def companion_restarts(scene: Scene, names: list[str]) -> int:
     for name in names:
         title = f"the second companion heard of {paths.name_of(name)}"
         await scene.hear(title, "FileStatus", LINK_SECONDS, since=since, Status="Open", FileName=name)
+    scene.seen(f"the companion ended and began again, and heard of {' and '.join(map(paths.name_of, names))}")
     return since
 
 
@@ -42,6 +43,7 @@ async def link_thread_reports(scene: Scene, name: str, since: int) -> None:
     """The plug-in's own thread finds the design without being told, and tells the companion of that number of events."""
     title = f"the link thread reported {paths.name_of(name)} to the second companion too"
     await scene.hear(title, "FileStatus", LINK_SECONDS, count=2, since=since, Status="Open", FileName=name)
+    scene.seen(f"{paths.name_of(name)} was reported by the plug-in's own thread too")
 
 
 async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
@@ -64,21 +66,16 @@ async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:
     bom = await scene.ask(f"the next BOM of {title}", "GenerateBOM", ProjectPath=name)
     if part not in _references(bom["NotStick"]) or part in _references(bom["Stick"]):
         raise Missing(f"{part} among the parts that are not fitted")
-    scene.say(f"seen: {part} is not fitted now", "bold green")
     parts = len(_references(bom["Stick"] + bom["NotStick"]))
-    scene.note(name, Pages=len(pages[name]), Parts=parts, Not_fitted=", ".join(_references(bom["NotStick"])))
     await scene.ask(f"a jump to {part}", "JumpToPartRef", ProjectPath=name, PartRef=part)
+    scene.seen(f"{title}: {len(pages[name])} pages, {parts} parts; {part} was marked not fitted, and jumped to")
 
 
 async def editor_closes(scene: Scene, name: str) -> None:
     await scene.ask("the editor is asked to close", "CloseOrcad")
     await scene.hear(f"{paths.name_of(name)} was closed", "FileStatus", 20, Status="Close", FileName=name)
-    status = await scene.host.ended(20)
-    if status is None:
-        raise Missing("the host's end")
-    if status != 0:
-        raise Missing(f"a tidy end of the host, which ended with {status}")
-    scene.say("seen: the host ended tidily", "bold green")
+    await scene.ended_tidily()
+    scene.seen("the editor was asked to close, and ended tidily")
 
 
 def _references(lines: list[dict]) -> list[str]:

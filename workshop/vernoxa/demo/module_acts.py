@@ -48,13 +48,10 @@ async def module_travels(scene: Scene, source: str, drawn: Page, target: str, ta
     _compare(before, after)
     if text not in json.dumps(after, ensure_ascii=False):
         raise Missing(f"the text {text} in the module")
-    scene.say(
-        f"seen: the module is the same after its way: {len(before['lib'])} library parts, "
-        f"{len(before['children'])} objects",
-        "bold green",
+    scene.seen(
+        f"module {first}, a page of {paths.name_of(source)}, was shared and placed in {paths.name_of(target)}: "
+        f"the same {len(before['lib'])} library parts and {len(before['children'])} objects"
     )
-    scene.note(source, Shared_objects=len(before["children"]))
-    scene.note(target, Placed_objects=len(after["children"]))
     return first
 
 
@@ -86,6 +83,7 @@ async def part_is_placed(scene: Scene, design: str, page: str, module: str, valu
     line: dict = next((line for line in bom["Stick"] if line["PartRef"] == "XX1"), {})
     if (line.get("Value"), line.get("PCBFootprint"), line.get("PartNumber")) != (value, "封装0603", "PN-1"):
         raise Missing(f"the part XX1 with its value, footprint and number in the BOM, not {line}")
+    scene.seen(f"a single part of module {module} was placed with the properties of a catalogue")
 
 
 async def _path_of(scene: Scene, module: str) -> str:

@@ -35,12 +35,10 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
         raise Missing(f"the parts {', '.join(sorted(lost))} on the pages")
     if text and not any(text in page.texts for page in pages.values()):
         raise Missing(f"the text {text} on a page")
-    scene.say(f"seen: {len(pages)} pages with {len(drawn)} parts, every symbol and every part of the BOM", "bold green")
-    scene.note(name, Drawn_parts=len(drawn))
     shutil.rmtree(out, ignore_errors=True)
     shutil.copytree(folder, out / "pages")
     pictures.write({file.stem: page_file.read(file) for file in sorted(folder.glob("*.json"))}, out)
-    scene.say(f"the pictures of {title}: {out / 'index.html'}")
+    scene.seen(f"{title}: {len(pages)} pages were drawn with {len(drawn)} parts, every one of the bill: {out}/index.html")
     return pages
 
 
@@ -50,10 +48,10 @@ async def design_is_checked(scene: Scene, name: str) -> None:
     for check, title in collected.CHECKS.items():
         # The report page has had it carried out before.
         await scene.hear(f"check {check}, {title}, is over", "DsnCheck_EndResult", 60, count=2, id=check)
-    scene.note(name, Findings=sum(map(len, scene.answers.findings.values())))
     # The placed module has brought references that were there already.
     if not any("位号重名" in finding["Comment"] for finding in scene.answers.findings.get("1001", [])):
         raise Missing("a finding that a reference is there twice")
+    scene.seen(f"{paths.name_of(name)} was checked: {sum(map(len, scene.answers.findings.values()))} findings")
 
 
 async def packages_are_reported(scene: Scene, name: str, library: pathlib.Path) -> None:
@@ -70,12 +68,13 @@ async def packages_are_reported(scene: Scene, name: str, library: pathlib.Path) 
         data = await scene.ask(f"the properties of the {what}", command, 30, **members)
         if "Value" not in [property_name for property_name, _ in data["item"]]:
             raise Missing(f'"Value" among the properties of the {what}')
+    scene.seen(f"the properties of {paths.name_of(name)}, of a library made of it and of {part} in that were reported")
 
 
 def report_is_written(scene: Scene, out: pathlib.Path) -> None:
     out.parent.mkdir(parents=True, exist_ok=True)
     out.write_text(collected.text_of(scene.answers), encoding="utf-8")
-    scene.say(f"findings, reports and modules: {out}")
+    scene.seen(f"findings, reports and modules as a text: {out}")
 
 
 async def report_page_is_made(scene: Scene, name: str, out: pathlib.Path) -> None:
@@ -86,6 +85,6 @@ async def report_page_is_made(scene: Scene, name: str, out: pathlib.Path) -> Non
         )
         report_page.write(out, design)
     except report_page.NotBuilt as error:
-        scene.say(f"no report page: {error}")
+        scene.say(f"no report: {error}")
         return
-    scene.report_page = out
+    scene.seen(f"the report of {paths.name_of(name)}: {out}")

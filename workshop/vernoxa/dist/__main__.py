@@ -2,11 +2,10 @@
 
 from __future__ import annotations
 
-import argparse
 import asyncio
 import pathlib
 
-from vernoxa.command import DONE, NOT_DONE, run
+from vernoxa.command import DONE, NOT_DONE, Parser, run
 from vernoxa.places import BUILD, CONVERSATIONS, PLUG_IN
 from vernoxa.replay.conversation import Conversation
 
@@ -16,7 +15,7 @@ CONVERSATION = CONVERSATIONS / "marking_parts.txt"
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(prog="dist", description=__doc__)
+    parser = Parser(prog="./dev dist", description=__doc__)
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN)
     parser.add_argument("--zip", type=pathlib.Path, default=BUILD / "dist" / "Vernoxa-1.0.zip")
     parser.add_argument("--untried", action="store_true", help="do not load the plug-in out of the zip")

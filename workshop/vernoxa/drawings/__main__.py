@@ -11,13 +11,13 @@ import argparse
 import pathlib
 import sys
 
-from vernoxa.command import DONE, NOT_DONE, run
+from vernoxa.command import DONE, NOT_DONE, Parser, run
 
 from . import page_file, pictures
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser = Parser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path, metavar="FOLDER")
     parser.add_argument("-o", dest="out", type=pathlib.Path, required=True, metavar="OUT")
     options = parser.parse_args()

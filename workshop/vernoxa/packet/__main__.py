@@ -11,7 +11,7 @@ import sys
 from rich.console import Console
 from rich.text import Text
 
-from vernoxa.command import DONE, NOT_DONE, Refused, run
+from vernoxa.command import DONE, NOT_DONE, Parser, Refused, run
 from vernoxa.companion.view import shorten, summary
 from vernoxa.wire import frames, json_text, messages, record
 from vernoxa.wire.catalogue import REPLY_SUFFIX
@@ -28,7 +28,7 @@ _WAYS = {
 
 
 def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(prog="packet", description=__doc__)
+    parser = Parser(prog="./dev packet", description=__doc__)
     commands = parser.add_subparsers(dest="command", required=True)
     decode = commands.add_parser("decode", help="packet text to a readable message")
     decode.add_argument("text", nargs="?", help="packet text, or a frame's bytes as digits; standard input without it")

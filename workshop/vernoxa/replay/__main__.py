@@ -6,7 +6,7 @@ import argparse
 import asyncio
 import pathlib
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, Refused, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, run
 from vernoxa.places import PLUG_IN
 
 from . import compare, performance
@@ -14,8 +14,8 @@ from .conversation import ROOT, Conversation, Design
 
 
 def arguments() -> argparse.Namespace:
-    parser = argparse.ArgumentParser(
-        prog="replay",
+    parser = Parser(
+        prog="./dev replay",
         description="Holds recorded conversations again and shows what the plug-in says differently. Times, process ids "
         "and GUIDs are ignored.",
         epilog=EXITS,

@@ -8,11 +8,11 @@ import time
 from typing import Callable, Iterable
 
 from vernoxa.companion.answers import Answers
-from vernoxa.companion.prompt import parse
+from vernoxa.companion.typed import parse
 from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
-from vernoxa.stage.session import Session
+from vernoxa.stage.session import QUIT, Session
 from vernoxa.wire import messages, paths
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import RECEIVED, Event
@@ -127,6 +127,8 @@ async def hold_again(
                 counts[key] = counts.get(key, 0) + 1
                 came = await performance.hear(key, counts[key], patience)
                 patience = MESSAGE_SECONDS if came else 3  # what is missing is told soon enough
+            elif entry.what == HOST and entry.message == QUIT.encode():
+                await performance.quit()
             elif entry.what == HOST:
                 await performance.user_does(entry.message.decode("utf-8"))
             elif is_request(entry):

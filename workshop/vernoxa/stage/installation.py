@@ -62,7 +62,8 @@ class Installation:
     def add_design(self, schematic: pathlib.Path, folder: str, name: str = "") -> tuple[pathlib.Path, str]:
         """A schematic with the path by which the editor names it, in a folder of this run."""
         if not schematic.is_file():
-            raise Refused(f"{schematic} is not there")
+            there = sorted(path.name for path in schematic.parent.glob("*.kicad_sch"))
+            raise Refused(f"{schematic} is not there" + f"; there are: {', '.join(there)}" * bool(there))
         schematic = schematic.resolve()
         file = self.add_design_folder(folder) / (name or schematic.with_suffix(".dsn").name)
         self.about[f"design {len(self.about)}"] = f"{schematic} as {folder}\\{file.name}"

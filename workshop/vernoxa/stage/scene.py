@@ -9,13 +9,14 @@ import time
 from typing import Awaitable, Callable, TypeVar
 
 from vernoxa.companion.answers import Answers
+from vernoxa.companion.desk import waiting
 from vernoxa.companion.server import PORT
-from vernoxa.companion.view import ConversationView, View, add_rows
+from vernoxa.companion.view import ConversationView, View
 from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
 from vernoxa.wire.record import HOST, Recorder
 
 from .installation import Installation
-from .session import Missing, Session
+from .session import QUIT, Missing, Session
 
 T = TypeVar("T")
 LONGEST_LINE = 160
@@ -31,20 +32,13 @@ class Scene(Session):
         super().__init__(installation, Answers(modules_folder=installation.root / "modules"), port)
         self.view = view
         self._speaker = speaker
-        self.answers = self.companion.answers
         self.companion.listeners.append(ConversationView(view, self.answers))
-        self.designs: dict[str, dict[str, str]] = {}
-        self.report_page: pathlib.Path | None = None
         self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
         self._began = time.monotonic()
         self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
         self._recorder = Recorder(self._record, **installation.about) if self._record else None
         if self._recorder:
             self.companion.listeners.append(self._recorder)
-
-    async def begin(self, command: list[str]) -> None:
-        await super().begin(command)
-        self.say(f"the companion listens on port {self.companion.port}; the host starts")
 
     def heard(self, speaker: str, text: str) -> None:
         if self.hidden and self.hidden.match(text):
@@ -57,12 +51,16 @@ class Scene(Session):
             self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=words))
         return await super().user_does(words, seconds)
 
+    async def quit(self) -> None:
+        if self._recorder:
+            self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=QUIT))
+        await super().quit()
+
     async def companion_restarts(self) -> int:
         """It ends and is there again, and knows of no design. Gives the number of the first event that it sees."""
         await self.companion.stop()
         self.answers.designs.clear()
         await self.companion.start()
-        self.say("the companion has ended and begun again")
         return len(self.companion.events)
 
     async def end(self) -> None:
@@ -73,15 +71,23 @@ class Scene(Session):
     def say(self, text: str, style: str = "bold") -> None:
         self.view.line(self._speaker, text, style)
 
-    def note(self, design: str, **facts: object) -> None:
-        """For the summary."""
-        self.designs.setdefault(design, {}).update((name, str(fact)) for name, fact in facts.items())
+    def seen(self, text: str) -> None:
+        self.say(f"{time.monotonic() - self._began:5.1f} s  {text}", "bold green")
 
     async def step(self, what: str, work: Awaitable[T], seconds: float) -> T:
-        """Says when it was seen. Raises Missing when it was not seen in time, or when the host ended before."""
+        """Says what is waited for, and when it was seen.
+
+        Raises Missing when it was not seen in time, or when the host ended before.
+        """
         working = asyncio.ensure_future(work)
         over = asyncio.ensure_future(self.host.ended(seconds))
-        await asyncio.wait({working, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
+        try:
+            with waiting(self.view, self._speaker, f"until {what}", seconds):
+                await asyncio.wait({working, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
+        except asyncio.CancelledError:
+            working.cancel()
+            over.cancel()
+            raise
         over.cancel()
         if not working.done():
             working.cancel()
@@ -94,7 +100,7 @@ class Scene(Session):
             raise Missing(f"{what}: {error}") from error
         except (TimeoutError, RuntimeError) as error:
             raise Missing(f"{what}: {error or 'not seen in time'}") from error
-        self.say(f"seen: {what}", "bold green")
+        self.view.line("seen", what, "green")
         return result
 
     async def hear(
@@ -145,11 +151,6 @@ class Scene(Session):
         return await self.step(what, self.companion.data_of(command, data, seconds), seconds + 1)
 
     def summarise(self) -> None:
-        names = list(dict.fromkeys(name for facts in self.designs.values() for name in facts))
-        table = self.view.new_table("summary", "Design", *(name.replace("_", " ") for name in names))
-        rows = [[design, *(facts.get(name, "") for name in names)] for design, facts in self.designs.items()]
-        add_rows(table, rows, len(rows))
-        self.view.table(self._speaker, table)
         for fault in (event for event in self.companion.events if event.kind == FAULT):
             self.say(f"fault at {fault.seconds:.1f} s: {fault.text}", "bold red")
         self.say(

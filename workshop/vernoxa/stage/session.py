@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import asyncio
+import re
 
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, Companion
@@ -10,23 +11,23 @@ from vernoxa.companion.server import PORT, Companion
 from .host import Host
 from .installation import Installation
 
-# What the host says when it has come to the end of what its user does.
-_ENDS = {"that is done": True, "that failed": False}
+# What the host says when it has come to the end of a line of its user.
+_END = re.compile(r"line (\d+) (?:is done|(failed))")
+QUIT = "quit"  # of the words of its user the one that nothing comes after
 
 
 class Missing(RuntimeError):
     """Something expected was not seen; the text says what."""
 
 
-class Session:
-    """`host_lines` are all that the host printed."""
+class HostSession:
+    """The host with its user. `host_lines` are all that it printed."""
 
-    def __init__(self, installation: Installation, answers: Answers, port: int = PORT):
+    def __init__(self, installation: Installation):
         self.installation = installation
-        self.companion = Companion(answers, port=port)
         self.host_lines: list[str] = []
         self._host: Host | None = None
-        self._ends: asyncio.Queue[bool] = asyncio.Queue()
+        self._lines: list[asyncio.Future[bool]] = []  # of its user
 
     @property
     def host(self) -> Host:
@@ -35,18 +36,18 @@ class Session:
         return self._host
 
     async def begin(self, command: list[str]) -> None:
-        """Raises PortTaken."""
-        await self.companion.start()
         self._host = await Host.begin(command, self._hear)
 
     async def end(self) -> None:
         if self._host:
             await self._host.stop()
-        await self.companion.stop()
 
     def _hear(self, speaker: str, text: str) -> None:
-        if speaker == "host" and text in _ENDS:
-            self._ends.put_nowait(_ENDS[text])
+        end = _END.fullmatch(text) if speaker == "host" else None
+        if end:
+            line = self._lines[int(end[1]) - 1]
+            if not line.done():
+                line.set_result(not end[2])
             return
         self.host_lines.append(text)
         self.heard(speaker, text)
@@ -59,8 +60,40 @@ class Session:
 
         Raises TimeoutError when the host has not come to its end by then.
         """
+        self._lines.append(asyncio.get_running_loop().create_future())
         self.installation.command(words)
         try:
-            return await asyncio.wait_for(self._ends.get(), seconds)
+            return await asyncio.wait_for(self._lines[-1], seconds)
         except asyncio.TimeoutError as error:
             raise TimeoutError(f"the host has not come to the end of that within {seconds:g} s: {words}") from error
+
+    async def quit(self) -> None:
+        """The user ends the host. Raises Missing when it does not end as it should."""
+        self.installation.command(QUIT)
+        await self.ended_tidily()
+
+    async def ended_tidily(self) -> None:
+        """Raises Missing."""
+        status = await self.host.ended(20)
+        if status is None:
+            raise Missing("the host's end")
+        if status != 0:
+            raise Missing(f"a tidy end of the host, which ended with {status}")
+
+
+class Session(HostSession):
+    """The same with the companion."""
+
+    def __init__(self, installation: Installation, answers: Answers, port: int = PORT):
+        super().__init__(installation)
+        self.answers = answers
+        self.companion = Companion(answers, port=port)
+
+    async def begin(self, command: list[str]) -> None:
+        """Raises PortTaken."""
+        await self.companion.start()
+        await super().begin(command)
+
+    async def end(self) -> None:
+        await super().end()
+        await self.companion.stop()

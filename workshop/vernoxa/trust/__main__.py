@@ -18,6 +18,7 @@ import time
 from typing import Callable
 
 from vernoxa import command as commands
+from vernoxa.command import Parser
 from vernoxa.places import BUILD, REPOSITORY, TCLSH, WINE
 from vernoxa.wire import paths
 
@@ -267,7 +268,7 @@ PARTS: dict[str, Callable[[Findings, pathlib.Path, argparse.Namespace], None]] =
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description=__doc__)
+    parser = Parser(description=__doc__)
     parser.add_argument("parts", nargs="*", choices=[[], *PARTS], default=[], metavar="PART",
                         help=f"{', '.join(PARTS)} (all)")
     parser.add_argument("--fuzz-minutes", type=float, default=6, help="for all targets together (6)")

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import argparse
 import json
 import os
 import pathlib
@@ -11,6 +10,7 @@ import subprocess
 import time
 
 from vernoxa import command as commands
+from vernoxa.command import Parser
 from vernoxa.places import BUILD, REPOSITORY
 
 PROGRAM = BUILD / "fuzz" / "vernoxa_fuzz"
@@ -43,7 +43,7 @@ def run(target: str, seconds: float) -> dict:
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description=__doc__)
+    parser = Parser(description=__doc__)
     parser.add_argument("--minutes", type=float, default=5, help="for all targets together")
     parser.add_argument("--targets", nargs="+", default=sorted(path.name for path in CORPORA.iterdir()))
     parser.add_argument("--json", type=pathlib.Path, help="write the figures there")

@@ -4,14 +4,13 @@ fault_rig.py [--only NAME...] [--json FILE]. After each fault the editor still a
 
 from __future__ import annotations
 
-import argparse
 import asyncio
 import contextlib
 import json
 import pathlib
 import time
 
-from vernoxa.command import DONE, NOT_DONE, run
+from vernoxa.command import DONE, NOT_DONE, Parser, run
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, Companion, Failed, NotConnected, PortTaken, require_free
 from vernoxa.places import PLUG_IN
@@ -118,7 +117,7 @@ async def survive(side: str, fault: Fault | None) -> None:
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description=__doc__)
+    parser = Parser(description=__doc__)
     parser.add_argument("--only", nargs="+", default=list(CASES), choices=list(CASES), metavar="NAME")
     parser.add_argument("--json", type=pathlib.Path, help="write the figures there")
     options = parser.parse_args()
