@@ -1,13 +1,15 @@
 """What is collected: modules kept and handed out, findings and reports as a text, drawings as they are read."""
 
+import io
 import json
 import pathlib
 import tempfile
 import unittest
 
-from vernoxa.companion import collected
+from vernoxa.companion import tables
 from vernoxa.wire import messages, paths
 from vernoxa.companion.answers import Answers
+from vernoxa.companion.view import View
 from vernoxa.drawings import page_file
 from vernoxa.demo.module_acts import first_difference
 
@@ -58,19 +60,22 @@ class CollectedTest(unittest.TestCase):
             answers.take(message("DsnCheck_Result" if comment else "DsnCheck_EndResult", **data))
         answers.take(message("GetDsnAllPackageInfo_EndResult", "report", item=[["Value", "10k"], ["Datasheet", ""]]))
         answers.take(message("SelectModule_EndResult", "upload", **UPLOAD))
-        text = collected.text_of(answers)
+        text = io.StringIO()
+        view = View(colour=False, shown=(), log=text)
+        for table in tables.collected(answers):
+            view.table("", table, whole=True)
         for line in (
-            "Check 1001, reference designators: 1 findings",
-            "Check 1002, illegal characters: 0 findings",
-            "R1位号重名  R\"1    S          页 1  1 2",
-            "引脚未连接  R\"1    S          页 1  1 2",
-            "x           R\"1    S          页 1  1 2",
-            "Report: properties of the design's parts",
-            "Module 1: 4 pins, nets GND, VCC",
-            "电阻  0603",
+            "check 1001, reference designators: 1 findings",
+            "check 1002, illegal characters: 0 findings",
+            "| R1位号重名 | R\"1         | S   | 页 1     | 1 2     |",
+            "| 引脚未连接 | R\"1         | S   | 页 1     | 1 2     |",
+            "| x          | R\"1         | S   | 页 1     | 1 2     |",
+            "properties of the design's parts",
+            "module 1: 4 pins, nets GND, VCC",
+            "| 电阻 | 0603    |",
         ):
-            self.assertIn(line, text.splitlines())
-        self.assertEqual(collected.text_of(Answers()), "")
+            self.assertIn(line, text.getvalue().splitlines())
+        self.assertEqual(tables.collected(Answers()), [])
 
     def test_drawings_tell_their_parts_texts_and_symbols_that_are_missing(self):
         def used(name: str, **attributes: str) -> dict:

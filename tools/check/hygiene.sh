@@ -1,5 +1,5 @@
 #!/bin/bash
-# The repository's own rules, which no formatter knows. Prints what breaks them and fails.
+# The repository's own rules, which no formatter or linter knows. Prints what breaks them and fails.
 set -u -o pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 
@@ -17,15 +17,19 @@ tracked() {
   done
 }
 
-# Texts that send their reader to documents which are not here. Letters in brackets keep this file from finding itself.
-elsewhere='\bParts? [1-7]\.[1-4]\b|\bspec\.md\b|\bspecificatio[n]s?\b|\b[Aa]s specified\b|\bth[e] spec\b|readings\.md|\b[Rr]eadings? [0-9]+'
-refuse "refers to what is not in the repository" "$(tracked | xargs -0r grep -nIE "$elsewhere")"
-refuse "a commit message refers to what is not in the repository" "$(git log --format='%h %s%n%b' | grep -E "$elsewhere")"
-refuse "a path of one machine" "$(tracked | xargs -0r grep -nIE '/wor[k]/|/far[m]/|/hom[e]/')"
+# What must not stand here, nor in a message of a commit, does not stand here either: a pattern a line, kept beside a clone.
+words=$(git rev-parse --git-common-dir)/info/words
+if [ -s "$words" ]; then
+  refuse "a word that must not stand here" "$(tracked | xargs -0r grep -nIEf "$words")"
+  refuse "a word that must not stand in the message of a commit" "$(git log --format='%h %s%n%b' | grep -Ef "$words")"
+else
+  echo "hygiene: without a list of words in $words none are looked for"
+fi
+refuse "a path of one machine" "$(tracked | xargs -0r grep -nIE '/hom[e]/')"
 hosts='https?:/{2}'
 known_hosts="$hosts(json-schema\.org|opensource\.org|www\.w3\.org|www\.unicode\.org|www\.rfc-editor\.org)"
 refuse "names a host" "$(tracked | xargs -0r grep -nIE "$hosts" | grep -vE "$known_hosts")"
-refuse "white space at the end of a line" "$(tracked | xargs -0r grep -nIE '[[:blank:]]+$')"
+refuse "white space" "$(git -c core.whitespace=-blank-at-eof diff --check "$(git hash-object -t tree /dev/null)" -- . ':!fuzz/corpus')"
 refuse "no newline at the end of the file" "$(tracked | xargs -0r grep -lI '' | while IFS= read -r file; do
   [ -n "$(tail -c 1 "$file")" ] && echo "$file"
 done)"

@@ -1,7 +1,8 @@
 """Adds up what the tests of some builds said: count_tests.py BUILD_DIRECTORY...
 
 CTest's own report counts programs; a GoogleTest program's report, where there is one, counts its tests. A program that
-failed without a failed test in its report (it crashed, it ran out of time) counts as one failure more.
+failed without a failed test in its report (it crashed, it ran out of time) counts as one failure more. CTest itself does
+not look into the reports of programs.
 """
 
 import json

@@ -8,6 +8,8 @@ Most of the linter's time goes into the headers of the standard library and of G
 sources compiled alike are seen together, as one that includes them all. Where such a batch does not pass, which may be
 for two helpers of one name only, each of its sources is seen alone, and that counts. What a batch hides is looked for
 elsewhere: names that nobody uses here, a missing header of the standard library by the builds without precompiled ones.
+
+Clang's own run-clang-tidy does neither: it sees every source again, alone.
 """
 
 from __future__ import annotations

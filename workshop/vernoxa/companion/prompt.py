@@ -10,7 +10,7 @@ from typing import Iterator, Mapping
 from vernoxa.wire.catalogue import ANY, BOM_LINE, COMMANDS, PATH, REFERENCES, Command, Member, find
 from vernoxa.wire.frames import MessageTooLong
 
-from . import view as views
+from . import tables
 from .answers import Answers
 from .desk import Words, fitting, waiting
 from .server import REPLY_SECONDS, Companion, NotConnected
@@ -70,12 +70,12 @@ class Prompt:
         elif word == "help":
             return await self._help(words)
         elif word == "designs":
-            view.table("companion", views.designs_table(view, answers))
+            view.table("companion", tables.designs(answers))
         elif word == "bom":
             return self._bom(words)
         elif word == "checks" and words in ([], ["--all"]):
             for check in sorted(answers.findings):
-                view.table("companion", views.findings_table(view, check, answers, bool(words)))
+                view.table("companion", tables.findings(check, answers), whole=bool(words))
         elif word == "faults":
             view.line("companion", f"{self._companion.faults} faults")
         else:
@@ -87,11 +87,11 @@ class Prompt:
         if not bom:
             return self._say("there is no bill of materials yet: GenerateBOM makes one")
         if words in ([], ["--all"]):
-            self._view.table("companion", views.bom_table(self._view, bom, "BOM", bool(words)))
+            self._view.table("companion", tables.bom(bom, "BOM"), whole=bool(words))
             return True
         if len(words) != 2 or words[0] != "--csv":
             return self._say(f"bom: {LOCAL['bom']}")
-        rows = views.bom_rows(bom)
+        rows = tables.bom_rows(bom)
         with open(pathlib.Path(words[1]).expanduser(), "x", encoding="utf-8", newline="") as file:
             csv.writer(file).writerows([("State", *BOM_LINE), *rows])
         self._view.line("companion", f"{len(rows)} lines: {words[1]}")
@@ -99,7 +99,7 @@ class Prompt:
 
     async def _help(self, words: list[str]) -> bool:
         if not words:
-            self._view.table("companion", views.commands_table(self._view))
+            self._view.table("companion", tables.commands(), whole=True)
             for name, purpose in LOCAL.items():
                 self._view.line("companion", f"{name}: {purpose}")
             for name in self._more:

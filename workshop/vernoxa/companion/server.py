@@ -103,10 +103,6 @@ class Companion:
         if self._serving:
             await asyncio.wait(self._serving, timeout=2)
 
-    @property
-    def connected(self) -> bool:
-        return self._host() is not None
-
     async def ask(self, name: str, data: dict, seconds: float = REPLY_SECONDS) -> messages.Message | None:
         """Sends a command to the editor and gives its reply; None for a command that has none.
 

@@ -7,24 +7,23 @@ from __future__ import annotations
 
 import collections
 import sys
-from typing import Container, Iterable, TextIO
+from typing import Container, TextIO
 
+import rich.table
 from rich.box import ASCII, SIMPLE_HEAD
 from rich.console import Console
 from rich.markup import escape
-from rich.table import Table
 from rich.text import Text
 
 from vernoxa.command import end_without_reader
-from vernoxa.wire.catalogue import BOM_LINE, COMMANDS, REPLY_SUFFIX
+from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 from vernoxa.wire.messages import Message
 
+from . import tables
 from .answers import Answers
-from .typed import members_text
 
 PLAIN_WIDTH = 140
-ROWS_SHOWN = 12
 LONGEST_VALUE = 90
 
 _SPEAKERS = {"companion": "bold cyan", "host": "bold magenta", "demo": "bold yellow", "play": "bold yellow"}
@@ -34,7 +33,6 @@ _EVENT_TEXTS = {
     CLOSED: "closed",
     PROBED: "probed: connected and closed at once",
 }
-BOM_STATES = {"Stick": "fitted", "NotStick": "not fitted", "NotPartNumber": "no part number"}
 
 
 class View:
@@ -55,7 +53,7 @@ class View:
 
     def line(self, speaker: str, text: str | Text, style: str = "") -> None:
         self.last_lines[speaker].append(str(text))
-        plain = [f"{speaker}: {part}".rstrip() for part in str(text).splitlines() or [""]]
+        plain = _spoken(speaker, str(text))
         if self.colour and self._takes(speaker, plain):
             body = text if isinstance(text, Text) else Text(text, style)
             start = (f"{speaker:>9} ", _SPEAKERS.get(speaker, "dim"))
@@ -63,14 +61,26 @@ class View:
         elif not self.colour:
             self._print(speaker, plain)
 
-    def table(self, speaker: str, table: Table) -> None:
+    def table(self, speaker: str, table: tables.Table, whole: bool = False) -> None:
+        """Its first rows, or the whole of it."""
+        shown = rich.table.Table(
+            box=SIMPLE_HEAD if self.colour else ASCII, header_style="bold cyan" if self.colour else "none"
+        )
+        for column in table.columns:
+            shown.add_column(column, overflow="fold")
+        rows = table.rows if whole else table.rows[: tables.ROWS_SHOWN]
+        for row in rows:
+            shown.add_row(*map(escape, row), style="dim" if tables.NOT_FITTED in row else "")
+        pieces = [Text(table.title, "bold"), shown]
+        if len(rows) < len(table.rows):
+            pieces.append(Text(f"{len(table.rows) - len(rows)} more: {table.rest}".rstrip(": "), "dim"))
         with self._console.capture() as capture:
-            self._console.print(table)
-        plain = [f"{speaker}: {part}".rstrip() for part in capture.get().splitlines()]
+            self._console.print(*pieces, sep="\n")
+        plain = _spoken(speaker, capture.get())
         if not self.colour:
             self._print(speaker, plain)
         elif self._takes(speaker, plain):
-            self._console.print(table)
+            self._console.print(*pieces, sep="\n")
 
     def _takes(self, speaker: str, plain: list[str]) -> bool:
         """Keeps lines in the log; whether they are shown."""
@@ -87,28 +97,9 @@ class View:
         except BrokenPipeError:
             end_without_reader()
 
-    def new_table(self, title: str, *columns: str) -> Table:
-        table = Table(
-            title=escape(title),
-            title_justify="left",
-            caption_justify="left",
-            caption_style="dim" if self.colour else "none",
-            title_style="bold" if self.colour else "none",
-            box=SIMPLE_HEAD if self.colour else ASCII,
-            header_style="bold cyan" if self.colour else "none",
-        )
-        for column in columns:
-            table.add_column(column, overflow="fold")
-        return table
 
-
-def add_rows(table: Table, rows: Iterable[Iterable[object]], most: int | None = ROWS_SHOWN, rest: str = "") -> None:
-    """`rest` says how to see what is left out."""
-    shown = [[escape(str(cell)) for cell in row] for row in rows]
-    for row in shown[:most]:
-        table.add_row(*row, style="dim" if "not fitted" in row else "")
-    if most is not None and len(shown) > most:
-        table.caption = escape(f"{len(shown) - most} more{rest}")
+def _spoken(speaker: str, text: str) -> list[str]:
+    return [f"{speaker}: {part}".removeprefix(": ").rstrip() for part in text.splitlines() or [""]]
 
 
 class ConversationView:
@@ -146,18 +137,13 @@ class ConversationView:
                     text.append(f"  {name}=", "dim")
                     text.append(shorten(summary(value)))
         self._view.line("companion", text)
-        for table in tables_of(self._view, message, self._answers):
+        if table := tables.of_message(message, self._answers):
             self._view.table("companion", table)
 
 
 def shorten(text: str) -> str:
     text = " ".join(text.split())
     return text if len(text) <= LONGEST_VALUE else text[: LONGEST_VALUE - 3] + "..."
-
-
-def array(value: object) -> list:
-    """What arrives may be anything; what is no array has nothing to show."""
-    return value if isinstance(value, list) else []
 
 
 def summary(value: object) -> str:
@@ -168,81 +154,3 @@ def summary(value: object) -> str:
     if isinstance(value, dict):
         return "{" + ", ".join(value) + "}"
     return str(value)
-
-
-def tables_of(view: View, message: Message, answers: Answers) -> list[Table]:
-    """The tables that belong below a message's line; none for one that is not as it should be."""
-    data = message.data
-    if message.faults:
-        return []
-    if message.command in ("GenerateBOM_EndResult", "AddToBom", "RemoveFromBom"):
-        return [bom_table(view, data, message.command)]
-    if message.command == "GetActiveProPages_EndResult" and message.succeeded:
-        return [pages_table(view, data["Open"])]
-    if message.command == "GetPartPropertyList_EndResult" and message.succeeded:
-        table = view.new_table("part properties", "Name")
-        add_rows(table, ([str(name)] for name in array(data.get("PropertyList"))))
-        return [table]
-    if message.command == "DsnCheck_EndResult":
-        return [findings_table(view, str(data.get("id", "")), answers)]
-    if message.shape == "report":
-        table = view.new_table("properties", "Name", "Value")
-        add_rows(table, data["item"])
-        return [table]
-    if message.shape == "upload":
-        table = view.new_table("parts of the module", "Id", "Ref", "Package")
-        add_rows(table, ([part.get(name, "") for name in ("Id", "Ref", "Package")] for part in data["Part"]))
-        return [table]
-    return []
-
-
-def bom_rows(lists: dict) -> list[list[str]]:
-    """Parts without a part number are in a list of their own, and in that of their state too: they are there once.
-
-    Those not fitted come first, since the rest may not be shown to the end.
-    """
-    rows: dict[str, list[str]] = {}
-    for name in ("NotStick", "Stick", "NotPartNumber"):
-        for line in lists.get(name, []):
-            rows.setdefault(str(line["PartRef"]), [BOM_STATES[name], *(str(line[key]) for key in BOM_LINE)])
-    return list(rows.values())
-
-
-def bom_table(view: View, lists: dict, title: str, whole: bool = False) -> Table:
-    counts = ", ".join(f"{len(lists[name])} {state}" for name, state in BOM_STATES.items() if name in lists)
-    table = view.new_table(f"{title.removesuffix(REPLY_SUFFIX)}: {counts}", "State", *BOM_LINE)
-    how = ": bom --all shows them, bom --csv FILE saves all"
-    add_rows(table, bom_rows(lists), None if whole else ROWS_SHOWN, how)
-    return table
-
-
-def pages_table(view: View, projects: list[dict]) -> Table:
-    table = view.new_table("open projects", "Project", "Pages", "Names")
-    for project in projects:
-        pages = [str(page) for page in array(project["Pages"])]
-        add_rows(table, [[str(project["ProjectPath"]), str(len(pages)), ", ".join(pages)]])
-    return table
-
-
-def findings_table(view: View, check: str, answers: Answers, whole: bool = False) -> Table:
-    found = answers.findings.get(check, [])
-    table = view.new_table(f"check {check}: {len(found)} findings", "Value", "Comment", "Page", "At")
-    add_rows(
-        table,
-        ([finding.get(name, "") for name in ("ActualValue", "Comment", "PageName", "PagePos")] for finding in found),
-        None if whole else ROWS_SHOWN,
-        ": checks --all shows them",
-    )
-    return table
-
-
-def designs_table(view: View, answers: Answers) -> Table:
-    table = view.new_table("open designs", "Design", "Pins", "Process", "Editor")
-    add_rows(table, ([d.path, d.pins, d.process, d.editor] for d in answers.designs.values()))
-    return table
-
-
-def commands_table(view: View) -> Table:
-    table = view.new_table("commands", "Command", "What for", "Members")
-    add_rows(table, ([c.name, c.purpose, members_text(c)] for c in COMMANDS), None)
-    return table

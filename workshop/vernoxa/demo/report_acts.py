@@ -5,7 +5,8 @@ from __future__ import annotations
 import pathlib
 import shutil
 
-from vernoxa.companion import collected
+from vernoxa.companion import tables
+from vernoxa.companion.view import View
 from vernoxa.drawings import page_file, pictures
 from vernoxa.report import collect, page as report_page
 from vernoxa.stage.scene import Scene
@@ -45,7 +46,7 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
 async def design_is_checked(scene: Scene, name: str) -> None:
     """All four checks run and end; what they found is in the companion's books."""
     await scene.ask(f"{paths.name_of(name)} is checked", "DsnCheck", 60, ProjectPath=name)
-    for check, title in collected.CHECKS.items():
+    for check, title in tables.CHECKS.items():
         # The report page has had it carried out before.
         await scene.hear(f"check {check}, {title}, is over", "DsnCheck_EndResult", 60, count=2, id=check)
     # The placed module has brought references that were there already.
@@ -72,8 +73,10 @@ async def packages_are_reported(scene: Scene, name: str, library: pathlib.Path) 
 
 
 def report_is_written(scene: Scene, out: pathlib.Path) -> None:
-    out.parent.mkdir(parents=True, exist_ok=True)
-    out.write_text(collected.text_of(scene.answers), encoding="utf-8")
+    with open(out, "w", encoding="utf-8") as stream:
+        view = View(colour=False, shown=(), log=stream)
+        for table in tables.collected(scene.answers):
+            view.table("", table, whole=True)
     scene.seen(f"findings, reports and modules as a text: {out}")
 
 

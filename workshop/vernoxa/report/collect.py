@@ -17,7 +17,7 @@ import contextlib
 import pathlib
 
 from vernoxa.command import Refused
-from vernoxa.companion.collected import CHECKS
+from vernoxa.companion.tables import CHECKS
 from vernoxa.companion.server import ADDRESS, Companion, Failed
 from vernoxa.drawings import page_file
 from vernoxa.drawings.page_file import plain

@@ -180,47 +180,19 @@ BOM_LINE = _TOLD_BY_NAME["AddToBom"].shapes[0].items["Stick"]
 
 # How the comments of the findings end.
 FINDING_WORDS = (
-    "器件未编号",
-    "位号重名",
-    "属性包含非法字符",
-    "引脚未连接",
-    "器件无封装",
-    "器件存在多个封装",
-    "引脚未编号",
-    "引脚名重复",
-    "引脚编号重复",
-    "同一器件Value值不同",
+    "器件未编号", "位号重名", "属性包含非法字符", "引脚未连接", "器件无封装", "器件存在多个封装", "引脚未编号", "引脚名重复",
+    "引脚编号重复", "同一器件Value值不同",
 )
 
 # Properties that a report leaves out.
-_LEFT_OUT_OF_LIBRARIES = frozenset(
-    (
-        "Name",
-        "Pin Numbers Visible",
-        "Implementation Type",
-        "Implementation",
-        "Implementation Path",
-        "Pin Names Visible",
-        "Pin Names Rotate",
-        "Part Reference",
-        "Reference",
-    )
+_LEFT_OUT = frozenset(
+    ("Name", "Implementation Type", "Implementation", "Implementation Path", "Reference", "Part Reference")
 )
+_OF_LIBRARIES = _LEFT_OUT | {"Pin Numbers Visible", "Pin Names Visible", "Pin Names Rotate"}
 LEFT_OUT = {
-    "GetDsnAllPackageInfo_EndResult": frozenset(
-        (
-            "Name",
-            "ID",
-            "Implementation Type",
-            "Implementation",
-            "Implementation Path",
-            "Reference",
-            "Designator",
-            "Part Reference",
-        )
-    ),
-    "GetOlbAllPackageInfo_EndResult": _LEFT_OUT_OF_LIBRARIES,
-    "GetOlbObjectPackageInfo_EndResult": _LEFT_OUT_OF_LIBRARIES,
+    "GetDsnAllPackageInfo_EndResult": _LEFT_OUT | {"ID", "Designator"},
+    "GetOlbAllPackageInfo_EndResult": _OF_LIBRARIES,
+    "GetOlbObjectPackageInfo_EndResult": _OF_LIBRARIES,
 }
 
 
