@@ -164,12 +164,16 @@ TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
 }
 
 TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
+  const FilePath nameless = FilePath::fromUtf8(utf8(u8"C:\\ṩ.dsn"));  // told by its short name
+  fake.files.addFile(nameless, "");
+  fake.files.shortPaths[nameless] = pathOf("C:\\S~1.DSN");
   const struct {
-    const char* open;
+    std::string open;
     const char* wanted;
     const char* state;
     std::size_t boxes;
   } cases[] = {
+      {nameless.utf8(), "C:\\\\S~1.DSN", "Open", 0},
       {"C:\\a.dsn;C:\\b.dsn", "C:\\\\b.dsn", "Open", 0},
       {"C:/b.dsn", "c:\\\\B.DSN", "Open", 0},
       {"a.dsn;C:\\b.dsn", "C:\\\\b.dsn", "Open", 1},

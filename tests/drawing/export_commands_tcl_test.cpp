@@ -90,7 +90,8 @@ TEST_F(ExportCommands, AHostThatExportsWhileItIsAskedBreaksNothing) {
 TEST_F(ExportCommands, GraphicLibraries) {
   EXPECT_EQ(run("outputGraphicFile a"), "C:/App/Cache/Library/a.json");
   EXPECT_EQ(fake.files.bytes("C:\\App\\Cache\\Library\\a.json"), "(no file)");
-  EXPECT_EQ(run("initGraphicFile; addGraphicLibList {Name RES}; addGraphicLibList; outputGraphicFile lib/b"),
+  EXPECT_EQ(run("addGraphicLibList {Line 1 2 3 4}; initGraphicFile; addGraphicLibList {Name RES}; addGraphicLibList;"
+                "outputGraphicFile lib/b"),
             "C:/App/Cache/Library/lib-b.json");
   const auto library = [this](const char* name) {
     return fake.files.bytes("C:\\App\\Cache\\Library\\" + std::string(name));

@@ -122,6 +122,7 @@ TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
        "Polyline",
        R"("PolylineStart":"1e3 -2.5E-1","Color":"","Style":"","Width":"","path":"1e3,-2.5E-1 3,4")"},
       {{"Bezier", "M 1eL 2e+"}, "Bezier", R"("BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+")"},
+      {{"Bezier", "1 2e"}, "Bezier", R"("BezierStart":"1 2","Color":"","Style":"","Width":"","path":"1 2e")"},
       {{"Bezier", "- 1 . +2"}, "Bezier", R"("BezierStart":"1 +2","Color":"","Style":"","Width":"","path":"- 1 . +2")"},
       {{"Polygon", "M10-20 L 30 40 Z", "c", "s", "w", "f", "h"},
        "Polygon",

@@ -125,6 +125,11 @@ TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
           utf8(u8"电阻") + R"(] [list "Part Reference" U1A] [list "Value" "10\"k"]] [list])");
   EXPECT_EQ(placement.placeState, 0);
   EXPECT_THAT(files(), IsEmpty());
+
+  write(R"({"lib":[7],"children":[{"name":"Part"}]})");
+  placement.placeState = 1;
+  placer_.placeModule(host_);
+  EXPECT_THAT(host_.scripts.back(), HasSubstr("[list Package ]"));  // none of its parts is one
 }
 
 TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {

@@ -52,6 +52,8 @@ set redraw [list "saveFile $doubled" ZoomIn ZoomOut]
 # Views and pages
 companion GetActiveProPages {{}} {GetActiveProPages {{C:/a.dsn P1 {Page 2}} {C:/b.dsn}}} GetActiveProPages \
     {{"Data":{"ErrInfo":"","Open":[{"ProjectPath":"C:/a.dsn","Pages":["P1","Page 2"]},{"ProjectPath":"C:/b.dsn","Pages":[]}]},%"0"}}
+companion GetActiveProPages {{}} {GetActiveProPages {{}}} GetActiveProPages \
+    {{"Data":{"ErrInfo":"","Open":[{"ProjectPath":"","Pages":[]}]},%"0"}}
 companion GetActiveProPages {{}} {} GetActiveProPages {{"Data":{"ErrInfo":""},%"1"}}
 companion GetActiveProPages null {GetActiveProPages {error no project}} GetActiveProPages {{"Data":{"ErrInfo":"no project"},%"1"}}
 foreach {command procedure} {SetPlacePortType KX_PlaceWirePort SetPlaceOffpageType KX_PlaceWireOffPage} {
@@ -128,6 +130,7 @@ companion ClearCurrentDesign {[]} {} ClearCurrentDesign {{"Data":{},%"0"}}
 companion CheckOpenState {{"ProjectPath":"c:/设计/A.DSN"}} {InitPath {C:\x.dsn;C:\设计\a.dsn;}} InitPath {{"Data":{"State":"Open"},%"0"}}
 # 学院 in the code page would pass for UTF-8 by chance.
 companion CheckOpenState {{"ProjectPath":"C:\\学院\\a.dsn"}} {InitPath {C:\设计\b.dsn;C:\学院\a.dsn}} InitPath {{"Data":{"State":"Open"},%"0"}}
+companion CheckOpenState {{"ProjectPath":"C:\\设"}} {InitPath {C:\设}} InitPath {{"Data":{"State":"Open"},%"0"}}
 companion CheckOpenState {{"ProjectPath":"C:\\b.dsn"}} {InitPath {C:\a.dsn}} InitPath {{"Data":{"State":"Close"},%"0"}}
 companion Cancel {{"ProjectPath":"C:\\a.dsn"}} {} {} {{"Data":{"ExitCommand":"\"C:\\a.dsn\""},%"0"}}
 check "Cancel answers in UTF-8" [encoding convertfrom utf-8 [binary decode hex [packetParser [hex [format {{"Command":"Cancel","Data":%s}} $path]]]]] \

@@ -42,6 +42,8 @@ TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
       {"a:b.json", "a-b.json"},
       {"CON:.json", "_CON-.json"},
       {"LPT.json", "LPT.json"},
+      {"COMX", "COMX"},
+      {"~.json", "~.json"},
       {"CO", "CO"},
       {"", ""},
   };

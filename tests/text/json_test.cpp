@@ -25,6 +25,7 @@ TEST(Json, NamesAreComparedWithCase) {
 
 TEST(Json, ViewOfNothingAnswersNo) {
   const Json number = Json::parse("7").document;
+  EXPECT_EQ(number.view().name(), "");
   for (const JsonView view : {JsonView(), number.view().member("a"), number.view().member("a").member("b")}) {
     EXPECT_FALSE(view.isObject() || view.isArray() || view.text() || view.wholeNumber());
     EXPECT_EQ(view.size(), 0U);

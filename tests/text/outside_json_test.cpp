@@ -39,6 +39,7 @@ TEST(OutsideJson, IsBounded) {
       {"brackets behind a string", R"(["\\",)" + repeated("[", 1000), depth},
       {"one after the other", "[" + repeated("[],", 1500) + "1]", ""},
       {"behind the first value", "{} " + repeated("[", 2000), ""},
+      {"behind a bracket that closes nothing", "] " + repeated("[", 2000), ""},
       {"behind a number", "1 " + repeated("[", 2000), ""},
       {"behind a string as a whole", "\"\" " + repeated("[", 2000), ""},
       {"the most values", "[" + repeated("0,", mostOutsideValues - 2) + "0]", ""},

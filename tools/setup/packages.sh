@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs those of the distribution's packages that are missing for a purpose: packages.sh work|report|browser
+# Installs those of the distribution's packages that are missing for a purpose: packages.sh work|report|coverage|browser
 # With --complete behind it, it only answers whether none is missing.
 set -eu
 source "$(dirname "${BASH_SOURCE[0]}")/release.sh"
@@ -29,6 +29,7 @@ case $1 in
     packages=()
     command -v npm >/dev/null || packages=(nodejs npm)
     ;;
+  coverage) packages=(llvm) ;;
   browser) packages=(chromium firefox-esr fonts-noto-core) ;;  # the Chinese font is there already
 esac
 

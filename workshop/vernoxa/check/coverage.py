@@ -1,8 +1,8 @@
 """Reports which branches of src/ the tests took, by folder: coverage.py BUILD_DIRECTORY
 
-Branches into exception handling are left out: nearly every call has one, and no test can take them all.
-A branch counts once for each place in the source, whichever program took it. The rooms that read what comes from outside
-keep to a least share, and what they leave is listed with its reason (branches_left.txt).
+A branch is a condition of the source that came out true, or false: what the compiler adds for clean-up is none. It counts
+once for each place, whichever program took it. The rooms that read what comes from outside keep to a least share, and what
+they leave is listed with its reason (branches_left.txt).
 """
 
 from __future__ import annotations
@@ -10,75 +10,78 @@ from __future__ import annotations
 import collections
 import json
 import pathlib
-import re
 import subprocess
 import sys
-from typing import Any, Iterator
 
 from vernoxa.command import run
 from vernoxa.places import REPOSITORY as ROOT
 
 WATCHED = ("text", "tcl", "wire", "link", "dispatch", "designs", "views", "bom", "modules", "checks", "drawing")
-Counts = dict[str, dict[Any, int]]
+PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests", "vernoxa_trust_tests", "vernoxa_fuzz_replay", "vernoxa_docs")
 LEAST = 95.0  # per cent of the branches
+Branches = dict[tuple[int, ...], int]  # place and outcome -> times
 
 
-def records(build: pathlib.Path) -> Iterator[dict]:
-    """What gcov says of every object of ours whose program ran."""
-    objects = [path for path in build.rglob("*.gcda") if "googletest" not in path.parts]
-    for start in range(0, len(objects), 50):
-        said = subprocess.run(["gcov", "--json-format", "--branch-probabilities", "--stdout",
-                               *map(str, objects[start:start + 50])], check=True, capture_output=True, text=True,
-                              cwd=build).stdout
-        for line in said.splitlines():
-            if line.startswith("{"):
-                yield json.loads(line)
+def counted(build: pathlib.Path) -> dict:
+    """What the programs did, by file."""
+    profiles = [str(path) for path in (build / "profiles").glob("*.profraw")]
+    together = build / "profiles" / "together.profdata"
+    subprocess.run(["llvm-profdata", "merge", "-sparse", "-o", together, *profiles], check=True)
+    objects = [word for name in PROGRAMS for word in ("-object", str(build / name))]
+    said = subprocess.run(["llvm-cov", "export", f"-instr-profile={together}", "-skip-expansions", *objects[1:]],
+                          check=True, capture_output=True, text=True).stdout
+    return json.loads(said)["data"][0]
 
 
-def reasons() -> list[list[str]]:
+def branches_of(file: dict) -> Branches:
+    """A template has a branch for each of its types: any that takes it counts."""
+    branches: Branches = collections.Counter()
+    for *place, true, false, _, _, _ in file["branches"]:
+        for outcome, times in ((1, true), (0, false)):
+            branches[(*place, outcome)] += times
+    return branches
+
+
+def reasons() -> dict[str, str]:
     lines = (ROOT / "tools/check/branches_left.txt").read_text(encoding="utf-8").splitlines()
-    return [line.split("\t\t") for line in lines if not line.startswith("#")]
+    return dict(line.split("\t\t") for line in lines if not line.startswith("#"))
 
 
-def list_left(taken: Counts) -> bool:
-    """Prints what the watched rooms leave. False when a branch has no reason."""
-    known, complete = reasons(), True
+def list_left(taken: dict[str, Branches]) -> bool:
+    """Prints what the watched rooms leave. False when a branch has no reason, or a reason no branch."""
+    known, complete, used = reasons(), True, set()
     for name in sorted(taken):
         if name.split("/")[0] not in WATCHED:
             continue
         source = (ROOT / "src" / name).read_text(encoding="utf-8").splitlines()
-        left = collections.Counter(place[0] for place, times in taken[name].items() if not times)
-        for line, count in sorted(left.items()):
-            reason = next((why for pattern, why in known if re.search(pattern, source[line - 1])), None)
-            complete = complete and reason is not None
-            print(f"  {name}:{line}: {count} left: {reason or 'NO REASON IS GIVEN'}")
-    return complete
+        for (line, column, _, end, outcome), times in sorted(taken[name].items()):
+            if times:
+                continue
+            branch = f"{name}: never {'true' if outcome else 'false'}: {source[line - 1][column - 1:end - 1]}"
+            used.add(branch)
+            complete = complete and branch in known
+            print(f"  {branch} (line {line}): {known.get(branch, 'NO REASON IS GIVEN')}")
+    for branch in known.keys() - used:
+        print(f"  {branch}: taken, or gone, but a reason is given")
+    return complete and known.keys() <= used
 
 
 def main() -> int:
     build = pathlib.Path(sys.argv[1]).resolve()
-    taken: Counts = collections.defaultdict(collections.Counter)  # file -> (line, function, branch) -> times
-    lines: Counts = collections.defaultdict(collections.Counter)
-    for record in records(build):
-        for source in record["files"]:
-            path = (ROOT / source["file"]).resolve()  # the compiler was told to leave the folder's own path out
-            if not path.is_relative_to(ROOT / "src"):
-                continue
-            name = str(path.relative_to(ROOT / "src"))
-            for line in source["lines"]:
-                lines[name][line["line_number"]] += line["count"]
-                for number, branch in enumerate(line["branches"]):
-                    if not branch["throw"]:
-                        place = (line["line_number"], line.get("function_name"), number)
-                        taken[name][place] += branch["count"]
-
+    taken: dict[str, Branches] = {}
     rows: dict[str, list[int]] = collections.defaultdict(lambda: [0, 0, 0, 0])
-    for name in lines:
+    for file in counted(build)["files"]:
+        path = file["filename"].rpartition("/./")[2]  # the compiler was told to leave the folder's own path out
+        if not path.startswith("src/"):
+            continue
+        name = path.removeprefix("src/")
+        taken[name] = branches_of(file)
+        lines = file["summary"]["lines"]
         for row in (rows[name.split("/")[0]], rows["all"]):
             row[0] += sum(1 for times in taken[name].values() if times)
             row[1] += len(taken[name])
-            row[2] += sum(1 for times in lines[name].values() if times)
-            row[3] += len(lines[name])
+            row[2] += lines["covered"]
+            row[3] += lines["count"]
     if not rows:
         sys.exit("no program has left any counts")
     print(f"{'folder':<12}{'branches':>16}{'':>8}{'lines':>16}")
