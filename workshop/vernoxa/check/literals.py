@@ -21,8 +21,12 @@ _TOKEN = re.compile(
 )
 
 
-def _escapes(text: str) -> str:
-    return "".join(f"\\x{byte:02x}" for byte in text.encode("gb18030"))
+def _escaped(text: str, before: str, after: str) -> str:
+    """What is not ASCII in it as escapes, between what ends the literal and what begins it again."""
+    pieces = re.split(r"([^\0-\x7f]+)", text)
+    for at in range(1, len(pieces), 2):
+        pieces[at] = before + "".join(f"\\x{byte:02x}" for byte in pieces[at].encode("gb18030")) + after
+    return "".join(pieces)
 
 
 def _token(found: re.Match[str]) -> str:
@@ -30,10 +34,10 @@ def _token(found: re.Match[str]) -> str:
         return found[0]
     if found["raw"]:
         start, end = f'R"{found["mark"]}(', f'){found["mark"]}"'
-        return start + re.sub(r"[^\0-\x7f]+", lambda part: f'{end} "{_escapes(part[0])}" {start}', found["lines"]) + end
+        return start + _escaped(found["lines"], f'{end} "', f'" {start}') + end
     if found["text"] is None:
         return found[0]  # a remark or a character
-    return '"' + re.sub(r"[^\0-\x7f]+", lambda part: _escapes(part[0]) + '" "', found["text"]) + '"'
+    return '"' + _escaped(found["text"], "", '" "') + '"'
 
 
 def as_gcc_reads(source: str) -> str:
