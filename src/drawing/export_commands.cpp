@@ -10,29 +10,27 @@ namespace vernoxa {
 namespace {
 
 // Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it. The host is asked at
-// most once in an export.
+// most once in an export; meanwhile it may begin another.
 bool isOldHost(CommandCall& call, PageExport& pages) {
   if (!pages.oldHost) {
-    const bool oldHost = call.host.isOldHost();
-    pages.oldHost = oldHost;
+    pages.oldHost = call.host.isOldHost();
   }
   return *pages.oldHost;
 }
 
-template <class Add>
-void withShownRecord(CommandCall& call, const TextConverter& text, PageExport& pages, Use use, Add add) {
-  if (pages.addPlainRecord(use, Record(call.arguments.passingList(1)))) {
-    return;
+// Nearly all records are ASCII and may be read in passing. Whatever may show a message box needs a list of its own:
+// a conversion, and the end of a page.
+void addShown(CommandCall& call, const TextConverter& text, PageExport& pages,
+              void (PageExport::*add)(const Record& record)) {
+  if (const Record record(call.arguments.passingList(1)); record.isAscii() && record.kind() != "Page") {
+    return (pages.*add)(record);
   }
   const TclList list = call.arguments.list(1);
+  const bool convertLines =
+      list.text(0) == textKind && looksLikeUtf8Chinese(list.text(textLines)) && !isOldHost(call, pages);
   Record record(list);
-  bool convertLines = false;
-  if (record.kind() == textKind && looksLikeUtf8Chinese(record[textLines])) {
-    convertLines = !isOldHost(call, pages);
-    record.take(list);  // no view is kept while the host's script runs
-  }
   record.showInCodePage(text, convertLines);
-  add(record);
+  (pages.*add)(record);
 }
 
 }  // namespace
@@ -43,12 +41,12 @@ CommandResult initSVGList(CommandCall&, PageExport& pages) {
 }
 
 CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  withShownRecord(call, text, pages, Use::page, [&](const Record& record) { pages.addPageRecord(record); });
+  addShown(call, text, pages, &PageExport::addPageRecord);
   return {};
 }
 
 CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  withShownRecord(call, text, pages, Use::symbol, [&](const Record& record) { pages.addSymbolRecord(record); });
+  addShown(call, text, pages, &PageExport::addSymbolRecord);
   return {};
 }
 
@@ -65,10 +63,8 @@ CommandResult initGraphicFile(CommandCall&, GraphicLibrary& library) {
 
 CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
   Record record(call.arguments.passingList(1));
-  if (!library.addPlainRecord(record)) {
-    record.takeAsUtf8();
-    library.addRecord(record);
-  }
+  record.takeAsUtf8();
+  library.addRecord(record);
   return {};
 }
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "system/files.h"
+#include "system/buffered_file.h"
 #include "system/shared_path.h"
 #include "system/whole_file.h"
 #include "text/code_page.h"
@@ -14,21 +14,24 @@
 namespace vernoxa {
 namespace {
 
-// How many objects and arrays are open around an entry of "lib", and around an element of "children".
-constexpr std::size_t entryDepth = 2;
-
 // The member "padstacks" with the eight shapes of pins, as it stands in the file.
 std::string padStacks() {
-  Json stacks = Json::array();
-  for (const PinShape& shape : pinShapes()) {
-    stacks.append(padStack(shape));
+  // left, top, width, height, start angle, sweep
+  constexpr std::string_view dot = R"({"fill":false,"type":"Arc","xy":[0,0],"segs":[[0,-3,6,6,0,360]]},)";
+  constexpr std::string_view line = R"({"fill":false,"type":"line","xy":[0,0],"segs":[[)";
+  std::string text = R"({"padstacks":[)";
+  for (const PinShape& pin : pinShapes) {
+    text.append(&pin == pinShapes.begin() ? R"({"pads":[)" : R"(,{"pads":[)").append(pin.dot ? dot : "").append(line);
+    text.append(pin.padStart)
+        .append(",0,")
+        .append(pin.lineEnd)
+        .append(pin.clock ? ",0],[-3,0,0,3],[-3,0,0,-3]" : ",0]");
+    text.append(R"(]}],"name":")").append(pin.name()).append(R"("})");
   }
-  Json document = Json::object();
-  document.add("padstacks", std::move(stacks));
-  const std::string printed = withDosLineEnds(document.printFormatted());
+  text = withDosLineEnds(Json::parse(text + "]}").document.printFormatted());
   constexpr std::string_view before = "{";
   constexpr std::string_view behind = "\r\n}";
-  return printed.substr(before.size(), printed.size() - before.size() - behind.size());
+  return text.substr(before.size(), text.size() - before.size() - behind.size());
 }
 
 // A name in the code page may hold "\" as the second half of a character.
@@ -58,17 +61,11 @@ void GraphicLibrary::addRecord(const Record& record) {
     return;
   }
   if (record.kind() == "Name") {
-    document_->open = false;  // should memory run out, what follows must not be drawn into another symbol
-    document_->library.push_back({std::string(record[1]), {}});
-    document_->open = true;
-  } else if (Elements* const elements = document_->openElements()) {
-    elements->add(Use::symbol, record);
+    document_->named = true;
+    document_->library.open(record);
+  } else {
+    (document_->named ? document_->library : document_->children).add(record);
   }
-}
-
-bool GraphicLibrary::addPlainRecord(const Record& record) {
-  Elements* const elements = document_ ? document_->openElements() : nullptr;
-  return elements != nullptr && elements->addPlain(Use::symbol, record);
 }
 
 std::string GraphicLibrary::finish(std::string_view name) {
@@ -86,23 +83,15 @@ std::string GraphicLibrary::finish(std::string_view name) {
   return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, text_);
 }
 
-Elements* LibraryDocument::openElements() {
-  Elements& last = library.empty() ? children : library.back().elements;
-  return open ? &last : nullptr;
-}
-
 bool LibraryDocument::writeTo(OutputFile& output) const {
-  JsonFile file(output);
-  file.put("{\n\t\"children\":\t[", 0);
-  children.writeTo(file, entryDepth);
+  BufferedFile file(output);
+  file.put("{\r\n\t\"children\":\t[");
+  children.writeTo(file);
   file.put("],");
   file.put(padStacks());
-  file.put(",\n\t\"lib\":\t[", 0);
-  for (const Group& entry : library) {
-    file.put(&entry == &library.front() ? "" : elementSeparator);
-    entry.writeTo(file, entryDepth);
-  }
-  file.put("]\n}", 0);
+  file.put(",\r\n\t\"lib\":\t[");
+  library.writeTo(file);
+  file.put("]\r\n}");
   return file.finish();
 }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "drawing/page_text.h"
 #include "drawing/record.h"
@@ -19,12 +18,10 @@ class TextConverter;
 
 // What it holds until it becomes a file. Texts are UTF-8.
 struct LibraryDocument {
-  Elements children;
-  std::vector<Group> library;
-  bool open = true;  // the last entry, or "children" before the first
+  Elements children{Use::symbol, Elements::In::array, 2};
+  Elements library{Use::symbol, Elements::In::groups, 2};
+  bool named = false;  // the first entry was opened
 
-  // Where elements go; nullptr when nothing is open.
-  Elements* openElements();
   // False when the file takes no more.
   bool writeTo(OutputFile& file) const;
 };
@@ -41,9 +38,6 @@ class GraphicLibrary {
   // "Name" opens the next entry of "lib"; all others are drawn into it, or into "children" before the first. Without a
   // document nothing happens.
   void addRecord(const Record& record);
-
-  // Draws a record of plain values, see Elements. False for any other, which changes nothing.
-  bool addPlainRecord(const Record& record);
 
   // Writes the document, if one was started, below "\Cache\Library" and drops it. A library that is there already is
   // kept: it never changes under its readers; a file that is none, being empty or cut off, is replaced. Gives the

@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "drawing/page_text.h"
 #include "drawing/record.h"
@@ -30,18 +29,11 @@ struct PageNames {
 
 // One page with the symbols that it uses, until it becomes a file. Texts are UTF-8.
 struct PageDocument {
-  struct Page {
-    std::string height;
-    std::string width;
-    Group group;
-  };
+  std::string height;
+  std::string width;
+  Elements page{Use::page, Elements::In::groups, 2};  // not open without a page: then there is only what all have
+  Elements symbols{Use::symbol, Elements::In::groups, 4};
 
-  std::optional<Page> page;  // none: only what all documents have
-  std::vector<Group> symbols;
-  bool symbolOpen = false;  // the last one
-
-  // Where elements go; nullptr without a page, or without a symbol.
-  Elements* openElements(Use use);
   // False when the file takes no more.
   bool writeTo(OutputFile& file) const;
 };
@@ -57,15 +49,11 @@ class PageExport {
   void start();
 
   // "Schematic" names the schematic of the pages that begin from now on. "Page" writes the open page, if there is one,
-  // and opens the next. All others are drawn on the open page.
+  // and opens the next; as that may show a message box, its texts must stay. All others are drawn on the open page.
   void addPageRecord(const Record& record);
 
   // "Name" opens the next symbol of the open page. All others are drawn into the open symbol.
   void addSymbolRecord(const Record& record);
-
-  // Draws a record of plain values, see Elements, on the open page or into the open symbol. False for any other, which
-  // changes nothing.
-  bool addPlainRecord(Use use, const Record& record);
 
   // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
   void finish(const PageNames& names);
@@ -74,7 +62,6 @@ class PageExport {
   std::optional<bool> oldHost;
 
  private:
-  Elements* openElements(Use use) { return document_ ? document_->openElements(use) : nullptr; }
   // Names of its own: the open page's may change meanwhile.
   void write(const PageNames& names);
 

@@ -1,6 +1,5 @@
 #include "drawing/record.h"
 
-#include <optional>
 #include <utility>
 
 #include "text/code_page.h"
@@ -8,10 +7,6 @@
 
 namespace vernoxa {
 namespace {
-
-bool isAscii(std::string_view text) {
-  return text.empty() || !hasNonAscii(text);
-}
 
 std::string throughCodePage(const TextConverter& converter, std::string_view text) {
   return converter.ansiToUtf8(converter.utf8ToAnsi(text));
@@ -44,6 +39,14 @@ std::string_view Record::given(std::size_t index) const {
   return (*this)[index];
 }
 
+bool Record::isAscii() const {
+  bool all = true;
+  for (std::size_t index = 0; index < size; ++index) {
+    all &= vernoxa::isAscii((*this)[index]);
+  }
+  return all;
+}
+
 void Record::keep(std::size_t index, std::string text) {
   kept_.push_front({index, (*this)[index], std::move(text)});
   set(index, kept_.front().text);
@@ -52,18 +55,17 @@ void Record::keep(std::size_t index, std::string text) {
 void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
   for (std::size_t index = 0; index < size; ++index) {
     const std::string_view text = (*this)[index];
-    if (isAscii(text)) {
-      continue;
-    }
     const bool lines = index == textLines && kind() == textKind;
-    keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
+    if (!vernoxa::isAscii(text)) {
+      keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
+    }
   }
 }
 
 void Record::takeAsUtf8() {
   for (std::size_t index = 0; index < size; ++index) {
-    if (auto plain = isAscii((*this)[index]) ? std::nullopt : utf8OfTcl((*this)[index])) {
-      keep(index, std::move(*plain));
+    if (const std::string_view text = (*this)[index]; !vernoxa::isAscii(text)) {
+      keep(index, utf8OfTcl(text).value_or(std::string(text)));
     }
   }
 }

@@ -1,68 +1,38 @@
-// What records become: the one table of all kinds of records, in drawings and in shared modules; and the shapes of
-// pins.
+// What records become: the one table of all kinds of records, in drawings and in shared modules.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "drawing/record.h"
-#include "text/json.h"
 
 namespace vernoxa {
 
 // Where a row of the table is used. A kind has rows of its own for pages and for symbols where they differ, and for the
 // library parts and schematic objects of a shared module.
-enum class Use : unsigned { page = 1, symbol = 2, pin = 4, modulePart = 8, moduleObject = 16 };
+enum class Use { nowhere, page, symbol, pin, modulePart, moduleObject };
 
-// Where a value of the record stands.
-struct Place {
-  std::uint8_t element = 0;
-  std::uint8_t colour = 0;                               // of a fill: the element that says its colour
-  std::string_view (*look)(std::string_view) = nullptr;  // through one of the style tables; none: the text itself
-
-  bool isText() const { return look == nullptr && colour == 0; }
-  // A view of the record or of a table.
-  std::string_view valueOf(const Record& record) const {
-    return isText() ? record[element] : colour != 0 ? fillOf(record) : look(record[element]);
-  }
-
- private:
-  std::string_view fillOf(const Record& record) const;
-};
-
-// An attribute of an element, or a member of a module's item. One without a name is the text that the element shows.
-struct ShapeMember {
-  struct Piece {
-    std::string_view text;
-    std::optional<Place> place;  // behind the text
+// A table of codes, which are compared as whole texts.
+struct Look {
+  struct Row {
+    std::string_view code;
+    std::string_view result;
   };
 
-  std::string_view name;
-  std::vector<Piece> pieces;
+  std::string_view name;  // in the rows of shapes.cpp
+  std::span<const Row> rows;
+  std::string_view (*otherwise)(std::string_view code);  // what a code looks like that is in no row
 
-  std::string valueOf(const Record& record) const;
+  // A view of a table or of the code, and valid as long as that.
+  std::string_view of(std::string_view code) const;
 };
 
-struct Shape {
-  std::uint8_t number;  // the row
-  unsigned uses;
-  std::string_view kind;  // element 0 of the record
-  std::string_view name;  // what it is called where it is written: an SVG tag, or the name of a module's item
-  std::vector<ShapeMember> members;
-  std::vector<Place> places;  // of all members, in their order
-};
-
-constexpr std::size_t mostPlaces = 8;  // no shape has more
-
-// All rows.
-const std::vector<Shape>& shapes();
-// The row of a kind; nullptr for one that is not used there.
-const Shape* shapeOf(Use use, std::string_view kind);
+// Throws std::out_of_range when there is none.
+const Look& lookNamed(std::string_view name);
 
 // One of the eight shapes of a pin. Its connection point is at 0,0 and the pin runs along x.
 struct PinShape {
@@ -77,12 +47,51 @@ struct PinShape {
 };
 
 // In the order in which documents define them.
-const std::array<PinShape, 8>& pinShapes();
+extern const std::array<PinShape, 8> pinShapes;
 
-// The shape as an entry of a graphic library's "padstacks".
-Json padStack(const PinShape& shape);
+// Where a value of the record stands, and how it is written.
+struct Place {
+  std::size_t element = 0;
+  const Look* look = nullptr;  // none: the text itself
+  std::size_t fillStyle = 0;   // of a shape's colour where it may be filled: the element that says so
 
-// The reference of the shape that the host's keywords describe; empty for a pin of no length, which is not drawn.
-std::string_view pinReference(std::string_view keywords);
+  // A view of the record or of a table.
+  std::string_view valueOf(const Record& record) const {
+    if (fillStyle != 0 && record[fillStyle] != "0") {
+      return "none";  // hatched shapes too
+    }
+    return look == nullptr ? record[element] : look->of(record[element]);
+  }
+};
+
+// An attribute of an element, or a member of a module's item. One without a name is the text that the element shows.
+struct ShapeMember {
+  struct Piece {
+    std::string_view before;
+    Place place;
+  };
+
+  std::string_view name;
+  std::vector<Piece> pieces;
+  std::string_view end;
+
+  std::string valueOf(const Record& record) const;
+};
+
+struct Shape {
+  std::string_view kind;  // element 0 of the record
+  std::array<Use, 2> uses;
+  std::string_view name;  // what it is called where it is written: an SVG tag, or the name of a module's item
+  std::vector<ShapeMember> members;
+
+  bool isFor(Use use) const { return uses[0] == use || uses[1] == use; }
+  // A group of elements with an identity: those that are told until the next.
+  bool isGroup() const { return name == "g"; }
+};
+
+// All rows.
+const std::vector<Shape>& shapes();
+// The row of a kind; nullptr for one that is not used there.
+const Shape* shapeOf(Use use, std::string_view kind);
 
 }  // namespace vernoxa

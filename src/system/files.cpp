@@ -16,6 +16,20 @@ bool Files::isLink(const FilePath& path, std::uint32_t attributes) {
   return tag == 0 || (tag & nameSurrogate) != 0;  // of what nobody knows the worst is taken
 }
 
+void Files::removeTree(const FilePath& folder, std::uint32_t attributes) {
+  if (!isLink(folder, attributes)) {
+    for (const FolderEntry& entry : entries(folder)) {
+      const FilePath path = folder / entry.name;
+      if ((entry.attributes & directoryAttribute) != 0) {
+        removeTree(path, entry.attributes);
+      } else {
+        removeFile(path);
+      }
+    }
+  }
+  removeFolder(folder);
+}
+
 std::string withDosLineEnds(std::string_view text) {
   std::string lines;
   lines.reserve(text.size() + 1);  // a log writes one line at a time

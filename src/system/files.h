@@ -82,6 +82,8 @@ class Files {
   // Whether a folder is a symbolic link, a junction or the like: what stands in it belongs to another place. A folder
   // that a cloud service marks is none. `attributes` are those of the path.
   bool isLink(const FilePath& path, std::uint32_t attributes);
+  // Removes a folder and all that it holds; what a link in it leads to stays.
+  void removeTree(const FilePath& folder, std::uint32_t attributes);
 };
 
 // Windows' text mode: "\n" becomes "\r\n".

@@ -26,7 +26,7 @@ std::string stamp(const LocalTime& time) {
 // neither character is ever the second byte of another.
 std::string inCodePage(const CodePage& codePage, std::string_view line) {
   constexpr std::string_view separators = "\";";
-  if (line.empty() || !hasNonAscii(line)) {
+  if (isAscii(line)) {
     return std::string(line);
   }
   std::string converted;

@@ -12,10 +12,6 @@ std::string_view upToNul(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 
-bool isAscii(std::string_view text) {
-  return text.empty() || !hasNonAscii(text);
-}
-
 }  // namespace
 
 std::string TextConverter::ansiToUtf8(std::string_view ansi) const {

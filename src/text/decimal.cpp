@@ -120,4 +120,23 @@ std::string Decimal::text() const {
   return (signLost ? "-" : "") + whole + (fraction == "." ? "" : fraction);
 }
 
+std::pair<std::string_view, std::string_view> firstNumber(std::string_view text) {
+  constexpr std::string_view digits = "0123456789";
+  const auto isSign = [](char c) { return c == '-' || c == '+'; };
+  const std::size_t digit = text.find_first_of(digits);
+  if (digit == std::string_view::npos) {
+    return {};
+  }
+  const std::size_t point = text.substr(0, digit).find_last_not_of('.') + 1;
+  text.remove_prefix(point > 0 && isSign(text[point - 1]) ? point - 1 : point);
+  std::size_t end = std::min(text.find_first_not_of("0123456789.", 1), text.size());
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    const std::size_t exponent = end + (end + 1 < text.size() && isSign(text[end + 1]) ? 2 : 1);
+    if (exponent < text.size() && digits.find(text[exponent]) != std::string_view::npos) {
+      end = std::min(text.find_first_not_of(digits, exponent), text.size());
+    }
+  }
+  return {text.substr(0, end), text.substr(end)};
+}
+
 }  // namespace vernoxa

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vernoxa {
 
@@ -31,5 +32,8 @@ class Decimal {
 
   std::int64_t units_;
 };
+
+// The first number of a text, an exponent included, and what follows it. A sign and a point alone are none.
+std::pair<std::string_view, std::string_view> firstNumber(std::string_view text);
 
 }  // namespace vernoxa

@@ -25,7 +25,7 @@ std::string MessagePaths::of(const FilePath& path) const {
 }
 
 std::string MessagePaths::ofDesign(std::string_view hostPath) {
-  if (!hasNonAscii(hostPath)) {
+  if (isAscii(hostPath)) {
     return std::string(hostPath);  // as most are, in every encoding
   }
   const auto plain = utf8OfTcl(hostPath);

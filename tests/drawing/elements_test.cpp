@@ -70,7 +70,9 @@ TEST(Elements, OfPages) {
           {{"TitleBlock", "1", "2"}, "use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#\n"},
           {{"Junction", "1", "2", "3", "24", "0"},
            "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:#800000\n"},
-          {{"Junction", "1", "2", "3", "24", "1"}, "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:none\n"},
+          {{"Junction", "1", "2", "3", "24", "00"},
+           "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:none\n"},
+          {{"Page", "1"}, ""},
           {{"Alias", "1"}, ""},
           {{"BusEntry", "1"}, ""},
           {{"BezierPart", "1"}, ""},
@@ -94,34 +96,22 @@ TEST(Elements, OfSymbols) {
                            });
 }
 
-// All others take the way through the code page, which may change what a table makes of a code.
-TEST(Elements, OnlyPlainRecordsAreDrawnAtOnce) {
-  const struct {
-    std::vector<std::string_view> record;
-    bool atOnce;
-  } cases[] = {
-      {{"Junction", "1", "2", "3", "24", "0"}, true},
-      {{"Junction"}, true},
-      {{"Junction", "1", "2", "3", "24", "0\xC0\x80"}, false},
-      {{"Junction", "1", "2", "3", "24", "\xEF\xBC\x90"}, false},
-      {{"Junction", "1", "2", "3", "24\x7F", "0"}, true},
-      {{"Junction", "1234567\"", "2"}, false},
-      {{"Junction", "12345678", "\\"}, false},
-      {{"Junction", " !", "#[]", "~"}, true},
-      {{"Junction", "1", "2", "\x1F"}, false},
-      {{"Text", "1", "2", "", "0", "", "-9", "0"}, false},
-      {{"Text", "1", "2", "A\r\nB", "0", "", "-9", "0"}, false},
-      {{"Text", "1", "2", "R10 10k 1% 0123456789 abcdef", "0", "\x80", "-9", "0"}, true},
-      {{"Polyline", "0123456789012345678901234567890123456789012345678901234567890123"}, true},
-      {{"Polyline", "01234567890123456789012345678901234567890123456789012345678901234"}, false},
-      {{"Page", "1"}, false},
-      {{"Pin", "1"}, false},
-      {{}, false},
-  };
-  for (const auto& each : cases) {
-    Elements elements;
-    EXPECT_EQ(elements.addPlain(Use::page, WordRecord(each.record)), each.atOnce) << &each - cases;
-    EXPECT_EQ(drawn(elements).empty(), !each.atOnce) << &each - cases;
+// Pieces of values end at 63 bytes, and short texts are copied by their length.
+TEST(Elements, ValuesOfEveryLengthAndContent) {
+  std::string digits;
+  while (digits.size() < 1000) {
+    digits += std::to_string(digits.size());
+  }
+  const std::string special = "\x01\x1F\b\f\n\r\t\"\\/\x7F\xC3\xA4";
+  for (std::size_t size = 0; size < 200; ++size) {
+    for (const std::string& inserted : {std::string(), special}) {
+      const std::string path = digits.substr(0, size / 2) + inserted + digits.substr(0, size - size / 2);
+      const std::string id = digits.substr(0, size % 20) + inserted;
+      EXPECT_EQ(drawn(Use::page, WordRecord{"Arc", path, "0", "0", "0"}),
+                "path style=stroke:#0000FF;stroke-width:1;fill:none;stroke-dasharray:0,0|d=" + path + "\n");
+      EXPECT_EQ(drawn(Use::page, WordRecord{"Part", "1", id, "0", "0", id, path}),
+                "use id=" + path + "|transform=translate(1 " + id + ") rotate(0) scale(1,1)|xlink:href=#" + id + "\n");
+    }
   }
 }
 

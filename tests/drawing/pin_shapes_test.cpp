@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "drawing/drawn.h"
+#include "drawing/graphic_library.h"
+#include "drawing/page_export.h"
 
 namespace vernoxa {
 namespace {
@@ -28,11 +30,13 @@ constexpr Shape shapes[] = {
 };
 
 TEST(PinShapes, Drawings) {
-  ASSERT_EQ(pinShapes().size(), std::size(shapes));
-  for (std::size_t index = 0; index < std::size(shapes); ++index) {
-    const Shape& shape = shapes[index];
-    EXPECT_EQ(pinShapes()[index].name(), shape.name);
-    std::string expected;
+  PageDocument document;
+  document.page.open({"Page", "P"});
+  document.symbols.open({"Name", "RES"});
+  const Json page = written([&document](OutputFile& file) { return document.writeTo(file); });
+  std::string expected;
+  for (const Shape& shape : shapes) {
+    expected += std::string("g id=") + shape.name + '\n';
     if (shape.dot) {
       expected += std::string("circle cx=3|cy=0|r=3") + style;
     }
@@ -40,40 +44,21 @@ TEST(PinShapes, Drawings) {
     if (shape.clock) {
       expected += std::string("line x1=-3|y1=0|x2=0|y2=3") + style + "line x1=-3|y1=0|x2=0|y2=-3" + style;
     }
-    Elements elements;
-    drawPinShape(pinShapes()[index], elements);
-    EXPECT_EQ(drawn(elements), expected) << shape.name;
   }
+  EXPECT_EQ(drawn((*page.member("children").begin()).member("children")), expected + "g id=RES\n");
 }
 
 TEST(PinShapes, PadStacks) {
-  for (std::size_t index = 0; index < std::size(shapes); ++index) {
-    const Shape& shape = shapes[index];
+  const LibraryDocument document;
+  const Json library = written([&document](OutputFile& file) { return document.writeTo(file); });
+  std::string expected;
+  for (const Shape& shape : shapes) {
     const std::string arc = R"({"fill":false,"type":"Arc","xy":[0,0],"segs":[[0,-3,6,6,0,360]]},)";
     const std::string line = std::string(R"({"fill":false,"type":"line","xy":[0,0],"segs":[)") + shape.padLine;
-    EXPECT_EQ(padStack(pinShapes()[index]).printUnformatted(), R"({"pads":[)" + (shape.dot ? arc : "") + line +
-                                                                   (shape.clock ? ",[-3,0,0,3],[-3,0,0,-3]" : "") +
-                                                                   R"(]}],"name":")" + shape.name + "\"}");
+    expected += std::string(expected.empty() ? "[" : ",") + R"({"pads":[)" + (shape.dot ? arc : "") + line +
+                (shape.clock ? ",[-3,0,0,3],[-3,0,0,-3]" : "") + R"(]}],"name":")" + shape.name + "\"}";
   }
-}
-
-TEST(PinShapes, References) {
-  const struct {
-    std::string_view keywords;
-    std::string_view reference;
-  } cases[] = {{"SHORT", "#PackagePinShort"},
-               {"CLOCK", "#PackagePinLongClock"},
-               {"LONG DOT", "#PackagePinLongDot"},
-               {"SHORT CLOCK DOT", "#PackagePinShortClockDot"},
-               {"DOTSHORT", "#PackagePinShortDot"},
-               {"CLOCK SHORT", "#PackagePinShortClock"},
-               {"DOT-CLOCK", "#PackagePinLongClockDot"},
-               {"", "#PackagePinLong"},
-               {"short", "#PackagePinLong"},
-               {"LONG ZERO DOT", ""}};
-  for (const auto& each : cases) {
-    EXPECT_EQ(pinReference(each.keywords), each.reference) << each.keywords;
-  }
+  EXPECT_EQ(Json::copyOf(library.member("padstacks")).printUnformatted(), expected + "]");
 }
 
 }  // namespace

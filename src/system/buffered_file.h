@@ -1,0 +1,49 @@
+// Writes a file in large pieces.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include "system/files.h"
+
+namespace vernoxa {
+
+// Nothing more is written after the first failure. What comes last is written by finish().
+class BufferedFile {
+ public:
+  explicit BufferedFile(OutputFile& file) : file_(file), buffer_(std::make_unique_for_overwrite<char[]>(size)) {}
+
+  void put(std::string_view text) {
+    while (!text.empty()) {
+      char* const to = room(1);
+      const std::size_t count = text.copy(to, size - used_);
+      text.remove_prefix(count);
+      filled(to + count);
+    }
+  }
+  // Where the next bytes are put, at most so many and no more than 32 KB; then up to where they stand.
+  char* room(std::size_t most) {
+    if (most > size - used_) {
+      finish();
+    }
+    return buffer_.get() + used_;
+  }
+  void filled(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
+  // False when not all was written.
+  bool finish() {
+    failed_ = failed_ || !file_.write({buffer_.get(), used_});
+    used_ = 0;
+    return !failed_;
+  }
+
+ private:
+  static constexpr std::size_t size = std::size_t{64} * 1024;
+
+  OutputFile& file_;
+  bool failed_ = false;
+  std::size_t used_ = 0;
+  std::unique_ptr<char[]> buffer_;
+};
+
+}  // namespace vernoxa
