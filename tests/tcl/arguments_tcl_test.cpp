@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <tcl.h>
 
+#include <array>
+#include <tuple>
+
 #include "support/tcl_interp_tcl.h"
 #include "tcl/tcl_script_host.h"
 
@@ -30,10 +33,34 @@ TEST(TclArguments, NothingIsReadPastWhatCame) {
   EXPECT_EQ(list.list(-1).list(7).size(), 0);
 }
 
+// The first texts at once, of a list that is kept and of one that is read in passing.
+TEST(TclArguments, TextsAtOnce) {
+  const TclWords words({"cmd", "a {b c} {} x\xC0\x80y", "{} {} {} {} d", ""});
+  const auto texts = [](const auto& list, std::size_t most) {
+    std::array<const char*, 4> starts{};
+    std::array<std::size_t, 4> sizes{};
+    std::string joined;
+    for (std::size_t index = 0, count = list.texts(starts.data(), sizes.data(), most); index < count; ++index) {
+      joined.append("|").append(starts[index], sizes[index]);
+    }
+    return joined;
+  };
+  for (const auto& [position, most, expected] : {std::tuple{1, 4U, "|a|b c||x\xC0\x80y"},
+                                                 {1, 2U, "|a|b c"},
+                                                 {1, 0U, ""},
+                                                 {2, 4U, "||||"},
+                                                 {3, 4U, ""},
+                                                 {7, 4U, ""}}) {
+    EXPECT_EQ(texts(words.arguments().list(position), most), expected) << position;
+    EXPECT_EQ(texts(words.arguments().passingList(position), most), expected) << position;
+  }
+}
+
 TEST(TclArguments, MalformedListIsEmpty) {
   for (const char* const text : {"a {b", "{a}b", "a \"b"}) {
     const TclWords words({"cmd", text});
     EXPECT_EQ(words.arguments().list(1).size(), 0) << text;
+    EXPECT_EQ(words.arguments().passingList(1).texts(nullptr, nullptr, 4), 0U) << text;
     EXPECT_EQ(words.arguments().text(1), text);
   }
 }
