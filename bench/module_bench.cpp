@@ -26,12 +26,8 @@ using namespace vernoxa;
 constexpr int runs = 5;
 constexpr const char* moduleFile = "C:\\Mods\\ModuleLib.json";
 
-void add(ModuleDocument& document, const std::vector<std::string>& words) {
-  Record record;
-  for (std::size_t index = 0; index < words.size(); ++index) {
-    record.set(index, words[index]);
-  }
-  document.addLibraryRecord(record);
+void add(ModuleDocument& document, std::initializer_list<std::string_view> words) {
+  document.addLibraryRecord(Record(words));
 }
 
 // Each part has a body and two pins, as a resistor has.

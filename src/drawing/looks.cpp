@@ -27,8 +27,6 @@ constexpr std::array<PinShape, 8> pinShapes = {{
 
 namespace {
 
-using Row = Look::Row;
-
 // The editor's palette. That some colours stand in it twice is the editor's doing.
 constexpr std::array<std::string_view, 48> palette = {
     "#0000FF", "#FFFF80", "#80FF80", "#00FF80", "#80FFFF", "#0080FF", "#FF80C0", "#FF80FF", "#FF0000", "#FFFF00",
@@ -37,23 +35,23 @@ constexpr std::array<std::string_view, 48> palette = {
     "#800080", "#8000FF", "#400000", "#804000", "#004000", "#004040", "#000080", "#000040", "#400040", "#400080",
     "#000000", "#808000", "#808040", "#808080", "#408080", "#C0C0C0", "#400040", "#FFFFFF"};
 
-constexpr Row dashPatterns[] = {{"0", "0,0"},      {"1", "10,5"},         {"2", "5,5"},
-                                {"3", "10,5,3,5"}, {"4", "10,3,3,3,3,3"}, {"5", "0,0"}};
+constexpr Look::Row dashPatterns[] = {{"0", "0,0"},      {"1", "10,5"},         {"2", "5,5"},
+                                      {"3", "10,5,3,5"}, {"4", "10,3,3,3,3,3"}, {"5", "0,0"}};
 
 // The width after the widest is the editor's default, which is thin: neither table rises to its end.
-constexpr Row strokeWidths[] = {{"0", "1"}, {"1", "4"}, {"2", "7"}, {"3", "3"}};
-constexpr Row pageStrokeWidths[] = {{"0", "1"}, {"1", "2"}, {"2", "3"}, {"3", "1"}, {"BusWire", "5"}};
-constexpr Row ownWidths[] = {{"0", "1"}};
+constexpr Look::Row strokeWidths[] = {{"0", "1"}, {"1", "4"}, {"2", "7"}, {"3", "3"}};
+constexpr Look::Row pageStrokeWidths[] = {{"0", "1"}, {"1", "2"}, {"2", "3"}, {"3", "1"}, {"BusWire", "5"}};
+constexpr Look::Row ownWidths[] = {{"0", "1"}};
 
-constexpr Row mirrorScales[] = {{"1", "-1,1"}, {"2", "1,-1"}};
+constexpr Look::Row mirrorScales[] = {{"1", "-1,1"}, {"2", "1,-1"}};
 
 // Always written as turns to the left, -270 and not 90: readers of the drawings compare these texts.
-constexpr Row rotationAngles[] = {{"1", "-90"}, {"2", "180"}, {"3", "-270"}, {"TOP", "-90"}, {"BOTTOM", "-90"}};
-constexpr Row pinSideAngles[] = {{"LEFT", "180"}, {"RIGHT", "0"}, {"TOP", "-90"}, {"BOTTOM", "-270"}};
+constexpr Look::Row rotationAngles[] = {{"1", "-90"}, {"2", "180"}, {"3", "-270"}, {"TOP", "-90"}, {"BOTTOM", "-90"}};
+constexpr Look::Row pinSideAngles[] = {{"LEFT", "180"}, {"RIGHT", "0"}, {"TOP", "-90"}, {"BOTTOM", "-270"}};
 
 // Only the heights whose size is not the height without its sign.
-constexpr Row fontSizes[] = {{"-7", "5"},  {"-8", "6"},   {"-9", "7"},  {"-10", "8"},
-                             {"-12", "9"}, {"-14", "13"}, {"-21", "22"}};
+constexpr Look::Row fontSizes[] = {{"-7", "5"},  {"-8", "6"},   {"-9", "7"},  {"-10", "8"},
+                                   {"-12", "9"}, {"-14", "13"}, {"-21", "22"}};
 
 // As C's atoi reads it, but what is too large for an int saturates, and a negative number is 0.
 std::size_t leadingNumber(std::string_view text) {
