@@ -106,7 +106,7 @@ Elements elements(Use::page, Elements::In::array, 4);
 template <Stage stage>
 int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   Record record(Arguments(count, objects).passingList(1));
-  if (stage >= andConverted && !record.isAscii()) {
+  if (stage >= andConverted && !record.checkPlain()) {
     record.showInCodePage(stageText, true);
   }
   if (stage >= andAppended) {

@@ -18,19 +18,19 @@ bool isOldHost(CommandCall& call, PageExport& pages) {
   return *pages.oldHost;
 }
 
-// Nearly all records are ASCII and may be read in passing. Whatever may show a message box needs a list of its own:
-// a conversion, and the end of a page.
-void addShown(CommandCall& call, const TextConverter& text, PageExport& pages,
-              void (PageExport::*add)(const Record& record)) {
-  if (const Record record(call.arguments.passingList(1)); record.isAscii() && record.kind() != "Page") {
-    return (pages.*add)(record);
+// Nearly all records are plain and may be read in passing. Whatever may show a message box needs a list of its own: a
+// conversion, and the end of a page.
+CommandResult addShown(CommandCall& call, const TextConverter& text, PageExport& pages, Use use) {
+  if (Record record(call.arguments.passingList(1)); record.checkPlain() && pages.draw(use, record)) {
+    return {};
   }
   const TclList list = call.arguments.list(1);
   const bool convertLines =
       list.text(0) == textKind && looksLikeUtf8Chinese(list.text(textLines)) && !isOldHost(call, pages);
   Record record(list);
   record.showInCodePage(text, convertLines);
-  (pages.*add)(record);
+  pages.addRecord(use, record);
+  return {};
 }
 
 }  // namespace
@@ -41,13 +41,11 @@ CommandResult initSVGList(CommandCall&, PageExport& pages) {
 }
 
 CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  addShown(call, text, pages, &PageExport::addPageRecord);
-  return {};
+  return addShown(call, text, pages, Use::page);
 }
 
 CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  addShown(call, text, pages, &PageExport::addSymbolRecord);
-  return {};
+  return addShown(call, text, pages, Use::symbol);
 }
 
 CommandResult outputSVGFile(CommandCall& call, PageExport& pages) {

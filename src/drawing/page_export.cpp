@@ -52,14 +52,23 @@ void PageExport::start() {
   oldHost.reset();
 }
 
-void PageExport::addPageRecord(const Record& record) {
-  if (document_ && document_->page.add(record)) {
+bool PageExport::draw(Use use, const Record& record) {
+  return document_ && (use == Use::page ? document_->page : document_->symbols).add(record);
+}
+
+void PageExport::addRecord(Use use, const Record& record) {
+  if (draw(use, record)) {
     return;
   }
-  if (record.kind() == "Schematic") {
+  const bool isOpen = document_ && document_->page.isOpen();
+  if (use == Use::symbol) {
+    if (isOpen && record.kind() == "Name") {
+      document_->symbols.open(record);
+    }
+  } else if (record.kind() == "Schematic") {
     schematicName_ = record.given(1);
   } else if (record.kind() == "Page") {
-    if (document_ && document_->page.isOpen()) {
+    if (isOpen) {
       write(PageNames(openPage_));
     }
     document_.reset();  // written; should memory run out now, what follows must not be drawn on it
@@ -70,17 +79,6 @@ void PageExport::addPageRecord(const Record& record) {
     next.page.open(record);
     document_ = std::move(next);
     openPage_ = std::move(names);
-  }
-}
-
-void PageExport::addSymbolRecord(const Record& record) {
-  if (!document_ || !document_->page.isOpen()) {
-    return;
-  }
-  if (record.kind() == "Name") {
-    document_->symbols.open(record);
-  } else {
-    document_->symbols.add(record);
   }
 }
 

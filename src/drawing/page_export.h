@@ -48,12 +48,12 @@ class PageExport {
   // folder leads to is left alone. The schematic's name stays.
   void start();
 
-  // "Schematic" names the schematic of the pages that begin from now on. "Page" writes the open page, if there is one,
-  // and opens the next; as that may show a message box, its texts must stay. All others are drawn on the open page.
-  void addPageRecord(const Record& record);
-
-  // "Name" opens the next symbol of the open page. All others are drawn into the open symbol.
-  void addSymbolRecord(const Record& record);
+  // Draws a record on the open page or into the open symbol. False for any other, which changes nothing.
+  bool draw(Use use, const Record& record);
+  // The same, and "Schematic" names the schematic of the pages that begin from now on, "Page" writes the open page, if
+  // there is one, and opens the next, and "Name" opens the next symbol of the open page. A page's end may show a
+  // message box: the texts must outlive that.
+  void addRecord(Use use, const Record& record);
 
   // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
   void finish(const PageNames& names);

@@ -20,6 +20,7 @@ struct ElementText {
 
   std::string_view kind;
   bool opensGroup;
+  bool hasLines;     // an element for each
   std::string text;  // what stands before each value and behind the last, and bytes to spare
   std::size_t start;
   std::vector<std::size_t> ends;  // of what stands before each value
@@ -50,7 +51,6 @@ constexpr std::size_t blockSize = std::size_t{16} * 1024;
 // A value is kept in pieces of at most so many bytes, each behind a byte for its length. There a bit says whether there
 // is another piece, and in the byte of the element's number whether a value must be escaped.
 constexpr std::size_t pieceSize = 63;
-constexpr unsigned ours = 0x80;  // no byte that must be escaped
 constexpr unsigned special = 0x40;
 
 const Layout& layoutOf(Use use, Elements::In in, std::size_t depth) {
@@ -68,7 +68,8 @@ void moveLine(Record& line, std::int64_t number) {
 
 }  // namespace
 
-ElementText::ElementText(const Shape& shape, std::size_t depth) : kind(shape.kind), opensGroup(shape.isGroup()) {
+ElementText::ElementText(const Shape& shape, std::size_t depth)
+    : kind(shape.kind), opensGroup(shape.isGroup()), hasLines(shape.kind == textKind) {
   const std::string line = "\r\n" + std::string(depth, '\t');
   text.append(opensGroup ? "]" + line + "}" : "").append(elementSeparator);
   start = text.size();
@@ -135,7 +136,7 @@ void Elements::append(const ElementText& text, const Record& record) {
   const std::size_t blocks = blocks_.size();
   const std::size_t used = blocks == 0 ? 0 : blocks_.back().used;
   try {
-    if (record.kind() == textKind) {
+    if (text.hasLines) {
       appendLines(text, record);
     } else {
       appendOne(text, record);
@@ -169,28 +170,24 @@ void Elements::appendLines(const ElementText& text, const Record& record) {
 }
 
 void Elements::appendOne(const ElementText& text, const Record& record) {
-  char* const number = room(text.mostKept);
-  char* to = number + 1;
-  bool mustEscape = false;
+  char* to = room(text.mostKept);
+  const auto number = static_cast<std::size_t>(&text - layout_->elements.data());
+  *to++ = static_cast<char>(number + (record.isPlain() ? 0 : special));
   for (const Place& place : text.values) {
     std::string_view value = place.valueOf(record);
     for (;;) {
       const std::string_view piece = value.substr(0, pieceSize);
       value.remove_prefix(piece.size());
-      *to = static_cast<char>(ours + (value.empty() ? 0 : special) + piece.size());
+      *to = static_cast<char>(piece.size() + (value.empty() ? 0 : special));
       to = copyShort(to + 1, piece);
       if (value.empty()) {
         break;
       }
-      mustEscape = true;  // not worth a look
       filled(to);
       to = room(text.mostKept);
     }
   }
   filled(to);
-  mustEscape = mustEscape || !standsInJson({number + 1, to});
-  *number =
-      static_cast<char>(ours + (mustEscape ? special : 0) + static_cast<std::size_t>(&text - layout_->elements.data()));
 }
 
 // Where the next bytes are kept, at most so many.

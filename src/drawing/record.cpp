@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "text/code_page.h"
+#include "text/json_escape.h"
 #include "text/text.h"
 
 namespace vernoxa {
@@ -39,12 +40,12 @@ std::string_view Record::given(std::size_t index) const {
   return (*this)[index];
 }
 
-bool Record::isAscii() const {
-  bool all = true;
+bool Record::checkPlain() {
+  plain_ = true;
   for (std::size_t index = 0; index < size; ++index) {
-    all &= vernoxa::isAscii((*this)[index]);
+    plain_ &= isPlainInJson((*this)[index]);
   }
-  return all;
+  return plain_;
 }
 
 void Record::keep(std::size_t index, std::string text) {
@@ -56,15 +57,15 @@ void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
   for (std::size_t index = 0; index < size; ++index) {
     const std::string_view text = (*this)[index];
     const bool lines = index == textLines && kind() == textKind;
-    if (!vernoxa::isAscii(text)) {
+    if (!isAscii(text)) {
       keep(index, lines ? linesToShow(converter, text, convertLines) : throughCodePage(converter, text));
     }
   }
 }
 
 void Record::takeAsUtf8() {
-  for (std::size_t index = 0; index < size; ++index) {
-    if (const std::string_view text = (*this)[index]; !vernoxa::isAscii(text)) {
+  for (std::size_t index = checkPlain() ? size : 0; index < size; ++index) {
+    if (const std::string_view text = (*this)[index]; !isAscii(text)) {
       keep(index, utf8OfTcl(text).value_or(std::string(text)));
     }
   }

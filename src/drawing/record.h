@@ -30,7 +30,7 @@ class Record {
     }
   }
   // One line of a "Text", which must outlive it, in the place of all.
-  Record(const Record& text, std::string_view line) : starts_(text.starts_), sizes_(text.sizes_) {
+  Record(const Record& text, std::string_view line) : starts_(text.starts_), sizes_(text.sizes_), plain_(text.plain_) {
     set(textLines, line);
   }
   Record(const Record&) = delete;
@@ -40,7 +40,10 @@ class Record {
   std::string_view operator[](std::size_t index) const { return {starts_[index], sizes_[index]}; }
   // The text as it came, whatever was made of it since: what a file is named after.
   std::string_view given(std::size_t index) const;
-  bool isAscii() const;
+  // Looks whether all texts are ASCII and stand in JSON as they are, as nearly all do.
+  bool checkPlain();
+  // What was found. No, if nobody looked.
+  bool isPlain() const { return plain_; }
 
   // Puts a text of its own in the place of the one that came.
   void keep(std::size_t index, std::string text);
@@ -73,6 +76,7 @@ class Record {
   std::array<const char*, size> starts_;  // not views, which would be cleared before they are set
   std::array<std::size_t, size> sizes_;
   std::forward_list<Kept> kept_;
+  bool plain_ = false;
 };
 
 }  // namespace vernoxa

@@ -39,9 +39,6 @@ constexpr std::array rows = {
     Row{"Line", symbol, "line",
         "style=stroke:{5 colour};stroke-width:{7 own-width};stroke-linecap:round|x1={1}|y1={2}|x2={3}|y2={4}"},
     Row{"Line", modules, "line", "Start={1} {2}|EndPos={3} {4}|Color={5}|Style={6}|Width={7}"},
-    // 1 name
-    Row{"Name", symbolOrPin, "g", "id={1}"},
-    Row{"Page", page, "g", "id={1}"},
     // 1 x, 2 y, 3 rotation, 4 mirror, 5 symbol, of a part 6 id
     Row{"Part", page, "use", "id={6}|transform=translate({1} {2}) rotate({3 angle}) scale({4 scale})|xlink:href=#{5}"},
     Row{"Part", moduleObject, "Part", placed},
@@ -70,6 +67,9 @@ constexpr std::array rows = {
     Row{"OffPage", page, "use", used},
     Row{"OffPage", moduleObject, "OffPage", placed},
     Row{"TitleBlock", page, "use", used},
+    // 1 name
+    Row{"Name", symbolOrPin, "g", "id={1}"},
+    Row{"Page", page, "g", "id={1}"},
     // 1 x, 2 y, 3 width, 4 height, 5 colour, 6 line style, 7 line width, 8 fill style, 9 hatch style; in modules 1 to 4
     // are two corners
     Row{"Box", drawing, "rect",

@@ -33,6 +33,14 @@ Utf8Scan scanUtf8(std::string_view text) {
 
 }  // namespace
 
+bool isAscii(std::string_view text) {
+  return std::none_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
+}
+
+bool hasNonAscii(std::string_view text) {
+  return text.empty() || !isAscii(text);
+}
+
 std::size_t utf8SequenceLength(std::string_view text, std::size_t index) {
   const unsigned lead = byteAt(text, index);
   if (lead < 0x80) {

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,36 +25,10 @@ class CodePage {
   virtual std::optional<std::string> nameFromUtf8(std::string_view utf8) const = 0;
 };
 
-// Inline and in words, since it is asked of nearly every text that comes.
-inline bool isAscii(std::string_view text) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  std::uint64_t found = 0;
-  const auto look = [&found](const char* from, auto word) {
-    std::memcpy(&word, from, sizeof(word));
-    found |= word;
-  };
-  if (text.size() >= sizeof(std::uint64_t)) {
-    for (; at < end - sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
-      look(at, std::uint64_t());
-    }
-    look(end - sizeof(std::uint64_t), std::uint64_t());
-  } else if (text.size() > sizeof(std::uint32_t)) {
-    look(at, std::uint32_t());
-    look(end - sizeof(std::uint32_t), std::uint32_t());
-  } else if (!text.empty()) {
-    look(at, std::uint8_t());
-    look(at + text.size() / 2, std::uint8_t());
-    look(at + (text.size() - 1) / 2, std::uint8_t());
-    look(end - 1, std::uint8_t());
-  }
-  return (found & 0x8080808080808080) == 0;
-}
+bool isAscii(std::string_view text);
 
 // True for an empty text too: the host scripts treat "no name" and "a name with other characters" alike.
-inline bool hasNonAscii(std::string_view text) {
-  return text.empty() || !isAscii(text);
-}
+bool hasNonAscii(std::string_view text);
 
 // Length of the well-formed UTF-8 sequence that starts at `index`, which lies within the text; 0 when none does (table
 // 3-7 of the Unicode standard).

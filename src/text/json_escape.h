@@ -1,7 +1,6 @@
 // Texts as they stand in JSON's strings, byte for byte as cJSON prints them: bytes above 7F pass as they are.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -28,26 +27,36 @@ constexpr std::array<char, 256> jsonEscapes = [] {
   return letters;
 }();
 
-// Whether no byte must be escaped. In words, since it is asked of every element of a drawing.
-inline bool standsInJson(std::string_view text) {
+// Whether all is ASCII and stands in JSON as it is. In words, since it is asked of each text of a drawing.
+inline bool isPlainInJson(std::string_view text) {
   constexpr std::uint64_t ones = 0x0101010101010101;
+  constexpr std::uint64_t spaces = ' ' * ones;
   std::uint64_t found = 0;  // in each byte's highest bit
-  const auto look = [&found](const char* from) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, from, sizeof(bytes));
+  const auto look = [&found](std::uint64_t bytes) {
     const std::uint64_t quotes = bytes ^ '"' * ones;
     const std::uint64_t backslashes = bytes ^ '\\' * ones;
-    found |= ((bytes - ' ' * ones) & ~bytes) | ((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes);
+    found |= bytes | (bytes - spaces) | ((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes);
   };
+  const auto wordAt = [](const char* from, auto word) {
+    std::memcpy(&word, from, sizeof(word));
+    return word;
+  };
+  const auto halfAt = [&](const char* from) { return wordAt(from, std::uint32_t()) | spaces << 32U; };
+  const auto byteAt = [&](std::size_t index) { return std::uint64_t{static_cast<unsigned char>(text[index])}; };
   const char* at = text.data();
-  const char* const end = at + text.size();
-  if (text.size() < sizeof(found)) {
-    return std::all_of(at, end, [](char byte) { return jsonEscapes[static_cast<unsigned char>(byte)] == 0; });
+  const std::size_t size = text.size();
+  const char* const end = at + size;
+  if (size >= sizeof(std::uint64_t)) {
+    for (; end - at > static_cast<std::ptrdiff_t>(sizeof(std::uint64_t)); at += sizeof(std::uint64_t)) {
+      look(wordAt(at, std::uint64_t()));
+    }
+    look(wordAt(end - sizeof(std::uint64_t), std::uint64_t()));
+  } else if (size > sizeof(std::uint32_t)) {
+    look(halfAt(at));
+    look(halfAt(end - sizeof(std::uint32_t)));
+  } else if (size > 0) {
+    look(byteAt(0) | byteAt(size / 2) << 8U | byteAt((size - 1) / 2) << 16U | byteAt(size - 1) << 24U | spaces << 32U);
   }
-  for (; end - at > static_cast<std::ptrdiff_t>(sizeof(found)); at += sizeof(found)) {
-    look(at);
-  }
-  look(end - sizeof(found));
   return (found & 0x80 * ones) == 0;
 }
 

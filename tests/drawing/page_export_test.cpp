@@ -18,12 +18,12 @@ class PageExportTest : public testing::Test {
   void page(std::initializer_list<std::string_view> words, bool convertLines = true) {
     WordRecord record(words);
     record.showInCodePage(fake.text, convertLines);
-    pages.addPageRecord(record);
+    pages.addRecord(Use::page, record);
   }
   void symbol(std::initializer_list<std::string_view> words) {
     WordRecord record(words);
     record.showInCodePage(fake.text, true);
-    pages.addSymbolRecord(record);
+    pages.addRecord(Use::symbol, record);
   }
   void finish(std::string_view schematic, std::string_view name, std::string_view key) {
     pages.finish({std::string(schematic), std::string(name), std::string(key)});

@@ -83,7 +83,7 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
     const std::string page = utf8(name);
     WordRecord record({"Page", page, "1", "1", ""});
     record.showInCodePage(text, true);
-    pages.addPageRecord(record);
+    pages.addRecord(Use::page, record);
   }
   pages.finish({"", utf8(u8"測한"), ""});
   EXPECT_EQ(fake.files.entries(folder / "Cache" / "Output").size(), 6U);
