@@ -81,7 +81,7 @@ def main() -> int:
     log = options.out / "log.txt"
     with Installation(options.dll) as installation, open(log, "w", encoding="utf-8") as stream:
         view = View(False if options.plain else None, None if options.verbose else ["demo"], stream)
-        view.line("demo", f"about half a minute; all that is said: {log}")
+        view.line("demo", f"all that is said: {log}")
         return asyncio.run(play(options, view, installation))
 
 
