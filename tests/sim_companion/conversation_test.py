@@ -257,7 +257,7 @@ class CommandLineTest(unittest.IsolatedAsyncioTestCase):
     async def test_a_taken_port_is_refused_in_one_line(self):
         async with await asyncio.start_server(lambda reader, writer: None, "127.0.0.1", 0) as server:
             port = server.sockets[0].getsockname()[1]
-            ended = subprocess.run([*self.RUN, "--port", str(port)], capture_output=True, text=True, timeout=20)
+            ended = subprocess.run([*self.RUN, "--port", str(port)], capture_output=True, text=True, timeout=120)
         self.assertEqual(ended.returncode, 2)
         self.assertRegex(ended.stderr, rf"^companion: port {port} is taken by [^\n]+\n$")
 
@@ -275,7 +275,7 @@ class CommandLineTest(unittest.IsolatedAsyncioTestCase):
                     plug_in.send(opened(DESIGN))
                     await plug_in.receive()
                     await plug_in.receive()
-                    self.assertEqual(await asyncio.wait_for(process.wait(), 10), status)
+                    self.assertEqual(await asyncio.wait_for(process.wait(), 60), status)
 
 
 if __name__ == "__main__":

@@ -28,7 +28,7 @@ def arguments() -> argparse.Namespace:
     )
     parser.add_argument("--port", type=int, default=PORT)
     parser.add_argument("--send", action="append", default=[], metavar="COMMAND", help="send once a design is open")
-    parser.add_argument("--script", type=pathlib.Path, metavar="FILE", help="send the commands in the lines of a file")
+    parser.add_argument("--script", type=pathlib.Path, metavar="FILE", help="the same for the lines of a file (-: of the input)")
     parser.add_argument("--wait", type=float, default=90, metavar="SECONDS", help="for a design, before --send (90)")
     parser.add_argument("--seconds", type=float, help="end after so long")
     parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="write the conversation to a file")
@@ -64,7 +64,8 @@ async def _work(options: argparse.Namespace, companion: Companion, view: View) -
     prompt = Prompt(companion, view)
     lines = list(options.send)
     if options.script:
-        lines += options.script.read_text(encoding="utf-8").splitlines()
+        text = sys.stdin.read() if str(options.script) == "-" else options.script.read_text(encoding="utf-8")
+        lines += text.splitlines()
     if lines:
         try:
             await companion.wait_for(lambda event: event.is_message("FileStatus", Status="Open"), options.wait)
@@ -82,7 +83,10 @@ async def _work(options: argparse.Namespace, companion: Companion, view: View) -
 
 
 def main() -> int:
-    return asyncio.run(serve(arguments()))
+    try:
+        return asyncio.run(serve(arguments()))
+    except KeyboardInterrupt:
+        return DONE  # as it is meant to end
 
 
 if __name__ == "__main__":

@@ -34,7 +34,7 @@ WORDS = {
 
 
 class HostWords:
-    """`designs` are those that are known to be open, for completion; `said` names the one who speaks here."""
+    """`designs` are those that are known to be open, for completion."""
 
     def __init__(self, session: HostSession, view: View, designs: dict[str, Design]):
         self._session = session

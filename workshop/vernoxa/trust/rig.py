@@ -90,7 +90,7 @@ async def survive(side: str, fault: Fault | None) -> None:
         await before_companion.start()
         editor = await host.Host.begin(command, lambda *_: None)
         broken = before_host if side == HOST else before_companion
-        await asyncio.wait_for(broken.injected.wait(), 60)
+        await asyncio.wait_for(broken.injected.wait(), 180)  # a few seconds where nothing else runs
         if stranger and side == HOST:
             # Nobody can reach the editor's scripts; it has to live on, and does not wait for anybody.
             await asyncio.sleep(25)
