@@ -18,13 +18,14 @@ using Data = System.Collections.Generic.Dictionary<string, object>;
 class Connection {
     static readonly string[] Columns = {"PartNumber", "Value", "PartRef", "PartName", "PCBFootprint", "PinNumber"};
     static readonly Encoding Bytes = Encoding.GetEncoding("iso-8859-1");
-    static readonly SortedSet<string> designs = new SortedSet<string>();  // those that are open; also the lock
     static Encoding codePage;
     static string folder;
-    readonly Queue<string> asked = new Queue<string>();  // designs whose bills are still to come, in their order
+    readonly SortedSet<string> designs = new SortedSet<string>(StringComparer.OrdinalIgnoreCase);  // open ones
+    readonly Queue<string> asked = new Queue<string>();  // those whose bills are still to come, in their order
     NetworkStream stream;
 
     static void Main(string[] words) {
+        if (words.Length == 0) { Console.Error.WriteLine("Companion.exe FOLDER [CODE PAGE]"); return; }
         folder = words[0];
         codePage = words.Length > 1 ? Encoding.GetEncoding(int.Parse(words[1])) : Encoding.Default;
         var listener = new TcpListener(IPAddress.Loopback, 9601);
@@ -36,10 +37,7 @@ class Connection {
         try {
             using (stream = client.GetStream()) {
                 var reader = new BinaryReader(stream);
-                while (true) {
-                    var message = MessageOf(reader.ReadBytes(reader.ReadInt32()));
-                    lock (designs) Hear(message);
-                }
+                while (true) Hear(MessageOf(reader.ReadBytes(reader.ReadInt32())));
             }
         } catch (Exception problem) {
             if (!(problem is EndOfStreamException)) Console.Error.WriteLine("a connection ends: " + problem.Message);
@@ -59,10 +57,11 @@ class Connection {
         }
     }
 
-    static string TextOf(object value) {
+    // A text of a bill is UTF-8 wherever it can be; elsewhere two bytes of UTF-8 may be a character of the code page.
+    static string TextOf(object value, bool ofBill = false) {
         var bytes = Bytes.GetBytes((string)value);
         var text = Encoding.UTF8.GetString(bytes);
-        var isUtf8 = text.IndexOf('\uFFFD') < 0 && (text.Length == bytes.Length || text.Max() >= '\u0800');
+        var isUtf8 = text.IndexOf('\uFFFD') < 0 && (ofBill || text.Any(each => each >= '\u0800'));
         return isUtf8 ? text : codePage.GetString(bytes);
     }
 
@@ -104,14 +103,14 @@ class Connection {
     void AskForBill(string design) {
         designs.Add(design);
         asked.Enqueue(design);
-        Send("GenerateBOM", "0", Member("ProjectPath", design));
+        Send("GenerateBOM", "0", Member("ProjectPath", design.Replace('\\', '/')));  // which every script understands
     }
 
     static void WriteTable(string file, Data bill) {
         var lines = new List<string> {string.Join(",", Columns) + ",Fitted"};
         foreach (var list in new[] {"Stick", "NotStick"}) {
             var cells = from Data part in (object[])bill[list]
-                        select Columns.Select(column => '"' + TextOf(part[column]).Replace("\"", "\"\"") + '"');
+                        select Columns.Select(column => '"' + TextOf(part[column], true).Replace("\"", "\"\"") + '"');
             lines.AddRange(cells.Select(row => string.Join(",", row) + (list == "Stick" ? ",yes" : ",no")));
         }
         File.WriteAllLines(file, lines);

@@ -14,7 +14,7 @@ import socketserver
 import struct
 import sys
 
-ADDRESS = ("127.0.0.1", 9601)
+CODE_PAGE = "mbcs" if sys.platform == "win32" else "gbk"
 COLUMNS = ("PartNumber", "Value", "PartRef", "PartName", "PCBFootprint", "PinNumber")
 
 
@@ -26,24 +26,28 @@ def each_text(value, change):
     return {name: each_text(item, change) for name, item in value.items()} if isinstance(value, dict) else value
 
 
-def text_of(characters):
-    """JSON is read byte for byte; then each text is UTF-8 or in the code page."""
+def text_of_bill(characters):
+    """JSON is read byte for byte; then a text of a bill is UTF-8 wherever it can be."""
     data = characters.encode("latin-1")
     try:
-        text = data.decode("utf-8")
-        if data.isascii() or max(text) >= "\u0800":
-            return text
+        return data.decode("utf-8")
     except UnicodeDecodeError:
-        pass
-    return data.decode("gbk", "replace")
+        return data.decode(CODE_PAGE, "replace")
+
+
+def text_of(characters):
+    """Elsewhere two bytes of UTF-8 may be a character of the code page; three are UTF-8 for certain."""
+    text = text_of_bill(characters)
+    return text if max(text, default="") >= "\u0800" else characters.encode("latin-1").decode(CODE_PAGE, "replace")
 
 
 def message_of(packet):
-    return each_text(json.loads(bytes.fromhex(packet.decode("ascii")).decode("latin-1")), text_of)
+    message = json.loads(bytes.fromhex(packet.decode("ascii")).decode("latin-1"))
+    return each_text(message, text_of_bill if message.get("Command") == "GenerateBOM_EndResult" else text_of)
 
 
 def packet_of(message):
-    characters = each_text(message, lambda text: text.encode("gbk", "replace").decode("latin-1"))
+    characters = each_text(message, lambda text: text.encode(CODE_PAGE, "replace").decode("latin-1"))
     return json.dumps(characters, ensure_ascii=False).encode("latin-1").hex().encode("ascii")
 
 
@@ -55,16 +59,15 @@ class Connection(socketserver.StreamRequestHandler):
             self.read()
 
     def read(self):
-        self.asked = []  # designs whose bills are still to come, in their order
+        self.designs = set()  # those that are open
+        self.asked = []  # those whose bills are still to come, in their order
         while len(header := self.rfile.read(4)) == 4:
             packet = self.rfile.read(struct.unpack("<I", header)[0])
             try:
                 message = message_of(packet)
             except ValueError:  # findings and reports hold texts of the editor that may break them
                 continue
-            take = getattr(self, f"take_{message.get('Command')}", None)
-            if take:
-                take(message.get("Data", {}))
+            getattr(self, f"take_{message.get('Command')}", lambda data: None)(message.get("Data", {}))
 
     def send(self, command, data, result="0"):
         packet = packet_of({"Command": command, "Data": data, "Result": result})
@@ -74,18 +77,18 @@ class Connection(socketserver.StreamRequestHandler):
         design = data["FileName"]
         self.send("FileStatus_EndResult", {"Path": design.replace("/", "\\").rpartition("\\")[0]})
         if data["Status"] == "Close":
-            self.server.designs.discard(design)
+            self.designs.discard(design)
         else:
             self.ask_for_bill(design)
 
     def take_TryUpdateBom(self, data):
-        for design in sorted(self.server.designs):
+        for design in sorted(self.designs):
             self.ask_for_bill(design)
 
     def ask_for_bill(self, design):
-        self.server.designs.add(design)
+        self.designs.add(design)
         self.asked.append(design)
-        self.send("GenerateBOM", {"ProjectPath": design})
+        self.send("GenerateBOM", {"ProjectPath": design.replace("\\", "/")})  # which every script understands
 
     def take_GenerateBOM_EndResult(self, data):
         name = pathlib.PureWindowsPath(self.asked.pop(0)).stem if self.asked else ""
@@ -109,11 +112,8 @@ class Companion(socketserver.ThreadingTCPServer):
     allow_reuse_address = True
     daemon_threads = True
 
-    def __init__(self, folder):
-        super().__init__(ADDRESS, Connection)
-        self.folder = folder
-        self.designs = set()
-
 
 if __name__ == "__main__":
-    Companion(pathlib.Path(sys.argv[1])).serve_forever()
+    folder, = sys.argv[1:] or sys.exit("companion.py FOLDER")
+    Companion.folder = pathlib.Path(folder)
+    Companion(("127.0.0.1", 9601), Connection).serve_forever()

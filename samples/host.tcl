@@ -51,10 +51,12 @@ proc creatServerForPthread {} {
 }
 
 proc creatClient {renew} {
+    if {$renew && $::companion ne ""} {  ;# the plug-in knows, so it is told of no break
+        close $::companion
+        set ::companion ""
+    }
     if {$::companion eq ""} {
-        if {[catch {socket 127.0.0.1 9601} channel]} {
-            return -1
-        }
+        if {[catch {socket 127.0.0.1 9601} channel]} {return -1}
         set ::companion $channel
         listenTo $channel packetParser
     }
@@ -62,9 +64,7 @@ proc creatClient {renew} {
 }
 
 proc sendPacketGlobalHandle {packet} {
-    if {$::companion eq ""} {
-        error "no companion"
-    }
+    if {$::companion eq ""} {error "no companion"}
     sendFrame $::companion $packet
     return 0
 }

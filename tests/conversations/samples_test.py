@@ -16,10 +16,10 @@ MODULE = pathlib.Path(sys.argv.pop())
 SAMPLES = REPOSITORY / "samples"
 SECONDS = 90
 
-BILL = "CAP-100N;100nF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"
+BILL = "CAP-100U;100µF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"
 TABLE = """\
 PartNumber,Value,PartRef,PartName,PCBFootprint,PinNumber,Fitted
-CAP-100N,100nF,C1,CAP,0603,2,yes
+CAP-100U,100µF,C1,CAP,0603,2,yes
 ,电阻 10k,"R1,R2",RES,0603,2,yes
 RES-1K,1k,R3,RES,0603,2,no
 """

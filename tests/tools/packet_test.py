@@ -1,15 +1,19 @@
 """The tools for packet texts and traffic logs: what they make readable, and what they mark as a fault."""
 
+import json
 import subprocess
 import sys
 import tempfile
 import unittest
 
 from vernoxa.packet import traffic
+from vernoxa.wire import json_text
 
 PACKET = [sys.executable, "-m", "vernoxa.packet"]
 OPEN = ('{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\\\设计\\\\a.dsn","Pid":"8",'
         '"AllegroPath":"","PinCount":"12"}}')
+CHINESE_BILL = ('{"Data":{"Stick":[{"PartNumber":"","Value":"电阻 10k","PartRef":"R1","PartName":"RES","PCBFootprint":"0603",'
+                '"PinNumber":"2"}]},"Command":"AddToBom","Result":"0"}')
 ASKED = '{"Command":"CheckOpenState","Data":{"ProjectPath":"a.dsn"},"Result":"0"}'
 ANSWERED = '{"Data":{"State":"Open"},"Command":"CheckOpenState_EndResult","Result":"0"}'
 
@@ -59,9 +63,13 @@ class TrafficTest(unittest.TestCase):
             ("no packet text", ["=" * 20 + "decodePacket", *taken(ASKED), *returned(ANSWERED)],
              ["in", "in CheckOpenState", "out CheckOpenState_EndResult"], ["could not be decoded"]),
             ("another packet text", returned(OPEN, hexadecimal("{}")), ["out FileStatus"], ["another message: {}"]),
+            ("the log's code page, the packet's UTF-8", returned(CHINESE_BILL, CHINESE_BILL.encode().hex()),
+             ["out AddToBom"], []),
             ("members in another order", returned('{"Command":"TryUpdateBom","Data":{}}'), ["out TryUpdateBom"],
              ["members of the message"]),
             ("sent with line ends", sent('{\n\t"Command":\t"creatClient"\n}'), ["sent creatClient"], []),
+            ("a report of its thread with line ends", sent(json_text.print_formatted(json.loads(OPEN)).decode("gbk")),
+             ["sent FileStatus"], []),
             ("the thread's packet seen at the door", sent(OPEN) + taken(OPEN), ["sent FileStatus", "in FileStatus"], []),
             ("a piece is lost", sent(OPEN, between=("errno:10054",)), ["sent FileStatus"], ["errno 10054"]),
             ("a wrong length", sent(OPEN, length=70000), ["sent FileStatus"], ["cannot read this whole"]),

@@ -3,7 +3,8 @@
     ./dev check-companion HOST:PORT     one that runs
     ./dev check-companion COMMAND...    one that is started, and is expected on 127.0.0.1:9601
 
-Ends with 1 when something does not hold that must. What the companion asks is answered out of recorded conversations.
+What the companion asks is answered out of recorded conversations. Ends with 0 when all holds that must, with 1 when
+something of that does not, and with 2 when nothing could be tried.
 """
 
 from __future__ import annotations
@@ -18,7 +19,7 @@ import sys
 import time
 from typing import Callable, Iterator
 
-from vernoxa.command import REFUSED, run
+from vernoxa.command import DONE, NOT_DONE, REFUSED, Refused, run
 from vernoxa.wire import frames, json_text, messages, record, schemas
 from vernoxa.wire.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, OPENED, RECEIVED, SENT, Event
@@ -28,12 +29,14 @@ from .grading import LOGS, MUST, SHOULD, Grades, Recorded, say_at_once
 START_SECONDS = 10
 PROMPT_SECONDS = 1
 LOG = LOGS / "check-companion.txt"
+_ESCAPE = re.compile(rb"\\(?:u([0-9a-fA-F]{4})|.)", re.DOTALL)
 # Of all that the companion says.
 _ALWAYS = (
     (MUST, "frames", "frames are a length and hexadecimal digits"),
     (SHOULD, "digits", "the digits are lower-case ones"),
     (MUST, "texts", "texts are in the code page"),
     (MUST, "messages", "messages are known and have what they need"),
+    (SHOULD, "paths", "paths in requests have / between folders"),
 )
 
 
@@ -63,6 +66,8 @@ class Line:
                 if message and not message.command.endswith(REPLY_SUFFIX):
                     self.send(self._check.recorded.reply_to(message.command))
                 self._came.put_nowait(message)
+                if not frame.usable:
+                    break
         except OSError:
             pass
         self._came.put_nowait(None)
@@ -116,7 +121,8 @@ class Check(Grades):
         self._log = log
         self._began = time.monotonic()
         self._connections = 0
-        self._faults: dict[str, list[str]] = {"frames": [], "digits": [], "texts": [], "messages": []}
+        self._faults: dict[str, list[str]] = {kind: [] for _, kind, _ in _ALWAYS}
+        self._heard = False
 
     def record(self, kind: str, connection: int = 0, message: bytes = b"") -> int:
         """Gives the number of the connection, a new one for none."""
@@ -127,8 +133,11 @@ class Check(Grades):
 
     def judge(self, frame: frames.Frame) -> messages.Message | None:
         """What arrived, when it can be read; its faults are kept."""
+        self._heard = True
         for fault in frame.faults:
             self._faults["digits" if fault == "upper-case digits" else "frames"].append(fault)
+        if not frame.usable:
+            return None
         try:
             value, problems = json_text.parse(frame.message)
         except json_text.NotJson as error:
@@ -139,8 +148,13 @@ class Check(Grades):
             return None
         utf8 = [text for text in json_text.texts_of(value) if isinstance(text, json_text.Utf8)]
         self._faults["texts"] += [f"in UTF-8: {text}" for text in utf8]
+        escapes = [digits.decode() for digits in _ESCAPE.findall(frame.message) if digits and int(digits, 16) >= 0x80]
+        self._faults["texts"] += [f"as an escape, which becomes UTF-8: \\u{digits}" for digits in escapes]
         message = messages.Message(frame.message, value, messages.PLAIN)
         self._faults["messages"] += problems + self._faults_of(message)
+        path = message.data.get("ProjectPath")
+        if isinstance(path, str) and "\\" in path:
+            self._faults["paths"].append(f"{message.command}: {path}")
         return message
 
     @staticmethod
@@ -173,21 +187,27 @@ class Check(Grades):
         except OSError as error:
             self.tell(MUST, "can be reached", False, str(error))
         for grade, kind, rule in _ALWAYS:
-            self.tell(grade, rule, not self._faults[kind], "; ".join(dict.fromkeys(self._faults[kind])))
+            if self._heard:
+                self.tell(grade, rule, not self._faults[kind], "; ".join(dict.fromkeys(self._faults[kind])))
+            else:
+                self.untried(f'"{rule}"', "nothing was heard")
+
+    def _silence(self) -> str:
+        return f"nothing within {self.patience} s"
 
     async def _probe(self) -> None:
         _, writer = await asyncio.open_connection(*self.address)
         writer.close()
         async with Line(self) as line:
             heard = await line.answers(self.told("FileStatus", "opened"))
-        self.tell(MUST, "survives a connection that ends without a word", heard is not None)
+        self.tell(MUST, "survives a connection that ends without a word", heard is not None, self._silence())
 
     async def _conversation(self) -> bool:
         """False when FileStatus is not answered, by which all else is judged."""
         saved = self.told("FileStatus", "saved")
         async with Line(self) as line:
             answer = await line.answers(self.told("FileStatus", "opened"))
-            self.tell(MUST, "answers FileStatus", answer is not None, f"nothing within {self.patience} s")
+            self.tell(MUST, "answers FileStatus", answer is not None, self._silence())
             if not answer:
                 return False
             self.tell(SHOULD, 'names a folder in "Path"', bool(answer.data.get("Path")))
@@ -237,23 +257,32 @@ class Check(Grades):
 
 
 async def reachable(address: tuple[str, int]) -> bool:
-    for _ in range(START_SECONDS * 10):
-        try:
-            (await asyncio.open_connection(*address))[1].close()
-            return True
-        except OSError:
-            await asyncio.sleep(0.1)
-    return False
+    try:
+        (await asyncio.open_connection(*address))[1].close()
+        return True
+    except OSError:
+        return False
 
 
 async def start_and_run(command: list[str], check: Check) -> int:
-    """The exit status for a companion that is started for this."""
-    process = await asyncio.create_subprocess_exec(*command, start_new_session=True)
+    """The exit status for a companion that is started for this. Raises Refused."""
+    place = ":".join(map(str, check.address))
+    if await reachable(check.address):
+        raise Refused(f"somebody listens on {place} already; end it first")
     try:
-        if await reachable(check.address):
-            return await check.run()
-        check.tell(MUST, "listens", False, f"nobody on {check.address} after {START_SECONDS} s")
-        return 1
+        process = await asyncio.create_subprocess_exec(*command, start_new_session=True)
+    except OSError as error:
+        raise Refused(f"cannot start: {error.strerror}: {command[0]}") from error
+    try:
+        for _ in range(START_SECONDS * 10):
+            if await reachable(check.address):
+                return await check.run()
+            if process.returncode is not None:
+                check.tell(MUST, "listens", False, f"the command ended with status {process.returncode} before it listened")
+                return NOT_DONE
+            await asyncio.sleep(0.1)
+        check.tell(MUST, "listens", False, f"nobody on {place} after {START_SECONDS} s")
+        return NOT_DONE
     finally:
         with contextlib.suppress(ProcessLookupError):  # it may just have ended
             os.killpg(process.pid, signal.SIGKILL)
@@ -262,9 +291,9 @@ async def start_and_run(command: list[str], check: Check) -> int:
 
 def main() -> int:
     words = sys.argv[1:]
-    if not words:
+    if not words or words[0] in ("-h", "--help"):
         print(__doc__)
-        return REFUSED
+        return DONE if words else REFUSED
     place = re.fullmatch(r"([\w.-]+):(\d+)", words[0])
     if place and len(words) == 1:
         return asyncio.run(Check((place[1], int(place[2])), LOG).run())

@@ -5,7 +5,7 @@ holds and what does not.
 
 Every procedure is called as the plug-in called it in a recorded run (tools/docs/procedures.txt), but with a design, a page
 and a part of this host: so let it open a design. What SCRIPT loads as Vernoxa is the plug-in that is played here; a script
-that loads none gets it at its end. Ends with 1 when something does not hold that must.
+that loads none gets it at its end. Ends with 0 when all holds that must, with 1 when something of that does not.
 """
 
 from __future__ import annotations
@@ -19,7 +19,7 @@ import sys
 import tempfile
 from typing import Callable
 
-from vernoxa.command import REFUSED, run
+from vernoxa.command import DONE, REFUSED, run
 from vernoxa.places import REPOSITORY
 from vernoxa.wire import frames
 from vernoxa.wire.catalogue import PROTOCOL
@@ -59,6 +59,10 @@ _ANSWERS = {
 }
 
 
+def _quoted(path: str) -> str:
+    return re.sub(r'(["$\[\]])', r"\\\1", path)
+
+
 def recorded_calls() -> dict[str, str]:
     """The script of each procedure, as it was evaluated."""
     calls = {}
@@ -84,6 +88,8 @@ class Check(Grades):
         self._calls = recorded_calls()
         self._connections: list[tuple[asyncio.StreamReader, asyncio.StreamWriter]] = []  # to the companion
         self._known: dict[str, str] = {}
+        self._missing: dict[str, list[str]] = {}  # procedures, and who calls them
+        self._frame_faults: list[str] = []
 
     async def run(self, words: list[str]) -> int:
         """The exit status."""
@@ -95,8 +101,9 @@ class Check(Grades):
                 await self._thread()
                 await self._companion()
                 await self._procedures()
-        except Stuck:
-            self.tell(MUST, "comes back from everything that it is asked", False, f"not within {self._patience} s")
+        except Stuck as error:
+            self.tell(MUST, "comes back from everything that it is asked", False,
+                      f"not from {error} within {self._patience} s")
         finally:
             await self._host.stop()
             for _, writer in self._connections:
@@ -145,12 +152,14 @@ class Check(Grades):
             taken = await self._host.called(command, message.hex(), times=times)
             if not self.tell(MUST, f"hands {what} to {command}", taken):
                 return
-        self.tell(MUST, f"sends back what {command} answers", await self._hears(reader, self._host.answers[command]))
+        heard = await self._hears(reader, self._host.answers[command])
+        self.tell(MUST, f"sends back what {command} answers", heard, "; ".join(self._frame_faults))
 
     async def _hears(self, reader: asyncio.StreamReader, packet: str) -> bool:
         """Whether that comes; an empty frame before it is none that anybody waits for."""
         async def look() -> bool:
             while frame := await frames.read(reader):
+                self._frame_faults = frame.faults
                 if not frame.message:
                     return False
                 if frame.message.hex() == packet:
@@ -188,14 +197,17 @@ class Check(Grades):
         await self._takes_frames(reader, writer, "packetParser", b'{"Command":"CheckOpenState","Data":{}}')
         sent = await self._host.evaluate(send)
         heard = not sent.failed and await self._hears(reader, send.split('"')[1])
-        self.tell(MUST, "sendPacketGlobalHandle sends a packet", heard, sent.text)
+        self.tell(MUST, "sendPacketGlobalHandle sends a packet", heard, "; ".join(self._frame_faults) or sent.text)
         for message in (b'{"Command":"FileStatus_EndResult","Data":{"Path":""}}', b'{"Command":"CheckOpenState","Data":{}}'):
             writer.write(frames.encode(message))
         heard = await self._hears(reader, self._host.answers["packetParser"])
         self.tell(SHOULD, "sends nothing when packetParser answers nothing", heard)
-        writer.close()
-        self.tell(MUST, "calls serverLinkBreak when the connection ends", await self._host.called("serverLinkBreak"))
-        self.tell(MUST, "connects again after that", await self._connects("creatClient 1", 2))
+        self.tell(SHOULD, "creatClient 1 makes a new connection while there is one", await self._connects("creatClient 1", 2))
+        told, made = self._host.calls.count(["serverLinkBreak"]), len(self._connections)
+        self._connections[-1][1].close()
+        self.tell(MUST, "calls serverLinkBreak when the connection ends",
+                  await self._host.called("serverLinkBreak", times=told + 1))
+        self.tell(MUST, "connects again after that", await self._connects("creatClient 1", made + 1))
         server.close()
 
     # --- the procedures --------------------------------------------------------------------------------------------
@@ -213,15 +225,34 @@ class Check(Grades):
             self._known["a page"] = page.text
         names = [name for name in ROWS if name not in (*_LINK, *_LAST)
                  and (name == "GetProductVersion" or not ROWS[name]["calledBy"]["load"])]
-        for name in (*names, *_LAST):
+        for name in names:
             await self._procedure(name)
         design = self._known.get("a design", "")
+        if "\\" in design and "generateBOMForPath" not in self._missing:
+            await self._spellings(design)
+        for name in _LAST:
+            await self._procedure(name)
+        if self._missing:
+            callers = dict.fromkeys(caller for each in self._missing.values() for caller in each)
+            self.tell(SHOULD, "has the other procedures", False,
+                      f"not offered: {', '.join(self._missing)}; so {', '.join(callers)} fail")
         if "\\" in design:
             spelt = await self._host.evaluate(f'getDsnPinCount "{design}"'.replace("\\", "/"))
             self.tell(SHOULD, "a design is known by / as well", re.fullmatch(r"\d+", spelt.text) is not None, spelt.text)
         faults = {f"{call[0]} with {len(call) - 1}" for call in self._host.calls if not self._is_right(call)}
         self.tell(SHOULD, "gives commands the arguments that they take", not faults, ", ".join(sorted(faults)))
         self.tell(MUST, "has no error in the background", not self._host.problems, "; ".join(self._host.problems))
+
+    async def _spellings(self, design: str) -> None:
+        """Companions write one and the same path in three ways, and what they write goes through Tcl's escapes."""
+        bills = []
+        script = self._of_this_host(self._calls["generateBOMForPath"]) or ""
+        quoted = _quoted(design)
+        for separator in ("/", r"\\", "\\"):
+            await self._host.evaluate(script.replace(quoted, quoted.replace("\\", separator)))
+            bills.append((await self._host.evaluate("::capGenerateBOMUtil::getStickList")).text)
+        self.tell(SHOULD, r"getStickList is the same after generateBOMForPath with /, \\ and \ in the path",
+                  len(set(bills)) == 1, "; ".join(bill[:40] or "nothing" for bill in bills))
 
     @staticmethod
     def _is_right(call: list[str]) -> bool:
@@ -235,7 +266,10 @@ class Check(Grades):
         callers = [caller for side in ("companion", "linkThread", "commands") for caller in row["calledBy"][side]]
         if not (await self._host.evaluate(f"info commands ::{name.removeprefix('::')}")).text:
             unasked = row["calledBy"]["load"] or _UNASKED.intersection(row["calledBy"]["linkThread"])
-            self.tell(MUST if unasked else SHOULD, f"has {name}", False, f"{' and '.join(callers)} call it")
+            if unasked:
+                self.tell(MUST, f"has {name}", False, f"{' and '.join(callers)} call it")
+            else:
+                self._missing[name] = callers
             return
         script = self._of_this_host(self._calls[name])
         if script is None:
@@ -245,8 +279,9 @@ class Check(Grades):
         result = await self._host.evaluate(script)
         fits = _ANSWERS.get(name)
         right = not result.failed and (fits is None or fits(result))
-        self.tell(MUST, f"{name} works as the plug-in calls it", right,
-                  f"{script[:90]} {'ends in the error' if result.failed else 'answers'} {result.text[:90]}. {row['answer']}")
+        came = f"{script[:90]} {'ends in the error' if result.failed else 'answers'} {result.text[:90] or 'nothing'}"
+        due = f". It has to answer: {row['answer']}" if fits else ""
+        self.tell(MUST, f"{name} works as the plug-in calls it", right, came + due)
         if name == "::capGenerateBOMUtil::getStickList" and result.items:
             self._known["a part"] = re.split("[;, ]", ";".join(result.items[0].split(";")[2:]))[0]
         follows = {request["followedBy"] for request in PROTOCOL["requests"] if name in request["calls"]} - {None}
@@ -258,7 +293,7 @@ class Check(Grades):
     def _of_this_host(self, script: str) -> str | None:
         """The recorded script with what this host has in the place of what that one had; None when it has none."""
         design, page, part = (self._known.get(what) for what in ("a design", "a page", "a part"))
-        quoted = re.sub(r'(["$\[\]])', r"\\\1", design or "")
+        quoted = _quoted(design or "")
         for pattern, value in ((r"Z:/run/design/[\w/]+\.olb", self._library.as_posix()),
                                (r'(?<=")Z:[^"]*Nets.txt', self._library.with_name("Nets.txt").as_posix()),
                                (r"Z:\\\\run\\\\design\\\\power.dsn", design and quoted.replace("\\", "\\\\")),
@@ -272,9 +307,9 @@ class Check(Grades):
 
 
 def main() -> int:
-    if not sys.argv[1:]:
+    if not sys.argv[1:] or sys.argv[1] in ("-h", "--help"):
         print(__doc__)
-        return REFUSED
+        return DONE if sys.argv[1:] else REFUSED
     return asyncio.run(Check(LOGS / "check-host.txt").run(sys.argv[1:]))
 
 

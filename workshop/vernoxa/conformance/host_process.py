@@ -74,7 +74,7 @@ def _answers(library: str) -> dict[str, str]:
 
 
 class Stuck(RuntimeError):
-    """The host did not come back."""
+    """The host did not come back; the text says from what."""
 
 
 class Host:
@@ -146,12 +146,15 @@ class Host:
         try:
             await asyncio.wait_for(look(), seconds or self._patience)
         except asyncio.TimeoutError as error:
-            raise Stuck from error
+            raise Stuck("being loaded") from error
 
     async def evaluate(self, script: str) -> Result:
         """Raises Stuck."""
         self._say([script])
-        await self._until(lambda: self._results)
+        try:
+            await self._until(lambda: self._results)
+        except Stuck:
+            raise Stuck(script[:90]) from None
         result = self._results.pop(0)
         self._log.line(f"{script}: {'error: ' if result.failed else ''}{result.text}")
         return result

@@ -20,7 +20,7 @@ import dataclasses
 import pathlib
 import re
 
-from vernoxa.wire import frames, messages, record
+from vernoxa.wire import frames, json_text, messages, record
 from vernoxa.wire.catalogue import ANSWERED, REPLY_SUFFIX, THREAD_REQUESTS, find
 
 IN, OUT, SENT, RECEIVED, STEP = "in", "out", "sent", "received", "step"
@@ -34,6 +34,7 @@ _NUMBER = re.compile(rb"(Length|len|errno):(-?\d+)")
 _DIGITS = re.compile(rb"[0-9a-f]*")
 _DECODE, _SEND_OVER, _RECEIVE_OVER = (b"=" * 20 + b"decodePacket", b"=" * 26 + b"send over", b"=" * 26 + b"recv over")
 _RETURN = b"return data:"
+_TEXT = re.compile(rb'[^";]*[\x80-\xff][^";]*')
 _BRACE = b"7b"  # every message begins with one, no step does
 
 
@@ -151,6 +152,8 @@ class _Reader:
 
     def _add(self, line: _Line, way: str, text: bytes) -> Item:
         item = Item(line.time, way, read_message(text))
+        if way == SENT:  # its requests are printed with line ends, whatever their message
+            _only_unreadable(item.message)
         if way != STEP:
             item.faults += item.message.faults
         self._items.append(item)
@@ -167,9 +170,10 @@ class _Reader:
         if not text or not _DIGITS.fullmatch(text):
             return False
         waiting = [item for item in (self._returned, self._sending and self._sending.item) if item]
+        said = _as_logged(frames.decode(text)[0])
         for item in waiting:
-            if item.message.raw.hex().encode() == text or (len(waiting) == 1 and text.startswith(_BRACE)):
-                if item.message.raw.hex().encode() != text:
+            if item.message.raw == said or (len(waiting) == 1 and text.startswith(_BRACE)):
+                if item.message.raw != said:
                     item.faults.append("the packet text is another message: " + _shown(text))
                 if item is self._returned:
                     self._returned = None
@@ -215,14 +219,31 @@ def _frame_faults(frame: _Frame, digits: int) -> list[str]:
     return faults
 
 
+def _as_logged(message: bytes) -> bytes:
+    """The log is in the code page: each text of UTF-8 with a three-byte sequence is brought there, a packet text is not."""
+    return _TEXT.sub(lambda text: json_text.to_code_page(_utf8_of(text[0])) or text[0], message)
+
+
+def _utf8_of(text: bytes) -> str:
+    """Empty when it is left as it is."""
+    try:
+        return found if isinstance(found := json_text.text_of(text), json_text.Utf8) else ""
+    except UnicodeDecodeError:
+        return ""
+
+
 def read_message(raw: bytes) -> messages.Message:
     """What the plug-in says is judged in whole; of the others' words only whether they can be read."""
     message = messages.read(raw)
     name = message.command.removesuffix(REPLY_SUFFIX)
     of_others = find(message.command) or message.command in _ANSWERS or name in THREAD_REQUESTS
     if of_others:
-        message.faults = [fault for fault in message.faults if fault.startswith(("no JSON", 'no "Command"'))]
+        _only_unreadable(message)
     return message
+
+
+def _only_unreadable(message: messages.Message) -> None:
+    message.faults = [fault for fault in message.faults if fault.startswith(("no JSON", 'no "Command"'))]
 
 
 def _judge_conversation(items: list[Item]) -> None:

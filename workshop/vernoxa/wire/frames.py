@@ -61,7 +61,9 @@ async def read(reader: asyncio.StreamReader) -> Frame | None:
         return Frame(b"", [f"closed after {len(error.partial)} bytes of a header"], usable=False)
     length = int.from_bytes(header, "little")
     if length > LARGEST_BELIEVED:
-        return Frame(b"", [f"a length of {length} ({header.hex(' ')}): no frames are spoken here"], usable=False)
+        reversed_order = int.from_bytes(header, "big") <= LARGEST_BELIEVED
+        said = "it is little-endian" if reversed_order else "no frames are spoken here"
+        return Frame(b"", [f"the length came as {header.hex(' ')}; {said}"], usable=False)
     try:
         payload = await reader.readexactly(length)
     except asyncio.IncompleteReadError as error:
