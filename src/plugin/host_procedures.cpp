@@ -34,7 +34,8 @@ constexpr const char* notLookedAt = "Not looked at.";
 constexpr const char* oneWhenDone = "1 when it was done; any other text goes back as what went wrong.";
 constexpr const char* reports = "Not looked at: the result comes by the plug-in's command for it.";
 constexpr const char* bomList =
-    "A list of lines, each six fields with ; between them; NULL for a property that a part has "
+    "A list of lines, each six fields with ; between them: part number; value; reference designators; part name; "
+    "footprint; number of pins. NULL for a property that a part has "
     "not. An error, or a text that is not a list, counts as the empty list.";
 
 // clang-format off
@@ -51,10 +52,12 @@ constexpr HostProcedure procedures[] = {
   // the editor and its designs
   {"GetProductVersion", given(), "The version; 16.3 and 16.5 are hosts that give texts in the code page.",
     "Tells the host's version.", atLoad},
-  {"InitPath", given(), "Full paths of all open files, with ; between them.", "Lists what is open in the host."},
+  {"InitPath", given(),
+    "Full paths of all open files, with ; between them. Those that end in .dsn or .DSN are reported.",
+    "Lists what is open in the host."},
   {"getDsnPinCount",
     given(argument("path", "Full path in double quotes, each backslash doubled; ReadOpenPath leaves them single.")),
-    "Number of pins, or -1 when the design is not open.", "Counts the pins of a design."},
+    "Number of pins, or -1 when the design is not open, which is then not reported.", "Counts the pins of a design."},
   {"GetActiveProPages", given(),
     "A list of open projects, each a list of its path and its pages' names. Empty or an error: the request fails.",
     "Lists the open projects with their pages."},

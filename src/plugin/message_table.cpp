@@ -25,8 +25,8 @@ consteval Few<Member, 2> expects(Each... members) {
 constexpr Member fileName = text("FileName", "Full path of the design.");
 constexpr Member processId = text("Pid", "The host's process id, in decimal digits.");
 constexpr Member hostPath = text("AllegroPath", "Full path of the host's Capture.exe; empty when it was not found.");
-constexpr Few<Member, 2> projectFolder = expects(
-    text("Path", "The project's folder: Cache is kept there until another answer names one. Empty: as before."));
+constexpr Few<Member, 2> projectFolder = expects(optional(text(
+    "Path", "The project's folder: Cache is kept there until another answer names one. Empty or none: as before.")));
 
 constexpr std::array part = {
     text("Id", "Number of the part in the module."),
@@ -91,7 +91,8 @@ constexpr MessageRow messages[] = {
   {"GetMarketResPath", "", from("GetResPath"), "Command Data Result",
     holds(text("ResId", "Identifier of the module.")), "Asks where a module lies.",
     expects(textOrNumber("ResId", "The identifier that was asked for."),
-            optional(text("DatPath", "Full path of the module file."))), MessageWay::ownConnection},
+            optional(text("DatPath", "Full path of the module file; needed when \"Result\" is 0."))),
+    MessageWay::ownConnection},
 };
 // clang-format on
 

@@ -21,7 +21,8 @@ constexpr bool placing = true;
 
 // --- members that several requests have ----------------------------------------------------------------------------
 
-constexpr Member designPath = text("ProjectPath", "Full path of an open design, as FileStatus named it.");
+constexpr Member designPath =
+    text("ProjectPath", "Full path of an open design, as FileStatus named it but with / between its folders.");
 constexpr Member libraryPath = text("ProjectPath", "Full path of a symbol library (.olb), with / between its folders.");
 constexpr Member modulePath =
     optional(text("dsnDatPath", "Full path of the module file to place; it is removed once it was placed."))

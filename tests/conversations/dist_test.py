@@ -2,6 +2,7 @@
 
 import asyncio
 import pathlib
+import re
 import sys
 import tempfile
 import unittest
@@ -35,7 +36,21 @@ class DistTest(unittest.TestCase):
             commands = files.read("docs/commands.html").decode()
         self.assertIn("<td><code>ReadOpenPath path</code></td>", commands)
         self.assertIn('href="index.html"', commands)
-        self.assertNotRegex(commands, r'(href|src)="(https?:|[^"]*\.md)')
+
+    def test_every_link_leads_somewhere(self):
+        with zipfile.ZipFile(self.zip) as files:
+            names = set(files.namelist())
+            pages = {name: files.read(name).decode() for name in names if name.endswith(".html")}
+        lost = set()
+        for name, page in pages.items():
+            for link in re.findall(r'(?:href|src)="([^"]*)"', page):
+                file, _, anchor = link.partition("#")
+                target = f"docs/{file}" if file else name
+                if target not in names or (anchor and f'id="{anchor}"' not in pages[target]):
+                    lost.add((name, link))
+        self.assertEqual(set(), lost)
+        self.assertIn('id="what-two-answers-have-to-hold"', pages["docs/for-companion-authors.html"])
+        self.assertIn('href="protocol.json"', pages["docs/for-companion-authors.html"])
 
     def test_what_was_changed_on_the_way_is_found(self):
         changed = self.folder / "changed.zip"

@@ -29,7 +29,7 @@ TEN_FAULTS = (
     (' if self.asked else ""', "", "goes on after a reply to what it did not ask"),
     ("def take_GetSelfId(", "def take_SelfId(", "answers GetSelfId on a connection of its own"),
     ("def take_GetMarketResPath(", "def take_MarketResPath(", "answers GetMarketResPath on a connection of its own"),
-    ('self.send("GenerateBOM", {"ProjectPath": design.replace("\\\\", "/")})', 'self.send("GenerateBOM", {})', "GenerateBOM: 'ProjectPath' is a"),
+    ('{"ProjectPath": design.replace("\\\\", "/")}', "{}", "GenerateBOM: 'ProjectPath' is a"),
     ("def take_TryUpdateBom(", "def take_Update(", "asks for the bill when TryUpdateBom comes"),
 )
 MORE_FAULTS = (

@@ -4,7 +4,7 @@
     ./dev check-companion COMMAND...    one that is started, and is expected on 127.0.0.1:9601
 
 What the companion asks is answered out of recorded conversations. Ends with 0 when all holds that must, with 1 when
-something of that does not, and with 2 when nothing could be tried.
+something of that does not, and with 2 when COMMAND cannot be started or somebody listens already.
 """
 
 from __future__ import annotations
@@ -116,6 +116,7 @@ class Check(Grades):
                  say: Callable[[str], None] = say_at_once):
         super().__init__(say)
         self.address = address
+        self.place = f"{address[0]}:{address[1]}"
         self.patience = patience
         self.recorded = Recorded()
         self._log = log
@@ -185,7 +186,7 @@ class Check(Grades):
                     await self._survives(what, message)
                 await self._questions()
         except OSError as error:
-            self.tell(MUST, "can be reached", False, str(error))
+            self.tell(MUST, "can be reached", False, f"{self.place}: {os.strerror(error.errno or 0)}")
         for grade, kind, rule in _ALWAYS:
             if self._heard:
                 self.tell(grade, rule, not self._faults[kind], "; ".join(dict.fromkeys(self._faults[kind])))
@@ -266,9 +267,8 @@ async def reachable(address: tuple[str, int]) -> bool:
 
 async def start_and_run(command: list[str], check: Check) -> int:
     """The exit status for a companion that is started for this. Raises Refused."""
-    place = ":".join(map(str, check.address))
     if await reachable(check.address):
-        raise Refused(f"somebody listens on {place} already; end it first")
+        raise Refused(f"somebody listens on {check.place} already; end it first")
     try:
         process = await asyncio.create_subprocess_exec(*command, start_new_session=True)
     except OSError as error:
@@ -281,7 +281,7 @@ async def start_and_run(command: list[str], check: Check) -> int:
                 check.tell(MUST, "listens", False, f"the command ended with status {process.returncode} before it listened")
                 return NOT_DONE
             await asyncio.sleep(0.1)
-        check.tell(MUST, "listens", False, f"nobody on {place} after {START_SECONDS} s")
+        check.tell(MUST, "listens", False, f"nobody on {check.place} after {START_SECONDS} s")
         return NOT_DONE
     finally:
         with contextlib.suppress(ProcessLookupError):  # it may just have ended

@@ -5,6 +5,7 @@ from __future__ import annotations
 import hashlib
 import json
 import pathlib
+import posixpath
 import re
 import subprocess
 import time
@@ -109,10 +110,9 @@ def _documents() -> dict[str, bytes]:
     sources |= {path.stem: path for path in sorted((REPOSITORY / "docs").glob("*.md")) if path != sources["index"]}
     sources |= {name: REPOSITORY / f"{name}.md" for name in ("SECURITY", "README")}
     titles = {name: _title(path.read_text(encoding="utf-8")) for name, path in sources.items()}
-    pages = {
-        f"docs/{name}.html": _html(path.read_text(encoding="utf-8"), name, titles).encode()
-        for name, path in sources.items()
-    }
+    places = {path.relative_to(REPOSITORY).as_posix(): f"{name}.html" for name, path in sources.items()}
+    places |= {f"docs/{path.name}": path.name for path in (REPOSITORY / "docs").glob("*.json")}
+    pages = {f"docs/{name}.html": _html(path, name, titles, places).encode() for name, path in sources.items()}
     pictures = {f"docs/pictures/{path.name}": path.read_bytes()
                 for path in sorted((REPOSITORY / "docs" / "pictures").glob("*.png"))}
     descriptions = {f"docs/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "docs").glob("*.json"))}
@@ -123,10 +123,24 @@ def _title(markdown: str) -> str:
     return next((line.lstrip("# ") for line in markdown.splitlines() if line.startswith("# ")), "Vernoxa")
 
 
-def _html(markdown: str, name: str, titles: dict[str, str]) -> str:
-    body = MarkdownIt("commonmark").enable("table").render(markdown)
-    body = re.sub(r'((?:href|src)=")(?:docs/|\.\./)?([\w-]+)\.md(#[\w-]*)?"', r'\1\2.html\3"', body)
-    body = re.sub(r'(src=")docs/', r"\1", body).replace('href="installing.html', 'href="index.html')
+def _html(page: pathlib.Path, name: str, titles: dict[str, str], places: dict[str, str]) -> str:
+    """`places` says what a file of the repository is called beside the page."""
+    folder = page.parent.relative_to(REPOSITORY).as_posix()
+
+    def heading(found: re.Match[str]) -> str:
+        anchor = re.sub(r"[^\w -]", "", re.sub("<.*?>", "", found[2])).lower().replace(" ", "-")
+        return f'<{found[1]} id="{anchor}">{found[2]}</{found[1]}>'
+
+    def link(found: re.Match[str]) -> str:
+        """What is not in the zip is named, without a link."""
+        file, mark, anchor = found[1].partition("#")
+        place = places.get(posixpath.normpath(posixpath.join(folder, file))) if file else ""
+        return found[2] if place is None else f'<a href="{place}{mark}{anchor}">{found[2]}</a>'
+
+    body = MarkdownIt("commonmark").enable("table").render(page.read_text(encoding="utf-8"))
+    body = re.sub(r"<(h\d)>(.*?)</\1>", heading, body)
+    body = re.sub(r'<a href="([^"]*)">(.*?)</a>', link, body, flags=re.DOTALL)
+    body = re.sub(r'(src=")docs/', r"\1", body)
     links = [f'<a href="{other}.html">{title}</a>' for other, title in titles.items() if other != name]
     navigation = f"<p><small>{' · '.join(links)}</small></p>" if links else ""
     return _PAGE.format(title=titles[name], navigation=navigation, body=body)

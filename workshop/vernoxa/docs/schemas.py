@@ -114,19 +114,27 @@ def schemas() -> dict[str, dict]:
     return {name: each[0] if len(each) == 1 else {"anyOf": each} for name, each in sorted(forms.items())}
 
 
+def _when(command: dict, then: str = "", otherwise: str = "") -> dict:
+    branches = {"then": then, "else": otherwise}
+    chosen = {word: {"$ref": f"#/$defs/{name}"} for word, name in branches.items() if name}
+    return {"if": {"properties": {"Command": command}}, **chosen}
+
+
 def message_schema() -> dict:
     refusals = sorted({request["refusal"] for request in PROTOCOL["requests"]})
     # A request that nobody knows is refused under its own name.
-    named = schemas() | {"refusal": refusal({"type": "string", "pattern": f"{SUFFIX}$"}, {"enum": refusals})}
+    known = schemas()
+    refused = {"refusal": refusal({"type": "string", "pattern": f"{SUFFIX}$"}, {"enum": refusals})}
     return {
         "$schema": "https://json-schema.org/draft/2020-12/schema",
         "title": "Every message between the plug-in, its host's scripts and its companion",
         "description": "Printed from protocol.json, which also says in what order members stand. A message is in the "
-                       "code page: bring it into UTF-8 first.",
+                       "code page: bring it into UTF-8 first. A name may have several forms: validate against "
+                       "#/$defs/NAME to be told what is missing in each.",
         "type": "object",
         "required": ["Command"],
-        "anyOf": [{"$ref": f"#/$defs/{name}"} for name in named],
-        "$defs": named,
+        "allOf": [*(_when({"const": name}, then=name) for name in known), _when({"enum": [*known]}, otherwise="refusal")],
+        "$defs": known | refused,
     }
 
 
