@@ -225,13 +225,12 @@ class Check(Grades):
             self._known["a page"] = page.text
         names = [name for name in ROWS if name not in (*_LINK, *_LAST)
                  and (name == "GetProductVersion" or not ROWS[name]["calledBy"]["load"])]
-        for name in names:
-            await self._procedure(name)
         design = self._known.get("a design", "")
-        if "\\" in design and "generateBOMForPath" not in self._missing:
-            await self._spellings(design)
-        for name in _LAST:
+        for name in (*names, *_LAST):
             await self._procedure(name)
+            # Before anything is placed, which changes the bill.
+            if name.endswith("::getStickList") and "\\" in design and "generateBOMForPath" not in self._missing:
+                await self._spellings(design)
         if self._missing:
             callers = dict.fromkeys(caller for each in self._missing.values() for caller in each)
             self.tell(SHOULD, "has the other procedures", False,
