@@ -71,6 +71,15 @@ class Protocol(unittest.TestCase):
                 seen += 1
         self.assertGreater(seen, 150)
 
+    def test_a_message_is_told_what_it_misses_and_no_more(self):
+        refused = {"Command": "Nothing_EndResult", "ErrInfo": "command error", "Result": "1", "Data": {}}
+        for message, missing in (({"Data": {}}, ["Command"]), ({"Command": "GenerateBOM", "Data": {}}, ["ProjectPath"]),
+                                 (refused, []), ({"Command": "Nothing"}, ["_EndResult", "ErrInfo", "Result", "Data"])):
+            faults = [error.message for error in Draft202012Validator(MESSAGES).iter_errors(message)]
+            self.assertEqual(len(missing), len(faults), faults)
+            for name, fault in zip(missing, faults):
+                self.assertIn(name, fault)
+
     def test_asyncapi_refers_to_nothing_that_is_not_there(self):
         document = json.loads((DOCS / "asyncapi.json").read_text(encoding="utf-8"))
         for reference in references_in(document):

@@ -114,10 +114,11 @@ def schemas() -> dict[str, dict]:
     return {name: each[0] if len(each) == 1 else {"anyOf": each} for name, each in sorted(forms.items())}
 
 
-def _when(command: dict, then: str = "", otherwise: str = "") -> dict:
-    branches = {"then": then, "else": otherwise}
-    chosen = {word: {"$ref": f"#/$defs/{name}"} for word, name in branches.items() if name}
-    return {"if": {"properties": {"Command": command}}, **chosen}
+def _under_its_name(known: list[str]) -> list[dict]:
+    """By the name of a message one form is asked for, so that a validator says what that misses and no more."""
+    chosen = [{"if": {"properties": {"Command": {"const": name}}, "required": ["Command"]},
+               "then": {"$ref": f"#/$defs/{name}"}} for name in known]
+    return [*chosen, {"if": {"properties": {"Command": {"enum": known}}}, "else": {"$ref": "#/$defs/refusal"}}]
 
 
 def message_schema() -> dict:
@@ -133,7 +134,7 @@ def message_schema() -> dict:
                        "#/$defs/NAME to be told what is missing in each.",
         "type": "object",
         "required": ["Command"],
-        "allOf": [*(_when({"const": name}, then=name) for name in known), _when({"enum": [*known]}, otherwise="refusal")],
+        "allOf": _under_its_name([*known]),
         "$defs": known | refused,
     }
 
