@@ -30,7 +30,7 @@ std::string scriptOf(char form, std::string_view value) {
     case 2:
       return script.braced(value).literal(" end").text();
     case 3:
-      return Script("target").joined(value).literal(" end").text();
+      return Script("target").quoted(value).literal(" end").text();
     default:
       return script.literal("[list x").bare(value).literal("] end").text();
   }

@@ -13,7 +13,7 @@ std::string keyOr(const Request& request, const TextConverter& text, const char*
   return key && !key->empty() ? text.scriptValue(*key) : usual;
 }
 
-Script withPath(Literal procedure, const std::string& path) {
+Script withPath(Start procedure, const std::string& path) {
   return Script(procedure).literal(" ").quoted(path);
 }
 
@@ -32,7 +32,7 @@ Outcome doneWithoutError() {
   return Outcome::success(Json::object(), "");
 }
 
-Outcome markParts(Literal procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome markParts(Start procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
   const std::string path = doubledOnce(projectPath(request, text));
   for (const JsonView item : request.data.member("item")) {
     if (const auto reference = item.member("PartRef").text()) {

@@ -13,7 +13,7 @@ namespace {
 
 struct BomList {
   const char* member;
-  Literal procedure;
+  Start procedure;
 };
 
 constexpr std::array bomLists = {
@@ -34,13 +34,13 @@ void clearMissing(std::vector<std::string>& fields) {
 using ListArrays = std::array<JsonView, bomLists.size()>;
 
 // What the procedure answered; empty when it ended in an error, nothing for a text that is no list.
-std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, Literal procedure) {
+std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, Start procedure) {
   const Evaluation list = host.evaluate(Script(procedure));
   return list.ok ? host.splitList(list.text) : std::vector<std::string>();
 }
 
 // False for what is no list, or when an element was too short.
-bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Literal procedure, Json& data,
+bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Start procedure, Json& data,
               JsonView array) {
   const auto elements = elementsOf(host, procedure);
   if (!elements) {

@@ -12,7 +12,7 @@ void logScript(const Script& script, const TextConverter& text, LogWriter& log) 
   log.writeLine(text.utf8ToAnsi(script.text()));
 }
 
-Script withPath(Literal procedure, const Request& request, const TextConverter& text) {
+Script withPath(Start procedure, const Request& request, const TextConverter& text) {
   return Script(procedure).literal(" ").quoted(projectPath(request, text));
 }
 

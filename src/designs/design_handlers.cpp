@@ -107,9 +107,7 @@ Outcome getPartPropertyList(const Request& request, ScriptHost& host, const Text
 }
 
 Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const std::string path = projectPath(request, text);
-  const Evaluation answer =
-      host.evaluateJoined(Script("getGuid").joined(path).literal(" 1"), Script("getGuid ").quoted(path).literal(" 1"));
+  const Evaluation answer = host.evaluateJoined("getGuid", projectPath(request, text), " 1");
   if (!answer.ok || answer.text.starts_with("Invalid")) {
     return Outcome::failed(text.messageText(answer.text));
   }

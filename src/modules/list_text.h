@@ -11,7 +11,7 @@ namespace vernoxa {
 // in a braced name, where the procedures know it), and its brackets stand escaped in script and log.
 class ListText {
  public:
-  explicit ListText(Literal start) : script_(start) {}
+  explicit ListText(Start start) : script_(start) {}
 
   ListText& literal(Literal text);
   ListText& bare(std::string_view value);

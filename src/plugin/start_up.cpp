@@ -19,7 +19,7 @@
 namespace vernoxa {
 namespace {
 
-constexpr Literal script =
+constexpr Start script =
     "proc LoadAction { } {\r\n"
     "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" "
     "\"Schematic\"\r\n"

@@ -40,7 +40,7 @@ bool bracesCanHold(std::string_view value) {
 
 }  // namespace
 
-Script Script::startingWith(Literal start) const {
+Script Script::startingWith(Start start) const {
   Script other(*this);
   other.text_.replace(0, startBytes_, start.text());
   other.startBytes_ = start.text().size();
@@ -53,11 +53,18 @@ Script& Script::literal(Literal text) {
     bracketDepth_ -= c == ']' ? 1 : 0;
   }
   text_.append(text.text());
+  wordStart_ = text.text().empty() ? wordStart_ : isSpace(text_.back()) || text_.back() == '[';
   return *this;
 }
 
 Script& Script::quoted(std::string_view value) {
   text_.push_back('"');
+  if (!wordStart_) {
+    appendBare(value, Spaces::escape);
+    text_.push_back('"');
+    return *this;
+  }
+  wordStart_ = false;
   BackslashRun run;
   for (const char c : value) {
     if ((c == '"' || c == '[' || c == '$') && !run.escapesNext()) {
@@ -79,49 +86,39 @@ Script& Script::bare(std::string_view value) {
 }
 
 Script& Script::braced(std::string_view value) {
-  if (bracesCanHold(value)) {
+  if (wordStart_ && value != "*" && bracesCanHold(value)) {
     text_.append("{").append(value).append("}");
+    wordStart_ = false;
   } else {
     appendBare(value, Spaces::escape);
   }
   return *this;
 }
 
-Script& Script::joined(std::string_view value) {
-  text_.push_back('"');
-  appendBare(value, Spaces::separate);
-  text_.push_back('"');
-  return *this;
-}
-
 Script& Script::number(int value) {
   text_.append(std::to_string(value));
+  wordStart_ = false;
   return *this;
-}
-
-bool Script::atWordStart() const {
-  return text_.empty() || isSpace(text_.back()) || text_.back() == '[';
 }
 
 void Script::appendBare(std::string_view value, Spaces spaces) {
-  bool wordStart = atWordStart();
   BackslashRun run;
   for (const char c : value) {
     const bool escaped = run.escapesNext();
     run.take(c);
     if (isLineEnd(c)) {
       text_.append(escaped ? "" : "\\").push_back(c == '\n' ? 'n' : 'r');
-      wordStart = false;
+      wordStart_ = false;
       continue;
     }
     const bool separates = isSpace(c) && !escaped && spaces == Spaces::separate;
     const bool acts = c == '[' || c == '$' || c == ';' || (c == ']' && bracketDepth_ > 0) ||
-                      (wordStart && (c == '"' || c == '{')) || (isSpace(c) && spaces == Spaces::escape);
+                      (wordStart_ && (c == '"' || c == '{')) || (isSpace(c) && spaces == Spaces::escape);
     if (acts && !escaped) {
       text_.push_back('\\');
     }
     text_.push_back(c);
-    wordStart = separates;
+    wordStart_ = separates;
   }
   if (run.escapesNext()) {
     text_.push_back('\\');

@@ -25,9 +25,12 @@ class ScriptHost {
   // Elements of a Tcl list; nothing for a text that is no list, which leaves no error text.
   virtual std::optional<std::vector<std::string>> splitList(const std::string& list) = 0;
 
-  // A script that joins a command word and its first argument is evaluated exactly so; only when Tcl answers with an
-  // error is the separated one tried, and its result stands.
+  // A script that joins a word and the one behind it is evaluated exactly so; only when Tcl answers with an error is the
+  // separated one tried, and its result stands.
   Evaluation evaluateJoined(const Script& joined, const Script& separated);
+  // The same for a procedure and its quoted argument. A space in the argument would end the joined name, which nobody
+  // has then: the separated script is evaluated at once.
+  Evaluation evaluateJoined(Start procedure, std::string_view argument, Literal rest = "");
 
   // The oldest supported hosts, "16.3" and "16.5", hold their texts in the other encoding than all later ones.
   bool isOldHost();

@@ -28,7 +28,7 @@ Json openProject(const Parts& parts, const TextConverter& text, MessagePaths& pa
 }
 
 // The host's own answer does not change the result, only the text beside it.
-Outcome placeWith(Literal procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome placeWith(Start procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
   const Script script = Script(procedure).literal(" ").number(request.number("Type")).literal(" {}");
   const std::string answer = host.evaluate(script).text;
   Json data = Json::object();
@@ -38,9 +38,7 @@ Outcome placeWith(Literal procedure, const Request& request, ScriptHost& host, c
 
 Outcome exportDrawing(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
                       const MessagePaths& paths) {
-  const std::string path = projectPath(request, text);
-  const Evaluation answer =
-      host.evaluateJoined(Script("convertToSVG").joined(path), Script("convertToSVG ").quoted(path));
+  const Evaluation answer = host.evaluateJoined("convertToSVG", projectPath(request, text));
   if (!answer.ok || answer.text.empty()) {
     return Outcome::failed(text.messageText(answer.text));
   }

@@ -3,7 +3,7 @@
 
 namespace vernoxa {
 
-#ifdef COMPILES
+#if CASE == 0
 void watch(ProjectFolder&, const FileStatus&, Clock&);
 #else
 void watch(ProjectFolder&, OpenDesigns&, Clock&);

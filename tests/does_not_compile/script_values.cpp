@@ -1,4 +1,4 @@
-// A value that is known only at run time is no part of the plug-in's own text.
+// A value that is known only at run time is no part of the plug-in's own text, and never stands where it would act.
 #include <string>
 
 #include "tcl/script.h"
@@ -6,10 +6,18 @@
 namespace vernoxa {
 
 Script jumpTo(const std::string& page) {
-#ifdef COMPILES
+#if CASE == 0
   return Script("JumpToDsn ").quoted(page);
-#else
+#elif CASE == 1
   return Script("JumpToDsn ").literal(page.c_str());
+#elif CASE == 2
+  return Script("catch {JumpToDsn ").quoted(page);
+#elif CASE == 3
+  return Script(" ").bare(page);
+#elif CASE == 4
+  return Script("JumpToDsn [").bare(page);
+#else
+  return Script("JumpToDsn \"").bare(page);
 #endif
 }
 

@@ -7,7 +7,7 @@ using namespace row;
 
 Outcome saveAll(RequestCall&, Session&);
 
-#ifdef COMPILES
+#if CASE == 0
 constexpr const char* second = "SaveEverything";
 #else
 constexpr const char* second = "SaveAll";

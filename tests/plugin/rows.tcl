@@ -67,6 +67,9 @@ companion CreateSVG $path {convertToSVG done} [list $joined "convertToSVG $raw"]
     {{"Data":{"SVGPath":"BASE\\Cache\\Output","PreviewPic":"BASE\\Cache\\Output\\Preview.bmp"},%"0","ErrInfo":""}}
 companion CreateSVG $path {} [list $joined "convertToSVG $raw"] {{"Data":{},%"1","ErrInfo":""}}
 companion CreateSVG $path {convertToSVG {error disk}} [list $joined "convertToSVG $raw"] {{"Data":{},%"1","ErrInfo":"disk"}}
+# A space would make a command's name of what stands before it.
+companion CreateSVG {{"ProjectPath":"x/../../w/mark.bat y"}} {} {{convertToSVG "x/../../w/mark.bat y"}} {{"Data":{},%"1","ErrInfo":""}}
+companion CreateSVG {{"ProjectPath":"a;b\n{*}"}} {} [list "convertToSVG\"a\\;b\\n{*}\"" "convertToSVG \"a;b\n{*}\""] {{"Data":{},%"1","ErrInfo":""}}
 
 # References, values and jumps
 companion AdjustRefAndValue {{}} {ReplaceRefAndValue 1} ReplaceRefAndValue {{"Data":{},%"0"}}
@@ -139,6 +142,7 @@ companion GetPartPropertyList $path {getAllPropertyName {Value {Part Number}}} [
     {{"Data":{"PartNameProperty":"Part Name","PartNumberProperty":"Part Number","PropertyList":["Value","Part Number"]},%"0","ErrInfo":""}}
 companion GetPartPropertyList $path {} [list "getAllPropertyName $raw"] {{"Data":{},%"1","ErrInfo":""}}
 companion SetNewGuid $path {getGuid ABC} [list {getGuid"C:\设计\a.dsn" 1} "getGuid $raw 1"] {{"Data":{"Guid":"ABC"},%"0","ErrInfo":""}}
+companion SetNewGuid {{"ProjectPath":"a\tb"}} {getGuid ABC} [list "getGuid \"a\tb\" 1"] {{"Data":{"Guid":"ABC"},%"0","ErrInfo":""}}
 companion SetNewGuid $path {getGuid {Invalid path}} [list {getGuid"C:\设计\a.dsn" 1} "getGuid $raw 1"] {{"Data":{},%"1","ErrInfo":"Invalid path"}}
 companion CloseOrcad {{}} {} Exit ""
 

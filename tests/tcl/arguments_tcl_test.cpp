@@ -68,7 +68,7 @@ TEST(TclArguments, MalformedListIsEmpty) {
 TEST(TclScriptHost, AnswersWhatTclSays) {
   TclInterp interp;
   TclScriptHost host(interp.get());
-  const auto answer = [&](Literal script) {
+  const auto answer = [&](Start script) {
     const Evaluation result = host.evaluate(Script(script));
     return std::string(result.ok ? "ok " : "error ") + result.text;
   };
@@ -76,8 +76,8 @@ TEST(TclScriptHost, AnswersWhatTclSays) {
   EXPECT_EQ(answer("error \xD6\xD0"), "error \xD6\xD0");
   EXPECT_EQ(answer("nobody"), "error invalid command name \"nobody\"");
   EXPECT_EQ(answer("return -code 7 odd"), "error command returned bad code: 7");
-  EXPECT_EQ(answer("set a \"unended"), "error missing \"");
-  EXPECT_EQ(answer(""), "ok ");
+  EXPECT_EQ(answer("set a {}x"), "error extra characters after close-brace");
+  EXPECT_EQ(answer("list"), "ok ");
 }
 
 TEST(TclScriptHost, SplitsLists) {
@@ -108,8 +108,11 @@ TEST(ScriptHost, SeparatedFormIsTriedOnlyAfterAnError) {
   EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "separate");
   interp.define("getGuid\"a\"", "joined");
   EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "joined");
+  EXPECT_EQ(host.evaluateJoined("getGuid", "a", " 1").text, "joined");
+  EXPECT_EQ(host.evaluateJoined("getGuid", "a b").text, "separate");
   EXPECT_FALSE(host.evaluateJoined(Script("getGuid\"b\" 1"), Script("nobody")).ok);
-  EXPECT_THAT(interp.calls, ElementsAre(Words{"getGuid", "a", "1"}, Words{"getGuid\"a\"", "1"}));
+  EXPECT_THAT(interp.calls, ElementsAre(Words{"getGuid", "a", "1"}, Words{"getGuid\"a\"", "1"},
+                                        Words{"getGuid\"a\"", "1"}, Words{"getGuid", "a b"}));
 }
 
 TEST(ScriptHost, TwoVersionsAreOld) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "support/hostile_values.h"
 #include "support/tcl_interp_tcl.h"
 
@@ -62,7 +64,7 @@ class ScriptTest : public testing::Test {
 TEST_F(ScriptTest, OrdinaryValuesKeepTheirText) {
   EXPECT_EQ(Script("p ").quoted("C:\\\\a b\\\\c.dsn").literal(" ").bare("(1 2)").literal(" ").braced("R1,R2").text(),
             "p \"C:\\\\a b\\\\c.dsn\" (1 2) {R1,R2}");
-  EXPECT_EQ(Script("getGuid").joined("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
+  EXPECT_EQ(Script("getGuid").quoted("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
 }
 
 TEST_F(ScriptTest, AnotherStartKeepsTheRest) {
@@ -77,6 +79,8 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   EXPECT_EQ(Script("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
   EXPECT_EQ(Script("p ").braced("a b}").text(), "p a\\ b}");
   EXPECT_EQ(Script("p ").braced("[x] $y \\}").text(), "p {[x] $y \\}}");
+  EXPECT_EQ(Script("p ").braced("*").literal("[list 1 2]").text(), "p *[list 1 2]");
+  EXPECT_EQ(Script("p ").bare("a").braced("; q ").quoted("; q").text(), "p a\\;\\ q\\ \"\\;\\ q\"");
   EXPECT_EQ(Script("p ").quoted("\\[a\\\\[b").text(), "p \"\\[a\\\\\\[b\"");  // escaped already, and not
 }
 
@@ -124,23 +128,30 @@ TEST_F(ScriptTest, BracedIsOneWord) {
   }
 }
 
-// A joined text names one command that nobody has, or is none at all.
-TEST_F(ScriptTest, JoinedRunsNothingElse) {
+TEST_F(ScriptTest, ValuesBesideEachOtherRunNothing) {
+  constexpr std::array forms = {&Script::quoted, &Script::bare, &Script::braced};
+  for (unsigned count = 0; count < valuesOfEachKind; ++count) {
+    Script script("target ");
+    for (const unsigned form : {count % 3, count / 3 % 3, count / 9 % 3}) {
+      (script.*forms[form])(values_.next());
+    }
+    runs(script.text(), {});
+    for (const Words& call : interp_.calls) {
+      ASSERT_EQ(call.front(), "target") << script.text();
+    }
+  }
+}
+
+// Behind the name of a command a value adds to that one word, which names nothing else then.
+TEST_F(ScriptTest, QuotedBehindANameIsOneWordWithIt) {
   for (int count = 0; count < valuesOfEachKind; ++count) {
     const std::string value = values_.next();
-    const std::string script = Script("target").joined(value).literal(" end").text();
-    if (!runs(script, {"unknown"})) {
-      ASSERT_TRUE(interp_.calls.empty()) << script;
-      ASSERT_TRUE(value.find_first_of(" \t\v\f\\") != std::string::npos) << script;  // the last quote began a word
-      continue;
-    }
-    Words words = interp_.calls[0];
-    ASSERT_TRUE(words[1].starts_with("target\"")) << script;
+    const std::string script = Script("target").quoted(value).literal(" end").text();
+    ASSERT_TRUE(runs(script, {"unknown"})) << script;
+    ASSERT_EQ(interp_.calls[0].size(), 3U) << script;
+    ASSERT_TRUE(interp_.calls[0][1].starts_with("target\"") && interp_.calls[0][1].ends_with('"')) << script;
     if (!hasBackslash(value)) {
-      Words expected = blankSeparated("target\"" + value + "\"");
-      expected.insert(expected.begin(), "unknown");
-      expected.emplace_back("end");
-      ASSERT_EQ(words, expected) << script;
+      ASSERT_EQ(interp_.calls[0], (Words{"unknown", "target\"" + value + "\"", "end"})) << script;
     }
   }
 }
