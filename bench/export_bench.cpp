@@ -186,8 +186,9 @@ class Bench {
   FakeWorld fake_;
   CountingFiles files_;
   World world_;
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-                 [](std::shared_ptr<Session>) {}};  // NOLINT(performance-unnecessary-value-param): the type is given
+  PlugIn plugIn_{
+      world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
+      [](std::shared_ptr<LinkThreadParts>) {}};  // NOLINT(performance-unnecessary-value-param): the type is given
   Tcl_Interp* interp_ = Tcl_CreateInterp();
 };
 

@@ -73,7 +73,7 @@ RecordingHost& recordingHost() {
 
 LoadedPlugIn::LoadedPlugIn()
     : plugIn{fake.world(), pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(fake.world(), pathOf("C:\\App\\bin")),
-             nullptr, [](std::shared_ptr<Session> session) { session.reset(); }} {
+             nullptr, [](std::shared_ptr<LinkThreadParts> thread) { thread.reset(); }} {
   fake.files.addFolder("C:\\App\\bin");
   fake.files.addFolder("C:\\App\\Script\\Log");
   fake.files.addFolder("C:\\App\\Cache");

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "desktop/clipboard_picture.h"
-#include "dispatch/placement_context.h"
 #include "system/clipboard.h"
 #include "system/clock.h"
 #include "system/desktop.h"
@@ -65,10 +64,10 @@ CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& 
 }
 
 CommandResult getClipBoardPic(CommandCall&, const ClipboardPicture& picture, const MessagePaths& paths,
-                              PlacementContext& placement) {
+                              PreviewPicture& preview) {
   const FilePath path = picture.save();
   if (!path.empty()) {
-    placement.dsnBmpPath = paths.of(path);  // goes with the next module that is handed over
+    preview.path = paths.of(path);
   }
   return {path.utf8()};
 }

@@ -13,7 +13,7 @@ class Logs;
 class MessagePaths;
 class TextConverter;
 class UserMessages;
-struct PlacementContext;
+struct PreviewPicture;
 
 // Lets the user pick one of the candidates, a text with ";" between them, shown sorted by their bytes. Answers the one
 // picked as it was given, empty when none was. Needs a second argument, which it does not read. Ends well also after
@@ -23,7 +23,7 @@ CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& 
 
 // Saves the drawing on the clipboard as the preview picture and answers its path, empty when there is none.
 CommandResult getClipBoardPic(CommandCall& call, const ClipboardPicture& picture, const MessagePaths& paths,
-                              PlacementContext& placement);
+                              PreviewPicture& preview);
 
 // Answers the cursor's position on the screen, "x y".
 CommandResult getMousePosition(CommandCall& call, Desktop& desktop);

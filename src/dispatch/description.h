@@ -11,7 +11,7 @@
 
 namespace vernoxa {
 
-struct PlacementContext;
+class Session;
 
 // A few items that lie in the row itself.
 template <class Item, std::size_t most>
@@ -33,8 +33,8 @@ struct Member {
   // A request without a needed member, or with one of another kind, is refused before anything is evaluated. In what
   // the plug-in sends, a needed member is always there.
   bool needed = true;
-  // Copied there before anything is evaluated, as "" when the member is absent.
-  std::string PlacementContext::*stored = nullptr;
+  // Keeps the text before anything is evaluated, "" when the member is absent. "Data" is needed then.
+  void (*keep)(Session&, std::string text) = nullptr;
   const char* values = nullptr;  // the only ones that it has, with | between them; "" for the empty text alone
   // What the objects of an array hold; an array without it holds texts.
   const Member* itemMembers = nullptr;
@@ -45,9 +45,9 @@ struct Member {
     member.values = allowed;
     return member;
   }
-  consteval Member keptIn(std::string PlacementContext::*field) const {
+  consteval Member keptBy(void (*function)(Session&, std::string text)) const {
     Member member = *this;
-    member.stored = field;
+    member.keep = function;
     return member;
   }
 };

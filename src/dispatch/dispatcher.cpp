@@ -93,8 +93,8 @@ Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, S
   if (outcome.failure) {
     tell(*outcome.failure, log);
   }
-  if (row->placing && !outcome.succeeded()) {
-    placement_.placeState = 0;
+  if (row->whenRefused != nullptr && !outcome.succeeded()) {
+    row->whenRefused(call, session_);
   }
   return outcome;
 }
@@ -107,16 +107,16 @@ Outcome Dispatcher::runRow(const HandlerRow& row, RequestCall& call) {
   }
 }
 
-// Stores what the row wants stored, then tells whether all is there that it needs. What is stored comes from "Data",
+// Keeps what the row wants kept, then tells whether all is there that it needs. What is kept comes from "Data",
 // which must be there then, whatever it lacks.
 bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
   bool complete = true;
   for (const Member& member : row.members) {
     const bool usable = isOfKind(request.data.member(member.name), member.kind);
-    if (member.stored != nullptr) {
-      placement_.*member.stored = usable ? request.text(member.name) : std::string();
+    if (member.keep != nullptr) {
+      member.keep(session_, usable ? request.text(member.name) : std::string());
     }
-    complete = complete && (member.stored == nullptr || request.data.isObject()) && (!member.needed || usable);
+    complete = complete && (member.keep == nullptr || request.data.isObject()) && (!member.needed || usable);
   }
   return complete;
 }

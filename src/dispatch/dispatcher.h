@@ -29,13 +29,8 @@ struct Endpoint {
 class Dispatcher {
  public:
   Dispatcher(const Logs& logs, UserMessages& messages, StandardOutput& output, std::unique_ptr<Lock> lock,
-             PlacementContext& placement, Session& session)
-      : logs_(logs),
-        messages_(messages),
-        output_(output),
-        lock_(std::move(lock)),
-        placement_(placement),
-        session_(session) {}
+             Session& session)
+      : logs_(logs), messages_(messages), output_(output), lock_(std::move(lock)), session_(session) {}
 
   // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is no packet text
   // comes back encoded again. Packets are carried out one at a time; a host script that runs the event loop inside a
@@ -55,7 +50,6 @@ class Dispatcher {
   UserMessages& messages_;
   StandardOutput& output_;
   const std::unique_ptr<Lock> lock_;
-  PlacementContext& placement_;
   Session& session_;
 };
 

@@ -9,7 +9,6 @@
 
 #include "dispatch/description.h"
 #include "dispatch/outcome.h"
-#include "dispatch/placement_context.h"
 #include "dispatch/request.h"
 
 namespace vernoxa {
@@ -36,9 +35,8 @@ struct HandlerRow {
   Members members = {};
   Calls calls = {};
   Answer answer = {};
-  const char* purpose = "";  // one sentence
-  // A request to place something. Whatever refuses it, nothing is being placed afterwards.
-  bool placing = false;
+  const char* purpose = "";                               // one sentence
+  void (*whenRefused)(RequestCall&, Session&) = nullptr;  // called whatever refused the request
 };
 
 // Rows of one table have different names, or the program does not compile.

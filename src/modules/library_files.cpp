@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "dispatch/placement_context.h"
+#include "modules/placement_context.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "system/random.h"

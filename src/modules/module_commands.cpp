@@ -1,8 +1,8 @@
 #include "modules/module_commands.h"
 
-#include "dispatch/placement_context.h"
 #include "drawing/record.h"
 #include "modules/module_document.h"
+#include "modules/placement_context.h"
 #include "system/files.h"
 #include "system/shared_path.h"
 #include "system/whole_file.h"

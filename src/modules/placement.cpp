@@ -3,8 +3,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "dispatch/placement_context.h"
 #include "modules/library_files.h"
+#include "modules/placement_context.h"
 #include "modules/placement_scripts.h"
 #include "system/files.h"
 #include "system/log.h"

@@ -1,8 +1,8 @@
 #include "modules/placement_commands.h"
 
-#include "dispatch/placement_context.h"
 #include "modules/library_files.h"
 #include "modules/placement.h"
+#include "modules/placement_context.h"
 #include "modules/placement_scripts.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "dispatch/placement_context.h"
 #include "modules/list_text.h"
+#include "modules/placement_context.h"
 #include "text/code_page.h"
 #include "text/text.h"
 

@@ -1,8 +1,8 @@
 #include "modules/placing_handlers.h"
 
-#include "dispatch/placement_context.h"
 #include "dispatch/script_values.h"
 #include "modules/placement.h"
+#include "modules/placement_context.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
@@ -57,6 +57,10 @@ Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& place
   }
   host.evaluate(place);
   return Outcome::success();
+}
+
+void stopPlacing(PlacementContext& placement) {
+  placement.placeState = 0;
 }
 
 }  // namespace vernoxa

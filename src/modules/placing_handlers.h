@@ -16,5 +16,7 @@ struct PlacementContext;
 Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
                               PlacementContext& placement, ModulePlacer& placer);
 Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
+// Whatever refuses one of them, nothing is being placed afterwards.
+void stopPlacing(PlacementContext& placement);
 
 }  // namespace vernoxa

@@ -1,13 +1,14 @@
 #include "modules/request_commands.h"
 
 #include "dispatch/companion_sender.h"
-#include "dispatch/placement_context.h"
 #include "modules/companion_query.h"
 #include "modules/library_files.h"
+#include "modules/placement_context.h"
 #include "modules/upload_message.h"
 #include "system/files.h"
 #include "system/log.h"
 #include "text/code_page.h"
+#include "text/message_paths.h"
 
 namespace vernoxa {
 namespace {
@@ -19,13 +20,13 @@ std::string pathAnswer(Files& files, const TextConverter& text, const std::strin
 
 }  // namespace
 
-CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, const TextConverter& text,
-                               const CompanionSender& sender) {
+CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, PreviewPicture& preview,
+                               const TextConverter& text, const CompanionSender& sender) {
   const Arguments& given = call.arguments;
   const UploadedSelection selection{given.text(1), given.text(2), given.text(3),
                                     given.text(4), given.text(5), given.text(6)};
-  const std::string message = uploadMessage(selection, placement, text).printFormatted();
-  placement.dsnBmpPath.clear();
+  const std::string message = uploadMessage(selection, preview.path, placement.dsnDatPath, text).printFormatted();
+  preview.path.clear();
   placement.dsnDatPath.clear();
   return {sender.send(call.host, message).text};
 }

@@ -15,6 +15,7 @@ class LibraryFiles;
 class Logs;
 class TextConverter;
 struct PlacementContext;
+struct PreviewPicture;
 
 // Where the companion keeps the modules that were asked for: resource id to module file, code page.
 struct ResourcePaths {
@@ -22,8 +23,8 @@ struct ResourcePaths {
 };
 
 // Hands the exported module over; answers what the host's sender says. Picture and module file are forgotten then.
-CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, const TextConverter& text,
-                               const CompanionSender& sender);
+CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, PreviewPicture& preview,
+                               const TextConverter& text, const CompanionSender& sender);
 
 // The path of the module file of a resource id, code page, backslashes doubled; kept per id while the file exists.
 // Empty without one; the companion's number when it refuses; its whole reply when that names no path.

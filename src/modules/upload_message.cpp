@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "dispatch/placement_context.h"
 #include "text/code_page.h"
 #include "text/text.h"
 
@@ -33,12 +32,13 @@ void appendParts(Json& message, JsonView array, std::string_view parts, const Te
 
 }  // namespace
 
-Json uploadMessage(const UploadedSelection& selection, const PlacementContext& placement, const TextConverter& text) {
+Json uploadMessage(const UploadedSelection& selection, const std::string& preview, const std::string& module,
+                   const TextConverter& text) {
   Json message = Json::object();
   const JsonView data = message.add("Data", Json::object());
   message.add("Command", "SelectModule_EndResult");
-  message.addTo(data, "dsnBmpPath", Json::string(placement.dsnBmpPath));
-  message.addTo(data, "dsnDatPath", Json::string(placement.dsnDatPath));
+  message.addTo(data, "dsnBmpPath", Json::string(preview));
+  message.addTo(data, "dsnDatPath", Json::string(module));
   const JsonView parts = message.addTo(data, "Part", Json::array());
   const JsonView wires = message.addTo(data, "Wire", Json::array());
   const JsonView keys = message.addTo(data, "Keys", Json::array());

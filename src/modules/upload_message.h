@@ -9,7 +9,6 @@
 namespace vernoxa {
 
 class TextConverter;
-struct PlacementContext;
 
 // What the host's script tells of the selection, UTF-8.
 struct UploadedSelection {
@@ -22,6 +21,7 @@ struct UploadedSelection {
 };
 
 // "SelectModule_EndResult" with the picture and the module file that the state names; code page.
-Json uploadMessage(const UploadedSelection& selection, const PlacementContext& placement, const TextConverter& text);
+Json uploadMessage(const UploadedSelection& selection, const std::string& preview, const std::string& module,
+                   const TextConverter& text);
 
 }  // namespace vernoxa

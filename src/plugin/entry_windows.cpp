@@ -15,9 +15,9 @@
 namespace vernoxa {
 namespace {
 
-void startLinkThread(std::shared_ptr<Session> session) {
+void startLinkThread(std::shared_ptr<LinkThreadParts> thread) {
   // The thread's own share of its session: a later load must not take it away.
-  startDetachedThread([session = std::move(session)] { runOnLinkThread<runLinkThread>(session->shared()); });
+  startDetachedThread([thread = std::move(thread)] { runOnLinkThread<runLinkThread>(*thread); });
 }
 
 // Lives until the process ends: the link thread runs in it, and nothing ends that thread.

@@ -15,8 +15,8 @@ struct PlugIn {
   FilePath modulePath;
   Logs crashLogs;
   std::shared_ptr<Session> session;  // none before the first start-up reached it
-  // Runs the link thread of a session, in the background.
-  void (*startLinkThread)(std::shared_ptr<Session> session);
+  // Runs the link thread of a session, in the background. What it is given keeps the whole session alive.
+  void (*startLinkThread)(std::shared_ptr<LinkThreadParts> thread);
 };
 
 // The plug-in whose commands are registered; host thread only. Nothing before the first load.

@@ -17,8 +17,6 @@ namespace {
 using namespace row;
 using Place = PlacementContext;
 
-constexpr bool placing = true;
-
 // --- members that several requests have ----------------------------------------------------------------------------
 
 constexpr Member designPath =
@@ -26,7 +24,7 @@ constexpr Member designPath =
 constexpr Member libraryPath = text("ProjectPath", "Full path of a symbol library (.olb), with / between its folders.");
 constexpr Member modulePath =
     optional(text("dsnDatPath", "Full path of the module file to place; it is removed once it was placed."))
-        .keptIn(&Place::dsnDatPath);
+        .keptBy(storeIn<&Place::dsnDatPath>);
 
 constexpr std::array reference = {
     optional(text("PartRef", "Reference designator of a part. An element without it is passed over.")),
@@ -85,8 +83,8 @@ constexpr HandlerRow companionRows[] = {
     calls("AutoDeal"), answers(text("id", "The request's id, empty when it had none.")),
     "Has the host treat a design with the given values."},
   {"SelectModule", run<selectModule>,
-    needs(optional(text("priceK", "Kept, and not used.")).keptIn(&Place::priceK),
-          optional(text("pinPrice", "Kept, and not used.")).keptIn(&Place::pinPrice),
+    needs(optional(text("priceK", "Not used.")),
+          optional(text("pinPrice", "Not used.")),
           optional(text("ProjectPath", "Not used: the page is one of the active design.")),
           text("Page", "Name of the page.")),
     calls("getSelectPart"), answers(), "Has the selected parts of a page offered as a module."},
@@ -94,39 +92,39 @@ constexpr HandlerRow companionRows[] = {
     "Clears the current design."},
   {"PlaceDsnLibPartModule", run<placeDsnLibPartModule>,
     needs(textOrNumber("PartIndex", "Which section of the part, counted from 0; getSelfUserId answers it from then on.")
-              .keptIn(&Place::PartIndex),
+              .keptBy(storeIn<&Place::PartIndex>),
           optional(text("Designator", "Letter of the section; empty when the part has one section."))
-              .keptIn(&Place::selfModule),
+              .keptBy(storeIn<&Place::selfModule>),
           modulePath,
           textOrNumber("ViewBoxWidth", "Width of the outline that the user drags, in the host's units."),
           textOrNumber("ViewBoxHeight", "Height of that outline."),
-          optional(text("packageName", "Becomes the property PCB Footprint.")).keptIn(&Place::packageName),
-          optional(text("PartNumber", "Becomes the property Part Number.")).keptIn(&Place::PartNumber),
-          text("PartName", "Part of the library to place; becomes the property Part Name.").keptIn(&Place::PartName),
+          optional(text("packageName", "Becomes the property PCB Footprint.")).keptBy(storeIn<&Place::packageName>),
+          optional(text("PartNumber", "Becomes the property Part Number.")).keptBy(storeIn<&Place::PartNumber>),
+          text("PartName", "Part of the library to place; becomes the property Part Name.").keptBy(storeIn<&Place::PartName>),
           optional(text("prefix", "Letters of the reference designator, such as U; the host numbers it."))
-              .keptIn(&Place::prefix),
-          optional(text("value", "Becomes the property Value.")).keptIn(&Place::value),
-          optional(text("cateId", "Kept, and not used.")).keptIn(&Place::cateId),
-          optional(text("companyId", "Kept, and not used.")).keptIn(&Place::companyId),
+              .keptBy(storeIn<&Place::prefix>),
+          optional(text("value", "Becomes the property Value.")).keptBy(storeIn<&Place::value>),
+          optional(text("cateId", "Not used.")),
+          optional(text("companyId", "Not used.")),
           optional(text("Package", "Package of the placed part; packageName when it is empty."))
-              .keptIn(&Place::package)),
+              .keptBy(storeIn<&Place::package>)),
     calls("MenuCommand", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox", "placeLibPart", "setPinNum",
           "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place one part of a downloaded library.", placing},
+    placed, "Has the user place one part of a downloaded library.", run<stopPlacing>},
   {"PlaceDSNModule", run<placeDsnModule>,
-    needs(optional(text("sumPins", "Kept, and not used.")).keptIn(&Place::sumPins),
-          optional(text("price", "Kept, and not used.")).keptIn(&Place::price),
+    needs(optional(text("sumPins", "Not used.")),
+          optional(text("price", "Not used.")),
           modulePath,
           optional(text("dsnBmpPath", "Path of a picture of the module, which goes with the next upload."))
-              .keptIn(&Place::dsnBmpPath),
+              .keptBy(storeIn<&PreviewPicture::path>),
           optional(text("uploadResId", "Identifier of the module; placed objects get it as MarketResID."))
-              .keptIn(&Place::uploadResId),
+              .keptBy(storeIn<&Place::uploadResId>),
           optional(text("uploadUserId", "Who uploaded it; placed objects get it as MarketUserID."))
-              .keptIn(&Place::uploadUserId),
+              .keptBy(storeIn<&Place::uploadUserId>),
           optional(text("selfModule", "1 when it is the user's own: then it may set any property, else the host's."))
-              .keptIn(&Place::selfModule)),
+              .keptBy(storeIn<&Place::selfModule>)),
     calls("IsSchematicViewActive", "UnSelectAll", "placeLibPart", "setPinNum", "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place a downloaded module.", placing},
+    placed, "Has the user place a downloaded module.", run<stopPlacing>},
   {"GenerateBOM", run<generateBom>,
     needs(designPath,
           optional(text("PartNumberKey", "Property that is the part number; Part Number when it is empty.")),

@@ -2,7 +2,9 @@
 // is found there by its type.
 #pragma once
 
+#include <string>
 #include <type_traits>
+#include <utility>
 
 #include "dispatch/handler.h"
 #include "plugin/session.h"
@@ -33,16 +35,13 @@ Part& partOf(RequestCall& call, Session& session) {
   }
 }
 
-template <auto function>
-struct Run;
-
 template <class Result, class... Parts, Result (*function)(Parts&...)>
 struct Run<function> {
   template <class Call>
   static Result on(Call& call, Session& session) {
     return function(partOf<Parts>(call, session)...);
   }
-  static void onShared(SharedParts& shared) { function(shared.part<Parts>()...); }
+  static void onLinkThread(LinkThreadParts& thread) { function(thread.part<Parts>()...); }
 
   using Call = std::conditional_t<std::is_same_v<Result, CommandResult>, CommandCall, RequestCall>;
 };
@@ -51,10 +50,22 @@ struct Run<function> {
 template <auto function>
 constexpr auto run = &Run<function>::template on<typename Run<function>::Call>;
 
-// Runs a function of the link thread, which finds only what the threads share.
+template <auto field>
+struct Kept;
+
+template <class Part, std::string Part::*field>
+struct Kept<field> {
+  static void by(Session& session, std::string text) { session.part<Part>().*field = std::move(text); }
+};
+
+// Keeps a member's text in that field of a part.
+template <auto field>
+constexpr auto storeIn = &Kept<field>::by;
+
+// Runs a function of the link thread, which finds only what the threads share and what is that thread's own.
 template <auto function>
-void runOnLinkThread(SharedParts& shared) {
-  Run<function>::onShared(shared);
+void runOnLinkThread(LinkThreadParts& thread) {
+  Run<function>::onLinkThread(thread);
 }
 
 }  // namespace vernoxa

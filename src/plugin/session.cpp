@@ -10,13 +10,16 @@ SharedParts::SharedParts(World& world, const Logs& crashLogs, const Directories&
       project_(directories.baseDirectory),
       paths_(text_, world.files, logs_),
       fileStatus_(paths_, text_, world.files, world.processes, hostExecutable_, project_),
-      client_(world.sockets, world.clock, world.output, logs_),
       parts_(world.clock, world.files, world.processes, world.sockets, world.output, logs_, text_, project_,
-             hostExecutable_, paths_, fileStatus_, link_, client_) {}
+             hostExecutable_, paths_, fileStatus_, link_) {}
+
+LinkThreadParts::LinkThreadParts(World& world, const Logs& crashLogs, const Directories& directories)
+    : shared_(world, crashLogs, directories),
+      client_(world.sockets, world.clock, world.output, shared_.part<const Logs>()) {}
 
 Session::Session(World& world, const Logs& crashLogs, Directories directories)
     : directories_(std::move(directories)),
-      shared_(world, crashLogs, directories_),
+      linkThread_(world, crashLogs, directories_),
       sender_(part<const Logs>(), world.messages),
       designs_(part<MessagePaths>(), part<const TextConverter>(), part<CompanionLink>()),
       libraries_(directories_.baseDirectory, part<HostExecutable>(), placement_, world.files, world.random,
@@ -27,9 +30,9 @@ Session::Session(World& world, const Logs& crashLogs, Directories directories)
       graphicLibrary_(part<ProjectFolder>(), world.files, world.processes, part<const TextConverter>()),
       clipboardPicture_(world.clipboard, world.clock, world.pictures, world.files, world.processes,
                         part<ProjectFolder>(), part<const TextConverter>(), part<const Logs>()),
-      dispatcher_(part<const Logs>(), world.messages, world.output, world.locks.create(), placement_, *this),
+      dispatcher_(part<const Logs>(), world.messages, world.output, world.locks.create(), *this),
       parts_(world.guids, world.registry, world.messages, world.clipboard, world.desktop, directories_, placement_,
-             sender_, designs_, libraries_, placer_, query_, resourcePaths_, moduleDocument_, pageExport_,
+             preview_, sender_, designs_, libraries_, placer_, query_, resourcePaths_, moduleDocument_, pageExport_,
              graphicLibrary_, clipboardPicture_, dispatcher_) {}
 
 }  // namespace vernoxa

@@ -9,7 +9,6 @@
 #include "desktop/clipboard_picture.h"
 #include "dispatch/companion_sender.h"
 #include "dispatch/dispatcher.h"
-#include "dispatch/placement_context.h"
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
 #include "link/companion_link.h"
@@ -19,6 +18,7 @@
 #include "modules/library_files.h"
 #include "modules/module_document.h"
 #include "modules/placement.h"
+#include "modules/placement_context.h"
 #include "modules/request_commands.h"
 #include "plugin/installation.h"
 #include "plugin/world.h"
@@ -60,9 +60,8 @@ class SharedParts {
   }
 
  private:
-  using Parts =
-      std::tuple<Clock&, Files&, Processes&, Sockets&, StandardOutput&, const Logs&, const TextConverter&,
-                 ProjectFolder&, HostExecutable&, MessagePaths&, const FileStatus&, CompanionLink&, SocketClient&>;
+  using Parts = std::tuple<Clock&, Files&, Processes&, Sockets&, StandardOutput&, const Logs&, const TextConverter&,
+                           ProjectFolder&, HostExecutable&, MessagePaths&, const FileStatus&, CompanionLink&>;
 
   Logs logs_;
   TextConverter text_;
@@ -71,8 +70,35 @@ class SharedParts {
   MessagePaths paths_;
   FileStatus fileStatus_;
   CompanionLink link_;
-  SocketClient client_;
   Parts parts_;
+};
+
+template <auto function>
+struct Run;
+
+// What the link thread works on: what the threads share, and a connection of its own. All else may only retire that.
+class LinkThreadParts {
+ public:
+  LinkThreadParts(World& world, const Logs& crashLogs, const Directories& directories);
+
+  SharedParts& shared() { return shared_; }
+  void retire() { client_.retire(); }
+
+ private:
+  template <auto function>
+  friend struct Run;
+
+  template <class Part>
+  Part& part() {
+    if constexpr (std::is_same_v<Part, SocketClient>) {
+      return client_;
+    } else {
+      return shared_.part<Part>();
+    }
+  }
+
+  SharedParts shared_;
+  SocketClient client_;
 };
 
 // Held by shared ownership: by the process until the next load, by each command while it runs, and by the link thread
@@ -81,14 +107,15 @@ class Session {
  public:
   Session(World& world, const Logs& crashLogs, Directories directories);
 
-  SharedParts& shared() { return shared_; }
+  LinkThreadParts& linkThread() { return linkThread_; }
 
   // The part of that type, as the functions in the rows of the tables name it.
   template <class Part>
   Part& part() {
     if constexpr (SharedParts::has<Part>()) {
-      return shared_.part<Part>();
+      return linkThread_.shared().part<Part>();
     } else {
+      static_assert(isAmong<Part>(static_cast<const Parts*>(nullptr)), "this part belongs to the link thread");
       return partIn<Part>(parts_);
     }
   }
@@ -96,14 +123,15 @@ class Session {
   std::string language = "EN";
 
  private:
-  using Parts =
-      std::tuple<GuidSource&, Registry&, UserMessages&, Clipboard&, Desktop&, const Directories&, PlacementContext&,
-                 const CompanionSender&, OpenDesigns&, LibraryFiles&, ModulePlacer&, const CompanionQuery&,
-                 ResourcePaths&, ModuleDocument&, PageExport&, GraphicLibrary&, const ClipboardPicture&, Dispatcher&>;
+  using Parts = std::tuple<GuidSource&, Registry&, UserMessages&, Clipboard&, Desktop&, const Directories&,
+                           PlacementContext&, PreviewPicture&, const CompanionSender&, OpenDesigns&, LibraryFiles&,
+                           ModulePlacer&, const CompanionQuery&, ResourcePaths&, ModuleDocument&, PageExport&,
+                           GraphicLibrary&, const ClipboardPicture&, Dispatcher&>;
 
   const Directories directories_;
-  SharedParts shared_;
+  LinkThreadParts linkThread_;
   PlacementContext placement_;
+  PreviewPicture preview_;
   CompanionSender sender_;
   OpenDesigns designs_;
   LibraryFiles libraries_;

@@ -41,7 +41,7 @@ constexpr Start script =
 // The former session stays with whoever still runs in it: its thread, or a command further down the stack.
 void replaceSession(PlugIn& plugIn) {
   if (plugIn.session) {
-    plugIn.session->part<SocketClient>().retire();
+    plugIn.session->linkThread().retire();
     plugIn.session.reset();
   }
   plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
@@ -88,7 +88,7 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     applyConfiguration(plugIn);
     const auto& logs = session->part<const Logs>();
     setOrcadInstallPath(host, plugIn.world.registry, plugIn.world.files, logs, session->part<HostExecutable>());
-    plugIn.startLinkThread(session);
+    plugIn.startLinkThread({session, &session->linkThread()});
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
     if (!result.ok) {  // a second editor, say, whose port for the link thread is taken

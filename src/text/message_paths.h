@@ -44,4 +44,9 @@ class MessagePaths {
   std::map<std::string, std::string> otherNames_;
 };
 
+// The picture that goes with the next module that is handed over; host thread only.
+struct PreviewPicture {
+  std::string path;  // as a message names it; empty when there is none
+};
+
 }  // namespace vernoxa

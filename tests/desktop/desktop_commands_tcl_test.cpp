@@ -87,10 +87,10 @@ TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   fake.fake.files.addFolder("C:\\项目");
   const CommandResult result = invoke(run<getClipBoardPic>, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));
-  EXPECT_EQ(fake.placement.dsnBmpPath, "C:\\项目\\Cache\\Output\\Preview.bmp");
+  EXPECT_EQ(fake.part<PreviewPicture>().path, "C:\\项目\\Cache\\Output\\Preview.bmp");
   fake.fake.clipboard.metafile.reset();
   EXPECT_EQ(invoke(run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
-  EXPECT_NE(fake.placement.dsnBmpPath, "");
+  EXPECT_NE(fake.part<PreviewPicture>().path, "");
   EXPECT_EQ(result.status, commandDone);
 }
 

@@ -44,9 +44,9 @@ constexpr std::array rows = {
     HandlerRow{"Needs", echo,
                needs(text("text", ""), number("number", ""), textOrNumber("either", ""), texts("array", ""))},
     HandlerRow{"Stores", echo,
-               needs(optional(text("price", "")).keptIn(&PlacementContext::price),
-                     optional(textOrNumber("PartIndex", "")).keptIn(&PlacementContext::PartIndex),
-                     text("value", "").keptIn(&PlacementContext::value))},
+               needs(optional(text("package", "")).keptBy(storeIn<&PlacementContext::package>),
+                     optional(textOrNumber("PartIndex", "")).keptBy(storeIn<&PlacementContext::PartIndex>),
+                     text("value", "").keptBy(storeIn<&PlacementContext::value>))},
 };
 
 class DispatcherTest : public testing::Test, protected FakeSession {
@@ -144,14 +144,14 @@ TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {
 }
 
 TEST_F(DispatcherTest, MembersAreStoredEvenWhenTheRowThenFails) {
-  placement.price = placement.PartIndex = placement.value = "old";
-  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"price":"1","PartIndex":12}})"), "refused");
-  EXPECT_EQ(placement.price, "1");
+  placement.package = placement.PartIndex = placement.value = "old";
+  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"package":"1","PartIndex":12}})"), "refused");
+  EXPECT_EQ(placement.package, "1");
   EXPECT_EQ(placement.PartIndex, "12");
   EXPECT_EQ(placement.value, "");
-  EXPECT_THAT(run(R"({"Command":"Stores","Data":{"price":2,"PartIndex":[],"value":"v"}})"),
+  EXPECT_THAT(run(R"({"Command":"Stores","Data":{"package":2,"PartIndex":[],"value":"v"}})"),
               testing::StartsWith("{\"Data\""));
-  EXPECT_EQ(placement.price, "");  // of another kind: as if it were missing
+  EXPECT_EQ(placement.package, "");  // of another kind: as if it were missing
   EXPECT_EQ(placement.PartIndex, "");
   EXPECT_EQ(placement.value, "v");
   EXPECT_EQ(run(R"({"Command":"Stores"})"), "refused");

@@ -1,16 +1,19 @@
-// What belongs to the host's thread cannot be named by a function of the link thread.
+// What belongs to the host's thread cannot be named by a function of the link thread, and the other way round.
 #include "plugin/run.h"
 
 namespace vernoxa {
 
-#if CASE == 0
+#if CASE != 1
 void watch(ProjectFolder&, const FileStatus&, Clock&);
 #else
 void watch(ProjectFolder&, OpenDesigns&, Clock&);
 #endif
 
 void start(Session& session) {
-  runOnLinkThread<watch>(session.shared());
+  runOnLinkThread<watch>(session.linkThread());
+#if CASE == 2
+  session.part<SocketClient>();
+#endif
 }
 
 }  // namespace vernoxa

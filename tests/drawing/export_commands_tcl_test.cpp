@@ -36,7 +36,7 @@ class ExportCommands : public testing::Test {
   FakeWorld fake;
   World world = fake.world();
   PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
-                [](std::shared_ptr<Session>) {}};
+                [](std::shared_ptr<LinkThreadParts>) {}};
   std::string version = "17.4";
   std::string whenAsked;
 };

@@ -129,32 +129,27 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
 }
 
 TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
-  using Place = PlacementContext;
+  PlacementContext& place = with_.placement;
   const struct {
     const char* command;
-    std::vector<std::pair<const char*, std::string Place::*>> members;
+    std::vector<std::pair<const char*, std::string*>> members;
   } cases[] = {
-      {"SelectModule", {{"priceK", &Place::priceK}, {"pinPrice", &Place::pinPrice}}},
       {"PlaceDsnLibPartModule",
-       {{"PartIndex", &Place::PartIndex},
-        {"Designator", &Place::selfModule},
-        {"dsnDatPath", &Place::dsnDatPath},
-        {"packageName", &Place::packageName},
-        {"PartNumber", &Place::PartNumber},
-        {"PartName", &Place::PartName},
-        {"prefix", &Place::prefix},
-        {"value", &Place::value},
-        {"cateId", &Place::cateId},
-        {"companyId", &Place::companyId},
-        {"Package", &Place::package}}},
+       {{"PartIndex", &place.PartIndex},
+        {"Designator", &place.selfModule},
+        {"dsnDatPath", &place.dsnDatPath},
+        {"packageName", &place.packageName},
+        {"PartNumber", &place.PartNumber},
+        {"PartName", &place.PartName},
+        {"prefix", &place.prefix},
+        {"value", &place.value},
+        {"Package", &place.package}}},
       {"PlaceDSNModule",
-       {{"sumPins", &Place::sumPins},
-        {"price", &Place::price},
-        {"dsnDatPath", &Place::dsnDatPath},
-        {"dsnBmpPath", &Place::dsnBmpPath},
-        {"uploadResId", &Place::uploadResId},
-        {"uploadUserId", &Place::uploadUserId},
-        {"selfModule", &Place::selfModule}}},
+       {{"dsnDatPath", &place.dsnDatPath},
+        {"dsnBmpPath", &with_.part<PreviewPicture>().path},
+        {"uploadResId", &place.uploadResId},
+        {"uploadUserId", &place.uploadUserId},
+        {"selfModule", &place.selfModule}}},
   };
   for (const auto& each : cases) {
     for (const bool whole : {true, false}) {
@@ -166,11 +161,11 @@ TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
       with_.placement = {};
       send(each.command, data);
       for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(with_.placement.*field, std::string(each.command) + name);
+        EXPECT_EQ(*field, std::string(each.command) + name);
       }
       send(each.command, more);
       for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(with_.placement.*field, "") << name;
+        EXPECT_EQ(*field, "") << name;
       }
     }
   }

@@ -146,7 +146,7 @@ TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
 TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
   PlacementContext& placement = with_.placement;
   host_.answer("sendPacketGlobalHandle", "0");
-  placement.dsnBmpPath = "C:\\预览.bmp";
+  with_.part<PreviewPicture>().path = "C:\\预览.bmp";
   placement.dsnDatPath = "C:\\ModuleLib.json";
   const std::string resistor = utf8(u8"贴片电阻");
   EXPECT_EQ(invoke(run<sendUploadMarket>,
@@ -159,7 +159,7 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
       R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"
       R"("sumPins":"10","selfPins":"4","copyPrice":"1.5"},"Command":"SelectModule_EndResult","Result":"0"})";
   EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
-  EXPECT_EQ(placement.dsnBmpPath + placement.dsnDatPath, "");
+  EXPECT_EQ(with_.part<PreviewPicture>().path + placement.dsnDatPath, "");
 
   invoke(run<sendUploadMarket>, {});
   EXPECT_THAT(messageOf(host_.scripts.at(1).substr(24)).message, HasSubstr("\"Keys\":\t[],\n"));

@@ -117,7 +117,7 @@ class Stage {
   bool disturbing_ = false;
   World world_ = fake.world();
   PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-                 [](std::shared_ptr<Session>) {}};
+                 [](std::shared_ptr<LinkThreadParts>) {}};
 };
 
 struct Sample {

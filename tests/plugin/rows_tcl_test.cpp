@@ -20,7 +20,7 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   FakeWorld fake;
   World world = fake.world();
   PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
-                [](std::shared_ptr<Session>) {}};
+                [](std::shared_ptr<LinkThreadParts>) {}};
   fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
   fake.files.addFile("C:\\App\\module.json", R"({"children":[{"name":"Part"}],"lib":[{"Name":"RES"}]})");
   const auto host = interp.evaluate("set base {C:\\App}; set repository {" TEST_SOURCE_FOLDER

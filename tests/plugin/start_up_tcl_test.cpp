@@ -19,10 +19,26 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Sessions whose link thread would run now.
-std::vector<std::shared_ptr<Session>>& threads() {
-  static std::vector<std::shared_ptr<Session>> sessions;
-  return sessions;
+// The link threads that would run now.
+std::vector<std::shared_ptr<LinkThreadParts>>& threads() {
+  static std::vector<std::shared_ptr<LinkThreadParts>> started;
+  return started;
+}
+
+// What a thread's connection answers.
+int answered = 0;
+void connectToHost(SocketClient& client) {
+  answered = client.connect(localAddress, hostPort);
+}
+void receive(SocketClient& client) {
+  std::string message;
+  answered = client.receivePacket(message);
+}
+
+template <auto function>
+int onThread(std::size_t index) {
+  runOnLinkThread<function>(*threads().at(index));
+  return answered;
 }
 
 class StartUpTest : public testing::Test {
@@ -52,7 +68,7 @@ class StartUpTest : public testing::Test {
   FakeWorld fake_;
   World world_ = fake_.world();
   PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-                 [](std::shared_ptr<Session> session) { threads().push_back(std::move(session)); }};
+                 [](std::shared_ptr<LinkThreadParts> thread) { threads().push_back(std::move(thread)); }};
 };
 
 TEST_F(StartUpTest, ScriptByteForByte) {
@@ -94,7 +110,7 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
   EXPECT_EQ(part<LibraryFiles>().newPath().utf8(), "/Test.olb");
   EXPECT_EQ(part<LibraryFiles>().temporaryPath().utf8(), "/123456.olb");
   EXPECT_EQ(part<PlacementContext>().placeState, 0);
-  EXPECT_THAT(threads(), ElementsAre(plugIn_.session));
+  EXPECT_THAT(threads(), ElementsAre(testing::Pointer(&plugIn_.session->linkThread())));
   EXPECT_EQ(fake_.sockets.started(), 1);
   EXPECT_EQ(fake_.sockets.opened(), 0);
   EXPECT_EQ(crashes(), "");
@@ -204,17 +220,15 @@ TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   interp_.evaluate("packetParserForPthread " + packetTextOf(R"({"Command":"GetNewOpenPath"})"));
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "1");
   fake_.sockets.listen(hostPort, {{}, StreamEnd::hang, nullptr});
-  Session& first = *plugIn_.session;
-  EXPECT_EQ(first.part<SocketClient>().connect(localAddress, hostPort), 0);
+  EXPECT_EQ(onThread<connectToHost>(0), 0);
   load();
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0");
   ASSERT_EQ(threads().size(), 2U);
   EXPECT_NE(threads()[0], threads()[1]);
   // The first thread goes on with its own client, which only fails.
-  std::string message;
-  EXPECT_EQ(first.part<SocketClient>().receivePacket(message), -1);
-  EXPECT_EQ(first.part<SocketClient>().connect(localAddress, hostPort), -1);
-  EXPECT_EQ(plugIn_.session->part<SocketClient>().connect(localAddress, hostPort), 0);
+  EXPECT_EQ(onThread<receive>(0), -1);
+  EXPECT_EQ(onThread<connectToHost>(0), -1);
+  EXPECT_EQ(onThread<connectToHost>(1), 0);
   EXPECT_EQ(fake_.sockets.stillOpen(), 1);
   threads().clear();
   EXPECT_EQ(fake_.sockets.started(), 1);
@@ -245,8 +259,8 @@ TEST_F(StartUpTest, LoadInsideALoad) {
   });
   load();
   ASSERT_EQ(threads().size(), 2U);
-  EXPECT_EQ(threads()[0], plugIn_.session);
-  EXPECT_NE(threads()[1], plugIn_.session);
+  EXPECT_EQ(threads()[0].get(), &plugIn_.session->linkThread());
+  EXPECT_NE(threads()[1], threads()[0]);
   EXPECT_EQ(crashes(), "");
 }
 

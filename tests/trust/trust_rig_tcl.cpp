@@ -79,7 +79,7 @@ TrustHost::Answer TrustHost::call(const Words& words) {
 TrustLoad::TrustLoad(Files* files)
     : plugIn{worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin\\Vernoxa64.dll"),
              crashLogsOf(worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin")), nullptr,
-             [](std::shared_ptr<Session> session) { session.reset(); }} {
+             [](std::shared_ptr<LinkThreadParts> thread) { thread.reset(); }} {
   for (const char* const folder : {"C:\\App\\bin", "C:\\App\\Script\\Log", "C:\\App\\Cache", "C:\\Temp"}) {
     fake.files.addFolder(folder);
   }

@@ -76,7 +76,7 @@ Json memberJson(const Member& member) {
   json.add("name", member.name);
   json.add("kind", kindName(member.kind));
   json.add("needed", Json::boolean(member.needed));
-  if (member.stored != nullptr) {
+  if (member.keep != nullptr) {
     json.add("stored", Json::boolean(true));
   }
   json.add("meaning", member.meaning);

@@ -5,13 +5,8 @@
 
 namespace vernoxa {
 
-// The dispatcher stores what the rows name; host thread only. Texts in the code page, as the packets brought them.
+// Rows of requests keep their members here; host thread only. Texts in the code page, as the packets brought them.
 struct PlacementContext {
-  std::string priceK;
-  std::string pinPrice;
-  std::string sumPins;
-  std::string price;
-  std::string dsnBmpPath;  // preview picture
   std::string dsnDatPath;  // module file to place, and last module file written
   std::string uploadResId;
   std::string uploadUserId;
@@ -23,8 +18,6 @@ struct PlacementContext {
   std::string PartNumber;
   std::string prefix;
   std::string value;
-  std::string companyId;
-  std::string cateId;
   int placeState = 0;  // 1: one catalogue part is being placed; 0: a shared module, or nothing
 };
 
