@@ -1,19 +1,24 @@
 # Fails when a file includes one of a room that its own may not name:
 #   cmake -D SOURCES=FOLDER -D "ARROWS=room:room,room;..." -P arrows.cmake
-# Every room has its entry, with what it may name beside itself.
+# Every folder of SOURCES is a room and has its entry, with what it may name beside itself. A header of a room is included
+# by the room's name and its own, in any spelling that the preprocessor takes.
 cmake_minimum_required(VERSION 3.25)
 set(wrong "")
+file(GLOB rooms RELATIVE ${SOURCES} ${SOURCES}/*)
 foreach(entry IN LISTS ARROWS)
   string(REGEX MATCH "^([a-z]+):(.*)$" whole "${entry}")
-  set(room ${CMAKE_MATCH_1})
-  string(REPLACE "," ";" named "${CMAKE_MATCH_2}")
-  list(APPEND named ${room})
-  file(GLOB files ${SOURCES}/${room}/*.h ${SOURCES}/${room}/*.cpp)
+  string(REPLACE "," ";" may_name_${CMAKE_MATCH_1} "${CMAKE_MATCH_2};${CMAKE_MATCH_1}")
+endforeach()
+foreach(room IN LISTS rooms)
+  if(NOT DEFINED may_name_${room})
+    string(APPEND wrong "\n  ${room} has no entry")
+  endif()
+  file(GLOB_RECURSE files ${SOURCES}/${room}/*)
   foreach(file IN LISTS files)
-    file(STRINGS ${file} includes REGEX "^#include \"[a-z]+/")
+    file(STRINGS ${file} includes REGEX "^[ \t]*#[ \t]*include")
     foreach(include IN LISTS includes)
-      string(REGEX REPLACE "^#include \"([a-z]+)/.*" "\\1" other "${include}")
-      if(NOT other IN_LIST named)
+      string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*[\"<]([^\"</>]*)/.*" "\\1" other "${include}")
+      if((other IN_LIST rooms AND NOT other IN_LIST may_name_${room}) OR include MATCHES "[\"</]\\.\\.?/")
         file(RELATIVE_PATH name ${SOURCES} ${file})
         string(APPEND wrong "\n  ${name}: ${include}")
       endif()
