@@ -38,9 +38,12 @@ CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const Companio
   if (const auto found = known.find(id); found != known.end() && files.exists(text.path(found->second))) {
     return {pathAnswer(files, text, found->second)};
   }
-  const std::string request =
-      "{\"Command\":\"GetMarketResPath\",\"Data\":{\"ResId\":\"" + text.messageText(id) + "\"},\"Result\":\"0\"}";
-  const auto reply = query.ask(request, "ResId");
+  Json request = Json::object();
+  request.add("Command", "GetMarketResPath");
+  const JsonView data = request.add("Data", Json::object());
+  request.addTo(data, "ResId", Json::string(text.messageText(id)));
+  request.add("Result", "0");
+  const auto reply = query.ask(request.printUnformatted(), "ResId");
   if (!reply || !reply->errorText.empty()) {
     return {reply ? reply->errorText : std::string()};
   }

@@ -74,6 +74,9 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
     EXPECT_EQ(invoke(run<getSelfUserId>, {}), each.user) << each.reply;
     EXPECT_EQ(lastRequest(), R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
   }
+  companionAnswers("{}");
+  invoke(run<getResPath>, {R"(7","x":"\)"});
+  EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7\",\"x\":\"\\"},"Result":"0"})");
   EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
   EXPECT_EQ(with_.fake.sockets.started(), 1);
 }
