@@ -89,7 +89,7 @@ const CommandRow& commandOf(std::string_view name) {
     }
   }
   const unsigned char choice = name.empty() ? '\0' : static_cast<unsigned char>(name.front());
-  return commandTable()[choice % commandCount];
+  return commandTable()[choice % commandTable().size()];
 }
 
 Words wordsOf(const CommandRow& command, std::string_view line) {

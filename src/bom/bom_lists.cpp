@@ -33,15 +33,14 @@ void clearMissing(std::vector<std::string>& fields) {
 
 using ListArrays = std::array<JsonView, bomLists.size()>;
 
-// What the procedure answered; empty when it ended in an error, nothing for a text that is no list.
+// What the procedure answered; empty when it ended in an error, `nullopt` for a text that is not a list.
 std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, Start procedure) {
   const Evaluation list = host.evaluate(Script(procedure));
   return list.ok ? host.splitList(list.text) : std::vector<std::string>();
 }
 
-// False for what is no list, or when an element was too short.
-bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Start procedure, Json& data,
-              JsonView array) {
+// False for a text that is not a list, or when an element was too short.
+bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Start procedure, Json& data, JsonView array) {
   const auto elements = elementsOf(host, procedure);
   if (!elements) {
     return false;
@@ -76,14 +75,14 @@ bool readAll(ScriptHost& host, const TextConverter& text, Json& data, const List
 
 std::vector<std::string> bomFields(std::string_view text) {
   std::vector<std::string> fields = splitFields(text, ';');
-  fields.resize(fields.size() < bomFieldNames.size() ? 0 : bomFieldNames.size());
+  fields.resize(fields.size() < bomMembers.size() ? 0 : bomMembers.size());
   return fields;
 }
 
 Json bomLine(const std::vector<std::string>& fields) {
   Json line = Json::object();
-  for (std::size_t index = 0; index < bomFieldNames.size(); ++index) {
-    line.add(bomFieldNames[index], fields[index]);
+  for (std::size_t index = 0; index < bomMembers.size(); ++index) {
+    line.add(bomMembers[index].name, fields[index]);
   }
   return line;
 }

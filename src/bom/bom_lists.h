@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dispatch/description.h"
 #include "text/json.h"
 
 namespace vernoxa {
@@ -15,8 +16,15 @@ class ScriptHost;
 class TextConverter;
 class UserMessages;
 
-constexpr std::array<const char*, 6> bomFieldNames = {"PartNumber", "Value",        "PartRef",
-                                                      "PartName",   "PCBFootprint", "PinNumber"};
+// What its fields are, as requests are answered with a line and as messages of the plug-in hold it.
+inline constexpr std::array bomMembers = {
+    row::text("PartNumber", "Property that is the part number; empty when the part has none."),
+    row::text("Value", "Value property, such as 10k."),
+    row::text("PartRef", "Reference designator; a line for several equal parts has them all."),
+    row::text("PartName", "Property that is the part name."),
+    row::text("PCBFootprint", "Footprint property."),
+    row::text("PinNumber", "Number of pins, in decimal digits."),
+};
 
 // Empty fields count. A text with fewer than six fields gives nothing; further fields are left out.
 std::vector<std::string> bomFields(std::string_view text);
@@ -30,8 +38,8 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
                         const std::string& partNameKey);
 
 // An object with the arrays "Stick", "NotStick" and "NotPartNumber". A procedure that ends in an error has an empty
-// list. What is no list, an element that is too short and an exception show "BOM读取出错" once and end the reading;
-// what was gathered stays.
+// list. A text that is not a list, an element that is too short and an exception show "BOM读取出错" once and end the
+// reading; what was gathered stays.
 Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages);
 
 }  // namespace vernoxa

@@ -51,7 +51,7 @@ struct Finding {
   std::string_view y;
 };
 
-// "DsnCheck_Result" for one finding; nothing for a kind that the check does not know. Schematic and page name are in
+// "DsnCheck_Result" for one finding; `nullopt` for a kind that the check does not know. Schematic and page name are in
 // the code page unless they look like UTF-8 Chinese, which stays (readers rely on it); the other values keep their
 // bytes.
 std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding, const TextConverter& text);

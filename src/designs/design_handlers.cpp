@@ -42,10 +42,6 @@ bool isOpenInHost(const std::string& path, const std::string& openPaths, const T
   return open;
 }
 
-Outcome withEmptyError(Json data) {
-  return Outcome::success(std::move(data), "");
-}
-
 }  // namespace
 
 Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text) {
@@ -61,11 +57,6 @@ Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConv
   Json data = Json::object();
   data.add("id", request.data.member("id").text().value_or(std::string_view()));
   return Outcome::success(std::move(data));
-}
-
-Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text) {
-  host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, text, "Page")));
-  return Outcome::success();
 }
 
 Outcome clearCurrentDesign(const Request&, ScriptHost& host) {
@@ -91,21 +82,6 @@ Outcome cancel(const Request& request, const TextConverter& text) {
   return Outcome::success(std::move(data));
 }
 
-Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const Evaluation answer = host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, text)));
-  if (!answer.ok || answer.text.empty()) {
-    return Outcome::failed(text.messageText(answer.text));
-  }
-  Json data = Json::object();
-  data.add("PartNameProperty", "Part Name");
-  data.add("PartNumberProperty", "Part Number");
-  const JsonView names = data.add("PropertyList", Json::array());
-  for (const std::string& name : host.splitList(answer.text).value_or(std::vector<std::string>())) {
-    data.appendTo(names, Json::string(text.messageText(name)));
-  }
-  return withEmptyError(std::move(data));
-}
-
 Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text) {
   const Evaluation answer = host.evaluateJoined("getGuid", projectPath(request, text), " 1");
   if (!answer.ok || answer.text.starts_with("Invalid")) {
@@ -113,7 +89,7 @@ Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter
   }
   Json data = Json::object();
   data.add("Guid", text.messageText(answer.text));
-  return withEmptyError(std::move(data));
+  return Outcome::success(std::move(data), "");
 }
 
 Outcome closeOrcad(const Request&, ScriptHost& host) {

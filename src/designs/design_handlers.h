@@ -14,12 +14,10 @@ class TextConverter;
 class UserMessages;
 
 Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome clearCurrentDesign(const Request&, ScriptHost& host);
 Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& text, MessagePaths& paths,
                        UserMessages& messages, LogWriter& log);
 Outcome cancel(const Request& request, const TextConverter& text);
-Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome closeOrcad(const Request&, ScriptHost& host);
 

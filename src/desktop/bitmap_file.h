@@ -22,7 +22,7 @@ struct BitmapLayout {
   std::size_t pixelOffset() const { return bitmapInformationBytes + paletteBytes; }
 };
 
-// Nothing for a size that is not positive, and for one whose file no reader would take: its length is a signed 32-bit
+// `nullopt` for a size that is not positive, and for one whose file no reader would take: its length is a signed 32-bit
 // number to many of them.
 std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 

@@ -19,10 +19,10 @@ class ProjectFolder;
 class TextConverter;
 
 // Waits a moment, a fifth of a second at most, for a program that holds it, as those do that watch it for changes.
-// Nothing when it is held for longer.
+// Null if it is held for longer.
 std::unique_ptr<ClipboardAccess> openClipboard(Clipboard& clipboard, Clock& clock);
 
-// What a frame measures on that screen, whichever of its edges are the larger ones; nothing when that is no size.
+// What a frame measures on that screen, whichever of its edges are the larger ones; `nullopt` if that is not a size.
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen);
 
 // The size to draw it in: the same, or of the same shape and 64 million points, the most that a picture may have.

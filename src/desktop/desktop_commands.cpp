@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 constexpr auto beforeKey = 200ms;
 constexpr auto keyHeld = 50ms;
 
-// Nothing after the user was told that they cannot be read.
+// `nullopt` after the user was told that they cannot be read.
 std::optional<std::vector<std::string>> sortedCandidates(UserMessages& messages, std::string_view text) {
   try {
     std::vector<std::string> candidates = splitItems(text, ';');

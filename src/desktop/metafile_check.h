@@ -10,7 +10,7 @@
 
 namespace vernoxa {
 
-// Which record lies about what, for the log; nothing for a metafile whose every count, length and offset, and every
+// Which record lies about what, for the log; `nullopt` for a metafile whose every count, length and offset, and every
 // number of an object, holds. What it draws is not looked at, and two numbers that no player reads and sound programs
 // get wrong are not either: how many records there are, and the last record's size at its own end. `depth` counts the
 // metafiles around this one.

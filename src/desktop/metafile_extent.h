@@ -25,7 +25,7 @@ struct DrawnExtent {
   std::int64_t bottom = 0;
 };
 
-// Holds every point that the record names; nothing for one that names none. The record has been looked through
+// Holds every point that the record names; `nullopt` for one that names none. The record has been looked through
 // (metafile_check.h). What a pen or a font adds is not in it.
 std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record);
 

@@ -18,7 +18,7 @@ class SelectDialog {
  public:
   explicit SelectDialog(const std::vector<std::string>& texts);
 
-  // Position of the text that was chosen; nothing when none was, or the dialog could not be shown.
+  // Position of the text that was chosen; `nullopt` if none was, or the dialog could not be shown.
   std::optional<std::size_t> run();
 
  private:

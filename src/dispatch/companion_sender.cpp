@@ -7,7 +7,7 @@
 namespace vernoxa {
 namespace {
 
-// Nothing after a message box.
+// `nullopt` after a message box.
 std::optional<std::string> encoded(const Logs& logs, UserMessages& messages, std::string_view message) {
   LogWriter log = logs.openTraffic();
   Result<std::string> packetText = encodePacket(message, log);

@@ -34,7 +34,7 @@ struct Member {
   // the plug-in sends, a needed member is always there.
   bool needed = true;
   // Keeps the text before anything is evaluated, "" when the member is absent. "Data" is needed then.
-  void (*keep)(Session&, std::string text) = nullptr;
+  void (*keep)(Session&, const std::string& text) = nullptr;
   const char* values = nullptr;  // the only ones that it has, with | between them; "" for the empty text alone
   // What the objects of an array hold; an array without it holds texts.
   const Member* itemMembers = nullptr;
@@ -45,7 +45,7 @@ struct Member {
     member.values = allowed;
     return member;
   }
-  consteval Member keptBy(void (*function)(Session&, std::string text)) const {
+  consteval Member keptBy(void (*function)(Session&, const std::string& text)) const {
     Member member = *this;
     member.keep = function;
     return member;

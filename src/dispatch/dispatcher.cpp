@@ -45,14 +45,14 @@ std::string Dispatcher::run(const Endpoint& endpoint, std::string_view packetTex
   const Result<std::string> message = decodePacket(received, log);
   std::string reply;
   if (const auto* failure = std::get_if<Failure>(&message)) {
-    tell(*failure, log);
+    say(*failure, log);
     reply = received;
   } else {
     reply = replyTo(endpoint, std::get<std::string>(message), host, log);
   }
   Result<std::string> encoded = encodePacket(reply, log);
   if (const auto* failure = std::get_if<Failure>(&encoded)) {
-    tell(*failure, log);
+    say(*failure, log);
     return {};
   }
   return std::get<std::string>(std::move(encoded));
@@ -62,7 +62,7 @@ std::string Dispatcher::replyTo(const Endpoint& endpoint, const std::string& mes
                                 LogWriter& log) {
   const Result<Request> read = requestIn(message);
   if (const auto* failure = std::get_if<Failure>(&read)) {
-    tell(*failure, log);
+    say(*failure, log);
     if (failure->where == Failure::Where::output) {
       output_.print(failure->what);  // once for the request and once for its reply, which names no command either
     }
@@ -91,7 +91,7 @@ Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, S
   }
   Outcome outcome = runRow(*row, call);
   if (outcome.failure) {
-    tell(*outcome.failure, log);
+    say(*outcome.failure, log);
   }
   if (row->whenRefused != nullptr && !outcome.succeeded()) {
     row->whenRefused(call, session_);
@@ -121,11 +121,11 @@ bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
   return complete;
 }
 
-void Dispatcher::tell(const Failure& failure, LogWriter& log) {
+void Dispatcher::say(const Failure& failure, LogWriter& log) {
   if (failure.where == Failure::Where::box) {
     messages_.show(failure.shown, MessageIcon::none);
   } else {
-    say(failure, log, output_);
+    vernoxa::say(failure, log, output_);
   }
 }
 

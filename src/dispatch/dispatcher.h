@@ -32,7 +32,7 @@ class Dispatcher {
              Session& session)
       : logs_(logs), messages_(messages), output_(output), lock_(std::move(lock)), session_(session) {}
 
-  // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is no packet text
+  // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is not packet text
   // comes back encoded again. Packets are carried out one at a time; a host script that runs the event loop inside a
   // handler may enter again.
   std::string run(const Endpoint& endpoint, std::string_view packetText, ScriptHost& host);
@@ -44,7 +44,7 @@ class Dispatcher {
   Outcome carryOut(const Endpoint& endpoint, const Request& request, ScriptHost& host, LogWriter& log);
   Outcome runRow(const HandlerRow& row, RequestCall& call);
   bool takeMembers(const HandlerRow& row, const Request& request);
-  void tell(const Failure& failure, LogWriter& log);
+  void say(const Failure& failure, LogWriter& log);
 
   const Logs& logs_;
   UserMessages& messages_;

@@ -6,15 +6,10 @@
 #include <utility>
 
 #include "text/json.h"
+#include "wire/envelope.h"
 #include "wire/failure.h"
 
 namespace vernoxa {
-
-struct Reply {
-  Json data = Json::object();
-  std::string result = "0";
-  std::optional<std::string> errInfo;  // beside "Result"
-};
 
 // A reply, a failure, or neither: then nothing is answered.
 struct Outcome {
@@ -34,8 +29,5 @@ struct Outcome {
 
   bool succeeded() const { return reply && reply->result == "0"; }
 };
-
-// Members "Data", "Command", "Result" and, when the reply has one, "ErrInfo"; unformatted.
-std::string replyText(const std::string& command, Reply reply);
 
 }  // namespace vernoxa

@@ -21,7 +21,7 @@ struct Request {
   int number(std::string_view member) const { return data.member(member).wholeNumber().value_or(0); }
 };
 
-// The failure of a text that is no message, or of one without a "Command", is for the log or the standard output.
+// The failure of a text that is not a message, or of one without a "Command", is for the log or the standard output.
 Result<Request> requestIn(const std::string& message);
 
 }  // namespace vernoxa

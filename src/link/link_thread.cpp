@@ -176,7 +176,7 @@ int LinkThread::poll() {
       return pollFailed;
     }
   }
-  const bool namesClosed = closed.size() >= 2;  // a single character is no name
+  const bool namesClosed = closed.size() >= 2;  // a single character is not a name
   return namesClosed && !reportClosed(splitItems(closed, ';')) ? pollFailed : 0;
 }
 

@@ -47,7 +47,7 @@ class LinkThread {
   void pollForever();
   void reconnectCompanion();
 
-  // One request and its answer; the reply is empty when it is no JSON.
+  // One request and its answer; the reply is empty if it is not valid JSON.
   struct Exchange {
     bool received = false;
     Json reply;

@@ -38,7 +38,7 @@ class SocketClient {
   void sendPacket(std::string_view message);
 
   // 0 with the received message, or -1 when the peer closed or a receive failed. Throws std::runtime_error for a
-  // payload that is no packet text. Without a limit it waits as long as the peer takes; with one, the whole reply has
+  // payload that is not packet text. Without a limit it waits as long as the peer takes; with one, the whole reply has
   // to arrive within it.
   int receivePacket(std::string& message, std::optional<std::chrono::milliseconds> limit = std::nullopt);
 

@@ -21,7 +21,7 @@ class StandardOutput;
 // A reply with the members that every one has.
 struct QueryReply {
   std::string text;       // as received, code page
-  Json message;           // empty when the reply is no JSON
+  Json message;           // empty if the reply is not valid JSON
   JsonView data;          // "Data"
   std::string value;      // the member that was asked for
   std::string errorText;  // the number in "Result" when it is not 0
@@ -34,7 +34,7 @@ class CompanionQuery {
 
   // Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
   // ("can't Init"), without a reply ("ret:-1"), or when "Result", "Data" or the named member of "Data" is missing (its
-  // name). Throws std::runtime_error for a reply that is no packet text.
+  // name). Throws std::runtime_error for a reply that is not packet text.
   std::optional<QueryReply> ask(std::string_view request, std::string_view member) const;
 
  private:

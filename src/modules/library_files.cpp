@@ -14,7 +14,7 @@
 namespace vernoxa {
 namespace {
 
-// One text for all spellings of a file, as far as ASCII goes; empty for what is no path.
+// One text for all spellings of a file, as far as ASCII goes; empty for anything that is not a path.
 std::string comparable(Files& files, const FilePath& path) {
   std::string text = replaceAll(files.fullPath(path).utf8(), "\\", "/");
   text.erase(text.find_last_not_of("./ ") + 1);

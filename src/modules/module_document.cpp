@@ -114,7 +114,8 @@ void ModuleDocument::startPart(const Record& record) {
   current.properties = part.add("Property", Json::object());
   current.displayedProperties = part.add("DispProperty", Json::array());
   current.children = part.add("children", Json::array());
-  partKeys_.insert(key);  // now that the part is whole: when memory runs out before, the host's next try is no double
+  partKeys_.insert(key);  // now that the part is whole: when memory runs out before, the host's next try is not taken
+                          // for a duplicate
   root_.appendTo(library_, std::move(part));
   part_ = current;  // only what stands in the document may be written to
 }

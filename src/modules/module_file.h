@@ -40,7 +40,7 @@ class ModuleFile {
   JsonView objects() const { return arrayIn(root_.view(), "children"); }
   // "Name" of the library's first part.
   std::string_view firstPartName() const;
-  // From "BoundingBox": two numbers as they are, or the differences of four; nothing for all else.
+  // From "BoundingBox": two numbers as they are, or the differences of four; `nullopt` for all else.
   std::optional<ViewBox> viewBox() const;
 
  private:

@@ -87,7 +87,7 @@ void ModulePlacer::placeLibraryParts(ScriptHost& host, const ModuleFile& module,
   std::vector<Script> pinScripts;
   for (const JsonView entry : module.library()) {
     const std::string_view name = nameOf(entry);
-    // What has no name is no other one's double.
+    // Parts without a name are never duplicates.
     if (!entry.isObject() || (!name.empty() && !seen.insert(name).second)) {
       continue;
     }

@@ -8,6 +8,7 @@ namespace vernoxa {
 class LibraryFiles;
 class ModulePlacer;
 class TextConverter;
+class UserMessages;
 struct PlacementContext;
 
 // Places what the companion named. Answers nothing.
@@ -19,5 +20,10 @@ CommandResult placePartProperty(CommandCall& call, const PlacementContext& place
 // The temporary and the new library of the latest placement; UTF-8, "/" between folders.
 CommandResult getOlbPath(CommandCall& call, const LibraryFiles& libraries);
 CommandResult getNewOlbPath(CommandCall& call, const LibraryFiles& libraries);
+
+// Shows the text of an error code, or the code itself when there is none; nothing without an argument. The code
+// "MoreThanPage" also removes the new library of the placement that failed.
+CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
+                          LibraryFiles& libraries);
 
 }  // namespace vernoxa

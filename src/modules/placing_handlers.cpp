@@ -19,6 +19,11 @@ Outcome noActivePage() {
 
 }  // namespace
 
+Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text) {
+  host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, text, "Page")));
+  return Outcome::success();
+}
+
 Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
                               PlacementContext& placement, ModulePlacer& placer) {
   if (placement.package.empty()) {

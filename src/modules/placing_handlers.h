@@ -1,4 +1,4 @@
-// The handlers of the companion's two placing requests.
+// The handlers of the companion's requests to offer a module and to place one.
 #pragma once
 
 #include "dispatch/outcome.h"
@@ -11,12 +11,15 @@ class ScriptHost;
 class TextConverter;
 struct PlacementContext;
 
+// Has the host offer the selected parts of a page, by the command `sendUploadMarket`.
+Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text);
+
 // Has the user drag one catalogue part, or a whole shared module, onto the active page; `placeMarketPart` places it
 // when the user drops it. Without an active page nothing is placed.
 Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
                               PlacementContext& placement, ModulePlacer& placer);
 Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
-// Whatever refuses one of them, nothing is being placed afterwards.
+// Whatever refuses a placing, nothing is being placed afterwards.
 void stopPlacing(PlacementContext& placement);
 
 }  // namespace vernoxa

@@ -1,5 +1,10 @@
 #include "plugin/command_table.h"
 
+#include <tcl.h>
+
+#include <iterator>
+#include <utility>
+
 #include "bom/bom_commands.h"
 #include "checks/report_commands.h"
 #include "designs/file_status_commands.h"
@@ -55,7 +60,7 @@ constexpr CommandAnswer fileStatus =
     answersPacket("A FileStatus; empty when the path is empty or has no name in the code page.");
 
 // clang-format off
-constexpr std::array<CommandRow, commandCount> commands = {{
+constexpr CommandRow commands[] = {
   {"packetParser", run<packetParser>,
     takes(argument("packetText", "Packet text of a request of the companion, or of its answer to a message.")), calls(),
     answersPacket("The reply; empty when there is none."),
@@ -184,15 +189,30 @@ constexpr std::array<CommandRow, commandCount> commands = {{
   {"PlacePartProperty", run<placePartProperty>, takes(), calls("placePart"), answersNothing(),
     "Sets the properties of the part that was placed."},
   {"execTool", run<execTool>, takes(), calls(), answersNothing(), "Starts the companion."},
-}};
+};
 // clang-format on
 
 static_assert(namesDiffer(commands), "two rows of one name");
 
+// The commands carry no client data, so each row has an entry of its own.
+template <std::size_t index>
+int entry(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const objects[]) {
+  return guarded(commands[index], interp, count, objects);
+}
+
+template <std::size_t... indexes>
+void registerAll(Tcl_Interp* interp, std::index_sequence<indexes...>) {
+  (Tcl_CreateObjCommand(interp, commands[indexes].name, entry<indexes>, nullptr, nullptr), ...);
+}
+
 }  // namespace
 
-const std::array<CommandRow, commandCount>& commandTable() {
+std::span<const CommandRow> commandTable() {
   return commands;
+}
+
+void registerCommands(Tcl_Interp* interp) {
+  registerAll(interp, std::make_index_sequence<std::size(commands)>());
 }
 
 }  // namespace vernoxa

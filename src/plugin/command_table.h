@@ -1,14 +1,15 @@
 // The one table of the plug-in's Tcl commands.
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <span>
 
 #include "dispatch/description.h"
 #include "plugin/session.h"
 #include "tcl/command.h"
 
 struct Tcl_Interp;
+struct Tcl_Obj;
 
 namespace vernoxa {
 
@@ -41,12 +42,14 @@ struct CommandRow {
   const char* crashName = nullptr;  // in the crash log; the command's own name when none is given
 };
 
-constexpr std::size_t commandCount = 48;
-
 // In the order of registration.
-const std::array<CommandRow, commandCount>& commandTable();
+std::span<const CommandRow> commandTable();
 
 // Creates every command of the table, in table order, without client data, each behind the one guard.
 void registerCommands(Tcl_Interp* interp);
+
+// The guard: calls the row's function with its parts. Whatever is thrown ends here, as a line in the crash log and the
+// status that the host's scripts know.
+int guarded(const CommandRow& row, Tcl_Interp* interp, int count, Tcl_Obj* const* objects) noexcept;
 
 }  // namespace vernoxa

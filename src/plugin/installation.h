@@ -26,7 +26,7 @@ struct Configuration {
   bool startCompanion = false;          // "StartWithCadence" is exactly the string "1"
 };
 
-// Nothing when the text is no JSON, or beyond the bounds of what is parsed.
+// `nullopt` if the text is not valid JSON, or beyond the bounds of what is parsed.
 std::optional<Configuration> parseConfiguration(const std::string& text, const Logs& logs);
 
 }  // namespace vernoxa

@@ -1,6 +1,6 @@
 #include "plugin/message_table.h"
 
-#include "plugin/bom_line_members.h"
+#include "bom/bom_lists.h"
 
 namespace vernoxa {
 namespace {
@@ -58,10 +58,10 @@ constexpr MessageRow messages[] = {
     holds(text("Status", "What happened to the design.").oneOf("Close"), fileName), "A design was closed.",
     projectFolder},
   {"TryUpdateBom", "", from("tryUpdateBom"), "Command", holds(), "The bill of materials should be asked for again."},
-  {"AddToBom", "", from("sendAddToBom"), "Data Command Result", holds(objects("Stick", bomLine, "The parts.")),
+  {"AddToBom", "", from("sendAddToBom"), "Data Command Result", holds(objects("Stick", bomMembers, "The parts.")),
     "Parts were marked fitted."},
   {"RemoveFromBom", "", from("sendRemoveFromBom"), "Data Command Result",
-    holds(objects("NotStick", bomLine, "The parts.")), "Parts were marked not fitted."},
+    holds(objects("NotStick", bomMembers, "The parts.")), "Parts were marked not fitted."},
   {"DsnCheck_Result", "", from("sendRefRepetition", "sendIllegalChar", "sendPinNC", "sendNetlist"),
     "Command Data Result ErrInfo",
     holds(checkId, text("RequiredValue", "Always empty.").oneOf(""),

@@ -1,41 +1,10 @@
 #include "plugin/misc_commands.h"
 
-#include <array>
-#include <optional>
-#include <string_view>
-
-#include "modules/library_files.h"
 #include "plugin/companion_launch.h"
 #include "system/user_messages.h"
-#include "text/code_page.h"
-#include "text/identifiers.h"
+#include "text/text.h"
 
 namespace vernoxa {
-namespace {
-
-struct ErrorText {
-  std::string_view code;
-  std::u8string_view text;
-};
-
-// "InvaildObject" is how the host's scripts spell it.
-constexpr std::array errorTexts = {
-    ErrorText{"OtherProject", u8"请在同一个项目中选择"},
-    ErrorText{"NoObject", u8"请选择元件"},
-    ErrorText{"MoreThanPage", u8"超过page范围,请重新摆放"},
-    ErrorText{"InvaildObject", u8"非法器件,选择其他器件"},
-};
-
-std::optional<std::u8string_view> textFor(std::string_view code) {
-  for (const ErrorText& each : errorTexts) {
-    if (each.code == code) {
-      return each.text;
-    }
-  }
-  return std::nullopt;
-}
-
-}  // namespace
 
 CommandResult execTool(CommandCall&, Processes& processes, Files& files, const Directories& directories) {
   launchCompanion(processes, files, directories.baseDirectory);
@@ -48,21 +17,6 @@ CommandResult getGenerateGuid(CommandCall&, GuidSource& guids) {
 
 CommandResult outputWarming(CommandCall&, UserMessages& messages) {
   messages.show(u8"请先选中器件", MessageIcon::information);
-  return {};
-}
-
-CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
-                          LibraryFiles& libraries) {
-  if (call.arguments.count() < 2) {
-    return {};
-  }
-  const std::string code(call.arguments.text(1));
-  if (code == "MoreThanPage") {
-    libraries.remove(libraries.newPath());
-  }
-  const std::string name = text.trueName(code);
-  const std::u8string unknown(name.begin(), name.end());
-  messages.show(textFor(code).value_or(unknown), MessageIcon::none);
   return {};
 }
 

@@ -8,9 +8,7 @@ namespace vernoxa {
 
 class Files;
 class GuidSource;
-class LibraryFiles;
 class Processes;
-class TextConverter;
 class UserMessages;
 
 // Starts the companion.
@@ -19,9 +17,5 @@ CommandResult execTool(CommandCall& call, Processes& processes, Files& files, co
 CommandResult getGenerateGuid(CommandCall& call, GuidSource& guids);
 // Tells the user to select a part first.
 CommandResult outputWarming(CommandCall& call, UserMessages& messages);
-// Shows the text of an error code, or the code itself when there is none; nothing without an argument. The code
-// "MoreThanPage" also removes the new library of the placement that failed.
-CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
-                          LibraryFiles& libraries);
 
 }  // namespace vernoxa

@@ -19,7 +19,7 @@ struct PlugIn {
   void (*startLinkThread)(std::shared_ptr<LinkThreadParts> thread);
 };
 
-// The plug-in whose commands are registered; host thread only. Nothing before the first load.
+// The plug-in whose commands are registered; host thread only. Null before the first load.
 PlugIn* activePlugIn();
 void setActivePlugIn(PlugIn* plugIn);
 

@@ -3,11 +3,11 @@
 #include "plugin/request_table.h"
 
 #include "bom/bom_handlers.h"
+#include "bom/bom_lists.h"
 #include "checks/report_handlers.h"
 #include "designs/design_handlers.h"
 #include "designs/thread_handlers.h"
 #include "modules/placing_handlers.h"
-#include "plugin/bom_line_members.h"
 #include "plugin/run.h"
 #include "views/view_handlers.h"
 
@@ -131,9 +131,9 @@ constexpr HandlerRow companionRows[] = {
           optional(text("PartNameKey", "Property that is the part name; Part Name when it is empty."))),
     calls("GetProductVersion", "generateBOMForPath", "::capGenerateBOMUtil::getStickList",
           "::capGenerateBOMUtil::getNotStickList", "::capGenerateBOMUtil::getNoPartNumberList"),
-    answers(objects("Stick", bomLine, "Parts that are fitted."),
-            objects("NotStick", bomLine, "Parts that are not fitted."),
-            objects("NotPartNumber", bomLine, "Parts without a part number, whatever other list they are in.")),
+    answers(objects("Stick", bomMembers, "Parts that are fitted."),
+            objects("NotStick", bomMembers, "Parts that are not fitted."),
+            objects("NotPartNumber", bomMembers, "Parts without a part number, whatever other list they are in.")),
     "Makes the bill of materials and answers its three lists."},
   {"JumpToPartRef", run<jumpToPartRef>,
     needs(optional(text("ProjectPath", "Full path of an open design. Without it the request is refused.")),

@@ -4,7 +4,6 @@
 
 #include <string>
 #include <type_traits>
-#include <utility>
 
 #include "dispatch/handler.h"
 #include "plugin/session.h"
@@ -55,7 +54,7 @@ struct Kept;
 
 template <class Part, std::string Part::*field>
 struct Kept<field> {
-  static void by(Session& session, std::string text) { session.part<Part>().*field = std::move(text); }
+  static void by(Session& session, const std::string& text) { session.part<Part>().*field = text; }
 };
 
 // Keeps a member's text in that field of a part.

@@ -23,7 +23,7 @@ class ClipboardAccess {
 class Clipboard {
  public:
   virtual ~Clipboard() = default;
-  // Nothing when another program holds it.
+  // Null if another program holds it.
   virtual std::unique_ptr<ClipboardAccess> open() = 0;
 };
 

@@ -21,7 +21,7 @@ class CodePage {
   // A character that the code page lacks becomes one that looks like it, or the system's default character: for texts
   // that are read, never for one that becomes a name.
   virtual std::string fromUtf8(std::string_view utf8) const = 0;
-  // Nothing when the code page lacks a character.
+  // `nullopt` if the code page lacks a character.
   virtual std::optional<std::string> nameFromUtf8(std::string_view utf8) const = 0;
 };
 

@@ -44,7 +44,7 @@ class Files {
   virtual ~Files() = default;
   virtual std::uint32_t attributes(const FilePath& path) = 0;
   // The path from its drive or share on, as the system takes it for every other call: "." and ".." resolved, dots and
-  // spaces left out where names end. Empty when it is no path, or longer
+  // spaces left out where names end. Empty when it is not a path, or longer
   // than 259 characters (MAX_PATH).
   virtual FilePath fullPath(const FilePath& path) = 0;
   // Another name of a file or folder that is there, each part of at most eight characters, a dot and three (a short

@@ -38,7 +38,7 @@ struct PackedBitmap {
 class Metafile {
  public:
   virtual ~Metafile() = default;
-  // Nothing when the header cannot be read.
+  // `nullopt` if the header cannot be read.
   virtual std::optional<PictureFrame> frame() = 0;
   // Drawn over the whole of a white bitmap of that size and the screen's own depth; nothing when the system has no
   // room for it, or its records take longer than that together.
@@ -49,7 +49,7 @@ class Pictures {
  public:
   virtual ~Pictures() = default;
   virtual ScreenMeasures screen() = 0;
-  // From the bytes of an enhanced metafile that was looked through (desktop/metafile_check.h). Nothing when the system
+  // From the bytes of an enhanced metafile that was looked through (desktop/metafile_check.h). Null if the system
   // takes it for none.
   virtual std::unique_ptr<Metafile> openMetafile(std::string_view bytes) = 0;
 };

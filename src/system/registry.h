@@ -25,7 +25,7 @@ class Registry {
   // itself cannot be opened.
   virtual std::vector<std::string> subKeys(const RegistryPath& path) = 0;
   // A text value up to its first NUL byte, which need not be stored; references to the environment stay as they are.
-  // Nothing when it is missing, no text, or longer.
+  // `nullopt` if it is missing, not text, or longer.
   virtual std::optional<std::string> text(const RegistryPath& path, const std::string& name) = 0;
 };
 

@@ -14,7 +14,7 @@ std::wstring toWide(std::string_view text, unsigned codePage);
 // A character that the code page lacks becomes one that looks like it, or the system's default character.
 std::string fromWide(std::wstring_view wide, unsigned codePage);
 
-// Nothing when the code page lacks a character.
+// `nullopt` if the code page lacks a character.
 std::optional<std::string> nameFromWide(std::wstring_view wide, unsigned codePage);
 
 }  // namespace vernoxa

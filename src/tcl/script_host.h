@@ -22,11 +22,11 @@ class ScriptHost {
   virtual ~ScriptHost() = default;
   // Never throws for an error of the script.
   virtual Evaluation evaluate(const Script& script) = 0;
-  // Elements of a Tcl list; nothing for a text that is no list, which leaves no error text.
+  // Elements of a Tcl list; `nullopt` for a text that is not a list, which leaves no error text.
   virtual std::optional<std::vector<std::string>> splitList(const std::string& list) = 0;
 
-  // A script that joins a word and the one behind it is evaluated exactly so; only when Tcl answers with an error is the
-  // separated one tried, and its result stands.
+  // A script that joins a word and the one behind it is evaluated exactly so; only when Tcl answers with an error is
+  // the separated one tried, and its result stands.
   Evaluation evaluateJoined(const Script& joined, const Script& separated);
   // The same for a procedure and its quoted argument. A space in the argument would end the joined name, which nobody
   // has then: the separated script is evaluated at once.

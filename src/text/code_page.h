@@ -20,7 +20,7 @@ class TextConverter {
   // A failure (memory) shows "GBK格式异常" and gives the empty text.
   std::string ansiToUtf8(std::string_view ansi) const;
 
-  // A text that is no valid UTF-8 is in the code page already and stays as it is. A text of Tcl's is one, and ends at
+  // A text that is not valid UTF-8 is in the code page already and stays as it is. A text of Tcl's is one, and ends at
   // its NUL.
   std::string utf8ToAnsi(std::string_view utf8) const;
 
@@ -39,7 +39,7 @@ class TextConverter {
   // A name from the host's Tcl on its way into a path (UTF-8).
   std::string trueName(std::string_view hostName) const;
 
-  // A path on its way into a message; nothing when the code page lacks a character of it.
+  // A path on its way into a message; `nullopt` if the code page lacks a character of it.
   std::optional<std::string> nameInCodePage(const FilePath& path) const;
 
   // Replaces a character of a text in the code page: the second byte of a double-byte character is never that

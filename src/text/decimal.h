@@ -15,7 +15,7 @@ class Decimal {
   // The number that the text begins with, behind spaces and tabs: a sign, digits with or without a point, and an
   // exponent ("1e3", "-2.5E-02"). Without a number 0. Further places are cut.
   static Decimal read(std::string_view text);
-  // The same for a text that is a number throughout; nothing for any other.
+  // The same for a text that is a number throughout; `nullopt` for any other.
   static std::optional<Decimal> of(std::string_view text);
   static Decimal whole(std::int64_t number);
 

@@ -28,7 +28,7 @@ class JsonView {
 
   // The first member of that name, or a view of nothing.
   JsonView member(std::string_view name) const;
-  // The text of a string node; nothing for every other kind.
+  // The text of a string node; `nullopt` for every other kind.
   std::optional<std::string_view> text() const;
   // A JSON number cut to a whole number, or a string that is a whole decimal number; what does not fit saturates.
   std::optional<int> wholeNumber() const;
@@ -105,7 +105,7 @@ class Json {
 };
 
 struct Json::Parsed {
-  Json document;          // empty when the text is no JSON
+  Json document;          // empty if the text is not valid JSON
   std::string errorRest;  // then: the text from the place where parsing stopped
 };
 

@@ -10,6 +10,8 @@
 
 namespace vernoxa {
 
+class GuidSource;
+
 // "Looks like UTF-8 Chinese": the first byte in E4..E9 (lead bytes of the common Chinese characters in UTF-8) is
 // followed by two continuation bytes and at least one byte more. A text that ends with its only such character does
 // not count, so that short code page texts are left alone.
@@ -19,13 +21,13 @@ constexpr std::string_view tclNul = "\xC0\x80";  // how Tcl 8.6 holds a NUL char
 
 // A text as Tcl 8.6 holds it, in UTF-8: it ends at its first NUL, and a character above U+FFFF, held as
 // two surrogates of three bytes each, is one sequence of four bytes. Half such a pair becomes U+FFFD, the replacement
-// character. Nothing for bytes that are no text of Tcl's: they are in the code page.
+// character. `nullopt` for bytes that are not Tcl's: they are in the code page.
 std::optional<std::string> utf8OfTcl(std::string_view tclText);
 
 // Pieces between separators; empty and last ones too, so "a;b;" is three and "" is one empty piece.
 std::vector<std::string> splitFields(std::string_view text, char separator);
 
-// The same without empty pieces: "" is no item.
+// The same without empty pieces: "" is not an item.
 std::vector<std::string> splitItems(std::string_view text, char separator);
 
 // Replaces each occurrence, left to right, going on after the inserted text. An empty `from` changes nothing.
@@ -34,7 +36,11 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
 // For a text in UTF-8, where no byte of a longer sequence equals an ASCII character.
 std::string doubleBackslashes(std::string_view text);
 
-// The text after the last "."; nothing without one.
+// The text after the last "."; `nullopt` without one.
 std::optional<std::string> extensionOf(std::string_view path);
+
+// A new GUID as 36 characters. The third group is in lower case, all others in upper case: readers compare texts, for
+// example 1B4E28BA-2FA1-11d2-883F-0016D3CCA427. Empty when the system gives none.
+std::string guidText(GuidSource& source);
 
 }  // namespace vernoxa

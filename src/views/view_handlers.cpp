@@ -11,7 +11,7 @@ namespace {
 
 using Parts = std::vector<std::string>;
 
-// None for an error and for what is no list.
+// None for an error and for anything that is not a list.
 Parts elementsOf(const Evaluation& answer, ScriptHost& host) {
   return answer.ok ? host.splitList(answer.text).value_or(Parts()) : Parts();
 }
@@ -65,6 +65,21 @@ Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter&
     data.appendTo(open, openProject(host.splitList(project).value_or(Parts()), text, paths));
   }
   return Outcome::success(std::move(data));
+}
+
+Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text) {
+  const Evaluation answer = host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, text)));
+  if (!answer.ok || answer.text.empty()) {
+    return Outcome::failed(text.messageText(answer.text));
+  }
+  Json data = Json::object();
+  data.add("PartNameProperty", "Part Name");
+  data.add("PartNumberProperty", "Part Number");
+  const JsonView names = data.add("PropertyList", Json::array());
+  for (const std::string& name : elementsOf(answer, host)) {
+    data.appendTo(names, Json::string(text.messageText(name)));
+  }
+  return Outcome::success(std::move(data), "");
 }
 
 Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text) {

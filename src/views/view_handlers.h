@@ -1,5 +1,5 @@
-// The handlers of the companion's requests about pages, drawings and ports, and about reference designators, values and
-// jumps.
+// The handlers of the companion's requests about pages, properties, drawings and ports, and about reference
+// designators, values and jumps.
 #pragma once
 
 #include "dispatch/outcome.h"
@@ -13,6 +13,7 @@ class ScriptHost;
 class TextConverter;
 
 Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& text, MessagePaths& paths);
+Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,

@@ -1,5 +1,7 @@
 #include "wire/envelope.h"
 
+#include "system/log.h"
+#include "system/system.h"
 #include "text/outside_json.h"
 
 namespace vernoxa {
@@ -16,6 +18,17 @@ Result<Json> parseMessage(const std::string& message) {
   return std::move(parsed.document);
 }
 
+std::string replyText(const std::string& command, Reply reply) {
+  Json message = Json::object();
+  message.add("Data", std::move(reply.data));
+  message.add("Command", command + std::string(replySuffix));
+  message.add("Result", reply.result);
+  if (reply.errInfo) {
+    message.add("ErrInfo", *reply.errInfo);
+  }
+  return message.printUnformatted();
+}
+
 std::string errorReply(std::string_view errorText, std::string_view command) {
   Json reply = Json::object();
   reply.add("ErrInfo", errorText);
@@ -23,6 +36,14 @@ std::string errorReply(std::string_view errorText, std::string_view command) {
   reply.add("Data", Json::object());
   reply.add("Command", std::string(command).append(replySuffix));
   return reply.printFormatted();
+}
+
+void say(const Failure& failure, LogWriter& log, StandardOutput& output) {
+  if (failure.where == Failure::Where::log) {
+    log.writeLine(failure.what);
+  } else if (failure.where == Failure::Where::output) {
+    output.print(failure.what);
+  }
 }
 
 }  // namespace vernoxa

@@ -3,6 +3,7 @@
 // Messages are byte strings in the code page. Keys are case-sensitive.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@
 #include "wire/failure.h"
 
 namespace vernoxa {
+
+class LogWriter;
+class StandardOutput;
 
 inline constexpr std::string_view replySuffix = "_EndResult";
 
@@ -20,8 +24,20 @@ inline constexpr const char* missingValue = "not value\n";
 // parsed is a line of the log.
 Result<Json> parseMessage(const std::string& message);
 
+struct Reply {
+  Json data = Json::object();
+  std::string result = "0";
+  std::optional<std::string> errInfo;  // beside "Result"
+};
+
+// Members "Data", "Command", "Result" and, when the reply has one, "ErrInfo"; unformatted.
+std::string replyText(const std::string& command, Reply reply);
+
 // The reply for a command that could not be carried out; members "ErrInfo", "Result", "Data", "Command" in that
 // order, formatted.
 std::string errorReply(std::string_view errorText, std::string_view command);
+
+// Says a failure that belongs into the log or on the standard output; all others are not for the caller to say.
+void say(const Failure& failure, LogWriter& log, StandardOutput& output);
 
 }  // namespace vernoxa

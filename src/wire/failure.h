@@ -7,9 +7,6 @@
 
 namespace vernoxa {
 
-class LogWriter;
-class StandardOutput;
-
 // Why a step gave no value, and where that is to be said. The step itself says nothing.
 struct Failure {
   enum class Where {
@@ -30,8 +27,5 @@ struct Failure {
 // What a step gives.
 template <class Value>
 using Result = std::variant<Value, Failure>;
-
-// Says one that belongs into the log or on the standard output; all others are not for the caller to say.
-void say(const Failure& failure, LogWriter& log, StandardOutput& output);
 
 }  // namespace vernoxa

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "system/fake_world.h"
-#include "text/identifiers.h"
+#include "text/text.h"
 
 namespace vernoxa {
 namespace {

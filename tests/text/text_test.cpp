@@ -4,7 +4,6 @@
 
 #include "plugin/installation.h"
 #include "system/fake_world.h"
-#include "text/identifiers.h"
 
 namespace vernoxa {
 namespace {
