@@ -35,7 +35,8 @@ constexpr const char* oneWhenDone = "1 when it was done; any other text goes bac
 constexpr const char* reports = "Not looked at: the result comes by the plug-in's command for it.";
 constexpr const char* bomList =
     "A list of lines, each six fields with ; between them: part number; value; reference designators; part name; "
-    "footprint; number of pins. NULL for a property that a part has not. An error counts as the empty list; a text that "
+    "footprint; number of pins. NULL for a property that a part has not. An error counts as the empty list; a text "
+    "that "
     "is not a list, or a line that is too short, shows a box and ends the reading of all lists.";
 
 // clang-format off

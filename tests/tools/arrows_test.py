@@ -32,8 +32,9 @@ class ArrowsTest(unittest.TestCase):
         self.assertIn("lower/more.h", self.check("lower/more.h", '#include "upper/c.h"  // with a reason'))
 
     def test_no_spelling_passes(self) -> None:
-        for include in ('#include <upper/c.h>', '# include "upper/c.h"', ' \t#\tinclude  "upper/c.h"', '#include"upper/c.h"',
-                        '#include "../upper/c.h"', '#include "base/../upper/c.h"', '#include "./c.h"'):
+        for include in ('#include <upper/c.h>', '# include "upper/c.h"', ' \t#\tinclude  "upper/c.h"',
+                        '#include"upper/c.h"', '#include "../upper/c.h"', '#include "base/../upper/c.h"',
+                        '#include "./c.h"'):
             self.assertIn("base/more.h", self.check("base/more.h", include), include)
         for file in ("base/rows.inc", "base/inner/file.cpp"):
             self.assertIn(file, self.check(file, '#include "upper/c.h"'))
