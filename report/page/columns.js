@@ -74,9 +74,9 @@ export function findingColumns(findings) {
       say: (finding) => text(`check${finding.check}`),
       mark: (finding, node) => node.prepend(marked("span", "", `dot check${finding.check}`)),
     },
-    { title: text("value"), field: "value", most: 120 },
-    { title: text("comment"), field: "comment", widthGrow: 2, most: 200, say: (finding) => comment(finding.comment) },
-    { title: text("page"), field: "pageName", most: 130 },
+    { title: text("value"), field: "value", widthGrow: 0.5, most: 120 },
+    { title: text("comment"), field: "comment", widthGrow: 3, most: 280, say: (finding) => comment(finding.comment) },
+    { title: text("page"), field: "pageName", widthGrow: 0.5, most: 130 },
   ]);
 }
 
@@ -88,12 +88,13 @@ export function detailColumns(details) {
 }
 
 export function changeColumns(changes) {
+  const said = (field) => (change) => (change.member === "state" ? text(change[field]) : change[field]);
   return columns(changes, [
     { title: text("change"), field: "change", widthGrow: 0.1, say: ({ change }) => text(change) },
     { title: text("reference"), field: "reference", widthGrow: 0.5 },
     { title: text("field"), field: "member", widthGrow: 0.5, say: ({ member }) => text(member) },
-    { title: text("before"), field: "before", widthGrow: 2, most: 200 },
-    { title: text("now"), field: "now", widthGrow: 2, most: 200 },
+    { title: text("before"), field: "before", widthGrow: 2, most: 200, say: said("before") },
+    { title: text("now"), field: "now", widthGrow: 2, most: 200, say: said("now") },
   ]);
 }
 

@@ -9,7 +9,8 @@ const MEMBERS = [
   ["PCBFootprint", "footprint"],
 ];
 
-// Rows {id, change, reference, member, before, now}: parts that came, went, or changed, and whether they are fitted.
+// Rows {id, change, reference, member, before, now}: parts that came, went, or changed, and whether they are fitted, which
+// is said by the name of its text.
 export function changesBetween(before, now) {
   const changes = [];
   const note = (change, reference, member = "", from = "", to = "") =>
@@ -17,14 +18,16 @@ export function changesBetween(before, now) {
   const references = [...new Set([...before.parts.keys(), ...now.parts.keys()])].sort(inNaturalOrder);
   for (const reference of references) {
     const [old, present] = [before.parts.get(reference), now.parts.get(reference)];
-    if (!old) note("added", reference, "value", "", present.line?.Value ?? "");
-    else if (!present) note("removed", reference, "value", old.line?.Value ?? "");
+    // Being in the bill counts: a part can be drawn and left out of it.
+    if (!old || (!old.line && present?.line)) note("added", reference, "value", "", present.line?.Value ?? "");
+    else if (!present || (old.line && !present.line)) note("removed", reference, "value", old.line?.Value ?? "");
     else {
       for (const [member, title] of MEMBERS) {
         const [from, to] = [old.line?.[member] ?? "", present.line?.[member] ?? ""];
         if (from !== to) note("changed", reference, title, from, to);
       }
-      if (old.fitted !== present.fitted) note(present.fitted ? "nowFitted" : "nowAbsent", reference, "state");
+      const [from, to] = [old, present].map(({ fitted }) => (fitted ? "fitted" : "absent"));
+      if (from !== to) note(present.fitted ? "nowFitted" : "nowAbsent", reference, "state", from, to);
     }
   }
   return changes;

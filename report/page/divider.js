@@ -4,7 +4,7 @@
 const [LEAST, MOST, STEP] = [20, 80, 2]; // of 100 for the lists
 
 export function addDivider(divider, room) {
-  const narrow = matchMedia("(max-width: 900px)");
+  const narrow = matchMedia("(max-width: 600px), (max-width: 900px) and (min-height: 501px)");
   const turn = () => divider.setAttribute("aria-orientation", narrow.matches ? "horizontal" : "vertical");
   narrow.addEventListener("change", turn);
   turn();

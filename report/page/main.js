@@ -178,7 +178,7 @@ async function compare() {
   }
   await panels.refresh();
   say(text("compared", { name: file.name, count: panels.changes.length }));
-  if (panels.changes.length) await panels.show("changes");
+  await panels.show(panels.changes.length ? "changes" : panels.name);
 }
 
 function printOut(what) {

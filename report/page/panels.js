@@ -150,6 +150,13 @@ export class Panels {
     if (this.name === "details") this.#showDetailsSoon();
   }
 
+  // Opens the list at these; a filter that would hide one of them is taken off.
+  showFindings(ids) {
+    if (!ids.every((id) => this.#isWanted(this.model.findings[id])))
+      this.setState({ filter: "", check: "", on: "" }, "findings");
+    this.show("findings");
+  }
+
   lightFindings(ids) {
     this.lists.findings.light(ids, true);
   }
@@ -183,13 +190,17 @@ export class Panels {
 
   #refilter() {
     const { nets, findings, check, on } = this.filters;
-    const has = (texts, words) => texts.some((one) => String(one).toLowerCase().includes(words.trim().toLowerCase()));
     this.lists.nets.filter(nets.trim() ? (net) => has([net.name, net.pins, net.labels, net.pages], nets) : null);
-    const isWanted = (one) =>
-      (!check || one.check === check) &&
-      (!on || String(one.page) === on) &&
-      (!findings.trim() || has([one.value, comment(one.comment), one.pageName], findings));
-    this.lists.findings.filter(check || on || findings.trim() ? isWanted : null);
+    this.lists.findings.filter(check || on || findings.trim() ? (finding) => this.#isWanted(finding) : null);
+  }
+
+  #isWanted(finding) {
+    const { findings, check, on } = this.filters;
+    return (
+      (!check || finding.check === check) &&
+      (!on || String(finding.page) === on) &&
+      (!findings.trim() || has([finding.value, comment(finding.comment), finding.pageName], findings))
+    );
   }
 
   // Each choice with how many findings it has; all of them together are all findings.
@@ -271,4 +282,8 @@ export class Panels {
       : text("allProperties");
     this.lists.details.refresh();
   }
+}
+
+function has(texts, words) {
+  return texts.some((one) => String(one).toLowerCase().includes(words.trim().toLowerCase()));
 }

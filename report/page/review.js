@@ -80,7 +80,7 @@ export class Review {
 
   openFinding(finding) {
     this.#asOneStep(() => {
-      this.panels.show("findings");
+      this.panels.showFindings([finding.id]);
       if (finding.placed) this.#turnTo([finding.page]);
       this.choose({ references: finding.references, finding: String(finding.id) });
       if (finding.placed) this.viewer.lookAtPlace(finding);
@@ -90,13 +90,14 @@ export class Review {
 
   // All findings that a pin tells.
   openPin(pin) {
+    const ids = pin.findings.map((finding) => finding.id);
     this.#asOneStep(() => {
-      this.panels.show("findings");
+      this.panels.showFindings(ids);
       this.choose({
         references: [...new Set(pin.findings.flatMap((finding) => finding.references))],
-        finding: String(pin.findings[0].id),
+        finding: String(ids[0]),
       });
-      this.panels.lightFindings(pin.findings.map((finding) => finding.id));
+      this.panels.lightFindings(ids);
     });
   }
 

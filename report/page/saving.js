@@ -11,13 +11,15 @@ export function save(name, type, text) {
 
 // The way that works for a page from a file in every browser, in the turn of a key or a click.
 export function copy(text) {
+  // Before any other listener and in place of it: the page's own answers Ctrl+C by copying, without end if it heard this.
   const take = (event) => {
     event.clipboardData.setData("text/plain", text);
     event.preventDefault();
+    event.stopImmediatePropagation();
   };
-  document.addEventListener("copy", take, { once: true });
+  document.addEventListener("copy", take, { capture: true });
   const done = document.execCommand("copy");
-  document.removeEventListener("copy", take);
+  document.removeEventListener("copy", take, { capture: true });
   return done;
 }
 

@@ -82,15 +82,11 @@ export class Index {
     this.made = state;
     this.all = [
       ...[...model.parts.values()].map((part) => entry("part", part.reference, [part.reference], { part })),
-      ...model.nets.map((net) =>
-        entry("net", net.name, [net.name, ...(net.name.includes("/") ? [net.name.split("/").at(-1)] : []), ...net.labels], {
-          net,
-        }),
-      ),
+      ...model.nets.map((net) => entry("net", net.name, [...pathIn(net.name), ...net.labels], { net })),
       ...model.lines.flatMap((line) =>
         LINE_MEMBERS.filter((member) => line[member]).map((member) => entry("value", line[member], [line[member]], { line })),
       ),
-      ...model.pages.map((page) => entry("page", page.name, [page.name], { page })),
+      ...model.pages.map((page) => entry("page", page.name, pathIn(page.name), { page })),
       ...model.findings.map((finding) =>
         entry("finding", `${finding.number}: ${finding.value}`, [finding.value, finding.comment, this.words(finding)], {
           finding,
@@ -109,16 +105,18 @@ export class Index {
     return this.pinTexts;
   }
 
-  // Texts that say what other hits say already are noise: a part's own, pins' numbers, names of nets and pages.
+  // Texts that say what other hits say already are noise: a part's own, pins' numbers, names of nets and of sheets.
   #freeTexts() {
     const texts = [];
     for (const page of this.model.joined ? this.model.pages : []) {
       const named = new Set(page.drawn.connectors.map((connector) => connector.text));
       for (const group of page.wiring.groups)
         for (const text of group.labels) if (isNameOf(text.value, group.net)) named.add(text);
+      const sheets = new Set(page.drawn.sheets.map((sheet) => sheet.name));
       const seen = new Map();
       for (const text of page.drawn.texts) {
-        if (text.isNumber || text.owner || named.has(text) || !text.value.trim() || this.model.parts.has(text.value)) continue;
+        if (text.isNumber || text.owner || named.has(text) || sheets.has(text.value)) continue;
+        if (!text.value.trim() || this.model.parts.has(text.value)) continue;
         const before = seen.get(text.value);
         if (before) before.count += 1;
         else seen.set(text.value, { page: page.index, value: text.value, element: text.element, count: 1 });
@@ -127,6 +125,11 @@ export class Index {
     }
     return texts;
   }
+}
+
+// A name with its path, and without.
+function pathIn(name) {
+  return name.includes("/") ? [name, name.split("/").at(-1)] : [name];
 }
 
 function named(names) {

@@ -28,10 +28,14 @@ export function currentLanguage() {
   return language;
 }
 
-// The text of a name, or the name itself where there is none.
+// The text of a name, or the name itself where there is none. {count} stands for a value, {count:page,pages} for it and the
+// word that goes with it.
 export function text(name, values = {}) {
   const found = Object.hasOwn(TEXTS[language], name) ? TEXTS[language][name] : name;
-  return typeof found === "string" ? found.replace(/\{(\w+)\}/g, (_, key) => values[key]) : found;
+  if (typeof found !== "string") return found;
+  return found.replace(/\{(\w+)(?::([^,}]+),([^}]+))?\}/g, (_, key, one, many) =>
+    one ? `${values[key]} ${values[key] === 1 ? one : many}` : values[key],
+  );
 }
 
 // Of a part: whether it is fitted, and when not, whether it is shown all the same.

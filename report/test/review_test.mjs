@@ -212,21 +212,26 @@ test("the bill is sorted by quantity, grouped, filtered, and taken out as CSV an
     DataTransfer.prototype.setData = new Proxy(DataTransfer.prototype.setData, {
       apply: (set, to, [type, text]) => {
         window.copied = text;
+        window.copies = (window.copies ?? 0) + 1;
         return set.call(to, type, text);
       },
     });
   });
-  await page.click("#bom-copy");
+  await page.locator("#bom .tabulator-row").first().press("Control+c");
   await becomes(
     () => page.evaluate(() => window.copied),
     /^Qty\tReferences\tValue\tState\tPart number\tPart\tFootprint\tSourced\tPlaced\n1\tB\t'=1\+1\tfitted\tU\tR\t0603\t\t$/,
   );
+  await page.click("#bom-copy");
+  await becomes(() => page.evaluate(() => window.copies), /^2$/);
+  assert.match(await page.textContent("#said"), /^1 line copied$/);
   await close();
 });
 
 test("two reports are compared part by part", inOne, async () => {
   const before = linked();
   before.bom.Stick.splice(4, 1);
+  before.bom.Stick.splice(1, 1); // R2 is drawn and in no bill
   before.bom.Stick[0].Value = "12k";
   before.bom.Stick.push({ ...before.bom.NotStick[0] }, { ...before.bom.Stick[0], PartRef: "R99" });
   before.bom.NotStick = [];
@@ -241,12 +246,15 @@ test("two reports are compared part by part", inOne, async () => {
   await page.locator("#changes .tabulator-row").first().waitFor();
   assert.deepEqual(await rowsOf(page, "changes"), [
     "changed|R1|Value|12k|10k",
+    "added|R2|Value||4k7",
     "added|R5|Value||2k2",
-    "now not fitted|R12|State||",
+    "now not fitted|R12|State|fitted|not fitted",
     "removed|R99|Value|12k|",
   ]);
-  await page.locator("#changes .tabulator-row").nth(1).click();
+  await page.locator("#changes .tabulator-row", { hasText: "R5" }).click();
   assert.deepEqual(await lit(page), ["R5"]);
+  await choose(page, "#compare", write(linked(), "same"));
+  await becomes(() => page.textContent("#panels [aria-selected=true]"), /^BOM/);
   await close();
 });
 
@@ -269,5 +277,8 @@ test("findings: one pin a part, opened into the list; the same numbers everywher
   await page.selectOption("#findings-page", "");
   await page.selectOption("#findings-check", { label: "Netlist (1)" });
   assert.deepEqual(await rowsOf(page, "findings"), ["2|Netlist|A|A has no footprint|main"]);
+  await page.selectOption("#findings-page", { label: "Left (1)" });
+  await page.click("#frame .pin");
+  await becomes(async () => (await litRows(page, "findings")).length, /^2$/);
   await close();
 });
