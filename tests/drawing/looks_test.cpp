@@ -68,6 +68,7 @@ TEST(Looks, Colours) {
                        {"+-9", "#0000FF"},
                        {"-9", "#0000FF"},
                        {"-99999999999", "#0000FF"},
+                       {"99999999999999999999", "#8000FF"},
                        {"99999999999", "#8000FF"}});  // saturates at 2^31 - 1, which is 31 beyond a multiple of 48
   std::string all;
   for (int code = 0; code < 48; ++code) {
