@@ -20,6 +20,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 from typing import Any, Iterator
 
 from vernoxa.command import Parser, run
@@ -31,7 +32,7 @@ PRESET = "mutate"
 # The tests that fail soonest come first; what ends a program early saves most of the time.
 PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests")
 LONGEST_BUILD = 300  # of one change
-LONGEST_TEST = 60  # the programs take a few seconds: a change that makes one hang is noticed too
+LONGER = 15  # than unchanged: then a test hangs, which is noticed too
 
 
 @dataclasses.dataclass
@@ -45,12 +46,15 @@ class Copy:
 
     def __init__(self, folder: pathlib.Path):
         self.folder = folder
+        self._longest: float | None = None
         self._bring_up_to_date()
         self._run(["cmake", "--preset", PRESET], None)
         if not self._build(longest=None):
             sys.exit(f"mutate: the unchanged sources do not build in {folder}")
+        began = time.monotonic()
         if not self._passes():
             sys.exit("mutate: the tests fail before anything was changed")
+        self._longest = LONGER * (time.monotonic() - began)
 
     def _bring_up_to_date(self) -> None:
         listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
@@ -84,7 +88,7 @@ class Copy:
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
         for program in PROGRAMS:
             try:
-                if not self._run([str(self.folder / "build" / PRESET / program)], LONGEST_TEST, env=environment):
+                if not self._run([str(self.folder / "build" / PRESET / program)], self._longest, env=environment):
                     return False
             except subprocess.TimeoutExpired:
                 return False
