@@ -42,6 +42,7 @@ Elements drawnPinShapes() {
 }  // namespace
 
 void PageExport::start() {
+  document_.reset();
   const FilePath folder = project_.get() / "Cache" / "Output";
   if (const std::uint32_t attributes = files_.attributes(folder); attributes != noAttributes) {
     files_.removeTree(folder, attributes);
@@ -49,6 +50,7 @@ void PageExport::start() {
   }
   files_.createFolder(folder);
   document_.emplace();
+  ++begun_;
   oldHost.reset();
 }
 
@@ -78,22 +80,23 @@ void PageExport::addRecord(Use use, const Record& record) {
     next.width = record[3];
     next.page.open(record);
     document_ = std::move(next);
+    ++begun_;
     openPage_ = std::move(names);
   }
 }
 
 void PageExport::finish(const PageNames& names) {
-  if (document_) {
-    write(names);
+  if (document_ && write(names)) {
     document_.reset();
   }
 }
 
-void PageExport::write(const PageNames& names) {
+bool PageExport::write(const PageNames& names) {
   // Converting a name may show a message box, in whose event loop the host may end or renew the export.
+  const std::uint64_t begun = begun_;
   const std::string name = pageFileName(names, text_);
-  if (!document_) {
-    return;
+  if (!document_ || begun_ != begun) {
+    return false;
   }
   const FilePath cache = project_.get() / "Cache";
   const FilePath folder = cache / "Output";
@@ -101,6 +104,7 @@ void PageExport::write(const PageNames& names) {
   files_.createFolder(folder);
   writeWholeFile(files_, processes_, folder / name, WhenHeld::writeInPlace,
                  [this](OutputFile& file) { return document_->writeTo(file); });
+  return true;
 }
 
 bool PageDocument::writeTo(OutputFile& output) const {

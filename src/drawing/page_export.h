@@ -4,6 +4,7 @@
 // objects, and at the end the names of the last page. Records that come at another moment are dropped.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,7 +64,8 @@ class PageExport {
 
  private:
   // Names of its own: the open page's may change meanwhile.
-  void write(const PageNames& names);
+  // False if it was ended or renewed meanwhile; then nothing is written.
+  bool write(const PageNames& names);
 
   const ProjectFolder& project_;
   Files& files_;
@@ -71,6 +73,7 @@ class PageExport {
   Clock& clock_;
   const TextConverter& text_;
   std::optional<PageDocument> document_;
+  std::uint64_t begun_ = 0;  // documents so far
   std::string schematicName_;
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
 };

@@ -49,6 +49,7 @@ bool Record::checkPlain() {
 }
 
 void Record::keep(std::size_t index, std::string text) {
+  plain_ = plain_ && isPlainInJson(text);
   kept_.push_front({index, (*this)[index], std::move(text)});
   set(index, kept_.front().text);
 }

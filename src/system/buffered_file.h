@@ -22,7 +22,7 @@ class BufferedFile {
       filled(to + count);
     }
   }
-  // Where the next bytes are put, at most so many and no more than 32 KB; then up to where they stand.
+  // Where the next bytes are put, at most so many and no more than 64 KB; then up to where they stand.
   char* room(std::size_t most) {
     if (most > size - used_) {
       finish();

@@ -293,5 +293,19 @@ TEST(ReenteredCommands, AnExportMayEndInsideItsOwnBox) {
   EXPECT_THAT(stage.fake.files.bytes(folder + "S@!@Q@!@L.json"), testing::HasSubstr("\"id\":\t\"Q\""));
 }
 
+// There the host begins another export: nothing of it gets into the old page's file, and it goes on.
+TEST(ReenteredCommands, AnExportMayBeRenewedInsideItsOwnBox) {
+  for (const char* last : {"addToPageList {Page Q 3 4 L}", "outputSVGFile {\xB5\xE7 P x y K}"}) {
+    Stage stage("initSVGList; addToPageList {Page X 1 2 M}");
+    stage.interp.evaluate("initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}");
+    stage.fake.codePage.throwing = true;
+    stage.interp.evaluate(last);
+    stage.fake.codePage.throwing = false;
+    EXPECT_THAT(stage.seen, testing::Contains("box GBK格式异常")) << last;
+    EXPECT_EQ(stage.call("outputSVGFile", {"S New x y M"}), "0 ");
+    EXPECT_THAT(stage.fake.files.entries(pathOf("C:\\App\\Cache\\Output")), testing::SizeIs(1)) << last;
+  }
+}
+
 }  // namespace
 }  // namespace vernoxa

@@ -31,6 +31,7 @@ from . import changes
 PRESET = "mutate"
 # The tests that fail soonest come first; what ends a program early saves most of the time.
 PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests")
+DESCRIBER = "vernoxa_docs"  # says whether docs/protocol.json is what the rows describe
 LONGEST_BUILD = 300  # of one change
 LONGER = 15  # than unchanged: then a test hangs, which is noticed too
 
@@ -78,7 +79,8 @@ class Copy:
 
     def _build(self, longest: float | None = LONGEST_BUILD) -> bool:
         try:
-            return self._run(["cmake", "--build", "--preset", PRESET, "-j", "1", "--target", *PROGRAMS], longest)
+            return self._run(["cmake", "--build", "--preset", PRESET, "-j", "1", "--target", *PROGRAMS, DESCRIBER],
+                             longest)
         except subprocess.TimeoutExpired:
             return False
 
@@ -86,13 +88,13 @@ class Copy:
         scratch = self.folder / "scratch"
         scratch.mkdir(exist_ok=True)
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
-        for program in PROGRAMS:
-            try:
-                if not self._run([str(self.folder / "build" / PRESET / program)], self._longest, env=environment):
-                    return False
-            except subprocess.TimeoutExpired:
-                return False
-        return True
+        built = self.folder / "build" / PRESET
+        commands = [[str(built / program)] for program in PROGRAMS]
+        commands.append([str(built / DESCRIBER), "--check", str(self.folder / "docs" / "protocol.json")])
+        try:
+            return all(self._run(command, self._longest, env=environment) for command in commands)
+        except subprocess.TimeoutExpired:
+            return False
 
     def attempt(self, change: changes.Change) -> Result:
         path = self.folder / change.file
