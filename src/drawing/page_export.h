@@ -51,20 +51,18 @@ class PageExport {
 
   // Draws a record on the open page or into the open symbol. False for any other, which changes nothing.
   bool draw(Use use, const Record& record);
-  // The same, and "Schematic" names the schematic of the pages that begin from now on, "Page" writes the open page, if
-  // there is one, and opens the next, and "Name" opens the next symbol of the open page. A page's end may show a
-  // message box: the texts must outlive that.
+  // The same; "Schematic" names the schematic of the pages from now on, "Page" writes the open page and opens the next,
+  // "Name" opens the page's next symbol. A page's end may show a message box, which the texts must outlive.
   void addRecord(Use use, const Record& record);
 
-  // Writes the document, also one without a page, as the page of these names; afterwards nothing is open.
+  // Writes the document, also one without a page, as the page of these names; afterwards none of it is open.
   void finish(const PageNames& names);
 
   // Whether the host is an old one, once it was asked; forgotten with each start.
   std::optional<bool> oldHost;
 
  private:
-  // Names of its own: the open page's may change meanwhile.
-  // False if it was ended or renewed meanwhile; then nothing is written.
+  // Names of its own: the open page's may change meanwhile. False, and unwritten, if the export ended or was renewed.
   bool write(const PageNames& names);
 
   const ProjectFolder& project_;

@@ -150,8 +150,7 @@ void Elements::append(const ElementText& text, const Record& record) {
   }
 }
 
-// The n-th line that is drawn is moved by n times the font size and 2, in the direction in which lines follow each
-// other.
+// The n-th line is moved by n times the font size and 2, in the direction in which lines follow each other.
 void Elements::appendLines(const ElementText& text, const Record& record) {
   std::int64_t drawn = 0;
   for (std::string_view left = record[textLines]; !left.empty();) {
