@@ -1,8 +1,10 @@
 """The zip for the users, made from the built plug-in: dist_test.py PLUG-IN."""
 
 import asyncio
+import os
 import pathlib
 import re
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -27,7 +29,7 @@ class DistTest(unittest.TestCase):
         self.assertEqual([], package.faults_of(self.zip))
         with zipfile.ZipFile(self.zip) as files:
             self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.sample.txt", "docs/commands.html",
-                                  "licences/cJSON.txt", "samples/Companion.cs"}, set(files.namelist()))
+                                  "licences/cJSON.txt", "samples/Companion.cs", "conformance/plug_in.tcl"}, set(files.namelist()))
             self.assertNotIn("Config/App.txt", files.namelist())  # an installation's own settings
             index = files.read("docs/index.html").decode()
             for name in files.namelist():
@@ -51,6 +53,15 @@ class DistTest(unittest.TestCase):
         self.assertEqual(set(), lost)
         self.assertIn('id="what-two-answers-have-to-hold"', pages["docs/for-companion-authors.html"])
         self.assertIn('href="protocol.json"', pages["docs/for-companion-authors.html"])
+
+    def test_what_tries_companions_needs_nothing_else(self):
+        with zipfile.ZipFile(self.zip) as files:
+            files.extractall(self.folder)
+        program, sample = self.folder / "conformance" / "check_companion.py", self.folder / "samples" / "companion.py"
+        done = subprocess.run([sys.executable, program, sys.executable, sample, self.folder], cwd=self.folder,
+                              env={**os.environ, "PYTHONPATH": ""}, capture_output=True, text=True)
+        self.assertEqual(0, done.returncode, done.stdout + done.stderr)
+        self.assertTrue((self.folder / "check-companion.txt").is_file())
 
     def test_what_was_changed_on_the_way_is_found(self):
         changed = self.folder / "changed.zip"

@@ -13,7 +13,7 @@ from vernoxa.stage.installation import Installation
 from vernoxa.wire import paths
 
 MODULE = pathlib.Path(sys.argv.pop())
-SAMPLES = REPOSITORY / "samples"
+SAMPLES = REPOSITORY / "package" / "samples"
 SECONDS = 90
 
 BILL = "CAP-100U;100µF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"

@@ -1,4 +1,4 @@
-"""tools/conformance names what a companion or a host does wrong: the samples and the stand-in pass, planted faults do not."""
+"""package/conformance names what a companion or a host does wrong: the samples and the stand-in pass, planted faults do not."""
 
 from __future__ import annotations
 
@@ -10,10 +10,12 @@ import tempfile
 import unittest
 from typing import Awaitable, Callable
 
-from vernoxa.conformance import check_companion, check_host
+import check_companion
+import check_host
 from vernoxa.places import DESIGNS, REPOSITORY
 
-COMPANION, HOST = ((REPOSITORY / "samples" / name).read_text(encoding="utf-8") for name in ("companion.py", "host.tcl"))
+SAMPLES = REPOSITORY / "package" / "samples"
+COMPANION, HOST = ((SAMPLES / name).read_text(encoding="utf-8") for name in ("companion.py", "host.tcl"))
 BILL = "CAP-100N;100nF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"
 HOLDS_NOTHING_BACK = 20  # seconds
 PATIENCE = 3  # seconds; more than an answer takes on a machine that has much else to do

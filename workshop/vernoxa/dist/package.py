@@ -3,29 +3,24 @@
 from __future__ import annotations
 
 import hashlib
-import json
 import pathlib
 import posixpath
 import re
 import subprocess
 import time
 import zipfile
+from typing import Iterator
 
 from markdown_it import MarkdownIt
 
 from vernoxa.command import Refused
-from vernoxa.places import REPOSITORY
+from vernoxa.places import CONVERSATIONS, REPOSITORY
 
 CHECKSUMS = "checksums.txt"
+AS_IT_SHIPS = REPOSITORY / "package"
 
-# $dir is where this file lies. The path has to be whole, since the plug-in finds its folders from it, and the prefix has
-# to be given, since Tcl would guess it from the file's name, digits cut off.
-PACKAGE_INDEX = """\
-package ifneeded Vernoxa 1.0 [list load [file normalize [file join $dir bin Vernoxa64.dll]] Vernoxa]
-"""
 # Never the name that the plug-in reads: unpacking must not overwrite the settings of an installation.
 SAMPLE = "Config/App.sample.txt"
-CONFIGURATION = {"AlgMenuLang": "EN", "StartWithCadence": "1"}
 
 # What the DLL contains of others, and where the set-up and the distribution keep the words under which it may.
 LICENCES = {
@@ -58,13 +53,10 @@ class NotMade(Refused):
 
 def make(module: pathlib.Path, target: pathlib.Path) -> None:
     """Raises NotMade, OSError."""
-    files = {
-        "bin/Vernoxa64.dll": module.read_bytes(),
-        "pkgIndex.tcl": PACKAGE_INDEX.encode(),
-        SAMPLE: (json.dumps(CONFIGURATION, separators=(",", ":")) + "\n").encode(),
-    }
-    files |= _documents()
-    files |= {f"samples/{path.name}": path.read_bytes() for path in sorted((REPOSITORY / "samples").iterdir())}
+    files = {"bin/Vernoxa64.dll": module.read_bytes()} | _documents()
+    files |= {path.relative_to(AS_IT_SHIPS).as_posix(): path.read_bytes() for path in AS_IT_SHIPS.rglob("*")
+              if path.is_file() and "__pycache__" not in path.parts}
+    files |= {f"conformance/{place}": path.read_bytes() for path, place in _behind_conformance()}
     for name, path in LICENCES.items():
         if not path.is_file():
             raise NotMade(f"the licence of {name} is not there: {path}")
@@ -80,6 +72,17 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
             entry.create_system = 3
             entry.external_attr = 0o100644 << 16
             package.writestr(entry, content)
+
+
+def _behind_conformance() -> Iterator[tuple[pathlib.Path, str]]:
+    """What its programs need beside them, and where it lies there."""
+    workshop = REPOSITORY / "workshop"
+    for path in (*(workshop / "vernoxa" / name for name in ("__init__.py", "command.py", "places.py")),
+                 *(workshop / "vernoxa" / "wire").glob("*.py")):
+        yield path, path.relative_to(workshop).as_posix()
+    for path in CONVERSATIONS.glob("*.txt"):
+        yield path, f"recorded/conversations/{path.name}"
+    yield REPOSITORY / "tools" / "docs" / "procedures.txt", "recorded/procedures.txt"
 
 
 def faults_of(package: pathlib.Path) -> list[str]:

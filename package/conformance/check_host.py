@@ -1,10 +1,10 @@
 """Loads the scripts of somebody's host in a Tcl of their own, plays the plug-in and the companion to them, and says what
 holds and what does not.
 
-    ./dev check-host SCRIPT [ARGUMENT...]
+    check_host.py SCRIPT [ARGUMENT...]
 
-Every procedure is called as the plug-in called it in a recorded run (tools/docs/procedures.txt), but with a design, a page
-and a part of this host: so let it open a design. What SCRIPT loads as Vernoxa is the plug-in that is played here; a script
+Every procedure is called as the plug-in called it in a recorded run, but with a design, a page and a part of
+this host: so let it open a design. What SCRIPT loads as Vernoxa is the plug-in that is played here; a script
 that loads none gets it at its end. Ends with 0 when all holds that must, with 1 when something of that does not.
 """
 
@@ -20,12 +20,11 @@ import tempfile
 from typing import Callable
 
 from vernoxa.command import DONE, REFUSED, run
-from vernoxa.places import REPOSITORY
 from vernoxa.wire import frames
 from vernoxa.wire.catalogue import PROTOCOL
 
-from .grading import LOGS, MUST, SHOULD, Grades, say_at_once
-from .host_process import ADDRESS, Host, Log, Result, Stuck
+from grading import LOGS, MUST, RECORDED_CALLS, SHOULD, Grades, say_at_once
+from host_process import ADDRESS, Host, Log, Result, Stuck
 
 ROWS = {row["name"]: row for row in PROTOCOL["procedures"]}
 # They are tried with the connections.
@@ -66,7 +65,7 @@ def _quoted(path: str) -> str:
 def recorded_calls() -> dict[str, str]:
     """The script of each procedure, as it was evaluated."""
     calls = {}
-    for line in (REPOSITORY / "tools" / "docs" / "procedures.txt").read_text(encoding="utf-8").splitlines():
+    for line in RECORDED_CALLS.read_text(encoding="utf-8").splitlines():
         kind, name, text = (line + "  ").split(" ", 2)
         if kind == "called":
             calls[name] = re.sub(r"\\(.)", r"\1", text.strip())

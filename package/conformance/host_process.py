@@ -12,13 +12,12 @@ import sys
 import time
 from typing import Callable
 
-from vernoxa.places import REPOSITORY
 from vernoxa.wire import frames, json_text
 from vernoxa.wire.catalogue import PROTOCOL
 
-from .grading import Recorded
+from grading import HERE, Recorded
 
-PLAYER = REPOSITORY / "tools" / "conformance" / "plug_in.tcl"
+PLAYER = HERE / "plug_in.tcl"
 ADDRESS = PROTOCOL["link"]["address"]
 LOAD_SECONDS = 30
 LONGEST_LINE = 1 << 26

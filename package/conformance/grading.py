@@ -7,11 +7,16 @@ import pathlib
 from typing import Callable
 
 from vernoxa.command import DONE, NOT_DONE
-from vernoxa.places import BUILD, CONVERSATIONS
+from vernoxa.places import BUILD, CONVERSATIONS, REPOSITORY
 from vernoxa.wire import json_text, messages, record
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 
-LOGS = BUILD / "log"
+HERE = pathlib.Path(__file__).resolve().parent
+# The package brings a copy of what was recorded.
+_COPY = HERE / "recorded"
+_SHIPPED = _COPY.is_dir()
+RECORDED_CALLS = _COPY / "procedures.txt" if _SHIPPED else REPOSITORY / "tools" / "docs" / "procedures.txt"
+LOGS = pathlib.Path.cwd() if _SHIPPED else BUILD / "log"
 MUST, SHOULD = "must", "should"
 
 
@@ -38,7 +43,7 @@ class Grades:
 
     def end(self, log: pathlib.Path) -> int:
         self._say(f"{self.failed.count(MUST)} that must hold and {self.failed.count(SHOULD)} that should do not; "
-                  f"the conversation: ./dev packet log {os.path.relpath(log)}")
+                  f"the conversation: {os.path.relpath(log)}")
         return NOT_DONE if MUST in self.failed else DONE
 
 
@@ -48,7 +53,7 @@ class Recorded:
     def __init__(self) -> None:
         self.told: dict[tuple[str, str], bytes] = {}  # by name and form
         self.replies: dict[str, bytes] = {}
-        for file in sorted(CONVERSATIONS.glob("*.txt")):
+        for file in sorted((_COPY / "conversations" if _SHIPPED else CONVERSATIONS).glob("*.txt")):
             for entry in record.read(file):
                 if entry.what != record.PLUG_IN or not entry.message:
                     continue

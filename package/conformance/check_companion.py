@@ -1,7 +1,7 @@
 """Plays the editor's side against somebody's companion, and says what holds and what does not.
 
-    ./dev check-companion HOST:PORT     one that runs
-    ./dev check-companion COMMAND...    one that is started, and is expected on 127.0.0.1:9601
+    check_companion.py HOST:PORT     one that runs
+    check_companion.py COMMAND...    one that is started, and is expected on 127.0.0.1:9601
 
 What the companion asks is answered out of recorded conversations. Ends with 0 when all holds that must, with 1 when
 something of that does not, and with 2 when COMMAND cannot be started or somebody listens already.
@@ -24,7 +24,7 @@ from vernoxa.wire import frames, json_text, messages, record, schemas
 from vernoxa.wire.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, OPENED, RECEIVED, SENT, Event
 
-from .grading import LOGS, MUST, SHOULD, Grades, Recorded, say_at_once
+from grading import LOGS, MUST, SHOULD, Grades, Recorded, say_at_once
 
 START_SECONDS = 10
 PROMPT_SECONDS = 1

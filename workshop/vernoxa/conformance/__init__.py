@@ -1,1 +1,0 @@
-"""Somebody's companion or host scripts, tried from the other end."""
