@@ -93,7 +93,7 @@ int main(int, char** arguments) {
   const std::string packetText = packetTextOf(message);
   const std::string script = "tclDoor " + packetText;
 
-  const std::string ours = dispatcher.run(companionEndpoint(), packetText, host);
+  const std::string ours = dispatcher.run(plugin::companionEndpoint(), packetText, host);
   Tcl_Eval(interpreter.get(), script.c_str());
   if (ours != Tcl_GetStringResult(interpreter.get())) {
     std::fprintf(stderr, "the two doors answer differently\n");
@@ -103,7 +103,7 @@ int main(int, char** arguments) {
   std::vector<double> microseconds;
   std::vector<double> ratios;
   for (int run = 0; run < runs; ++run) {
-    const double plugIn = secondsFor([&] { dispatcher.run(companionEndpoint(), packetText, host); });
+    const double plugIn = secondsFor([&] { dispatcher.run(plugin::companionEndpoint(), packetText, host); });
     const double tcl = secondsFor([&] { Tcl_Eval(interpreter.get(), script.c_str()); });
     microseconds.push_back(plugIn / packetsPerRun * 1e6);
     ratios.push_back(plugIn / tcl);

@@ -82,12 +82,12 @@ cJSON* tree = nullptr;  // the array of elements
 
 int addToTree(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   const TclList list = Arguments(count, objects).list(1);
-  const Record record(list);
+  const drawing::Record record(list);
   cJSON* const node = cJSON_CreateObject();
   cJSON* const attributes = cJSON_CreateObject();
-  const Shape* const shape = shapeOf(Use::page, record.kind());
+  const drawing::Shape* const shape = drawing::shapeOf(drawing::Use::page, record.kind());
   cJSON_AddStringToObject(node, "name", std::string(shape->name).c_str());
-  for (const ShapeMember& member : shape->members) {
+  for (const drawing::ShapeMember& member : shape->members) {
     cJSON_AddStringToObject(member.name.empty() ? node : attributes,
                             member.name.empty() ? "value" : std::string(member.name).c_str(),
                             member.valueOf(record).c_str());
@@ -101,11 +101,11 @@ int addToTree(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
 enum Stage { readOnly, andConverted, andAppended };
 FakeWorld stageWorld;
 const TextConverter stageText{stageWorld.codePage, stageWorld.messages};
-Elements elements(Use::page, Elements::In::array, 4);
+drawing::Elements elements(drawing::Use::page, drawing::Elements::In::array, 4);
 
 template <Stage stage>
 int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
-  Record record(Arguments(count, objects).passingList(1));
+  drawing::Record record(Arguments(count, objects).passingList(1));
   if (stage >= andConverted && !record.checkPlain()) {
     record.showInCodePage(stageText, true);
   }
@@ -119,7 +119,7 @@ int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
 class Bench {
  public:
   explicit Bench(const std::string& recordsScript) : world_(worldOf(fake_, files_)) {
-    startUp(interp_, plugIn_);
+    plugin::startUp(interp_, plugIn_);
     struct Command {
       const char* name;
       Tcl_ObjCmdProc* run;
@@ -134,7 +134,7 @@ class Bench {
     }
   }
   ~Bench() {
-    setActivePlugIn(nullptr);
+    plugin::setActivePlugIn(nullptr);
     Tcl_DeleteInterp(interp_);
   }
   Bench(const Bench&) = delete;
@@ -147,7 +147,7 @@ class Bench {
     return secondsUsed() - start;
   }
   double secondsFor(Stage stage, int count) {
-    elements = Elements(Use::page, Elements::In::array, 4);
+    elements = drawing::Elements(drawing::Use::page, drawing::Elements::In::array, 4);
     return secondsFor(stage == readOnly       ? "sendRecords readOnly"
                       : stage == andConverted ? "sendRecords andConverted"
                                               : "sendRecords andAppended",
@@ -172,8 +172,8 @@ class Bench {
   CountingFiles& files() { return files_; }
 
  private:
-  static World worldOf(FakeWorld& fake, CountingFiles& files) {
-    const World all = fake.world();
+  static plugin::World worldOf(FakeWorld& fake, CountingFiles& files) {
+    const plugin::World all = fake.world();
     return {all.clock,   all.codePage, files,        all.guids,    all.locks,     all.processes, all.random,
             all.sockets, all.output,   all.messages, all.registry, all.clipboard, all.pictures,  all.desktop};
   }
@@ -185,10 +185,11 @@ class Bench {
   }
   FakeWorld fake_;
   CountingFiles files_;
-  World world_;
-  PlugIn plugIn_{
-      world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-      [](std::shared_ptr<LinkThreadParts>) {}};  // NOLINT(performance-unnecessary-value-param): the type is given
+  plugin::World world_;
+  plugin::PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"),
+                         plugin::crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
+                         // NOLINTNEXTLINE(performance-unnecessary-value-param): the type is given
+                         [](std::shared_ptr<plugin::LinkThreadParts>) {}};
   Tcl_Interp* interp_ = Tcl_CreateInterp();
 };
 

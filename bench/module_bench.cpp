@@ -26,13 +26,13 @@ using namespace vernoxa;
 constexpr int runs = 5;
 constexpr const char* moduleFile = "C:\\Mods\\ModuleLib.json";
 
-void add(ModuleDocument& document, std::initializer_list<std::string_view> words) {
-  document.addLibraryRecord(Record(words));
+void add(modules::ModuleDocument& document, std::initializer_list<std::string_view> words) {
+  document.addLibraryRecord(drawing::Record(words));
 }
 
 // Each part has a body and two pins, as a resistor has.
 std::string exportModule(int parts) {
-  ModuleDocument document;
+  modules::ModuleDocument document;
   document.start();
   for (int part = 0; part < parts; ++part) {
     add(document, {"Name", "RES_" + std::to_string(part), "Part", "0", "0", "40", "20", "0", "A"});
@@ -62,7 +62,7 @@ std::size_t place(const std::string& module) {
   with.fake.files.addFile(moduleFile, module);
   with.placement.dsnDatPath = moduleFile;
   CountingHost host;
-  with.part<ModulePlacer>().placeModule(host);
+  with.part<modules::ModulePlacer>().placeModule(host);
   return host.scripts;
 }
 

@@ -1,4 +1,4 @@
-# Fails when a file includes one of a room that its own may not name:
+# Fails when a file includes one of a room that its own may not name, or adds to the namespace of no room:
 #   cmake -D SOURCES=FOLDER -D "ARROWS=room:room,room;..." -P arrows.cmake
 # Every folder of SOURCES is a room and has its entry, with what it may name beside itself. A header of a room is included
 # by the room's name and its own, in any spelling that the preprocessor takes.
@@ -15,10 +15,10 @@ foreach(room IN LISTS rooms)
   endif()
   file(GLOB_RECURSE files ${SOURCES}/${room}/*)
   foreach(file IN LISTS files)
-    file(STRINGS ${file} includes REGEX "^[ \t]*#[ \t]*include")
+    file(STRINGS ${file} includes REGEX "^[ \t]*#[ \t]*include|^namespace vernoxa {")
     foreach(include IN LISTS includes)
       string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*[\"<]([^\"</>]*)/.*" "\\1" other "${include}")
-      if((other IN_LIST rooms AND NOT other IN_LIST may_name_${room}) OR include MATCHES "[\"</]\\.\\.?/")
+      if((other IN_LIST rooms AND NOT other IN_LIST may_name_${room}) OR include MATCHES "[\"</]\\.\\.?/|^namespace")
         file(RELATIVE_PATH name ${SOURCES} ${file})
         string(APPEND wrong "\n  ${name}: ${include}")
       endif()

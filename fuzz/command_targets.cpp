@@ -40,12 +40,12 @@ Procedures proceduresOf(std::string_view message, std::span<const HandlerRow> ro
   return allowed;
 }
 
-Procedures proceduresOf(const CommandRow& command) {
+Procedures proceduresOf(const plugin::CommandRow& command) {
   if (command.name == packetParserName) {
-    return proceduresOf(companionHandlers());
+    return proceduresOf(plugin::companionHandlers());
   }
   if (command.name == packetParserForPthreadName) {
-    return proceduresOf(threadHandlers());
+    return proceduresOf(plugin::threadHandlers());
   }
   Procedures allowed;
   allow(allowed, command.calls);
@@ -82,17 +82,17 @@ std::string unescaped(std::string_view argument) {
 }
 
 // The line's first word is a command's name, or its first byte chooses one.
-const CommandRow& commandOf(std::string_view name) {
-  for (const CommandRow& row : commandTable()) {
+const plugin::CommandRow& commandOf(std::string_view name) {
+  for (const plugin::CommandRow& row : plugin::commandTable()) {
     if (name == row.name) {
       return row;
     }
   }
   const unsigned char choice = name.empty() ? '\0' : static_cast<unsigned char>(name.front());
-  return commandTable()[choice % commandTable().size()];
+  return plugin::commandTable()[choice % plugin::commandTable().size()];
 }
 
-Words wordsOf(const CommandRow& command, std::string_view line) {
+Words wordsOf(const plugin::CommandRow& command, std::string_view line) {
   Words words = {command.name};
   while (!line.empty()) {
     words.push_back(unescaped(takeUntil(line, '\t')));
@@ -103,11 +103,11 @@ Words wordsOf(const CommandRow& command, std::string_view line) {
 }  // namespace
 
 void companionPacket(std::string_view input) {
-  packet(input, packetParserName, companionHandlers());
+  packet(input, packetParserName, plugin::companionHandlers());
 }
 
 void threadPacket(std::string_view input) {
-  packet(input, packetParserForPthreadName, threadHandlers());
+  packet(input, packetParserForPthreadName, plugin::threadHandlers());
 }
 
 // First line: what the host answers; then one command a line, its arguments between tabs.
@@ -119,7 +119,7 @@ void commands(std::string_view input) {
   Procedures allowed;
   while (!input.empty()) {
     std::string_view line = takeUntil(input, '\n');
-    const CommandRow& command = commandOf(takeUntil(line, '\t'));
+    const plugin::CommandRow& command = commandOf(takeUntil(line, '\t'));
     allowed.merge(proceduresOf(command));
     const int status = host.call(wordsOf(command, line));
     require(status >= commandFailed && status <= commandError, "a command answered with another status");
@@ -146,7 +146,7 @@ void moduleFile(std::string_view input) {
   require(messageOf(host.result()).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
           "a module changed the answer");
   require(host.call({"placeMarketPart"}) == commandDone, "the placement failed");
-  Procedures allowed = proceduresOf(R"({"Command":"PlaceDSNModule"})", companionHandlers());
+  Procedures allowed = proceduresOf(R"({"Command":"PlaceDSNModule"})", plugin::companionHandlers());
   allowed.merge(proceduresOf(commandOf("placeMarketPart")));
   host.requireOnly(allowed);
   require(loaded.fake.files.exists("C:\\my.olb"), "a library of the user's is gone");

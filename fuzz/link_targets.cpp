@@ -59,10 +59,10 @@ void frame(std::string_view input) {
     services.enableTraffic();
   }
   const bool limited = !input.empty() && (input.front() & 2) != 0;
-  services.fake.sockets.expect(hostPort, {piecesOf(input), StreamEnd::close, {}});
+  services.fake.sockets.expect(link::hostPort, {piecesOf(input), StreamEnd::close, {}});
   {
-    SocketClient client = services.newClient();
-    require(client.connect(localAddress, hostPort) == 0, "the connection was refused");
+    link::SocketClient client = services.newClient();
+    require(client.connect(link::localAddress, link::hostPort) == 0, "the connection was refused");
     int received = 0;
     while (received == 0) {
       std::string message;
@@ -114,11 +114,11 @@ void linkThread(std::string_view input) {
     }
   }
   std::erase_if(host.pieces, [](const Piece& piece) { return piece.bytes.empty(); });
-  services.fake.sockets.listen(hostPort, std::move(host));
-  services.fake.sockets.listen(companionPort, {});
+  services.fake.sockets.listen(link::hostPort, std::move(host));
+  services.fake.sockets.listen(link::companionPort, {});
   services.fake.clock.stopAfter = 12;
   {
-    SocketClient client = services.newClient();
+    link::SocketClient client = services.newClient();
     services.linkThread(client).run();
   }
   requireAllClosed(services);

@@ -36,7 +36,7 @@ RecordingHost::RecordingHost() {
     Tcl_SetVar(interp.get(), name, "value", TCL_GLOBAL_ONLY);
     Tcl_TraceVar(interp.get(), name, TCL_GLOBAL_ONLY | TCL_TRACE_READS, noteRead, nullptr);
   }
-  registerCommands(interp.get());
+  plugin::registerCommands(interp.get());
 }
 
 int RecordingHost::call(const Words& words) const {
@@ -72,19 +72,21 @@ RecordingHost& recordingHost() {
 }
 
 LoadedPlugIn::LoadedPlugIn()
-    : plugIn{fake.world(), pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(fake.world(), pathOf("C:\\App\\bin")),
-             nullptr, [](std::shared_ptr<LinkThreadParts> thread) { thread.reset(); }} {
+    : plugIn{fake.world(), pathOf("C:\\App\\bin\\Vernoxa64.dll"),
+             plugin::crashLogsOf(fake.world(), pathOf("C:\\App\\bin")), nullptr,
+             [](std::shared_ptr<plugin::LinkThreadParts> thread) { thread.reset(); }} {
   fake.files.addFolder("C:\\App\\bin");
   fake.files.addFolder("C:\\App\\Script\\Log");
   fake.files.addFolder("C:\\App\\Cache");
   fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","ID":"1"}})"), {}}}, {}, {}});
-  plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
-  plugIn.session->part<CompanionLink>().setClientCreated(true);
-  setActivePlugIn(&plugIn);
+  plugIn.session =
+      std::make_shared<plugin::Session>(plugIn.world, plugIn.crashLogs, plugin::directoriesOf(plugIn.modulePath));
+  plugIn.session->part<link::CompanionLink>().setClientCreated(true);
+  plugin::setActivePlugIn(&plugIn);
 }
 
 LoadedPlugIn::~LoadedPlugIn() {
-  setActivePlugIn(nullptr);
+  plugin::setActivePlugIn(nullptr);
 }
 
 }  // namespace vernoxa::fuzz

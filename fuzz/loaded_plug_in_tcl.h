@@ -46,7 +46,7 @@ class LoadedPlugIn {
   LoadedPlugIn& operator=(const LoadedPlugIn&) = delete;
 
   FakeWorld fake;
-  PlugIn plugIn;
+  plugin::PlugIn plugIn;
 };
 
 }  // namespace vernoxa::fuzz

@@ -40,7 +40,7 @@ std::string scriptOf(char form, std::string_view value) {
 
 void configuration(std::string_view input) {
   const std::string text(input);
-  const auto read = parseConfiguration(text, FakeSession().logs);
+  const auto read = plugin::parseConfiguration(text, FakeSession().logs);
   const Json parsed = Json::parse(text).document;
   require(read.has_value() == static_cast<bool>(parsed), "a configuration out of what is no JSON, or none out of JSON");
   require(!read || !read->startCompanion || parsed.member("StartWithCadence").text() == "1",
@@ -87,26 +87,26 @@ void registry(std::string_view input) {
     entries.emplace_back("product " + std::to_string(entries.size()), std::move(values));
   }
   services.fake.files.addFile("C:\\Cadence\\tools\\bin\\Capture.exe", "the host");
-  const auto installations = readOrcadInstallInfo(services.fake.registry, services.logs);
-  const FilePath found = findHostExecutable(services.fake.files, version, installations);
+  const auto installations = designs::readOrcadInstallInfo(services.fake.registry, services.logs);
+  const FilePath found = designs::findHostExecutable(services.fake.files, version, installations);
   require(found.empty() || services.fake.files.exists(found), "a host that is not there");
   require(services.crashes().empty(), "reading the registry ended in an exception");
 }
 
 void metafile(std::string_view input) {
-  if (metafileFault(input)) {
+  if (desktop::metafileFault(input)) {
     return;
   }
-  require(!metafileFault(std::string(input) + "x"), "bytes behind a metafile count");
+  require(!desktop::metafileFault(std::string(input) + "x"), "bytes behind a metafile count");
   std::size_t end = 0;
-  for (std::uint32_t type = 0; type != 14; type = MetafileRecord(input.substr(end)).type()) {
-    const MetafileRecord rest(input.substr(end));
-    const MetafileRecord record(rest.part(0, rest.number(4)));
-    const auto extent = drawnExtent(record);
+  for (std::uint32_t type = 0; type != 14; type = desktop::MetafileRecord(input.substr(end)).type()) {
+    const desktop::MetafileRecord rest(input.substr(end));
+    const desktop::MetafileRecord record(rest.part(0, rest.number(4)));
+    const auto extent = desktop::drawnExtent(record);
     require(!extent || (extent->left <= extent->right && extent->top <= extent->bottom), "an extent is turned round");
     end += record.size();
   }
-  require(metafileFault(input.substr(0, end)).has_value(), "a metafile without its end is taken");
+  require(desktop::metafileFault(input.substr(0, end)).has_value(), "a metafile without its end is taken");
 }
 
 // The first byte chooses how the value is written.

@@ -80,7 +80,8 @@ void FakeUserMessages::forget() {
 }
 
 FakeSession::FakeSession()
-    : session(world, crashLogsOf(world, pathOf("C:\\App\\bin")), directoriesOf(pathOf("C:\\App\\bin\\Vernoxa64.dll"))) {
+    : session(world, plugin::crashLogsOf(world, pathOf("C:\\App\\bin")),
+              plugin::directoriesOf(pathOf("C:\\App\\bin\\Vernoxa64.dll"))) {
   fake.files.addFolder("C:\\App\\bin");
 }
 

@@ -116,7 +116,7 @@ class FakeWorld {
   FakePictures pictures;
   FakeDesktop desktop;
 
-  World world() {
+  plugin::World world() {
     return {clock,   codePage, files,    guids,    locks,     processes, random,
             sockets, output,   messages, registry, clipboard, pictures,  desktop};
   }
@@ -128,8 +128,8 @@ class FakeSession {
   FakeSession();
 
   FakeWorld fake;
-  World world = fake.world();
-  Session session;
+  plugin::World world = fake.world();
+  plugin::Session session;
 
   // Its parts.
   template <class Part>
@@ -140,12 +140,13 @@ class FakeSession {
   const TextConverter& text = part<const TextConverter>();
   ProjectFolder& project = part<ProjectFolder>();
   HostExecutable& hostExecutable = part<HostExecutable>();
-  CompanionLink& companionLink = part<CompanionLink>();
-  PlacementContext& placement = part<PlacementContext>();
+  link::CompanionLink& companionLink = part<link::CompanionLink>();
+  modules::PlacementContext& placement = part<modules::PlacementContext>();
 
-  SocketClient newClient() { return SocketClient(fake.sockets, fake.clock, fake.output, logs); }
-  LinkThread linkThread(SocketClient& client) {
-    return LinkThread(client, companionLink, part<const FileStatus>(), fake.sockets, fake.clock, fake.output, logs);
+  link::SocketClient newClient() { return link::SocketClient(fake.sockets, fake.clock, fake.output, logs); }
+  link::LinkThread linkThread(link::SocketClient& client) {
+    return link::LinkThread(client, companionLink, part<const link::FileStatus>(), fake.sockets, fake.clock,
+                            fake.output, logs);
   }
   // The reply to a message, both in the code page.
   std::string replyTo(const Endpoint& endpoint, const std::string& message, ScriptHost& host) {

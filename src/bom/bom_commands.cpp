@@ -7,7 +7,7 @@
 #include "text/code_page.h"
 #include "text/json.h"
 
-namespace vernoxa {
+namespace vernoxa::bom {
 namespace {
 
 struct BomMessage {
@@ -71,4 +71,4 @@ CommandResult selectAddOrRemoveFromBom(CommandCall&) {
   return {"1"};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

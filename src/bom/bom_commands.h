@@ -3,11 +3,17 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline dispatch {
 class CompanionSender;
-class TextConverter;
+}  // namespace vernoxa::inline dispatch
+namespace vernoxa::inline system {
 class UserMessages;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::bom {
 
 // Each takes a Tcl list of BOM lines and answers the packet text of "AddToBom" or "RemoveFromBom"; no answer without
 // an argument. A line that is too short shows a message box and is left out.
@@ -22,4 +28,4 @@ CommandResult tryUpdateBom(CommandCall& call, const CompanionSender& sender);
 // Always "1": the host's script asks before it offers the choice.
 CommandResult selectAddOrRemoveFromBom(CommandCall& call);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

@@ -5,7 +5,7 @@
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::bom {
 namespace {
 
 std::string keyOr(const Request& request, const TextConverter& text, const char* member, const char* usual) {
@@ -90,4 +90,4 @@ Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextCon
   return Outcome::success();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

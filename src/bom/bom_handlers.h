@@ -4,11 +4,17 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
-class ScriptHost;
-class TextConverter;
+namespace vernoxa::inline system {
 class UserMessages;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
+class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::bom {
 
 Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& text, UserMessages& messages);
 Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& text);
@@ -17,4 +23,4 @@ Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter
 Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

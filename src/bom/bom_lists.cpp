@@ -8,7 +8,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::bom {
 namespace {
 
 struct BomList {
@@ -106,4 +106,4 @@ Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& mes
   return data;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

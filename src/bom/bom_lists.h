@@ -10,11 +10,17 @@
 #include "dispatch/description.h"
 #include "text/json.h"
 
-namespace vernoxa {
-
-class ScriptHost;
-class TextConverter;
+namespace vernoxa::inline system {
 class UserMessages;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
+class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::bom {
 
 // What its fields are, as requests are answered with a line and as messages of the plug-in hold it.
 inline constexpr std::array bomMembers = {
@@ -42,4 +48,4 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
 // reading; what was gathered stays.
 Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

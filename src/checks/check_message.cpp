@@ -6,7 +6,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::checks {
 namespace {
 
 using enum ActualValue;
@@ -95,4 +95,4 @@ std::string checkEndMessage(const DesignCheck& check) {
       .append("\"},\"Result\":\"0\",\"ErrInfo\":\"\"}");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

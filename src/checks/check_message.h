@@ -9,9 +9,11 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
-
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::checks {
 
 enum class ActualValue {
   first,
@@ -59,4 +61,4 @@ std::optional<std::string> findingMessage(const DesignCheck& check, const Findin
 // "DsnCheck_EndResult": the check has no further findings.
 std::string checkEndMessage(const DesignCheck& check);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

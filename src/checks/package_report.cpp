@@ -5,7 +5,7 @@
 
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::checks {
 namespace {
 
 constexpr std::array<std::string_view, 8> designNames = {
@@ -50,4 +50,4 @@ void PackageReportText::add(std::string_view name, std::string_view value, bool 
   text_.append(lastOfList ? "\"" : "\",");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::checks {
 
 struct PackageReport {
   std::string_view reply;                     // the reply's "Command"
@@ -37,4 +37,4 @@ class PackageReportText {
   std::string text_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -5,7 +5,7 @@
 #include "dispatch/companion_sender.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::checks {
 namespace {
 
 CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const TextConverter& text,
@@ -73,4 +73,4 @@ CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, c
   return sendPackages(libraryReport, call, text, sender);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -6,10 +6,14 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline dispatch {
 class CompanionSender;
+}  // namespace vernoxa::inline dispatch
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::checks {
 
 // One finding of a check; a call without arguments ends the check. Missing arguments read as empty texts.
 CommandResult sendRefRepetition(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
@@ -22,4 +26,4 @@ CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& text, c
 CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
 CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -5,7 +5,7 @@
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::checks {
 namespace {
 
 void logScript(const Script& script, const TextConverter& text, LogWriter& log) {
@@ -53,4 +53,4 @@ Outcome dsnCheckActiveProj(const Request& request, ScriptHost& host, const TextC
   return evaluate(withPath("RunCheckActiveProj", request, text), host);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

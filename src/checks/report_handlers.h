@@ -5,11 +5,17 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class LogWriter;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::checks {
 
 Outcome getOlbObjectPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log);
 Outcome getDsnAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log);
@@ -17,4 +23,4 @@ Outcome getOlbAllPackageInfo(const Request& request, ScriptHost& host, const Tex
 Outcome dsnCheck(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome dsnCheckActiveProj(const Request& request, ScriptHost& host, const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -12,7 +12,7 @@
 #include "text/message_paths.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 // Paths of one file, in UTF-8, compare equal whatever their separators and case.
@@ -97,7 +97,7 @@ Outcome closeOrcad(const Request&, ScriptHost& host) {
   return Outcome::silent();
 }
 
-Outcome applyReply(const Request& reply, const FileStatus& status) {
+Outcome applyReply(const Request& reply, const link::FileStatus& status) {
   const auto path = reply.data.member("Path").text();
   if (reply.command == "FileStatus_EndResult" && path && !path->empty()) {
     status.followProject(*path);
@@ -105,4 +105,4 @@ Outcome applyReply(const Request& reply, const FileStatus& status) {
   return Outcome::silent();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

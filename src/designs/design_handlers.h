@@ -4,14 +4,22 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
+namespace vernoxa::link {
 class FileStatus;
+}  // namespace vernoxa::link
+namespace vernoxa::inline system {
 class LogWriter;
-class MessagePaths;
-class ScriptHost;
-class TextConverter;
 class UserMessages;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
+class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class MessagePaths;
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::designs {
 
 Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome clearCurrentDesign(const Request&, ScriptHost& host);
@@ -23,6 +31,6 @@ Outcome closeOrcad(const Request&, ScriptHost& host);
 
 // The companion's answers to the plug-in's own messages. The one to a FileStatus names the folder of the project that
 // is open.
-Outcome applyReply(const Request& reply, const FileStatus& status);
+Outcome applyReply(const Request& reply, const link::FileStatus& status);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -8,7 +8,7 @@
 #include "tcl/script_host.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 CommandResult packetResult(const Json& message, const CompanionSender& sender, const Logs& logs) {
@@ -28,7 +28,7 @@ std::string pinCountFor(ScriptHost& host, std::string_view path) {
 
 }  // namespace
 
-CommandResult readOpenPath(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+CommandResult readOpenPath(CommandCall& call, const link::FileStatus& status, const CompanionSender& sender,
                            const Logs& logs) {
   logs.openTraffic().writeLine("5962");
   const std::string path(call.arguments.text(1));
@@ -40,13 +40,13 @@ CommandResult readOpenPath(CommandCall& call, const FileStatus& status, const Co
   return packetResult(message, sender, logs);
 }
 
-CommandResult sendSaveFile(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+CommandResult sendSaveFile(CommandCall& call, const link::FileStatus& status, const CompanionSender& sender,
                            const Logs& logs) {
   const std::string_view path = call.arguments.text(1);
   return status.hasName(path) ? packetResult(status.saved(path), sender, logs) : CommandResult();
 }
 
-CommandResult sendCloseFile(CommandCall& call, const FileStatus& status, const CompanionSender& sender,
+CommandResult sendCloseFile(CommandCall& call, const link::FileStatus& status, const CompanionSender& sender,
                             const Logs& logs) {
   logs.openTraffic().writeLine("6073 Close");
   const std::string_view path = call.arguments.text(1);
@@ -57,9 +57,9 @@ CommandResult getOpenFileCount(CommandCall&, const OpenDesigns& designs) {
   return {std::to_string(designs.all().size())};
 }
 
-CommandResult serverLinkBreak(CommandCall&, CompanionLink& link) {
+CommandResult serverLinkBreak(CommandCall&, link::CompanionLink& link) {
   link.noteBreak();
   return {};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -11,7 +11,7 @@
 #include "tcl/script_host.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 struct Source {
@@ -118,4 +118,4 @@ void setOrcadInstallPath(ScriptHost& host, Registry& registry, Files& files, con
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -8,13 +8,17 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class HostExecutable;
 class Logs;
 class Registry;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+
+namespace vernoxa::designs {
 
 struct Installation {
   FilePath location;  // folder without a "\" at its end
@@ -36,4 +40,4 @@ FilePath findHostExecutable(Files& files, const std::string& hostVersion,
 void setOrcadInstallPath(ScriptHost& host, Registry& registry, Files& files, const Logs& logs,
                          HostExecutable& executable) noexcept;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -9,7 +9,7 @@
 #include "text/code_page.h"
 #include "text/message_paths.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 using Designs = std::vector<KnownDesign>;
@@ -94,7 +94,7 @@ void OpenDesigns::scan(ScriptHost& host, LogWriter& log) {
   const std::string paths = host.evaluate(Script("InitPath")).text;
   log.writeLine("22222222");
   Designs designs;
-  for (std::string& path : designsAmong(paths)) {
+  for (std::string& path : link::designsAmong(paths)) {
     std::string name = paths_.ofDesign(path);
     designs.push_back({std::move(path), std::move(name)});
   }
@@ -139,4 +139,4 @@ std::string OpenDesigns::closed() const {
   return closed;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -10,13 +10,21 @@
 #include <string_view>
 #include <vector>
 
-namespace vernoxa {
-
+namespace vernoxa::link {
 class CompanionLink;
+}  // namespace vernoxa::link
+namespace vernoxa::inline system {
 class LogWriter;
-class MessagePaths;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class MessagePaths;
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::designs {
 
 // A design under its two names.
 struct KnownDesign {
@@ -27,7 +35,7 @@ struct KnownDesign {
 // Host thread only.
 class OpenDesigns {
  public:
-  OpenDesigns(MessagePaths& paths, const TextConverter& text, CompanionLink& link)
+  OpenDesigns(MessagePaths& paths, const TextConverter& text, link::CompanionLink& link)
       : paths_(paths), text_(text), link_(link) {}
 
   // Asks the host for its open paths and keeps the designs among them, in the host's order.
@@ -58,9 +66,9 @@ class OpenDesigns {
 
   MessagePaths& paths_;
   const TextConverter& text_;
-  CompanionLink& link_;
+  link::CompanionLink& link_;
   std::vector<KnownDesign> open_;
   std::vector<KnownDesign> reported_;  // those that the companion knows to be open
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

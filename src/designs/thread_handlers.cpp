@@ -13,7 +13,7 @@
 #include "text/message_paths.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 // The folder is made one level deep: the project's own folder is there, or nothing can be written.
@@ -46,7 +46,7 @@ void passOn(const Request& request, ScriptHost& host, const CompanionSender& sen
 
 }  // namespace
 
-Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, CompanionLink& link,
+Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, link::CompanionLink& link,
                     OpenDesigns& designs) {
   const bool connected = link.clientCreated();
   const unsigned breaks = link.breaks();
@@ -130,4 +130,4 @@ Outcome fileStatus(const Request& request, ScriptHost& host, const CompanionSend
   return Outcome::success(std::move(data));
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -4,19 +4,30 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
-class CompanionLink;
+namespace vernoxa::inline dispatch {
 class CompanionSender;
+}  // namespace vernoxa::inline dispatch
+namespace vernoxa::link {
+class CompanionLink;
+}  // namespace vernoxa::link
+namespace vernoxa::inline system {
 class Files;
 class LogWriter;
-class MessagePaths;
-class OpenDesigns;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class MessagePaths;
 class TextConverter;
+}  // namespace vernoxa::inline text
 
-Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, CompanionLink& link,
+namespace vernoxa::designs {
+
+class OpenDesigns;
+
+Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, link::CompanionLink& link,
                     OpenDesigns& designs);
 Outcome getNewOpenPath(const Request&, ScriptHost& host, OpenDesigns& designs, LogWriter& log);
 Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& text, Files& files,
@@ -26,4 +37,4 @@ Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConve
 Outcome fileStatus(const Request& request, ScriptHost& host, const CompanionSender& sender, OpenDesigns& designs,
                    LogWriter& log);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -6,7 +6,7 @@
 #include "system/files.h"
 #include "system/whole_file.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr std::size_t fileHeaderBytes = 14;  // BITMAPFILEHEADER
@@ -52,4 +52,4 @@ bool writeBitmapFile(Files& files, Processes& processes, const FilePath& path, c
                         [&](OutputFile& file) { return file.write(fileHeader(bitmap)) && file.write(bitmap.bytes); });
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

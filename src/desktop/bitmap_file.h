@@ -8,10 +8,12 @@
 #include "system/file_path.h"
 #include "system/pictures.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class Processes;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::desktop {
 
 constexpr std::size_t bitmapInformationBytes = 40;  // BITMAPINFOHEADER
 
@@ -31,4 +33,4 @@ std::size_t paletteBytes(int bitCount);
 // False when the file cannot be written whole; then no part of it is left, and a former one stays.
 bool writeBitmapFile(Files& files, Processes& processes, const FilePath& path, const PackedBitmap& bitmap);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -16,7 +16,7 @@
 #include "system/temporary_file.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr const char* temporaryFolder = "C:/Temp";
@@ -137,4 +137,4 @@ FilePath ClipboardPicture::save() const {
   return convert(metafile, preview) ? preview : FilePath();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -9,14 +9,18 @@
 #include "system/file_path.h"
 #include "system/pictures.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clock;
 class Files;
 class Logs;
 class Processes;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::desktop {
 
 // Waits a moment, a fifth of a second at most, for a program that holds it, as those do that watch it for changes.
 // Null if it is held for longer.
@@ -63,4 +67,4 @@ class ClipboardPicture {
   const Logs& logs_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

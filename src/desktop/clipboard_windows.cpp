@@ -5,7 +5,7 @@
 #include "desktop/gdi_windows.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 GlobalMemory movableCopy(const void* source, std::size_t size) {
@@ -68,4 +68,4 @@ std::unique_ptr<Clipboard> windowsClipboard() {
   return std::make_unique<WindowsClipboard>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -1,23 +1,16 @@
 #include "desktop/desktop_commands.h"
 
-#include <algorithm>
 #include <chrono>
-#include <exception>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "desktop/clipboard_picture.h"
 #include "system/clipboard.h"
 #include "system/clock.h"
 #include "system/desktop.h"
-#include "system/log.h"
-#include "system/user_messages.h"
 #include "text/code_page.h"
 #include "text/message_paths.h"
-#include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 using namespace std::chrono_literals;
@@ -25,43 +18,7 @@ using namespace std::chrono_literals;
 constexpr auto beforeKey = 200ms;
 constexpr auto keyHeld = 50ms;
 
-// `nullopt` after the user was told that they cannot be read.
-std::optional<std::vector<std::string>> sortedCandidates(UserMessages& messages, std::string_view text) {
-  try {
-    std::vector<std::string> candidates = splitItems(text, ';');
-    std::sort(candidates.begin(), candidates.end());
-    return candidates;
-  } catch (const std::exception&) {
-    messages.show(u8"跳转数据错误", MessageIcon::none);
-    return std::nullopt;
-  }
-}
-
-std::string choose(Desktop& desktop, const TextConverter& text, const std::vector<std::string>& candidates) {
-  std::vector<std::string> shown;
-  shown.reserve(candidates.size());
-  for (const std::string& candidate : candidates) {
-    shown.push_back(text.hostPath(candidate));
-  }
-  const auto chosen = desktop.choose(shown);
-  return chosen ? candidates.at(*chosen) : std::string();
-}
-
 }  // namespace
-
-CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages, const TextConverter& text,
-                             const Logs& logs) {
-  if (call.arguments.count() < 3) {
-    return {};
-  }
-  try {
-    const auto candidates = sortedCandidates(messages, call.arguments.text(1));
-    return {candidates ? choose(desktop, text, *candidates) : std::string()};
-  } catch (...) {
-    logs.reportCrash("SelectJumpPart");
-    return {};
-  }
-}
 
 CommandResult getClipBoardPic(CommandCall&, const ClipboardPicture& picture, const MessagePaths& paths,
                               PreviewPicture& preview) {
@@ -104,4 +61,4 @@ CommandResult afterPlace(CommandCall&, Desktop& desktop) {
   return {};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -1,25 +1,22 @@
-// The host scripts' commands for the user's mouse, keyboard, clipboard and choices.
+// The host scripts' commands for the user's mouse, keyboard and clipboard.
 #pragma once
 
 #include "tcl/command.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clipboard;
-class ClipboardPicture;
 class Clock;
 class Desktop;
-class Logs;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
 class MessagePaths;
 class TextConverter;
-class UserMessages;
 struct PreviewPicture;
+}  // namespace vernoxa::inline text
 
-// Lets the user pick one of the candidates, a text with ";" between them, shown sorted by their bytes. Answers the one
-// picked as it was given, empty when none was. Needs a second argument, which it does not read. Ends well also after
-// an exception, which a message box or the crash log reports.
-CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages, const TextConverter& text,
-                             const Logs& logs);
+namespace vernoxa::desktop {
+
+class ClipboardPicture;
 
 // Saves the drawing on the clipboard as the preview picture and answers its path, empty when there is none.
 CommandResult getClipBoardPic(CommandCall& call, const ClipboardPicture& picture, const MessagePaths& paths,
@@ -37,4 +34,4 @@ CommandResult pressEnter(CommandCall& call, Desktop& desktop, Clock& clock);
 // Presses Escape, which ends the host's placement mode.
 CommandResult afterPlace(CommandCall& call, Desktop& desktop);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -7,7 +7,7 @@
 #include "desktop/select_dialog_windows.h"
 #include "system/system_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 class WindowsDesktop final : public Desktop {
@@ -34,4 +34,4 @@ std::unique_ptr<Desktop> windowsDesktop() {
   return std::make_unique<WindowsDesktop>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

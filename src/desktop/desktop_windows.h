@@ -8,11 +8,11 @@
 #include "system/pictures.h"
 #include "system/user_messages.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 std::unique_ptr<Clipboard> windowsClipboard();
 std::unique_ptr<Desktop> windowsDesktop();
 std::unique_ptr<Pictures> windowsPictures();
 std::unique_ptr<UserMessages> windowsUserMessages();
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 int centredStart(int aroundStart, int aroundLength, int length, int areaStart, int areaLength) {
@@ -22,4 +22,4 @@ Box centred(const Box& dialog, const Box& around, const Box& workArea) {
           dialog.height};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

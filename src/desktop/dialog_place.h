@@ -1,7 +1,7 @@
 // Where a dialog comes to stand. Measures in pixels of the screen.
 #pragma once
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 struct Box {
   int left = 0;
@@ -16,4 +16,4 @@ int dialogGrowth(int missingWidth, int dialogWidth, const Box& workArea);
 // The dialog in the middle of another window, moved so that none of it lies outside the work area when it fits in.
 Box centred(const Box& dialog, const Box& around, const Box& workArea);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

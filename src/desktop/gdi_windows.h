@@ -5,7 +5,7 @@
 
 #include "system/handle_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 struct ScreenContextTrait {
   using Handle = HDC;
@@ -78,4 +78,4 @@ class Selection {
 // before the last record.
 bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

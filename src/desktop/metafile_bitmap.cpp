@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr std::uint32_t coreHeaderBytes = 12;         // BITMAPCOREHEADER
@@ -178,4 +178,4 @@ Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
   return bitsFault(header, record.part(bitsAt, bitsBytes), bitmap);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

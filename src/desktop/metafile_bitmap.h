@@ -6,7 +6,7 @@
 
 #include "desktop/metafile_record.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // What a record tells of its bitmap.
 struct BitmapInRecord {
@@ -26,4 +26,4 @@ Fault missingBitmapFault(const MetafileRecord& record);
 // Header, colour table and bits, each within the record and as long as the header says.
 Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

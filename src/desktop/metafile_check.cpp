@@ -5,7 +5,7 @@
 #include "desktop/metafile_record.h"
 #include "desktop/metafile_rows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr std::size_t smallestHeader = 88;  // the oldest form; later ones are 100 and 108
@@ -92,4 +92,4 @@ std::optional<std::string> metafileFault(std::string_view bytes, int depth) {
   return recordsFault(bytes.substr(0, header.number(48)), header, state);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // Which record lies about what, for the log; `nullopt` for a metafile whose every count, length and offset, and every
 // number of an object, holds. What it draws is not looked at, and two numbers that no player reads and sound programs
@@ -16,4 +16,4 @@ namespace vernoxa {
 // metafiles around this one.
 std::optional<std::string> metafileFault(std::string_view bytes, int depth = 0);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

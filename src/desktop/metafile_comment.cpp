@@ -4,7 +4,7 @@
 
 #include "desktop/metafile_check.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr std::uint32_t publicComment = 0x43494447;   // "GDIC"
@@ -77,4 +77,4 @@ Fault commentFault(std::string_view data, int depth) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -5,10 +5,10 @@
 
 #include "desktop/metafile_record.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // Of the bytes that a comment record counts, [MS-EMF] 2.3.3. What no known program is named for may be anything.
 // `depth` counts the metafiles around the comment's own: a comment may hold another one.
 Fault commentFault(std::string_view data, int depth);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

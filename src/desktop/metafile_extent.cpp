@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 std::int64_t signedNumber(const MetafileRecord& record, std::size_t at) {
@@ -159,4 +159,4 @@ bool drawsText(const MetafileRecord& record) {
   return type == 83 || type == 84 || type == 96 || type == 97 || type == 108;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

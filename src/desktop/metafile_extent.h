@@ -6,7 +6,7 @@
 
 #include "desktop/metafile_record.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // In points of the picture, in any direction. No picture shows what lies so far out, and the system's drawing is
 // correct and quick up to here: an arc that is wider writes behind its own memory under Wine 8, a pen that is wider
@@ -34,4 +34,4 @@ bool drawsPath(const MetafileRecord& record);
 
 bool drawsText(const MetafileRecord& record);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -1,6 +1,6 @@
 #include "desktop/metafile_parts.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 enum TextOption : std::uint32_t {
@@ -70,4 +70,4 @@ Fault gradientFault(const MetafileRecord& record) {
   return nullptr;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -6,7 +6,7 @@
 
 #include "desktop/metafile_record.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 constexpr std::size_t textBytes = 40;  // of the description of a text, [MS-EMF] 2.2.5
 
@@ -23,4 +23,4 @@ Fault regionFault(const MetafileRecord& record, std::size_t at, std::uint32_t by
 // Of a record that fills shapes with colours between those of their corners, and holds nothing else.
 Fault gradientFault(const MetafileRecord& record);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -9,7 +9,7 @@
 
 #include "desktop/metafile_extent.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 bool isFar(std::int64_t position, std::int64_t limit) {
@@ -93,4 +93,4 @@ bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::ch
   return !time.over;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // What a record lies about, for the log; null when it does not.
 using Fault = const char*;
@@ -40,4 +40,4 @@ class MetafileRecord {
   std::string_view bytes_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

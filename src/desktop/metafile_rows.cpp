@@ -7,7 +7,7 @@
 #include "desktop/metafile_comment.h"
 #include "desktop/metafile_parts.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr std::uint32_t stockObject = 0x80000000;  // the system's own, numbered in the other bits
@@ -398,4 +398,4 @@ const RecordRow* findRecordRow(std::uint32_t type) {
   return found != rows.end() && found->type == type ? &*found : nullptr;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

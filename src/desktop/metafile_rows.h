@@ -7,7 +7,7 @@
 
 #include "desktop/metafile_record.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // What a player keeps while it plays.
 struct PlayerState {
@@ -28,4 +28,4 @@ const RecordRow* findRecordRow(std::uint32_t type);
 
 constexpr std::uint32_t endOfFileRecord = 14;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

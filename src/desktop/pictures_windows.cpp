@@ -6,7 +6,7 @@
 #include "desktop/bitmap_file.h"
 #include "desktop/gdi_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 // GetDIBits writes the palette right behind the header.
@@ -114,4 +114,4 @@ std::unique_ptr<Pictures> windowsPictures() {
   return std::make_unique<WindowsPictures>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

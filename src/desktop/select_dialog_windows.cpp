@@ -8,7 +8,7 @@
 #include "desktop/resource.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 constexpr COLORREF backgroundColour = RGB(230, 242, 242);
@@ -228,4 +228,4 @@ void SelectDialog::accept() {
   EndDialog(dialog_, IDOK);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -10,7 +10,7 @@
 
 #include "desktop/gdi_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 
 // Modal, owned by the host's active window of the calling thread, so that it never hides behind the host. Texts are
 // UTF-8. Arrows move, Enter and a double click choose, Escape leaves.
@@ -41,4 +41,4 @@ class SelectDialog {
   std::optional<std::size_t> chosen_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

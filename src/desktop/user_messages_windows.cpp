@@ -6,7 +6,7 @@
 
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 class WindowsUserMessages final : public UserMessages {
@@ -24,4 +24,4 @@ std::unique_ptr<UserMessages> windowsUserMessages() {
   return std::make_unique<WindowsUserMessages>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -4,7 +4,7 @@
 #include "system/user_messages.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 namespace {
 
 // `nullopt` after a message box.
@@ -34,4 +34,4 @@ void CompanionSender::sendLogged(ScriptHost& host, std::string_view message) con
   logs_.openTraffic().writeLine("sendPacketGlobalHandle \"" + answer + "\"");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

@@ -6,10 +6,12 @@
 
 #include "tcl/script_host.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Logs;
 class UserMessages;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline dispatch {
 
 // Messages are in the code page. What cannot be encoded (memory) shows a message box.
 class CompanionSender {
@@ -31,4 +33,4 @@ class CompanionSender {
   UserMessages& messages_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

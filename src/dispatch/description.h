@@ -9,9 +9,11 @@
 #include <cstddef>
 #include <string>
 
-namespace vernoxa {
-
+namespace vernoxa::plugin {
 class Session;
+}  // namespace vernoxa::plugin
+
+namespace vernoxa::inline dispatch {
 
 // A few items that lie in the row itself.
 template <class Item, std::size_t most>
@@ -34,7 +36,7 @@ struct Member {
   // the plug-in sends, a needed member is always there.
   bool needed = true;
   // Keeps the text before anything is evaluated, "" when the member is absent. "Data" is needed then.
-  void (*keep)(Session&, const std::string& text) = nullptr;
+  void (*keep)(plugin::Session&, const std::string& text) = nullptr;
   const char* values = nullptr;  // the only ones that it has, with | between them; "" for the empty text alone
   // What the objects of an array hold; an array without it holds texts.
   const Member* itemMembers = nullptr;
@@ -45,7 +47,7 @@ struct Member {
     member.values = allowed;
     return member;
   }
-  consteval Member keptBy(void (*function)(Session&, const std::string& text)) const {
+  consteval Member keptBy(void (*function)(plugin::Session&, const std::string& text)) const {
     Member member = *this;
     member.keep = function;
     return member;
@@ -161,4 +163,4 @@ consteval Answer isFollowedBy(const char* message) {
 }
 
 }  // namespace row
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

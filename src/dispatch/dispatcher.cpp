@@ -7,7 +7,7 @@
 #include "wire/envelope.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 namespace {
 
 class HeldLock {
@@ -129,4 +129,4 @@ void Dispatcher::say(const Failure& failure, LogWriter& log) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

@@ -11,11 +11,13 @@
 #include "dispatch/handler.h"
 #include "system/system.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Logs;
 class StandardOutput;
 class UserMessages;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline dispatch {
 
 // A place at which packets arrive.
 struct Endpoint {
@@ -29,7 +31,7 @@ struct Endpoint {
 class Dispatcher {
  public:
   Dispatcher(const Logs& logs, UserMessages& messages, StandardOutput& output, std::unique_ptr<Lock> lock,
-             Session& session)
+             plugin::Session& session)
       : logs_(logs), messages_(messages), output_(output), lock_(std::move(lock)), session_(session) {}
 
   // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is not packet text
@@ -50,7 +52,7 @@ class Dispatcher {
   UserMessages& messages_;
   StandardOutput& output_;
   const std::unique_ptr<Lock> lock_;
-  Session& session_;
+  plugin::Session& session_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

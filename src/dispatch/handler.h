@@ -11,14 +11,20 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
+namespace vernoxa::plugin {
+class Session;
+}  // namespace vernoxa::plugin
+namespace vernoxa::inline system {
 class LogWriter;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+
+namespace vernoxa::inline dispatch {
 
 // Everything that lives between calls. Dispatch hands it through to the rows, which find their parts in it; it is known
 // to nobody below.
-class Session;
 
 // What a handler is called for: the row's function finds the handler's parameters among these and in the session.
 struct RequestCall {
@@ -27,7 +33,7 @@ struct RequestCall {
   LogWriter& log;  // the traffic log, open for the length of the call
 };
 
-using Handler = Outcome (*)(RequestCall&, Session&);
+using Handler = Outcome (*)(RequestCall&, plugin::Session&);
 
 struct HandlerRow {
   const char* name;
@@ -35,8 +41,8 @@ struct HandlerRow {
   Members members = {};
   Calls calls = {};
   Answer answer = {};
-  const char* purpose = "";                               // one sentence
-  void (*whenRefused)(RequestCall&, Session&) = nullptr;  // called whatever refused the request
+  const char* purpose = "";                                       // one sentence
+  void (*whenRefused)(RequestCall&, plugin::Session&) = nullptr;  // called whatever refused the request
 };
 
 // Rows of one table have different names, or the program does not compile.
@@ -52,4 +58,4 @@ consteval bool namesDiffer(const Rows& rows) {
   return true;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

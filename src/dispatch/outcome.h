@@ -9,7 +9,7 @@
 #include "wire/envelope.h"
 #include "wire/failure.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 
 // A reply, a failure, or neither: then nothing is answered.
 struct Outcome {
@@ -30,4 +30,4 @@ struct Outcome {
   bool succeeded() const { return reply && reply->result == "0"; }
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

@@ -2,7 +2,7 @@
 
 #include "wire/envelope.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 
 std::string Request::text(std::string_view member) const {
   const JsonView value = data.member(member);
@@ -30,4 +30,4 @@ Result<Request> requestIn(const std::string& message) {
   return request;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

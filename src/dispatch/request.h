@@ -7,7 +7,7 @@
 #include "text/json.h"
 #include "wire/failure.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 
 // Texts are in the code page; views are valid as long as this object.
 struct Request {
@@ -24,4 +24,4 @@ struct Request {
 // The failure of a text that is not a message, or of one without a "Command", is for the log or the standard output.
 Result<Request> requestIn(const std::string& message);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

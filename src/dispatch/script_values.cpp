@@ -4,7 +4,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 
 std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member) {
   return text.scriptValue(request.text(member));
@@ -24,4 +24,4 @@ Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script&
   return answer.text == "1" ? Outcome::success() : Outcome::failed(text.messageText(answer.text));
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

@@ -8,10 +8,14 @@
 #include "dispatch/request.h"
 #include "tcl/script.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::inline dispatch {
 
 // The text of a member of "Data" in UTF-8. Convert first, then double, quote and neutralise.
 std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member);
@@ -25,4 +29,4 @@ std::string doubledOnce(const std::string& path);
 // Done when the host answered "1"; otherwise its answer is the failure.
 Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script& script);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

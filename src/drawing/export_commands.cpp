@@ -6,7 +6,7 @@
 #include "tcl/script_host.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 // Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it. The host is asked at
@@ -74,4 +74,4 @@ CommandResult checkCharIllegal(CommandCall& call) {
   return {hasNonAscii(call.arguments.text(1)) ? "1" : "0"};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -3,11 +3,14 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::drawing {
 
 class GraphicLibrary;
 class PageExport;
-class TextConverter;
 
 CommandResult initSVGList(CommandCall& call, PageExport& pages);
 // One record of a page.
@@ -25,4 +28,4 @@ CommandResult outputGraphicFile(CommandCall& call, GraphicLibrary& library);
 // "1" for a name that is empty or not all ASCII, else "0".
 CommandResult checkCharIllegal(CommandCall& call);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

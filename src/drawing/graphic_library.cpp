@@ -11,7 +11,7 @@
 #include "text/outside_json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 // The member "padstacks" with the eight shapes of pins, as it stands in the file.
@@ -95,4 +95,4 @@ bool LibraryDocument::writeTo(OutputFile& output) const {
   return file.finish();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -8,13 +8,17 @@
 #include "drawing/page_text.h"
 #include "drawing/record.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class OutputFile;
 class Processes;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::drawing {
 
 // What it holds until it becomes a file. Texts are UTF-8.
 struct LibraryDocument {
@@ -53,4 +57,4 @@ class GraphicLibrary {
   std::optional<LibraryDocument> document_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -10,7 +10,7 @@
 #include "drawing/shapes.h"
 #include "text/decimal.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 
 // A short clock pin's line begins at 6 in a drawing, as if it had a dot, but not in a pad stack: readers of both know
 // it so.
@@ -127,4 +127,4 @@ const Look& lookNamed(std::string_view name) {
   return named != std::end(looks) ? *named : throw std::out_of_range("no such look");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -11,7 +11,7 @@
 #include "text/file_name_escaping.h"
 #include "text/json.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 // Windows finishes the removal of a folder only after its last watcher let it go.
@@ -129,4 +129,4 @@ bool PageDocument::writeTo(OutputFile& output) const {
   return file.finish();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

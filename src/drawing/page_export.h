@@ -12,14 +12,18 @@
 #include "drawing/page_text.h"
 #include "drawing/record.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clock;
 class Files;
 class OutputFile;
 class Processes;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::drawing {
 
 // What page files are named after, as the host gave it.
 struct PageNames {
@@ -76,4 +80,4 @@ class PageExport {
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

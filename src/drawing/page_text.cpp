@@ -11,7 +11,7 @@
 #include "text/json_escape.h"
 #include "text/short_copy.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 
 // What all elements of a kind have in common, as the file has it.
 struct ElementText {
@@ -242,4 +242,4 @@ void Elements::writeTo(BufferedFile& file) const {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -10,9 +10,12 @@
 #include "drawing/record.h"
 #include "drawing/shapes.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class BufferedFile;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::drawing {
+
 class Layout;
 struct ElementText;
 
@@ -59,4 +62,4 @@ class Elements {
   std::vector<Block> blocks_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

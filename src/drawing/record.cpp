@@ -6,7 +6,7 @@
 #include "text/json_escape.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 std::string throughCodePage(const TextConverter& converter, std::string_view text) {
@@ -72,4 +72,4 @@ void Record::takeAsUtf8() {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -8,9 +8,11 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
-
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::drawing {
 
 constexpr std::string_view textKind = "Text";
 constexpr std::size_t textLines = 3;  // element of "Text" that holds its lines
@@ -79,4 +81,4 @@ class Record {
   bool plain_ = false;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -2,7 +2,7 @@
 
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 using Uses = std::array<Use, 2>;
@@ -186,4 +186,4 @@ const Shape* shapeOf(Use use, std::string_view kind) {
   return nullptr;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -10,7 +10,7 @@
 
 #include "drawing/record.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 
 // Where a row of the table is used. A kind has rows of its own for pages and for symbols where they differ, and for the
 // library parts and schematic objects of a shared module.
@@ -94,4 +94,4 @@ const std::vector<Shape>& shapes();
 // The row of a kind; nullptr for one that is not used there.
 const Shape* shapeOf(Use use, std::string_view kind);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace vernoxa {
+namespace vernoxa::link {
 
 bool CompanionLink::clientCreated() const {
   const std::lock_guard lock(guard_);
@@ -45,4 +45,4 @@ std::string CompanionLink::takeAwaitedCount() {
   return std::exchange(awaitedCount_, {});
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

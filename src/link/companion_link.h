@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-namespace vernoxa {
+namespace vernoxa::link {
 
 // Every access is guarded; no reference into it leaves.
 class CompanionLink {
@@ -35,4 +35,4 @@ class CompanionLink {
   bool refusedAtOnce_ = false;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -7,7 +7,7 @@
 #include "text/message_paths.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 Json messageWith(Json data) {
@@ -71,4 +71,4 @@ std::vector<std::string> designsAmong(std::string_view paths) {
   return designs;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -7,14 +7,18 @@
 
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class HostExecutable;
-class MessagePaths;
 class Processes;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
+class MessagePaths;
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::link {
 
 // Usable from any thread.
 class FileStatus {
@@ -51,4 +55,4 @@ class FileStatus {
 // The paths of a ";" list whose extension, the text after the last ".", is exactly "dsn" or "DSN".
 std::vector<std::string> designsAmong(std::string_view paths);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

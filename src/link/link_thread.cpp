@@ -11,7 +11,7 @@
 #include "text/text.h"
 #include "wire/envelope.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 constexpr std::chrono::milliseconds retryPause{10000};
@@ -223,4 +223,4 @@ void runLinkThread(SocketClient& client, CompanionLink& link, const FileStatus& 
   LinkThread(client, link, status, sockets, clock, output, logs).run();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -11,15 +11,18 @@
 
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clock;
-class CompanionLink;
-class FileStatus;
 class Logs;
-class SocketClient;
 class Sockets;
 class StandardOutput;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::link {
+
+class CompanionLink;
+class FileStatus;
+class SocketClient;
 
 class LinkThread {
  public:
@@ -71,4 +74,4 @@ class LinkThread {
 void runLinkThread(SocketClient& client, CompanionLink& link, const FileStatus& status, Sockets& sockets, Clock& clock,
                    StandardOutput& output, const Logs& logs);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -9,7 +9,7 @@
 #include "system/system.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 // A header byte is logged as a signed character: 0x80 and more print as eight digits.
@@ -154,4 +154,4 @@ void SocketClient::closeCurrent() {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -11,12 +11,14 @@
 #include "system/sockets.h"
 #include "wire/frame.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clock;
 class LogWriter;
 class Logs;
 class StandardOutput;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::link {
 
 inline constexpr const char* localAddress = "127.0.0.1";
 constexpr std::uint16_t hostPort = 9610;       // served by the host's scripts
@@ -63,4 +65,4 @@ class SocketClient {
   bool retired_ = false;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -7,7 +7,7 @@
 #include "system/log.h"
 #include "text/outside_json.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 constexpr std::chrono::seconds replyLimit{30};
@@ -25,8 +25,8 @@ std::optional<std::string> textOrNumber(JsonView value) {
 // The reply's text; `nullopt` if the companion cannot be reached or does not answer in time.
 std::optional<std::string> CompanionQuery::exchange(std::string_view request) const {
   LogWriter log = logs_.openTraffic();
-  SocketClient client(sockets_, clock_, output_, logs_);
-  if (!link_.companionMayBeAsked() || client.connect(localAddress, companionPort) != 0) {
+  link::SocketClient client(sockets_, clock_, output_, logs_);
+  if (!link_.companionMayBeAsked() || client.connect(link::localAddress, link::companionPort) != 0) {
     log.writeLine("can't Init");
     return std::nullopt;
   }
@@ -58,4 +58,4 @@ std::optional<QueryReply> CompanionQuery::ask(std::string_view request, std::str
   return reply;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

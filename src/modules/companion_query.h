@@ -10,13 +10,17 @@
 
 #include "text/json.h"
 
-namespace vernoxa {
-
-class Clock;
+namespace vernoxa::link {
 class CompanionLink;
+}  // namespace vernoxa::link
+namespace vernoxa::inline system {
+class Clock;
 class Logs;
 class Sockets;
 class StandardOutput;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::modules {
 
 // A reply with the members that every one has.
 struct QueryReply {
@@ -29,7 +33,8 @@ struct QueryReply {
 
 class CompanionQuery {
  public:
-  CompanionQuery(const CompanionLink& link, Sockets& sockets, Clock& clock, StandardOutput& output, const Logs& logs)
+  CompanionQuery(const link::CompanionLink& link, Sockets& sockets, Clock& clock, StandardOutput& output,
+                 const Logs& logs)
       : link_(link), sockets_(sockets), clock_(clock), output_(output), logs_(logs) {}
 
   // Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
@@ -40,11 +45,11 @@ class CompanionQuery {
  private:
   std::optional<std::string> exchange(std::string_view request) const;
 
-  const CompanionLink& link_;
+  const link::CompanionLink& link_;
   Sockets& sockets_;
   Clock& clock_;
   StandardOutput& output_;
   const Logs& logs_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -11,7 +11,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 // One text for all spellings of a file, as far as ASCII goes; empty for anything that is not a path.
@@ -141,4 +141,4 @@ void LibraryFiles::remove(const FilePath& path) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

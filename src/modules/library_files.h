@@ -7,13 +7,18 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class HostExecutable;
 class Logs;
 class RandomNumbers;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
+
 struct PlacementContext;
 
 // Host thread only.
@@ -74,4 +79,4 @@ class LibraryFiles {
   std::set<std::string> made_;            // what placements of this process made, and may remove
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -4,7 +4,7 @@
 
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 std::string escaped(std::string_view value) {
@@ -41,4 +41,4 @@ ListText& ListText::bareOr(std::string_view value, Literal whenEmpty) {
   return value.empty() ? literal(whenEmpty) : bare(value);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -5,7 +5,7 @@
 
 #include "tcl/script.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 
 // Values are UTF-8. Every value arrives at the procedure with its backslashes as they are (doubled in the script, also
 // in a braced name, where the procedures know it), and its brackets stand escaped in script and log.
@@ -28,4 +28,4 @@ class ListText {
   Script script_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -9,7 +9,7 @@
 #include "text/message_paths.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 FilePath cacheFolder(const ProjectFolder& project) {
@@ -26,10 +26,10 @@ std::string utf8(std::string_view tclText) {
   return utf8OfTcl(tclText).value_or(std::string(tclText));
 }
 
-using AddRecord = void (ModuleDocument::*)(const Record& record);
+using AddRecord = void (ModuleDocument::*)(const drawing::Record& record);
 
 void addRecord(CommandCall& call, ModuleDocument& document, AddRecord add) {
-  Record record(call.arguments.passingList(1));
+  drawing::Record record(call.arguments.passingList(1));
   record.takeAsUtf8();
   (document.*add)(record);
 }
@@ -68,4 +68,4 @@ CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, 
   return {path.utf8()};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -3,13 +3,18 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
-class MessagePaths;
-class ModuleDocument;
 class Processes;
 class ProjectFolder;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
+class MessagePaths;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
+
+class ModuleDocument;
 struct PlacementContext;
 
 // Starts a document and makes "\Cache\Share" below the base directory.
@@ -24,4 +29,4 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document);
 CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
                                const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -5,7 +5,7 @@
 #include "drawing/shapes.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 constexpr std::size_t longestName = 31;  // characters of a part name that the host's libraries keep
@@ -21,7 +21,7 @@ std::string firstCharacters(std::string_view text, std::size_t count) {
   return std::string(text.substr(0, end));
 }
 
-std::string joined(const Record& record, std::size_t first, std::size_t count) {
+std::string joined(const drawing::Record& record, std::size_t first, std::size_t count) {
   std::string text(record[first]);
   for (std::size_t index = first + 1; index < first + count; ++index) {
     text.append(" ").append(record[index]);
@@ -41,9 +41,9 @@ std::string withoutAt(std::string_view value) {
   return replaceAll(value, "@", "_");
 }
 
-Json dataOf(const Shape& shape, const Record& record) {
+Json dataOf(const drawing::Shape& shape, const drawing::Record& record) {
   Json data = Json::object();
-  for (const ShapeMember& member : shape.members) {
+  for (const drawing::ShapeMember& member : shape.members) {
     data.add(member.name, member.valueOf(record));
   }
   return data;
@@ -52,7 +52,7 @@ Json dataOf(const Shape& shape, const Record& record) {
 // Where in a displayed property its position stands.
 enum class StartPlace { third, last };
 
-Json displayedProperty(const Record& record, StartPlace startPlace) {
+Json displayedProperty(const drawing::Record& record, StartPlace startPlace) {
   Json property = Json::object();
   property.add("Name", record[3]);
   property.add("Value", withoutAt(record[4]));
@@ -93,7 +93,7 @@ std::string ModuleDocument::finish(std::string_view width, std::string_view heig
   return root.printFormatted();
 }
 
-void ModuleDocument::startPart(const Record& record) {
+void ModuleDocument::startPart(const drawing::Record& record) {
   const bool isPart = record[2] == "Part";
   const std::string name = firstCharacters(record[1], longestName);
   const std::string index(isPart ? record[7] : std::string_view());
@@ -120,13 +120,13 @@ void ModuleDocument::startPart(const Record& record) {
   part_ = current;  // only what stands in the document may be written to
 }
 
-void ModuleDocument::addProperty(JsonView properties, const Record& record) {
+void ModuleDocument::addProperty(JsonView properties, const drawing::Record& record) {
   if (properties) {
     root_.set(properties, record[1], withoutAt(withoutPlaceholder(record[2])));
   }
 }
 
-void ModuleDocument::addLibraryRecord(const Record& record) {
+void ModuleDocument::addLibraryRecord(const drawing::Record& record) {
   const std::string_view kind = record[0];
   if (!root_) {
     return;
@@ -144,7 +144,7 @@ void ModuleDocument::addLibraryRecord(const Record& record) {
     addProperty(part_.properties, record);
   } else if (kind == "Property") {
     addProperty(part_.elementProperties, record);
-  } else if (const Shape* const shape = shapeOf(Use::modulePart, kind)) {
+  } else if (const drawing::Shape* const shape = drawing::shapeOf(drawing::Use::modulePart, kind)) {
     Json added = Json::object();
     added.add("Name", shape->name);
     part_.elementProperties = {};
@@ -155,7 +155,7 @@ void ModuleDocument::addLibraryRecord(const Record& record) {
   }
 }
 
-void ModuleDocument::addSchematicRecord(const Record& record) {
+void ModuleDocument::addSchematicRecord(const drawing::Record& record) {
   const std::string_view kind = record[0];
   if (!root_) {
     return;
@@ -166,7 +166,7 @@ void ModuleDocument::addSchematicRecord(const Record& record) {
     if (object_.displayedProperties) {
       root_.appendTo(object_.displayedProperties, displayedProperty(record, StartPlace::last));
     }
-  } else if (const Shape* const shape = shapeOf(Use::moduleObject, kind)) {
+  } else if (const drawing::Shape* const shape = drawing::shapeOf(drawing::Use::moduleObject, kind)) {
     Json object = Json::object();
     object_ = {};
     object.add("name", shape->name);
@@ -181,4 +181,4 @@ void ModuleDocument::addSchematicRecord(const Record& record) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -12,7 +12,7 @@
 #include "drawing/record.h"
 #include "text/json.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 
 class ModuleDocument {
  public:
@@ -22,10 +22,10 @@ class ModuleDocument {
 
   // One record of a library part: its header "Name", then its elements and properties. A header that repeats name,
   // index and type of a part drops all up to the next header; so does a record before the first.
-  void addLibraryRecord(const Record& record);
+  void addLibraryRecord(const drawing::Record& record);
 
   // One record of a schematic object.
-  void addSchematicRecord(const Record& record);
+  void addSchematicRecord(const drawing::Record& record);
 
   // Ends the document and gives its text, UTF-8, formatted; empty when none was started.
   std::string finish(std::string_view width, std::string_view height);
@@ -38,8 +38,8 @@ class ModuleDocument {
     JsonView elementProperties;    // of the part's last element
   };
 
-  void startPart(const Record& record);
-  void addProperty(JsonView properties, const Record& record);
+  void startPart(const drawing::Record& record);
+  void addProperty(JsonView properties, const drawing::Record& record);
 
   Json root_;
   JsonView children_;
@@ -49,4 +49,4 @@ class ModuleDocument {
   Current object_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -10,7 +10,7 @@
 #include "text/outside_json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 // Each is a script for the host, which would be busy for hours; the longest sound module has a sixth of it.
@@ -85,4 +85,4 @@ std::string_view nameOf(JsonView object) {
   return name ? *name : textOf(object, "name");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

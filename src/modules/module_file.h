@@ -9,10 +9,12 @@
 #include "system/file_path.h"
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class Logs;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::modules {
 
 // Width and height as decimal texts.
 struct ViewBox {
@@ -47,4 +49,4 @@ class ModuleFile {
   Json root_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

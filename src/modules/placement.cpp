@@ -11,7 +11,7 @@
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 // The host makes it beside the temporary library, whose name is picked so that no backup has it yet.
@@ -149,4 +149,4 @@ void ModulePlacer::placeModule(ScriptHost& host) {
   logs_.openTraffic().writeLine("over!!!");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -6,12 +6,17 @@
 #include "modules/module_file.h"
 #include "system/file_path.h"
 
-namespace vernoxa {
-
-class LibraryFiles;
+namespace vernoxa::inline tcl {
 class Script;
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
+
+class LibraryFiles;
 struct PlacementContext;
 
 struct PlacedLibrary {
@@ -54,4 +59,4 @@ class ModulePlacer {
   const Logs& logs_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

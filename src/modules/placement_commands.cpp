@@ -12,7 +12,7 @@
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 struct ErrorText {
@@ -73,4 +73,4 @@ CommandResult outputError(CommandCall& call, UserMessages& messages, const TextC
   return {};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

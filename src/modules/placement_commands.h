@@ -3,12 +3,17 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
+class UserMessages;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
 
 class LibraryFiles;
 class ModulePlacer;
-class TextConverter;
-class UserMessages;
 struct PlacementContext;
 
 // Places what the companion named. Answers nothing.
@@ -26,4 +31,4 @@ CommandResult getNewOlbPath(CommandCall& call, const LibraryFiles& libraries);
 CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
                           LibraryFiles& libraries);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace vernoxa {
+namespace vernoxa::modules {
 
 // Rows of requests keep their members here; host thread only. Texts in the code page, as the packets brought them.
 struct PlacementContext {
@@ -21,4 +21,4 @@ struct PlacementContext {
   int placeState = 0;  // 1: one catalogue part is being placed; 0: a shared module, or nothing
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

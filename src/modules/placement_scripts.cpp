@@ -10,7 +10,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 // The host's own properties of a part: all that a shared module may set on a placed object, unless its designator "1"
@@ -188,4 +188,4 @@ Script cataloguePartScript(Literal mode, std::string_view package, const Placeme
   return list.literal("] [list \"Value\" ").quoted(value(placement.value)).literal("]] [list]").script();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -9,9 +9,12 @@
 #include "tcl/script.h"
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
+
 struct PlacementContext;
 
 // `placeLibPart` for one entry of a module's library. `libraryPath` is UTF-8 with "/" between folders.
@@ -27,4 +30,4 @@ Script schematicObjectScript(JsonView object, const PlacementContext& placement,
 Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
                            const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

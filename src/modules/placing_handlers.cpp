@@ -6,7 +6,7 @@
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 bool isPageActive(ScriptHost& host) {
@@ -68,4 +68,4 @@ void stopPlacing(PlacementContext& placement) {
   placement.placeState = 0;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -4,11 +4,16 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
+class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
 
 class ModulePlacer;
-class ScriptHost;
-class TextConverter;
 struct PlacementContext;
 
 // Has the host offer the selected parts of a page, by the command `sendUploadMarket`.
@@ -22,4 +27,4 @@ Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& place
 // Whatever refuses a placing, nothing is being placed afterwards.
 void stopPlacing(PlacementContext& placement);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

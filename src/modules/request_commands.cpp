@@ -10,7 +10,7 @@
 #include "text/code_page.h"
 #include "text/message_paths.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 // A path as the host's scripts write one into further scripts; empty for a file that is not there.
@@ -78,4 +78,4 @@ CommandResult removeDatFile(CommandCall&, const PlacementContext& placement, Lib
   return {};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -6,16 +6,23 @@
 
 #include "tcl/command.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
+class CompanionSender;
+}  // namespace vernoxa::inline dispatch
+namespace vernoxa::inline system {
+class Files;
+class Logs;
+}  // namespace vernoxa::inline system
+namespace vernoxa::inline text {
+class TextConverter;
+struct PreviewPicture;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
 
 class CompanionQuery;
-class CompanionSender;
-class Files;
 class LibraryFiles;
-class Logs;
-class TextConverter;
 struct PlacementContext;
-struct PreviewPicture;
 
 // Where the companion keeps the modules that were asked for: resource id to module file, code page.
 struct ResourcePaths {
@@ -38,4 +45,4 @@ CommandResult getSelfUserId(CommandCall& call, PlacementContext& placement, cons
 CommandResult removeDatFile(CommandCall& call, const PlacementContext& placement, LibraryFiles& libraries,
                             const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -5,7 +5,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 void appendItems(Json& message, JsonView array, std::string_view items, const TextConverter& text) {
@@ -52,4 +52,4 @@ Json uploadMessage(const UploadedSelection& selection, const std::string& previe
   return message;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -6,9 +6,11 @@
 
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline text {
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::modules {
 
 // What the host's script tells of the selection, UTF-8.
 struct UploadedSelection {
@@ -24,4 +26,4 @@ struct UploadedSelection {
 Json uploadMessage(const UploadedSelection& selection, const std::string& preview, const std::string& module,
                    const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -7,7 +7,7 @@
 #include "plugin/plug_in.h"
 #include "tcl/tcl_script_host.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 CommandResult callRow(const CommandRow& row, PlugIn& plugIn, const Arguments& arguments, Tcl_Interp* interp) {
@@ -39,4 +39,4 @@ int guarded(const CommandRow& row, Tcl_Interp* interp, int count, Tcl_Obj* const
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -11,7 +11,7 @@
 struct Tcl_Interp;
 struct Tcl_Obj;
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 using CommandFunction = CommandResult (*)(CommandCall&, Session&);
 
@@ -52,4 +52,4 @@ void registerCommands(Tcl_Interp* interp);
 // status that the host's scripts know.
 int guarded(const CommandRow& row, Tcl_Interp* interp, int count, Tcl_Obj* const* objects) noexcept;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -4,7 +4,7 @@
 #include "system/log.h"
 #include "system/system.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 // The current folder belongs to the host: it is given back on every way out.
@@ -45,4 +45,4 @@ void launchCompanion(Processes& processes, Files& files, const FilePath& baseDir
   processes.start(usualName ? "LanTuZS.exe" : "lantuzs.exe", "AutoLogin");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

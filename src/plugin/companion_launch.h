@@ -6,11 +6,13 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class Logs;
 class Processes;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::plugin {
 
 // Id of the first running process whose executable name contains the text, with case, cut to 16 bits; 0 when there is
 // none. The first entry of the system's list, the idle process, is never looked at. An exception goes to the crash
@@ -21,4 +23,4 @@ std::uint16_t processIdFromName(Processes& processes, const Logs& logs, const st
 // The current folder is the base directory meanwhile. Failures of the system are silent.
 void launchCompanion(Processes& processes, Files& files, const FilePath& baseDirectory);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

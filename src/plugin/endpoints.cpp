@@ -2,7 +2,7 @@
 
 #include "plugin/request_table.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 CommandResult packetParser(CommandCall& call, Dispatcher& dispatcher) {
   if (call.arguments.count() < 2) {
@@ -18,4 +18,4 @@ CommandResult packetParserForPthread(CommandCall& call, Dispatcher& dispatcher) 
   return {dispatcher.run(linkEndpoint(), call.arguments.text(1), call.host)};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -12,12 +12,12 @@
 #include "system/log.h"
 #include "system/system_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 void startLinkThread(std::shared_ptr<LinkThreadParts> thread) {
   // The thread's own share of its session: a later load must not take it away.
-  startDetachedThread([thread = std::move(thread)] { runOnLinkThread<runLinkThread>(*thread); });
+  startDetachedThread([thread = std::move(thread)] { runOnLinkThread<link::runLinkThread>(*thread); });
 }
 
 // Lives until the process ends: the link thread runs in it, and nothing ends that thread.
@@ -31,19 +31,19 @@ PlugIn& processPlugIn() {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin
 
 extern "C" {
 
 int Vernoxa_Init(Tcl_Interp* interp) {
   try {
     vernoxa::pinModule();
-    vernoxa::PlugIn& plugIn = vernoxa::processPlugIn();
+    vernoxa::plugin::PlugIn& plugIn = vernoxa::plugin::processPlugIn();
     if (Tcl_InitStubs(interp, "8.6", 0) == nullptr) {
       plugIn.crashLogs.reportCrash("Vernoxa_Init");  // nothing of Tcl can be called
       return TCL_OK;
     }
-    vernoxa::startUp(interp, plugIn);
+    vernoxa::plugin::startUp(interp, plugIn);
   } catch (...) {
     return TCL_OK;  // no memory for the plug-in itself, and so none for a report
   }

@@ -2,7 +2,7 @@
 
 #include "dispatch/handler.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using row::argument;
@@ -157,4 +157,4 @@ std::span<const HostProcedure> hostProcedures() {
   return procedures;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -5,7 +5,7 @@
 
 #include "dispatch/description.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 // An error in a procedure never ends what the plug-in is doing. Its text counts as the answer unless the row says
 // otherwise.
@@ -19,4 +19,4 @@ struct HostProcedure {
 
 std::span<const HostProcedure> hostProcedures();
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -2,7 +2,7 @@
 
 #include "text/outside_json.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 Directories directoriesOf(const FilePath& modulePath) {
   Directories directories;
@@ -26,4 +26,4 @@ std::optional<Configuration> parseConfiguration(const std::string& text, const L
   return configuration;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -6,9 +6,11 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Logs;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::plugin {
 
 // All derived from the full path of the plug-in's own module.
 struct Directories {
@@ -29,4 +31,4 @@ struct Configuration {
 // `nullopt` if the text is not valid JSON, or beyond the bounds of what is parsed.
 std::optional<Configuration> parseConfiguration(const std::string& text, const Logs& logs);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

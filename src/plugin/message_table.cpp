@@ -2,10 +2,11 @@
 
 #include "bom/bom_lists.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using namespace row;
+using row::text;  // the kind of a member, not the room
 
 template <class... Names>
 consteval Few<const char*, 4> from(Names... commands) {
@@ -58,10 +59,10 @@ constexpr MessageRow messages[] = {
     holds(text("Status", "What happened to the design.").oneOf("Close"), fileName), "A design was closed.",
     projectFolder},
   {"TryUpdateBom", "", from("tryUpdateBom"), "Command", holds(), "The bill of materials should be asked for again."},
-  {"AddToBom", "", from("sendAddToBom"), "Data Command Result", holds(objects("Stick", bomMembers, "The parts.")),
+  {"AddToBom", "", from("sendAddToBom"), "Data Command Result", holds(objects("Stick", bom::bomMembers, "The parts.")),
     "Parts were marked fitted."},
   {"RemoveFromBom", "", from("sendRemoveFromBom"), "Data Command Result",
-    holds(objects("NotStick", bomMembers, "The parts.")), "Parts were marked not fitted."},
+    holds(objects("NotStick", bom::bomMembers, "The parts.")), "Parts were marked not fitted."},
   {"DsnCheck_Result", "", from("sendRefRepetition", "sendIllegalChar", "sendPinNC", "sendNetlist"),
     "Command Data Result ErrInfo",
     holds(checkId, text("RequiredValue", "Always empty.").oneOf(""),
@@ -102,4 +103,4 @@ std::span<const MessageRow> messageTable() {
   return messages;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -5,7 +5,7 @@
 
 #include "dispatch/description.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 enum class MessageWay {
   hostsConnection,  // the one between the host's scripts and the companion
@@ -27,4 +27,4 @@ struct MessageRow {
 
 std::span<const MessageRow> messageTable();
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -4,7 +4,7 @@
 #include "system/user_messages.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 CommandResult execTool(CommandCall&, Processes& processes, Files& files, const Directories& directories) {
   launchCompanion(processes, files, directories.baseDirectory);
@@ -20,4 +20,4 @@ CommandResult outputWarming(CommandCall&, UserMessages& messages) {
   return {};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

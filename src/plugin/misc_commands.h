@@ -4,12 +4,14 @@
 #include "plugin/installation.h"
 #include "tcl/command.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class GuidSource;
 class Processes;
 class UserMessages;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::plugin {
 
 // Starts the companion.
 CommandResult execTool(CommandCall& call, Processes& processes, Files& files, const Directories& directories);
@@ -18,4 +20,4 @@ CommandResult getGenerateGuid(CommandCall& call, GuidSource& guids);
 // Tells the user to select a part first.
 CommandResult outputWarming(CommandCall& call, UserMessages& messages);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -1,6 +1,6 @@
 #include "plugin/plug_in.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 PlugIn* active = nullptr;
@@ -15,4 +15,4 @@ void setActivePlugIn(PlugIn* plugIn) {
   active = plugIn;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

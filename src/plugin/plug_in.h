@@ -8,7 +8,7 @@
 #include "system/file_path.h"
 #include "system/log.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 struct PlugIn {
   World world;
@@ -23,4 +23,4 @@ struct PlugIn {
 PlugIn* activePlugIn();
 void setActivePlugIn(PlugIn* plugIn);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -4,7 +4,7 @@
 #include "system/random.h"
 #include "system/system_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 struct RealWorld {
@@ -17,11 +17,11 @@ struct RealWorld {
   TimeSeededNumbers random;
   std::unique_ptr<Sockets> sockets = windowsSockets();
   std::unique_ptr<StandardOutput> output = windowsOutput();
-  std::unique_ptr<UserMessages> messages = windowsUserMessages();
+  std::unique_ptr<UserMessages> messages = desktop::windowsUserMessages();
   std::unique_ptr<Registry> registry = windowsRegistry();
-  std::unique_ptr<Clipboard> clipboard = windowsClipboard();
-  std::unique_ptr<Pictures> pictures = windowsPictures();
-  std::unique_ptr<Desktop> desktop = windowsDesktop();
+  std::unique_ptr<Clipboard> clipboard = desktop::windowsClipboard();
+  std::unique_ptr<Pictures> pictures = desktop::windowsPictures();
+  std::unique_ptr<Desktop> desktop = desktop::windowsDesktop();
 };
 
 }  // namespace
@@ -34,4 +34,4 @@ World realWorld() {
           *real.registry,  *real.clipboard, *real.pictures, *real.desktop};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

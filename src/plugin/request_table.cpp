@@ -7,15 +7,17 @@
 #include "checks/report_handlers.h"
 #include "designs/design_handlers.h"
 #include "designs/thread_handlers.h"
+#include "drawing/export_handlers.h"
 #include "modules/placing_handlers.h"
 #include "plugin/run.h"
 #include "views/view_handlers.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using namespace row;
-using Place = PlacementContext;
+using row::text;  // the kind of a member, not the room
+using Place = modules::PlacementContext;
 
 // --- members that several requests have ----------------------------------------------------------------------------
 
@@ -43,54 +45,55 @@ constexpr Answer placed = answers().orFails("Asks, in Chinese, to open the page 
 
 // clang-format off
 constexpr HandlerRow companionRows[] = {
-  {"GetActiveProPages", run<getActiveProPages>, needs(), calls("GetActiveProPages"),
+  {"GetActiveProPages", run<views::getActiveProPages>, needs(), calls("GetActiveProPages"),
     answers(text("ErrInfo", "Always empty.").oneOf(""), objects("Open", openProject, "The open projects."))
         .orFailsInData("The host's error, or nothing when no project is open."),
     "Lists the open projects with their pages."},
-  {"SetPlacePortType", run<setPlacePortType>,
+  {"SetPlacePortType", run<views::setPlacePortType>,
     needs(number("Type", "Kind of port, as the host's KX_PlaceWirePort numbers them.")), calls("KX_PlaceWirePort"),
     answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
     "Places ports on wires."},
-  {"SetPlaceOffpageType", run<setPlaceOffpageType>,
+  {"SetPlaceOffpageType", run<views::setPlaceOffpageType>,
     needs(number("Type", "Kind of connector, as the host's KX_PlaceWireOffPage numbers them.")),
     calls("KX_PlaceWireOffPage"),
     answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
     "Places off-page connectors on wires."},
-  {"AdjustRefAndValue", run<adjustRefAndValue>, needs(), calls("ReplaceRefAndValue"), hostsWord,
+  {"AdjustRefAndValue", run<views::adjustRefAndValue>, needs(), calls("ReplaceRefAndValue"), hostsWord,
     "Moves reference and value texts to their places."},
-  {"RenameRef", run<renameRef>, needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
+  {"RenameRef", run<views::renameRef>,
+    needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
     calls("RenameRef"), hostsWord, "Numbers the reference designators again."},
-  {"GetOlbObjectPackageInfo", run<getOlbObjectPackageInfo>,
+  {"GetOlbObjectPackageInfo", run<checks::getOlbObjectPackageInfo>,
     needs(libraryPath, text("ObjName", "Name of a part in the library.")), calls("GetOlbObjectPackage"),
     isFollowedBy("GetOlbObjectPackageInfo_EndResult"), "Has the package report of one library part sent."},
-  {"GetDsnAllPackageInfo", run<getDsnAllPackageInfo>, needs(designPath), calls("GetAllPackage"),
+  {"GetDsnAllPackageInfo", run<checks::getDsnAllPackageInfo>, needs(designPath), calls("GetAllPackage"),
     isFollowedBy("GetDsnAllPackageInfo_EndResult"), "Has the package report of a design sent."},
-  {"GetOlbAllPackageInfo", run<getOlbAllPackageInfo>, needs(libraryPath), calls("GetOlbAllPackage"),
+  {"GetOlbAllPackageInfo", run<checks::getOlbAllPackageInfo>, needs(libraryPath), calls("GetOlbAllPackage"),
     isFollowedBy("GetOlbAllPackageInfo_EndResult"), "Has the package report of a library sent."},
-  {"DsnCheck", run<dsnCheck>, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
+  {"DsnCheck", run<checks::dsnCheck>, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
     "Checks a design; findings come as messages of their own."},
-  {"DsnCheckActiveProj", run<dsnCheckActiveProj>, needs(designPath), calls("RunCheckActiveProj"),
+  {"DsnCheckActiveProj", run<checks::dsnCheckActiveProj>, needs(designPath), calls("RunCheckActiveProj"),
     isFollowedBy("DsnCheck_Result"), "Checks the active project in the same way."},
-  {"JumpToDsn", run<jumpToDsn>,
+  {"JumpToDsn", run<views::jumpToDsn>,
     needs(designPath,
           text("PageName", "Name of the page; a backslash in it is written [;fanxiegan;], as findings do."),
           text("PagePos", "Where on the page: x, a space, y, in the host's units, as a finding gave it."),
           text("Sch", "Name of the schematic that the page belongs to.")),
     calls("JumpToDsn"), answers(), "Opens a page and goes to a position on it."},
-  {"AutoDealwithDsn", run<autoDealwithDsn>,
+  {"AutoDealwithDsn", run<designs::autoDealwithDsn>,
     needs(designPath, optional(text("id", "Identifier that comes back in the answer; one of the values as well.")),
           optional(text("*", "A value for the host, under any name. The values are handed over in their order."))),
     calls("AutoDeal"), answers(text("id", "The request's id, empty when it had none.")),
     "Has the host treat a design with the given values."},
-  {"SelectModule", run<selectModule>,
+  {"SelectModule", run<modules::selectModule>,
     needs(optional(text("priceK", "Not used.")),
           optional(text("pinPrice", "Not used.")),
           optional(text("ProjectPath", "Not used: the page is one of the active design.")),
           text("Page", "Name of the page.")),
     calls("getSelectPart"), answers(), "Has the selected parts of a page offered as a module."},
-  {"ClearCurrentDesign", run<clearCurrentDesign>, needs(), calls("ClearCurrentDesign"), answers(),
+  {"ClearCurrentDesign", run<designs::clearCurrentDesign>, needs(), calls("ClearCurrentDesign"), answers(),
     "Clears the current design."},
-  {"PlaceDsnLibPartModule", run<placeDsnLibPartModule>,
+  {"PlaceDsnLibPartModule", run<modules::placeDsnLibPartModule>,
     needs(textOrNumber("PartIndex", "Which section of the part, counted from 0; getSelfUserId answers it from then on.")
               .keptBy(storeIn<&Place::PartIndex>),
           optional(text("Designator", "Letter of the section; empty when the part has one section."))
@@ -110,8 +113,8 @@ constexpr HandlerRow companionRows[] = {
               .keptBy(storeIn<&Place::package>)),
     calls("MenuCommand", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox", "placeLibPart", "setPinNum",
           "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place one part of a downloaded library.", run<stopPlacing>},
-  {"PlaceDSNModule", run<placeDsnModule>,
+    placed, "Has the user place one part of a downloaded library.", run<modules::stopPlacing>},
+  {"PlaceDSNModule", run<modules::placeDsnModule>,
     needs(optional(text("sumPins", "Not used.")),
           optional(text("price", "Not used.")),
           modulePath,
@@ -124,43 +127,43 @@ constexpr HandlerRow companionRows[] = {
           optional(text("selfModule", "1 when it is the user's own: then it may set any property, else the host's."))
               .keptBy(storeIn<&Place::selfModule>)),
     calls("IsSchematicViewActive", "UnSelectAll", "placeLibPart", "setPinNum", "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place a downloaded module.", run<stopPlacing>},
-  {"GenerateBOM", run<generateBom>,
+    placed, "Has the user place a downloaded module.", run<modules::stopPlacing>},
+  {"GenerateBOM", run<bom::generateBom>,
     needs(designPath,
           optional(text("PartNumberKey", "Property that is the part number; Part Number when it is empty.")),
           optional(text("PartNameKey", "Property that is the part name; Part Name when it is empty."))),
     calls("GetProductVersion", "generateBOMForPath", "::capGenerateBOMUtil::getStickList",
           "::capGenerateBOMUtil::getNotStickList", "::capGenerateBOMUtil::getNoPartNumberList"),
-    answers(objects("Stick", bomMembers, "Parts that are fitted."),
-            objects("NotStick", bomMembers, "Parts that are not fitted."),
-            objects("NotPartNumber", bomMembers, "Parts without a part number, whatever other list they are in.")),
+    answers(objects("Stick", bom::bomMembers, "Parts that are fitted."),
+            objects("NotStick", bom::bomMembers, "Parts that are not fitted."),
+            objects("NotPartNumber", bom::bomMembers, "Parts without a part number, whatever other list they are in.")),
     "Makes the bill of materials and answers its three lists."},
-  {"JumpToPartRef", run<jumpToPartRef>,
+  {"JumpToPartRef", run<views::jumpToPartRef>,
     needs(optional(text("ProjectPath", "Full path of an open design. Without it the request is refused.")),
           optional(text("PartRef", "Reference designator. Without it the request fails."))),
     calls("gotoLocation"),
     answers().orFails("\"No PartRef\" without one, \"exec error\" when the host's procedure ends in an error."),
     "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
-  {"CheckOpenState", run<checkOpenState>,
+  {"CheckOpenState", run<designs::checkOpenState>,
     needs(text("ProjectPath", "Full path of a design; either separator and either case will do.")), calls("InitPath"),
     answers(text("State", "Whether the host has it open.").oneOf("Open|Close")),
     "Tells whether a design is open in the host."},
-  {"SwitchStickOrNotStick", run<switchStickOrNotStick>, needs(), calls("switchStickOrNotStick"),
+  {"SwitchStickOrNotStick", run<bom::switchStickOrNotStick>, needs(), calls("switchStickOrNotStick"),
     answers(text("ErrInfo", "What the host answered.")), "Switches the selected parts' fitting."},
-  {"SetToNotStick", run<setToNotStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
+  {"SetToNotStick", run<bom::setToNotStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
     calls("setRefToNotUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as not fitted."},
-  {"SetToStick", run<setToStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
+  {"SetToStick", run<bom::setToStick>, needs(designPath, objects("item", reference, "The parts to mark.")),
     calls("setRefToUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as fitted."},
-  {"Cancel", run<cancel>, needs(designPath), calls(),
+  {"Cancel", run<designs::cancel>, needs(designPath), calls(),
     answers(text("ExitCommand", "The path between double quotes, in UTF-8.")),
     "Answers the path with which the host ends its view."},
-  {"ExitBomViewMode", run<exitBomViewMode>, needs(designPath),
+  {"ExitBomViewMode", run<bom::exitBomViewMode>, needs(designPath),
     calls("LockBomView", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Leaves the BOM view."},
-  {"EnterBomViewMode", run<enterBomViewMode>,
+  {"EnterBomViewMode", run<bom::enterBomViewMode>,
     needs(designPath, texts("Stick", "Reference designators of the parts that are fitted; all others are not.")),
     calls("setAllNotStick", "setEnterViewMode", "LockBomView", "saveFile", "ZoomIn", "ZoomOut"), answers(),
     "Enters the BOM view with the given parts fitted."},
-  {"GetPartPropertyList", run<getPartPropertyList>, needs(designPath), calls("getAllPropertyName"),
+  {"GetPartPropertyList", run<views::getPartPropertyList>, needs(designPath), calls("getAllPropertyName"),
     answers(text("PartNameProperty", "Property that is the part name unless GenerateBOM is given another.")
                 .oneOf("Part Name"),
             text("PartNumberProperty", "Property that is the part number unless GenerateBOM is given another.")
@@ -168,16 +171,16 @@ constexpr HandlerRow companionRows[] = {
             texts("PropertyList", "Names of all properties of the design's parts."))
         .withEmptyErrInfo().orFails("The host's error, or nothing when there is no property."),
     "Lists the property names of a design."},
-  {"SetNewGuid", run<setNewGuid>, needs(designPath), calls("getGuid"),
+  {"SetNewGuid", run<designs::setNewGuid>, needs(designPath), calls("getGuid"),
     answers(text("Guid", "The new identifier, as the host gave it."))
         .withEmptyErrInfo().orFails("The host's error, or its answer that begins with Invalid."),
     "Gives a design a new identifier."},
-  {"CreateSVG", run<createSvg>, needs(designPath), calls("convertToSVG"),
+  {"CreateSVG", run<drawing::createSvg>, needs(designPath), calls("convertToSVG"),
     answers(text("SVGPath", "Folder of the page files: Cache\\Output below the project's folder."),
             text("PreviewPic", "Preview.bmp in that folder, whether or not there is such a file."))
         .withEmptyErrInfo().orFails("The host's error, or nothing when it answered nothing."),
     "Exports the drawings of a design."},
-  {"CloseOrcad", run<closeOrcad>, needs(), calls("Exit"), answersNothing(), "Closes the host."},
+  {"CloseOrcad", run<designs::closeOrcad>, needs(), calls("Exit"), answersNothing(), "Closes the host."},
 };
 static_assert(namesDiffer(companionRows), "two rows of one name");
 
@@ -187,30 +190,30 @@ constexpr Answer firstDesign = answers(text("ProjectPath", "Path of the first op
     .orFails("\"No file!\": no design is open.");
 
 constexpr HandlerRow threadRows[] = {
-  {"GetNetsList", run<getNetsList>, needs(text("ProjectPath", "Full path of an open design.")),
+  {"GetNetsList", run<designs::getNetsList>, needs(text("ProjectPath", "Full path of an open design.")),
     calls("GetNetsList"),
     answers(text("netlistsFile", "Full path of the nets' file: Cache\\Nets.txt below the project's folder."),
             text("datFile", "What the host answered."))
         .orFails("The host's error or its answer that begins with Error; \"File not exist\" when it wrote no file."),
     "Writes the nets of a design into a file and names it."},
-  {"getDsnPinCount", run<getDsnPinCount>,
+  {"getDsnPinCount", run<designs::getDsnPinCount>,
     needs(optional(text("ProjectPath", "Path of an open design. It may stand beside \"Command\" instead."))),
     calls("getDsnPinCount"),
     answers(text("PinCount", "Number of pins in decimal digits, or -1 when the host does not have the design.")),
     "Counts the pins of an open design, which the message may also name beside \"Command\"; \"-1\" when the host does "
     "not have it."},
-  {"GetNewOpenPath", run<getNewOpenPath>, needs(), calls("InitPath"),
+  {"GetNewOpenPath", run<designs::getNewOpenPath>, needs(), calls("InitPath"),
     answers(optional(text("ProjectPath", "Path of the first open design not yet reported, as the host gave it.")),
             text("CloseFile", "Paths of the reported designs that are no longer open, with ; between them."))
         .orFails("\"No file!\": no design is open."),
     "Names the first open design not yet reported, and the reported ones that were closed."},
-  {"FileStatus", run<fileStatus>,
+  {"FileStatus", run<designs::fileStatus>,
     needs(optional(text("Status", "What happened to the design.").oneOf("Open|Save|Close")),
           optional(text("FileName", "Full path of the design. Without it or \"Status\" nothing is passed on.")),
           optional(text("*", "Passed on as it is."))),
     calls("InitPath", "sendPacketGlobalHandle"), firstDesign,
     "Passes a design's status on to the companion and lists the open designs again."},
-  {"creatClient", run<creatClient>, needs(), calls("creatClient"),
+  {"creatClient", run<designs::creatClient>, needs(), calls("creatClient"),
     answers().orFails("\"creat client failed!\": the host answered something else than 0."),
     "Has the host's scripts connect to the companion."},
 };
@@ -228,7 +231,7 @@ std::span<const HandlerRow> threadHandlers() {
 }
 
 const Endpoint& companionEndpoint() {
-  static const Endpoint endpoint{companionHandlers(), run<applyReply>, "command error"};
+  static const Endpoint endpoint{companionHandlers(), run<designs::applyReply>, "command error"};
   return endpoint;
 }
 
@@ -237,4 +240,4 @@ const Endpoint& linkEndpoint() {
   return endpoint;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

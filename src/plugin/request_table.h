@@ -6,7 +6,7 @@
 
 #include "dispatch/dispatcher.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 std::span<const HandlerRow> companionHandlers();
 std::span<const HandlerRow> threadHandlers();
@@ -15,4 +15,4 @@ std::span<const HandlerRow> threadHandlers();
 const Endpoint& companionEndpoint();
 const Endpoint& linkEndpoint();
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

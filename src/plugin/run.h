@@ -9,7 +9,7 @@
 #include "plugin/session.h"
 #include "tcl/command.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 // What one call brings along comes before what lives between calls.
 template <class Part>
@@ -67,4 +67,4 @@ void runOnLinkThread(LinkThreadParts& thread) {
   Run<function>::onLinkThread(thread);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

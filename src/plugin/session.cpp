@@ -2,7 +2,7 @@
 
 #include "system/system.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 SharedParts::SharedParts(World& world, const Logs& crashLogs, const Directories& directories)
     : logs_(crashLogs, directories.logDirectory),
@@ -21,11 +21,11 @@ Session::Session(World& world, const Logs& crashLogs, Directories directories)
     : directories_(std::move(directories)),
       linkThread_(world, crashLogs, directories_),
       sender_(part<const Logs>(), world.messages),
-      designs_(part<MessagePaths>(), part<const TextConverter>(), part<CompanionLink>()),
+      designs_(part<MessagePaths>(), part<const TextConverter>(), part<link::CompanionLink>()),
       libraries_(directories_.baseDirectory, part<HostExecutable>(), placement_, world.files, world.random,
                  part<const TextConverter>(), part<const Logs>()),
       placer_(placement_, libraries_, world.files, part<const TextConverter>(), part<const Logs>()),
-      query_(part<CompanionLink>(), world.sockets, world.clock, world.output, part<const Logs>()),
+      query_(part<link::CompanionLink>(), world.sockets, world.clock, world.output, part<const Logs>()),
       pageExport_(part<ProjectFolder>(), world.files, world.processes, world.clock, part<const TextConverter>()),
       graphicLibrary_(part<ProjectFolder>(), world.files, world.processes, part<const TextConverter>()),
       clipboardPicture_(world.clipboard, world.clock, world.pictures, world.files, world.processes,
@@ -35,4 +35,4 @@ Session::Session(World& world, const Logs& crashLogs, Directories directories)
              preview_, sender_, designs_, libraries_, placer_, query_, resourcePaths_, moduleDocument_, pageExport_,
              graphicLibrary_, clipboardPicture_, dispatcher_) {}
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

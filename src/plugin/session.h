@@ -27,7 +27,7 @@
 #include "text/code_page.h"
 #include "text/message_paths.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 template <class Part, class... Parts>
 constexpr bool isAmong(const std::tuple<Parts&...>*) {
@@ -60,16 +60,17 @@ class SharedParts {
   }
 
  private:
-  using Parts = std::tuple<Clock&, Files&, Processes&, Sockets&, StandardOutput&, const Logs&, const TextConverter&,
-                           ProjectFolder&, HostExecutable&, MessagePaths&, const FileStatus&, CompanionLink&>;
+  using Parts =
+      std::tuple<Clock&, Files&, Processes&, Sockets&, StandardOutput&, const Logs&, const TextConverter&,
+                 ProjectFolder&, HostExecutable&, MessagePaths&, const link::FileStatus&, link::CompanionLink&>;
 
   Logs logs_;
   TextConverter text_;
   ProjectFolder project_;
   HostExecutable hostExecutable_;
   MessagePaths paths_;
-  FileStatus fileStatus_;
-  CompanionLink link_;
+  link::FileStatus fileStatus_;
+  link::CompanionLink link_;
   Parts parts_;
 };
 
@@ -90,7 +91,7 @@ class LinkThreadParts {
 
   template <class Part>
   Part& part() {
-    if constexpr (std::is_same_v<Part, SocketClient>) {
+    if constexpr (std::is_same_v<Part, link::SocketClient>) {
       return client_;
     } else {
       return shared_.part<Part>();
@@ -98,7 +99,7 @@ class LinkThreadParts {
   }
 
   SharedParts shared_;
-  SocketClient client_;
+  link::SocketClient client_;
 };
 
 // Held by shared ownership: by the process until the next load, by each command while it runs, and by the link thread
@@ -124,26 +125,27 @@ class Session {
 
  private:
   using Parts = std::tuple<GuidSource&, Registry&, UserMessages&, Clipboard&, Desktop&, const Directories&,
-                           PlacementContext&, PreviewPicture&, const CompanionSender&, OpenDesigns&, LibraryFiles&,
-                           ModulePlacer&, const CompanionQuery&, ResourcePaths&, ModuleDocument&, PageExport&,
-                           GraphicLibrary&, const ClipboardPicture&, Dispatcher&>;
+                           modules::PlacementContext&, PreviewPicture&, const CompanionSender&, designs::OpenDesigns&,
+                           modules::LibraryFiles&, modules::ModulePlacer&, const modules::CompanionQuery&,
+                           modules::ResourcePaths&, modules::ModuleDocument&, drawing::PageExport&,
+                           drawing::GraphicLibrary&, const desktop::ClipboardPicture&, Dispatcher&>;
 
   const Directories directories_;
   LinkThreadParts linkThread_;
-  PlacementContext placement_;
+  modules::PlacementContext placement_;
   PreviewPicture preview_;
   CompanionSender sender_;
-  OpenDesigns designs_;
-  LibraryFiles libraries_;
-  ModulePlacer placer_;
-  CompanionQuery query_;
-  ResourcePaths resourcePaths_;
-  ModuleDocument moduleDocument_;
-  PageExport pageExport_;
-  GraphicLibrary graphicLibrary_;
-  ClipboardPicture clipboardPicture_;
+  designs::OpenDesigns designs_;
+  modules::LibraryFiles libraries_;
+  modules::ModulePlacer placer_;
+  modules::CompanionQuery query_;
+  modules::ResourcePaths resourcePaths_;
+  modules::ModuleDocument moduleDocument_;
+  drawing::PageExport pageExport_;
+  drawing::GraphicLibrary graphicLibrary_;
+  desktop::ClipboardPicture clipboardPicture_;
   Dispatcher dispatcher_;
   Parts parts_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

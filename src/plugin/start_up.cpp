@@ -16,7 +16,7 @@
 #include "text/code_page.h"
 #include "text/outside_json.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 constexpr Start script =
@@ -87,7 +87,8 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     const std::shared_ptr<Session> session = plugIn.session;
     applyConfiguration(plugIn);
     const auto& logs = session->part<const Logs>();
-    setOrcadInstallPath(host, plugIn.world.registry, plugIn.world.files, logs, session->part<HostExecutable>());
+    designs::setOrcadInstallPath(host, plugIn.world.registry, plugIn.world.files, logs,
+                                 session->part<HostExecutable>());
     plugIn.startLinkThread({session, &session->linkThread()});
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
@@ -99,4 +100,4 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -5,7 +5,7 @@
 
 struct Tcl_Interp;
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 
 struct PlugIn;
 
@@ -16,4 +16,4 @@ Script startUpScript();
 // exception ends the start-up where it happened and goes to the crash log as "Vernoxa_Init"; the host sees success.
 void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -5,8 +5,7 @@
 
 #include "system/log.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Clipboard;
 class Clock;
 class CodePage;
@@ -21,6 +20,9 @@ class Registry;
 class Sockets;
 class StandardOutput;
 class UserMessages;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::plugin {
 
 struct World {
   Clock& clock;
@@ -48,4 +50,4 @@ inline Logs crashLogsOf(const World& world, FilePath pluginFolder) {
 // ends.
 World realWorld();
 
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -7,7 +7,7 @@
 
 #include "system/files.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // Nothing more is written after the first failure. What comes last is written by finish().
 class BufferedFile {
@@ -46,4 +46,4 @@ class BufferedFile {
   std::unique_ptr<char[]> buffer_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

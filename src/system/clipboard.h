@@ -6,7 +6,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // The clipboard while it is ours; closed with this object. Meant to be short-lived: nobody else can use it meanwhile.
 class ClipboardAccess {
@@ -27,4 +27,4 @@ class Clipboard {
   virtual std::unique_ptr<ClipboardAccess> open() = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

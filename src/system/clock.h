@@ -3,7 +3,7 @@
 
 #include <chrono>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // Fields of the local time as people write them: month and day count from 1.
 struct LocalTime {
@@ -25,4 +25,4 @@ class Clock {
   virtual void sleep(std::chrono::milliseconds duration) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 unsigned byteAt(std::string_view text, std::size_t index) {
@@ -76,4 +76,4 @@ bool isUtf8WithThreeByteSequence(std::string_view text) {
   return scanUtf8(text).threeBytes;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // The code page that the process began with, and its conversions by the operating system. Bytes that are no text of the
 // source encoding give replacement characters, never a failure. Usable from any thread.
@@ -40,4 +40,4 @@ bool isValidUtf8(std::string_view text);
 // Well-formed UTF-8 that holds at least one three-byte sequence: a text of the code page is practically never both.
 bool isUtf8WithThreeByteSequence(std::string_view text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

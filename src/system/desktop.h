@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 struct ScreenPoint {
   int x = 0;
@@ -33,4 +33,4 @@ class Desktop {
   virtual std::optional<std::size_t> choose(const std::vector<std::string>& texts) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

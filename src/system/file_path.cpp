@@ -1,6 +1,6 @@
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 FilePath FilePath::fromUtf8(std::string_view text) {
   return FilePath(std::string(text.substr(0, text.find('\0'))));
@@ -14,4 +14,4 @@ FilePath FilePath::folder() const {
   return FilePath(utf8_.substr(0, utf8_.rfind('\\')));
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

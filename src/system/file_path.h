@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // The true name of a file or folder, in UTF-8: it says the same whatever the system's code page can name. No byte of a
 // longer sequence looks like a separator, so that plain text operations are safe on it. Texts from outside become one
@@ -32,4 +32,4 @@ class FilePath {
   std::string utf8_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

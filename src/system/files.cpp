@@ -1,6 +1,6 @@
 #include "system/files.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 bool Files::isFolder(const FilePath& path) {
   const std::uint32_t found = attributes(path);
@@ -39,4 +39,4 @@ std::string withDosLineEnds(std::string_view text) {
   return lines;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

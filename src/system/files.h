@@ -12,7 +12,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // An open file that is written. Closes itself.
 class OutputFile {
@@ -89,4 +89,4 @@ class Files {
 // Windows' text mode: "\n" becomes "\r\n".
 std::string withDosLineEnds(std::string_view text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

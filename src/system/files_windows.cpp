@@ -6,7 +6,7 @@
 #include "system/handle_windows.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
@@ -172,4 +172,4 @@ std::unique_ptr<Files> windowsFiles() {
   return std::make_unique<WindowsFiles>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 template <class Trait>
 class Owned {
@@ -67,4 +67,4 @@ using KernelHandle = Owned<KernelTrait>;
 using FileHandle = Owned<FileTrait>;
 using FindHandle = Owned<FindTrait>;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

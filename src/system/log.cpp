@@ -10,7 +10,7 @@
 #include "system/code_page.h"
 #include "system/files.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 constexpr std::size_t formattedBytes = 4096;  // with the terminating NUL
@@ -107,4 +107,4 @@ void Logs::resetTraffic() const {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -13,7 +13,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 class Clock;
 class CodePage;
@@ -61,4 +61,4 @@ class Logs {
   FilePath logDirectory_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

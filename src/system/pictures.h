@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // Edges in hundredths of a millimetre, as a metafile's header gives them; any of them may be the larger one.
 struct PictureFrame {
@@ -54,4 +54,4 @@ class Pictures {
   virtual std::unique_ptr<Metafile> openMetafile(std::string_view bytes) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

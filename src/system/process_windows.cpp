@@ -11,7 +11,7 @@
 #include "system/handle_windows.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 constexpr std::size_t modulePathBytes = 99;
@@ -82,4 +82,4 @@ void pinModule() {
   GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, &addressInModule, &module);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

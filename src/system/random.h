@@ -4,7 +4,7 @@
 #include <chrono>
 #include <random>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 class RandomNumbers {
  public:
@@ -23,4 +23,4 @@ class TimeSeededNumbers final : public RandomNumbers {
       static_cast<std::minstd_rand::result_type>(std::chrono::system_clock::now().time_since_epoch().count())};
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

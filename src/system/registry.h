@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 enum class RegistryRoot { localMachine, currentUser };
 
@@ -29,4 +29,4 @@ class Registry {
   virtual std::optional<std::string> text(const RegistryPath& path, const std::string& name) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -5,7 +5,7 @@
 #include "system/handle_windows.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 struct RegistryKeyTrait {
@@ -73,4 +73,4 @@ std::unique_ptr<Registry> windowsRegistry() {
   return std::make_unique<WindowsRegistry>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

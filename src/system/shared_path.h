@@ -6,7 +6,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // Every access is guarded; no reference into it leaves.
 class SharedPath {
@@ -40,4 +40,4 @@ class HostExecutable : public SharedPath {
   using SharedPath::SharedPath;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // Usable from any thread; one socket is written and read by one thread at a time, `shutDown` may come from another.
 class Sockets {
@@ -35,4 +35,4 @@ class Sockets {
   virtual int lastErrorNumber() = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

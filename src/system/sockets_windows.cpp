@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 class WindowsSockets final : public Sockets {
@@ -63,4 +63,4 @@ std::unique_ptr<Sockets> windowsSockets() {
   return std::make_unique<WindowsSockets>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

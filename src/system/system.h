@@ -11,7 +11,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // A globally unique identifier in its four fields.
 struct Guid {
@@ -65,4 +65,4 @@ class StandardOutput {
   virtual void print(std::string_view text) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

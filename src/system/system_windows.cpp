@@ -12,7 +12,7 @@
 #include "system/handle_windows.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 // Win32 mutexes let their own thread in again.
@@ -117,4 +117,4 @@ std::unique_ptr<StandardOutput> windowsOutput() {
   return std::make_unique<WindowsStandardOutput>();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -12,7 +12,7 @@
 #include "system/sockets.h"
 #include "system/system.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 std::unique_ptr<Clock> windowsClock();
 std::unique_ptr<CodePage> windowsCodePage();
@@ -35,4 +35,4 @@ void pinModule();
 // its thread in silence: it must not reach the system's code.
 void startDetachedThread(std::function<void()> body);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

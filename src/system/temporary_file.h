@@ -5,7 +5,7 @@
 
 #include "system/files.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 class TemporaryFile {
  public:
@@ -32,4 +32,4 @@ class TemporaryFile {
   bool kept_ = false;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

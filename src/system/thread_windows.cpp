@@ -4,7 +4,7 @@
 
 #include "system/handle_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 using Body = std::function<void()>;
@@ -29,4 +29,4 @@ void startDetachedThread(Body body) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 enum class MessageIcon { none, information };
 
@@ -15,4 +15,4 @@ class UserMessages {
   virtual void show(std::u8string_view text, MessageIcon icon) = 0;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -5,7 +5,7 @@
 #include "system/system.h"
 #include "system/temporary_file.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 enum class Written { whole, partly, notBegun };
@@ -51,4 +51,4 @@ bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, Wh
   return whenHeld == WhenHeld::writeInPlace && canCostNothing && write(files, path, content) == Written::whole;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -5,7 +5,7 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 class Files;
 class OutputFile;
@@ -23,4 +23,4 @@ using WriteContent = std::function<bool(OutputFile&)>;
 bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
                     const WriteContent& write);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

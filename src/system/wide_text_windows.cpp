@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 std::wstring toWide(std::string_view text, unsigned codePage) {
   const int size = static_cast<int>(text.size());
@@ -33,4 +33,4 @@ std::optional<std::string> nameFromWide(std::wstring_view wide, unsigned codePag
   return replaced == FALSE ? std::optional(text) : std::nullopt;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

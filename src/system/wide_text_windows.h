@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 
 // `codePage` as Windows numbers it: CP_ACP for the host's, CP_UTF8. What is no text of it gives replacement
 // characters.
@@ -17,4 +17,4 @@ std::string fromWide(std::wstring_view wide, unsigned codePage);
 // `nullopt` if the code page lacks a character.
 std::optional<std::string> nameFromWide(std::wstring_view wide, unsigned codePage);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

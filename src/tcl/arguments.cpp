@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 namespace {
 
 std::string_view textOf(Tcl_Obj* object) {
@@ -75,4 +75,4 @@ Tcl_Obj* Arguments::object(int position) const {
   return position >= 0 && position < count_ ? objects_[position] : nullptr;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

@@ -10,7 +10,7 @@
 
 struct Tcl_Obj;
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 // The elements of one list as it was when this object was made. A message box or an evaluation may run the host's event
 // loop, and that may rewrite the list, read it as something else (which frees Tcl's own array of elements) or unset the
@@ -66,4 +66,4 @@ class Arguments {
   Tcl_Obj* const* objects_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

@@ -5,7 +5,7 @@
 
 #include "tcl/arguments.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 class ScriptHost;
 
@@ -24,4 +24,4 @@ struct CommandResult {
   int status = commandDone;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

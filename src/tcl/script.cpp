@@ -1,6 +1,6 @@
 #include "tcl/script.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 namespace {
 
 // Characters that separate words, by Tcl's own table (tclParse.c's rule: space, tab, vertical tab, form feed, CR).
@@ -125,4 +125,4 @@ void Script::appendBare(std::string_view value, Spaces spaces) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 // The plug-in's own text, in the code page of the sources. Known when compiling: what is known only later is a value.
 // One that leaves a brace or a quote open, ends in a backslash, or ends where a command begins does not compile: a
@@ -86,4 +86,4 @@ class Script {
   bool wordStart_ = true;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

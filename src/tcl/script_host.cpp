@@ -1,6 +1,6 @@
 #include "tcl/script_host.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 Evaluation ScriptHost::evaluateJoined(const Script& joined, const Script& separated) {
   Evaluation first = evaluate(joined);
@@ -18,4 +18,4 @@ bool ScriptHost::isOldHost() {
   return version.text == "16.3" || version.text == "16.5";
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

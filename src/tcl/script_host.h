@@ -8,7 +8,7 @@
 
 #include "tcl/script.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 struct Evaluation {
   bool ok = false;   // Tcl's own status was TCL_OK
@@ -36,4 +36,4 @@ class ScriptHost {
   bool isOldHost();
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

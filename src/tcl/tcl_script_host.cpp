@@ -2,7 +2,7 @@
 
 #include <tcl.h>
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 TclScriptHost::TclScriptHost(Tcl_Interp* interp) : interp_(interp) {
   Tcl_Preserve(interp_);
@@ -33,4 +33,4 @@ std::optional<std::vector<std::string>> TclScriptHost::splitList(const std::stri
   return std::vector<std::string>(elements, elements + count);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

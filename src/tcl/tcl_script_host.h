@@ -5,7 +5,7 @@
 
 struct Tcl_Interp;
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 
 // Keeps the interpreter's memory alive while it exists, also when a script deletes the interpreter.
 class TclScriptHost final : public ScriptHost {
@@ -22,4 +22,4 @@ class TclScriptHost final : public ScriptHost {
   Tcl_Interp* interp_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

@@ -5,7 +5,7 @@
 #include "system/user_messages.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 std::string_view upToNul(std::string_view text) {
@@ -78,4 +78,4 @@ std::string TextConverter::doubledBackslashes(std::string_view packetPath) const
                                                  : replaceInCodePage(packetPath, '\\', "\\\\");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -8,9 +8,11 @@
 #include "system/code_page.h"
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class UserMessages;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline text {
 
 // The conversions as the plug-in uses them. Results end at the first NUL byte of the text.
 class TextConverter {
@@ -54,4 +56,4 @@ class TextConverter {
   UserMessages& messages_;
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

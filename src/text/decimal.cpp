@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 constexpr std::int64_t unitsOfOne = 1'000'000;
@@ -139,4 +139,4 @@ std::pair<std::string_view, std::string_view> firstNumber(std::string_view text)
   return {text.substr(0, end), text.substr(end)};
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 // Six places behind the point; what is larger than nine million millions saturates.
 class Decimal {
@@ -36,4 +36,4 @@ class Decimal {
 // The first number of a text, an exponent included, and what follows it. A sign and a point alone are none.
 std::pair<std::string_view, std::string_view> firstNumber(std::string_view text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -5,7 +5,7 @@
 
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 struct Marker {
@@ -61,4 +61,4 @@ std::string plainFileName(std::string_view name) {
   return (isDevice(name) ? "_" : "") + replaceAll(name, ":", "-");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

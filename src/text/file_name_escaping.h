@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 // Replaces each of \ / : * ? " < > | by its marker, for example ":" by "[;maohao;]"; the companion replaces the markers
 // back. UTF-8.
@@ -14,4 +14,4 @@ std::string escapedFileName(std::string_view name);
 // "_" in front, and ":", behind which another name for the same file would begin, becomes "-". UTF-8.
 std::string plainFileName(std::string_view name);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <new>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 // Parsing writes the library's global error slot; two threads parse.
@@ -198,4 +198,4 @@ std::string Json::printUnformatted() const {
   return takePrinted(cJSON_PrintUnformatted(node_.get()));
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

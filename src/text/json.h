@@ -14,7 +14,7 @@
 
 struct cJSON;
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 // Reads a node that somebody else owns; valid as long as its document. A view of nothing answers "no" to everything.
 class JsonView {
@@ -109,4 +109,4 @@ struct Json::Parsed {
   std::string errorRest;  // then: the text from the place where parsing stopped
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

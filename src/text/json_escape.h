@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 constexpr std::size_t longestJsonEscape = 6;  // bytes that one becomes at most
 
@@ -80,4 +80,4 @@ inline char* putInJson(char* to, std::string_view text) {
   return to;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

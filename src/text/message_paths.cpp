@@ -7,7 +7,7 @@
 #include "text/code_page.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 std::string MessagePaths::of(const FilePath& path) const {
   if (const auto name = text_.nameInCodePage(path)) {
@@ -68,4 +68,4 @@ bool MessagePaths::keepName(const std::string& hostPath, const std::string& name
   return otherNames_.insert_or_assign(hostPath, name).second;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -8,10 +8,13 @@
 
 #include "system/file_path.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Files;
 class Logs;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline text {
+
 class TextConverter;
 
 // Usable from any thread.
@@ -49,4 +52,4 @@ struct PreviewPicture {
   std::string path;  // as a message names it; empty when there is none
 };
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

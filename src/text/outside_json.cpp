@@ -4,7 +4,7 @@
 
 #include "system/log.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 struct StringScan {
@@ -80,4 +80,4 @@ Json parseOutsideJson(const std::string& text, const Logs& logs) {
   return isWithinBounds(text, logs) ? Json::parse(text).document : Json();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -8,9 +8,11 @@
 
 #include "text/json.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class Logs;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline text {
 
 // Bounds of a text from outside. At them parsing takes less than a gigabyte and one second (`./dev bench` measures it).
 constexpr std::size_t longestOutsideJson = std::size_t{32} << 20U;  // bytes
@@ -29,4 +31,4 @@ bool isWithinBounds(std::string_view text, const Logs& logs);
 // The document, empty when the text is beyond the bounds (and the traffic log says so) or no JSON.
 Json parseOutsideJson(const std::string& text, const Logs& logs);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

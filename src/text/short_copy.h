@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 
 // Reads nothing behind the text.
 inline char* copyShort(char* to, std::string_view text) {
@@ -41,4 +41,4 @@ inline char* copySteps(char* to, const char* from, std::size_t size) {
   return to + size;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -7,7 +7,7 @@
 
 #include "system/system.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 unsigned byteAt(std::string_view text, std::size_t index) {
@@ -140,4 +140,4 @@ std::string guidText(GuidSource& source) {
   return buffer.data();
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -8,9 +8,11 @@
 
 #include "system/code_page.h"  // the checks that the logs need too
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class GuidSource;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline text {
 
 // "Looks like UTF-8 Chinese": the first byte in E4..E9 (lead bytes of the common Chinese characters in UTF-8) is
 // followed by two continuation bytes and at least one byte more. A text that ends with its only such character does
@@ -43,4 +45,4 @@ std::optional<std::string> extensionOf(std::string_view path);
 // example 1B4E28BA-2FA1-11d2-883F-0016D3CCA427. Empty when the system gives none.
 std::string guidText(GuidSource& source);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -4,7 +4,7 @@
 #include "tcl/script_host.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::views {
 
 Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text) {
   return doneOrFailure(host, text, Script("ReplaceRefAndValue"));
@@ -37,4 +37,4 @@ Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConver
   return host.evaluate(script).ok ? Outcome::success() : Outcome::failed("exec error");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::views

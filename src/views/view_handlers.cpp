@@ -1,12 +1,11 @@
 #include "views/view_handlers.h"
 
 #include "dispatch/script_values.h"
-#include "system/shared_path.h"
 #include "tcl/script_host.h"
 #include "text/code_page.h"
 #include "text/message_paths.h"
 
-namespace vernoxa {
+namespace vernoxa::views {
 namespace {
 
 using Parts = std::vector<std::string>;
@@ -34,19 +33,6 @@ Outcome placeWith(Start procedure, const Request& request, ScriptHost& host, con
   Json data = Json::object();
   data.add("ErrInfo", answer == "1" ? std::string() : text.messageText(answer));
   return Outcome::success(std::move(data));
-}
-
-Outcome exportDrawing(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                      const MessagePaths& paths) {
-  const Evaluation answer = host.evaluateJoined("convertToSVG", projectPath(request, text));
-  if (!answer.ok || answer.text.empty()) {
-    return Outcome::failed(text.messageText(answer.text));
-  }
-  const std::string folder = paths.of(project.get() / "Cache" / "Output");
-  Json data = Json::object();
-  data.add("SVGPath", folder);
-  data.add("PreviewPic", folder + "\\Preview.bmp");
-  return Outcome::success(std::move(data), "");
 }
 
 }  // namespace
@@ -90,13 +76,4 @@ Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const Text
   return placeWith("KX_PlaceWireOffPage", request, host, text);
 }
 
-Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                  const MessagePaths& paths) {
-  try {
-    return exportDrawing(request, host, text, project, paths);
-  } catch (...) {
-    return Outcome::refused(Failure::inBox(u8"处理失败"));
-  }
-}
-
-}  // namespace vernoxa
+}  // namespace vernoxa::views

@@ -1,23 +1,24 @@
-// The handlers of the companion's requests about pages, properties, drawings and ports, and about reference
+// The handlers of the companion's requests about pages, properties and ports, and about reference
 // designators, values and jumps.
 #pragma once
 
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
-namespace vernoxa {
-
-class MessagePaths;
-class ProjectFolder;
+namespace vernoxa::inline tcl {
 class ScriptHost;
+}  // namespace vernoxa::inline tcl
+namespace vernoxa::inline text {
+class MessagePaths;
 class TextConverter;
+}  // namespace vernoxa::inline text
+
+namespace vernoxa::views {
 
 Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& text, MessagePaths& paths);
 Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                  const MessagePaths& paths);
 
 // in reference_handlers.cpp
 Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text);
@@ -25,4 +26,4 @@ Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter&
 Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& text);
 Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& text);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::views

@@ -4,7 +4,7 @@
 #include "system/system.h"
 #include "text/outside_json.h"
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 
 Result<Json> parseMessage(const std::string& message) {
   const std::string_view refusal = outsideJsonRefusal(message);
@@ -46,4 +46,4 @@ void say(const Failure& failure, LogWriter& log, StandardOutput& output) {
   }
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

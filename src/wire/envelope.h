@@ -10,10 +10,12 @@
 #include "text/json.h"
 #include "wire/failure.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class LogWriter;
 class StandardOutput;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline wire {
 
 inline constexpr std::string_view replySuffix = "_EndResult";
 
@@ -40,4 +42,4 @@ std::string errorReply(std::string_view errorText, std::string_view command);
 // Says a failure that belongs into the log or on the standard output; all others are not for the caller to say.
 void say(const Failure& failure, LogWriter& log, StandardOutput& output);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

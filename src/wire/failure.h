@@ -5,7 +5,7 @@
 #include <string_view>
 #include <variant>
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 
 // Why a step gave no value, and where that is to be said. The step itself says nothing.
 struct Failure {
@@ -28,4 +28,4 @@ struct Failure {
 template <class Value>
 using Result = std::variant<Value, Failure>;
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

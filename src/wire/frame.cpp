@@ -1,6 +1,6 @@
 #include "wire/frame.h"
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 
 FrameHeader frameHeaderFor(std::size_t payloadBytes) {
   FrameHeader header{};
@@ -18,4 +18,4 @@ std::uint32_t payloadBytesOf(const FrameHeader& header) {
   return length;
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 
 constexpr std::size_t frameHeaderBytes = 4;
 constexpr std::size_t framePieceBytes = 4000;  // largest piece that is sent or received at once
@@ -22,4 +22,4 @@ constexpr std::uint16_t countedBytes(std::uint32_t payloadBytes) {
   return static_cast<std::uint16_t>(payloadBytes);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

@@ -6,7 +6,7 @@
 
 #include "system/log.h"
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 namespace {
 
 constexpr std::string_view digits = "0123456789abcdef";
@@ -83,4 +83,4 @@ Result<std::string> decodePacket(std::string_view packetText, LogWriter& log) {
   return Failure::inBox(u8"接收的数据异常");
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

@@ -6,9 +6,11 @@
 
 #include "wire/failure.h"
 
-namespace vernoxa {
-
+namespace vernoxa::inline system {
 class LogWriter;
+}  // namespace vernoxa::inline system
+
+namespace vernoxa::inline wire {
 
 struct DecodedPacket {
   std::string message;  // what was decoded before the first fault
@@ -25,4 +27,4 @@ DecodedPacket messageOf(std::string_view packetText);
 Result<std::string> encodePacket(std::string_view message, LogWriter& log);
 Result<std::string> decodePacket(std::string_view packetText, LogWriter& log);
 
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

@@ -7,14 +7,14 @@
 #include "system/fake_world.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::bom {
 namespace {
 
 using testing::ElementsAre;
 
 class BomCommands : public testing::Test {
  protected:
-  CommandResult invoke(CommandResult (*command)(CommandCall&, Session&), const Words& words) {
+  CommandResult invoke(CommandResult (*command)(CommandCall&, plugin::Session&), const Words& words) {
     with_.fake.messages.forget();
     const TclWords held(words);
     const Arguments arguments = held.arguments();
@@ -48,13 +48,13 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
       {"1;a;R1;RES;0603;2 {", "", 0},                              // no list
   };
   const struct {
-    CommandResult (*command)(CommandCall&, Session&);
+    CommandResult (*command)(CommandCall&, plugin::Session&);
     const char* name;
     const char* member;
     const char* box;
   } commands[] = {
-      {run<sendAddToBom>, "AddToBom", "Stick", "??BOM??"},
-      {run<sendRemoveFromBom>, "RemoveFromBom", "NotStick", "?BOM?????"},
+      {plugin::run<sendAddToBom>, "AddToBom", "Stick", "??BOM??"},
+      {plugin::run<sendRemoveFromBom>, "RemoveFromBom", "NotStick", "?BOM?????"},
   };
   for (const auto& command : commands) {
     for (const auto& each : cases) {
@@ -70,11 +70,11 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
 }
 
 TEST_F(BomCommands, TheCompanionIsAskedToRefreshAtOnce) {
-  EXPECT_EQ(invoke(run<tryUpdateBom>, {"tryUpdateBom"}).text, "");
+  EXPECT_EQ(invoke(plugin::run<tryUpdateBom>, {"tryUpdateBom"}).text, "");
   EXPECT_THAT(host_.scripts,
               ElementsAre("sendPacketGlobalHandle \"" + packetTextOf(R"({"Command":"TryUpdateBom"})") + "\""));
-  EXPECT_EQ(invoke(run<selectAddOrRemoveFromBom>, {"selectAddOrRemoveFromBom"}).text, "1");
+  EXPECT_EQ(invoke(plugin::run<selectAddOrRemoveFromBom>, {"selectAddOrRemoveFromBom"}).text, "1");
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

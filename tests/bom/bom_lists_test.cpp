@@ -8,7 +8,7 @@
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::bom {
 namespace {
 
 using testing::ElementsAre;
@@ -90,8 +90,8 @@ TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
     host_.answer(notFitted, std::string(where) == "conversion" ? utf8(u8"3;电阻;R3;N;F;2") : "3;c;R3;N;F;2");
     with_.fake.codePage.throwing = std::string(where) == "conversion";
     with_.fake.messages.forget();
-    const std::string reply =
-        with_.replyTo(companionEndpoint(), R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_);
+    const std::string reply = with_.replyTo(plugin::companionEndpoint(),
+                                            R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_);
     EXPECT_THAT(with_.fake.messages.shown(), ElementsAre("BOM读取出错")) << where;
     const Json read = Json::parse(reply).document;
     EXPECT_EQ(read.member("Result").text(), "0") << where;
@@ -102,4 +102,4 @@ TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::bom

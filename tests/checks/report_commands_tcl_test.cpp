@@ -7,10 +7,10 @@
 #include "system/fake_world.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::checks {
 namespace {
 
-using Command = CommandResult (*)(CommandCall&, Session&);
+using Command = CommandResult (*)(CommandCall&, plugin::Session&);
 
 class ReportCommands : public testing::Test {
  protected:
@@ -53,37 +53,37 @@ TEST_F(ReportCommands, FindingBecomesOneMessage) {
     Words arguments;
     std::string expected;
   } cases[] = {
-      {run<sendRefRepetition>,
+      {plugin::run<sendRefRepetition>,
        {"NoRefNum", "R?", "-", "S", "P", "1", "2"},
        finding("1001", "R?", "R?器件未编号", "1 2", "P", "S")},
-      {run<sendRefRepetition>,
+      {plugin::run<sendRefRepetition>,
        {"RefRepe", "R1", "R1B", "S", "P", "1", "2"},
        finding("1001", "R1B", "R1位号重名", "1 2", "P", "S")},
-      {run<sendIllegalChar>,
+      {plugin::run<sendIllegalChar>,
        {"Value", "1\"k", "S", "P", "-5", ""},
        finding("1002", "1\"k", "Value属性包含非法字符", "-5 ", "P", "S")},
-      {run<sendPinNc>,
+      {plugin::run<sendPinNc>,
        {"U3", "7", "S", "A\\B", "10", "20"},
        finding("1003", "U3.7", "引脚未连接", "10 20", "A[;fanxiegan;]B", "S")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"NoFootprint", "R1", "x", page, page, "", ""},
        finding("1004", "R1", "R1器件无封装", " ", "页", "页")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"FootprintDiff", "R1", "x", longPage + "x", longPage + "\\1", "", ""},
        finding("1004", "R1", "R1器件存在多个封装", " ", longPage + "[;fanxiegan;]1", longPage + "x")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"NoPinNumber", "U1", "A", "S", utf8(u8"乗"), "", ""},
        finding("1004", "U1.A", "U1引脚未编号", " ", "乗", "S")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"RepePinName", "U1", "A", "S", "P", "", ""},
        finding("1004", "U1.A", "U1引脚名重复", " ", "P", "S")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"RepePinNum", "U1", "3", "S", "P", "", ""},
        finding("1004", "U1.3", "U1引脚编号重复", " ", "P", "S")},
-      {run<sendNetlist>,
+      {plugin::run<sendNetlist>,
        {"ValueDiff", "R1", "10k", "S", "P", "", ""},
        finding("1004", "R1(10k)", "R1同一器件Value值不同", " ", "P", "S")},
-      {run<sendPinNc>, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
+      {plugin::run<sendPinNc>, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, each.arguments), std::vector{each.expected});
@@ -94,16 +94,16 @@ TEST_F(ReportCommands, CallWithoutFindingEndsItsCheck) {
   const struct {
     Command command;
     const char* id;
-  } cases[] = {{run<sendRefRepetition>, "1001"},
-               {run<sendIllegalChar>, "1002"},
-               {run<sendPinNc>, "1003"},
-               {run<sendNetlist>, "1004"}};
+  } cases[] = {{plugin::run<sendRefRepetition>, "1001"},
+               {plugin::run<sendIllegalChar>, "1002"},
+               {plugin::run<sendPinNc>, "1003"},
+               {plugin::run<sendNetlist>, "1004"}};
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, {}), std::vector{std::string(R"({"Command":"DsnCheck_EndResult","Data":{"id":")") +
                                                   each.id + R"("},"Result":"0","ErrInfo":""})"});
   }
   for (const char* kind : {"", "norefnum", "NoRefNum ", "ValueDiff"}) {
-    EXPECT_TRUE(sent(run<sendRefRepetition>, {kind, "R1", "", "S", "P", "1", "2"}).empty()) << kind;
+    EXPECT_TRUE(sent(plugin::run<sendRefRepetition>, {kind, "R1", "", "S", "P", "1", "2"}).empty()) << kind;
   }
 }
 
@@ -114,40 +114,40 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
     std::string list;
     std::string expected;
   } cases[] = {
-      {run<sendDsnPackageInfo>, "",
+      {plugin::run<sendDsnPackageInfo>, "",
        R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
-      {run<sendDsnPackageInfo>, "{Name U1} {Value 10k} {short} {ID 7} {Path C:\\\\a} {Reference R1}",
+      {plugin::run<sendDsnPackageInfo>, "{Name U1} {Value 10k} {short} {ID 7} {Path C:\\\\a} {Reference R1}",
        R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Value":"10k","Path":"C:\\a",}]}})"},
-      {run<sendOlbPackageInfo>, "{Lib C:\\\\lib\\\\a.olb} {ID 7} {Designator A extra}",
+      {plugin::run<sendOlbPackageInfo>, "{Lib C:\\\\lib\\\\a.olb} {ID 7} {Designator A extra}",
        R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\\lib\\a.olb","ID":"7",)"
        R"("Designator":"A"}]}})"},
-      {run<sendOlbObjectPackageInfo>,
+      {plugin::run<sendOlbObjectPackageInfo>,
        "{Lib C:\\\\lib\\\\a.olb} {{Part Reference} R} {" + utf8(u8"名") + " " + utf8(u8"贴片电阻") + "}",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")" +
            resistor + R"("}]}})"},
-      {run<sendDsnPackageInfo>,
+      {plugin::run<sendDsnPackageInfo>,
        "{Name x} {ID x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} {Reference x} "
        "{Designator x} {{Part Reference} x} {{Pin Names Rotate} x}",
        R"({"Command":"GetDsnAllPackageInfo_EndResult","Result":"0","Data":{"item":[{"Pin Names Rotate":"x"}]}})"},
-      {run<sendOlbPackageInfo>,
+      {plugin::run<sendOlbPackageInfo>,
        "{Name x} {{Pin Numbers Visible} x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} "
        "{{Pin Names Visible} x} {{Pin Names Rotate} x} {{Part Reference} x} {Reference x}",
        R"({"Command":"GetOlbAllPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
-      {run<sendOlbObjectPackageInfo>, "{broken",
+      {plugin::run<sendOlbObjectPackageInfo>, "{broken",
        R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{}]}})"},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, {each.list}), std::vector{each.expected}) << each.list;
   }
-  EXPECT_EQ(sent(run<sendDsnPackageInfo>, {}), sent(run<sendDsnPackageInfo>, {""}));
+  EXPECT_EQ(sent(plugin::run<sendDsnPackageInfo>, {}), sent(plugin::run<sendDsnPackageInfo>, {""}));
 }
 
 TEST_F(ReportCommands, AnswerOfTheSenderIsLogged) {
   with_.enableTraffic();
   host_.answer("sendPacketGlobalHandle", "no connection", false);
-  sent(run<sendPinNc>, {});
+  sent(plugin::run<sendPinNc>, {});
   EXPECT_TRUE(with_.traffic().ends_with("sendPacketGlobalHandle \"no connection\"")) << with_.traffic();
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::checks

@@ -9,14 +9,14 @@
 #include "text/text.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 using testing::IsEmpty;
 
 class FileStatusCommandsTest : public testing::Test, protected FakeSession {
  protected:
-  using Command = CommandResult (*)(CommandCall&, Session&);
+  using Command = CommandResult (*)(CommandCall&, plugin::Session&);
 
   FileStatusCommandsTest() { hostExecutable.set(pathOf("D:\\Capture.exe")); }
 
@@ -37,12 +37,13 @@ TEST_F(FileStatusCommandsTest, MessagesInTheirOrder) {
   const std::string start = R"({"Command":"FileStatus","Result":"0","Data":{"Status":")";
   const std::string host = R"(,"Pid":"4242","AllegroPath":"D:\\Capture.exe")";
   host_.answer("getDsnPinCount", "128");
-  EXPECT_EQ(message(run<readOpenPath>, "C:\\a.dsn"),
+  EXPECT_EQ(message(plugin::run<readOpenPath>, "C:\\a.dsn"),
             start + R"(Open","FileName":"C:\\a.dsn")" + host + R"(,"PinCount":"128"}})");
-  EXPECT_EQ(message(run<sendSaveFile>, "C:\\a.dsn"), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
-  EXPECT_EQ(message(run<sendCloseFile>, "C:\\a.dsn"), start + R"(Close","FileName":"C:\\a.dsn"}})");
-  EXPECT_EQ(message(run<sendCloseFile>, utf8(u8"D:\\原理图.dsn")), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
-  EXPECT_EQ(message(run<sendCloseFile>, "D:\\原理图.dsn"), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
+  EXPECT_EQ(message(plugin::run<sendSaveFile>, "C:\\a.dsn"), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, "C:\\a.dsn"), start + R"(Close","FileName":"C:\\a.dsn"}})");
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, utf8(u8"D:\\原理图.dsn")),
+            start + R"(Close","FileName":"D:\\原理图.dsn"}})");
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, "D:\\原理图.dsn"), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
 }
 
 TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExtension) {
@@ -62,14 +63,14 @@ TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExten
   };
   for (const auto& row : rows) {
     host_.scripts.clear();
-    const Json sent = Json::parse(message(run<readOpenPath>, row.path)).document;
+    const Json sent = Json::parse(message(plugin::run<readOpenPath>, row.path)).document;
     EXPECT_EQ(host_.scripts, row.scripts) << row.path;
     EXPECT_EQ(sent.member("Data").member("PinCount").text(), "") << row.path;
   }
 }
 
 TEST_F(FileStatusCommandsTest, EmptyPathGivesNoMessage) {
-  for (const Command command : {run<readOpenPath>, run<sendSaveFile>, run<sendCloseFile>}) {
+  for (const Command command : {plugin::run<readOpenPath>, plugin::run<sendSaveFile>, plugin::run<sendCloseFile>}) {
     for (const Words& words : {Words{"command"}, Words{"command", ""}}) {
       const CommandResult result = call(command, words);
       EXPECT_EQ(result.text, "");
@@ -86,20 +87,21 @@ TEST_F(FileStatusCommandsTest, TrafficLog) {
     const std::string packet = call(command, {"command", "a"}).text;
     return replaceAll(replaceAll(traffic(), packet, "PACKET"), messageOf(packet).message, "MESSAGE");
   };
-  EXPECT_EQ(logged(run<readOpenPath>), "5962\nReadOpenPath1111111111\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
-  EXPECT_EQ(logged(run<sendSaveFile>), "return data:MESSAGE\nPACKET\nTcl_SetResult");
-  EXPECT_EQ(logged(run<sendCloseFile>), "6073 Close\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
+  EXPECT_EQ(logged(plugin::run<readOpenPath>),
+            "5962\nReadOpenPath1111111111\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
+  EXPECT_EQ(logged(plugin::run<sendSaveFile>), "return data:MESSAGE\nPACKET\nTcl_SetResult");
+  EXPECT_EQ(logged(plugin::run<sendCloseFile>), "6073 Close\nreturn data:MESSAGE\nPACKET\nTcl_SetResult");
 }
 
 TEST_F(FileStatusCommandsTest, CountAndBreak) {
-  EXPECT_EQ(call(run<getOpenFileCount>, {"command"}).text, "0");
+  EXPECT_EQ(call(plugin::run<getOpenFileCount>, {"command"}).text, "0");
   host_.answer("InitPath", "a.dsn;b.dsn");
-  replyTo(linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_);
-  EXPECT_EQ(call(run<getOpenFileCount>, {"command", "ignored"}).text, "2");
+  replyTo(plugin::linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_);
+  EXPECT_EQ(call(plugin::run<getOpenFileCount>, {"command", "ignored"}).text, "2");
   companionLink.setClientCreated(true);
-  EXPECT_EQ(call(run<serverLinkBreak>, {"command"}).text, "");
+  EXPECT_EQ(call(plugin::run<serverLinkBreak>, {"command"}).text, "");
   EXPECT_FALSE(companionLink.clientCreated());
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

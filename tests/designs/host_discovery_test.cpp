@@ -5,7 +5,7 @@
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 using testing::ElementsAre;
@@ -125,4 +125,4 @@ TEST_F(HostDiscovery, AnExceptionGoesToTheCrashLogAndLeavesTheStateAsItWas) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

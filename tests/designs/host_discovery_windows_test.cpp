@@ -11,7 +11,7 @@
 #include "system/log.h"
 #include "system/registry.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 using testing::ElementsAre;
@@ -70,11 +70,11 @@ class RealRegistry : public testing::Test {
     return path + name + std::to_string(GetCurrentProcessId());
   }
   std::string find(const std::string& hostVersion) {
-    const Logs logs(crashLogsOf(world, pathOf(temporary("nowhere"))));
+    const Logs logs(plugin::crashLogsOf(world, pathOf(temporary("nowhere"))));
     return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
   }
 
-  World world = realWorld();
+  plugin::World world = plugin::realWorld();
 
  private:
   std::vector<std::string> entries_;
@@ -152,4 +152,4 @@ TEST_F(RealRegistry, NamesTheKeysBelowUpToTheFirstThatFitsNoBuffer) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

@@ -7,7 +7,7 @@
 #include "text/text.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::designs {
 namespace {
 
 using testing::ElementsAre;
@@ -16,7 +16,8 @@ using testing::IsEmpty;
 class OpenDesignsTest : public testing::Test, protected FakeSession {
  protected:
   Json run(const std::string& command, const std::string& rest = "") {
-    return Json::parse(replyTo(linkEndpoint(), R"({"Command":")" + command + "\"" + rest + "}", host_)).document;
+    return Json::parse(replyTo(plugin::linkEndpoint(), R"({"Command":")" + command + "\"" + rest + "}", host_))
+        .document;
   }
   // "opened|closed", "-" for a member that is not there, or the failure.
   std::string newPaths() {
@@ -262,4 +263,4 @@ TEST_F(OpenDesignsTest, NetsListNamesItsFile) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::designs

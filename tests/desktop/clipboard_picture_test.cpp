@@ -7,7 +7,7 @@
 #include "support/sample_metafiles.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 using testing::ElementsAre;
@@ -235,4 +235,4 @@ TEST(DialogPlace, GrowsAndCentresWithinTheWorkArea) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

@@ -7,7 +7,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 using testing::ElementsAre;
@@ -16,7 +16,7 @@ using testing::Pair;
 
 class DesktopCommands : public testing::Test {
  protected:
-  using Command = CommandResult (*)(CommandCall&, Session&);
+  using Command = CommandResult (*)(CommandCall&, plugin::Session&);
 
   CommandResult invoke(Command command, const Words& words) {
     const TclWords held(words);
@@ -31,71 +31,22 @@ class DesktopCommands : public testing::Test {
   FakeScriptHost host;
 };
 
-std::optional<std::size_t> takeLast(const std::vector<std::string>& texts) {
-  return texts.empty() ? std::nullopt : std::optional(texts.size() - 1);
-}
-
-TEST_F(DesktopCommands, SelectJumpPartOffersTheSortedCandidatesAndAnswersTheirBytes) {
-  desktop().user = takeLast;
-  const struct {
-    std::string candidates;
-    Words offered;
-    std::string answer;
-  } cases[] = {
-      {"U3;U1;U2", {"U1", "U2", "U3"}, "U3"},
-      {"U1", {"U1"}, "U1"},
-      {";U2;;u1;U10;", {"U10", "U2", "u1"}, "u1"},
-      {utf8(u8"电阻;R1"), {"R1", utf8(u8"电阻")}, utf8(u8"电阻")},
-      {"R1;\xB5\xE7\xD7\xE8",
-       {"R1", utf8(u8"电阻")},
-       "\xB5\xE7\xD7\xE8"},  // shown as what it means, given back as it was
-      {"", {}, ""},
-  };
-  for (const auto& each : cases) {
-    desktop().offered.clear();
-    const CommandResult result = invoke(run<selectJumpPart>, {"SelectJumpPart", each.candidates, "no number"});
-    EXPECT_EQ(result.text, each.answer) << each.candidates;
-    EXPECT_EQ(result.status, commandDone);
-    EXPECT_THAT(desktop().offered, ElementsAre(each.offered));
-  }
-}
-
-TEST_F(DesktopCommands, SelectJumpPartAnswersNothingWithoutAChoiceAndNeedsBothArguments) {
-  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"}).text, "");
-  EXPECT_EQ(desktop().offered.size(), 1U);
-  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2"}).text, "");
-  EXPECT_EQ(invoke(run<selectJumpPart>, {"SelectJumpPart"}).status, commandDone);
-  EXPECT_EQ(desktop().offered.size(), 1U);
-}
-
-TEST_F(DesktopCommands, SelectJumpPartEndsWellAfterAnException) {
-  for (const std::size_t position : {std::size_t{2}, std::size_t{0}}) {
-    desktop().user = [position](const std::vector<std::string>&) {
-      return position == 0 ? throw std::bad_alloc() : std::optional(position);
-    };
-    const CommandResult result = invoke(run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"});
-    EXPECT_EQ(result.text, "");
-    EXPECT_EQ(result.status, commandDone);
-  }
-  EXPECT_EQ(fake.crashes(), "SelectJumpPart\nSelectJumpPart");
-}
-
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
-  EXPECT_EQ(invoke(run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
+  EXPECT_EQ(invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
   fake.fake.clipboard.metafile = sampleMetafiles().front().bytes;
   fake.project.set(pathOf("C:\\项目"));
   fake.fake.files.addFolder("C:\\项目");
-  const CommandResult result = invoke(run<getClipBoardPic>, {"GetClipBoardPic"});
+  const CommandResult result = invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));
   EXPECT_EQ(fake.part<PreviewPicture>().path, "C:\\项目\\Cache\\Output\\Preview.bmp");
   fake.fake.clipboard.metafile.reset();
-  EXPECT_EQ(invoke(run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
+  EXPECT_EQ(invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
   EXPECT_NE(fake.part<PreviewPicture>().path, "");
   EXPECT_EQ(result.status, commandDone);
 }
 
 TEST_F(DesktopCommands, GetMousePositionAnswersBothCoordinates) {
-  EXPECT_EQ(invoke(run<getMousePosition>, {"GetMousePosition"}).text, "640 -20");
+  EXPECT_EQ(invoke(plugin::run<getMousePosition>, {"GetMousePosition"}).text, "640 -20");
 }
 
 TEST_F(DesktopCommands, WriteToClipboardPutsTheTextIntoTheCodePage) {
@@ -111,23 +62,23 @@ TEST_F(DesktopCommands, WriteToClipboardPutsTheTextIntoTheCodePage) {
   };
   for (const auto& each : cases) {
     fake.fake.clipboard.text.reset();
-    EXPECT_EQ(invoke(run<writeToClipboard>, each.words).status, commandDone);
+    EXPECT_EQ(invoke(plugin::run<writeToClipboard>, each.words).status, commandDone);
     EXPECT_EQ(fake.fake.clipboard.text, each.expected);
     EXPECT_EQ(fake.fake.clipboard.openNow, 0);
   }
   fake.fake.clipboard.held = true;
-  const CommandResult refused = invoke(run<writeToClipboard>, {"writeToClipboard", "x"});
+  const CommandResult refused = invoke(plugin::run<writeToClipboard>, {"writeToClipboard", "x"});
   EXPECT_EQ(refused.status, commandError);
   EXPECT_EQ(refused.text, "");
 }
 
 TEST_F(DesktopCommands, KeysGoDownAndUp) {
-  EXPECT_EQ(invoke(run<afterPlace>, {"afterPlace"}).status, commandDone);
+  EXPECT_EQ(invoke(plugin::run<afterPlace>, {"afterPlace"}).status, commandDone);
   EXPECT_THAT(desktop().keys, ElementsAre(Pair(Key::escape, KeyMove::press), Pair(Key::escape, KeyMove::release)));
   EXPECT_THAT(fake.fake.clock.pauses(), IsEmpty());
 
   desktop().keys.clear();
-  EXPECT_EQ(invoke(run<pressEnter>, {"pressEnter"}).status, commandDone);
+  EXPECT_EQ(invoke(plugin::run<pressEnter>, {"pressEnter"}).status, commandDone);
   EXPECT_THAT(desktop().keys, IsEmpty());  // the command is over, the key follows
   ASSERT_EQ(desktop().waiting.size(), 1U);
   desktop().waiting.front()();
@@ -136,4 +87,4 @@ TEST_F(DesktopCommands, KeysGoDownAndUp) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

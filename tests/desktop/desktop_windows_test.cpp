@@ -25,7 +25,7 @@
 #include "system/wide_text_windows.h"
 #include "text/code_page.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 // Red, from a quarter to three quarters of the frame's width and height; millimetres are the frame's.
@@ -144,7 +144,7 @@ void drawTexts(HDC context) {
 
 class RealDesktop : public testing::Test {
  protected:
-  RealDesktop() : logs(crashLogsOf(world, pathOf(folder + "\\bin"))), text(world.codePage, world.messages) {
+  RealDesktop() : logs(plugin::crashLogsOf(world, pathOf(folder + "\\bin"))), text(world.codePage, world.messages) {
     CreateDirectoryA(folder.c_str(), nullptr);
   }
   ~RealDesktop() override {
@@ -161,7 +161,7 @@ class RealDesktop : public testing::Test {
     return std::string(path) + "vernoxa 桌面 " + std::to_string(GetCurrentProcessId());
   }
 
-  World world = realWorld();
+  plugin::World world = plugin::realWorld();
   std::string folder = temporaryFolder();
   Logs logs;
   TextConverter text;
@@ -358,4 +358,4 @@ TEST_F(RealDesktop, HoldsNoMoreHandlesAfterManyCalls) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

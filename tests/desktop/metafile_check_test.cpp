@@ -6,7 +6,7 @@
 #include "desktop/metafile_rows.h"
 #include "support/sample_metafiles.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 using testing::HasSubstr;
@@ -300,4 +300,4 @@ TEST(DrawnExtent, HoldsEveryPointOfARecord) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

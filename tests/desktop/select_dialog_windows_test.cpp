@@ -13,7 +13,7 @@
 #include "support/soak.h"
 #include "system/wide_text_windows.h"
 
-namespace vernoxa {
+namespace vernoxa::desktop {
 namespace {
 
 using testing::ElementsAre;
@@ -257,4 +257,4 @@ TEST(SelectDialogTest, HoldsNoMoreHandlesAfterManyCalls) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::desktop

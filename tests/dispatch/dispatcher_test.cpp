@@ -8,13 +8,13 @@
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::inline dispatch {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-Outcome echo(RequestCall& call, Session&) {
+Outcome echo(RequestCall& call, plugin::Session&) {
   call.host.evaluate(Script("ran ").bare(call.request.command));
   Outcome outcome = Outcome::success();
   outcome.reply->data.add("text", call.request.text("text"));
@@ -22,15 +22,15 @@ Outcome echo(RequestCall& call, Session&) {
   return outcome;
 }
 
-Outcome fail(RequestCall&, Session&) {
+Outcome fail(RequestCall&, plugin::Session&) {
   return Outcome::failed("理由");
 }
 
-Outcome silent(RequestCall&, Session&) {
+Outcome silent(RequestCall&, plugin::Session&) {
   return Outcome::silent();
 }
 
-Outcome throwing(RequestCall&, Session&) {
+Outcome throwing(RequestCall&, plugin::Session&) {
   throw std::runtime_error("handler");
 }
 
@@ -43,16 +43,18 @@ constexpr std::array rows = {
     HandlerRow{"Throw", throwing},
     HandlerRow{"Needs", echo,
                needs(text("text", ""), number("number", ""), textOrNumber("either", ""), texts("array", ""))},
-    HandlerRow{"Stores", echo,
-               needs(optional(text("package", "")).keptBy(storeIn<&PlacementContext::package>),
-                     optional(textOrNumber("PartIndex", "")).keptBy(storeIn<&PlacementContext::PartIndex>),
-                     text("value", "").keptBy(storeIn<&PlacementContext::value>))},
+    HandlerRow{
+        "Stores", echo,
+        needs(optional(text("package", "")).keptBy(plugin::storeIn<&modules::PlacementContext::package>),
+              optional(textOrNumber("PartIndex", "")).keptBy(plugin::storeIn<&modules::PlacementContext::PartIndex>),
+              text("value", "").keptBy(plugin::storeIn<&modules::PlacementContext::value>))},
 };
 
 class DispatcherTest : public testing::Test, protected FakeSession {
  protected:
   // The reply; "refused" for that of the endpoint.
-  std::string run(const std::string& message, const Endpoint& endpoint = {rows, ::vernoxa::run<applyReply>, "no"}) {
+  std::string run(const std::string& message,
+                  const Endpoint& endpoint = {rows, ::vernoxa::plugin::run<designs::applyReply>, "no"}) {
     const std::string reply = replyTo(endpoint, message, host_);
     return reply.starts_with("{\n\t\"ErrInfo\":\t\"") ? "refused" : reply;
   }
@@ -186,7 +188,7 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
     host_.answer("InitPath", each.open);
     EXPECT_EQ(
         run(std::string(R"({"Command":"CheckOpenState","Data":{"ProjectPath":")") + each.wanted + "\"}}",
-            companionEndpoint()),
+            plugin::companionEndpoint()),
         std::string(R"({"Data":{"State":")") + each.state + R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
     EXPECT_THAT(fake.messages.shown(),
                 testing::AllOf(testing::SizeIs(each.boxes), testing::Each("文件一打开路径异常")));
@@ -210,7 +212,7 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
     }
     return false;
   };
-  for (const Endpoint& endpoint : {companionEndpoint(), linkEndpoint()}) {
+  for (const Endpoint& endpoint : {plugin::companionEndpoint(), plugin::linkEndpoint()}) {
     for (const HandlerRow& row : endpoint.rows) {
       for (const Member& spoiled : row.members) {
         for (const std::string& value : values) {
@@ -238,7 +240,7 @@ TEST_F(DispatcherTest, NoRowRunsWithoutWhatItNeeds) {
 TEST_F(DispatcherTest, AnyJsonIsAnswered) {
   const std::string deep = std::string(900, '[') + std::string(900, ']');
   const std::string huge(50000, '\xD6');
-  for (const Endpoint& endpoint : {companionEndpoint(), linkEndpoint()}) {
+  for (const Endpoint& endpoint : {plugin::companionEndpoint(), plugin::linkEndpoint()}) {
     for (const HandlerRow& row : endpoint.rows) {
       for (const std::string& data :
            {std::string("null"), std::string("[]"), std::string("\"ProjectPath\""), deep,
@@ -254,4 +256,4 @@ TEST_F(DispatcherTest, AnyJsonIsAnswered) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline dispatch

@@ -5,7 +5,7 @@ namespace vernoxa {
 
 using namespace row;
 
-Outcome saveAll(RequestCall&, Session&);
+Outcome saveAll(RequestCall&, plugin::Session&);
 
 #if CASE == 0
 constexpr const char* second = "SaveEverything";

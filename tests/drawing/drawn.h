@@ -12,7 +12,7 @@
 #include "system/buffered_file.h"
 #include "text/json.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 
 // A group's elements follow it.
 inline std::string drawn(JsonView elements) {
@@ -83,4 +83,4 @@ inline std::string drawn(Use use, const Record& record) {
   return drawn(elements);
 }
 
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -5,7 +5,7 @@
 
 #include "drawing/drawn.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 struct Case {
@@ -165,4 +165,4 @@ TEST(Elements, MovedLinesAreReckonedInDecimal) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -7,20 +7,20 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 class ExportCommands : public testing::Test {
  protected:
   ExportCommands() {
     fake.files.addFolder("C:\\App\\Cache");
-    startUp(interp.get(), plugIn);
+    plugin::startUp(interp.get(), plugIn);
     interp.define("GetProductVersion", [this](const Words&) {
       interp.evaluate(whenAsked);
       return Evaluation{true, version};
     });
   }
-  ~ExportCommands() override { setActivePlugIn(nullptr); }
+  ~ExportCommands() override { plugin::setActivePlugIn(nullptr); }
 
   std::string run(const std::string& script) {
     const auto answer = interp.evaluate(script);
@@ -34,9 +34,10 @@ class ExportCommands : public testing::Test {
 
   TclInterp interp;
   FakeWorld fake;
-  World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
-                [](std::shared_ptr<LinkThreadParts>) {}};
+  plugin::World world = fake.world();
+  plugin::PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"),
+                        plugin::crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
+                        [](std::shared_ptr<plugin::LinkThreadParts>) {}};
   std::string version = "17.4";
   std::string whenAsked;
 };
@@ -109,4 +110,4 @@ TEST_F(ExportCommands, NamesWithOtherCharacters) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -7,7 +7,7 @@
 #include "text/outside_json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 class GraphicLibraryTest : public testing::Test {
@@ -127,4 +127,4 @@ TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

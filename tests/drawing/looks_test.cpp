@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 struct TableCase {
@@ -97,4 +97,4 @@ TEST(Looks, Pins) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -8,7 +8,7 @@
 #include "text/json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 class PageExportTest : public testing::Test {
@@ -267,4 +267,4 @@ TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

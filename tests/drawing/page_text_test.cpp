@@ -9,7 +9,7 @@
 #include "text/json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 constexpr std::string_view kinds[] = {"Line",    "Part",       "Text",     "Port", "Global", "OffPage",
@@ -81,4 +81,4 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

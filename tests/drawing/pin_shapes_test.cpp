@@ -4,7 +4,7 @@
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
 
-namespace vernoxa {
+namespace vernoxa::drawing {
 namespace {
 
 constexpr const char* style = "|style=stroke:#FF0000;stroke-width:1;fill:none\n";
@@ -62,4 +62,4 @@ TEST(PinShapes, PadStacks) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::drawing

@@ -10,7 +10,7 @@
 #include "text/json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 std::optional<std::string> answerAsHost(const std::string& request) {
@@ -72,4 +72,4 @@ TEST_F(LinkThreadRaceTest, RetiredWhileItWaitsForAReply) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -10,7 +10,7 @@
 #include "system/fake_world.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 using testing::ElementsAre;
@@ -347,4 +347,4 @@ TEST(FileStatus, DesignsAreKnownByTheirExtension) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::link

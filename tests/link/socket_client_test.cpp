@@ -7,7 +7,7 @@
 
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::link {
 namespace {
 
 using std::chrono::milliseconds;
@@ -198,4 +198,4 @@ TEST_F(SocketClientTest, RetiredClientOnlyFails) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::link

@@ -6,15 +6,15 @@
 
 #include "drawing/drawn.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 using Words = std::vector<std::string_view>;
 
 class ModuleDocumentTest : public testing::Test {
  protected:
-  void library(const Words& words) { document_.addLibraryRecord(WordRecord(words)); }
-  void schematic(const Words& words) { document_.addSchematicRecord(WordRecord(words)); }
+  void library(const Words& words) { document_.addLibraryRecord(drawing::WordRecord(words)); }
+  void schematic(const Words& words) { document_.addSchematicRecord(drawing::WordRecord(words)); }
   std::string finished() {
     const std::string text = document_.finish("300", "200");
     return text.empty() ? text : Json::parse(text).document.printUnformatted();
@@ -220,4 +220,4 @@ TEST_F(ModuleDocumentTest, NothingIsKeptOutsideADocument) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -12,7 +12,7 @@
 #include "system/fake_world.h"
 #include "tcl/tcl_script_host.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 using testing::ElementsAre;
@@ -141,19 +141,19 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
     return command(each, with_.session).text;
   };
   with_.fake.files.addFolder("C:\\App\\Cache");
-  call(run<initMarketFile>, {"init"});
+  call(plugin::run<initMarketFile>, {"init"});
   const std::string value = utf8(u8"阻值 10%");
   for (const std::string& record :
        {std::string("Name RES Part 0 0 20 10 1 A"), std::string("PartProperty Mark \xED\xA0\xBD\xED\xB8\x80\xC0\x80x"),
         "PartProperty Value {" + value + "}", std::string("Polyline 1 2 3 0 1 {1,2 3,4}"),
         std::string("Pin 0 5 -10 5 1 IN Passive")}) {
-    call(run<addMarketLibList>, {"lib", record});
+    call(plugin::run<addMarketLibList>, {"lib", record});
   }
   for (const char* record : {"Part 100 200 1 0 RES 7", "Property {Part Reference} R@1", "Property Own x",
                              "DispProperty 3 4 Value 10k 5 6 7 8", "Junction 5 6"}) {
-    call(run<addMarketPartList>, {"part", record});
+    call(plugin::run<addMarketPartList>, {"part", record});
   }
-  const std::string path = call(run<outputMarketFile>, {"output", "0", "300", "200", ""});
+  const std::string path = call(plugin::run<outputMarketFile>, {"output", "0", "300", "200", ""});
   EXPECT_EQ(path, "C:\\App\\Cache\\Share\\ModuleLib.json");
   EXPECT_EQ(with_.placement.dsnDatPath, path);
   const std::string file = with_.fake.files.bytes(path);
@@ -191,4 +191,4 @@ TEST_F(PlacementInTcl, PathsOfTheLibrariesAreAnswered) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

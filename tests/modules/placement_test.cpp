@@ -11,7 +11,7 @@
 #include "text/outside_json.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 using testing::ElementsAre;
@@ -377,4 +377,4 @@ TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

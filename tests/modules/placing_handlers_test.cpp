@@ -8,7 +8,7 @@
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 using testing::ElementsAre;
@@ -25,7 +25,7 @@ class PlacingHandlers : public testing::Test {
     host_.scripts.clear();
     with_.fake.random.numbers = {5, 6};
     const std::string message = R"({"Command":")" + command + R"(","Data":{)" + data + "}}";
-    reply_ = with_.replyTo(companionEndpoint(), message, host_);
+    reply_ = with_.replyTo(plugin::companionEndpoint(), message, host_);
   }
 
   FakeSession with_;
@@ -172,4 +172,4 @@ TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -11,7 +11,7 @@
 #include "text/json.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::modules {
 namespace {
 
 using namespace std::chrono_literals;
@@ -25,7 +25,7 @@ class RequestCommands : public testing::Test {
     with_.companionLink.setClientCreated(true);
   }
 
-  std::string invoke(CommandResult (*command)(CommandCall&, Session&), const Words& arguments) {
+  std::string invoke(CommandResult (*command)(CommandCall&, plugin::Session&), const Words& arguments) {
     Words words{"command"};
     words.insert(words.end(), arguments.begin(), arguments.end());
     const TclWords objects(words);
@@ -34,7 +34,7 @@ class RequestCommands : public testing::Test {
     return command(call, with_.session).text;
   }
   void companionAnswers(const std::string& reply) {
-    with_.fake.sockets.expect(companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
+    with_.fake.sockets.expect(link::companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
   }
   std::string lastRequest() { return messagesIn(with_.fake.sockets.connections().back().sent).at(0); }
 
@@ -65,17 +65,17 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
   };
   for (const auto& each : cases) {
     companionAnswers(each.reply);
-    EXPECT_EQ(invoke(run<getResPath>, {"7"}), each.path) << each.reply;
+    EXPECT_EQ(invoke(plugin::run<getResPath>, {"7"}), each.path) << each.reply;
     EXPECT_THAT(with_.traffic(), EndsWith(std::string("\n") + each.logged));
     EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"})");
     with_.part<ResourcePaths>().known.clear();
     with_.placement.PartIndex.clear();
     companionAnswers(each.reply);
-    EXPECT_EQ(invoke(run<getSelfUserId>, {}), each.user) << each.reply;
+    EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), each.user) << each.reply;
     EXPECT_EQ(lastRequest(), R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
   }
   companionAnswers("{}");
-  invoke(run<getResPath>, {R"(7","x":"\)"});
+  invoke(plugin::run<getResPath>, {R"(7","x":"\)"});
   EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7\",\"x\":\"\\"},"Result":"0"})");
   EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
   EXPECT_EQ(with_.fake.sockets.started(), 1);
@@ -87,17 +87,17 @@ TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
   companionAnswers(R"({"Result":0,"Data":{"ResId":"1","DatPath":"D:\\1.json"}})");
   companionAnswers(R"({"Result":0,"Data":{"ResId":"2","DatPath":"D:\\2.json"}})");
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(invoke(run<getResPath>, {"1"}), "D:\\\\1.json");
-    EXPECT_EQ(invoke(run<getResPath>, {"2"}), "D:\\\\2.json");
+    EXPECT_EQ(invoke(plugin::run<getResPath>, {"1"}), "D:\\\\1.json");
+    EXPECT_EQ(invoke(plugin::run<getResPath>, {"2"}), "D:\\\\2.json");
   }
   EXPECT_EQ(with_.fake.sockets.connections().size(), 2U);
   with_.fake.files.removeFile("D:\\1.json");
-  EXPECT_EQ(invoke(run<getResPath>, {"1"}), "");  // asked, and nobody there
+  EXPECT_EQ(invoke(plugin::run<getResPath>, {"1"}), "");  // asked, and nobody there
   EXPECT_EQ(with_.fake.sockets.refused(), 1);
   EXPECT_THAT(with_.traffic(), EndsWith("can't Init"));
 
   with_.placement.PartIndex = "2";  // of a placement: the two share their field
-  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "2");
+  EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "2");
   EXPECT_EQ(with_.fake.sockets.refused(), 1);
 }
 
@@ -105,13 +105,13 @@ TEST_F(RequestCommands, NobodyIsAskedWhoMayNotBeThere) {
   with_.companionLink.setClientCreated(false);
   with_.fake.sockets.refusalTakes = 2s;
   const auto start = with_.fake.clock.monotonic();
-  EXPECT_EQ(invoke(run<getSelfUserId>, {}) + invoke(run<getResPath>, {"1"}), "");
+  EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}) + invoke(plugin::run<getResPath>, {"1"}), "");
   EXPECT_EQ(with_.traffic(), "can't Init\ncan't Init");
   EXPECT_EQ(with_.fake.sockets.refused(), 0);
   EXPECT_EQ(with_.fake.clock.monotonic(), start);
   with_.companionLink.setRefusedAtOnce(true);  // then an attempt costs nothing
   companionAnswers(R"({"Result":0,"Data":{"UserId":"u"}})");
-  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "u");
+  EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
@@ -130,19 +130,19 @@ TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
                {{{frame.substr(0, 9)}}, StreamEnd::close},
                {{}, StreamEnd::fail}};
   for (const auto& each : cases) {
-    with_.fake.sockets.expect(companionPort, {each.pieces, each.end, {}});
+    with_.fake.sockets.expect(link::companionPort, {each.pieces, each.end, {}});
     const auto start = with_.fake.clock.monotonic();
-    EXPECT_EQ(invoke(run<getSelfUserId>, {}), "");
+    EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "");
     EXPECT_LE(with_.fake.clock.monotonic() - start, 30s);
     EXPECT_THAT(with_.traffic(), EndsWith("ret:-1"));
   }
-  with_.fake.sockets.expect(companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
-  EXPECT_EQ(invoke(run<getSelfUserId>, {}), "u");
+  with_.fake.sockets.expect(link::companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
+  EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
-  with_.fake.sockets.expect(companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
-  EXPECT_THROW(invoke(run<getResPath>, {"1"}), std::runtime_error);
+  with_.fake.sockets.expect(link::companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
+  EXPECT_THROW(invoke(plugin::run<getResPath>, {"1"}), std::runtime_error);
   EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
 }
 
@@ -152,7 +152,7 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
   with_.part<PreviewPicture>().path = "C:\\预览.bmp";
   placement.dsnDatPath = "C:\\ModuleLib.json";
   const std::string resistor = utf8(u8"贴片电阻");
-  EXPECT_EQ(invoke(run<sendUploadMarket>,
+  EXPECT_EQ(invoke(plugin::run<sendUploadMarket>,
                    {"10", "4", "1.5", "1,R1,0603,more;2,C1;bad;;3,,;" + resistor + ",R", "N1;;" + resistor, "k1;k2;"}),
             "0");
   const std::string script = host_.scripts.at(0);
@@ -164,7 +164,7 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
   EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
   EXPECT_EQ(with_.part<PreviewPicture>().path + placement.dsnDatPath, "");
 
-  invoke(run<sendUploadMarket>, {});
+  invoke(plugin::run<sendUploadMarket>, {});
   EXPECT_THAT(messageOf(host_.scripts.at(1).substr(24)).message, HasSubstr("\"Keys\":\t[],\n"));
 }
 
@@ -176,17 +176,17 @@ TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
   for (const char* name : {"5.olb", "5_0.OBK", "6.olb", "m.json", "7.olb"}) {
     with_.fake.files.addFile(std::string("C:\\Mods\\") + name, "");
   }
-  invoke(run<removeDatFile>, {});  // none of the libraries was made here
+  invoke(plugin::run<removeDatFile>, {});  // none of the libraries was made here
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
   for (const char* path : {"c:/mods/5.OLB", "C:\\MODS\\5_0.obk", "C:\\Mods/6.olb"}) {
     with_.part<LibraryFiles>().noteMade(pathOf(path));
   }
-  invoke(run<removeDatFile>, {});
+  invoke(plugin::run<removeDatFile>, {});
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 1U);
   with_.fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
-  invoke(run<removeDatFile>, {});
+  invoke(plugin::run<removeDatFile>, {});
   EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 2U);
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::modules

@@ -9,7 +9,7 @@
 #include "system/fake_world.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using testing::ElementsAre;
@@ -117,4 +117,4 @@ TEST_F(EndpointsTest, WholeCallInTheTrafficLog) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -8,7 +8,7 @@
 #include "system/fake_world.h"
 #include "tcl/tcl_script_host.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 constexpr int messagesOfEachRow = 4000;
@@ -88,4 +88,4 @@ TEST_F(HostileValuesTest, LinkThreadsMessages) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

@@ -5,7 +5,7 @@
 #include "plugin/companion_launch.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using testing::ElementsAre;
@@ -71,4 +71,4 @@ TEST_F(CompanionLaunchTest, StartsInTheBaseDirectoryAndGivesTheFolderBack) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

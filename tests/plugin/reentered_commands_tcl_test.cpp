@@ -14,7 +14,7 @@
 #include "system/fake_world.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 constexpr const char* worst = R"(
@@ -72,7 +72,7 @@ class Stage {
     });
     interp.evaluate("set nested " + packetTextOf(R"({"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\b.dsn"}})"));
     startUp(interp.get(), plugIn_);
-    plugIn_.session->part<PlacementContext>().dsnDatPath = "C:\\Mods\\m.json";
+    plugIn_.session->part<modules::PlacementContext>().dsnDatPath = "C:\\Mods\\m.json";
   }
   ~Stage() { setActivePlugIn(nullptr); }
 
@@ -308,4 +308,4 @@ TEST(ReenteredCommands, AnExportMayBeRenewedInsideItsOwnBox) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

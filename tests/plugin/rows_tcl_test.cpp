@@ -7,7 +7,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 // A script that evaluates one of the files, which are in UTF-8.
@@ -36,4 +36,4 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

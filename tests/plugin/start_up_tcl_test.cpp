@@ -11,7 +11,7 @@
 #include "text/text.h"
 #include "wire/packet_text.h"
 
-namespace vernoxa {
+namespace vernoxa::plugin {
 namespace {
 
 using testing::Contains;
@@ -27,10 +27,10 @@ std::vector<std::shared_ptr<LinkThreadParts>>& threads() {
 
 // What a thread's connection answers.
 int answered = 0;
-void connectToHost(SocketClient& client) {
-  answered = client.connect(localAddress, hostPort);
+void connectToHost(link::SocketClient& client) {
+  answered = client.connect(link::localAddress, link::hostPort);
 }
-void receive(SocketClient& client) {
+void receive(link::SocketClient& client) {
   std::string message;
   answered = client.receivePacket(message);
 }
@@ -105,11 +105,11 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
   EXPECT_EQ(plugIn_.session->language, "EN");
   EXPECT_EQ(part<ProjectFolder>().get().utf8(), "C:\\App");
   EXPECT_EQ(part<HostExecutable>().get().utf8(), "");
-  EXPECT_FALSE(part<CompanionLink>().clientCreated());
+  EXPECT_FALSE(part<link::CompanionLink>().clientCreated());
   EXPECT_EQ(part<const Directories>().logDirectory.utf8(), "C:\\App\\Script\\Log");
-  EXPECT_EQ(part<LibraryFiles>().newPath().utf8(), "/Test.olb");
-  EXPECT_EQ(part<LibraryFiles>().temporaryPath().utf8(), "/123456.olb");
-  EXPECT_EQ(part<PlacementContext>().placeState, 0);
+  EXPECT_EQ(part<modules::LibraryFiles>().newPath().utf8(), "/Test.olb");
+  EXPECT_EQ(part<modules::LibraryFiles>().temporaryPath().utf8(), "/123456.olb");
+  EXPECT_EQ(part<modules::PlacementContext>().placeState, 0);
   EXPECT_THAT(threads(), ElementsAre(testing::Pointer(&plugIn_.session->linkThread())));
   EXPECT_EQ(fake_.sockets.started(), 1);
   EXPECT_EQ(fake_.sockets.opened(), 0);
@@ -219,7 +219,7 @@ TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   interp_.define("InitPath", "a.dsn");
   interp_.evaluate("packetParserForPthread " + packetTextOf(R"({"Command":"GetNewOpenPath"})"));
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "1");
-  fake_.sockets.listen(hostPort, {{}, StreamEnd::hang, nullptr});
+  fake_.sockets.listen(link::hostPort, {{}, StreamEnd::hang, nullptr});
   EXPECT_EQ(onThread<connectToHost>(0), 0);
   load();
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0");
@@ -382,11 +382,11 @@ TEST_F(StartUpTest, MessagesToTheUser) {
 
 TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   load();
-  part<PlacementContext>().dsnDatPath = "D:\\modules\\m.json";
+  part<modules::PlacementContext>().dsnDatPath = "D:\\modules\\m.json";
   fake_.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
-  part<LibraryFiles>().noteMade(part<LibraryFiles>().newPath());
+  part<modules::LibraryFiles>().noteMade(part<modules::LibraryFiles>().newPath());
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");
@@ -394,4 +394,4 @@ TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::plugin

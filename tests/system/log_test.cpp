@@ -5,7 +5,7 @@
 #include "system/fake_world.h"
 #include "system/sockets.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 using testing::Contains;
@@ -91,4 +91,4 @@ TEST_F(LogTest, NoFailureOfTheFilesShows) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -8,7 +8,7 @@
 #include "link/socket_client.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 using std::chrono::milliseconds;
@@ -20,7 +20,7 @@ class WindowsSocketsTest : public testing::Test, protected FakeSession {
     server_ = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = inet_addr(localAddress);
+    address.sin_addr.s_addr = inet_addr(link::localAddress);
     int size = sizeof address;
     ::bind(server_, reinterpret_cast<const sockaddr*>(&address), size);
     ::listen(server_, 5);
@@ -54,7 +54,7 @@ class WindowsSocketsTest : public testing::Test, protected FakeSession {
 
   const std::unique_ptr<Sockets> sockets_ = windowsSockets();
   const std::unique_ptr<Clock> clock_ = windowsClock();
-  SocketClient client_{*sockets_, *clock_, fake.output, logs};
+  link::SocketClient client_{*sockets_, *clock_, fake.output, logs};
   SOCKET server_ = INVALID_SOCKET;
   std::uint16_t port_ = 0;
 };
@@ -66,7 +66,7 @@ TEST_F(WindowsSocketsTest, PacketsThereAndBack) {
   std::thread server([&] {
     came = serve({answer.substr(0, 4), answer.substr(4, 3000), answer.substr(3004)}, frameOf(request).size());
   });
-  ASSERT_EQ(client_.connect(localAddress, port_), 0);
+  ASSERT_EQ(client_.connect(link::localAddress, port_), 0);
   client_.sendPacket(request);
   std::string message;
   EXPECT_EQ(client_.receivePacket(message, milliseconds(5000)), 0);
@@ -77,7 +77,7 @@ TEST_F(WindowsSocketsTest, PacketsThereAndBack) {
 }
 
 TEST_F(WindowsSocketsTest, SilentPeerIsGivenUp) {
-  ASSERT_EQ(client_.connect(localAddress, port_), 0);
+  ASSERT_EQ(client_.connect(link::localAddress, port_), 0);
   std::string message;
   const auto before = clock_->monotonic();
   EXPECT_EQ(client_.receivePacket(message, milliseconds(200)), -1);
@@ -86,7 +86,7 @@ TEST_F(WindowsSocketsTest, SilentPeerIsGivenUp) {
 }
 
 TEST_F(WindowsSocketsTest, RetiringEndsABlockedReceive) {
-  ASSERT_EQ(client_.connect(localAddress, port_), 0);
+  ASSERT_EQ(client_.connect(link::localAddress, port_), 0);
   std::thread other([&] {
     Sleep(100);
     client_.retire();
@@ -94,15 +94,15 @@ TEST_F(WindowsSocketsTest, RetiringEndsABlockedReceive) {
   std::string message;
   EXPECT_EQ(client_.receivePacket(message), -1);
   other.join();
-  EXPECT_EQ(client_.connect(localAddress, port_), -1);
+  EXPECT_EQ(client_.connect(link::localAddress, port_), -1);
 }
 
 TEST_F(WindowsSocketsTest, NobodyListens) {
   ::closesocket(server_);
   server_ = INVALID_SOCKET;
-  EXPECT_EQ(client_.connect(localAddress, port_), -1);
+  EXPECT_EQ(client_.connect(link::localAddress, port_), -1);
   EXPECT_EQ(fake.output.text(), "connect error !");
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

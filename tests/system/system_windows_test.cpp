@@ -9,7 +9,7 @@
 #include "system/fake_world.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 class Journal {
@@ -189,4 +189,4 @@ TEST(WindowsSystem, ProcessesAndTheModule) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

@@ -4,7 +4,7 @@
 
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::inline system {
 namespace {
 
 using testing::ElementsAre;
@@ -75,4 +75,4 @@ TEST_F(WholeFile, NothingIsLeftOfOneThatFails) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline system

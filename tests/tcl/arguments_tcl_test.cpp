@@ -9,7 +9,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "tcl/tcl_script_host.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 namespace {
 
 using testing::ElementsAre;
@@ -126,4 +126,4 @@ TEST(ScriptHost, TwoVersionsAreOld) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

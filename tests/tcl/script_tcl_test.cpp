@@ -8,7 +8,7 @@
 #include "support/hostile_values.h"
 #include "support/tcl_interp_tcl.h"
 
-namespace vernoxa {
+namespace vernoxa::inline tcl {
 namespace {
 
 constexpr int valuesOfEachKind = 50000;
@@ -157,4 +157,4 @@ TEST_F(ScriptTest, QuotedBehindANameIsOneWordWithIt) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline tcl

@@ -5,7 +5,7 @@
 #include "system/fake_world.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 using testing::ElementsAre;
@@ -69,4 +69,4 @@ TEST_F(CodePageTest, FailureIsShownAndGivesNoText) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

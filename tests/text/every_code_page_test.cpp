@@ -14,7 +14,7 @@
 #include "text/message_paths.h"
 #include "text/text.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 using testing::HasSubstr;
@@ -31,7 +31,7 @@ class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeSes
   }
   static FilePath told(std::u8string_view path) { return FilePath::fromUtf8(utf8(path)); }
   // The reply to a message of the companion.
-  std::string tell(std::u8string_view message) { return replyTo(companionEndpoint(), utf8(message), host_); }
+  std::string tell(std::u8string_view message) { return replyTo(plugin::companionEndpoint(), utf8(message), host_); }
 
   FakeScriptHost host_;
 };
@@ -49,7 +49,7 @@ TEST_P(EveryCodePage, ABackslashIsNeverHalfACharacter) {
   EXPECT_EQ(text.doubledBackslashes(name + "\\x"), name + "\\\\x");
   EXPECT_EQ(text.doubledBackslashes(utf8(u8"測\\x")), utf8(u8"測\\\\x"));
   const std::string page = name + "\\|";
-  const auto message = findingMessage(netlistCheck, {"NoFootprint", "R1", "", "", page, "", ""}, text);
+  const auto message = checks::findingMessage(checks::netlistCheck, {"NoFootprint", "R1", "", "", page, "", ""}, text);
   EXPECT_THAT(message.value_or(""), HasSubstr("\"PageName\":\"" + name + "[;fanxiegan;]|\""));
 }
 
@@ -77,26 +77,26 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
   const FilePath folder = told(u8"E:\\測한");
   fake.files.addFolder(folder);
   ASSERT_EQ(tell(u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\測한"}})"), "");
-  auto& pages = part<PageExport>();
+  auto& pages = part<drawing::PageExport>();
   pages.start();
   for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
     const std::string page = utf8(name);
-    WordRecord record({"Page", page, "1", "1", ""});
+    drawing::WordRecord record({"Page", page, "1", "1", ""});
     record.showInCodePage(text, true);
-    pages.addRecord(Use::page, record);
+    pages.addRecord(drawing::Use::page, record);
   }
   pages.finish({"", utf8(u8"測한"), ""});
   EXPECT_EQ(fake.files.entries(folder / "Cache" / "Output").size(), 6U);
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Output\\@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@.json")));
 
-  auto& library = part<GraphicLibrary>();
+  auto& library = part<drawing::GraphicLibrary>();
   library.start();
   EXPECT_EQ(library.finish(utf8(u8"測é/한")), utf8(u8"E:/測한/Cache/Library/測é-한.json"));
   EXPECT_TRUE(fake.files.exists(told(u8"E:\\測한\\Cache\\Library\\測é-한.json")));
 
   host_.during = [&](const std::string&) { fake.files.addFile(told(u8"E:\\測한\\Cache\\Nets.txt"), "nets"); };
   const std::string reply =
-      replyTo(linkEndpoint(), R"({"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}})", host_);
+      replyTo(plugin::linkEndpoint(), R"({"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}})", host_);
   EXPECT_THAT(reply, HasSubstr("\"netlistsFile\":\"" + utf8(u8"E:\\\\測한\\\\Cache\\\\Nets.txt")));
   EXPECT_EQ(host_.scripts.back(), utf8(u8"GetNetsList \"a.dsn\" \"E:\\\\測한\\\\Cache\\\\Nets.txt\""));
 }
@@ -110,7 +110,7 @@ TEST_P(EveryCodePage, LibrariesLieBesideTheirModule) {
     placement.dsnDatPath = path;
     fake.random.numbers = {5, 6};
     host_.scripts.clear();
-    EXPECT_TRUE(part<ModulePlacer>().placeLibrary(host_, DraggedBox::none).made);
+    EXPECT_TRUE(part<modules::ModulePlacer>().placeLibrary(host_, modules::DraggedBox::none).made);
     EXPECT_THAT(host_.scripts.front(), StartsWith(utf8(u8"placeLibPart D:/測試/5.olb {RES}")));
     EXPECT_TRUE(fake.files.removeFile(folder / "6.olb"));
   }
@@ -141,10 +141,10 @@ TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
   host_.answer("InitPath", nameless[0] + ";" + nameless[1] + ";" + nameless[2] + ";" + shortened + ";D:\\b.dsn");
   std::vector<std::string> reported;
   for (int poll = 0; poll < 6; ++poll) {
-    const Json parsed = Json::parse(replyTo(linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_)).document;
+    const Json parsed = Json::parse(replyTo(plugin::linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_)).document;
     if (const auto path = parsed.member("Data").member("ProjectPath").text()) {
       reported.push_back(part<MessagePaths>().ofDesign(*path));
-      replyTo(linkEndpoint(), part<const FileStatus>().opened(*path, "1").printUnformatted(), host_);
+      replyTo(plugin::linkEndpoint(), part<const link::FileStatus>().opened(*path, "1").printUnformatted(), host_);
     }
   }
   EXPECT_EQ(reported, all ? std::vector<std::string>(
@@ -158,4 +158,4 @@ TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 TEST(FileNameEscaping, ReplacesWhatWindowsForbids) {
@@ -53,4 +53,4 @@ TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

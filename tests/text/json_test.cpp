@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 TEST(Json, BytesPassUntouched) {
@@ -128,4 +128,4 @@ TEST(Json, SetKeepsThePlace) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -4,7 +4,7 @@
 
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 std::string repeated(std::string_view piece, std::size_t count) {
@@ -64,4 +64,4 @@ TEST(OutsideJson, ARefusalIsLogged) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

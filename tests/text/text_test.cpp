@@ -5,7 +5,7 @@
 #include "plugin/installation.h"
 #include "system/fake_world.h"
 
-namespace vernoxa {
+namespace vernoxa::inline text {
 namespace {
 
 TEST(Text, LooksLikeUtf8ChineseByItsFirstCandidateAlone) {
@@ -165,12 +165,12 @@ TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
 }
 
 TEST(Directories, FollowTheModulePath) {
-  const Directories found = directoriesOf(pathOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll"));
+  const plugin::Directories found = plugin::directoriesOf(pathOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll"));
   EXPECT_EQ(found.pluginFolder, pathOf("D:\\\xD5\x5C tools\\bin"));
   EXPECT_EQ(found.baseDirectory, pathOf("D:\\\xD5\x5C tools"));
   EXPECT_EQ(found.logDirectory, pathOf("D:\\\xD5\x5C tools\\Script\\Log"));
   EXPECT_EQ(found.configurationFile, pathOf("D:\\\xD5\x5C tools\\Config\\App.txt"));
-  EXPECT_EQ(directoriesOf(pathOf("Vernoxa64.dll")).baseDirectory, pathOf("Vernoxa64.dll"));
+  EXPECT_EQ(plugin::directoriesOf(pathOf("Vernoxa64.dll")).baseDirectory, pathOf("Vernoxa64.dll"));
 }
 
 TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {
@@ -183,4 +183,4 @@ TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline text

@@ -38,6 +38,8 @@ class ArrowsTest(unittest.TestCase):
             self.assertIn("base/more.h", self.check("base/more.h", include), include)
         for file in ("base/rows.inc", "base/inner/file.cpp"):
             self.assertIn(file, self.check(file, '#include "upper/c.h"'))
+        self.assertIn("namespace vernoxa {", self.check("base/more.h", "namespace vernoxa {"))
+        self.assertEqual(self.check("base/more.h", "namespace vernoxa::inline base {"), "")
         self.assertIn("attic has no entry", self.check("attic/file.h"))
 
 

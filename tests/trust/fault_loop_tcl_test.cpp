@@ -330,17 +330,17 @@ TEST_F(FaultLoop, StartUp) {
       TrustLoad load;
       load.fake.processes.list = {{"System", 0}, {"Capture.exe", 7}};
       fault.arm(host_, load, number);
-      startUp(host_.interp(), load.plugIn);
+      plugin::startUp(host_.interp(), load.plugIn);
       const int calls = fault.calls(host_, load);
       fault.arm(host_, load, 0);
       EXPECT_TRUE(load.crashes().empty() || load.crashes() == "Vernoxa_Init" ||
                   load.crashes() == "GetProcessidFromName" || load.crashes().find("Orcad") != std::string::npos)
           << load.crashes();
       EXPECT_EQ(load.fake.processes.folder, "D:\\Work");
-      for (const CommandRow& row : commandTable()) {
+      for (const plugin::CommandRow& row : plugin::commandTable()) {
         EXPECT_GE(host_.call({row.name}).status, commandFailed);
       }
-      startUp(host_.interp(), load.plugIn);
+      plugin::startUp(host_.interp(), load.plugIn);
       EXPECT_EQ(nextConversation(host_), nextReply);
       EXPECT_EQ(load.harmToTheUsersFiles(), "");
       if (calls < number || HasFailure()) {

@@ -108,9 +108,9 @@ TEST_F(Load, LinkThreadForSimulatedHours) {
   companionLink.setClientCreated(true);
   logs.reportCrash("before");  // what the last line of the log needs is there now
   {
-    SocketClient client(sockets, clock, fake.output, logs);
+    link::SocketClient client(sockets, clock, fake.output, logs);
     const long begun = liveBlocks();
-    LinkThread(client, companionLink, part<const FileStatus>(), sockets, clock, fake.output, logs).run();
+    link::LinkThread(client, companionLink, part<const link::FileStatus>(), sockets, clock, fake.output, logs).run();
     EXPECT_LE(liveBlocks(), begun + 4) << "blocks stay behind";  // what the connection holds
   }
   EXPECT_EQ(crashes(), "before\nFun111");
@@ -127,8 +127,8 @@ TEST_F(Load, ConnectionsOneAfterTheOther) {
   std::string answer(100, ' ');
   const Held begun;
   for (int count = 0; count < wanted; ++count) {
-    SocketClient client(sockets, fake.clock, fake.output, logs);
-    ASSERT_EQ(client.connect(localAddress, companionPort), 0);
+    link::SocketClient client(sockets, fake.clock, fake.output, logs);
+    ASSERT_EQ(client.connect(link::localAddress, link::companionPort), 0);
     client.sendPacket(R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
     ASSERT_EQ(client.receivePacket(answer, std::chrono::seconds(30)), 0);
   }

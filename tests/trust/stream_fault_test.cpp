@@ -124,11 +124,11 @@ class StreamFault : public testing::Test {
     FakeSession services;
     Run run;
     services.companionLink.setClientCreated(true);
-    services.fake.sockets.expect(hostPort, std::move(host));
-    services.fake.sockets.listen(companionPort, {});
+    services.fake.sockets.expect(link::hostPort, std::move(host));
+    services.fake.sockets.listen(link::companionPort, {});
     services.fake.clock.stopAfter = pausesOfTheConversation;
     {
-      SocketClient client = services.newClient();
+      link::SocketClient client = services.newClient();
       services.fake.sockets.faults.failCall(failingSend);
       services.linkThread(client).run();
       run.calls = services.fake.sockets.faults.calls();
@@ -146,9 +146,9 @@ class StreamFault : public testing::Test {
 
   // Whatever became of the host's link, the companion can be asked.
   static void nextConversation(FakeSession& services) {
-    services.fake.sockets.expect(companionPort, {{{frameOf("{}").substr(0, 4), {}}, {"7b7d", {}}}, {}, {}});
-    SocketClient client = services.newClient();
-    EXPECT_EQ(client.connect(localAddress, companionPort), 0);
+    services.fake.sockets.expect(link::companionPort, {{{frameOf("{}").substr(0, 4), {}}, {"7b7d", {}}}, {}, {}});
+    link::SocketClient client = services.newClient();
+    EXPECT_EQ(client.connect(link::localAddress, link::companionPort), 0);
     client.sendPacket("{}");
     std::string answer;
     EXPECT_EQ(client.receivePacket(answer, std::chrono::seconds(30)), 0);
@@ -215,11 +215,11 @@ TEST_F(StreamFault, TheHostHangsAtEveryByteUntilTheClientIsRetired) {
     FakeSession services;
     services.companionLink.setClientCreated(true);
     services.fake.sockets.expect(
-        hostPort,
+        link::hostPort,
         {at == 0 ? std::vector<Piece>() : std::vector<Piece>{{stream.substr(0, at), {}}}, StreamEnd::hang, {}});
-    services.fake.sockets.listen(companionPort, {});
-    SocketClient client = services.newClient();
-    LinkThread link = services.linkThread(client);
+    services.fake.sockets.listen(link::companionPort, {});
+    link::SocketClient client = services.newClient();
+    link::LinkThread link = services.linkThread(client);
     services.fake.clock.stopAfter = 50;
     std::thread thread([&] { link.run(); });
     services.fake.sockets.waitUntilBlocked();
@@ -247,9 +247,9 @@ TEST_F(StreamFault, TheCompanionStopsAtEveryByteOfAQuery) {
         pieces.push_back({frame.substr(sent, std::min<std::size_t>(sent == 0 ? 4 : 1, at - sent)),
                           std::chrono::milliseconds(sent == 0 ? 0 : 900)});
       }
-      services.fake.sockets.expect(companionPort, {pieces, end, {}});
-      SocketClient client = services.newClient();
-      ASSERT_EQ(client.connect(localAddress, companionPort), 0);
+      services.fake.sockets.expect(link::companionPort, {pieces, end, {}});
+      link::SocketClient client = services.newClient();
+      ASSERT_EQ(client.connect(link::localAddress, link::companionPort), 0);
       const auto began = services.fake.clock.monotonic();
       std::string answer;
       const int status = client.receivePacket(answer, limit);

@@ -30,7 +30,7 @@ int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   return failed ? TCL_ERROR : TCL_OK;
 }
 
-World worldOn(FakeWorld& fake, Files& files) {
+plugin::World worldOn(FakeWorld& fake, Files& files) {
   return {fake.clock,   fake.codePage, files,         fake.guids,    fake.locks,     fake.processes, fake.random,
           fake.sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
 }
@@ -52,7 +52,7 @@ TrustHost::TrustHost() {
   Tcl_FindExecutable(nullptr);
   interp_ = Tcl_CreateInterp();
   Tcl_CreateObjCommand(interp_, "unknown", procedure, this, nullptr);
-  registerCommands(interp_);
+  plugin::registerCommands(interp_);
 }
 
 TrustHost::~TrustHost() {
@@ -78,8 +78,8 @@ TrustHost::Answer TrustHost::call(const Words& words) {
 
 TrustLoad::TrustLoad(Files* files)
     : plugIn{worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin\\Vernoxa64.dll"),
-             crashLogsOf(worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin")), nullptr,
-             [](std::shared_ptr<LinkThreadParts> thread) { thread.reset(); }} {
+             plugin::crashLogsOf(worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin")),
+             nullptr, [](std::shared_ptr<plugin::LinkThreadParts> thread) { thread.reset(); }} {
   for (const char* const folder : {"C:\\App\\bin", "C:\\App\\Script\\Log", "C:\\App\\Cache", "C:\\Temp"}) {
     fake.files.addFolder(folder);
   }
@@ -91,13 +91,14 @@ TrustLoad::TrustLoad(Files* files)
 }
 
 TrustLoad::~TrustLoad() {
-  setActivePlugIn(nullptr);
+  plugin::setActivePlugIn(nullptr);
 }
 
 void TrustLoad::beginSession() {
-  plugIn.session = std::make_shared<Session>(plugIn.world, plugIn.crashLogs, directoriesOf(plugIn.modulePath));
-  plugIn.session->part<CompanionLink>().setClientCreated(true);
-  setActivePlugIn(&plugIn);
+  plugIn.session =
+      std::make_shared<plugin::Session>(plugIn.world, plugIn.crashLogs, plugin::directoriesOf(plugIn.modulePath));
+  plugIn.session->part<link::CompanionLink>().setClientCreated(true);
+  plugin::setActivePlugIn(&plugIn);
 }
 
 std::string TrustLoad::harmToTheUsersFiles() const {

@@ -56,7 +56,7 @@ class TrustLoad {
   std::string crashes() const { return logMessages(fake.files.bytes("C:\\App\\bin\\catchLog\\log.txt")); }
 
   FakeWorld fake;
-  PlugIn plugIn;
+  plugin::PlugIn plugIn;
 };
 
 // One input of fuzz/corpus: the first line is what the host answers, the rest as the target reads it.

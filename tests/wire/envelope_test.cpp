@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 namespace {
 
 TEST(Envelope, ErrorReplyByteForByte) {
@@ -21,4 +21,4 @@ TEST(Envelope, WhatIsNoMessageSaysWhereAndWhy) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

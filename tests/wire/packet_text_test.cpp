@@ -5,7 +5,7 @@
 #include "system/fake_world.h"
 #include "wire/frame.h"
 
-namespace vernoxa {
+namespace vernoxa::inline wire {
 namespace {
 
 TEST(PacketText, EveryByteAndBack) {
@@ -88,4 +88,4 @@ TEST_F(PacketLogTest, DecodingIsLogged) {
 }
 
 }  // namespace
-}  // namespace vernoxa
+}  // namespace vernoxa::inline wire

@@ -137,18 +137,18 @@ void addRequests(Json& list, const char* side, const char* endpoint, const char*
 
 Json requests() {
   Json list = Json::array();
-  addRequests(list, "companion", "packetParser", "command error", companionHandlers());
-  addRequests(list, "linkThread", "packetParserForPthread", "command1 error", threadHandlers());
+  addRequests(list, "companion", "packetParser", "command error", plugin::companionHandlers());
+  addRequests(list, "linkThread", "packetParserForPthread", "command1 error", plugin::threadHandlers());
   return list;
 }
 
-Json messageJson(const MessageRow& row) {
+Json messageJson(const plugin::MessageRow& row) {
   Json json = Json::object();
   json.add("name", row.name);
   json.add("form", row.form);
   json.add("purpose", row.purpose);
   json.add("sentBy", namesOf(row.senders));
-  json.add("connection", row.way == MessageWay::ownConnection ? "own" : "host");
+  json.add("connection", row.way == plugin::MessageWay::ownConnection ? "own" : "host");
   json.add("printed", row.formatted ? "formatted" : "plain");
   json.add("envelope", piecesOf(row.envelope, ' '));
   json.add("data", listOf(row.data, memberJson));
@@ -158,7 +158,7 @@ Json messageJson(const MessageRow& row) {
 
 Json sentBy(std::string_view command) {
   Json names = Json::array();
-  for (const MessageRow& row : messageTable()) {
+  for (const plugin::MessageRow& row : plugin::messageTable()) {
     if (std::find(row.senders.begin(), row.senders.end(), command) != row.senders.end()) {
       names.append(Json::string(row.name));
     }
@@ -167,7 +167,7 @@ Json sentBy(std::string_view command) {
 }
 
 // Optional arguments between question marks; all of them when none need be given.
-std::string usageOf(const CommandRow& row) {
+std::string usageOf(const plugin::CommandRow& row) {
   std::string names;
   for (const Argument& argument : row.arguments.each) {
     const std::string name = argument.optional ? "?" + std::string(argument.name) + "?" : argument.name;
@@ -176,7 +176,7 @@ std::string usageOf(const CommandRow& row) {
   return row.arguments.without != nullptr ? "?" + names + "?" : names;
 }
 
-Json commandJson(const CommandRow& row) {
+Json commandJson(const plugin::CommandRow& row) {
   constexpr std::array kinds = {"nothing", "plain", "packetText"};
   Json answer = Json::object();
   answer.add("kind", kinds.at(static_cast<std::size_t>(row.answer.kind)));
@@ -205,12 +205,12 @@ Json callersIn(const Rows& rows, std::string_view procedure) {
   return names;
 }
 
-Json procedureJson(const HostProcedure& row) {
+Json procedureJson(const plugin::HostProcedure& row) {
   Json callers = Json::object();
   callers.add("load", Json::boolean(row.atLoad));
-  callers.add("companion", callersIn(companionHandlers(), row.name));
-  callers.add("linkThread", callersIn(threadHandlers(), row.name));
-  callers.add("commands", callersIn(commandTable(), row.name));
+  callers.add("companion", callersIn(plugin::companionHandlers(), row.name));
+  callers.add("linkThread", callersIn(plugin::threadHandlers(), row.name));
+  callers.add("commands", callersIn(plugin::commandTable(), row.name));
   Json json = Json::object();
   json.add("name", row.name);
   json.add("purpose", row.purpose);
@@ -223,9 +223,9 @@ Json procedureJson(const HostProcedure& row) {
 // How the other ends are reached, and what a refused request is answered with.
 Json linkJson() {
   Json json = Json::object();
-  json.add("address", localAddress);
-  json.add("companionPort", Json::number(companionPort));
-  json.add("hostPort", Json::number(hostPort));
+  json.add("address", link::localAddress);
+  json.add("companionPort", Json::number(link::companionPort));
+  json.add("hostPort", Json::number(link::hostPort));
   json.add("frame", "The packet text's length in four bytes, unsigned and little-endian, then the packet text.");
   json.add("packetText",
            "Each byte of the message as two hexadecimal digits, lower case when the plug-in writes them.");
@@ -240,9 +240,9 @@ std::string protocolJson() {
   json.add("$schema", "protocol.schema.json");
   json.add("link", linkJson());
   json.add("requests", requests());
-  json.add("messages", listOf(messageTable(), messageJson));
-  json.add("commands", listOf(commandTable(), commandJson));
-  json.add("procedures", listOf(hostProcedures(), procedureJson));
+  json.add("messages", listOf(plugin::messageTable(), messageJson));
+  json.add("commands", listOf(plugin::commandTable(), commandJson));
+  json.add("procedures", listOf(plugin::hostProcedures(), procedureJson));
   return json.printFormatted() + "\n";
 }
 
