@@ -1,8 +1,7 @@
-#include "desktop/metafile_comment.h"
-
 #include <cstdint>
 
 #include "desktop/metafile_check.h"
+#include "desktop/metafile_parts.h"
 
 namespace vernoxa::desktop {
 namespace {

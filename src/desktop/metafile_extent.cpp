@@ -1,6 +1,7 @@
 #include "desktop/metafile_extent.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vernoxa::desktop {
 namespace {
@@ -67,86 +68,91 @@ void addTexts(Points& points, const MetafileRecord& record) {
   }
 }
 
-void addNamed(Points& points, const MetafileRecord& record) {
-  switch (record.type()) {
-    case 2:  // lines and curves
-    case 3:
-    case 4:
-    case 5:
-    case 6:
-    case 56:
-      return addPoints(points, record, 28, record.number(24));
-    case 7:
-    case 8:
-      return addPoints(points, record, 32 + std::size_t{record.number(24)} * 4, record.number(28));
-    case 85:
-    case 86:
-    case 87:
-    case 88:
-    case 89:
-    case 92:
-      return addShortPoints(points, record, 28, record.number(24));
-    case 90:
-    case 91:
-      return addShortPoints(points, record, 32 + std::size_t{record.number(24)} * 4, record.number(28));
-    case 15:  // one point
-    case 27:
-    case 53:
-    case 54:
-    case 108:  // a small text
-      return addPoints(points, record, 8, 1);
-    case 29:  // a rectangle
-    case 30:
-    case 42:
-    case 43:
-    case 44:
-      return addPoints(points, record, 8, 2);
-    case 45:  // one, and two points beside its ellipse
-    case 46:
-    case 47:
-    case 55:
-      return addPoints(points, record, 8, 4);
-    case 41:
-      return addCircle(points, record);
-    case 71:  // regions
-      return addRegion(points, record, 32);
-    case 72:
-      return addRegion(points, record, 40);
-    case 73:
-    case 74:
-      return addRegion(points, record, 28);
-    case 75:
-      return addRegion(points, record, 16);
-    case 76:  // bitmaps
-    case 77:
-    case 78:
-    case 114:
-    case 116:
-      return addSized(points, record, 24, 32);
-    case 79:
-      return addPoints(points, record, 24, 3);
-    case 80:
-      return addSized(points, record, 24, 40);
-    case 81:
-      return addSized(points, record, 24, 72);
-    case 83:  // texts
-    case 84:
-      return addPoints(points, record, 36, 1);
-    case 96:
-    case 97:
-      return addTexts(points, record);
-    case 118:
-      return addPoints(points, record, 36, record.number(24), 16);
-    default:
-      return;
-  }
+// --- which points each kind of record names -------------------------------------------------------------------------
+
+template <std::uint32_t count>
+void corners(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, 8, count);
 }
+
+void counted(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, 28, record.number(24));
+}
+
+void countedShort(Points& points, const MetafileRecord& record) {
+  addShortPoints(points, record, 28, record.number(24));
+}
+
+std::size_t behindShapes(const MetafileRecord& record) {
+  return 32 + std::size_t{record.number(24)} * 4;
+}
+
+void shapes(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, behindShapes(record), record.number(28));
+}
+
+void shortShapes(Points& points, const MetafileRecord& record) {
+  addShortPoints(points, record, behindShapes(record), record.number(28));
+}
+
+template <std::size_t at>
+void region(Points& points, const MetafileRecord& record) {
+  addRegion(points, record, at);
+}
+
+template <std::size_t size>
+void bitmap(Points& points, const MetafileRecord& record) {
+  addSized(points, record, 24, size);
+}
+
+void slantedBitmap(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, 24, 3);
+}
+
+void text(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, 36, 1);
+}
+
+void gradient(Points& points, const MetafileRecord& record) {
+  addPoints(points, record, 36, record.number(24), 16);
+}
+
+// Kinds from the first to the last are alike; one that names no points has no row. Numbers as in [MS-EMF] 2.1.1.
+struct NamingRow {
+  std::uint32_t first;
+  std::uint32_t last;
+  void (*add)(Points&, const MetafileRecord&);
+};
+// clang-format off
+constexpr NamingRow namingRows[] = {
+    {2, 6, counted}, {56, 56, counted},            // lines and curves
+    {7, 8, shapes},
+    {85, 89, countedShort}, {92, 92, countedShort},
+    {90, 91, shortShapes},
+    {15, 15, corners<1>}, {27, 27, corners<1>}, {53, 54, corners<1>},
+    {108, 108, corners<1>},                        // a small text
+    {29, 30, corners<2>}, {42, 44, corners<2>},    // rectangles
+    {45, 47, corners<4>}, {55, 55, corners<4>},    // an ellipse's rectangle, and where its arc begins and ends
+    {41, 41, addCircle},
+    {71, 71, region<32>}, {72, 72, region<40>}, {73, 74, region<28>}, {75, 75, region<16>},
+    {76, 78, bitmap<32>}, {114, 114, bitmap<32>}, {116, 116, bitmap<32>},
+    {79, 79, slantedBitmap},
+    {80, 80, bitmap<40>}, {81, 81, bitmap<72>},
+    {83, 84, text}, {96, 97, addTexts},
+    {118, 118, gradient},
+};
+// clang-format on
 
 }  // namespace
 
 std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record) {
   Points points;
-  addNamed(points, record);
+  const auto kind = std::find_if(std::begin(namingRows), std::end(namingRows), [&](const NamingRow& row) {
+    return row.first <= record.type() && record.type() <= row.last;
+  });
+  if (kind != std::end(namingRows)) {
+    kind->add(points, record);
+  }
   return points.extent();
 }
 

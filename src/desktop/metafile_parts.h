@@ -1,8 +1,9 @@
-// Texts, regions and corners within the records of a metafile.
+// Texts, regions, corners and comments within the records of a metafile.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "desktop/metafile_record.h"
 
@@ -22,5 +23,10 @@ Fault regionFault(const MetafileRecord& record, std::size_t at, std::uint32_t by
 
 // Of a record that fills shapes with colours between those of their corners, and holds nothing else.
 Fault gradientFault(const MetafileRecord& record);
+
+// in metafile_comment.cpp: of the bytes that a comment record counts, [MS-EMF] 2.3.3. Players look into the public
+// comments and into drawings in the newer form of records; what no known program is named for may be anything.
+// `depth` counts the metafiles around the comment's own: a comment may hold another one.
+Fault commentFault(std::string_view data, int depth);
 
 }  // namespace vernoxa::desktop

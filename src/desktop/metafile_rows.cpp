@@ -4,7 +4,6 @@
 #include <array>
 
 #include "desktop/metafile_bitmap.h"
-#include "desktop/metafile_comment.h"
 #include "desktop/metafile_parts.h"
 
 namespace vernoxa::desktop {
