@@ -41,10 +41,14 @@ export class Drawing {
     this.size = { width, height };
     this.svg = svgElement("svg", { viewBox: `0 0 ${width} ${height}`, width, height, role: "group", "aria-label": page.name });
     this.svg.append(svgElement("rect", { class: "paper", width, height }));
-    for (const child of page.drawing.children ?? []) this.svg.append(this.#node(child, false));
+    const children = page.drawing.children ?? [];
+    const definitions = children.filter((child) => child.name === "defs");
+    this.#defined = new Set(definitions.flatMap((child) => child.children ?? []).map((symbol) => symbol.attr?.id));
+    for (const child of children) this.svg.append(this.#node(child, false));
   }
 
   #prefix;
+  #defined;
   #follows = null;
   #symbols = new Map();
 
@@ -62,16 +66,17 @@ export class Drawing {
     const known = ATTRIBUTES[source.name];
     if (!known) return document.createComment("left out");
     const attr = source.attr ?? {};
-    const node = svgElement(source.name);
+    const target = source.name === "use" ? (attr["xlink:href"] ?? "") : "";
+    const symbol = target.startsWith("#") ? target.slice(1) : "";
+    const missing = symbol !== "" && !this.#defined.has(symbol);
+    const node = svgElement(missing ? "g" : source.name);
     for (const name of known) if (attr[name] !== undefined) node.setAttribute(name, attr[name]);
     setStyle(node, attr.style ?? "");
     if (isSymbol && attr.id) node.id = this.#symbolId(attr.id);
     if (source.name === "text") node.textContent = source.value ?? "";
-    if (source.name === "use") {
-      const target = attr["xlink:href"] ?? "";
-      if (target.startsWith("#")) node.setAttribute("href", `#${this.#symbolId(target.slice(1))}`);
-      if (attr.id && !isSymbol) this.parts.push({ reference: attr.id, element: node });
-    }
+    if (missing) node.append(...boxFor(symbol));
+    else if (symbol) node.setAttribute("href", `#${this.#symbolId(symbol)}`);
+    if (source.name === "use" && attr.id && !isSymbol) this.parts.push({ reference: attr.id, element: node });
     if (source.name === "text" && !isSymbol)
       this.texts.push({ value: source.value ?? "", element: node, follows: this.#follows });
     else this.#follows = source.name === "use" && attr.id ? node : null;
@@ -79,6 +84,15 @@ export class Drawing {
     for (const child of source.children ?? []) node.append(this.#node(child, isSymbol && source.name === "defs"));
     return node;
   }
+}
+
+// What stands for a symbol that a page uses and does not hold.
+function boxFor(symbol) {
+  const look = { class: "missing", fill: "none", stroke: "#f0f", "stroke-width": 2, "stroke-dasharray": "4 2" };
+  const name = svgElement("text", { class: "missing", fill: "#f0f", x: -15, y: 25, "font-size": 9 });
+  name.textContent = symbol;
+  const box = svgElement("rect", { ...look, x: -15, y: -15, width: 30, height: 30 });
+  return [box, svgElement("path", { ...look, d: "M-15-15L15 15M-15 15L15-15" }), name];
 }
 
 // As attributes, whose numbers need no unit and which style sheets may overrule.

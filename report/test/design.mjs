@@ -252,6 +252,7 @@ export function hostile() {
       onclick: "window.ran = 1",
     }),
     element("use", { id: "R2", transform: "translate(0 0)", "xlink:href": "http:" + "//127.0.0.1:9/x.svg#a" }),
+    element("use", { transform: "translate(30 30)", "xlink:href": `#${evil}` }),
   );
   return design;
 }

@@ -30,7 +30,7 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("--design", type=pathlib.Path, default=DESIGN, help="a KiCad schematic")
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
     parser.add_argument("--out", type=pathlib.Path, default=pathlib.Path(os.path.relpath(BUILD / "demo")),
-                        help="where pictures, report and log are left")
+                        help="where report and log are left")
     parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="write the conversation to a file")
     parser.add_argument("--verbose", action="store_true", help="show all that host and companion say")
     parser.add_argument("--plain", action="store_true", help="no colour")
@@ -48,11 +48,10 @@ async def play(options: argparse.Namespace, view: View, installation: Installati
         await scene.begin(host.command_line(installation, designs, LONGEST_RUN))
         await acts.design_becomes_known(scene, name)
         await acts.design_becomes_known(scene, chinese_name)
-        second = await acts.companion_restarts(scene, [name, chinese_name])
         await acts.parts_are_marked(scene, name)
         await acts.parts_are_marked(scene, chinese_name, value)
-        await report_acts.pages_are_drawn(scene, name, options.out / "design")
-        pages = await report_acts.pages_are_drawn(scene, chinese_name, options.out / "chinese", value)
+        await report_acts.pages_are_drawn(scene, name)
+        pages = await report_acts.pages_are_drawn(scene, chinese_name, value)
         # Before modules are placed, which lie over what was drawn there.
         await report_acts.report_page_is_made(scene, name, options.out / "report.html")
         page = next(page for page in pages.values() if page.parts and (not value or value in page.texts))
@@ -63,8 +62,8 @@ async def play(options: argparse.Namespace, view: View, installation: Installati
         await report_acts.design_is_checked(scene, name)
         await report_acts.packages_are_reported(scene, name, installation.root / "parts.olb")
         report_acts.report_is_written(scene, options.out / "report.txt")
-        for design_name in (name, chinese_name):
-            await acts.link_thread_reports(scene, design_name, second)
+        # All else is done while the plug-in's thread pauses, before it looks for the companion again.
+        await acts.companion_restarts(scene, [name, chinese_name])
         await acts.editor_closes(scene, name)
     except Missing as error:
         scene.complain(error)

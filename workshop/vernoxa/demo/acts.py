@@ -26,24 +26,13 @@ async def design_becomes_known(scene: Scene, name: str) -> None:
     scene.seen(f"{paths.name_of(name)} was opened, {pins} pins; the companion's answer has reached the plug-in")
 
 
-async def companion_restarts(scene: Scene, names: list[str]) -> int:
-    """The companion ends and begins again: the host's script tells it what is open once it is connected.
-
-    Gives the number of the first event that the second companion sees.
-    """
+async def companion_restarts(scene: Scene, names: list[str]) -> None:
+    """The companion ends and begins again: the host's script tells it what is open once it is connected."""
     since = await scene.companion_restarts()
     for name in names:
-        title = f"the second companion heard of {paths.name_of(name)}"
+        title = f"the second companion heard of {paths.name_of(name)}, which comes with the link thread's next step"
         await scene.hear(title, "FileStatus", LINK_SECONDS, since=since, Status="Open", FileName=name)
     scene.seen(f"the companion ended and began again, and heard of {' and '.join(map(paths.name_of, names))}")
-    return since
-
-
-async def link_thread_reports(scene: Scene, name: str, since: int) -> None:
-    """The plug-in's own thread finds the design without being told, and tells the companion of that number of events."""
-    title = f"the link thread reported {paths.name_of(name)} to the second companion too"
-    await scene.hear(title, "FileStatus", LINK_SECONDS, count=2, since=since, Status="Open", FileName=name)
-    scene.seen(f"{paths.name_of(name)} was reported by the plug-in's own thread too")
 
 
 async def parts_are_marked(scene: Scene, name: str, value: str = "") -> None:

@@ -3,19 +3,18 @@
 from __future__ import annotations
 
 import pathlib
-import shutil
 
 from vernoxa.companion import tables
 from vernoxa.companion.view import View
-from vernoxa.drawings import page_file, pictures
+from vernoxa.drawings import page_file
 from vernoxa.report import collect, page as report_page
 from vernoxa.stage.scene import Scene
 from vernoxa.stage.session import Missing
 from vernoxa.wire import paths
 
 
-async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str = "") -> dict[str, page_file.Page]:
-    """All pages of a design as files, and as pictures in `out`. `text` is one that must be on a page."""
+async def pages_are_drawn(scene: Scene, name: str, text: str = "") -> dict[str, page_file.Page]:
+    """All pages of a design as files. `text` is one that must be on a page."""
     title = paths.name_of(name)
     data = await scene.ask(f"the pages of {title} are drawn", "CreateSVG", 120, ProjectPath=name)
     folder = paths.to_local(data["SVGPath"])
@@ -36,10 +35,7 @@ async def pages_are_drawn(scene: Scene, name: str, out: pathlib.Path, text: str 
         raise Missing(f"the parts {', '.join(sorted(lost))} on the pages")
     if text and not any(text in page.texts for page in pages.values()):
         raise Missing(f"the text {text} on a page")
-    shutil.rmtree(out, ignore_errors=True)
-    shutil.copytree(folder, out / "pages")
-    pictures.write({file.stem: page_file.read(file) for file in sorted(folder.glob("*.json"))}, out)
-    scene.seen(f"{title}: {len(pages)} pages were drawn with {len(drawn)} parts, every one of the bill: {out}/index.html")
+    scene.seen(f"{title}: {len(pages)} pages were drawn with {len(drawn)} parts, every one of the bill")
     return pages
 
 
