@@ -59,8 +59,9 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
             plug_in.send("")  # the acknowledgement of an answer
             prompt = Prompt(self.companion, self.view)
             for line, sent in (
-                ("GenerateBOM", {"ProjectPath": DESIGN}),
-                ("SetToNotStick R1,R2", {"ProjectPath": DESIGN, "item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}),
+                ("GenerateBOM", {"ProjectPath": DESIGN.replace("\\", "/")}),
+                ("SetToNotStick R1,R2", {"ProjectPath": DESIGN.replace("\\", "/"),
+                                         "item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}),
             ):
                 done, message = await asyncio.gather(prompt.run(line), plug_in.receive())
                 self.assertTrue(done)
@@ -261,21 +262,18 @@ class CommandLineTest(unittest.IsolatedAsyncioTestCase):
         self.assertEqual(ended.returncode, 2)
         self.assertRegex(ended.stderr, rf"^companion: port {port} is taken by [^\n]+\n$")
 
-    async def test_commands_of_a_script_are_sent_once_a_design_is_open(self):
+    async def test_commands_that_are_piped_in_are_sent_once_a_design_is_open(self):
         for reply, status in ((MARKED, 0), (REFUSED % "SetToNotStick", 1)):
-            with tempfile.NamedTemporaryFile("w", suffix=".txt") as script:
-                script.write("# marks\nSetToNotStick R1\n")
-                script.flush()
-                process = await asyncio.create_subprocess_exec(
-                    *self.RUN, "--port", "0", "--script", script.name, stdout=asyncio.subprocess.PIPE,
-                    env={**os.environ, "PYTHONUNBUFFERED": "1"},
-                )
-                port = int((await process.stdout.readline()).split(b":")[-1])
-                async with FakePlugIn(port, {"SetToNotStick": reply}) as plug_in:
-                    plug_in.send(opened(DESIGN))
-                    await plug_in.receive()
-                    await plug_in.receive()
-                    self.assertEqual(await asyncio.wait_for(process.wait(), 60), status)
+            process = await asyncio.create_subprocess_exec(*self.RUN, "--port", "0", stdin=asyncio.subprocess.PIPE,
+                                                           stdout=asyncio.subprocess.PIPE)
+            process.stdin.write(b"# marks\nSetToNotStick R1\n")
+            process.stdin.close()
+            port = int((await process.stdout.readline()).split(b":")[-1])
+            async with FakePlugIn(port, {"SetToNotStick": reply}) as plug_in:
+                plug_in.send(opened(DESIGN))
+                await plug_in.receive()
+                await plug_in.receive()
+                self.assertEqual(await asyncio.wait_for(process.wait(), 60), status)
 
 
 if __name__ == "__main__":

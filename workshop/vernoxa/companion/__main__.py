@@ -1,4 +1,4 @@
-"""Runs the stand-in companion: on a terminal with a prompt, elsewhere as a log of the conversation."""
+"""Runs the stand-in companion: on a terminal with a prompt, elsewhere as a log of the conversation, with what is piped in."""
 
 from __future__ import annotations
 
@@ -14,10 +14,12 @@ from vernoxa.wire.events import RECEIVED
 from vernoxa.wire.record import Recorder
 
 from .answers import Answers
-from .desk import Desk
+from .desk import Desk, waiting
 from .prompt import Prompt
 from .server import ADDRESS, PORT, Companion
 from .view import ConversationView, View
+
+OPEN_SECONDS = 90
 
 
 def arguments() -> argparse.Namespace:
@@ -27,19 +29,14 @@ def arguments() -> argparse.Namespace:
         epilog=EXITS,
     )
     parser.add_argument("--port", type=int, default=PORT)
-    parser.add_argument("--send", action="append", default=[], metavar="COMMAND", help="send once a design is open")
-    parser.add_argument("--script", type=pathlib.Path, metavar="FILE", help="the same for the lines of a file (-: of the input)")
-    parser.add_argument("--wait", type=float, default=90, metavar="SECONDS", help="for a design, before --send (90)")
-    parser.add_argument("--seconds", type=float, help="end after so long")
     parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="write the conversation to a file")
     parser.add_argument("--modules", type=pathlib.Path, metavar="FOLDER", help="keep uploaded modules there")
-    parser.add_argument("--user", default="1001", metavar="ID", help="the signed-in user (1001)")
     parser.add_argument("--plain", action="store_true", help="neither colour nor prompt")
     return parser.parse_args()
 
 
 async def serve(options: argparse.Namespace) -> int:
-    answers = Answers(options.user, options.modules)
+    answers = Answers(modules_folder=options.modules)
     view = View(colour=False if options.plain else None)
     companion = Companion(answers, port=options.port)
     companion.listeners.append(ConversationView(view, answers))
@@ -50,9 +47,7 @@ async def serve(options: argparse.Namespace) -> int:
         await companion.start()
         view.line("companion", f"listening on {ADDRESS}:{companion.port}")
         try:
-            good = await asyncio.wait_for(_work(options, companion, view), options.seconds)
-        except asyncio.TimeoutError:
-            good = not (options.send or options.script)
+            good = await _work(companion, view)
         finally:
             await companion.stop()
         view.line("companion", f"{sum(event.kind == RECEIVED for event in companion.events)} messages received, "
@@ -60,26 +55,26 @@ async def serve(options: argparse.Namespace) -> int:
     return DONE if good and not companion.faults else NOT_DONE
 
 
-async def _work(options: argparse.Namespace, companion: Companion, view: View) -> bool:
-    prompt = Prompt(companion, view)
-    lines = list(options.send)
-    if options.script:
-        text = sys.stdin.read() if str(options.script) == "-" else options.script.read_text(encoding="utf-8")
-        lines += text.splitlines()
-    if lines:
-        try:
-            await companion.wait_for(lambda event: event.is_message("FileStatus", Status="Open"), options.wait)
-        except TimeoutError:
-            view.line("companion", f"no design was opened within {options.wait:g} s")
-            return False
-        with contextlib.suppress(EOFError):
-            return all([await prompt.run(line) for line in lines])
-        return True
-    if view.colour and sys.stdin.isatty():
-        await Desk(view, "companion", prompt).work(sys.stdin)
-    else:
+async def _work(companion: Companion, view: View) -> bool:
+    """Lines at the prompt; without a terminal those that are piped in, or else none until it is ended."""
+    desk = Desk(view, "companion", _OnceOpen(companion, view))
+    good = await desk.work(sys.stdin)
+    if not desk.done and not sys.stdin.isatty():
         await asyncio.Event().wait()
-    return True
+    return good
+
+
+class _OnceOpen(Prompt):
+    """Lines that are piped in wait for the first design."""
+
+    async def run(self, line: str) -> bool:
+        if not (self._view.colour and sys.stdin.isatty()):
+            try:
+                with waiting(self._view, "companion", "until a design is open", OPEN_SECONDS):
+                    await self._companion.wait_for(lambda event: event.is_message("FileStatus", Status="Open"), OPEN_SECONDS)
+            except TimeoutError:
+                return self._say(f"no design was opened within {OPEN_SECONDS} s")
+        return await super().run(line)
 
 
 def main() -> int:

@@ -74,7 +74,7 @@ class Answers:
     def _FileStatus(self, message: Message, _: dict) -> list[dict]:
         data = message.data
         path = str(data.get("FileName", ""))
-        key = path.lower()
+        key = paths.key_of(path)
         if data.get("Status") == "Close":
             self.designs.pop(key, None)
         else:
@@ -90,16 +90,16 @@ class Answers:
     def _TryUpdateBom(self, message: Message, _: dict) -> list[dict]:
         if not self.current:
             return []
-        return [{"Command": "GenerateBOM", "Data": {"ProjectPath": self.current.path}, "Result": "0"}]
+        return [{"Command": "GenerateBOM", "Data": {"ProjectPath": paths.for_request(self.current.path)}, "Result": "0"}]
 
     def _GenerateBOM_EndResult(self, message: Message, asked: dict) -> None:
-        design = self.designs.get(str(asked.get("ProjectPath", "")).lower())
+        design = self.designs.get(paths.key_of(str(asked.get("ProjectPath", ""))))
         if design and message.succeeded:
             design.bom = {name: list(lines) for name, lines in message.data.items() if isinstance(lines, list)}
 
     def _GetActiveProPages_EndResult(self, message: Message, _: dict) -> None:
         for project in message.data.get("Open", []):
-            if design := self.designs.get(project["ProjectPath"].lower()):
+            if design := self.designs.get(paths.key_of(project["ProjectPath"])):
                 design.pages = project["Pages"]
 
     def _AddToBom(self, message: Message, _: dict) -> None:

@@ -63,6 +63,7 @@ class Desk:
         self._view = view
         self._name = name
         self._words = words
+        self.done = 0  # lines that were piped in
 
     async def work(self, stream: TextIO) -> bool:
         """Until quit or the end: prompts when people look on, else carries out the stream's lines, each shown first.
@@ -76,6 +77,7 @@ class Desk:
         lines = _lines(stream)
         while line := await lines.get():
             self._view.line(self._name, f"> {line.rstrip()}")
+            self.done += 1
             try:
                 good = await self._words.run(line) and good
             except EOFError:

@@ -13,7 +13,7 @@ import time
 from typing import Callable
 
 from vernoxa.command import Refused
-from vernoxa.wire import frames, json_text, messages, schemas
+from vernoxa.wire import frames, json_text, messages, paths, schemas
 from vernoxa.wire.catalogue import QUERIES, REPLY_SUFFIX, find
 from vernoxa.wire.events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 
@@ -109,6 +109,8 @@ class Companion:
         Raises NotConnected, TimeoutError, UnicodeEncodeError (a text outside the code page), frames.MessageTooLong.
         """
         command = find(name)
+        if isinstance(path := data.get("ProjectPath"), str):
+            data = data | {"ProjectPath": paths.for_request(path)}
         asked = self._send_request({"Command": name, "Data": data, "Result": "0"})
         if command and not command.answered:
             return None  # it stays noted, since it can still be refused

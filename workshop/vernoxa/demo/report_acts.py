@@ -30,7 +30,7 @@ async def pages_are_drawn(scene: Scene, name: str, text: str = "") -> dict[str, 
     if undefined:
         raise Missing(f"the symbols {', '.join(undefined)}")
     drawn = {part for page in pages.values() for part in page.parts}
-    lost = set(scene.answers.designs[name.lower()].references) - drawn
+    lost = set(scene.answers.designs[paths.key_of(name)].references) - drawn
     if lost:
         raise Missing(f"the parts {', '.join(sorted(lost))} on the pages")
     if text and not any(text in page.texts for page in pages.values()):

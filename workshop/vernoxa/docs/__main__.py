@@ -22,7 +22,7 @@ from vernoxa.command import run
 from vernoxa.places import DOCS, PLUG_IN, REPOSITORY
 from vernoxa.companion.answers import Answers
 from vernoxa.replay import performance
-from vernoxa.replay.conversation import ROOT, Design
+from vernoxa.replay.conversation import Design
 from vernoxa.wire import messages, paths, record
 from vernoxa.wire.catalogue import ANSWERED, COMMANDS, PROTOCOL, QUERIES, REPLY_SUFFIX, TOLD
 
@@ -111,7 +111,7 @@ def run_calls() -> None:
         """Below the root of the records; packets carry it in their digits."""
         lines = file.read_text(encoding="utf-8")
         for slash in ("\\\\\\\\", "\\\\", "\\", "/"):
-            before, after = (path.replace("\\", slash) for path in (root, ROOT))
+            before, after = (path.replace("\\", slash) for path in (root, record.ROOT))
             lines = lines.replace(before, after)
             lines = lines.replace(before.encode().hex(), after.encode().hex())
         return lines
@@ -249,7 +249,7 @@ def main() -> int:
         DOCS / "host-procedures.md": printed(DOCS / "host-procedures.md", {"procedures": procedures_page()}),
     }
     if recorded.missing:
-        sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: ./dev replay --record")
+        sys.exit(f"not in tests/conversations: {', '.join(recorded.missing)}; record them: ./dev play --record")
     stale = [page for page, text in texts.items() if text != page.read_text(encoding="utf-8")]
     for page in stale:
         if "--check" in sys.argv:

@@ -10,7 +10,7 @@ from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, run
 from vernoxa.places import PLUG_IN
 
 from . import compare, performance
-from .conversation import ROOT, Conversation, Design
+from .conversation import Conversation
 
 
 def arguments() -> argparse.Namespace:
@@ -24,18 +24,7 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
     parser.add_argument("--keep", type=pathlib.Path, metavar="FILE", help="write the conversation held now to a file")
     parser.add_argument("--update", action="store_true", help="replace the record by the conversation held now")
-    parser.add_argument("--record", action="store_true", help="record FILE anew from --design and --send")
-    parser.add_argument("--design", action="append", default=[], metavar='"SCHEMATIC as NAME"')
-    parser.add_argument("--send", action="append", default=[], metavar="COMMAND",
-                        help="as at the companion's prompt; also: wait SECONDS, host WORDS (see sim/host/commands.tcl)")
     return parser.parse_args()
-
-
-def record(options: argparse.Namespace) -> None:
-    designs = [Design.parse(text) for text in options.design]
-    conversation = asyncio.run(performance.hold(options.dll, designs, options.send, ROOT))
-    conversation.write(options.files[0])
-    print(f"{options.files[0]}: {len(conversation.entries)} blocks")
 
 
 def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
@@ -56,9 +45,6 @@ def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
 def main() -> int:
     options = arguments()
     try:
-        if options.record:
-            record(options)
-            return DONE
         return DONE if all([replay(path, options) for path in options.files]) else NOT_DONE
     except TimeoutError as error:
         raise Refused(str(error) or "not heard in time") from error

@@ -18,9 +18,7 @@ from vernoxa.places import DESIGNS
 from vernoxa.wire import json_text, messages, record
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, OPENED, PROBED, RECEIVED, SENT, Event
-from vernoxa.wire.record import COMPANION, HOST, Entry
-
-ROOT = "Z:\\run"
+from vernoxa.wire.record import COMPANION, HOST, Entry, moved
 
 _DESIGN = re.compile(r"(?P<schematic>.+?) as (?P<name>.+)")
 _KINDS = {record.PLUG_IN: RECEIVED, record.COMPANION: SENT, OPENED: OPENED, CLOSED: CLOSED, PROBED: PROBED,
@@ -63,7 +61,7 @@ class Conversation:
         about = record.read_about(path)
         designs = [Design.parse(text) for name, text in about.items() if name.startswith("design ")]
         if "root" not in about or not designs:
-            raise NotReplayable(f"{path} does not say which designs were open: record it with ./dev replay --record")
+            raise NotReplayable(f"{path} does not say which designs were open: record it with ./dev play --record")
         return Conversation(about["root"], designs, record.read(path))
 
     def write(self, path: pathlib.Path) -> None:
@@ -103,11 +101,3 @@ def value_of(entry: Entry) -> dict:
     if not isinstance(value, dict):
         raise NotReplayable(f"the companion's message at {entry.seconds:.3f} s is no object")
     return value
-
-
-def moved(message: bytes, old: str, new: str) -> bytes:
-    """Both roots are ASCII, which stands in a message of any form as it is, but for its doubled backslashes."""
-    for before, after in ((old.replace("\\", "\\\\"), new.replace("\\", "\\\\")),
-                          (old, new), (old.replace("\\", "/"), new.replace("\\", "/"))):
-        message = message.replace(before.encode("ascii"), after.encode("ascii"))
-    return message

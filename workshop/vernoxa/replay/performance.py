@@ -8,7 +8,6 @@ import time
 from typing import Callable, Iterable
 
 from vernoxa.companion.answers import Answers
-from vernoxa.companion.typed import parse
 from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
@@ -19,7 +18,7 @@ from vernoxa.wire.events import RECEIVED, Event
 from vernoxa.wire.record import COMPANION, HOST, PLUG_IN, Entry
 
 from . import compare
-from .conversation import Conversation, Design, entry_of, is_request, moved, value_of
+from .conversation import Conversation, Design, entry_of, is_request, value_of
 
 # The plug-in's thread pauses ten seconds before each of its steps.
 FIRST_MESSAGE_SECONDS = 60
@@ -139,37 +138,6 @@ async def hold_again(
         await performance.host.ended(1)  # anything else that is said at the end
         now = Conversation(performance.root, recorded.designs, performance.entries)
     return now.moved_to(recorded.root), performance.last_words
-
-
-async def hold(module: pathlib.Path, designs: list[Design], commands: list[str], root: str) -> Conversation:
-    """A new conversation: the commands, as they are typed at the companion's prompt, are sent one after the other.
-
-    `wait N` lets N seconds pass, `host WORDS` has the host's user do something. Raises NotUsable, PortTaken,
-    prompt.BadCommand, NotConnected, TimeoutError.
-    """
-    performance = Performance(module, designs, Answers())
-    async with performance:
-        companion = performance.companion
-        for design in designs:
-            name = f"{performance.root}\\{design.name}"
-            if not await performance.hear(f"FileStatus Open {name}", 1, FIRST_MESSAGE_SECONDS):
-                raise TimeoutError("\n  ".join([f"{name} was not opened. The host's last words:", *performance.last_words]))
-        for text in commands:
-            if text.startswith("wait "):
-                await asyncio.sleep(float(text.removeprefix("wait ")))
-                continue
-            text = moved(text.encode("utf-8"), root, performance.root).decode("utf-8")
-            if text.startswith("host "):
-                await performance.user_does(text.removeprefix("host "))
-                continue
-            name, data = parse(text, companion.answers)
-            try:
-                await companion.ask(name, data)
-            except NotConnected:
-                break  # the host closes while it is asked to end
-        await performance.host.ended(20 if commands and commands[-1] == "CloseOrcad" else 1)
-        conversation = Conversation(performance.root, designs, performance.entries)
-    return conversation.moved_to(root)
 
 
 async def _when_free(require: Callable[[], None]) -> None:

@@ -42,7 +42,7 @@ async def collect(companion: Companion, path: str) -> dict:
     """
     bom = await companion.data_of("GenerateBOM", {"ProjectPath": path}, ANSWER_SECONDS)
     drawings = await companion.data_of("CreateSVG", {"ProjectPath": path}, ANSWER_SECONDS)
-    design = companion.answers.designs.get(path.lower())
+    design = companion.answers.designs.get(paths.key_of(path))
     return {
         "path": path,
         "pins": design.pins if design else "",

@@ -66,7 +66,8 @@ class Installation:
             raise Refused(f"{schematic} is not there" + f"; there are: {', '.join(there)}" * bool(there))
         schematic = schematic.resolve()
         file = self.add_design_folder(folder) / (name or schematic.with_suffix(".dsn").name)
-        self.about[f"design {len(self.about)}"] = f"{schematic} as {folder}\\{file.name}"
+        shown = schematic.relative_to(DESIGNS) if schematic.is_relative_to(DESIGNS) else schematic
+        self.about[f"design {len(self.about)}"] = f"{shown} as {folder}\\{file.name}"
         return schematic, paths.to_windows(file)
 
     def command(self, line: str) -> None:

@@ -26,6 +26,16 @@ def name_of(windows_path: str) -> str:
     return ntpath.basename(windows_path)
 
 
+def for_request(windows_path: str) -> str:
+    """As every script of a host understands it in a request: some double backslashes, others leave them to Tcl."""
+    return windows_path.replace("\\", "/")
+
+
+def key_of(path: str) -> str:
+    """Equal for all spellings of one path."""
+    return path.replace("/", "\\").lower()
+
+
 def to_windows(path: str | os.PathLike) -> str:
     path = os.path.abspath(path)
     return path if os.name == "nt" else _ROOT_DRIVE.upper() + path.replace("/", "\\")

@@ -37,10 +37,12 @@ from vernoxa.command import Refused
 from . import json_text
 from .events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
 from .messages import EMPTY, FORMATTED, OTHER, PLAIN, Message, form_of
+from .messages import read as read_message
 
 TITLE = "conversation 1"
 PLUG_IN, COMPANION, HOST = "plug-in", "companion", "host"
 BYTES = "bytes"
+ROOT = "Z:\\run"  # the folder of a recorded run, whatever it was called
 _UTF8 = "⟦utf-8⟧"
 _SIDES = {RECEIVED: PLUG_IN, SENT: COMPANION}
 
@@ -60,23 +62,30 @@ class BadRecord(Refused):
 
 
 class Recorder:
-    """A listener that writes each event as it comes; the file is whole after every message."""
+    """A listener that writes each event as it comes; the file is whole after every message.
+
+    What lies below the folder `root` of the run is written as lying below ROOT.
+    """
 
     def __init__(self, stream: TextIO, **about: str):
         self._stream = stream
+        self._root = about.get("root", ROOT)
+        if "root" in about:
+            about["root"] = ROOT
         self._write([TITLE, *(f"{name}: {value}" for name, value in about.items())])
 
     def __call__(self, event: Event) -> None:
         start = f"@ {event.seconds:.3f} {event.connection}"
         if event.kind in _SIDES:
-            form, lines = _body(event.message)
-            self._write([f"{start} {_SIDES[event.kind]} {form} {event.message.command or '-'}", *lines])
+            message = event.message if self._root == ROOT else read_message(moved(event.message.raw, self._root, ROOT))
+            form, lines = _body(message)
+            self._write([f"{start} {_SIDES[event.kind]} {form} {message.command or '-'}", *lines])
             if form == BYTES:
-                self._write(["# text: " + " ".join(event.message.raw.decode("gbk", "replace").split())])
+                self._write(["# text: " + " ".join(message.raw.decode("gbk", "replace").split())])
         elif event.kind in (OPENED, CLOSED, PROBED):
             self._write([f"{start} {event.kind}"])
         elif event.kind == HOST:
-            self._write([f"{start} {HOST}", event.text])
+            self._write([f"{start} {HOST}", moved(event.text.encode(), self._root, ROOT).decode()])
         elif event.kind in (FAULT, NOTE):
             self._write([f"# {event.kind}: " + " ".join(event.text.split())])
 
@@ -105,6 +114,14 @@ def json_of(message: Message) -> tuple[str, object]:
     except json_text.NotJson:
         return form, None
     return (OTHER if problems else form_of(message.raw, value)), value
+
+
+def moved(message: bytes, old: str, new: str) -> bytes:
+    """Both roots are ASCII, which stands in a message of any form as it is, but for its doubled backslashes."""
+    for before, after in ((old.replace("\\", "\\\\"), new.replace("\\", "\\\\")),
+                          (old, new), (old.replace("\\", "/"), new.replace("\\", "/"))):
+        message = message.replace(before.encode("ascii"), after.encode("ascii"))
+    return message
 
 
 def _marked(value: object) -> object:
