@@ -57,11 +57,12 @@ class DistTest(unittest.TestCase):
     def test_what_tries_companions_needs_nothing_else(self):
         with zipfile.ZipFile(self.zip) as files:
             files.extractall(self.folder)
-        program, sample = self.folder / "conformance" / "check_companion.py", self.folder / "samples" / "companion.py"
-        done = subprocess.run([sys.executable, program, sys.executable, sample, self.folder], cwd=self.folder,
-                              env={**os.environ, "PYTHONPATH": ""}, capture_output=True, text=True)
-        self.assertEqual(0, done.returncode, done.stdout + done.stderr)
-        self.assertTrue((self.folder / "check-companion.txt").is_file())
+        sample = [sys.executable, self.folder / "samples" / "companion.py", self.folder]
+        for program, words in (("check_companion", sample), ("packet", ["log", "check-companion.txt"])):
+            command = [sys.executable, self.folder / "conformance" / f"{program}.py", *words]
+            done = subprocess.run(command, cwd=self.folder, env={**os.environ, "PYTHONPATH": ""}, capture_output=True, text=True)
+            self.assertIn(" do not; the conversation: check-companion.txt" if words is sample else "FileStatus", done.stdout)
+            self.assertEqual("", done.stderr)
 
     def test_what_was_changed_on_the_way_is_found(self):
         changed = self.folder / "changed.zip"

@@ -6,10 +6,11 @@ import sys
 import tempfile
 import unittest
 
-from vernoxa.packet import traffic
+import packet
+import traffic
 from vernoxa.wire import json_text
 
-PACKET = [sys.executable, "-m", "vernoxa.packet"]
+PACKET = [sys.executable, packet.__file__]
 OPEN = ('{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\\\设计\\\\a.dsn","Pid":"8",'
         '"AllegroPath":"","PinCount":"12"}}')
 CHINESE_BILL = ('{"Data":{"Stick":[{"PartNumber":"","Value":"电阻 10k","PartRef":"R1","PartName":"RES","PCBFootprint":"0603",'

@@ -18,13 +18,12 @@ from rich.text import Text
 from vernoxa.command import end_without_reader
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, FAULT, NOTE, OPENED, PROBED, RECEIVED, SENT, Event
-from vernoxa.wire.messages import Message
+from vernoxa.wire.messages import Message, shorten, summary
 
 from . import tables
 from .answers import Answers
 
 PLAIN_WIDTH = 140
-LONGEST_VALUE = 90
 
 _SPEAKERS = {"companion": "bold cyan", "host": "bold magenta", "demo": "bold yellow", "play": "bold yellow"}
 _STYLES = {FAULT: "bold red", NOTE: "yellow", OPENED: "green", CLOSED: "green", PROBED: "dim"}
@@ -139,18 +138,3 @@ class ConversationView:
         self._view.line("companion", text)
         if table := tables.of_message(message, self._answers):
             self._view.table("companion", table)
-
-
-def shorten(text: str) -> str:
-    text = " ".join(text.split())
-    return text if len(text) <= LONGEST_VALUE else text[: LONGEST_VALUE - 3] + "..."
-
-
-def summary(value: object) -> str:
-    if isinstance(value, list):
-        if len(value) <= 4 and all(isinstance(item, str) for item in value):
-            return "[" + ", ".join(value) + "]"
-        return f"[{len(value)}]"
-    if isinstance(value, dict):
-        return "{" + ", ".join(value) + "}"
-    return str(value)

@@ -9,6 +9,7 @@ from . import json_text
 from .catalogue import FINDING_WORDS, LEFT_OUT, Shape, is_told, shapes_of
 
 PLAIN, FORMATTED, OTHER, EMPTY = "plain", "formatted", "other", "empty"
+LONGEST_VALUE = 90  # for people
 
 # Their texts are not converted.
 _AS_THE_HOST_GAVE = ("GenerateBOM_EndResult", "Cancel_EndResult")
@@ -237,3 +238,18 @@ def _properties(command: str, body: str) -> tuple[list[list[str]], list[str]]:
             name, value = (text.replace("\\\\", "\\") for text in (name, value))
         properties.append([name, value])
     return properties, faults
+
+
+def shorten(text: str) -> str:
+    text = " ".join(text.split())
+    return text if len(text) <= LONGEST_VALUE else text[: LONGEST_VALUE - 3] + "..."
+
+
+def summary(value: object) -> str:
+    if isinstance(value, list):
+        if len(value) <= 4 and all(isinstance(item, str) for item in value):
+            return "[" + ", ".join(value) + "]"
+        return f"[{len(value)}]"
+    if isinstance(value, dict):
+        return "{" + ", ".join(value) + "}"
+    return str(value)

@@ -8,27 +8,26 @@ import pathlib
 import re
 import sys
 
-from rich.console import Console
-from rich.text import Text
-
 from vernoxa.command import DONE, NOT_DONE, Parser, Refused, run
-from vernoxa.companion.view import shorten, summary
 from vernoxa.wire import frames, json_text, messages, record
 from vernoxa.wire.catalogue import REPLY_SUFFIX
+from vernoxa.wire.messages import shorten, summary
 
-from . import traffic
+import traffic
 
+# What terminals take for the looks of a text.
+DIM, BOLD, RED, GREEN, YELLOW, BLUE, MAGENTA, CYAN = 2, 1, 31, 32, 33, 34, 35, 36
 _WAYS = {
-    traffic.IN: ("to the plug-in", "blue"),
-    traffic.OUT: ("from the plug-in", "green"),
-    traffic.SENT: ("its thread asks", "magenta"),
-    traffic.RECEIVED: ("its thread gets", "cyan"),
-    traffic.STEP: ("step", "dim"),
+    traffic.IN: ("to the plug-in", BLUE),
+    traffic.OUT: ("from the plug-in", GREEN),
+    traffic.SENT: ("its thread asks", MAGENTA),
+    traffic.RECEIVED: ("its thread gets", CYAN),
+    traffic.STEP: ("step", DIM),
 }
 
 
 def arguments() -> argparse.Namespace:
-    parser = Parser(prog="./dev packet", description=__doc__)
+    parser = Parser(prog="packet", description=__doc__)
     commands = parser.add_subparsers(dest="command", required=True)
     decode = commands.add_parser("decode", help="packet text to a readable message")
     decode.add_argument("text", nargs="?", help="packet text, or a frame's bytes as digits; standard input without it")
@@ -73,39 +72,40 @@ def encode(text: str, formatted: bool, frame: bool) -> int:
 
 
 def show_log(options: argparse.Namespace) -> int:
-    text, console = options.file.read_bytes(), Console(highlight=False, soft_wrap=True)
+    text = options.file.read_bytes()
     items = traffic.of_record(options.file) if text.startswith(record.TITLE.encode()) else traffic.read(text)
     faults = 0
     for item in items:
         faults += len(item.faults)
         if (item.way == traffic.STEP or item.repeats) and not options.steps:
             continue
-        console.print(line_of(item))
+        print(line_of(item))
         if options.messages and item.message.members:
-            console.print(Text(readable(item.message)))
+            print(readable(item.message))
         for fault in item.faults:
-            console.print(Text(f"  fault: {fault}", "bold red"))
+            print(looking(f"  fault: {fault}", BOLD, RED))
         for note in item.message.notes if item.way != traffic.STEP else ():
-            console.print(Text(f"  note: {note}", "yellow"))
+            print(looking(f"  note: {note}", YELLOW))
     said = [item for item in items if item.way != traffic.STEP and not item.repeats]
-    console.print(f"{len(said)} messages, {sum(failed(item) for item in said)} failures answered, {faults} faults")
+    print(f"{len(said)} messages, {sum(failed(item) for item in said)} failures answered, {faults} faults")
     return NOT_DONE if faults else DONE
 
 
-def line_of(item: traffic.Item) -> Text:
-    name, style = _WAYS[item.way]
+def looking(text: str, *looks: int) -> str:
+    """On a terminal."""
+    return f"\x1b[{';'.join(map(str, looks))}m{text}\x1b[0m" if sys.stdout.isatty() else text
+
+
+def line_of(item: traffic.Item) -> str:
+    name, colour = _WAYS[item.way]
     message = item.message
-    text = Text.assemble((f"{item.time} ", "dim"), (f"{name:<17}", style))
+    text = looking(f"{item.time} ", DIM) + looking(f"{name:<17}", colour)
     if not message.members:
-        text.append(shorten(message.raw.decode("gbk", "replace")) or "(empty)", "dim")
-    else:
-        text.append(message.command, f"bold {style}")
-        if failed(item):
-            text.append(f" failed: {message.error or message.members['Result']}", "bold red")
-        for member, value in message.data.items():
-            text.append(f"  {member}=", "dim")
-            text.append(shorten(summary(value)))
-    return text
+        return text + looking(shorten(message.raw.decode("gbk", "replace")) or "(empty)", DIM)
+    text += looking(message.command, BOLD, colour)
+    if failed(item):
+        text += looking(f" failed: {message.error or message.members['Result']}", BOLD, RED)
+    return text + "".join(looking(f"  {member}=", DIM) + shorten(summary(value)) for member, value in message.data.items())
 
 
 def failed(item: traffic.Item) -> bool:

@@ -1,1 +1,0 @@
-"""Packet texts and traffic logs, readable."""
