@@ -1,5 +1,5 @@
 # The boxes and the dialog of the built DLL while scripts run in their event loops: boxes_windows_test.tcl Vernoxa64.dll
-# boxuser.dll, which lies beside it, does what a user at the boxes would do.
+# helper.dll, which lies beside it, does what a user at the boxes would do.
 
 if {![info exists reread]} {
   set reread 1  ;# Tcl took this file for a text in the code page
@@ -7,7 +7,7 @@ if {![info exists reread]} {
   return
 }
 set built [lindex $argv 0]
-set user [file join [file dirname $built] boxuser.dll]
+set helper [file join [file dirname $built] helper.dll]
 set root [file join $env(TEMP) vernoxa-boxes]
 catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
 file mkdir $root/bin
@@ -88,7 +88,7 @@ proc call {command arguments expected boxes} {
 }
 
 load [file nativename $root/bin/Vernoxa64.dll] Vernoxa
-load [file nativename $user] Boxuser
+load [file nativename $helper] Helper
 set inside 0
 onBox worst
 

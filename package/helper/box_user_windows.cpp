@@ -1,10 +1,6 @@
-// A user for the message boxes and dialogs of a Tcl on Windows: after `onBox SCRIPT` each box that this thread shows
-// has SCRIPT evaluated inside its event loop, with the box's text appended, and is answered with OK then, a dialog with
-// its first row. A box that SCRIPT itself leads to is answered in the same way.
-#include <windows.h>
+#include "helper_windows.h"
 // after windows.h
 #include <commctrl.h>
-#include <tcl.h>
 
 #include <array>
 #include <set>
@@ -27,7 +23,7 @@ User& user() {
   return one;
 }
 
-std::string textOf(HWND window) {
+std::string textIn(HWND window) {
   std::array<wchar_t, longest> wide{};
   GetWindowTextW(window, wide.data(), static_cast<int>(wide.size()));
   std::array<char, 3 * longest> text{};
@@ -55,7 +51,7 @@ void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
   const HWND inner = GetDlgItem(box, messageText);
   Tcl_Obj* const command = Tcl_DuplicateObj(user().script);
   Tcl_IncrRefCount(command);
-  Tcl_ListObjAppendElement(nullptr, command, Tcl_NewStringObj(textOf(inner != nullptr ? inner : box).c_str(), -1));
+  Tcl_ListObjAppendElement(nullptr, command, Tcl_NewStringObj(textIn(inner != nullptr ? inner : box).c_str(), -1));
   if (Tcl_EvalObjEx(user().interp, command, TCL_EVAL_GLOBAL) != TCL_OK) {
     Tcl_BackgroundException(user().interp, TCL_ERROR);
   }
@@ -85,10 +81,6 @@ int onBox(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words) {
 
 }  // namespace
 
-extern "C" __declspec(dllexport) int Boxuser_Init(Tcl_Interp* interp) {
-  if (Tcl_InitStubs(interp, "8.6", 0) == nullptr) {
-    return TCL_ERROR;
-  }
+void createBoxCommands(Tcl_Interp* interp) {
   Tcl_CreateObjCommand(interp, "onBox", onBox, nullptr, nullptr);
-  return TCL_OK;
 }
