@@ -16,6 +16,8 @@ from markdown_it import MarkdownIt
 from vernoxa.command import Refused
 from vernoxa.places import CONVERSATIONS, REPOSITORY
 
+from . import own_tcl
+
 CHECKSUMS = "checksums.txt"
 AS_IT_SHIPS = REPOSITORY / "package"
 
@@ -54,8 +56,9 @@ class NotMade(Refused):
 def make(module: pathlib.Path, target: pathlib.Path) -> None:
     """Raises NotMade, OSError."""
     files = {"bin/Vernoxa64.dll": module.read_bytes()} | _documents()
-    files |= {path.relative_to(AS_IT_SHIPS).as_posix(): path.read_bytes() for path in AS_IT_SHIPS.rglob("*")
-              if path.is_file() and "__pycache__" not in path.parts}
+    files |= {path.relative_to(AS_IT_SHIPS).as_posix(): _as_windows_reads(path) for path in AS_IT_SHIPS.rglob("*")
+              if path.is_file() and not {"__pycache__", "helper"} & set(path.parts)}
+    files |= own_tcl.files(module.with_name("helper.dll"))
     files |= {f"conformance/{place}": path.read_bytes() for path, place in _behind_conformance()}
     for name, path in LICENCES.items():
         if not path.is_file():
@@ -72,6 +75,13 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
             entry.create_system = 3
             entry.external_attr = 0o100644 << 16
             package.writestr(entry, content)
+
+
+def _as_windows_reads(path: pathlib.Path) -> bytes:
+    """The system's own shell and editor take lines that end as it ends them, and the plug-in writes its files so."""
+    content = path.read_bytes()
+    theirs = path.suffix in (".cmd", ".txt") or path.parent.name == "expected"
+    return content.replace(b"\n", b"\r\n") if theirs else content
 
 
 def _behind_conformance() -> Iterator[tuple[pathlib.Path, str]]:

@@ -1,0 +1,136 @@
+# Tries the plug-in on this machine: check.tcl ?-loads TIMES? ?-keep 1?. What is tried runs in a process of its own, run.tcl, so that
+# one that ends or hangs is told too. Ends with 0 when all passed, 1 when something failed, 2 when it cannot begin.
+
+set here [file dirname [file normalize [info script]]]
+foreach file {tables frames machine result} {
+  source -encoding utf-8 [file join $here $file.tcl]
+}
+load [file join $here helper.dll] Helper
+array set options {-loads 1000 -keep 0}  ;# how often it is loaded; 1: the folder of the check stays
+array set options $argv
+
+set silent 180   ;# seconds without a word after which a process counts as hanging
+set results {}   ;# each a step's name, result, what was wrong, milliseconds
+set facts [machineFacts]
+set step ""      ;# the one that is under way
+set over 0       ;# 1 once the last one was
+set said {}      ;# the last lines that it printed besides
+
+proc say {text} {
+  puts $text
+  flush stdout
+}
+
+# The installation that is tried, below a folder of its own; short, since the plug-in reads 99 bytes of its path.
+proc install {} {
+  set root [file join [shortTemp] vx[pid]]
+  file delete -force $root
+  file mkdir [file join $root lib] [file join $root j bin]
+  foreach folder {bin Config/Resource Script/Log project} {
+    file mkdir [file join $root i $folder]
+  }
+  # A Tcl plays the companion, and finds its library where it looks for it: beside its folder.
+  file copy $::tcl_library [file join $root lib tcl8.6]
+  set programs [file dirname [info nameofexecutable]]
+  foreach library [glob -directory $programs *.dll] {
+    file copy $library [file join $root i]
+  }
+  file copy [info nameofexecutable] [file join $root i LanTuZS.exe]
+  foreach {from to} {companion.tcl AutoLogin frames.tcl frames.tcl requests.tcl requests.tcl} {
+    file copy [file join $::here $from] [file join $root i $to]
+  }
+  foreach folder {i j} {
+    file copy [file join [file dirname $::here] bin Vernoxa64.dll] [file join $root $folder bin]
+  }
+  writeFile [file join $root i Config App.txt] {{"AlgMenuLang":"EN","StartWithCadence":"1"}}
+  writeFile [file join $root i Config Resource Empty.olb] OLB
+  return $root
+}
+
+proc hear {channel} {
+  while {[gets $channel line] >= 0} {
+    watch
+    if {[string index $line 0] ne "@"} {
+      set ::said [lrange [list {*}$::said $line] end-20 end]
+      continue
+    }
+    set line [string range $line 1 end]
+    switch [lindex $line 0] {
+      begin {set ::step [lindex $line 1]}
+      end {
+        lassign $line - name result why took
+        lappend ::results [list $name $result $why $took]
+        set ::step ""
+        say [format "  %-40s %-9s %6d ms" $name $result $took]
+        if {$why ne ""} {
+          say "      $why"
+        }
+      }
+      fact {lappend ::facts {*}[lrange $line 1 2]}
+      over {set ::over 1}
+      alive {}
+    }
+  }
+  if {[eof $channel]} {
+    set ::ended 1
+  }
+}
+
+proc watch {} {
+  after cancel hang
+  after [expr {1000 * $::silent}] hang
+}
+
+proc hang {} {
+  lappend ::results [list $::step failed "no word for $::silent s: ended" [expr {1000 * $::silent}]]
+  catch {exec taskkill /f /t /pid [pid $::running]}
+  set ::ended 1
+}
+
+# Who has the plug-in's ports has an editor or a companion under way, which this must not meet.
+proc portsTaken {} {
+  set taken {}
+  foreach port {9601 9610} {
+    if {[catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
+      lappend taken "port $port is taken by [ownerOf $port]"
+    } else {
+      close $channel
+    }
+  }
+  return $taken
+}
+
+say "Vernoxa $version: trying the plug-in on this machine. It shows a few boxes, and closes them itself."
+set taken [portsTaken]
+if {[llength $taken]} {
+  say "This cannot begin: [join $taken {, }]. The plug-in has no other ports.\nEnd the editor and its companion, and try again."
+  exit 2
+}
+set began [clock milliseconds]
+set root [install]
+set running [open "|[list [info nameofexecutable] [file join $here run.tcl] [file join $root i] $options(-loads)] 2>@1"]
+fconfigure $running -encoding utf-8 -translation auto -blocking 0
+fileevent $running readable [list hear $running]
+watch
+vwait ended
+after cancel hang
+fconfigure $running -blocking 1
+if {[catch {close $running} why ended] && $over} {
+  lappend results [list "the process ends" failed [lrange [dict get $ended -errorcode] 0 2] 0]
+} elseif {!$over && $step ne ""} {
+  lappend results [list $step failed "the process ended there: [dict get $ended -errorcode] [join $said { | }]" 0]
+}
+lappend facts "whole time" "[expr {([clock milliseconds] - $began) / 1000}] s"
+close [open [file join $root i leave] w]  ;# for a companion that was left
+set folder [writeResult $root]
+set bad [llength [lsearch -all -index 1 $results failed]]
+say ""
+say [expr {$bad == 0 && $over ? "All passed." : "$bad of [llength $results] steps failed."}]
+say "What was found: [file nativename [file join $folder result.html]]"
+say "To be sent:     [file nativename [file join $folder result.zip]]"
+if {$options(-keep)} {
+  say "Its folder:     [file nativename $root]"
+} else {
+  removeFolder $root
+}
+exit [expr {$bad > 0 || !$over}]
