@@ -1,10 +1,10 @@
 # Every request of a companion: its command, its data, the reply without its "Command" and "Result" but for a mark (%0, %1)
 # where those stand, "" when there is none, and the procedures of the host that are called for it, with their arguments.
-# Texts are made of what the machine's code page has.
+# Names are Chinese where the code page has them.
 
 set requests {}
 set named design
-foreach text {\u8bbe\u8ba1 \u8a2d\u8a08 \u00e9t\u00e9} {
+foreach text {\u8bbe\u8ba1 \u8a2d\u8a08} {
   if {[encoding convertfrom [encoding system] [encoding convertto [encoding system] $text]] eq $text} {
     set named $text
     break

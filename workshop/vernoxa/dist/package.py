@@ -24,11 +24,12 @@ AS_IT_SHIPS = REPOSITORY / "package"
 # Never the name that the plug-in reads: unpacking must not overwrite the settings of an installation.
 SAMPLE = "Config/App.sample.txt"
 
-# What the DLL contains of others, and where the set-up and the distribution keep the words under which it may.
+# What is in the package of others, and where the set-up and the distribution keep the words under which it may.
 LICENCES = {
     "Vernoxa": REPOSITORY / "LICENSE",
     "cJSON": REPOSITORY / ".deps" / "src" / "cjson" / "LICENSE",
-    "Tcl stub library": REPOSITORY / ".deps" / "src" / "tcl" / "license.terms",
+    "Tcl": REPOSITORY / ".deps" / "src" / "tcl" / "license.terms",
+    "zlib": REPOSITORY / ".deps" / "src" / "tcl" / "compat" / "zlib" / "README",
     "GCC run-time library": pathlib.Path("/usr/share/doc/gcc-mingw-w64-base/copyright"),
     "mingw-w64 and winpthreads": pathlib.Path("/usr/share/doc/mingw-w64-x86-64-dev/copyright"),
 }
@@ -80,8 +81,9 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
 def _as_windows_reads(path: pathlib.Path) -> bytes:
     """The system's own shell and editor take lines that end as it ends them, and the plug-in writes its files so."""
     content = path.read_bytes()
-    theirs = path.suffix in (".cmd", ".txt") or path.parent.name == "expected"
-    return content.replace(b"\n", b"\r\n") if theirs else content
+    if path.parent.name == "expected":
+        return content.removesuffix(b"\n").replace(b"\n", b"\r\n")
+    return content.replace(b"\n", b"\r\n") if path.suffix in (".cmd", ".txt") else content
 
 
 def _behind_conformance() -> Iterator[tuple[pathlib.Path, str]]:
