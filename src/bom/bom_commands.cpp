@@ -19,13 +19,14 @@ struct BomMessage {
 constexpr BomMessage addMessage{"AddToBom", "Stick", u8"??BOM??"};
 constexpr BomMessage removeMessage{"RemoveFromBom", "NotStick", u8"?BOM?????"};
 
-Json partsMessage(const BomMessage& kind, const TclList& parts, const TextConverter& text, UserMessages& messages) {
+Json partsMessage(const BomMessage& kind, const TclList& parts, const TextConverter& converter,
+                  UserMessages& messages) {
   Json message = Json::object();
   const JsonView data = message.add("Data", Json::object());
   message.add("Command", kind.command);
   const JsonView array = message.addTo(data, kind.member, Json::array());
   for (int index = 0; index < parts.size(); ++index) {
-    std::vector<std::string> fields = bomFields(text.messageText(parts.text(index)));
+    std::vector<std::string> fields = bomFields(converter.messageText(parts.text(index)));
     if (fields.empty()) {
       messages.show(kind.shortLineText, MessageIcon::none);
       continue;
@@ -39,25 +40,25 @@ Json partsMessage(const BomMessage& kind, const TclList& parts, const TextConver
   return message;
 }
 
-CommandResult sendParts(const BomMessage& kind, CommandCall& call, const TextConverter& text, UserMessages& messages,
-                        const CompanionSender& sender) {
+CommandResult sendParts(const BomMessage& kind, CommandCall& call, const TextConverter& converter,
+                        UserMessages& messages, const CompanionSender& sender) {
   if (call.arguments.count() < 2) {
     return {};
   }
-  const Json message = partsMessage(kind, call.arguments.list(1), text, messages);
+  const Json message = partsMessage(kind, call.arguments.list(1), converter, messages);
   return {sender.packetText(message.printUnformatted())};
 }
 
 }  // namespace
 
-CommandResult sendAddToBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+CommandResult sendAddToBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,
                            const CompanionSender& sender) {
-  return sendParts(addMessage, call, text, messages, sender);
+  return sendParts(addMessage, call, converter, messages, sender);
 }
 
-CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,
                                 const CompanionSender& sender) {
-  return sendParts(removeMessage, call, text, messages, sender);
+  return sendParts(removeMessage, call, converter, messages, sender);
 }
 
 CommandResult tryUpdateBom(CommandCall& call, const CompanionSender& sender) {

@@ -17,9 +17,9 @@ namespace vernoxa::bom {
 
 // Each takes a Tcl list of BOM lines and answers the packet text of "AddToBom" or "RemoveFromBom"; no answer without
 // an argument. A line that is too short shows a message box and is left out.
-CommandResult sendAddToBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+CommandResult sendAddToBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,
                            const CompanionSender& sender);
-CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& text, UserMessages& messages,
+CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,
                                 const CompanionSender& sender);
 
 // Sends "TryUpdateBom" at once.

@@ -8,9 +8,9 @@
 namespace vernoxa::bom {
 namespace {
 
-std::string keyOr(const Request& request, const TextConverter& text, const char* member, const char* usual) {
+std::string keyOr(const Request& request, const TextConverter& converter, const char* member, const char* usual) {
   const auto key = request.data.member(member).text();
-  return key && !key->empty() ? text.scriptValue(*key) : usual;
+  return key && !key->empty() ? converter.scriptValue(*key) : usual;
 }
 
 Script withPath(Start procedure, const std::string& path) {
@@ -32,11 +32,11 @@ Outcome doneWithoutError() {
   return Outcome::success(Json::object(), "");
 }
 
-Outcome markParts(Start procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
-  const std::string path = doubledOnce(projectPath(request, text));
+Outcome markParts(Start procedure, const Request& request, ScriptHost& host, const TextConverter& converter) {
+  const std::string path = doubledOnce(projectPath(request, converter));
   for (const JsonView item : request.data.member("item")) {
     if (const auto reference = item.member("PartRef").text()) {
-      const std::string value = text.scriptValue(*reference);
+      const std::string value = converter.scriptValue(*reference);
       host.evaluate(withPath(procedure, path).literal(" ").bare(value));
     }
   }
@@ -46,42 +46,42 @@ Outcome markParts(Start procedure, const Request& request, ScriptHost& host, con
 
 }  // namespace
 
-Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& text, UserMessages& messages) {
+Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& converter, UserMessages& messages) {
   host.evaluate(Script("GetProductVersion"));
-  generateBOMForPath(host, projectPath(request, text), keyOr(request, text, "PartNumberKey", "Part Number"),
-                     keyOr(request, text, "PartNameKey", "Part Name"));
-  return Outcome::success(readBomLists(host, text, messages));
+  generateBOMForPath(host, projectPath(request, converter), keyOr(request, converter, "PartNumberKey", "Part Number"),
+                     keyOr(request, converter, "PartNameKey", "Part Name"));
+  return Outcome::success(readBomLists(host, converter, messages));
 }
 
-Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& text) {
+Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& converter) {
   Json data = Json::object();
-  data.add("ErrInfo", text.messageText(host.evaluate(Script("switchStickOrNotStick 0")).text));
+  data.add("ErrInfo", converter.messageText(host.evaluate(Script("switchStickOrNotStick 0")).text));
   return Outcome::success(std::move(data));
 }
 
-Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& text) {
-  return markParts("setRefToNotUse", request, host, text);
+Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return markParts("setRefToNotUse", request, host, converter);
 }
 
-Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& text) {
-  return markParts("setRefToUse", request, host, text);
+Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return markParts("setRefToUse", request, host, converter);
 }
 
-Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const std::string path = doubledOnce(projectPath(request, text));
+Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  const std::string path = doubledOnce(projectPath(request, converter));
   lockBomView(host, path, 0);
   saveAndRedraw(host, path);
   return doneWithoutError();
 }
 
-Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const std::string path = doubledOnce(projectPath(request, text));
+Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  const std::string path = doubledOnce(projectPath(request, converter));
   host.evaluate(withPath("setAllNotStick", path));
   Script fitted = withPath("setEnterViewMode", path);
   fitted.literal(" ");
   for (const JsonView reference : request.data.member("Stick")) {
     if (const auto value = reference.text()) {
-      fitted.bare(text.scriptValue(*value)).literal(",");
+      fitted.bare(converter.scriptValue(*value)).literal(",");
     }
   }
   host.evaluate(fitted);

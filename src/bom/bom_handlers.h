@@ -16,11 +16,11 @@ class TextConverter;
 
 namespace vernoxa::bom {
 
-Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& text, UserMessages& messages);
-Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& text);
-Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome generateBom(const Request& request, ScriptHost& host, const TextConverter& converter, UserMessages& messages);
+Outcome switchStickOrNotStick(const Request&, ScriptHost& host, const TextConverter& converter);
+Outcome setToNotStick(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome setToStick(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome exitBomViewMode(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome enterBomViewMode(const Request& request, ScriptHost& host, const TextConverter& converter);
 
 }  // namespace vernoxa::bom

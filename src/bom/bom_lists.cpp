@@ -40,13 +40,14 @@ std::optional<std::vector<std::string>> elementsOf(ScriptHost& host, Start proce
 }
 
 // False for a text that is not a list, or when an element was too short.
-bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Start procedure, Json& data, JsonView array) {
+bool readList(ScriptHost& host, const TextConverter& converter, bool oldHost, Start procedure, Json& data,
+              JsonView array) {
   const auto elements = elementsOf(host, procedure);
   if (!elements) {
     return false;
   }
   for (const std::string& element : *elements) {
-    std::vector<std::string> fields = bomFields(oldHost ? text.utf8ToAnsi(element) : element);
+    std::vector<std::string> fields = bomFields(oldHost ? converter.utf8ToAnsi(element) : element);
     if (fields.empty()) {
       return false;
     }
@@ -57,11 +58,11 @@ bool readList(ScriptHost& host, const TextConverter& text, bool oldHost, Start p
 }
 
 // False when a list could not be read, for whatever reason.
-bool readAll(ScriptHost& host, const TextConverter& text, Json& data, const ListArrays& arrays) {
+bool readAll(ScriptHost& host, const TextConverter& converter, Json& data, const ListArrays& arrays) {
   try {
     const bool oldHost = host.isOldHost();
     for (std::size_t index = 0; index < bomLists.size(); ++index) {
-      if (!readList(host, text, oldHost, bomLists[index].procedure, data, arrays[index])) {
+      if (!readList(host, converter, oldHost, bomLists[index].procedure, data, arrays[index])) {
         return false;
       }
     }
@@ -94,13 +95,13 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
   return host.evaluate(script).ok;
 }
 
-Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages) {
+Json readBomLists(ScriptHost& host, const TextConverter& converter, UserMessages& messages) {
   Json data = Json::object();
   ListArrays arrays;
   for (std::size_t index = 0; index < bomLists.size(); ++index) {
     arrays[index] = data.add(bomLists[index].member, Json::array());
   }
-  if (!readAll(host, text, data, arrays)) {
+  if (!readAll(host, converter, data, arrays)) {
     messages.show(u8"BOM读取出错", MessageIcon::none);
   }
   return data;

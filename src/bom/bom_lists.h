@@ -46,6 +46,6 @@ bool generateBOMForPath(ScriptHost& host, const std::string& path, const std::st
 // An object with the arrays "Stick", "NotStick" and "NotPartNumber". A procedure that ends in an error has an empty
 // list. A text that is not a list, an element that is too short and an exception show "BOM读取出错" once and end the
 // reading; what was gathered stays.
-Json readBomLists(ScriptHost& host, const TextConverter& text, UserMessages& messages);
+Json readBomLists(ScriptHost& host, const TextConverter& converter, UserMessages& messages);
 
 }  // namespace vernoxa::bom

@@ -54,15 +54,15 @@ struct PlaceName {
   bool inCodePage;
 };
 
-PlaceName placeName(std::string_view name, const TextConverter& text) {
+PlaceName placeName(std::string_view name, const TextConverter& converter) {
   const bool kept = looksLikeUtf8Chinese(name);
-  return {kept ? std::string(name) : text.utf8ToAnsi(name), !kept};
+  return {kept ? std::string(name) : converter.utf8ToAnsi(name), !kept};
 }
 
-std::string pageName(std::string_view name, const TextConverter& text) {
+std::string pageName(std::string_view name, const TextConverter& converter) {
   constexpr std::string_view backslashMark = "[;fanxiegan;]";
-  const PlaceName page = placeName(name, text);
-  return page.inCodePage ? text.replaceInCodePage(page.text, '\\', backslashMark)
+  const PlaceName page = placeName(name, converter);
+  return page.inCodePage ? converter.replaceInCodePage(page.text, '\\', backslashMark)
                          : replaceAll(page.text, "\\", backslashMark);
 }
 
@@ -73,7 +73,8 @@ const DesignCheck illegalCharacterCheck{"1002", illegalCharacterKinds};
 const DesignCheck unconnectedPinCheck{"1003", unconnectedPinKinds};
 const DesignCheck netlistCheck{"1004", netlistKinds};
 
-std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding, const TextConverter& text) {
+std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding,
+                                          const TextConverter& converter) {
   const auto kind = std::find_if(check.kinds.begin(), check.kinds.end(),
                                  [&](const FindingKind& each) { return each.name == finding.kind; });
   if (kind == check.kinds.end()) {
@@ -84,8 +85,8 @@ std::optional<std::string> findingMessage(const DesignCheck& check, const Findin
   message.append("\",\"Comment\":\"");
   message.append(kind->commentNamesFirst ? finding.first : std::string_view()).append(kind->comment);
   message.append("\",\"PagePos\":\"").append(finding.x).append(" ").append(finding.y);
-  message.append("\",\"PageName\":\"").append(pageName(finding.page, text));
-  message.append("\",\"ViewBox\":\"\",\"Sch\":\"").append(placeName(finding.schematic, text).text);
+  message.append("\",\"PageName\":\"").append(pageName(finding.page, converter));
+  message.append("\",\"ViewBox\":\"\",\"Sch\":\"").append(placeName(finding.schematic, converter).text);
   return message.append("\"},\"Result\":\"0\",\"ErrInfo\":\"\"}");
 }
 

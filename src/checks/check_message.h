@@ -56,7 +56,8 @@ struct Finding {
 // "DsnCheck_Result" for one finding; `nullopt` for a kind that the check does not know. Schematic and page name are in
 // the code page unless they look like UTF-8 Chinese, which stays (readers rely on it); the other values keep their
 // bytes.
-std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding, const TextConverter& text);
+std::optional<std::string> findingMessage(const DesignCheck& check, const Finding& finding,
+                                          const TextConverter& converter);
 
 // "DsnCheck_EndResult": the check has no further findings.
 std::string checkEndMessage(const DesignCheck& check);

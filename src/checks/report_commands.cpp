@@ -8,7 +8,7 @@
 namespace vernoxa::checks {
 namespace {
 
-CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const TextConverter& text,
+CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const TextConverter& converter,
                         const CompanionSender& sender) {
   if (call.arguments.count() < 2) {
     sender.sendLogged(call.host, checkEndMessage(check));
@@ -23,13 +23,13 @@ CommandResult sendCheck(const DesignCheck& check, CommandCall& call, const TextC
                         argument(4),
                         argument(5),
                         argument(6)};
-  if (const auto message = findingMessage(check, finding, text)) {
+  if (const auto message = findingMessage(check, finding, converter)) {
     sender.sendLogged(call.host, *message);
   }
   return {};
 }
 
-CommandResult sendPackages(const PackageReport& report, CommandCall& call, const TextConverter& text,
+CommandResult sendPackages(const PackageReport& report, CommandCall& call, const TextConverter& converter,
                            const CompanionSender& sender) {
   PackageReportText built(report);
   const TclList properties = call.arguments.list(1);
@@ -39,38 +39,39 @@ CommandResult sendPackages(const PackageReport& report, CommandCall& call, const
       built.add(property.text(0), property.text(1), index + 1 == properties.size());
     }
   }
-  sender.sendLogged(call.host, text.utf8ToAnsi(built.finished()));
+  sender.sendLogged(call.host, converter.utf8ToAnsi(built.finished()));
   return {};
 }
 
 }  // namespace
 
-CommandResult sendRefRepetition(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendCheck(referenceCheck, call, text, sender);
+CommandResult sendRefRepetition(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendCheck(referenceCheck, call, converter, sender);
 }
 
-CommandResult sendIllegalChar(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendCheck(illegalCharacterCheck, call, text, sender);
+CommandResult sendIllegalChar(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendCheck(illegalCharacterCheck, call, converter, sender);
 }
 
-CommandResult sendPinNc(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendCheck(unconnectedPinCheck, call, text, sender);
+CommandResult sendPinNc(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendCheck(unconnectedPinCheck, call, converter, sender);
 }
 
-CommandResult sendNetlist(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendCheck(netlistCheck, call, text, sender);
+CommandResult sendNetlist(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendCheck(netlistCheck, call, converter, sender);
 }
 
-CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendPackages(designReport, call, text, sender);
+CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendPackages(designReport, call, converter, sender);
 }
 
-CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendPackages(libraryObjectReport, call, text, sender);
+CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& converter,
+                                       const CompanionSender& sender) {
+  return sendPackages(libraryObjectReport, call, converter, sender);
 }
 
-CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender) {
-  return sendPackages(libraryReport, call, text, sender);
+CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& converter, const CompanionSender& sender) {
+  return sendPackages(libraryReport, call, converter, sender);
 }
 
 }  // namespace vernoxa::checks

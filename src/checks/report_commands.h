@@ -16,14 +16,15 @@ class TextConverter;
 namespace vernoxa::checks {
 
 // One finding of a check; a call without arguments ends the check. Missing arguments read as empty texts.
-CommandResult sendRefRepetition(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
-CommandResult sendIllegalChar(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
-CommandResult sendPinNc(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
-CommandResult sendNetlist(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendRefRepetition(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
+CommandResult sendIllegalChar(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
+CommandResult sendPinNc(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
+CommandResult sendNetlist(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
 
 // Each takes a list of properties, name and value; shorter elements are skipped.
-CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
-CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
-CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& text, const CompanionSender& sender);
+CommandResult sendDsnPackageInfo(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
+CommandResult sendOlbObjectPackageInfo(CommandCall& call, const TextConverter& converter,
+                                       const CompanionSender& sender);
+CommandResult sendOlbPackageInfo(CommandCall& call, const TextConverter& converter, const CompanionSender& sender);
 
 }  // namespace vernoxa::checks

@@ -17,10 +17,11 @@ class TextConverter;
 
 namespace vernoxa::checks {
 
-Outcome getOlbObjectPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log);
-Outcome getDsnAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log);
-Outcome getOlbAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& text, LogWriter& log);
-Outcome dsnCheck(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome dsnCheckActiveProj(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome getOlbObjectPackageInfo(const Request& request, ScriptHost& host, const TextConverter& converter,
+                                LogWriter& log);
+Outcome getDsnAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& converter, LogWriter& log);
+Outcome getOlbAllPackageInfo(const Request& request, ScriptHost& host, const TextConverter& converter, LogWriter& log);
+Outcome dsnCheck(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome dsnCheckActiveProj(const Request& request, ScriptHost& host, const TextConverter& converter);
 
 }  // namespace vernoxa::checks

@@ -24,15 +24,15 @@ std::string comparablePath(std::string_view path) {
 }
 
 // Whether the path is among the host's open ones, which are joined by ";".
-bool isOpenInHost(const std::string& path, const std::string& openPaths, const TextConverter& text, MessagePaths& paths,
-                  UserMessages& messages, LogWriter& log) {
-  const std::string wanted = comparablePath(text.scriptValue(path));
+bool isOpenInHost(const std::string& path, const std::string& openPaths, const TextConverter& converter,
+                  MessagePaths& paths, UserMessages& messages, LogWriter& log) {
+  const std::string wanted = comparablePath(converter.scriptValue(path));
   bool open = false;
   for (const std::string& entry : splitItems(openPaths, ';')) {
-    const std::string candidate = comparablePath(text.hostPath(entry));
-    const std::string reported = comparablePath(text.scriptValue(paths.ofDesign(entry)));
+    const std::string candidate = comparablePath(converter.hostPath(entry));
+    const std::string reported = comparablePath(converter.scriptValue(paths.ofDesign(entry)));
     const bool same = candidate == wanted || (!reported.empty() && reported == wanted);
-    log.writeLine("open file:" + text.messageText(entry));
+    log.writeLine("open file:" + converter.messageText(entry));
     if (candidate.find('/') == std::string::npos) {
       messages.show(u8"文件一打开路径异常", MessageIcon::none);
     } else if (same) {
@@ -44,13 +44,13 @@ bool isOpenInHost(const std::string& path, const std::string& openPaths, const T
 
 }  // namespace
 
-Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& converter) {
   Script script("AutoDeal ");
-  script.quoted(projectPath(request, text)).literal(" [list");
+  script.quoted(projectPath(request, converter)).literal(" [list");
   for (const JsonView member : request.data) {
     const auto value = member.text();
     if (value && member.name() != "ProjectPath") {
-      script.literal(" ").bare(text.scriptValue(*value));
+      script.literal(" ").bare(converter.scriptValue(*value));
     }
   }
   host.evaluate(script.literal("]"));
@@ -64,31 +64,31 @@ Outcome clearCurrentDesign(const Request&, ScriptHost& host) {
   return Outcome::success();
 }
 
-Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& text, MessagePaths& paths,
+Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& converter, MessagePaths& paths,
                        UserMessages& messages, LogWriter& log) {
   const std::string openPaths = host.evaluate(Script("InitPath")).text;
   const std::string path = request.text("ProjectPath");
   log.writeLine("Get file:" + path);
-  const bool open = isOpenInHost(path, openPaths, text, paths, messages, log);
+  const bool open = isOpenInHost(path, openPaths, converter, paths, messages, log);
   log.writeLine(open ? "file state:1011 Open" : "file state:1011 Close");
   Json data = Json::object();
   data.add("State", open ? "Open" : "Close");
   return Outcome::success(std::move(data));
 }
 
-Outcome cancel(const Request& request, const TextConverter& text) {
+Outcome cancel(const Request& request, const TextConverter& converter) {
   Json data = Json::object();
-  data.add("ExitCommand", "\"" + projectPath(request, text) + "\"");
+  data.add("ExitCommand", "\"" + projectPath(request, converter) + "\"");
   return Outcome::success(std::move(data));
 }
 
-Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const Evaluation answer = host.evaluateJoined("getGuid", projectPath(request, text), " 1");
+Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  const Evaluation answer = host.evaluateJoined("getGuid", projectPath(request, converter), " 1");
   if (!answer.ok || answer.text.starts_with("Invalid")) {
-    return Outcome::failed(text.messageText(answer.text));
+    return Outcome::failed(converter.messageText(answer.text));
   }
   Json data = Json::object();
-  data.add("Guid", text.messageText(answer.text));
+  data.add("Guid", converter.messageText(answer.text));
   return Outcome::success(std::move(data), "");
 }
 

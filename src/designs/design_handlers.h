@@ -21,12 +21,12 @@ class TextConverter;
 
 namespace vernoxa::designs {
 
-Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome autoDealwithDsn(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome clearCurrentDesign(const Request&, ScriptHost& host);
-Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& text, MessagePaths& paths,
+Outcome checkOpenState(const Request& request, ScriptHost& host, const TextConverter& converter, MessagePaths& paths,
                        UserMessages& messages, LogWriter& log);
-Outcome cancel(const Request& request, const TextConverter& text);
-Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome cancel(const Request& request, const TextConverter& converter);
+Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome closeOrcad(const Request&, ScriptHost& host);
 
 // The companion's answers to the plug-in's own messages. The one to a FileStatus names the folder of the project that

@@ -58,7 +58,7 @@ Difference differenceOf(const Designs& open, const Designs& reported) {
 
 // A path from which the host's name for a design in the code page is made again.
 std::string OpenDesigns::hostPathOf(std::string_view name) {
-  const std::string path = text_.ansiToUtf8(name);
+  const std::string path = converter_.ansiToUtf8(name);
   return paths_.ofDesign(path) == name ? path : std::string(name);
 }
 

@@ -35,8 +35,8 @@ struct KnownDesign {
 // Host thread only.
 class OpenDesigns {
  public:
-  OpenDesigns(MessagePaths& paths, const TextConverter& text, link::CompanionLink& link)
-      : paths_(paths), text_(text), link_(link) {}
+  OpenDesigns(MessagePaths& paths, const TextConverter& converter, link::CompanionLink& link)
+      : paths_(paths), converter_(converter), link_(link) {}
 
   // Asks the host for its open paths and keeps the designs among them, in the host's order.
   void scan(ScriptHost& host, LogWriter& log);
@@ -65,7 +65,7 @@ class OpenDesigns {
   void forgetUnreceivedCount();
 
   MessagePaths& paths_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   link::CompanionLink& link_;
   std::vector<KnownDesign> open_;
   std::vector<KnownDesign> reported_;  // those that the companion knows to be open

@@ -46,12 +46,12 @@ void passOn(const Request& request, ScriptHost& host, const CompanionSender& sen
 
 }  // namespace
 
-Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, link::CompanionLink& link,
+Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& converter, link::CompanionLink& link,
                     OpenDesigns& designs) {
   const bool connected = link.clientCreated();
   const unsigned breaks = link.breaks();
   const Evaluation answer = host.evaluate(Script("creatClient ").number(connected ? 0 : 1));
-  if (text.messageText(answer.text) != "0") {
+  if (converter.messageText(answer.text) != "0") {
     return Outcome::failed("creat client failed!");
   }
   if (!connected) {
@@ -76,35 +76,35 @@ Outcome getNewOpenPath(const Request&, ScriptHost& host, OpenDesigns& designs, L
   return Outcome::success(std::move(data));
 }
 
-Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& text, Files& files,
+Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& converter, Files& files,
                     const ProjectFolder& project, const MessagePaths& paths) {
   const FilePath file = netsFile(project, files);
   Script script("GetNetsList ");
-  script.quoted(doubleBackslashes(text.hostPath(request.text("ProjectPath")))).literal(" ");
+  script.quoted(doubleBackslashes(converter.hostPath(request.text("ProjectPath")))).literal(" ");
   script.quoted(doubleBackslashes(file.utf8()));
   const Evaluation answer = host.evaluate(script);
   if (!answer.ok || answer.text.starts_with("Error")) {
-    return Outcome::failed(text.messageText(answer.text));
+    return Outcome::failed(converter.messageText(answer.text));
   }
   if (!files.exists(file)) {
     return Outcome::failed("File not exist");
   }
   Json data = Json::object();
   data.add("netlistsFile", paths.of(file));
-  data.add("datFile", text.messageText(answer.text));
+  data.add("datFile", converter.messageText(answer.text));
   return Outcome::success(std::move(data));
 }
 
-Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConverter& text, OpenDesigns& designs,
+Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConverter& converter, OpenDesigns& designs,
                        LogWriter& log) {
   const auto nested = request.data.member("ProjectPath").text();
   const auto path = nested ? nested : request.message.member("ProjectPath").text();
   if (!path) {
     return Outcome::refused();
   }
-  const std::string argument = doubledOnce(text.hostPath(*path));
+  const std::string argument = doubledOnce(converter.hostPath(*path));
   const Evaluation answer = host.evaluate(Script("getDsnPinCount ").quoted(argument));
-  const std::string count = text.messageText(answer.text);
+  const std::string count = converter.messageText(answer.text);
   log.writeLine("return:" + count);
   if (count.find("//") != std::string::npos) {
     log.writeLine(count);

@@ -27,12 +27,12 @@ namespace vernoxa::designs {
 
 class OpenDesigns;
 
-Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& text, link::CompanionLink& link,
+Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& converter, link::CompanionLink& link,
                     OpenDesigns& designs);
 Outcome getNewOpenPath(const Request&, ScriptHost& host, OpenDesigns& designs, LogWriter& log);
-Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& text, Files& files,
+Outcome getNetsList(const Request& request, ScriptHost& host, const TextConverter& converter, Files& files,
                     const ProjectFolder& project, const MessagePaths& paths);
-Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConverter& text, OpenDesigns& designs,
+Outcome getDsnPinCount(const Request& request, ScriptHost& host, const TextConverter& converter, OpenDesigns& designs,
                        LogWriter& log);
 Outcome fileStatus(const Request& request, ScriptHost& host, const CompanionSender& sender, OpenDesigns& designs,
                    LogWriter& log);

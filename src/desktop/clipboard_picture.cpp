@@ -108,7 +108,7 @@ std::string ClipboardPicture::conversionFailure(const FilePath& metafilePath, co
   }
   return writeBitmapFile(files_, processes_, bitmapPath, *bitmap)
              ? std::string()
-             : "not written: " + text_.utf8ToAnsi(bitmapPath.utf8());
+             : "not written: " + converter_.utf8ToAnsi(bitmapPath.utf8());
 }
 
 bool ClipboardPicture::convert(const FilePath& metafilePath, const FilePath& bitmapPath) const {

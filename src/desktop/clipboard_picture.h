@@ -36,14 +36,14 @@ PixelSize drawnSize(PixelSize framed);
 class ClipboardPicture {
  public:
   ClipboardPicture(Clipboard& clipboard, Clock& clock, Pictures& pictures, Files& files, Processes& processes,
-                   const ProjectFolder& project, const TextConverter& text, const Logs& logs)
+                   const ProjectFolder& project, const TextConverter& converter, const Logs& logs)
       : clipboard_(clipboard),
         clock_(clock),
         pictures_(pictures),
         files_(files),
         processes_(processes),
         project_(project),
-        text_(text),
+        converter_(converter),
         logs_(logs) {}
 
   // Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path; empty when the clipboard holds no
@@ -63,7 +63,7 @@ class ClipboardPicture {
   Files& files_;
   Processes& processes_;
   const ProjectFolder& project_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   const Logs& logs_;
 };
 

@@ -34,8 +34,8 @@ CommandResult getMousePosition(CommandCall&, Desktop& desktop) {
   return {std::to_string(cursor.x) + " " + std::to_string(cursor.y)};
 }
 
-CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& clock, const TextConverter& text) {
-  const std::string content = text.utf8ToAnsi(call.arguments.text(1));
+CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& clock, const TextConverter& converter) {
+  const std::string content = converter.utf8ToAnsi(call.arguments.text(1));
   const auto opened = openClipboard(clipboard, clock);
   if (!opened) {
     return {{}, commandError};

@@ -26,7 +26,7 @@ CommandResult getClipBoardPic(CommandCall& call, const ClipboardPicture& picture
 CommandResult getMousePosition(CommandCall& call, Desktop& desktop);
 
 // Puts a text on the clipboard; fails as a Tcl error when another program holds it.
-CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& clock, const TextConverter& text);
+CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& clock, const TextConverter& converter);
 
 // Presses Enter a moment later, when the dialog that the caller is about to open has appeared.
 CommandResult pressEnter(CommandCall& call, Desktop& desktop, Clock& clock);

@@ -6,12 +6,12 @@
 
 namespace vernoxa::inline dispatch {
 
-std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member) {
-  return text.scriptValue(request.text(member));
+std::string scriptValue(const Request& request, const TextConverter& converter, std::string_view member) {
+  return converter.scriptValue(request.text(member));
 }
 
-std::string projectPath(const Request& request, const TextConverter& text) {
-  return scriptValue(request, text, "ProjectPath");
+std::string projectPath(const Request& request, const TextConverter& converter) {
+  return scriptValue(request, converter, "ProjectPath");
 }
 
 std::string doubledOnce(const std::string& path) {
@@ -19,9 +19,9 @@ std::string doubledOnce(const std::string& path) {
   return path.find("\\\\", networkStart) != std::string::npos ? path : doubleBackslashes(path);
 }
 
-Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script& script) {
+Outcome doneOrFailure(ScriptHost& host, const TextConverter& converter, const Script& script) {
   const Evaluation answer = host.evaluate(script);
-  return answer.text == "1" ? Outcome::success() : Outcome::failed(text.messageText(answer.text));
+  return answer.text == "1" ? Outcome::success() : Outcome::failed(converter.messageText(answer.text));
 }
 
 }  // namespace vernoxa::inline dispatch

@@ -18,15 +18,15 @@ class TextConverter;
 namespace vernoxa::inline dispatch {
 
 // The text of a member of "Data" in UTF-8. Convert first, then double, quote and neutralise.
-std::string scriptValue(const Request& request, const TextConverter& text, std::string_view member);
+std::string scriptValue(const Request& request, const TextConverter& converter, std::string_view member);
 
 // "ProjectPath" in UTF-8, backslashes as they came.
-std::string projectPath(const Request& request, const TextConverter& text);
+std::string projectPath(const Request& request, const TextConverter& converter);
 
 // Backslashes doubled, unless the text holds a doubled one already. The two that begin a network path are none.
 std::string doubledOnce(const std::string& path);
 
 // Done when the host answered "1"; otherwise its answer is the failure.
-Outcome doneOrFailure(ScriptHost& host, const TextConverter& text, const Script& script);
+Outcome doneOrFailure(ScriptHost& host, const TextConverter& converter, const Script& script);
 
 }  // namespace vernoxa::inline dispatch

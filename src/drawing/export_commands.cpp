@@ -20,7 +20,7 @@ bool isOldHost(CommandCall& call, PageExport& pages) {
 
 // Nearly all records are plain and may be read in passing. Whatever may show a message box needs a list of its own: a
 // conversion, and the end of a page.
-CommandResult addShown(CommandCall& call, const TextConverter& text, PageExport& pages, Use use) {
+CommandResult addShown(CommandCall& call, const TextConverter& converter, PageExport& pages, Use use) {
   if (Record record(call.arguments.passingList(1)); record.checkPlain() && pages.draw(use, record)) {
     return {};
   }
@@ -28,7 +28,7 @@ CommandResult addShown(CommandCall& call, const TextConverter& text, PageExport&
   const bool convertLines =
       list.text(0) == textKind && looksLikeUtf8Chinese(list.text(textLines)) && !isOldHost(call, pages);
   Record record(list);
-  record.showInCodePage(text, convertLines);
+  record.showInCodePage(converter, convertLines);
   pages.addRecord(use, record);
   return {};
 }
@@ -40,12 +40,12 @@ CommandResult initSVGList(CommandCall&, PageExport& pages) {
   return {};
 }
 
-CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  return addShown(call, text, pages, Use::page);
+CommandResult addToPageList(CommandCall& call, const TextConverter& converter, PageExport& pages) {
+  return addShown(call, converter, pages, Use::page);
 }
 
-CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages) {
-  return addShown(call, text, pages, Use::symbol);
+CommandResult addToLibList(CommandCall& call, const TextConverter& converter, PageExport& pages) {
+  return addShown(call, converter, pages, Use::symbol);
 }
 
 CommandResult outputSVGFile(CommandCall& call, PageExport& pages) {

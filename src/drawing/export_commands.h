@@ -14,9 +14,9 @@ class PageExport;
 
 CommandResult initSVGList(CommandCall& call, PageExport& pages);
 // One record of a page.
-CommandResult addToPageList(CommandCall& call, const TextConverter& text, PageExport& pages);
+CommandResult addToPageList(CommandCall& call, const TextConverter& converter, PageExport& pages);
 // One record of a library symbol that the open page uses.
-CommandResult addToLibList(CommandCall& call, const TextConverter& text, PageExport& pages);
+CommandResult addToLibList(CommandCall& call, const TextConverter& converter, PageExport& pages);
 // A list whose elements 0, 1 and 4 name the last page.
 CommandResult outputSVGFile(CommandCall& call, PageExport& pages);
 

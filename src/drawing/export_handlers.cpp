@@ -9,11 +9,11 @@
 namespace vernoxa::drawing {
 namespace {
 
-Outcome exportDrawing(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                      const MessagePaths& paths) {
-  const Evaluation answer = host.evaluateJoined("convertToSVG", projectPath(request, text));
+Outcome exportDrawing(const Request& request, ScriptHost& host, const TextConverter& converter,
+                      const ProjectFolder& project, const MessagePaths& paths) {
+  const Evaluation answer = host.evaluateJoined("convertToSVG", projectPath(request, converter));
   if (!answer.ok || answer.text.empty()) {
-    return Outcome::failed(text.messageText(answer.text));
+    return Outcome::failed(converter.messageText(answer.text));
   }
   const std::string folder = paths.of(project.get() / "Cache" / "Output");
   Json data = Json::object();
@@ -24,10 +24,10 @@ Outcome exportDrawing(const Request& request, ScriptHost& host, const TextConver
 
 }  // namespace
 
-Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                  const MessagePaths& paths) {
+Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& converter,
+                  const ProjectFolder& project, const MessagePaths& paths) {
   try {
-    return exportDrawing(request, host, text, project, paths);
+    return exportDrawing(request, host, converter, project, paths);
   } catch (...) {
     return Outcome::refused(Failure::inBox(u8"处理失败"));
   }

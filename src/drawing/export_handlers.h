@@ -18,7 +18,7 @@ class TextConverter;
 namespace vernoxa::drawing {
 
 // Has the host export a design's pages; answers the folder of their files and the path of the preview picture there.
-Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& text, const ProjectFolder& project,
-                  const MessagePaths& paths);
+Outcome createSvg(const Request& request, ScriptHost& host, const TextConverter& converter,
+                  const ProjectFolder& project, const MessagePaths& paths);
 
 }  // namespace vernoxa::drawing

@@ -35,8 +35,8 @@ std::string padStacks() {
 }
 
 // A name in the code page may hold "\" as the second half of a character.
-std::string fileName(std::string_view name, const TextConverter& text) {
-  const std::string flat = utf8OfTcl(name) ? replaceAll(name, "\\", "-") : text.replaceInCodePage(name, '\\', "-");
+std::string fileName(std::string_view name, const TextConverter& converter) {
+  const std::string flat = utf8OfTcl(name) ? replaceAll(name, "\\", "-") : converter.replaceInCodePage(name, '\\', "-");
   return plainFileName(replaceAll(flat, "/", "-") + ".json");
 }
 
@@ -73,14 +73,14 @@ std::string GraphicLibrary::finish(std::string_view name) {
   const FilePath base = project_.get();
   const FilePath cache = base / "Cache";
   const FilePath folder = cache / "Library";
-  const FilePath path = folder / fileName(text_.trueName(name), text_);
+  const FilePath path = folder / fileName(converter_.trueName(name), converter_);
   if (document && !mustStay(files_, path)) {
     files_.createFolder(cache);
     files_.createFolder(folder);
     writeWholeFile(files_, processes_, path, WhenHeld::leave,
                    [&document](OutputFile& file) { return document->writeTo(file); });
   }
-  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, text_);
+  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, converter_);
 }
 
 bool LibraryDocument::writeTo(OutputFile& output) const {

@@ -33,8 +33,8 @@ struct LibraryDocument {
 // Host thread only. Texts stay as Tcl gave them, UTF-8.
 class GraphicLibrary {
  public:
-  GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& text)
-      : project_(project), files_(files), processes_(processes), text_(text) {}
+  GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& converter)
+      : project_(project), files_(files), processes_(processes), converter_(converter) {}
 
   // Begins a document; the former one is dropped.
   void start();
@@ -53,7 +53,7 @@ class GraphicLibrary {
   const ProjectFolder& project_;
   Files& files_;
   Processes& processes_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   std::optional<LibraryDocument> document_;
 };
 

@@ -17,9 +17,9 @@ namespace {
 // Windows finishes the removal of a folder only after its last watcher let it go.
 constexpr std::chrono::milliseconds removalTime{200};
 
-std::string pageFileName(const PageNames& names, const TextConverter& text) {
-  return plainFileName(escapedFileName(text.trueName(names.schematic) + "@!@" + text.trueName(names.page) + "@!@" +
-                                       text.trueName(names.key) + ".json"));
+std::string pageFileName(const PageNames& names, const TextConverter& converter) {
+  return plainFileName(escapedFileName(converter.trueName(names.schematic) + "@!@" + converter.trueName(names.page) +
+                                       "@!@" + converter.trueName(names.key) + ".json"));
 }
 
 // In red: dot, line, wedge.
@@ -94,7 +94,7 @@ void PageExport::finish(const PageNames& names) {
 bool PageExport::write(const PageNames& names) {
   // Converting a name may show a message box, in whose event loop the host may end or renew the export.
   const std::uint64_t begun = begun_;
-  const std::string name = pageFileName(names, text_);
+  const std::string name = pageFileName(names, converter_);
   if (!document_ || begun_ != begun) {
     return false;
   }

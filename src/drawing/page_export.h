@@ -46,8 +46,9 @@ struct PageDocument {
 // Host thread only. Records as showInCodePage() leaves them.
 class PageExport {
  public:
-  PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock, const TextConverter& text)
-      : project_(project), files_(files), processes_(processes), clock_(clock), text_(text) {}
+  PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock,
+             const TextConverter& converter)
+      : project_(project), files_(files), processes_(processes), clock_(clock), converter_(converter) {}
 
   // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. What a link in the
   // folder leads to is left alone. The schematic's name stays.
@@ -73,7 +74,7 @@ class PageExport {
   Files& files_;
   Processes& processes_;
   Clock& clock_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   std::optional<PageDocument> document_;
   std::uint64_t begun_ = 0;  // documents so far
   std::string schematicName_;

@@ -44,7 +44,7 @@ void FileStatus::addHost(Json& data) const {
 Json FileStatus::opened(std::string_view hostPath, std::string_view pinCount) const {
   Json opened = data("Open", hostPath);
   addHost(opened);
-  opened.add("PinCount", text_.messageText(pinCount));
+  opened.add("PinCount", converter_.messageText(pinCount));
   return messageWith(std::move(opened));
 }
 
@@ -60,9 +60,9 @@ Json FileStatus::closed(std::string_view hostPath) const {
 
 void FileStatus::followProject(std::string_view path) const {
   // The code page bytes of some names are UTF-8 of others: then a folder that is there is meant.
-  const FilePath inCodePage = FilePath::fromUtf8(text_.ansiToUtf8(path));
+  const FilePath inCodePage = FilePath::fromUtf8(converter_.ansiToUtf8(path));
   const bool inUtf8 = isUtf8WithThreeByteSequence(path) && !files_.isFolder(inCodePage);
-  project_.set(inUtf8 ? text_.path(path) : inCodePage);
+  project_.set(inUtf8 ? converter_.path(path) : inCodePage);
 }
 
 std::vector<std::string> designsAmong(std::string_view paths) {

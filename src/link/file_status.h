@@ -23,9 +23,9 @@ namespace vernoxa::link {
 // Usable from any thread.
 class FileStatus {
  public:
-  FileStatus(MessagePaths& paths, const TextConverter& text, Files& files, Processes& processes,
+  FileStatus(MessagePaths& paths, const TextConverter& converter, Files& files, Processes& processes,
              const HostExecutable& host, ProjectFolder& project)
-      : paths_(paths), text_(text), files_(files), processes_(processes), host_(host), project_(project) {}
+      : paths_(paths), converter_(converter), files_(files), processes_(processes), host_(host), project_(project) {}
 
   // Whether messages have a name for a design. One without is not reported.
   bool hasName(std::string_view hostPath) const;
@@ -45,7 +45,7 @@ class FileStatus {
   void addHost(Json& data) const;
 
   MessagePaths& paths_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   Files& files_;
   Processes& processes_;
   const HostExecutable& host_;

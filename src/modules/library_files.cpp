@@ -32,7 +32,7 @@ constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OB
 }  // namespace
 
 FilePath LibraryFiles::pathOf(const std::string& name) const {
-  const std::string module = replaceAll(text_.path(placement_.dsnDatPath).utf8(), "\\", "/");
+  const std::string module = replaceAll(converter_.path(placement_.dsnDatPath).utf8(), "\\", "/");
   const std::size_t slash = module.rfind('/');
   const std::string folder = slash == std::string::npos ? std::string() : module.substr(0, slash);
   return FilePath::fromUtf8(folder + "/" + name);
@@ -52,7 +52,7 @@ bool LibraryFiles::isUsersOwn(const std::string& file) const {
 
 void LibraryFiles::tellNotMade(const FilePath& library, const std::string& why) const {
   const std::string line = "library not made: " + library.utf8() + ": " + why;
-  logs_.openTraffic().writeLine(text_.utf8ToAnsi(line));
+  logs_.openTraffic().writeLine(converter_.utf8ToAnsi(line));
 }
 
 // A base name that is free in the module's folder and not `taken`; empty when the numbers tried are all in use.
@@ -133,7 +133,7 @@ void LibraryFiles::remove(const FilePath& path) {
   }
   const std::string file = comparable(files_, path);
   if (isUsersOwn(file)) {
-    logs_.openTraffic().writeLine("not removed: " + text_.utf8ToAnsi(path.utf8()));
+    logs_.openTraffic().writeLine("not removed: " + converter_.utf8ToAnsi(path.utf8()));
     return;
   }
   if (files_.removeFile(path)) {

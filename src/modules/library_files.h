@@ -26,13 +26,13 @@ class LibraryFiles {
  public:
   // `installDirectory` is where the plug-in stands; later reports of projects never change it.
   LibraryFiles(FilePath installDirectory, const HostExecutable& host, const PlacementContext& placement, Files& files,
-               RandomNumbers& random, const TextConverter& text, const Logs& logs)
+               RandomNumbers& random, const TextConverter& converter, const Logs& logs)
       : installDirectory_(std::move(installDirectory)),
         host_(host),
         placement_(placement),
         files_(files),
         random_(random),
-        text_(text),
+        converter_(converter),
         logs_(logs) {}
 
   // Paths with "/" between folders: the folder of the module file, then the base name picked for the placement.
@@ -72,7 +72,7 @@ class LibraryFiles {
   const PlacementContext& placement_;
   Files& files_;
   RandomNumbers& random_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   const Logs& logs_;
   std::string newName_ = "Test";          // base name of the new library
   std::string temporaryName_ = "123456";  // base name of the temporary library

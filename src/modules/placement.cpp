@@ -69,7 +69,7 @@ void ModulePlacer::evaluateLogged(ScriptHost& host, const Script& script) const 
     return;
   }
   if (log.enabled()) {
-    log.writeLine(text_.utf8ToAnsi(script.text()));
+    log.writeLine(converter_.utf8ToAnsi(script.text()));
   }
   host.evaluate(script);
 }
@@ -114,7 +114,7 @@ PlacedLibrary ModulePlacer::placeLibrary(ScriptHost& host, DraggedBox box) {
   PlacedLibrary placed;
   const bool named = libraries_.pickNames();
   placed.newLibrary = libraries_.newPath();
-  placed.module = ModuleFile::read(files_, logs_, text_.path(placement_.dsnDatPath));
+  placed.module = ModuleFile::read(files_, logs_, converter_.path(placement_.dsnDatPath));
   if (!named || !isPlaceable(placed.module)) {
     return placed;
   }
@@ -136,16 +136,16 @@ void ModulePlacer::placeModule(ScriptHost& host) {
     return;
   }
   if (asked.placeState == 1) {
-    host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, text_));
+    host.evaluate(cataloguePartScript("Part", placed.module.firstPartName(), asked, converter_));
   } else {
     for (const JsonView object : placed.module.objects()) {
       if (object.isObject()) {
-        evaluateLogged(host, schematicObjectScript(object, asked, text_));
+        evaluateLogged(host, schematicObjectScript(object, asked, converter_));
       }
     }
   }
   libraries_.remove(placed.newLibrary);
-  libraries_.remove(text_.path(asked.dsnDatPath));
+  libraries_.remove(converter_.path(asked.dsnDatPath));
   logs_.openTraffic().writeLine("over!!!");
 }
 

@@ -30,9 +30,9 @@ enum class DraggedBox { none, made };
 // Host thread only. The placement's values tell the module file and what is set on the parts.
 class ModulePlacer {
  public:
-  ModulePlacer(PlacementContext& placement, LibraryFiles& libraries, Files& files, const TextConverter& text,
+  ModulePlacer(PlacementContext& placement, LibraryFiles& libraries, Files& files, const TextConverter& converter,
                const Logs& logs)
-      : placement_(placement), libraries_(libraries), files_(files), text_(text), logs_(logs) {}
+      : placement_(placement), libraries_(libraries), files_(files), converter_(converter), logs_(logs) {}
 
   // Has the host write the module's library parts into a temporary library, which becomes the new library. Picks both
   // names. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is gone
@@ -55,7 +55,7 @@ class ModulePlacer {
   PlacementContext& placement_;
   LibraryFiles& libraries_;
   Files& files_;
-  const TextConverter& text_;
+  const TextConverter& converter_;
   const Logs& logs_;
 };
 

@@ -44,9 +44,9 @@ CommandResult placeMarketPart(CommandCall& call, ModulePlacer& placer) {
   return {};
 }
 
-CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& text) {
-  const std::string package = text.scriptValue(placement.package);
-  call.host.evaluate(cataloguePartScript("SetProperty", package, placement, text));
+CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& converter) {
+  const std::string package = converter.scriptValue(placement.package);
+  call.host.evaluate(cataloguePartScript("SetProperty", package, placement, converter));
   return {};
 }
 
@@ -58,7 +58,7 @@ CommandResult getNewOlbPath(CommandCall&, const LibraryFiles& libraries) {
   return {libraries.newPath().utf8()};
 }
 
-CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
+CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& converter,
                           LibraryFiles& libraries) {
   if (call.arguments.count() < 2) {
     return {};
@@ -67,7 +67,7 @@ CommandResult outputError(CommandCall& call, UserMessages& messages, const TextC
   if (code == "MoreThanPage") {
     libraries.remove(libraries.newPath());
   }
-  const std::string name = text.trueName(code);
+  const std::string name = converter.trueName(code);
   const std::u8string unknown(name.begin(), name.end());
   messages.show(textFor(code).value_or(unknown), MessageIcon::none);
   return {};

@@ -20,7 +20,7 @@ struct PlacementContext;
 CommandResult placeMarketPart(CommandCall& call, ModulePlacer& placer);
 
 // Gives the placed part the properties that the companion named.
-CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& text);
+CommandResult placePartProperty(CommandCall& call, const PlacementContext& placement, const TextConverter& converter);
 
 // The temporary and the new library of the latest placement; UTF-8, "/" between folders.
 CommandResult getOlbPath(CommandCall& call, const LibraryFiles& libraries);
@@ -28,7 +28,7 @@ CommandResult getNewOlbPath(CommandCall& call, const LibraryFiles& libraries);
 
 // Shows the text of an error code, or the code itself when there is none; nothing without an argument. The code
 // "MoreThanPage" also removes the new library of the placement that failed.
-CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& text,
+CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& converter,
                           LibraryFiles& libraries);
 
 }  // namespace vernoxa::modules

@@ -155,15 +155,15 @@ Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box) {
   return list.quoted(size).literal("]] [list [list \"\" \"\"]]]] [list [list \"\" \"\"]] [list \"\"]").script();
 }
 
-Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text) {
+Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& converter) {
   const std::string_view name = nameOf(object);
   const Properties allowed = placement.selfModule == "1" ? Properties::all : Properties::ofHost;
   ListText list("placePart ");
-  list.bareOr(name, "{}").literal(" ").bareOr(text.scriptValue(placement.selfModule), "{}").literal(" [list");
+  list.bareOr(name, "{}").literal(" ").bareOr(converter.scriptValue(placement.selfModule), "{}").literal(" [list");
   addItems(list, objectIn(object, "Property"), allowed);
   list.literal(" ").item("NimbMarket", name);
-  list.literal(" ").item("MarketResID", text.scriptValue(placement.uploadResId));
-  list.literal(" ").item("MarketUserID", text.scriptValue(placement.uploadUserId));
+  list.literal(" ").item("MarketResID", converter.scriptValue(placement.uploadResId));
+  list.literal(" ").item("MarketUserID", converter.scriptValue(placement.uploadUserId));
   addItems(list, objectIn(object, "UserProperty"), allowed);
   list.literal("] ");
   addDataList(list, objectIn(object, "Data"), PointForm::spaceBetween);
@@ -173,8 +173,8 @@ Script schematicObjectScript(JsonView object, const PlacementContext& placement,
 }
 
 Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
-                           const TextConverter& text) {
-  const auto value = [&](const std::string& stateText) { return text.scriptValue(stateText); };
+                           const TextConverter& converter) {
+  const auto value = [&](const std::string& stateText) { return converter.scriptValue(stateText); };
   const std::string designator = value(placement.selfModule);
   ListText list("placePart ");
   list.literal(mode).literal(" -1 [list [list Location \"10 10\"] [list Rotation 0] [list Mirror 0] [list Package ");

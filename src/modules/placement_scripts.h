@@ -24,10 +24,10 @@ Script libraryPartScript(std::string_view libraryPath, JsonView entry);
 Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box);
 
 // `placePart` for one schematic object of a module.
-Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& text);
+Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& converter);
 
 // `placePart` for the one catalogue part of the state. `mode` is "Part" or "SetProperty", `package` UTF-8.
 Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
-                           const TextConverter& text);
+                           const TextConverter& converter);
 
 }  // namespace vernoxa::modules

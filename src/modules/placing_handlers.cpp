@@ -19,12 +19,12 @@ Outcome noActivePage() {
 
 }  // namespace
 
-Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text) {
-  host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, text, "Page")));
+Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  host.evaluate(Script("getSelectPart ").quoted(scriptValue(request, converter, "Page")));
   return Outcome::success();
 }
 
-Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
+Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& converter,
                               PlacementContext& placement, ModulePlacer& placer) {
   if (placement.package.empty()) {
     placement.package = placement.packageName;
@@ -37,13 +37,13 @@ Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const Te
   placement.placeState = 1;
   host.evaluate(Script("UnSelectAll"));
   Script viewBox("SetLibViewBox [list ");
-  viewBox.bare(scriptValue(request, text, "ViewBoxWidth")).literal(" ");
-  host.evaluate(viewBox.bare(scriptValue(request, text, "ViewBoxHeight")).literal("]"));
+  viewBox.bare(scriptValue(request, converter, "ViewBoxWidth")).literal(" ");
+  host.evaluate(viewBox.bare(scriptValue(request, converter, "ViewBoxHeight")).literal("]"));
   const PlacedLibrary placed = placer.placeLibrary(host, DraggedBox::none);
   host.evaluate(Script("setPlaceMarketFlag 2"));
   Script place("PlaceNew ");
-  place.bare(scriptValue(request, text, "PartName")).literal(" ").braced(placed.newLibrary.utf8());
-  host.evaluate(place.literal(" ").bare(scriptValue(request, text, "PartIndex")));
+  place.bare(scriptValue(request, converter, "PartName")).literal(" ").braced(placed.newLibrary.utf8());
+  host.evaluate(place.literal(" ").bare(scriptValue(request, converter, "PartIndex")));
   return Outcome::success();
 }
 

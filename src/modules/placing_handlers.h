@@ -17,11 +17,11 @@ class ModulePlacer;
 struct PlacementContext;
 
 // Has the host offer the selected parts of a page, by the command `sendUploadMarket`.
-Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& converter);
 
 // Has the user drag one catalogue part, or a whole shared module, onto the active page; `placeMarketPart` places it
 // when the user drops it. Without an active page nothing is placed.
-Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& text,
+Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& converter,
                               PlacementContext& placement, ModulePlacer& placer);
 Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
 // Whatever refuses a placing, nothing is being placed afterwards.

@@ -14,34 +14,34 @@ namespace vernoxa::modules {
 namespace {
 
 // A path as the host's scripts write one into further scripts; empty for a file that is not there.
-std::string pathAnswer(Files& files, const TextConverter& text, const std::string& path) {
-  return files.exists(text.path(path)) ? text.doubledBackslashes(path) : std::string();
+std::string pathAnswer(Files& files, const TextConverter& converter, const std::string& path) {
+  return files.exists(converter.path(path)) ? converter.doubledBackslashes(path) : std::string();
 }
 
 }  // namespace
 
 CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, PreviewPicture& preview,
-                               const TextConverter& text, const CompanionSender& sender) {
+                               const TextConverter& converter, const CompanionSender& sender) {
   const Arguments& given = call.arguments;
   const UploadedSelection selection{given.text(1), given.text(2), given.text(3),
                                     given.text(4), given.text(5), given.text(6)};
-  const std::string message = uploadMessage(selection, preview.path, placement.dsnDatPath, text).printFormatted();
+  const std::string message = uploadMessage(selection, preview.path, placement.dsnDatPath, converter).printFormatted();
   preview.path.clear();
   placement.dsnDatPath.clear();
   return {sender.send(call.host, message).text};
 }
 
 CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const CompanionQuery& query, Files& files,
-                         const TextConverter& text, const Logs& logs) {
+                         const TextConverter& converter, const Logs& logs) {
   const std::string id(call.arguments.text(1));
   auto& known = paths.known;
-  if (const auto found = known.find(id); found != known.end() && files.exists(text.path(found->second))) {
-    return {pathAnswer(files, text, found->second)};
+  if (const auto found = known.find(id); found != known.end() && files.exists(converter.path(found->second))) {
+    return {pathAnswer(files, converter, found->second)};
   }
   Json request = Json::object();
   request.add("Command", "GetMarketResPath");
   const JsonView data = request.add("Data", Json::object());
-  request.addTo(data, "ResId", Json::string(text.messageText(id)));
+  request.addTo(data, "ResId", Json::string(converter.messageText(id)));
   request.add("Result", "0");
   const auto reply = query.ask(request.printUnformatted(), "ResId");
   if (!reply || !reply->errorText.empty()) {
@@ -53,7 +53,7 @@ CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const Companio
     return {reply->text};
   }
   known[id] = *path;
-  return {pathAnswer(files, text, std::string(*path))};
+  return {pathAnswer(files, converter, std::string(*path))};
 }
 
 CommandResult getSelfUserId(CommandCall&, PlacementContext& placement, const CompanionQuery& query) {
@@ -70,9 +70,9 @@ CommandResult getSelfUserId(CommandCall&, PlacementContext& placement, const Com
 }
 
 CommandResult removeDatFile(CommandCall&, const PlacementContext& placement, LibraryFiles& libraries,
-                            const TextConverter& text) {
+                            const TextConverter& converter) {
   for (const FilePath& path :
-       {libraries.newPath(), libraries.temporaryPath(), libraries.backupPath(), text.path(placement.dsnDatPath)}) {
+       {libraries.newPath(), libraries.temporaryPath(), libraries.backupPath(), converter.path(placement.dsnDatPath)}) {
     libraries.remove(path);
   }
   return {};

@@ -31,18 +31,18 @@ struct ResourcePaths {
 
 // Hands the exported module over; answers what the host's sender says. Picture and module file are forgotten then.
 CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, PreviewPicture& preview,
-                               const TextConverter& text, const CompanionSender& sender);
+                               const TextConverter& converter, const CompanionSender& sender);
 
 // The path of the module file of a resource id, code page, backslashes doubled; kept per id while the file exists.
 // Empty without one; the companion's number when it refuses; its whole reply when that names no path.
 CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const CompanionQuery& query, Files& files,
-                         const TextConverter& text, const Logs& logs);
+                         const TextConverter& converter, const Logs& logs);
 
 // The signed-in user's id, or what a placement left in the field that it shares with a part's index.
 CommandResult getSelfUserId(CommandCall& call, PlacementContext& placement, const CompanionQuery& query);
 
 // Removes the libraries of the last placement and the module file.
 CommandResult removeDatFile(CommandCall& call, const PlacementContext& placement, LibraryFiles& libraries,
-                            const TextConverter& text);
+                            const TextConverter& converter);
 
 }  // namespace vernoxa::modules

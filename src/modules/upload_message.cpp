@@ -8,23 +8,23 @@
 namespace vernoxa::modules {
 namespace {
 
-void appendItems(Json& message, JsonView array, std::string_view items, const TextConverter& text) {
+void appendItems(Json& message, JsonView array, std::string_view items, const TextConverter& converter) {
   for (const std::string& item : splitItems(items, ';')) {
-    message.appendTo(array, Json::string(text.messageText(item)));
+    message.appendTo(array, Json::string(converter.messageText(item)));
   }
 }
 
-void appendParts(Json& message, JsonView array, std::string_view parts, const TextConverter& text) {
+void appendParts(Json& message, JsonView array, std::string_view parts, const TextConverter& converter) {
   for (const std::string& item : splitItems(parts, ';')) {
     const std::vector<std::string> fields = splitFields(item, ',');
     if (fields.size() < 2) {
       continue;
     }
     Json part = Json::object();
-    part.add("Id", text.messageText(fields[0]));
-    part.add("Ref", text.messageText(fields[1]));
+    part.add("Id", converter.messageText(fields[0]));
+    part.add("Ref", converter.messageText(fields[1]));
     if (fields.size() > 2) {
-      part.add("Package", text.messageText(fields[2]));
+      part.add("Package", converter.messageText(fields[2]));
     }
     message.appendTo(array, std::move(part));
   }
@@ -33,7 +33,7 @@ void appendParts(Json& message, JsonView array, std::string_view parts, const Te
 }  // namespace
 
 Json uploadMessage(const UploadedSelection& selection, const std::string& preview, const std::string& module,
-                   const TextConverter& text) {
+                   const TextConverter& converter) {
   Json message = Json::object();
   const JsonView data = message.add("Data", Json::object());
   message.add("Command", "SelectModule_EndResult");
@@ -42,12 +42,12 @@ Json uploadMessage(const UploadedSelection& selection, const std::string& previe
   const JsonView parts = message.addTo(data, "Part", Json::array());
   const JsonView wires = message.addTo(data, "Wire", Json::array());
   const JsonView keys = message.addTo(data, "Keys", Json::array());
-  message.addTo(data, "sumPins", Json::string(text.messageText(selection.sumPins)));
-  message.addTo(data, "selfPins", Json::string(text.messageText(selection.selfPins)));
-  message.addTo(data, "copyPrice", Json::string(text.messageText(selection.copyPrice)));
-  appendItems(message, keys, selection.keys, text);
-  appendParts(message, parts, selection.parts, text);
-  appendItems(message, wires, selection.wires, text);
+  message.addTo(data, "sumPins", Json::string(converter.messageText(selection.sumPins)));
+  message.addTo(data, "selfPins", Json::string(converter.messageText(selection.selfPins)));
+  message.addTo(data, "copyPrice", Json::string(converter.messageText(selection.copyPrice)));
+  appendItems(message, keys, selection.keys, converter);
+  appendParts(message, parts, selection.parts, converter);
+  appendItems(message, wires, selection.wires, converter);
   message.add("Result", "0");
   return message;
 }

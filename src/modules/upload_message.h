@@ -24,6 +24,6 @@ struct UploadedSelection {
 
 // "SelectModule_EndResult" with the picture and the module file that the state names; code page.
 Json uploadMessage(const UploadedSelection& selection, const std::string& preview, const std::string& module,
-                   const TextConverter& text);
+                   const TextConverter& converter);
 
 }  // namespace vernoxa::modules

@@ -6,11 +6,11 @@ namespace vernoxa::plugin {
 
 SharedParts::SharedParts(World& world, const Logs& crashLogs, const Directories& directories)
     : logs_(crashLogs, directories.logDirectory),
-      text_(world.codePage, world.messages),
+      converter_(world.codePage, world.messages),
       project_(directories.baseDirectory),
-      paths_(text_, world.files, logs_),
-      fileStatus_(paths_, text_, world.files, world.processes, hostExecutable_, project_),
-      parts_(world.clock, world.files, world.processes, world.sockets, world.output, logs_, text_, project_,
+      paths_(converter_, world.files, logs_),
+      fileStatus_(paths_, converter_, world.files, world.processes, hostExecutable_, project_),
+      parts_(world.clock, world.files, world.processes, world.sockets, world.output, logs_, converter_, project_,
              hostExecutable_, paths_, fileStatus_, link_) {}
 
 LinkThreadParts::LinkThreadParts(World& world, const Logs& crashLogs, const Directories& directories)

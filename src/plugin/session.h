@@ -65,7 +65,7 @@ class SharedParts {
                  ProjectFolder&, HostExecutable&, MessagePaths&, const link::FileStatus&, link::CompanionLink&>;
 
   Logs logs_;
-  TextConverter text_;
+  TextConverter converter_;
   ProjectFolder project_;
   HostExecutable hostExecutable_;
   MessagePaths paths_;

@@ -10,17 +10,17 @@
 namespace vernoxa::inline text {
 
 std::string MessagePaths::of(const FilePath& path) const {
-  if (const auto name = text_.nameInCodePage(path)) {
+  if (const auto name = converter_.nameInCodePage(path)) {
     return *name;
   }
   const FilePath shortPath = files_.shortPath(path);
-  if (const auto name = text_.nameInCodePage(shortPath); name && !name->empty()) {
+  if (const auto name = converter_.nameInCodePage(shortPath); name && !name->empty()) {
     return *name;
   }
   if (isUtf8WithThreeByteSequence(path.utf8())) {
     return path.utf8();
   }
-  logs_.openTraffic().writeLine("no name in the code page: " + text_.utf8ToAnsi(path.utf8()));
+  logs_.openTraffic().writeLine("no name in the code page: " + converter_.utf8ToAnsi(path.utf8()));
   return {};
 }
 
@@ -36,7 +36,7 @@ std::string MessagePaths::ofDesign(std::string_view hostPath) {
     return std::string(hostPath);
   }
   const FilePath path = FilePath::fromUtf8(*plain);
-  const auto name = text_.nameInCodePage(path);
+  const auto name = converter_.nameInCodePage(path);
   if (!name) {
     return otherName(std::string(hostPath), path);
   }
@@ -47,10 +47,10 @@ std::string MessagePaths::ofDesign(std::string_view hostPath) {
 std::string MessagePaths::otherName(const std::string& hostPath, const FilePath& path) {
   std::string name = keptName(hostPath);
   if (name.empty()) {
-    name = text_.nameInCodePage(files_.shortPath(path)).value_or("");
+    name = converter_.nameInCodePage(files_.shortPath(path)).value_or("");
     const bool first = keepName(hostPath, name);
     if (first && name.empty()) {
-      logs_.openTraffic().writeLine("not reported, no name in the code page: " + text_.utf8ToAnsi(hostPath));
+      logs_.openTraffic().writeLine("not reported, no name in the code page: " + converter_.utf8ToAnsi(hostPath));
     }
   }
   return name;

@@ -20,7 +20,8 @@ class TextConverter;
 // Usable from any thread.
 class MessagePaths {
  public:
-  MessagePaths(const TextConverter& text, Files& files, const Logs& logs) : text_(text), files_(files), logs_(logs) {}
+  MessagePaths(const TextConverter& converter, Files& files, const Logs& logs)
+      : converter_(converter), files_(files), logs_(logs) {}
 
   // A path of ours, for a reader that opens it through the code page. Where the code page lacks a character it is the
   // short name, which the file must be there for, and without one the true name in UTF-8, which readers tell by its
@@ -38,7 +39,7 @@ class MessagePaths {
   std::string keptName(const std::string& hostPath) const;
   bool keepName(const std::string& hostPath, const std::string& name);
 
-  const TextConverter& text_;
+  const TextConverter& converter_;
   Files& files_;
   const Logs& logs_;
   mutable std::mutex guard_;

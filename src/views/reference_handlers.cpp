@@ -6,26 +6,26 @@
 
 namespace vernoxa::views {
 
-Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text) {
-  return doneOrFailure(host, text, Script("ReplaceRefAndValue"));
+Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& converter) {
+  return doneOrFailure(host, converter, Script("ReplaceRefAndValue"));
 }
 
-Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& text) {
-  return doneOrFailure(host, text, Script("RenameRef ").number(request.number("Type")));
+Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return doneOrFailure(host, converter, Script("RenameRef ").number(request.number("Type")));
 }
 
-Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& converter) {
   // A page name travels with its backslashes written out, as in the names of page files.
-  const std::string page = replaceAll(scriptValue(request, text, "PageName"), "[;fanxiegan;]", "\\\\");
+  const std::string page = replaceAll(scriptValue(request, converter, "PageName"), "[;fanxiegan;]", "\\\\");
   Script script("JumpToDsn ");
-  script.quoted(doubleBackslashes(projectPath(request, text))).literal(" ");
-  script.quoted(scriptValue(request, text, "Sch")).literal(" ").quoted(page);
-  script.literal(" [list ").bare(scriptValue(request, text, "PagePos")).literal("]");
+  script.quoted(doubleBackslashes(projectPath(request, converter))).literal(" ");
+  script.quoted(scriptValue(request, converter, "Sch")).literal(" ").quoted(page);
+  script.literal(" [list ").bare(scriptValue(request, converter, "PagePos")).literal("]");
   host.evaluate(script);
   return Outcome::success();
 }
 
-Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& converter) {
   if (!request.data.member("PartRef").text()) {
     return Outcome::failed("No PartRef");
   }
@@ -33,7 +33,7 @@ Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConver
     return Outcome::refused();
   }
   Script script("gotoLocation ");
-  script.quoted(projectPath(request, text)).literal(" ").bare(scriptValue(request, text, "PartRef"));
+  script.quoted(projectPath(request, converter)).literal(" ").bare(scriptValue(request, converter, "PartRef"));
   return host.evaluate(script).ok ? Outcome::success() : Outcome::failed("exec error");
 }
 

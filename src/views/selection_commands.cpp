@@ -27,11 +27,11 @@ std::optional<std::vector<std::string>> sortedCandidates(UserMessages& messages,
   }
 }
 
-std::string choose(Desktop& desktop, const TextConverter& text, const std::vector<std::string>& candidates) {
+std::string choose(Desktop& desktop, const TextConverter& converter, const std::vector<std::string>& candidates) {
   std::vector<std::string> shown;
   shown.reserve(candidates.size());
   for (const std::string& candidate : candidates) {
-    shown.push_back(text.hostPath(candidate));
+    shown.push_back(converter.hostPath(candidate));
   }
   const auto chosen = desktop.choose(shown);
   return chosen ? candidates.at(*chosen) : std::string();
@@ -39,14 +39,14 @@ std::string choose(Desktop& desktop, const TextConverter& text, const std::vecto
 
 }  // namespace
 
-CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages, const TextConverter& text,
-                             const Logs& logs) {
+CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages,
+                             const TextConverter& converter, const Logs& logs) {
   if (call.arguments.count() < 3) {
     return {};
   }
   try {
     const auto candidates = sortedCandidates(messages, call.arguments.text(1));
-    return {candidates ? choose(desktop, text, *candidates) : std::string()};
+    return {candidates ? choose(desktop, converter, *candidates) : std::string()};
   } catch (...) {
     logs.reportCrash("SelectJumpPart");
     return {};

@@ -16,64 +16,64 @@ Parts elementsOf(const Evaluation& answer, ScriptHost& host) {
 }
 
 // A project is a list of its path and its page names.
-Json openProject(const Parts& parts, const TextConverter& text, MessagePaths& paths) {
+Json openProject(const Parts& parts, const TextConverter& converter, MessagePaths& paths) {
   Json project = Json::object();
   project.add("ProjectPath", parts.empty() ? std::string() : paths.ofDesign(parts.front()));
   const JsonView pages = project.add("Pages", Json::array());
   for (std::size_t index = 1; index < parts.size(); ++index) {
-    project.appendTo(pages, Json::string(text.messageText(parts[index])));
+    project.appendTo(pages, Json::string(converter.messageText(parts[index])));
   }
   return project;
 }
 
 // The host's own answer does not change the result, only the text beside it.
-Outcome placeWith(Start procedure, const Request& request, ScriptHost& host, const TextConverter& text) {
+Outcome placeWith(Start procedure, const Request& request, ScriptHost& host, const TextConverter& converter) {
   const Script script = Script(procedure).literal(" ").number(request.number("Type")).literal(" {}");
   const std::string answer = host.evaluate(script).text;
   Json data = Json::object();
-  data.add("ErrInfo", answer == "1" ? std::string() : text.messageText(answer));
+  data.add("ErrInfo", answer == "1" ? std::string() : converter.messageText(answer));
   return Outcome::success(std::move(data));
 }
 
 }  // namespace
 
-Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& text, MessagePaths& paths) {
+Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& converter, MessagePaths& paths) {
   const Evaluation answer = host.evaluate(Script("GetActiveProPages"));
   const auto projects = elementsOf(answer, host);
   Json data = Json::object();
   if (projects.empty()) {
-    data.add("ErrInfo", text.messageText(answer.text));
+    data.add("ErrInfo", converter.messageText(answer.text));
     return {Reply{std::move(data), "1", std::nullopt}, std::nullopt};
   }
   data.add("ErrInfo", "");
   const JsonView open = data.add("Open", Json::array());
   for (const std::string& project : projects) {
-    data.appendTo(open, openProject(host.splitList(project).value_or(Parts()), text, paths));
+    data.appendTo(open, openProject(host.splitList(project).value_or(Parts()), converter, paths));
   }
   return Outcome::success(std::move(data));
 }
 
-Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text) {
-  const Evaluation answer = host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, text)));
+Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  const Evaluation answer = host.evaluate(Script("getAllPropertyName ").quoted(projectPath(request, converter)));
   if (!answer.ok || answer.text.empty()) {
-    return Outcome::failed(text.messageText(answer.text));
+    return Outcome::failed(converter.messageText(answer.text));
   }
   Json data = Json::object();
   data.add("PartNameProperty", "Part Name");
   data.add("PartNumberProperty", "Part Number");
   const JsonView names = data.add("PropertyList", Json::array());
   for (const std::string& name : elementsOf(answer, host)) {
-    data.appendTo(names, Json::string(text.messageText(name)));
+    data.appendTo(names, Json::string(converter.messageText(name)));
   }
   return Outcome::success(std::move(data), "");
 }
 
-Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text) {
-  return placeWith("KX_PlaceWirePort", request, host, text);
+Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return placeWith("KX_PlaceWirePort", request, host, converter);
 }
 
-Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text) {
-  return placeWith("KX_PlaceWireOffPage", request, host, text);
+Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return placeWith("KX_PlaceWireOffPage", request, host, converter);
 }
 
 }  // namespace vernoxa::views

@@ -15,15 +15,15 @@ class TextConverter;
 
 namespace vernoxa::views {
 
-Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& text, MessagePaths& paths);
-Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter& converter, MessagePaths& paths);
+Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& converter);
 
 // in reference_handlers.cpp
-Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& text);
-Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& text);
-Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& text);
+Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& converter);
+Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& converter);
+Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& converter);
 
 }  // namespace vernoxa::views
