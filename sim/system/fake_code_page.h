@@ -1,7 +1,7 @@
 // A code page, whatever system the tests run on.
 #pragma once
 
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa {
 

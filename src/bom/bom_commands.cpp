@@ -4,8 +4,8 @@
 #include "dispatch/companion_sender.h"
 #include "system/user_messages.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/json.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::bom {
 namespace {

@@ -3,7 +3,7 @@
 #include "bom/bom_lists.h"
 #include "dispatch/script_values.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::bom {
 namespace {

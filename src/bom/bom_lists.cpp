@@ -5,8 +5,8 @@
 
 #include "system/user_messages.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::bom {
 namespace {

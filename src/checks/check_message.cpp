@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::checks {
 namespace {

@@ -3,7 +3,7 @@
 #include "checks/check_message.h"
 #include "checks/package_report.h"
 #include "dispatch/companion_sender.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::checks {
 namespace {

@@ -3,7 +3,7 @@
 #include "dispatch/script_values.h"
 #include "system/log.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::checks {
 namespace {

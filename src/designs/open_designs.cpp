@@ -6,8 +6,8 @@
 #include "link/file_status.h"
 #include "system/log.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::designs {
 namespace {

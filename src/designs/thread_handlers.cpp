@@ -9,9 +9,9 @@
 #include "system/log.h"
 #include "system/shared_path.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::designs {
 namespace {

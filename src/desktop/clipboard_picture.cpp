@@ -14,7 +14,7 @@
 #include "system/log.h"
 #include "system/shared_path.h"
 #include "system/temporary_file.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::desktop {
 namespace {

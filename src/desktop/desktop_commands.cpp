@@ -7,8 +7,8 @@
 #include "system/clipboard.h"
 #include "system/clock.h"
 #include "system/desktop.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::desktop {
 namespace {

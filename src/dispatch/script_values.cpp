@@ -1,8 +1,8 @@
 #include "dispatch/script_values.h"
 
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::inline dispatch {
 

@@ -3,8 +3,8 @@
 #include "dispatch/script_values.h"
 #include "system/shared_path.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {

@@ -5,11 +5,11 @@
 #include "system/buffered_file.h"
 #include "system/shared_path.h"
 #include "system/whole_file.h"
-#include "text/code_page.h"
 #include "text/file_name_escaping.h"
 #include "text/json.h"
 #include "text/outside_json.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {

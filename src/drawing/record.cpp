@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "text/code_page.h"
 #include "text/json_escape.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {

@@ -3,9 +3,9 @@
 #include "system/files.h"
 #include "system/shared_path.h"
 #include "system/system.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::link {
 namespace {

@@ -8,8 +8,8 @@
 #include "system/log.h"
 #include "system/random.h"
 #include "system/shared_path.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

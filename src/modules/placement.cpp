@@ -9,7 +9,7 @@
 #include "system/files.h"
 #include "system/log.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

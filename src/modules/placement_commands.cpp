@@ -10,7 +10,7 @@
 #include "modules/placement_scripts.h"
 #include "system/user_messages.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

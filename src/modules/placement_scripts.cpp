@@ -7,8 +7,8 @@
 
 #include "modules/list_text.h"
 #include "modules/placement_context.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

@@ -4,7 +4,7 @@
 #include "modules/placement.h"
 #include "modules/placement_context.h"
 #include "tcl/script_host.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

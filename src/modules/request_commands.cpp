@@ -7,8 +7,8 @@
 #include "modules/upload_message.h"
 #include "system/files.h"
 #include "system/log.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::modules {
 namespace {

@@ -24,8 +24,8 @@
 #include "plugin/world.h"
 #include "system/log.h"
 #include "system/shared_path.h"
-#include "text/code_page.h"
 #include "text/message_paths.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::plugin {
 

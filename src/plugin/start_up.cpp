@@ -13,8 +13,8 @@
 #include "system/files.h"
 #include "system/user_messages.h"
 #include "tcl/tcl_script_host.h"
-#include "text/code_page.h"
 #include "text/outside_json.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::plugin {
 namespace {

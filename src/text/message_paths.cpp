@@ -4,8 +4,8 @@
 
 #include "system/files.h"
 #include "system/log.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::inline text {
 

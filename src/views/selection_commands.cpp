@@ -9,8 +9,8 @@
 #include "system/desktop.h"
 #include "system/log.h"
 #include "system/user_messages.h"
-#include "text/code_page.h"
 #include "text/text.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::views {
 namespace {

@@ -23,7 +23,7 @@
 #include "system/registry.h"
 #include "system/shared_path.h"
 #include "system/wide_text_windows.h"
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::desktop {
 namespace {

@@ -1,4 +1,4 @@
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 #include <gmock/gmock.h>
 
@@ -10,14 +10,14 @@ namespace {
 
 using testing::ElementsAre;
 
-class CodePageTest : public testing::Test {
+class TextConverterTest : public testing::Test {
  protected:
   FakeCodePage page_;
   FakeUserMessages messages_;
   TextConverter text_{page_, messages_};
 };
 
-TEST_F(CodePageTest, ConvertsBothWays) {
+TEST_F(TextConverterTest, ConvertsBothWays) {
   EXPECT_EQ(text_.ansiToUtf8("原理图 R1"), utf8(u8"原理图 R1"));
   EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), "原理图 R1");
   EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"a\U0001F600")).front(), 'a');
@@ -31,7 +31,7 @@ TEST_F(CodePageTest, ConvertsBothWays) {
   EXPECT_EQ(text_.ansiToUtf8(""), "");
 }
 
-TEST_F(CodePageTest, EachRoadHasItsOwnTest) {
+TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
   const struct {
     std::string text;
     std::string message;  // to the companion, code page
@@ -54,14 +54,14 @@ TEST_F(CodePageTest, EachRoadHasItsOwnTest) {
 }
 
 // 0x5C, the backslash, is a second byte of many characters of the code page.
-TEST_F(CodePageTest, SecondBytesAreNoCharactersOfTheirOwn) {
+TEST_F(TextConverterTest, SecondBytesAreNoCharactersOfTheirOwn) {
   EXPECT_EQ(text_.replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
   EXPECT_EQ(text_.replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
   EXPECT_EQ(text_.replaceInCodePage("\x80\\", '\\', "/"), "\x80/");
   EXPECT_EQ(text_.replaceInCodePage("\xFF\\", '\\', "/"), "\xFF/");
 }
 
-TEST_F(CodePageTest, FailureIsShownAndGivesNoText) {
+TEST_F(TextConverterTest, FailureIsShownAndGivesNoText) {
   page_.throwing = true;
   EXPECT_EQ(text_.ansiToUtf8("图"), "");
   EXPECT_EQ(text_.ansiToUtf8("ASCII needs no conversion"), "ASCII needs no conversion");

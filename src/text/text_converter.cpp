@@ -1,4 +1,4 @@
-#include "text/code_page.h"
+#include "text/text_converter.h"
 
 #include <exception>
 
