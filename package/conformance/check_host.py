@@ -19,7 +19,7 @@ import sys
 import tempfile
 from typing import Callable
 
-from vernoxa.command import DONE, REFUSED, run
+from vernoxa.command import DONE, REFUSED, Refused, run
 from vernoxa.wire import frames
 from vernoxa.wire.catalogue import PROTOCOL
 
@@ -308,6 +308,8 @@ def main() -> int:
     if not sys.argv[1:] or sys.argv[1] in ("-h", "--help"):
         print(__doc__)
         return DONE if sys.argv[1:] else REFUSED
+    if not pathlib.Path(sys.argv[1]).is_file():
+        raise Refused(f"{sys.argv[1]} is not there")
     return asyncio.run(Check(LOGS / "check-host.txt").run(sys.argv[1:]))
 
 

@@ -100,7 +100,8 @@ proc ::designs::find {text} {
 proc ::designs::need {text} {
     set path [find $text]
     if {$path eq ""} {
-        error "the design is not open: $text"
+        variable open
+        error "the design is not open: $text; open are: [join [dict keys $open] {, }]"
     }
     return $path
 }

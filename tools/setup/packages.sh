@@ -18,7 +18,7 @@ case $1 in
       tcl8.6 tcl8.6-dev
       # the stand-ins and the scripts
       python3 python3-jsonschema python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos
-      mypy flake8
+      mypy flake8 pre-commit
       # the set-up itself
       dpkg-dev locales patch xz-utils
       # networks of their own, for tests that use the same ports

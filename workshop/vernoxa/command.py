@@ -38,6 +38,9 @@ def run(name: str, main: Callable[[], int]) -> NoReturn:
     except BrokenPipeError:
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
         status = NOT_DONE
+    except FileNotFoundError as error:
+        print(f"{name}: {error.filename or error} is not there", file=sys.stderr)
+        status = REFUSED
     except (Refused, OSError) as error:
         print(f"{name}: {error}", file=sys.stderr)
         status = REFUSED

@@ -1,4 +1,4 @@
-"""Adds up what the tests of some builds said: count_tests.py BUILD_DIRECTORY...
+"""Adds up what the tests of some builds said, and names those that failed: count_tests.py BUILD_DIRECTORY...
 
 CTest's own report counts programs; a GoogleTest program's report, where there is one, counts its tests. A program that
 failed without a failed test in its report (it crashed, it ran out of time) counts as one failure more. CTest itself does
@@ -6,41 +6,62 @@ not look into the reports of programs.
 """
 
 import json
+import os
 import pathlib
 import sys
-import xml.etree.ElementTree
+import xml.etree.ElementTree as ElementTree
+from typing import Iterator
 
 from vernoxa.command import run
+from vernoxa.places import SETUP
+
+LAST_LINES = 12
 
 
-def count(build: pathlib.Path) -> tuple[int, int]:
-    passed = failed = 0
-    for case in xml.etree.ElementTree.parse(build / "results.xml").getroot().iter("testcase"):
-        succeeded = case.get("status") == "run"
-        report = build / "results" / f"{case.get('name')}.json"
-        if not report.exists():
-            passed += succeeded
-            failed += not succeeded
-            continue
-        said = json.loads(report.read_text())
-        failures = said["failures"] + said["errors"]
-        passed += said["tests"] - said["disabled"] - failures
-        failed += failures or (0 if succeeded else 1)
+def failures(build: pathlib.Path, name: str, said: str) -> Iterator[tuple[str, str, str]]:
+    """Of a program that failed: each failed test with what it said and the command that runs it alone."""
+    folder = os.path.relpath(build)
+    report = build / "results" / f"{name}.json"
+    wine = f"{os.path.relpath(SETUP)}/wine-suite " * (build.name == "windows")
+    suites = json.loads(report.read_text())["testsuites"] if report.exists() else []
+    tests = [(f"{suite['name']}.{test['name']}", test["failures"]) for suite in suites for test in suite["testsuite"]
+             if "failures" in test]
+    for test, found in tests:
+        runner = f"{wine}{os.path.relpath(SETUP)}/wine-run {folder}/{name}.exe" if wine else f"{folder}/{name}"
+        yield test, "\n".join(each["failure"] for each in found), f"{runner} --gtest_filter={test}"
+    if not tests:
+        yield name, said, f"{wine}ctest --preset {build.name} -R '^{name}$'"
+
+
+def count(build: pathlib.Path) -> tuple[int, list[tuple[str, str, str]]]:
+    """How many passed, and the failures."""
+    passed, failed = 0, []
+    for case in ElementTree.parse(build / "results.xml").getroot().iter("testcase"):
+        name = case.get("name", "")
+        report = build / "results" / f"{name}.json"
+        if case.get("status") != "run":
+            failed += list(failures(build, name, case.findtext("system-out") or ""))
+        if report.exists():
+            said = json.loads(report.read_text())
+            passed += said["tests"] - said["disabled"] - said["failures"] - said["errors"]
+        else:
+            passed += case.get("status") == "run"
     return passed, failed
 
 
 def main() -> int:
-    passed = failed = 0
+    passed, failed = 0, []
     for build in map(pathlib.Path, sys.argv[1:]):
-        if (build / "results.xml").exists():
-            more_passed, more_failed = count(build)
-        else:
-            more_passed, more_failed = 0, 1  # not built, or CTest itself failed
-        passed += more_passed
-        failed += more_failed
-        print(f"  {build.name}: {more_passed} passed, {more_failed} failed")
-    print(f"{passed} passed, {failed} failed")
-    return failed > 0 or passed == 0
+        there = (build / "results.xml").exists()
+        more, found = count(build) if there else (0, [(build.name, "not built, or CTest itself failed", "./dev test")])
+        passed += more
+        failed += found
+        print(f"  {build.name}: {more} passed, {len(found)} failed")
+    for name, said, command in failed:
+        last = said.strip().splitlines()[-LAST_LINES:]
+        print("\n  ".join([f"FAILED {name}", *last]) + f"\n  alone: {command}")
+    print(f"{passed} passed, {len(failed)} failed")
+    return bool(failed) or passed == 0
 
 
 if __name__ == "__main__":

@@ -47,8 +47,10 @@ class Prompt:
             if word in LOCAL:
                 return await self._local(word, words_of(rest))
             return await self._ask(line)
-        except (BadCommand, NotConnected, TimeoutError, MessageTooLong, OSError) as error:
+        except (BadCommand, NotConnected, TimeoutError, MessageTooLong) as error:
             return self._say(str(error))
+        except OSError as error:
+            return self._say(f"{error.filename}: {error.strerror}")
         except UnicodeEncodeError as error:
             return self._say(f"outside the code page: {error.object[error.start:error.end]}")
 
