@@ -1,7 +1,7 @@
 # Words for the scripts that drive the host (-commands FILE, or lines on standard input), beside
 # every host procedure and plug-in command:
 #
-#   pause SECONDS            waitLink ?SECONDS?    (until the companion is connected)
+#   pause SECONDS            waitLink ?SECONDS?    (until the companion has answered what it was told)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
 #   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
 #   resourcePath ID          userId                writeLibrary FILE
@@ -13,10 +13,10 @@ proc pause {seconds} {
     yield
 }
 
-proc waitLink {{seconds 60}} {
-    for {set tenths 0} {![checkSocketConnect]} {incr tenths} {
+proc waitLink {{seconds 180}} {
+    for {set tenths 0} {![checkSocketConnect] || !$::link::heard} {incr tenths} {
         if {$tenths >= $seconds * 10} {
-            error "no connection to the companion after $seconds s"
+            error "no word of the companion after $seconds s"
         }
         pause 0.1
     }

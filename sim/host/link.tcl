@@ -5,6 +5,7 @@ namespace eval ::link {
     variable companionPort 9601
     variable server ""
     variable companion ""
+    variable heard 0  ;# the companion has said something on this connection, and the plug-in took it in
 }
 
 host::procedure creatServerForPthread {} {
@@ -53,6 +54,7 @@ host::procedure creatClient {{renew 1}} {
         return 1
     }
     set ::link::companion $channel
+    set ::link::heard 0
     frames::attach $channel ::link::fromCompanion ::link::companionGone
     host::log "connected to the companion"
     after 0 ::designs::reportAll
@@ -62,6 +64,7 @@ host::procedure creatClient {{renew 1}} {
 proc ::link::fromCompanion {channel text} {
     host::log "companion asks: [host::messageOf $text]"
     set reply [plugin packetParser $text]
+    set ::link::heard 1
     if {$reply eq ""} {
         return
     }

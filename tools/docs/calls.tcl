@@ -17,7 +17,7 @@ proc ::calls::note {kind text} {
     puts $::calls::channel [string trimright "$kind [string map [list \\ {\\} \n {\n} \r {\r}] $text]"]
 }
 
-# The companion is asked only while there is a connection.
+# The companion is asked only while there is a connection, and where the cache lies it has told by then.
 waitLink
 
 # Nothing leaves the host; whoever traces the procedure goes on doing so.

@@ -15,16 +15,7 @@ proc ::modules::selectBlock {references} {
     set design [dict get $::designs::open $path]
     set drawing [dict get $design pages $page]
     pages::select $references
-    set xs {}
-    set ys {}
-    foreach id $::pages::selection {
-        foreach {x y} [outline $design [dict get $design parts $id]] {
-            lappend xs $x
-            lappend ys $y
-        }
-    }
-    set bounds [list [tcl::mathfunc::min {*}$xs] [tcl::mathfunc::min {*}$ys] \
-        [tcl::mathfunc::max {*}$xs] [tcl::mathfunc::max {*}$ys]]
+    set bounds [around [concat {*}[lmap id $::pages::selection {outline $design [dict get $design parts $id]}]]]
     set ids {}
     foreach id [dict get $drawing parts] {
         if {$id in $::pages::selection || [within $bounds [outline $design [dict get $design parts $id]]]} {
@@ -45,6 +36,17 @@ proc ::modules::choose {page ids items} {
     variable block $items
     variable blockPage $page
     set ::pages::selection $ids
+}
+
+# The smallest rectangle around points. A block of nothing has none.
+proc ::modules::around {points} {
+    if {$points eq ""} {
+        error "nothing is selected on this page"
+    }
+    set xs [lmap {x y} $points {set x}]
+    set ys [lmap {x y} $points {set y}]
+    return [list [tcl::mathfunc::min {*}$xs] [tcl::mathfunc::min {*}$ys] \
+        [tcl::mathfunc::max {*}$xs] [tcl::mathfunc::max {*}$ys]]
 }
 
 proc ::modules::within {bounds points} {
@@ -85,6 +87,7 @@ proc ::modules::share {path page} {
         set part
     }]
     set items [expr {$blockPage eq $page ? $block : {}}]
+    lassign [size $design $parts $items] width height
     link::plugin initMarketFile
     foreach symbol [symbolsOf $design $parts $items] {
         foreach record [partRecords {*}$symbol] {
@@ -94,7 +97,6 @@ proc ::modules::share {path page} {
     foreach record [objectRecords $design $parts $items] {
         link::plugin addMarketPartList $record
     }
-    lassign [size $design $parts $items] width height
     set file [link::plugin outputMarketFile 0 $width $height 0]
     host::log "module of [llength $parts] parts in $file"
     offer $design $parts $items
@@ -123,24 +125,12 @@ proc ::modules::symbolsOf {design parts items} {
 
 # {width height} in units of all that is in a block.
 proc ::modules::size {design parts items} {
-    set xs {}
-    set ys {}
-    set flat {}
-    foreach part $parts {
-        lappend flat {*}[outline $design $part]
-    }
+    set points [concat {*}[lmap part $parts {outline $design $part}]]
     dict for {kind list} $items {
-        foreach item $list {
-            lappend flat {*}[pointsOf $kind $item]
-        }
+        lappend points {*}[concat {*}[lmap item $list {pointsOf $kind $item}]]
     }
-    foreach {x y} $flat {
-        lappend xs $x
-        lappend ys $y
-    }
-    return [drawing::units [list \
-        [expr {[tcl::mathfunc::max {*}$xs] - [tcl::mathfunc::min {*}$xs]}] \
-        [expr {[tcl::mathfunc::max {*}$ys] - [tcl::mathfunc::min {*}$ys]}]]]
+    lassign [around $points] left top right bottom
+    return [drawing::units [list [expr {$right - $left}] [expr {$bottom - $top}]]]
 }
 
 # Tells the companion what the module holds: pins, parts, nets, and words to find it by.

@@ -102,7 +102,7 @@ def run_calls() -> None:
         designs = [Design.parse("microphone/power.kicad_sch as design\\power.dsn")]
         calls = Calls(PLUG_IN, designs, Answers())
         async with calls:
-            await calls.host.ended(60)
+            await calls.host.ended(performance.LONGEST_RUN)
             CALLS.write_text(moved(calls.written("calls"), calls.root), encoding="utf-8", newline="\n")
             noted = _best_calls(moved(calls.written("procedures"), calls.root).rstrip("\n").split("\n"))
             PROCEDURES.write_text(noted, encoding="utf-8", newline="\n")

@@ -26,8 +26,9 @@ from vernoxa.wire.catalogue import PROTOCOL
 from vernoxa.wire.events import RECEIVED
 
 HOST_PORT = PROTOCOL["link"]["hostPort"]
-ANSWER_SECONDS = 120
-CHECK_SECONDS = 60
+# Far above what a large design takes where nothing else runs.
+ANSWER_SECONDS = 300
+CHECK_SECONDS = 300
 
 
 class NotCollected(Refused):

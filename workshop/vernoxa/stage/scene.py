@@ -20,8 +20,9 @@ from .session import QUIT, Missing, Session
 
 T = TypeVar("T")
 LONGEST_LINE = 160
-# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks.
-LINK_SECONDS = 60
+# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks. A
+# machine that does much else may take many times as long; a host that ends is noticed at once.
+LINK_SECONDS = 180
 
 
 class Scene(Session):
