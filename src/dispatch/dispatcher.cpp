@@ -22,6 +22,7 @@ class HeldLock {
 };
 
 bool isOfKind(JsonView value, MemberKind kind) {
+  // Never true: there is no other kind.
   switch (kind) {
     case MemberKind::text:
       return value.text().has_value();

@@ -27,6 +27,7 @@ struct Outcome {
   static Outcome refused(Failure failure = {}) { return {std::nullopt, std::move(failure)}; }
   static Outcome silent() { return {}; }
 
+  // Never false: it is asked of placing alone, whose replies tell of success.
   bool succeeded() const { return reply && reply->result == "0"; }
 };
 

@@ -124,6 +124,7 @@ std::string_view Look::of(std::string_view code) const {
 const Look& lookNamed(std::string_view name) {
   const auto* const named =
       std::find_if(std::begin(looks), std::end(looks), [&](const Look& each) { return each.name == name; });
+  // Never false: the names are those of our own rows.
   return named != std::end(looks) ? *named : throw std::out_of_range("no such look");
 }
 

@@ -50,7 +50,7 @@ void LinkThread::run() noexcept {
         pollForever();
       }
       clock_.sleep(retryPause);
-    } while (true);
+    } while (true);  // Never true or false: it does not end so.
   } catch (...) {
     logs_.reportCrash("Fun111");
   }
@@ -71,6 +71,7 @@ void LinkThread::waitForCompanion() {
 }
 
 void LinkThread::pollForever() {
+  // Never false: it does not end so.
   while (true) {
     clock_.sleep(retryPause);
     if (link_.clientCreated()) {

@@ -72,6 +72,7 @@ std::string LibraryFiles::freeName(const std::string& taken) {
 bool LibraryFiles::pickNames() {
   const std::string temporary = freeName("");
   const std::string renewed = freeName(temporary);
+  // Never true: the second would mean that one name is free and a second is not.
   if (temporary.empty() || renewed.empty()) {
     tellNotMade(pathOf("*.olb"), "no free name");
     return false;

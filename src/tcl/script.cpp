@@ -53,6 +53,7 @@ Script& Script::literal(Literal text) {
     bracketDepth_ -= c == ']' ? 1 : 0;
   }
   text_.append(text.text());
+  // Never true: no bare value stands at the beginning of a script or of a nested one.
   wordStart_ = text.text().empty() ? wordStart_ : isSpace(text_.back()) || text_.back() == '[';
   return *this;
 }

