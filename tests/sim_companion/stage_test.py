@@ -85,7 +85,7 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
             return False
 
         with mock.patch.object(self.scene, "user_does", user_does):
-            for line in (f"openDesign {DESIGN}", "openDesign nowhere/a.kicad_sch", "nothing R1", "select R1"):
+            for line in (f"openDesign {DESIGN}", "openDesign nowhere/a.kicad_sch", "nothing R1", "select R1\n"):
                 self.assertFalse(await words.run(line))
             self.assertTrue(await words.run("help"))
         name = paths.to_windows(self.installation.root / "opened1" / "microphone.dsn")

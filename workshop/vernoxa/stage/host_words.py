@@ -43,7 +43,8 @@ class HostWords:
         self._opened = 0
 
     async def run(self, line: str) -> bool:
-        word, _, rest = line.strip().partition(" ")
+        line = line.strip()
+        word, _, rest = line.partition(" ")
         if not word:
             return True
         if word == "quit":
