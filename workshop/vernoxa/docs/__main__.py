@@ -2,7 +2,7 @@
 
 What there is comes out of docs/protocol.json; messages out of the recorded conversations in tests/conversations; calls of
 commands and of the host's procedures out of a run of calls.tcl and procedures.tcl in the stand-in host (kept in calls.txt
-and procedures.txt, so that only --run needs the plug-in).
+and procedures.txt, so that only --run needs the plug-in). Kept printers of references read code or OpenAPI, not such tables.
 
     print_pages.py            writes the pages
     print_pages.py --check    exit 1 when a page differs from what would be written

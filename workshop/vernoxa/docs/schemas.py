@@ -1,5 +1,7 @@
 """Prints what the field's own tools read, out of docs/protocol.json: a JSON Schema of every message, and AsyncAPI.
 
+No kept tool writes them of tables that are our own; kept ones judge them (tools/setup/asyncapi_check.mjs, jsonschema).
+
     schemas.py            writes docs/messages.schema.json and docs/asyncapi.json
     schemas.py --check    exit 1 when one differs from what would be written
 """
