@@ -71,7 +71,7 @@ void LinkThread::waitForCompanion() {
 }
 
 void LinkThread::pollForever() {
-  // Never false: it does not end so.
+  // Never true or false: it does not end so.
   while (true) {
     clock_.sleep(retryPause);
     if (link_.clientCreated()) {
