@@ -1,11 +1,11 @@
-# Words for the scripts that drive the host (-commands FILE, or lines on standard input), beside
+# Words for the scripts that drive the host (-commands FILE, or lines added to -follow FILE), beside
 # every host procedure and plug-in command:
 #
 #   pause SECONDS            waitLink ?SECONDS?    (until the companion has answered what it was told)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
 #   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
 #   resourcePath ID          userId                writeLibrary FILE
-#   libraryParts FILE        action HANDLER        note TEXT            quit
+#   libraryParts FILE        action HANDLER        quit
 
 # Only inside a coroutine, which is where scripts run; events go on meanwhile.
 proc pause {seconds} {
@@ -78,10 +78,6 @@ proc action {handler} {
     return [menu::invoke $handler]
 }
 
-proc note {text} {
-    host::log $text
-}
-
 proc quit {} {
     ::host::finish
 }
@@ -99,19 +95,6 @@ proc ::host::runScript {file} {
     }} $script
 }
 
-proc ::host::readCommands {channel} {
-    fconfigure $channel -blocking 0 -encoding utf-8
-    fileevent $channel readable [list ::host::readCommand $channel]
-}
-
-proc ::host::readCommand {channel} {
-    if {[gets $channel line] >= 0} {
-        runLine $line
-    } elseif {[eof $channel]} {
-        fileevent $channel readable {}
-    }
-}
-
 # A file has no events, so it is looked at now and then.
 proc ::host::followCommands {channel {number 0}} {
     fconfigure $channel -encoding utf-8
@@ -121,17 +104,15 @@ proc ::host::followCommands {channel {number 0}} {
     after 100 [list ::host::followCommands $channel $number]
 }
 
-# `tell` is the number of a line whose writer waits for its end.
-proc ::host::runLine {line {tell 0}} {
+# `tell` is the number of the line, whose writer waits for its end.
+proc ::host::runLine {line tell} {
     if {[string trim $line] ne ""} {
-        coroutine ::host::line[incr ::host::lineCount] apply {{line tell} {
+        coroutine ::host::line$tell apply {{line tell} {
             set failed [expr {[catch {uplevel #0 $line} result] == 1}]
             if {$result ne ""} {
                 host::log $result
             }
-            if {$tell} {
-                host::log "line $tell [expr {$failed ? "failed" : "is done"}]"
-            }
+            host::log "line $tell [expr {$failed ? "failed" : "is done"}]"
         }} $line $tell
     }
 }

@@ -8,12 +8,11 @@
 #   -as NAME        the name of the design before it; else its path, ending in .dsn
 #   -state FOLDER   where saved designs keep what was changed; else it is lost at the end
 #   -seconds N      end after N seconds
-#   -until-told     run until the companion or a command says so; lines on standard input are commands
-#   -follow FILE    the same for the lines that are added to a file
+#   -follow FILE    carry out the lines that are added to a file
 #   -commands FILE  a Tcl script to run once the designs are open; see commands.tcl for its words
 #   -with FILE      a Tcl file to read before the plug-in is loaded
 #   -trace          log every call of a host procedure
-#   -serverPort N, -companionPort N   other ports than the fixed ones, for tests
+#   -serverPort N   another port than the fixed one, for tests
 #
 # Procedures live by topic: link (sockets), menu (actions), designs (open, save, close), pages (what
 # is shown), parts (references, properties), bom, nets, drawing, modules, placing
@@ -22,7 +21,6 @@
 namespace eval ::host {
     variable folder [file dirname [file normalize [info script]]]
     variable finishing 0
-    variable lineCount 0
 }
 foreach topic {log kicad frames link menu designs pages parts bom nets drawing modules placing checks packages commands} {
     source -encoding utf-8 [file join $::host::folder $topic.tcl]
@@ -30,13 +28,13 @@ foreach topic {log kicad frames link menu designs pages parts bom nets drawing m
 unset topic
 
 proc ::host::options {arguments} {
-    set options [dict create dll "" designs {} state "" seconds "" untilTold 0 commands "" with {} follow "" \
-        trace 0 serverPort 9610 companionPort 9601]
+    set options [dict create dll "" designs {} state "" seconds "" commands "" with {} follow "" \
+        trace 0 serverPort 9610]
     while {$arguments ne ""} {
         set arguments [lassign $arguments option]
-        switch -exact -- $option {
-            -until-told {dict set options untilTold 1; continue}
-            -trace {dict set options trace 1; continue}
+        if {$option eq "-trace"} {
+            dict set options trace 1
+            continue
         }
         if {$arguments eq ""} {
             error "$option needs a value"
@@ -53,7 +51,7 @@ proc ::host::options {arguments} {
                     [list [lindex $designs end 0] $value]]
             }
             -with {dict lappend options with $value}
-            -dll - -state - -seconds - -follow - -commands - -serverPort - -companionPort {
+            -dll - -state - -seconds - -follow - -commands - -serverPort {
                 dict set options [string range $option 1 end] $value
             }
             default {error "unknown option $option"}
@@ -65,7 +63,6 @@ proc ::host::options {arguments} {
 proc ::host::start {options} {
     set ::designs::stateFolder [dict get $options state]
     set ::link::serverPort [dict get $options serverPort]
-    set ::link::companionPort [dict get $options companionPort]
     if {[dict get $options trace]} {
         traceAll
     }
@@ -86,9 +83,6 @@ proc ::host::start {options} {
     }
     if {[dict get $options seconds] ne ""} {
         after [expr {int([dict get $options seconds] * 1000)}] ::host::finish
-    }
-    if {[dict get $options untilTold]} {
-        readCommands stdin
     }
     if {[dict get $options follow] ne ""} {
         followCommands [open [dict get $options follow]]

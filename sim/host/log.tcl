@@ -1,7 +1,6 @@
 # What the host says, and how host procedures are defined.
 
 namespace eval ::host {
-    variable tracing 0
     variable procedures {}
     # Asking which there are takes milliseconds under Wine, for it looks into folders.
     variable hasCodePage [expr {"cp936" in [encoding names]}]
