@@ -33,7 +33,7 @@ class DistTest(unittest.TestCase):
             self.assertNotIn("Config/App.txt", files.namelist())  # an installation's own settings
             index = files.read("docs/index.html").decode()
             for name in files.namelist():
-                if name.startswith("licences/"):
+                if name.startswith("licences/") and name.endswith(".txt"):
                     self.assertIn(f"<code>{name.removeprefix('licences/')}</code>", index)
             commands = files.read("docs/commands.html").decode()
         self.assertIn("<td><code>ReadOpenPath path</code></td>", commands)
