@@ -14,15 +14,15 @@
 namespace vernoxa::modules {
 namespace {
 
-// The host makes it beside the temporary library, whose name is picked so that no backup has it yet.
+// The host makes it beside the temporary library. No backup of that name exists yet: that is how the name was picked.
 FilePath notedBackup(LibraryFiles& libraries) {
   FilePath path = libraries.backupPath();
   libraries.noteMade(path);
   return path;
 }
 
-// The library that the host writes into, gone at the end in every case. It keeps its own paths: a script may bring the
-// next placement in before this one ends.
+// The library that the host writes into; removed at the end in every case. It keeps its own paths, since a script may
+// start the next placement before this one ends.
 class TemporaryLibrary {
  public:
   explicit TemporaryLibrary(LibraryFiles& libraries)
@@ -39,7 +39,7 @@ class TemporaryLibrary {
     try {
       libraries_.remove(path_);
       libraries_.remove(backup_);
-    } catch (...) {  // memory: the file stays, and nothing leaves a destructor
+    } catch (...) {  // no memory: the file stays, since a destructor must not throw
     }
   }
 
@@ -53,8 +53,8 @@ class TemporaryLibrary {
   const bool made_;
 };
 
-// The host's Tcl takes twenty times a script's length of memory for it, and ends with the host when there is none left.
-// A part of ten thousand pins has about a third of this.
+// Tcl needs memory for twenty times the length of a script, and ends the host when it gets none. The script for a part
+// of ten thousand pins has about a third of this length.
 bool isTooLong(const Script& script) {
   constexpr std::size_t longestScript = std::size_t{8} << 20U;
   return script.text().size() > longestScript;
@@ -84,24 +84,24 @@ bool ModulePlacer::isPlaceable(const ModuleFile& module) const {
 void ModulePlacer::placeLibraryParts(ScriptHost& host, const ModuleFile& module, const std::string& libraryPath,
                                      DraggedBox box) const {
   std::unordered_set<std::string_view> seen;
-  std::vector<Script> pinScripts;
+  std::vector<JsonView> made;
   for (const JsonView entry : module.library()) {
     const std::string_view name = nameOf(entry);
     // Parts without a name are never duplicates.
     if (!entry.isObject() || (!name.empty() && !seen.insert(name).second)) {
       continue;
     }
-    const Script script = libraryPartScript(libraryPath, entry);
+    const Script script = libraryPartScript("placeLibPart", libraryPath, entry);
     evaluateLogged(host, script);
     if (!isTooLong(script)) {
-      pinScripts.push_back(script.startingWith("setPinNum "));
+      made.push_back(entry);
     }
   }
   if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
     evaluateLogged(host, viewBoxPartScript(libraryPath, *size));
   }
-  for (const Script& script : pinScripts) {
-    host.evaluate(script);
+  for (const JsonView entry : made) {
+    host.evaluate(libraryPartScript("setPinNum", libraryPath, entry));
   }
 }
 

@@ -13,8 +13,8 @@
 namespace vernoxa::modules {
 namespace {
 
-// The host's own properties of a part: all that a shared module may set on a placed object, unless its designator "1"
-// says that it is the user's own.
+// The host's own properties of a part. A shared module may set no others on a placed object, unless the designator is
+// "1": then the module is the user's own.
 constexpr std::array<std::string_view, 28> hostProperties = {
     "PCB Footprint",
     "Name",
@@ -132,10 +132,10 @@ void addGraphicList(ListText& list, JsonView elements) {
 
 }  // namespace
 
-Script libraryPartScript(std::string_view libraryPath, JsonView entry) {
+Script libraryPartScript(Start procedure, std::string_view libraryPath, JsonView entry) {
   constexpr Literal none = "[list \"\"]";
-  ListText list("placeLibPart ");
-  list.bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
+  ListText list(procedure);
+  list.literal(" ").bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
   list.bareOr(textOf(entry, "PartIndex"), none).literal(" ").bareOr(textOf(entry, "Type"), none);
   list.literal(" [list ").bare(textOf(entry, "BoundingBox")).literal("] ");
   addPropertyList(list, objectIn(entry, "Property"));

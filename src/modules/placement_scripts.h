@@ -1,6 +1,7 @@
-// The scripts of a placement: what the host's procedures are told of library parts and schematic objects.
+// The scripts of a placement: how the host's procedures are told about library parts and schematic objects.
 //
-// Module texts are UTF-8, state texts in the code page; scripts are UTF-8. Nothing in a module can run anything.
+// Text of a module is UTF-8, text of `PlacementContext` is in the code page; scripts are UTF-8. Nothing in a module can
+// run anything.
 #pragma once
 
 #include <string_view>
@@ -17,16 +18,18 @@ namespace vernoxa::modules {
 
 struct PlacementContext;
 
-// `placeLibPart` for one entry of a module's library. `libraryPath` is UTF-8 with "/" between folders.
-Script libraryPartScript(std::string_view libraryPath, JsonView entry);
+// `procedure` ("placeLibPart" or "setPinNum") for one entry of a module's library. `libraryPath` is UTF-8 with "/"
+// between folders.
+Script libraryPartScript(Start procedure, std::string_view libraryPath, JsonView entry);
 
-// The part that the user drags in place of the whole module: one box of its size.
+// `placeLibPart` for the part that the user drags in place of the whole module: one box of its size.
 Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box);
 
 // `placePart` for one schematic object of a module.
 Script schematicObjectScript(JsonView object, const PlacementContext& placement, const TextConverter& converter);
 
-// `placePart` for the one catalogue part of the state. `mode` is "Part" or "SetProperty", `package` UTF-8.
+// `placePart` for the one catalogue part that `placement` describes. `mode` is "Part" or "SetProperty", `package`
+// UTF-8.
 Script cataloguePartScript(Literal mode, std::string_view package, const PlacementContext& placement,
                            const TextConverter& converter);
 

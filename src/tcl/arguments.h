@@ -1,7 +1,7 @@
 // Reads the arguments of a Tcl command, and the lists among them.
 //
 // Texts are UTF-8 as Tcl holds them (NUL is held as C0 80, so none is cut). A missing argument or element reads as the
-// empty text, a malformed list as empty elements; neither leaves an error text, and nothing reads past what came.
+// empty text, a malformed list as empty elements; neither leaves an error in Tcl, and nothing reads past the end.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ class TclList {
 
   int size() const { return static_cast<int>(elements_.size()); }
   std::string_view text(int index) const;
-  // The first texts at once: where each begins, and its size. Gives how many there are, at most so many.
+  // Writes where each of the first `most` texts begins, and its size. Gives the number of texts written.
   std::size_t texts(const char** starts, std::size_t* sizes, std::size_t most) const;
   TclList list(int index) const { return TclList(element(index)); }
 
@@ -35,8 +35,8 @@ class TclList {
   std::vector<Tcl_Obj*> elements_;
 };
 
-// A list that is looked at in passing, in a third of the time: its texts are valid until anything is evaluated or
-// shown.
+// A list that is read without holding its elements, which takes a third of the time. Its texts are valid until anything
+// is evaluated or shown.
 class PassingList {
  public:
   explicit PassingList(Tcl_Obj* list) : list_(list) {}  // nullptr: empty
@@ -47,12 +47,12 @@ class PassingList {
   Tcl_Obj* list_;
 };
 
-// Tcl holds the arguments for the length of the call, whatever becomes of the variables that they came from.
+// Tcl holds the arguments until the call ends, even if the variables that they came from change.
 class Arguments {
  public:
   Arguments(int count, Tcl_Obj* const* objects) : count_(count), objects_(objects) {}
 
-  // The command word counts.
+  // With the command word.
   int count() const { return count_; }
   // Position 1 is the first after the command word.
   std::string_view text(int position) const;

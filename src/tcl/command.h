@@ -17,7 +17,7 @@ struct CommandCall {
 
 constexpr int commandDone = 0;     // TCL_OK
 constexpr int commandError = 1;    // TCL_ERROR
-constexpr int commandFailed = -1;  // none of Tcl's own codes: how a caught exception ends, which the host scripts know
+constexpr int commandFailed = -1;  // not a code of Tcl's: tells the host scripts that an exception was caught
 
 struct CommandResult {
   std::string text;  // becomes Tcl's result as it is, up to its first NUL byte

@@ -3,7 +3,7 @@
 namespace vernoxa::inline tcl {
 namespace {
 
-// Characters that separate words, by Tcl's own table (tclParse.c's rule: space, tab, vertical tab, form feed, CR).
+// What separates words in Tcl; CR does too, and counts as a line end here.
 bool isSpace(char c) {
   return c == ' ' || c == '\t' || c == '\v' || c == '\f';
 }
@@ -12,7 +12,7 @@ bool isLineEnd(char c) {
   return c == '\n' || c == '\r';
 }
 
-// Follows the backslashes of a value: after an odd run the next character is escaped already.
+// Follows the backslashes of a value: after an odd number of them the next character is escaped already.
 class BackslashRun {
  public:
   void take(char c) { odd_ = c == '\\' && !odd_; }
@@ -40,21 +40,20 @@ bool bracesCanHold(std::string_view value) {
 
 }  // namespace
 
-Script Script::startingWith(Start start) const {
-  Script other(*this);
-  other.text_.replace(0, startBytes_, start.text());
-  other.startBytes_ = start.text().size();
-  return other;
-}
-
 Script& Script::literal(Literal text) {
   for (const char c : text.text()) {
     bracketDepth_ += c == '[' ? 1 : 0;
     bracketDepth_ -= c == ']' ? 1 : 0;
+    if (c == '[' || c == ';' || isLineEnd(c)) {
+      at_ = At::start;
+    } else if (c == ']' || (isSpace(c) && at_ == At::name)) {
+      at_ = At::arguments;
+    } else if (!isSpace(c) && at_ == At::start) {
+      at_ = At::name;
+    }
   }
   text_.append(text.text());
-  // Never true: no bare value stands at the beginning of a script or of a nested one.
-  wordStart_ = text.text().empty() ? wordStart_ : isSpace(text_.back()) || text_.back() == '[';
+  wordStart_ = text.text().empty() ? wordStart_ : isSpace(text_.back());
   return *this;
 }
 
@@ -82,11 +81,13 @@ Script& Script::quoted(std::string_view value) {
 }
 
 Script& Script::bare(std::string_view value) {
+  endCommandName();
   appendBare(value, Spaces::separate);
   return *this;
 }
 
 Script& Script::braced(std::string_view value) {
+  endCommandName();
   if (wordStart_ && value != "*" && bracesCanHold(value)) {
     text_.append("{").append(value).append("}");
     wordStart_ = false;
@@ -97,9 +98,20 @@ Script& Script::braced(std::string_view value) {
 }
 
 Script& Script::number(int value) {
+  endCommandName();
   text_.append(std::to_string(value));
   wordStart_ = false;
   return *this;
+}
+
+// A value must not turn the name of one command into that of another. `quoted` alone may follow it directly: no command
+// has a quote in its name.
+void Script::endCommandName() {
+  if (at_ == At::name) {
+    text_.push_back(' ');
+    wordStart_ = true;
+    at_ = At::arguments;
+  }
 }
 
 void Script::appendBare(std::string_view value, Spaces spaces) {

@@ -1,9 +1,9 @@
-// A Tcl script for the host, which no value from outside can make run anything else.
+// A Tcl script for the host. No value from outside can make it run anything else.
 //
-// Scripts are UTF-8 (any bytes in values are safe). The text of an ordinary value is kept as it is; a character that
-// Tcl would act on gets one backslash. Backslashes of a value belong to the caller: a row of a command table doubles
-// them or leaves them to Tcl. A character after an odd run of backslashes is escaped already, and a value that ends
-// in an odd run gets one backslash more.
+// Scripts are UTF-8 (any bytes in values are safe). An ordinary value is kept as it is; each character that Tcl would
+// act on gets one backslash. Backslashes in a value are left to the caller, who doubles them or lets Tcl take them as
+// escapes. So a character after an odd number of backslashes counts as escaped already, and a value that ends in an odd
+// number gets one more.
 #pragma once
 
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 namespace vernoxa::inline tcl {
 
-// The plug-in's own text, in the code page of the sources. Known when compiling: what is known only later is a value.
-// One that leaves a brace or a quote open, ends in a backslash, or ends where a command begins does not compile: a
-// value behind it would act.
+// The plug-in's own part of a script, in the code page of the sources. It has to be known when compiling: anything that
+// is known only later is a value. It does not compile if a value after it could run something: if it leaves a brace or
+// a quote open, or ends in a backslash, in a "$" or where a command begins.
 class Literal {
  public:
   // A Literal is written as a plain string literal.
@@ -29,7 +29,13 @@ class Literal {
   static constexpr bool mayPrecedeValue(std::string_view text) {
     int depth = 0;
     bool quoted = false;
+    bool escaped = false;
     for (const char c : text) {
+      if (escaped) {
+        escaped = false;
+        continue;
+      }
+      escaped = c == '\\';
       depth += c == '{' ? 1 : 0;
       depth -= c == '}' ? 1 : 0;
       quoted = quoted != (c == '"');
@@ -37,20 +43,20 @@ class Literal {
         return false;
       }
     }
-    const std::size_t last = text.find_last_not_of(' ');
-    const bool commandNext =
-        last != std::string_view::npos && std::string_view("[;\n\r").find(text[last]) != std::string_view::npos;
-    return depth == 0 && !quoted && !text.ends_with('\\') && !commandNext;
+    const std::size_t last = text.find_last_not_of(" \t\v\f");
+    const bool endActs =
+        last != std::string_view::npos && std::string_view("[;\n\r\\$").find(text[last]) != std::string_view::npos;
+    return depth == 0 && !quoted && !endActs;
   }
 
   std::string_view text_;
 };
 
-// The beginning of a script, which names what is called.
+// The beginning of a script: the name of the command that it calls.
 class Start : public Literal {
  public:
   consteval Start(const char* text) : Literal(text) {  // NOLINT(google-explicit-constructor)
-    if (std::string_view(text).find_first_not_of(' ') != 0) {
+    if (std::string_view(text).find_first_not_of(" \t\v\f\r\n") != 0) {
       throw "a value would be the command";
     }
   }
@@ -58,19 +64,17 @@ class Start : public Literal {
 
 class Script {
  public:
-  explicit Script(Start start) : startBytes_(start.text().size()) { literal(start); }
-  // The same script with another start, whose last word ends as that of the first did.
-  Script startingWith(Start start) const;
+  explicit Script(Start start) { literal(start); }
 
-  // Unchanged. An opening or closing bracket in it is noted: inside "[...]" a "]" of a value would act.
+  // Kept as it is. Its brackets are counted, since a "]" in a value acts inside "[...]".
   Script& literal(Literal text);
-  // "value" between double quotes. Where no word begins Tcl reads them as part of a bare word: there it is one whose
-  // spaces are escaped.
+  // "value" in double quotes. In the middle of a word Tcl takes quotes as ordinary characters: there the value
+  // continues the word, and its spaces are escaped.
   Script& quoted(std::string_view value);
-  // A value in a bare word. Its spaces separate words; line ends become "\n" and "\r" as two characters.
+  // The value without quotes. Its spaces separate words; its line ends become \n and \r, two characters each.
   Script& bare(std::string_view value);
-  // {value}; one bare word instead for a value that braces cannot hold (unbalanced, or ending in an odd run of
-  // backslashes), for "*", with which braces have another meaning, and where no word begins.
+  // {value}. In these cases one word without quotes instead: the braces in the value do not match, it ends in an odd
+  // number of backslashes, it is "*" (Tcl gives {*} a meaning), or the place is in the middle of a word.
   Script& braced(std::string_view value);
   Script& number(int value);
 
@@ -78,12 +82,14 @@ class Script {
 
  private:
   enum class Spaces { separate, escape };
+  enum class At { start, name, arguments };  // of the innermost command
   void appendBare(std::string_view value, Spaces spaces);
+  void endCommandName();
 
-  std::size_t startBytes_;
   std::string text_;
   int bracketDepth_ = 0;
   bool wordStart_ = true;
+  At at_ = At::start;
 };
 
 }  // namespace vernoxa::inline tcl

@@ -15,8 +15,8 @@ struct Evaluation {
   std::string text;  // result or error text, UTF-8 as Tcl holds it
 };
 
-// Host thread only. An evaluation may run the host's event loop, which may call the plug-in's commands again: nothing
-// may hold a view into shared state across one.
+// Host thread only. An evaluation may run the host's event loop, which may call the plug-in's commands again: no caller
+// may hold a view into shared state meanwhile.
 class ScriptHost {
  public:
   virtual ~ScriptHost() = default;
@@ -25,14 +25,15 @@ class ScriptHost {
   // Elements of a Tcl list; `nullopt` for a text that is not a list, which leaves no error text.
   virtual std::optional<std::vector<std::string>> splitList(const std::string& list) = 0;
 
-  // A script that joins a word and the one behind it is evaluated exactly so; only when Tcl answers with an error is
-  // the separated one tried, and its result stands.
+  // Evaluates `joined`, in which two words stand without a space between them. If that ends in an error, evaluates
+  // `separated`, which has the space, and gives its result.
   Evaluation evaluateJoined(const Script& joined, const Script& separated);
-  // The same for a procedure and its quoted argument. A space in the argument would end the joined name, which nobody
-  // has then: the separated script is evaluated at once.
+  // The same for a procedure and its quoted argument. An argument with a space cannot be part of a procedure's name:
+  // then only the separated script is evaluated.
   Evaluation evaluateJoined(Start procedure, std::string_view argument, Literal rest = "");
 
-  // The oldest supported hosts, "16.3" and "16.5", hold their texts in the other encoding than all later ones.
+  // Whether it is one of the oldest supported hosts, "16.3" and "16.5", which give text in the code page. Later ones
+  // give UTF-8.
   bool isOldHost();
 };
 

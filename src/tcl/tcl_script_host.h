@@ -7,7 +7,7 @@ struct Tcl_Interp;
 
 namespace vernoxa::inline tcl {
 
-// Keeps the interpreter's memory alive while it exists, also when a script deletes the interpreter.
+// Keeps the interpreter's memory valid as long as this object exists, even if a script deletes the interpreter.
 class TclScriptHost final : public ScriptHost {
  public:
   explicit TclScriptHost(Tcl_Interp* interp);

@@ -16,8 +16,16 @@ Script jumpTo(const std::string& page) {
   return Script(" ").bare(page);
 #elif CASE == 4
   return Script("JumpToDsn [").bare(page);
-#else
+#elif CASE == 5
   return Script("JumpToDsn \"").bare(page);
+#elif CASE == 6
+  return Script("JumpToDsn \"\\\"").bare(page);
+#elif CASE == 7
+  return Script("JumpToDsn 1;\t").bare(page);
+#elif CASE == 8
+  return Script("JumpToDsn a\\ ").quoted(page);
+#else
+  return Script("\tJumpToDsn $").bare(page);
 #endif
 }
 

@@ -67,9 +67,11 @@ TEST_F(ScriptTest, OrdinaryValuesKeepTheirText) {
   EXPECT_EQ(Script("getGuid").quoted("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
 }
 
-TEST_F(ScriptTest, AnotherStartKeepsTheRest) {
-  const Script script = Script("p [list ").bare("a]").literal("]");
-  EXPECT_EQ(script.startingWith("longer [list ").startingWith("q [list ").text(), "q [list a\\]]");
+TEST_F(ScriptTest, NoValueMakesTheNameOfAnotherCommand) {
+  EXPECT_EQ(Script("get").bare("Guid").number(5).text(), "get Guid5");
+  EXPECT_EQ(Script("p; q").number(5).text(), "p; q 5");
+  EXPECT_EQ(Script("p").braced("a;q").literal(" [list").bare("x").literal("]").text(), "p {a;q} [list x]");
+  EXPECT_EQ(Script("p ").quoted("a").literal(" [list]").bare("b").text(), "p \"a\" [list]b");
 }
 
 TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
