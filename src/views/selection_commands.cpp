@@ -15,7 +15,7 @@
 namespace vernoxa::views {
 namespace {
 
-// `nullopt` after the user was told that they cannot be read.
+// `nullopt` if they cannot be read; the user has been told then.
 std::optional<std::vector<std::string>> sortedCandidates(UserMessages& messages, std::string_view text) {
   try {
     std::vector<std::string> candidates = splitItems(text, ';');

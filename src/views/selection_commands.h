@@ -15,8 +15,8 @@ class TextConverter;
 namespace vernoxa::views {
 
 // Lets the user pick one of the candidates, a text with ";" between them, shown sorted by their bytes. Answers the one
-// picked as it was given, empty when none was. Needs a second argument, which it does not read. Ends well also after
-// an exception, which a message box or the crash log reports.
+// picked as it was given, empty if none was. Needs a second argument, which it does not read. Ends without a Tcl error
+// also after an exception, which a message box or the crash log reports.
 CommandResult selectJumpPart(CommandCall& call, Desktop& desktop, UserMessages& messages,
                              const TextConverter& converter, const Logs& logs);
 

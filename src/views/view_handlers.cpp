@@ -3,6 +3,7 @@
 #include "dispatch/script_values.h"
 #include "tcl/script_host.h"
 #include "text/message_paths.h"
+#include "text/text.h"
 #include "text/text_converter.h"
 
 namespace vernoxa::views {
@@ -10,7 +11,7 @@ namespace {
 
 using Parts = std::vector<std::string>;
 
-// None for an error and for anything that is not a list.
+// Empty for an error and for text that is not a list.
 Parts elementsOf(const Evaluation& answer, ScriptHost& host) {
   return answer.ok ? host.splitList(answer.text).value_or(Parts()) : Parts();
 }
@@ -26,7 +27,7 @@ Json openProject(const Parts& parts, const TextConverter& converter, MessagePath
   return project;
 }
 
-// The host's own answer does not change the result, only the text beside it.
+// The request succeeds whatever the host answers; "ErrInfo" tells the answer.
 Outcome placeWith(Start procedure, const Request& request, ScriptHost& host, const TextConverter& converter) {
   const Script script = Script(procedure).literal(" ").number(request.number("Type")).literal(" {}");
   const std::string answer = host.evaluate(script).text;
@@ -74,6 +75,37 @@ Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextCon
 
 Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& converter) {
   return placeWith("KX_PlaceWireOffPage", request, host, converter);
+}
+
+Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& converter) {
+  return doneOrFailure(host, converter, Script("ReplaceRefAndValue"));
+}
+
+Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  return doneOrFailure(host, converter, Script("RenameRef ").number(request.number("Type")));
+}
+
+Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  // Messages and page files write a backslash in a page's name as this marker.
+  const std::string page = replaceAll(scriptValue(request, converter, "PageName"), "[;fanxiegan;]", "\\\\");
+  Script script("JumpToDsn ");
+  script.quoted(doubleBackslashes(projectPath(request, converter))).literal(" ");
+  script.quoted(scriptValue(request, converter, "Sch")).literal(" ").quoted(page);
+  script.literal(" [list ").bare(scriptValue(request, converter, "PagePos")).literal("]");
+  host.evaluate(script);
+  return Outcome::success();
+}
+
+Outcome jumpToPartRef(const Request& request, ScriptHost& host, const TextConverter& converter) {
+  if (!request.data.member("PartRef").text()) {
+    return Outcome::failed("No PartRef");
+  }
+  if (!request.data.member("ProjectPath").text()) {
+    return Outcome::refused();
+  }
+  Script script("gotoLocation ");
+  script.quoted(projectPath(request, converter)).literal(" ").bare(scriptValue(request, converter, "PartRef"));
+  return host.evaluate(script).ok ? Outcome::success() : Outcome::failed("exec error");
 }
 
 }  // namespace vernoxa::views

@@ -1,5 +1,4 @@
-// The handlers of the companion's requests about pages, properties and ports, and about reference
-// designators, values and jumps.
+// The handlers of the companion's requests about pages, properties, ports, reference designators, values and jumps.
 #pragma once
 
 #include "dispatch/outcome.h"
@@ -19,8 +18,6 @@ Outcome getActiveProPages(const Request&, ScriptHost& host, const TextConverter&
 Outcome getPartPropertyList(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome setPlacePortType(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome setPlaceOffpageType(const Request& request, ScriptHost& host, const TextConverter& converter);
-
-// in reference_handlers.cpp
 Outcome adjustRefAndValue(const Request&, ScriptHost& host, const TextConverter& converter);
 Outcome renameRef(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome jumpToDsn(const Request& request, ScriptHost& host, const TextConverter& converter);
