@@ -15,8 +15,8 @@ class TextConverter;
 
 namespace vernoxa::bom {
 
-// Each takes a Tcl list of BOM lines and answers the packet text of "AddToBom" or "RemoveFromBom"; no answer without
-// an argument. A line that is too short shows a message box and is left out.
+// Each takes a Tcl list of BOM lines and answers the packet text of "AddToBom" or "RemoveFromBom"; without an argument
+// it answers nothing. A line that is too short shows a message box and is left out.
 CommandResult sendAddToBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,
                            const CompanionSender& sender);
 CommandResult sendRemoveFromBom(CommandCall& call, const TextConverter& converter, UserMessages& messages,

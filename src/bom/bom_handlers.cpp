@@ -17,7 +17,7 @@ Script withPath(Start procedure, const std::string& path) {
   return Script(procedure).literal(" ").quoted(path);
 }
 
-// Zooming in and out is how the host is made to draw again.
+// Zooming in and out makes the host draw again.
 void saveAndRedraw(ScriptHost& host, const std::string& path) {
   host.evaluate(withPath("saveFile", path));
   host.evaluate(Script("ZoomIn"));

@@ -67,7 +67,7 @@ bool readAll(ScriptHost& host, const TextConverter& converter, Json& data, const
       }
     }
     return true;
-  } catch (...) {  // the companion waits for its reply, which gets what was gathered
+  } catch (...) {  // the companion waits for a reply: it gets what was read so far
     return false;
   }
 }

@@ -1,5 +1,5 @@
-// The bill of materials of a design, made by the host and read from its three lists. A line of it is six fields
-// between ";", as the host's scripts give it.
+// The bill of materials of a design, which the host makes and gives as three lists. A line has six fields with ";"
+// between them.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ class TextConverter;
 
 namespace vernoxa::bom {
 
-// What its fields are, as requests are answered with a line and as messages of the plug-in hold it.
+// The fields of a line, under their names in replies and messages.
 inline constexpr std::array bomMembers = {
     row::text("PartNumber", "Property that is the part number; empty when the part has none."),
     row::text("Value", "Value property, such as 10k."),
@@ -32,7 +32,8 @@ inline constexpr std::array bomMembers = {
     row::text("PinNumber", "Number of pins, in decimal digits."),
 };
 
-// Empty fields count. A text with fewer than six fields gives nothing; further fields are left out.
+// The six fields of a line; empty fields count, further ones are left out. No fields at all if there are fewer than
+// six.
 std::vector<std::string> bomFields(std::string_view text);
 
 // An object with the six members in their order.

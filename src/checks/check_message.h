@@ -1,7 +1,7 @@
 // The messages of the design checks.
 //
-// They are joined texts, not printed documents: the values stand in them as they come, and a double quote in a value
-// makes the message invalid JSON. The companion has always been sent them so.
+// They are put together from pieces of text: values are not escaped, so a double quote in a value makes the message
+// invalid JSON. Companions know them in this form.
 #pragma once
 
 #include <optional>

@@ -10,21 +10,21 @@ namespace vernoxa::checks {
 struct PackageReport {
   std::string_view reply;                     // the reply's "Command"
   std::span<const std::string_view> leftOut;  // properties that the host counts as its own
-  bool doublesBackslashes;  // paths stay valid JSON; one report has never done so, and its reader knows
+  bool doublesBackslashes;  // keeps paths valid JSON; one report has never done so, and its readers rely on that
 };
 
 extern const PackageReport designReport;
 extern const PackageReport libraryObjectReport;
 extern const PackageReport libraryReport;
 
-// Builds the reply of one report from its properties, in their order, UTF-8. The values stand in it as they come: a
-// double quote in one makes it invalid JSON.
+// Builds the reply of one report from its properties, in their order, UTF-8. Values are not escaped: a double quote in
+// one makes the reply invalid JSON.
 class PackageReportText {
  public:
   explicit PackageReportText(const PackageReport& report);
 
-  // A comma follows every property that is not the last of the host's list, so a list that ends in a property that is
-  // left out ends in a comma. Readers of the report know it.
+  // A comma follows every property but the last of the host's list. So if the last one is left out, the report ends in
+  // a comma; its readers know that.
   void add(std::string_view name, std::string_view value, bool lastOfList);
 
   // UTF-8.

@@ -1,5 +1,5 @@
-// The handlers of the companion's requests for reports. The host's scripts send the results as messages of their own,
-// so there is no reply here.
+// The handlers of the companion's requests for reports. They give no reply: the host's scripts send the results as
+// messages of their own.
 #pragma once
 
 #include "dispatch/outcome.h"

@@ -15,7 +15,7 @@
 namespace vernoxa::designs {
 namespace {
 
-// Paths of one file, in UTF-8, compare equal whatever their separators and case.
+// A path (UTF-8) in a form in which separators and upper or lower case make no difference.
 std::string comparablePath(std::string_view path) {
   std::string comparable = replaceAll(path, "\\", "/");
   std::transform(comparable.begin(), comparable.end(), comparable.begin(),

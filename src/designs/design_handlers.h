@@ -29,8 +29,8 @@ Outcome cancel(const Request& request, const TextConverter& converter);
 Outcome setNewGuid(const Request& request, ScriptHost& host, const TextConverter& converter);
 Outcome closeOrcad(const Request&, ScriptHost& host);
 
-// The companion's answers to the plug-in's own messages. The one to a FileStatus names the folder of the project that
-// is open.
+// Takes the companion's answers to the plug-in's own messages. The answer to a FileStatus names the folder of the open
+// project.
 Outcome applyReply(const Request& reply, const link::FileStatus& status);
 
 }  // namespace vernoxa::designs

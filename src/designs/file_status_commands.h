@@ -31,7 +31,7 @@ CommandResult sendCloseFile(CommandCall& call, const link::FileStatus& status, c
 // The number of open designs as decimal text.
 CommandResult getOpenFileCount(CommandCall& call, const OpenDesigns& designs);
 
-// The host's connection to the companion broke: the link thread makes a new one.
+// Notes that the host's connection to the companion broke: the link thread makes a new one.
 CommandResult serverLinkBreak(CommandCall& call, link::CompanionLink& link);
 
 }  // namespace vernoxa::designs

@@ -70,7 +70,7 @@ FilePath lastExecutableInFolders(Files& files, const FilePath& location, const s
   FilePath last;
   for (const FolderEntry& entry : files.entries(location)) {
     const FilePath candidate = location / entry.name / suffix;
-    // Plain folders only: one that is hidden, read-only or a link as well is somebody else's.
+    // Plain folders only, not hidden or read-only ones or links: those belong to somebody else.
     if (entry.attributes == directoryAttribute && files.exists(candidate)) {
       last = candidate;
     }

@@ -1,4 +1,4 @@
-// Finds the executable of the very host that loaded the plug-in.
+// Finds the executable of the host that loaded the plug-in.
 //
 // Several versions of the host may be installed side by side; each leaves an uninstall entry in the registry.
 #pragma once
@@ -25,13 +25,14 @@ struct Installation {
   std::string version;
 };
 
-// The host's vendor's products, the machine's before the user's, each in the registry's order. An exception ends its
-// half and goes to the crash log as "readOrcadInstallInfo1" or "readOrcadInstallInfo".
+// Products of the host's vendor: first those installed for the machine, then those for the user, in the registry's
+// order. An exception ends that half of the list and goes to the crash log as "readOrcadInstallInfo1" or
+// "readOrcadInstallInfo".
 std::vector<Installation> readOrcadInstallInfo(Registry& registry, const Logs& logs);
 
-// Full path of Capture.exe of that version, or empty. Versions agree when their first four characters do. When the
-// executable is not in its usual place, the folders below the installation are searched, and the last hit is taken;
-// without an installation the search begins at the root of the current drive.
+// Full path of Capture.exe of that version, or empty. Two versions match if their first four characters do. If the
+// executable is not in its usual place, the folders of the installation are searched and the last hit is taken; without
+// an installation the search begins at the root of the current drive.
 FilePath findHostExecutable(Files& files, const std::string& hostVersion,
                             const std::vector<Installation>& installations);
 

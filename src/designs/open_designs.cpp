@@ -23,7 +23,7 @@ bool holds(const Designs& designs, std::string_view hostPath) {
                      [&](const KnownDesign& design) { return design.hostPath == hostPath; });
 }
 
-// What open and reported designs do not have in common, each in its order.
+// Open designs that are not reported, and reported ones that are not open, in their order.
 struct Difference {
   std::vector<const KnownDesign*> unreported;
   std::vector<const KnownDesign*> closed;
@@ -32,7 +32,7 @@ struct Difference {
 std::vector<const KnownDesign*> without(const Designs& designs, const Designs& others) {
   std::vector<const KnownDesign*> left;
   for (const KnownDesign& design : designs) {
-    const bool nameless = design.name.empty();  // no message can tell of it
+    const bool nameless = design.name.empty();  // no message can name it
     if (!nameless && !holds(others, design.hostPath)) {
       left.push_back(&design);
     }
@@ -42,7 +42,7 @@ std::vector<const KnownDesign*> without(const Designs& designs, const Designs& o
 
 Difference differenceOf(const Designs& open, const Designs& reported) {
   Difference left{without(open, reported), without(reported, open)};
-  // What goes by the same name in messages is the same design, which the host writes in other bytes by now.
+  // Two with the same name in messages are one design, whose path the host now writes in other bytes.
   std::erase_if(left.unreported, [&](const KnownDesign* design) {
     const auto same = std::find_if(left.closed.begin(), left.closed.end(), named(design->name));
     if (same == left.closed.end()) {
@@ -56,7 +56,7 @@ Difference differenceOf(const Designs& open, const Designs& reported) {
 
 }  // namespace
 
-// A path from which the host's name for a design in the code page is made again.
+// The host's path for a design that a message names: the name in UTF-8, if that gives the same name again.
 std::string OpenDesigns::hostPathOf(std::string_view name) {
   const std::string path = converter_.ansiToUtf8(name);
   return paths_.ofDesign(path) == name ? path : std::string(name);
@@ -69,7 +69,7 @@ bool OpenDesigns::isReported(const KnownDesign& design) const {
   });
 }
 
-// Takes the design among the open ones for reported, or `otherwise` when it is not open.
+// Counts the wanted open design as reported; if it is not open, `otherwise`.
 template <class Wanted>
 void OpenDesigns::note(Wanted wanted, const KnownDesign& otherwise) {
   const Difference difference = differenceOf(open_, reported_);
@@ -81,7 +81,8 @@ void OpenDesigns::note(Wanted wanted, const KnownDesign& otherwise) {
   }
 }
 
-// The link thread has not received the count that made the design pass for reported.
+// A design counted as reported because its pins could not be counted. If the link thread never received that answer,
+// the design has to be reported after all.
 void OpenDesigns::forgetUnreceivedCount() {
   const std::string lost = link_.takeAwaitedCount();
   if (!lost.empty()) {

@@ -1,7 +1,6 @@
-// Which designs the host has open, and which of them the companion knows of.
+// Which designs the host has open, and which of them were reported to the companion.
 //
-// Open and reported designs are compared by their names, as messages bring them, and by the host's bytes where two have
-// the same name.
+// Open and reported designs are compared by their names in messages, and by the host's bytes if two have the same name.
 #pragma once
 
 #include <cstddef>
@@ -29,7 +28,7 @@ namespace vernoxa::designs {
 // A design under its two names.
 struct KnownDesign {
   std::string hostPath;  // as the host gave it, in either encoding
-  std::string name;      // as messages name it: made from the former once, and never converted again
+  std::string name;      // in messages: made from `hostPath` once, and never converted again
 };
 
 // Host thread only.
@@ -47,12 +46,12 @@ class OpenDesigns {
   // `name` is that of the message, in the code page already.
   void noteReported(std::string_view name);
   void noteClosed(std::string_view name);
-  // A design whose pins the host cannot count is passed over as if it were reported. `hostPath` is as the host gave it.
+  // A design whose pins the host cannot count is skipped: it counts as reported. `hostPath` is as the host gave it.
   void noteWithoutPins(std::string_view hostPath);
-  // The companion may be another one by now, which knows nothing yet.
+  // For a new connection: the companion may be another one, which knows nothing yet.
   void forgetReported() { reported_.clear(); }
 
-  // The first open design not yet reported, as the host gave it; nullopt if all are.
+  // The first open design not yet reported, as the host gave it; `nullopt` if all are.
   std::optional<std::string> firstUnreported() const;
   // Reported designs that are no longer open, as the host gave them, joined by ";".
   std::string closed() const;

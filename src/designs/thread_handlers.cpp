@@ -1,4 +1,3 @@
-// What the link thread asks of the host: the link itself and the open designs.
 #include "designs/thread_handlers.h"
 
 #include "designs/open_designs.h"
@@ -16,14 +15,14 @@
 namespace vernoxa::designs {
 namespace {
 
-// The folder is made one level deep: the project's own folder is there, or nothing can be written.
+// Makes only the last folder: if the project's own folder does not exist, nothing can be written there.
 FilePath netsFile(const ProjectFolder& project, Files& files) {
   const FilePath folder = project.get() / "Cache";
   files.createFolder(folder);
   return folder / "Nets.txt";
 }
 
-// Hands the status on to the companion as it is, and keeps in mind what the companion knows when it was sent.
+// Passes the status on to the companion unchanged, and notes what the companion knows once it was sent.
 void passOn(const Request& request, ScriptHost& host, const CompanionSender& sender, OpenDesigns& designs) {
   const auto status = request.data.member("Status").text();
   const auto fileName = request.data.member("FileName").text();
@@ -57,7 +56,7 @@ Outcome creatClient(const Request&, ScriptHost& host, const TextConverter& conve
   if (!connected) {
     designs.forgetReported();
   }
-  if (link.breaks() == breaks) {  // the new one may be gone already, which nobody would tell again
+  if (link.breaks() == breaks) {  // it may have broken again meanwhile, and that is reported only once
     link.setClientCreated(true);
   }
   return Outcome::success();

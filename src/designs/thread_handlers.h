@@ -1,4 +1,4 @@
-// The handlers of what the link thread asks of the host.
+// The handlers of the link thread's requests: the connection to the companion, and the open designs.
 #pragma once
 
 #include "dispatch/outcome.h"

@@ -24,13 +24,13 @@ struct BitmapLayout {
   std::size_t pixelOffset() const { return bitmapInformationBytes + paletteBytes; }
 };
 
-// `nullopt` for a size that is not positive, and for one whose file no reader would take: its length is a signed 32-bit
-// number to many of them.
+// `nullopt` for a size that is not positive, and for one whose file would be too long: many programs read the length as
+// a signed 32-bit number.
 std::optional<BitmapLayout> bitmapLayout(PixelSize size, int bitCount);
 
 std::size_t paletteBytes(int bitCount);
 
-// False when the file cannot be written whole; then no part of it is left, and a former one stays.
+// False if the file cannot be written whole; then no part of it is left, and a former file stays.
 bool writeBitmapFile(Files& files, Processes& processes, const FilePath& path, const PackedBitmap& bitmap);
 
 }  // namespace vernoxa::desktop

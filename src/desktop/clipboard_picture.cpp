@@ -25,7 +25,7 @@ constexpr float hundredthsPerMillimetre = 100;
 constexpr std::chrono::seconds longestDrawing(10);  // the host waits meanwhile
 constexpr double mostPoints = 64'000'000;           // of a picture: 256 MB at the depth of most screens
 
-// Single precision and each edge cut on its own: the companion counts on the pixels that this gives.
+// Single precision, and each edge cut to whole pixels by itself: the companion relies on the sizes that this gives.
 std::optional<std::int64_t> edgeInPixels(int edge, int pixels, int millimetres) {
   const float position = static_cast<float>(edge) * static_cast<float>(pixels) /
                          (static_cast<float>(millimetres) * hundredthsPerMillimetre);
@@ -43,7 +43,7 @@ std::optional<int> distance(int first, int second, int pixels, int millimetres) 
                                                                    : std::nullopt;
 }
 
-// Each step can fail without a word: what comes after it says so.
+// A failure here is not reported: the steps that follow fail then, and report it.
 void makeFolders(Files& files, const FilePath& cache) {
   files.createFolder(FilePath::fromUtf8(temporaryFolder));
   files.createFolder(cache);
@@ -87,7 +87,7 @@ PixelSize drawnSize(PixelSize framed) {
 
 // Why there is no bitmap file, for the log; empty when it was written whole.
 std::string ClipboardPicture::conversionFailure(const FilePath& metafilePath, const FilePath& bitmapPath) const {
-  // Read once: nobody can change what was looked through before it is played.
+  // Read only once, so that nobody can change it between the check and the drawing.
   const auto bytes = files_.read(metafilePath);
   if (!bytes) {
     return "it cannot be read";
@@ -128,7 +128,7 @@ FilePath ClipboardPicture::save() const {
   const FilePath preview = cache / "Output" / "Preview.bmp";
   const FilePath metafile = FilePath::fromUtf8(temporaryMetafile);
   makeFolders(files_, cache);
-  // Also when it is saved in part, or not at all.
+  // Removes it also if only a part of it was saved.
   const TemporaryFile temporary(files_, metafile);
   if (!clipboard->saveMetafile(metafile)) {
     logs_.openTraffic().writeLine("no picture of the metafile: it cannot be saved");

@@ -22,14 +22,15 @@ class TextConverter;
 
 namespace vernoxa::desktop {
 
-// Waits a moment, a fifth of a second at most, for a program that holds it, as those do that watch it for changes.
+// Waits up to a fifth of a second if another program holds the clipboard, as programs that watch it do for moments.
 // Null if it is held for longer.
 std::unique_ptr<ClipboardAccess> openClipboard(Clipboard& clipboard, Clock& clock);
 
-// What a frame measures on that screen, whichever of its edges are the larger ones; `nullopt` if that is not a size.
+// The size of a frame in pixels of that screen, whatever the order of its edges; `nullopt` if that is not a usable
+// size.
 std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMeasures& screen);
 
-// The size to draw it in: the same, or of the same shape and 64 million points, the most that a picture may have.
+// The size to draw it in: the same, or the same shape reduced to 64 million pixels, the most that a picture may have.
 PixelSize drawnSize(PixelSize framed);
 
 // Host thread only.
@@ -46,12 +47,12 @@ class ClipboardPicture {
         converter_(converter),
         logs_(logs) {}
 
-  // Writes "\Cache\Output\Preview.bmp" below the base directory and answers its path; empty when the clipboard holds no
+  // Writes "\Cache\Output\Preview.bmp" below the project's folder and gives its path; empty if the clipboard holds no
   // drawing or any step fails.
   FilePath save() const;
 
-  // Draws a metafile into a bitmap file. True when the whole file was written. A metafile that cannot be read, lies
-  // about what it holds, or cannot be drawn is refused: a line in the traffic log says why, and no file is left.
+  // Draws a metafile into a bitmap file. True if the whole file was written. A metafile that cannot be read, fails the
+  // check, or cannot be drawn is refused: a line in the traffic log says why, and no file is left.
   bool convert(const FilePath& metafilePath, const FilePath& bitmapPath) const;
 
  private:

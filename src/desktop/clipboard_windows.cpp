@@ -19,7 +19,7 @@ GlobalMemory movableCopy(const void* source, std::size_t size) {
   return memory;
 }
 
-// The open clipboard owns what it took.
+// Once the clipboard has accepted the memory, it owns it.
 void put(UINT format, GlobalMemory memory) {
   if (memory && SetClipboardData(format, memory.get()) != nullptr) {
     static_cast<void>(memory.release());
@@ -33,7 +33,7 @@ class WindowsClipboardAccess final : public ClipboardAccess {
   bool hasMetafile() override { return IsClipboardFormatAvailable(CF_ENHMETAFILE) != 0; }
 
   bool saveMetafile(const FilePath& path) override {
-    // The clipboard's own handle stays its own; the copy's is ours, and closing it ends the writing of the file.
+    // The clipboard keeps its own handle. The handle of the copy is ours, and closing it finishes the file.
     const auto picture = static_cast<HENHMETAFILE>(GetClipboardData(CF_ENHMETAFILE));
     const std::wstring file = toWide(path.utf8(), CP_UTF8);
     return picture != nullptr && static_cast<bool>(MetafileHandle(CopyEnhMetaFileW(picture, file.c_str())));
@@ -42,8 +42,8 @@ class WindowsClipboardAccess final : public ClipboardAccess {
   void replaceByText(const std::string& text) override {
     EmptyClipboard();
     put(CF_TEXT, movableCopy(text.c_str(), text.size() + 1));
-    // Else the system would make the text for other programs out of the former one, in the code page of the keyboard
-    // that is chosen at the moment, or of a locale whose page is not the system's (UTF-8).
+    // Without this Windows would convert CF_TEXT for other programs by the code page of the keyboard layout in use, or
+    // by that of a locale, which is not the system's where that is UTF-8.
     const std::wstring wide = toWide(text.c_str(), CP_ACP);
     put(CF_UNICODETEXT, movableCopy(wide.c_str(), (wide.size() + 1) * sizeof(wchar_t)));
     const LCID locale = GetSystemDefaultLCID();

@@ -45,7 +45,7 @@ CommandResult writeToClipboard(CommandCall& call, Clipboard& clipboard, Clock& c
 }
 
 CommandResult pressEnter(CommandCall&, Desktop& desktop, Clock& clock) {
-  // The system's parts outlive every session.
+  // Clock and desktop outlive every session.
   desktop.runInBackground([&clock, &desktop] {
     clock.sleep(beforeKey);
     desktop.moveKey(Key::enter, KeyMove::press);

@@ -1,4 +1,4 @@
-// What makes the real parts of the operating system in this room. The parts are described where their interfaces are.
+// Creates the Windows implementations in this room. Their interfaces in `system` describe them.
 #pragma once
 
 #include <memory>

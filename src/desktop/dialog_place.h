@@ -1,4 +1,4 @@
-// Where a dialog comes to stand. Measures in pixels of the screen.
+// Where a dialog is placed. All measures are in pixels of the screen.
 #pragma once
 
 namespace vernoxa::desktop {
@@ -10,10 +10,10 @@ struct Box {
   int height = 0;
 };
 
-// How much wider a dialog may become for a text that needs so much more room.
+// How much wider to make a dialog for a text that needs `missingWidth` more.
 int dialogGrowth(int missingWidth, int dialogWidth, const Box& workArea);
 
-// The dialog in the middle of another window, moved so that none of it lies outside the work area when it fits in.
+// Centres the dialog on another window, but keeps it within the work area if it fits there.
 Box centred(const Box& dialog, const Box& around, const Box& workArea);
 
 }  // namespace vernoxa::desktop

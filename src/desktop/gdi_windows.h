@@ -1,4 +1,4 @@
-// Drawing: owners of the handles that it and the clipboard need, and the playing of metafiles.
+// Owners for the handles that drawing and the clipboard need, and the playing of metafiles.
 #pragma once
 
 #include <chrono>
@@ -54,7 +54,7 @@ using MetafileHandle = Owned<MetafileTrait>;
 using GlobalMemory = Owned<GlobalMemoryTrait>;
 using ClipboardLock = Owned<ClipboardTrait>;
 
-// An object that a device context draws with; the former one comes back, since no object can be deleted before that.
+// Selects an object into a device context, and the former one again at the end: a selected object cannot be deleted.
 class Selection {
  public:
   Selection(HDC context, HGDIOBJ object) : context_(context), former_(SelectObject(context, object)) {}
@@ -73,9 +73,9 @@ class Selection {
   HGDIOBJ former_;
 };
 
-// Draws a metafile that was looked through (metafile_check.h) over that rectangle. A record that cannot be drawn, or
-// would draw far beyond any picture, is left out: what the others draw is a picture still. False when the time was over
-// before the last record.
+// Draws a metafile that was checked before (metafile_check.h) into that rectangle. A record that cannot be drawn, or
+// would draw far beyond any picture, is left out; the others still make a picture. False if the time ran out before the
+// last record.
 bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit);
 
 }  // namespace vernoxa::desktop

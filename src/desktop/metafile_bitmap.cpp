@@ -9,7 +9,7 @@ constexpr std::uint32_t coreHeaderBytes = 12;         // BITMAPCOREHEADER
 constexpr std::uint32_t informationHeaderBytes = 40;  // BITMAPINFOHEADER, with which all later ones begin
 constexpr std::uint32_t maskBytes = 12;               // of red, green and blue
 constexpr std::uint32_t largestTable = 256;
-constexpr std::uint64_t mostPacked = 64'000'000;  // points; few bytes of a packed bitmap can ask for any number
+constexpr std::uint64_t mostPacked = 64'000'000;  // pixels; a packed bitmap of a few bytes may claim any number
 
 enum Compression : std::uint32_t { none = 0, runs8 = 1, runs4 = 2, masks = 3, jpeg = 4, png = 5 };
 
@@ -28,7 +28,7 @@ struct Header {
   std::uint64_t rowBytes() const { return (width * bitCount + 31) / 32 * 4; }
 };
 
-// A height below zero counts from the top down; a width below zero stays too large for anything.
+// A negative height means that the rows come from the top down. A negative width reads as one that is too large.
 std::uint64_t magnitude(std::uint32_t height) {
   return height <= 0x80000000U ? height : 0x100000000U - height;
 }
@@ -73,7 +73,7 @@ bool isKnownFormat(const Header& header) {
   }
 }
 
-// Players count the entries of a table by its own number first, whatever the bits of a point would need.
+// Players go by the number of colours in the header first, whatever the bits of a pixel would need.
 std::uint64_t tableBytes(const Header& header, std::uint32_t usage) {
   if (usage == 2 && header.bitCount == 1) {
     return 0;  // a mask
@@ -88,7 +88,7 @@ std::uint64_t bytesBeforeTable(const Header& header) {
   return header.compression == masks ? std::max(header.bytes, informationHeaderBytes + maskBytes) : header.bytes;
 }
 
-// Every run and every piece of single points ends within the bits.
+// Whether every run, and every sequence of single pixels, ends within the bits.
 bool runsEndWithin(const MetafileRecord& bits, std::uint32_t bitCount) {
   std::size_t index = 0;
   while (bits.holds(index, 2)) {
@@ -170,7 +170,7 @@ Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
   if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2) {
     return "a bitmap is of no known format";
   }
-  // Without a table some players read one all the same, from what follows.
+  // Some players read a colour table even where there is none, from the bytes that follow.
   const std::uint64_t room = bitmap.usage == 2 ? std::uint64_t{headerBytes} + bitsBytes : headerBytes;
   if (bytesBeforeTable(header) > headerBytes || bytesBeforeTable(header) + tableBytes(header, bitmap.usage) > room) {
     return "the colours of a bitmap lie outside";

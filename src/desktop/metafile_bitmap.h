@@ -1,4 +1,4 @@
-// Device-independent bitmaps within the records of a metafile.
+// Checks device-independent bitmaps within the records of a metafile.
 #pragma once
 
 #include <cstdint>
@@ -8,22 +8,22 @@
 
 namespace vernoxa::desktop {
 
-// What a record tells of its bitmap.
+// What a record says about its bitmap.
 struct BitmapInRecord {
-  std::size_t place = 0;  // in the record, of four numbers: where the header is and how long, and the same of the bits
+  std::size_t place = 0;    // of four numbers in the record: offset and size of the header, offset and size of the bits
   std::uint32_t usage = 0;  // of its colour table: 0 colours, 1 indices into a palette, 2 there is none
-  std::uint32_t rows = std::numeric_limits<std::uint32_t>::max();  // that the bits have at most
+  std::uint32_t rows = std::numeric_limits<std::uint32_t>::max();  // the most that the bits hold
   bool exact = false;  // the bits are copied whole, into as much memory as the header asks for
 };
 
-// All four numbers are 0: the record has no bitmap.
+// True if all four numbers are 0: the record has no bitmap.
 bool hasNoBitmap(const MetafileRecord& record, std::size_t place);
 
-// Some players take the record's own beginning, its bounds included, for the bitmap that is missing. Within the usual
-// bounds that is none that could be drawn.
+// Some players take the beginning of the record, with its bounds, for the missing bitmap. With ordinary bounds that
+// gives nothing that can be drawn.
 Fault missingBitmapFault(const MetafileRecord& record);
 
-// Header, colour table and bits, each within the record and as long as the header says.
+// Header, colour table and bits have to lie within the record and be as long as the header says.
 Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap);
 
 }  // namespace vernoxa::desktop

@@ -11,8 +11,8 @@ namespace {
 constexpr std::size_t smallestHeader = 88;  // the oldest form; later ones are 100 and 108
 constexpr std::size_t smallestRecord = 8;
 
-// The description and the pixel format lie behind the header's own numbers. An old header has no number for a pixel
-// format: its description begins there, [MS-EMF] 2.3.4.2.
+// The description and the pixel format follow the numbers of the header. An old header has no numbers for a pixel
+// format: its description begins in their place, [MS-EMF] 2.3.4.2.
 Fault headerPartsFault(const MetafileRecord& header) {
   const std::uint32_t characters = header.number(60);
   const std::uint32_t description = header.number(64);
@@ -38,7 +38,7 @@ Fault headerFault(const MetafileRecord& header, std::size_t fileBytes) {
   return header.shortNumber(56) == 0 ? "the table of objects is too small" : headerPartsFault(header);
 }
 
-// The record at that place, as long as it says; an empty one when it says something impossible.
+// The record at that place, with the size that it says; an empty one if that size is impossible.
 MetafileRecord recordAt(std::string_view bytes, std::size_t place) {
   const MetafileRecord rest(bytes.substr(place));
   const std::uint32_t size = rest.number(4);

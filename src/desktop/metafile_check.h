@@ -1,7 +1,7 @@
-// Looks through an enhanced metafile before the system plays it.
+// Checks an enhanced metafile before the system plays it.
 //
-// A metafile comes from any program that can write to the clipboard. The system's player follows a false count or
-// offset into memory that is not there, and the host ends with it.
+// Any program can put a metafile on the clipboard. The system's player follows a wrong count or offset into memory that
+// does not exist, and that ends the host.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,9 @@
 
 namespace vernoxa::desktop {
 
-// Which record lies about what, for the log; `nullopt` for a metafile whose every count, length and offset, and every
-// number of an object, holds. What it draws is not looked at, and two numbers that no player reads and sound programs
-// get wrong are not either: how many records there are, and the last record's size at its own end. `depth` counts the
-// metafiles around this one.
+// Which record is wrong and why, for the log; `nullopt` if every count, length, offset and object number is right. What
+// the metafile draws is not checked, nor are two numbers that no player reads and correct programs get wrong: the
+// number of records, and the size at the end of the last record. `depth` counts the metafiles around this one.
 std::optional<std::string> metafileFault(std::string_view bytes, int depth = 0);
 
 }  // namespace vernoxa::desktop

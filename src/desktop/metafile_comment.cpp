@@ -11,7 +11,7 @@ constexpr std::uint32_t newerComment = 0x2B464D45;    // "EMF+"
 constexpr std::uint32_t enhancedFormat = 0x464D4520;  // "ENHMETA", as a metafile's own signature
 constexpr int deepest = 4;                            // of metafiles within each other
 
-// [MS-EMFPLUS] 2.3: type and flags, size, size of the data behind these twelve bytes.
+// [MS-EMFPLUS] 2.3: type and flags, size, size of the data after these twelve bytes.
 Fault newerRecordsFault(const MetafileRecord& data) {
   constexpr std::size_t fixedBytes = 12;
   for (std::size_t at = 4; data.holds(at, fixedBytes);) {

@@ -27,7 +27,7 @@ class Points {
   std::optional<DrawnExtent> extent_;
 };
 
-// So many points, their distance in bytes apart.
+// `count` points; each begins `apart` bytes after the one before.
 void addPoints(Points& points, const MetafileRecord& record, std::size_t first, std::uint32_t count,
                std::size_t apart = 8) {
   for (std::size_t at = first; at < first + count * apart; at += apart) {
@@ -42,7 +42,7 @@ void addShortPoints(Points& points, const MetafileRecord& record, std::size_t fi
   }
 }
 
-// A corner, and where its width and height are.
+// A rectangle: the offset of a corner, and the offset of width and height.
 void addSized(Points& points, const MetafileRecord& record, std::size_t corner, std::size_t size) {
   const std::int64_t x = signedNumber(record, corner);
   const std::int64_t y = signedNumber(record, corner + 4);

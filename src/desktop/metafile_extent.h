@@ -8,13 +8,12 @@
 
 namespace vernoxa::desktop {
 
-// In points of the picture, in any direction. No picture shows what lies so far out, and the system's drawing is
-// correct and quick up to here: an arc that is wider writes behind its own memory under Wine 8, a pen that is wider
-// takes minutes.
+// In pixels of the picture, in any direction. No picture shows anything so far out, and up to here the system draws
+// correctly and quickly. A wider arc writes past the end of its memory under Wine 8; a wider pen takes minutes.
 constexpr std::int64_t farthestDrawn = 1 << 22;
 
-// In points of the picture, the height or width of a letter: the system keeps a map of each letter's points, which
-// takes gigabytes for larger ones (1.1 GB for one letter under Wine 8).
+// In pixels of the picture, the height or width of a letter. The system keeps a bitmap of each letter, which would take
+// gigabytes for larger ones (1.1 GB for one letter under Wine 8).
 constexpr std::int64_t largestFont = 1 << 13;
 
 // In the record's own units, before any transformation; left <= right and top <= bottom.
@@ -25,11 +24,11 @@ struct DrawnExtent {
   std::int64_t bottom = 0;
 };
 
-// Holds every point that the record names; `nullopt` for one that names none. The record has been looked through
-// (metafile_check.h). What a pen or a font adds is not in it.
+// The rectangle around all points that the record names; `nullopt` if it names none. The record was checked before
+// (metafile_check.h). The width of the pen and the size of the font are not included.
 std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record);
 
-// It draws, or makes an outline of, a path whose points came in records before it.
+// Whether the record draws, or turns into an outline, a path whose points came in earlier records.
 bool drawsPath(const MetafileRecord& record);
 
 bool drawsText(const MetafileRecord& record);

@@ -1,4 +1,4 @@
-// Texts, regions, corners and comments within the records of a metafile.
+// Checks texts, regions, gradients and comments within the records of a metafile.
 #pragma once
 
 #include <cstddef>
@@ -11,17 +11,17 @@ namespace vernoxa::desktop {
 
 constexpr std::size_t textBytes = 40;  // of the description of a text, [MS-EMF] 2.2.5
 
-// `at` is that of the description: reference point, characters, their place, options, rectangle, place of the advances.
-// Players differ on whether a text may come without advances.
+// `at` is the offset of the description: reference point, number of characters, their offset, options, rectangle,
+// offset of the advances. Players differ on whether a text may come without advances.
 Fault textFault(const MetafileRecord& record, std::size_t at, std::size_t characterBytes, bool advancesNeeded);
 
-// Of a record that holds a short text and nothing else.
+// For a record that holds a short text and nothing else.
 Fault smallTextFault(const MetafileRecord& record);
 
-// So many bytes from there on.
+// For a region of `bytes` bytes at `at`.
 Fault regionFault(const MetafileRecord& record, std::size_t at, std::uint32_t bytes);
 
-// Of a record that fills shapes with colours between those of their corners, and holds nothing else.
+// For a record that fills shapes with a gradient between the colours of their corners.
 Fault gradientFault(const MetafileRecord& record);
 
 // in metafile_comment.cpp: of the bytes that a comment record counts, [MS-EMF] 2.3.3. Players look into the public

@@ -28,7 +28,7 @@ bool allNear(HDC context, std::span<POINT> corners, POINT origin = {}, std::int6
          });
 }
 
-// Whether a length draws within the limit where the record stands, along either axis.
+// Whether a width and a height stay within the limit in pixels, with the transformation that is in force.
 bool isWithin(HDC context, LONG width, LONG height, std::int64_t limit) {
   std::array<POINT, 1> origin{};
   std::array<POINT, 2> ends = {POINT{width, 0}, POINT{0, height}};
@@ -67,7 +67,7 @@ bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
   return drawsPath(bytes) && !hasUsualPen(context);
 }
 
-// A small metafile may ask for any number of pictures one over the other.
+// A small metafile may draw any number of pictures on top of each other.
 struct TimeLimit {
   ULONGLONG end = 0;
   bool over = false;

@@ -18,7 +18,7 @@ Fault objectFault(std::uint32_t index, const PlayerState& state) {
   return index == 0 || index >= state.objects.size() ? "no such object" : nullptr;
 }
 
-// A player that makes an object where one is already never frees the former.
+// A player that makes an object in the place of another never frees the former.
 Fault makeObject(std::uint32_t index, PlayerState& state) {
   if (const Fault fault = objectFault(index, state)) {
     return fault;
@@ -62,7 +62,7 @@ Fault savesState(const MetafileRecord&, PlayerState& state) {
   return nullptr;
 }
 
-// Below zero: so many back. Nothing is restored where nothing was saved; some programs ask for that.
+// A negative number: so many states back. To restore one where none was saved is allowed: some programs do that.
 Fault restoresState(const MetafileRecord& record, PlayerState& state) {
   const std::uint32_t back = ~record.number(8) + 1;
   if (back == 0 || back > std::max(state.savedStates, 1U)) {
@@ -80,13 +80,13 @@ Fault only(const MetafileRecord& record, PlayerState&) {
 
 // --- items that are counted -----------------------------------------------------------------------------------------
 
-// So many items of so many bytes as the number at `countAt` says, from `first` on.
+// As many items of `itemBytes` bytes, from `first` on, as the number at `countAt` says.
 template <std::size_t countAt, std::size_t first, std::size_t itemBytes = 1>
 Fault counts(const MetafileRecord& record, PlayerState&) {
   return record.holds(first, record.number(countAt), itemBytes) ? nullptr : "it counts more than it holds";
 }
 
-// The same of two pieces, one behind the other.
+// The same for two pieces, one after the other.
 template <std::size_t countAt, std::size_t otherCountAt, std::size_t first>
 Fault countsTwo(const MetafileRecord& record, PlayerState&) {
   return record.holds(first, std::uint64_t{record.number(countAt)} + record.number(otherCountAt))
@@ -152,7 +152,7 @@ Fault makesFont(const MetafileRecord& record, PlayerState& state) {
 
 enum BrushStyle : std::uint32_t { solid = 0, hatched = 2, pattern = 3, dibPattern = 5, dibPatternPointer = 6 };
 
-// Another style stands for an address or a handle, which means something to the program alone that wrote it.
+// Other styles contain an address or a handle, which means something only to the program that wrote it.
 Fault makesBrush(const MetafileRecord& record, PlayerState& state) {
   return record.number(12) <= hatched ? makes(record, state) : "a brush is of no known style";
 }
@@ -213,7 +213,7 @@ Fault brushesRegion(const MetafileRecord& record, PlayerState& state) {
   return fault != nullptr ? fault : paintsRegion<first>(record, state);
 }
 
-// Without a region the former clipping ends; no other way of combining knows what that would mean.
+// Without a region the former clipping ends. Only this mode of combining allows that.
 Fault clipsToRegion(const MetafileRecord& record, PlayerState&) {
   constexpr std::size_t first = 16;
   constexpr std::uint32_t copy = 5;
@@ -226,7 +226,7 @@ Fault clipsToRegion(const MetafileRecord& record, PlayerState&) {
 
 // --- bitmaps --------------------------------------------------------------------------------------------------------
 
-// Where the four numbers of the bitmap are, and where its usage is.
+// `place` is the offset of the four numbers of the bitmap, `usageAt` that of its usage.
 template <std::size_t place, std::size_t usageAt>
 Fault needsBitmap(const MetafileRecord& record, PlayerState&) {
   return bitmapFault(record, {place, record.number(usageAt)});

@@ -9,21 +9,21 @@
 
 namespace vernoxa::desktop {
 
-// What a player keeps while it plays.
+// What a player remembers while it plays.
 struct PlayerState {
-  std::vector<bool> objects;      // those made, by their number; number 0 is the metafile itself
-  std::uint32_t savedStates = 0;  // of what it draws on
+  std::vector<bool> objects;      // which of them exist, by number; number 0 is the metafile itself
+  std::uint32_t savedStates = 0;  // of the device context
   int depth = 0;                  // metafiles around this one
 };
 
 struct RecordRow {
   std::uint32_t type = 0;
   const char* name = "";       // [MS-EMF] 2.1.1, without "EMR_"
-  std::size_t fixedBytes = 0;  // from the record's beginning, without what is counted; the check runs only then
+  std::size_t fixedBytes = 0;  // without the counted items; the check runs only on a record of at least this size
   Fault (*check)(const MetafileRecord&, PlayerState&) = nullptr;  // null: the record is no longer than that
 };
 
-// Null for a number that no kind of record has, that of the header included, which is the first record alone.
+// Null for a number that no kind of record has, and for that of the header, which may only be the first record.
 const RecordRow* findRecordRow(std::uint32_t type);
 
 constexpr std::uint32_t endOfFileRecord = 14;

@@ -47,8 +47,8 @@ BOOL CALLBACK takeMainWindow(HWND window, LPARAM found) {
   return usable ? FALSE : TRUE;
 }
 
-// While another program has the keyboard no window of this thread is active: then the host's main window, or what
-// stands before it.
+// While another program has the keyboard, no window of this thread is active. Then it is the host's main window, or a
+// dialog in front of it.
 HWND ownerWindow() {
   if (const HWND active = GetActiveWindow()) {
     return active;
@@ -112,7 +112,7 @@ INT_PTR CALLBACK SelectDialog::procedure(HWND dialog, UINT message, WPARAM word,
     SetWindowLongPtrW(dialog, DWLP_USER, parameter);
     reinterpret_cast<SelectDialog*>(parameter)->dialog_ = dialog;
   }
-  // Messages of the window's making come before that.
+  // Some messages come before WM_INITDIALOG.
   auto* const self = reinterpret_cast<SelectDialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
   return self != nullptr ? self->handle(message, word, parameter) : FALSE;
 }
@@ -157,7 +157,8 @@ INT_PTR SelectDialog::handleList(const NMHDR& notification) {
   if (notification.code == LVN_KEYDOWN && selectedRow() < 0) {
     const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey;
     if (key == VK_DOWN || key == VK_UP) {
-      // A list without a selection would begin beside its first row. The list sees the key first, then this.
+      // Without a selection the list would not start at its first row. The list handles the key first, then this
+      // message.
       PostMessageW(dialog_, selectFirstMessage, 0, 0);
     }
   }
@@ -181,7 +182,7 @@ void SelectDialog::fill() {
   column.cx = boxOf(list_).width - roomForScrollBar();
   SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
 
-  // From the last to the first, each before all others.
+  // From the last to the first, each inserted before the others.
   std::for_each(texts_.rbegin(), texts_.rend(), [this](std::wstring& text) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;

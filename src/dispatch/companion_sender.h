@@ -21,11 +21,10 @@ class CompanionSender {
   // The packet text of a message, for a script that sends it; empty when it could not be encoded.
   std::string packetText(std::string_view message) const;
 
-  // Has the host's `sendPacketGlobalHandle` send a message. `ok` is false when that procedure ended in an error, whose
-  // text is given then, or when the message could not be encoded; what it answers otherwise is the host scripts' own
-  // affair.
+  // Has the host's `sendPacketGlobalHandle` send a message. `ok` is false if that procedure ended in an error (then the
+  // text is that of the error) or if the message could not be encoded. Any other answer means nothing to the plug-in.
   Evaluation send(ScriptHost& host, std::string_view message) const;
-  // The same with the answer in the traffic log.
+  // The same, and writes the answer into the traffic log.
   void sendLogged(ScriptHost& host, std::string_view message) const;
 
  private:

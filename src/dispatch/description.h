@@ -1,8 +1,8 @@
-// The words of the tables of requests, commands, messages and host procedures.
+// Types and functions to write the tables of requests, commands, messages and host procedures with.
 //
 // A row says what it takes, what it calls and what it answers, with a sentence for each. Dispatch and its checks, the
-// fuzzer, the tests and the documents all read the same rows. Everything is known when compiling, and the sentences are
-// plain ASCII: the documents are in UTF-8, string literals of the plug-in in the code page.
+// fuzzer, the tests and the documents all read the same rows. Everything is known when compiling. The sentences are
+// plain ASCII, since the documents are in UTF-8, but string literals of the plug-in in the code page.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@ class Session;
 
 namespace vernoxa::inline dispatch {
 
-// A few items that lie in the row itself.
+// A short list that is stored in the row itself.
 template <class Item, std::size_t most>
 struct Few {
   std::array<Item, most> items{};
@@ -32,12 +32,12 @@ struct Member {
   const char* name = nullptr;  // "*" stands for all members that the row does not name
   const char* meaning = nullptr;
   MemberKind kind = MemberKind::text;
-  // A request without a needed member, or with one of another kind, is refused before anything is evaluated. In what
-  // the plug-in sends, a needed member is always there.
+  // A request that lacks a needed member, or has it in another kind, is refused before anything is evaluated. The
+  // plug-in's own messages always have their needed members.
   bool needed = true;
-  // Keeps the text before anything is evaluated, "" when the member is absent. "Data" is needed then.
+  // Stores the text before anything is evaluated, "" if the member is missing. "Data" is needed then.
   void (*keep)(plugin::Session&, const std::string& text) = nullptr;
-  const char* values = nullptr;  // the only ones that it has, with | between them; "" for the empty text alone
+  const char* values = nullptr;  // the only values allowed, with | between them; "" allows only the empty text
   // What the objects of an array hold; an array without it holds texts.
   const Member* itemMembers = nullptr;
   std::size_t itemMemberCount = 0;
@@ -68,12 +68,11 @@ struct Argument {
   bool optional = false;
 };
 
-// What is answered to a request that was accepted. One that is refused is answered with "command error", whatever its
-// row says.
+// The answer to a request that was accepted. A refused request is answered with "command error", whatever its row says.
 struct Answer {
   Few<Member, 3> data;            // members of "Data" when "Result" is "0"
   bool emptyErrInfo = false;      // then an empty "ErrInfo" stands beside "Result"
-  const char* failure = nullptr;  // what "ErrInfo" says when "Result" is "1"; none: it never is
+  const char* failure = nullptr;  // what "ErrInfo" says when "Result" is "1"; null if it never is
   bool failureInData = false;     // "ErrInfo" is the one member of "Data" then, else it stands beside "Result"
   bool given = true;              // false: there is no reply
   const char* follows = nullptr;  // the message that comes instead of a reply

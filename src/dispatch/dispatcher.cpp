@@ -65,7 +65,8 @@ std::string Dispatcher::replyTo(const Endpoint& endpoint, const std::string& mes
   if (const auto* failure = std::get_if<Failure>(&read)) {
     say(*failure, log);
     if (failure->where == Failure::Where::output) {
-      output_.print(failure->what);  // once for the request and once for its reply, which names no command either
+      output_.print(
+          failure->what);  // printed twice: for the request, and for its empty reply, which has no command either
     }
     return {};
   }
@@ -108,8 +109,8 @@ Outcome Dispatcher::runRow(const HandlerRow& row, RequestCall& call) {
   }
 }
 
-// Keeps what the row wants kept, then tells whether all is there that it needs. What is kept comes from "Data",
-// which must be there then, whatever it lacks.
+// Stores the members that the row wants stored. True if the request has all that the row needs; a row that stores a
+// member needs "Data" itself, even if it needs no member of it.
 bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
   bool complete = true;
   for (const Member& member : row.members) {

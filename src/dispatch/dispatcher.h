@@ -1,6 +1,6 @@
-// The road of a packet on the host's thread: packet text, message, request, row, checked members, handler, outcome,
-// reply, packet text. Each step gives its value or a `Failure`, and what is said and answered then is decided here
-// alone.
+// Carries out packets on the host's thread: packet text, message, request, row, checked members, handler, outcome,
+// reply, packet text. Each step gives its value or a `Failure`; only this class decides what is reported and answered
+// then.
 #pragma once
 
 #include <memory>
@@ -34,9 +34,9 @@ class Dispatcher {
              plugin::Session& session)
       : logs_(logs), messages_(messages), output_(output), lock_(std::move(lock)), session_(session) {}
 
-  // Packet text in, packet text of the reply out; empty when there is nothing to answer. A text that is not packet text
-  // comes back encoded again. Packets are carried out one at a time; a host script that runs the event loop inside a
-  // handler may enter again.
+  // Takes a packet text and gives the packet text of the reply, empty if there is none. Text that is not packet text is
+  // encoded and given back. Packets are carried out one at a time, except that a host script which runs the event loop
+  // inside a handler may bring in the next.
   std::string run(const Endpoint& endpoint, std::string_view packetText, ScriptHost& host);
 
   // The same from message to reply, in the code page. An exception in a handler shows "格式有误".

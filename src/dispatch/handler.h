@@ -1,4 +1,4 @@
-// The rows of the tables of what the companion and the link thread ask.
+// The rows of the request tables: what the companion and the link thread may ask.
 //
 // A handler is a function from a request to an outcome. It never sees packet text, the packet lock or Tcl's result. Its
 // parameters name the parts of the call and of the session that it works on.
@@ -23,10 +23,8 @@ class ScriptHost;
 
 namespace vernoxa::inline dispatch {
 
-// Everything that lives between calls. Dispatch hands it through to the rows, which find their parts in it; it is known
-// to nobody below.
-
-// What a handler is called for: the row's function finds the handler's parameters among these and in the session.
+// What belongs to one call. The row's function finds the handler's parameters here and in the session, which dispatch
+// hands through without knowing it.
 struct RequestCall {
   const Request& request;
   ScriptHost& host;

@@ -1,4 +1,4 @@
-// What becomes of a request.
+// The result of a request.
 #pragma once
 
 #include <optional>
@@ -23,7 +23,7 @@ struct Outcome {
   static Outcome failed(std::string errInfo) {
     return {std::nullopt, Failure{Failure::Where::reply, std::move(errInfo), {}}};
   }
-  // Answered by the endpoint's own text, as a request that nobody knows.
+  // Answered with the endpoint's failure text, like an unknown request.
   static Outcome refused(Failure failure = {}) { return {std::nullopt, std::move(failure)}; }
   static Outcome silent() { return {}; }
 

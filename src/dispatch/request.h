@@ -14,14 +14,14 @@ struct Request {
   Json document;
   std::string command;
   JsonView message;
-  JsonView data;  // views nothing when the message has no object of that name
+  JsonView data;  // empty if the message has no "Data"
 
   // The text or whole number of a member of "Data", in the code page; empty or 0 when it is missing.
   std::string text(std::string_view member) const;
   int number(std::string_view member) const { return data.member(member).wholeNumber().value_or(0); }
 };
 
-// The failure of a text that is not a message, or of one without a "Command", is for the log or the standard output.
+// The failure for text that is not a message, or has no "Command", is for the log or the standard output.
 Result<Request> requestIn(const std::string& message);
 
 }  // namespace vernoxa::inline dispatch

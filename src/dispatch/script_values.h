@@ -1,4 +1,4 @@
-// Values of a request on their way into a script, and results on their way into a reply.
+// Takes values of a request for a script, and results of the host for a reply.
 #pragma once
 
 #include <string>
@@ -23,10 +23,11 @@ std::string scriptValue(const Request& request, const TextConverter& converter, 
 // "ProjectPath" in UTF-8, backslashes as they came.
 std::string projectPath(const Request& request, const TextConverter& converter);
 
-// Backslashes doubled, unless the text holds a doubled one already. The two that begin a network path are none.
+// Doubles the backslashes unless the text holds a doubled one already; the two at the start of a network path do not
+// count.
 std::string doubledOnce(const std::string& path);
 
-// Done when the host answered "1"; otherwise its answer is the failure.
+// Success if the host answered "1"; otherwise its answer is the failure.
 Outcome doneOrFailure(ScriptHost& host, const TextConverter& converter, const Script& script);
 
 }  // namespace vernoxa::inline dispatch

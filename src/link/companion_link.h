@@ -1,4 +1,4 @@
-// What the host's thread and the link thread tell each other of the way to the companion.
+// What the host's thread and the link thread know about the connection to the companion.
 #pragma once
 
 #include <mutex>
@@ -6,24 +6,24 @@
 
 namespace vernoxa::link {
 
-// Every access is guarded; no reference into it leaves.
+// Every access takes the lock; callers get copies.
 class CompanionLink {
  public:
   // True while the host's scripts hold a connection to the companion.
   bool clientCreated() const;
   void setClientCreated(bool created);
-  // That connection is gone; how often it was so far.
+  // Notes that this connection broke; and how often it has broken so far.
   void noteBreak();
   unsigned breaks() const;
 
-  // How the latest refused connection ended: at once, or after tries that the system made on its own (Windows takes
-  // about two seconds for them on the local machine).
+  // Whether the latest refused connection failed at once, or only after retries that the system makes by itself (on
+  // Windows about two seconds for the local machine).
   void setRefusedAtOnce(bool atOnce);
-  // False when an attempt to reach the companion could cost the host's thread those tries: nobody is known to listen.
+  // False if connecting could hold the host's thread for the time of those retries, because nobody is known to listen.
   bool companionMayBeAsked() const;
 
-  // The design whose pins the link thread is asking for; empty once it has the answer. One that is still there when
-  // the thread asks for something else has lost its answer.
+  // The design whose pins the link thread is asking for; empty once it has the answer. If it is still set when the
+  // thread asks for something else, the answer was lost.
   void setAwaitedCount(std::string hostPath);
   std::string takeAwaitedCount();
 

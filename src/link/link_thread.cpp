@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::chrono::milliseconds retryPause{10000};
 constexpr std::chrono::milliseconds closedReportPause{300};
-// Between a refusal that the system hands on at once and one after its own tries, which take half a second each.
+// A refusal that comes later than this came after retries of the system, which take half a second each.
 constexpr std::chrono::milliseconds quickRefusal{250};
 
 // Why a poll ended early; nobody acts on the difference, a debugger shows it.

@@ -43,7 +43,7 @@ class LinkThread {
   int connectToServerForPthread();
 
  private:
-  // One attempt, 0 or -1; keeps in mind how long the system takes to tell of a refusal.
+  // One attempt: 0 or -1. Notes whether a refusal came at once.
   int connect(SocketClient& client, std::uint16_t port);
   void connectToHost();
   void waitForCompanion();
@@ -57,7 +57,7 @@ class LinkThread {
   };
   Exchange exchange(const Json& request);
   int poll();
-  // False when a receive failed, which ends the poll: what is left waits for the next one.
+  // False if a receive failed. That ends the poll; the next one reports the rest.
   bool reportOpened(const std::string& path);
   bool reportClosed(const std::vector<std::string>& names);
 

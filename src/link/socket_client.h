@@ -1,4 +1,4 @@
-// One TCP connection of the plug-in, which is always the client, with the sending and receiving of packets.
+// A TCP connection that sends and receives packets. The plug-in is always the client.
 #pragma once
 
 #include <chrono>
@@ -44,8 +44,8 @@ class SocketClient {
   // to arrive within it.
   int receivePacket(std::string& message, std::optional<std::chrono::milliseconds> limit = std::nullopt);
 
-  // Ends the connection for good: every later operation fails, a blocked one returns. For the thread that may still
-  // be using a client which the process has replaced.
+  // Ends the connection for good: every later operation fails, a blocked one returns. For a client that was replaced
+  // but may still be in use by its thread.
   void retire();
 
  private:

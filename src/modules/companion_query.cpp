@@ -22,7 +22,7 @@ std::optional<std::string> textOrNumber(JsonView value) {
 
 }  // namespace
 
-// The reply's text; `nullopt` if the companion cannot be reached or does not answer in time.
+// The text of the reply; `nullopt` if the companion cannot be reached or does not answer in time.
 std::optional<std::string> CompanionQuery::exchange(std::string_view request) const {
   LogWriter log = logs_.openTraffic();
   link::SocketClient client(sockets_, clock_, output_, logs_);

@@ -1,7 +1,7 @@
 // Questions to the companion, each over a connection of its own.
 //
 // They run on the host's thread and hold it for one request and its reply, 30 seconds at most. Where the system takes
-// seconds to tell that nobody listens, they are asked only while the host's scripts are connected to the companion.
+// seconds to refuse a connection, they are asked only while the host's scripts are connected to the companion.
 #pragma once
 
 #include <optional>
@@ -22,7 +22,7 @@ class StandardOutput;
 
 namespace vernoxa::modules {
 
-// A reply with the members that every one has.
+// A reply, with the members that every reply has.
 struct QueryReply {
   std::string text;       // as received, code page
   Json message;           // empty if the reply is not valid JSON
@@ -37,9 +37,10 @@ class CompanionQuery {
                  const Logs& logs)
       : link_(link), sockets_(sockets), clock_(clock), output_(output), logs_(logs) {}
 
-  // Sends a request (code page) and reads its reply. Nothing, with a line in the traffic log, without a connection
-  // ("can't Init"), without a reply ("ret:-1"), or when "Result", "Data" or the named member of "Data" is missing (its
-  // name). Throws std::runtime_error for a reply that is not packet text.
+  // Sends a request (code page) and reads its reply. `nullopt`, with a line in the traffic log, if there is no
+  // connection
+  // ("can't Init"), no reply ("ret:-1"), or if "Result", "Data" or that member of "Data" is missing (its name). Throws
+  // std::runtime_error for a reply that is not packet text.
   std::optional<QueryReply> ask(std::string_view request, std::string_view member) const;
 
  private:

@@ -14,7 +14,7 @@
 namespace vernoxa::modules {
 namespace {
 
-// One text for all spellings of a file, as far as ASCII goes; empty for anything that is not a path.
+// The same text for all spellings of one file (of letters only ASCII ones); empty for anything that is not a path.
 std::string comparable(Files& files, const FilePath& path) {
   std::string text = replaceAll(files.fullPath(path).utf8(), "\\", "/");
   text.erase(text.find_last_not_of("./ ") + 1);
@@ -26,7 +26,7 @@ std::string comparable(Files& files, const FilePath& path) {
   return text;
 }
 
-// As the editor keeps a library's files; a lock alone tells of a library that is being made.
+// The files that the editor keeps for a library. A lock without the others means that the library is being made.
 constexpr std::array<const char*, 3> libraryEndings = {".OLBlck", ".olb", "_0.OBK"};
 
 }  // namespace
@@ -40,7 +40,7 @@ FilePath LibraryFiles::pathOf(const std::string& name) const {
 
 bool LibraryFiles::isUsersOwn(const std::string& file) const {
   const std::string extension = extensionOf(file).value_or("");
-  // Behind the drive's, which may stand behind "//?/", a colon begins another name for a file that has one already.
+  // A colon after that of the drive, which may follow "//?/", names an alternate data stream of a file.
   const std::size_t drive = file.starts_with("//?/") || file.starts_with("//./") ? 6 : 2;
   const bool stream = file.find(':', drive) != std::string::npos;
   if (file.empty() || extension == "dsn" || extension == "opj" || stream) {
@@ -55,7 +55,7 @@ void LibraryFiles::tellNotMade(const FilePath& library, const std::string& why) 
   logs_.openTraffic().writeLine(converter_.utf8ToAnsi(line));
 }
 
-// A base name that is free in the module's folder and not `taken`; empty when the numbers tried are all in use.
+// A base name that is free in the module's folder and is not `taken`; empty if all numbers tried are in use.
 std::string LibraryFiles::freeName(const std::string& taken) {
   constexpr int mostTries = 10000;
   for (int tried = 0; tried < mostTries; ++tried) {
@@ -102,7 +102,7 @@ bool LibraryFiles::makeEmpty(const FilePath& path) {
   std::string looked;
   for (const FilePath& folder : {installDirectory_, host_.get().folder()}) {
     if (folder.empty()) {
-      continue;  // would be the root of whichever drive is current
+      continue;  // would be the root of the current drive
     }
     const FilePath original = folder / "config" / "Resource" / "Empty.olb";
     if (files_.exists(original)) {
@@ -115,7 +115,7 @@ bool LibraryFiles::makeEmpty(const FilePath& path) {
 }
 
 bool LibraryFiles::copy(const FilePath& from, const FilePath& to) {
-  // Noted first: once it is there, nothing may fail any more that would keep it from being removed.
+  // Noted before copying: once the file exists, a failure here would keep it from ever being removed.
   const auto [note, added] = made_.insert(comparable(files_, to));
   const CopyResult copied = files_.copyFile(from, to);
   if (copied) {
@@ -138,7 +138,7 @@ void LibraryFiles::remove(const FilePath& path) {
     return;
   }
   if (files_.removeFile(path)) {
-    made_.erase(file);  // who makes it again is another matter
+    made_.erase(file);  // the next file of that name may be somebody else's
   }
 }
 

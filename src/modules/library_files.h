@@ -1,4 +1,4 @@
-// The library files of a placement: their names, and which of them may be removed.
+// The library files of a placement: their names, and which files may be removed.
 #pragma once
 
 #include <set>
@@ -24,7 +24,7 @@ struct PlacementContext;
 // Host thread only.
 class LibraryFiles {
  public:
-  // `installDirectory` is where the plug-in stands; later reports of projects never change it.
+  // `installDirectory` is the plug-in's base directory; unlike the project folder it never changes.
   LibraryFiles(FilePath installDirectory, const HostExecutable& host, const PlacementContext& placement, Files& files,
                RandomNumbers& random, const TextConverter& converter, const Logs& logs)
       : installDirectory_(std::move(installDirectory)),
@@ -35,30 +35,28 @@ class LibraryFiles {
         converter_(converter),
         logs_(logs) {}
 
-  // Paths with "/" between folders: the folder of the module file, then the base name picked for the placement.
+  // Paths with "/" between folders, in the folder of the module file, with the base names picked for the placement.
   FilePath temporaryPath() const;
   FilePath newPath() const;
   // The host's own backup of the temporary library.
   FilePath backupPath() const;
 
-  // Picks two other base names: numbers under which the module's folder holds neither a library nor its lock or
-  // backup, so that no library of the user's is written into. False, with a line in the traffic log, when none is
-  // found.
+  // Picks two new base names: numbers for which the module's folder has no library, lock or backup, so that no library
+  // of the user is overwritten. False, with a line in the traffic log, if none is found.
   bool pickNames();
 
-  // Makes a library without parts, which can be written whatever it is copied from: the installation's, else the one
-  // below the host's program folder. False, with a line in the traffic log that says why, when it could not be made; a
-  // file that was there stays.
+  // Makes a library without parts that can be written: a copy of the one in the installation, else of the one below the
+  // host's program folder. False, with the reason in the traffic log, if that fails; an existing file stays.
   bool makeEmpty(const FilePath& path);
 
-  // The same as a copy of another library.
+  // The same with a copy of another library.
   bool copy(const FilePath& from, const FilePath& to);
 
   // Notes that this process made the library or backup at that path, and so may remove it.
   void noteMade(const FilePath& path);
 
-  // Removes a file that a placement leaves behind, when it exists. A file of the user's own stays and is logged: a
-  // design, a project, or a library or backup that this process did not make, however the path spells it.
+  // Removes a file that a placement leaves behind, if it exists. A file of the user stays, with a line in the traffic
+  // log: a design, a project, or a library or backup that this process did not make, however the path is written.
   void remove(const FilePath& path);
 
  private:

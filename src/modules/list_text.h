@@ -7,8 +7,8 @@
 
 namespace vernoxa::modules {
 
-// Values are UTF-8. Every value arrives at the procedure with its backslashes as they are (doubled in the script, also
-// in a braced name, where the procedures know it), and its brackets stand escaped in script and log.
+// Values are UTF-8. The procedures receive each value with its backslashes unchanged, since the script doubles them. In
+// a name in braces they stay doubled, which the procedures expect. Brackets are escaped in the script and its log line.
 class ListText {
  public:
   explicit ListText(Start start) : script_(start) {}
@@ -19,7 +19,7 @@ class ListText {
   ListText& braced(std::string_view value);
   // [list "key" "value"]
   ListText& item(std::string_view key, std::string_view value);
-  // What `value` gives, or the literal when it is empty.
+  // The value, or the literal if the value is empty.
   ListText& bareOr(std::string_view value, Literal whenEmpty);
 
   const Script& script() const { return script_; }

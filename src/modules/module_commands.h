@@ -17,7 +17,7 @@ namespace vernoxa::modules {
 class ModuleDocument;
 struct PlacementContext;
 
-// Starts a document and makes "\Cache\Share" below the base directory.
+// Starts a document and creates the folder "\Cache\Share" below the project's folder.
 CommandResult initMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, ModuleDocument& document);
 
 // One record each, a Tcl list.
@@ -25,7 +25,7 @@ CommandResult addMarketLibList(CommandCall& call, ModuleDocument& document);
 CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document);
 
 // Takes name, width, height and one unused argument; writes the document as "\Cache\Share\ModuleLib.json" and answers
-// that path in UTF-8, also when nothing could be written.
+// that path in UTF-8, even if nothing could be written.
 CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
                                const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document);
 

@@ -49,7 +49,7 @@ Json dataOf(const drawing::Shape& shape, const drawing::Record& record) {
   return data;
 }
 
-// Where in a displayed property its position stands.
+// Where the position comes in a displayed property.
 enum class StartPlace { third, last };
 
 Json displayedProperty(const drawing::Record& record, StartPlace startPlace) {
@@ -114,10 +114,9 @@ void ModuleDocument::startPart(const drawing::Record& record) {
   current.properties = part.add("Property", Json::object());
   current.displayedProperties = part.add("DispProperty", Json::array());
   current.children = part.add("children", Json::array());
-  partKeys_.insert(key);  // now that the part is whole: when memory runs out before, the host's next try is not taken
-                          // for a duplicate
+  partKeys_.insert(key);  // only now: if memory ran out before, the host's next try must not count as a duplicate
   root_.appendTo(library_, std::move(part));
-  part_ = current;  // only what stands in the document may be written to
+  part_ = current;  // now that it belongs to the document
 }
 
 void ModuleDocument::addProperty(JsonView properties, const drawing::Record& record) {

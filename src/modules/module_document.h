@@ -20,8 +20,8 @@ class ModuleDocument {
   void start();
   bool started() const { return static_cast<bool>(root_); }
 
-  // One record of a library part: its header "Name", then its elements and properties. A header that repeats name,
-  // index and type of a part drops all up to the next header; so does a record before the first.
+  // One record of a library part: first its header "Name", then its elements and properties. If a header repeats the
+  // name, index and type of a part, all records up to the next header are dropped, as are records before the first one.
   void addLibraryRecord(const drawing::Record& record);
 
   // One record of a schematic object.

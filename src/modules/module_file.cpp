@@ -13,10 +13,11 @@
 namespace vernoxa::modules {
 namespace {
 
-// Each is a script for the host, which would be busy for hours; the longest sound module has a sixth of it.
+// Each becomes a script for the host, which more of them would keep busy for hours. The largest valid module has a
+// sixth of this.
 constexpr std::size_t mostItems = 250'000;
 
-// No page is wider in any unit.
+// No page is wider than this in any unit.
 constexpr std::int64_t farthest = 1'000'000'000;
 
 std::optional<Decimal> coordinate(const std::string& text) {

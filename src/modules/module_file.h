@@ -1,5 +1,5 @@
-// A shared module as it is read for a placement. Anybody may have written it: every member may be missing or of
-// another type, and reads as empty then.
+// A shared module as it is read for a placement. Anybody may have written it: a member that is missing or of another
+// type reads as empty.
 #pragma once
 
 #include <optional>
@@ -22,9 +22,9 @@ struct ViewBox {
   std::string height;
 };
 
-// The text of a member; empty when it is missing or no text.
+// The text of a member; empty if it is missing or not text.
 std::string_view textOf(JsonView object, std::string_view member);
-// A member that is an object, or an array; a view of nothing for one that is missing or of another type.
+// A member that is an object or an array; an empty view if it is missing or of another type.
 JsonView objectIn(JsonView object, std::string_view member);
 JsonView arrayIn(JsonView object, std::string_view member);
 // The name of a part, element or object: "Name", in older modules and for schematic objects "name".
@@ -33,7 +33,8 @@ std::string_view nameOf(JsonView object);
 // Texts are UTF-8; views are valid as long as this object.
 class ModuleFile {
  public:
-  // Unreadable, no JSON, and beyond the bounds (a line in the traffic log tells) alike: a module without a root.
+  // Gives a module without a root if the file cannot be read, is not valid JSON, or is beyond the limits (the traffic
+  // log says so).
   static ModuleFile read(Files& files, const Logs& logs, const FilePath& path);
 
   bool hasRoot() const { return static_cast<bool>(root_); }
@@ -42,7 +43,7 @@ class ModuleFile {
   JsonView objects() const { return arrayIn(root_.view(), "children"); }
   // "Name" of the library's first part.
   std::string_view firstPartName() const;
-  // From "BoundingBox": two numbers as they are, or the differences of four; `nullopt` for all else.
+  // From "BoundingBox": two numbers as they are, or the differences of four; `nullopt` for anything else.
   std::optional<ViewBox> viewBox() const;
 
  private:

@@ -20,29 +20,29 @@ class LibraryFiles;
 struct PlacementContext;
 
 struct PlacedLibrary {
-  bool made = false;    // the module's parts stand in the new library
+  bool made = false;    // the new library has the module's parts
   FilePath newLibrary;  // "/" between folders; made or not
   ModuleFile module;
 };
 
 enum class DraggedBox { none, made };
 
-// Host thread only. The placement's values tell the module file and what is set on the parts.
+// Host thread only. `PlacementContext` says which module file to place and what to set on its parts.
 class ModulePlacer {
  public:
   ModulePlacer(PlacementContext& placement, LibraryFiles& libraries, Files& files, const TextConverter& converter,
                const Logs& logs)
       : placement_(placement), libraries_(libraries), files_(files), converter_(converter), logs_(logs) {}
 
-  // Has the host write the module's library parts into a temporary library, which becomes the new library. Picks both
-  // names. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is gone
-  // afterwards in every case. Nothing is made, and one line in the traffic log says why, when a library cannot be made
-  // or the module is unreadable ("root is null", "libItem is null").
+  // Has the host write the module's library parts into a temporary library, then copies that to the new library. Picks
+  // both names. `DraggedBox::made` adds the part of the module's size that the user drags. The temporary library is
+  // removed in every case. If a library cannot be made or the module cannot be read ("root is null", "libItem is
+  // null"), nothing is made, and one line in the traffic log says why.
   PlacedLibrary placeLibrary(ScriptHost& host, DraggedBox box);
 
   // The whole placement: the library, then the module's objects or the one part; afterwards the new library and the
-  // module file are removed. Ends without a word where `placeLibrary` makes nothing; the single-part flag is 0 then
-  // too.
+  // module file are removed. Does nothing more if `placeLibrary` made nothing. `placeState` is 0 afterwards in any
+  // case.
   void placeModule(ScriptHost& host);
 
  private:

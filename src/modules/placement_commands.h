@@ -26,7 +26,7 @@ CommandResult placePartProperty(CommandCall& call, const PlacementContext& place
 CommandResult getOlbPath(CommandCall& call, const LibraryFiles& libraries);
 CommandResult getNewOlbPath(CommandCall& call, const LibraryFiles& libraries);
 
-// Shows the text of an error code, or the code itself when there is none; nothing without an argument. The code
+// Shows the text of an error code, or the code itself if it has none; without an argument shows nothing. The code
 // "MoreThanPage" also removes the new library of the placement that failed.
 CommandResult outputError(CommandCall& call, UserMessages& messages, const TextConverter& converter,
                           LibraryFiles& libraries);

@@ -5,13 +5,13 @@
 
 namespace vernoxa::modules {
 
-// Rows of requests keep their members here; host thread only. Texts in the code page, as the packets brought them.
+// Rows of the request table store members here; host thread only. Texts are in the code page, as in the packets.
 struct PlacementContext {
   std::string dsnDatPath;  // module file to place, and last module file written
   std::string uploadResId;
   std::string uploadUserId;
-  std::string selfModule = "0";  // the designator as well
-  std::string PartIndex;         // the cached user id as well: the companion knows the two as one
+  std::string selfModule = "0";  // also holds the designator
+  std::string PartIndex;         // also holds the cached user id: to the companion the two are one
   std::string package;
   std::string packageName;
   std::string PartName;

@@ -24,7 +24,7 @@ Outcome selectModule(const Request& request, ScriptHost& host, const TextConvert
 Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& converter,
                               PlacementContext& placement, ModulePlacer& placer);
 Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
-// Whatever refuses a placing, nothing is being placed afterwards.
+// For a request to place something that was refused: nothing is being placed then.
 void stopPlacing(PlacementContext& placement);
 
 }  // namespace vernoxa::modules

@@ -13,7 +13,7 @@
 namespace vernoxa::modules {
 namespace {
 
-// A path as the host's scripts write one into further scripts; empty for a file that is not there.
+// A path in the form in which the host's scripts put it into other scripts; empty if the file does not exist.
 std::string pathAnswer(Files& files, const TextConverter& converter, const std::string& path) {
   return files.exists(converter.path(path)) ? converter.doubledBackslashes(path) : std::string();
 }

@@ -29,16 +29,17 @@ struct ResourcePaths {
   std::map<std::string, std::string> known;
 };
 
-// Hands the exported module over; answers what the host's sender says. Picture and module file are forgotten then.
+// Hands the exported module over to the companion, forgets the picture and the module file, and answers what the host's
+// `sendPacketGlobalHandle` answered.
 CommandResult sendUploadMarket(CommandCall& call, PlacementContext& placement, PreviewPicture& preview,
                                const TextConverter& converter, const CompanionSender& sender);
 
-// The path of the module file of a resource id, code page, backslashes doubled; kept per id while the file exists.
-// Empty without one; the companion's number when it refuses; its whole reply when that names no path.
+// The path of the module file for a resource id: code page, backslashes doubled; remembered as long as the file exists.
+// Empty if there is no such file; the companion's number if it refuses; its whole reply if that names no path.
 CommandResult getResPath(CommandCall& call, ResourcePaths& paths, const CompanionQuery& query, Files& files,
                          const TextConverter& converter, const Logs& logs);
 
-// The signed-in user's id, or what a placement left in the field that it shares with a part's index.
+// The signed-in user's id. It shares a field with a part's index: after a placement it is what that left there.
 CommandResult getSelfUserId(CommandCall& call, PlacementContext& placement, const CompanionQuery& query);
 
 // Removes the libraries of the last placement and the module file.

@@ -11,7 +11,7 @@ namespace vernoxa::plugin {
 namespace {
 
 CommandResult callRow(const CommandRow& row, PlugIn& plugIn, const Arguments& arguments, Tcl_Interp* interp) {
-  // Ours for the length of the call: a script may load the plug-in again.
+  // Keeps the session during the call: a script may load the plug-in again.
   const std::shared_ptr<Session> session = plugIn.session;
   if (!session) {
     return {row.beforeState};

@@ -20,7 +20,7 @@ constexpr std::size_t mostArguments = 7;
 // An argument that is missing reads as the empty text.
 struct ArgumentList {
   Few<Argument, mostArguments> each;
-  const char* without = nullptr;  // what a call without any does; else all that are not optional are given
+  const char* without = nullptr;  // what a call without any argument does, if it is allowed
 };
 
 enum class ResultKind { nothing, plain, packetText };
@@ -48,7 +48,7 @@ std::span<const CommandRow> commandTable();
 // Creates every command of the table, in table order, without client data, each behind the one guard.
 void registerCommands(Tcl_Interp* interp);
 
-// The guard: calls the row's function with its parts. Whatever is thrown ends here, as a line in the crash log and the
+// Calls the row's function with its parts. No exception gets past it: each becomes a line in the crash log and the
 // status that the host's scripts know.
 int guarded(const CommandRow& row, Tcl_Interp* interp, int count, Tcl_Obj* const* objects) noexcept;
 

@@ -7,7 +7,7 @@
 namespace vernoxa::plugin {
 namespace {
 
-// The current folder belongs to the host: it is given back on every way out.
+// The current folder belongs to the host, so it is always set back.
 class CurrentFolder {
  public:
   CurrentFolder(Processes& processes, const FilePath& folder)

@@ -20,7 +20,7 @@ namespace vernoxa::plugin {
 std::uint16_t processIdFromName(Processes& processes, const Logs& logs, const std::string& text) noexcept;
 
 // Starts "LanTuZS.exe" (or, where that is missing, "lantuzs.exe") of the base directory with "AutoLogin", minimised.
-// The current folder is the base directory meanwhile. Failures of the system are silent.
+// The current folder is the base directory meanwhile. A failure of the system is not reported.
 void launchCompanion(Processes& processes, Files& files, const FilePath& baseDirectory);
 
 }  // namespace vernoxa::plugin

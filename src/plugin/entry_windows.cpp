@@ -16,7 +16,7 @@ namespace vernoxa::plugin {
 namespace {
 
 void startLinkThread(std::shared_ptr<LinkThreadParts> thread) {
-  // The thread's own share of its session: a later load must not take it away.
+  // The thread shares the ownership of its session, so a later load does not destroy it.
   startDetachedThread([thread = std::move(thread)] { runOnLinkThread<link::runLinkThread>(*thread); });
 }
 

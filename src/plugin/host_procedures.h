@@ -7,7 +7,7 @@
 
 namespace vernoxa::plugin {
 
-// An error in a procedure never ends what the plug-in is doing. Its text counts as the answer unless the row says
+// An error in a procedure never ends what the plug-in is doing; its text counts as the answer unless the row says
 // otherwise.
 struct HostProcedure {
   const char* name;

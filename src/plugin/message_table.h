@@ -9,13 +9,13 @@ namespace vernoxa::plugin {
 
 enum class MessageWay {
   hostsConnection,  // the one between the host's scripts and the companion
-  ownConnection,    // made for this one question and its answer, and closed then
+  ownConnection,    // opened for one question and closed after its answer
 };
 
 // One form of a message. All texts are in the code page.
 struct MessageRow {
   const char* name;
-  const char* form;             // tells the forms of one name apart; "" for a name of one form
+  const char* form;             // tells the forms of one name apart; "" if there is only one
   Few<const char*, 4> senders;  // the Tcl commands that send it, or answer it as a packet text to be sent
   const char* envelope;         // its members in their order, with spaces between them
   Few<Member, 8> data;

@@ -14,8 +14,8 @@ struct PlugIn {
   World world;
   FilePath modulePath;
   Logs crashLogs;
-  std::shared_ptr<Session> session;  // none before the first start-up reached it
-  // Runs the link thread of a session, in the background. What it is given keeps the whole session alive.
+  std::shared_ptr<Session> session;  // null until the first start-up has made it
+  // Starts the link thread of a session. The pointer keeps the whole session alive.
   void (*startLinkThread)(std::shared_ptr<LinkThreadParts> thread);
 };
 

@@ -1,5 +1,5 @@
-// Adapts a function to its table: its parameters say which parts of the call and of the session it works on, and each
-// is found there by its type.
+// Adapts a function to its table. The function's parameters say which parts of the call and of the session it works on;
+// each is found by its type.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace vernoxa::plugin {
 
-// What one call brings along comes before what lives between calls.
+// Looks among the parts of the call first, then in the session.
 template <class Part>
 Part& partOf(CommandCall& call, Session& session) {
   if constexpr (std::is_same_v<Part, CommandCall>) {
@@ -45,7 +45,7 @@ struct Run<function> {
   using Call = std::conditional_t<std::is_same_v<Result, CommandResult>, CommandCall, RequestCall>;
 };
 
-// The function as a row of the tables holds it.
+// The function in the form that a row of the tables holds.
 template <auto function>
 constexpr auto run = &Run<function>::template on<typename Run<function>::Call>;
 
@@ -57,11 +57,11 @@ struct Kept<field> {
   static void by(Session& session, const std::string& text) { session.part<Part>().*field = text; }
 };
 
-// Keeps a member's text in that field of a part.
+// Stores a member's text in that field of a part.
 template <auto field>
 constexpr auto storeIn = &Kept<field>::by;
 
-// Runs a function of the link thread, which finds only what the threads share and what is that thread's own.
+// Runs a function on the link thread. It can name only parts that the threads share or that belong to this thread.
 template <auto function>
 void runOnLinkThread(LinkThreadParts& thread) {
   Run<function>::onLinkThread(thread);

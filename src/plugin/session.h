@@ -77,7 +77,7 @@ class SharedParts {
 template <auto function>
 struct Run;
 
-// What the link thread works on: what the threads share, and a connection of its own. All else may only retire that.
+// What the link thread works on: what the threads share, and its own connection, which others may only retire.
 class LinkThreadParts {
  public:
   LinkThreadParts(World& world, const Logs& crashLogs, const Directories& directories);
@@ -102,8 +102,8 @@ class LinkThreadParts {
   link::SocketClient client_;
 };
 
-// Held by shared ownership: by the process until the next load, by each command while it runs, and by the link thread
-// for ever, so that a load inside a command or beside the thread leaves both on valid memory.
+// Owned together: by the process until the next load, by each command while it runs, and by the link thread for ever.
+// So a load during a command, or beside the thread, leaves both on valid memory.
 class Session {
  public:
   Session(World& world, const Logs& crashLogs, Directories directories);

@@ -38,7 +38,7 @@ constexpr Start script =
     "RegisterAction \"Operation\" \"checkSocketConnect\" \"\" \"ShowMainForm\" \"\"\r\n"
     "RegisterAction \"ShareModule\" \"checkSocketConnect\" \"\" \"checkSocketConnect\" \"\"";
 
-// The former session stays with whoever still runs in it: its thread, or a command further down the stack.
+// The former session stays alive for its thread, and for a command that is still running in it.
 void replaceSession(PlugIn& plugIn) {
   if (plugIn.session) {
     plugIn.session->linkThread().retire();
@@ -83,7 +83,7 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     TclScriptHost host(interp);
     const Evaluation result = host.evaluate(startUpScript());
     replaceSession(plugIn);
-    // Ours from here on: a script of the host may load the plug-in again meanwhile.
+    // Kept from here on: a script of the host may load the plug-in again meanwhile.
     const std::shared_ptr<Session> session = plugIn.session;
     applyConfiguration(plugIn);
     const auto& logs = session->part<const Logs>();
@@ -92,7 +92,7 @@ void startUp(Tcl_Interp* interp, PlugIn& plugIn) noexcept {
     plugIn.startLinkThread({session, &session->linkThread()});
     logs.resetTraffic();
     logs.openTraffic().writeFormatted("GetACP %u", plugIn.world.codePage.number());
-    if (!result.ok) {  // a second editor, say, whose port for the link thread is taken
+    if (!result.ok) {  // for example because another editor has the port
       logs.openTraffic().writeLine("start-up script: " + result.text);
     }
   } catch (...) {

@@ -1,4 +1,4 @@
-// All that the plug-in needs of the operating system, passed in: real in the DLL, stand-ins in tests.
+// All that the plug-in needs from the operating system: the real thing in the DLL, stand-ins in tests.
 #pragma once
 
 #include <utility>
@@ -41,12 +41,12 @@ struct World {
   Desktop& desktop;
 };
 
-// The logs before any installation is known: crashes alone, below the plug-in's own folder.
+// Logs for the time before the installation is known: only crashes, below the plug-in's own folder.
 inline Logs crashLogsOf(const World& world, FilePath pluginFolder) {
   return {world.clock, world.codePage, world.files, std::move(pluginFolder)};
 }
 
-// The operating system that the DLL runs on; in the Windows ring alone. Refers to objects that live until the process
+// The operating system that the DLL runs on; defined in the Windows ring. Refers to objects that live until the process
 // ends.
 World realWorld();
 

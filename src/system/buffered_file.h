@@ -9,7 +9,7 @@
 
 namespace vernoxa::inline system {
 
-// Nothing more is written after the first failure. What comes last is written by finish().
+// After the first failure nothing more is written. Call finish() at the end: it writes what is still in the buffer.
 class BufferedFile {
  public:
   explicit BufferedFile(OutputFile& file) : file_(file), buffer_(std::make_unique_for_overwrite<char[]>(size)) {}
@@ -22,7 +22,7 @@ class BufferedFile {
       filled(to + count);
     }
   }
-  // Where the next bytes are put, at most so many and no more than 64 KB; then up to where they stand.
+  // Room for `most` bytes, 64 KB at most, which the caller fills; filled() then tells where they end.
   char* room(std::size_t most) {
     if (most > size - used_) {
       finish();
@@ -30,7 +30,7 @@ class BufferedFile {
     return buffer_.get() + used_;
   }
   void filled(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
-  // False when not all was written.
+  // False if anything could not be written.
   bool finish() {
     failed_ = failed_ || !file_.write({buffer_.get(), used_});
     used_ = 0;

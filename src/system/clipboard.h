@@ -8,15 +8,15 @@
 
 namespace vernoxa::inline system {
 
-// The clipboard while it is ours; closed with this object. Meant to be short-lived: nobody else can use it meanwhile.
+// The open clipboard; closed with this object. Keep it short: nobody else can use the clipboard meanwhile.
 class ClipboardAccess {
  public:
   virtual ~ClipboardAccess() = default;
-  // An enhanced metafile lies there, or something that the system makes one of.
+  // Whether it holds an enhanced metafile, or something that the system can convert to one.
   virtual bool hasMetafile() = 0;
   // False when there is none or the file cannot be written.
   virtual bool saveMetafile(const FilePath& path) = 0;
-  // In place of everything that was there. The text is in the code page and ends at its first NUL byte.
+  // Replaces everything on the clipboard. The text is in the code page and ends at its first NUL byte.
   virtual void replaceByText(const std::string& text) = 0;
 };
 

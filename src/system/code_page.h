@@ -1,5 +1,5 @@
-// The system's ANSI code page (936, GBK, on the systems that the plug-in was made for), and what tells a text in UTF-8
-// from one in it.
+// The system's ANSI code page (936, GBK, on the systems that the plug-in was made for), and checks that tell text in
+// UTF-8 from text in that code page.
 #pragma once
 
 #include <cstddef>
@@ -9,17 +9,18 @@
 
 namespace vernoxa::inline system {
 
-// The code page that the process began with, and its conversions by the operating system. Bytes that are no text of the
-// source encoding give replacement characters, never a failure. Usable from any thread.
+// The code page that the process began with, and the operating system's conversions from and to it. Bytes that are not
+// valid in the source encoding become replacement characters; no conversion fails. Usable from any thread.
 class CodePage {
  public:
   virtual ~CodePage() = default;
   virtual unsigned number() const = 0;  // as Windows numbers it; 65001 is UTF-8
-  // Whether a double-byte character begins so. None does in UTF-8, whose sequences hold no byte of another character.
+  // Whether a double-byte character begins with this byte. Always false in UTF-8, where no byte of a longer sequence
+  // can be taken for another character.
   virtual bool isLeadByte(char byte) const = 0;
   virtual std::string toUtf8(std::string_view ansi) const = 0;
-  // A character that the code page lacks becomes one that looks like it, or the system's default character: for texts
-  // that are read, never for one that becomes a name.
+  // A character that the code page lacks becomes one that looks like it, or the system's default character. For text
+  // that people read, never for the name of a file.
   virtual std::string fromUtf8(std::string_view utf8) const = 0;
   // `nullopt` if the code page lacks a character.
   virtual std::optional<std::string> nameFromUtf8(std::string_view utf8) const = 0;

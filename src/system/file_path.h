@@ -7,9 +7,9 @@
 
 namespace vernoxa::inline system {
 
-// The true name of a file or folder, in UTF-8: it says the same whatever the system's code page can name. No byte of a
-// longer sequence looks like a separator, so that plain text operations are safe on it. Texts from outside become one
-// by `TextConverter::path`, which knows their encodings.
+// The true name of a file or folder, in UTF-8, so that it does not depend on the characters of the system's code page.
+// No byte of a multi-byte character equals a separator: plain string operations are safe on it. Text from outside
+// becomes a path by `TextConverter::path`, which knows its encoding.
 class FilePath {
  public:
   FilePath() = default;

@@ -13,7 +13,7 @@ bool Files::isLink(const FilePath& path, std::uint32_t attributes) {
     return false;
   }
   const std::uint32_t tag = reparseTag(path);
-  return tag == 0 || (tag & nameSurrogate) != 0;  // of what nobody knows the worst is taken
+  return tag == 0 || (tag & nameSurrogate) != 0;  // unknown: taken for a link
 }
 
 void Files::removeTree(const FilePath& folder, std::uint32_t attributes) {

@@ -32,43 +32,43 @@ constexpr std::uint32_t directoryAttribute = 16;       // FILE_ATTRIBUTE_DIRECTO
 constexpr std::uint32_t reparsePointAttribute = 1024;  // FILE_ATTRIBUTE_REPARSE_POINT
 constexpr std::uint32_t noAttributes = 0xFFFFFFFFU;    // INVALID_FILE_ATTRIBUTES: no such file
 
-// What became of a copy: the number of the system's error, 0 when there is none.
+// The result of a copy: the system's error number, 0 for success.
 struct CopyResult {
   std::uint32_t error = 0;
   explicit operator bool() const { return error == 0; }
 };
 
-// Nothing here throws for a failure of the system: each call answers false, nothing or an empty list.
+// Nothing here throws when the system fails: a call gives false, null, `nullopt` or an empty value then.
 class Files {
  public:
   virtual ~Files() = default;
   virtual std::uint32_t attributes(const FilePath& path) = 0;
-  // The path from its drive or share on, as the system takes it for every other call: "." and ".." resolved, dots and
-  // spaces left out where names end. Empty when it is not a path, or longer
-  // than 259 characters (MAX_PATH).
+  // The whole path from its drive or share on, as the system understands it in every other call: "." and ".." resolved,
+  // dots and spaces at the end of names left out. Empty if it is not a path, or is longer than 259 characters
+  // (MAX_PATH).
   virtual FilePath fullPath(const FilePath& path) = 0;
-  // Another name of a file or folder that is there, each part of at most eight characters, a dot and three (a short
-  // name), as older programs open it. Its own where it needs no other; empty where the system keeps none.
+  // The short name (8.3) of an existing file or folder, by which older programs open it. The same name if that is short
+  // already; empty where the system keeps no short names.
   virtual FilePath shortPath(const FilePath& path) = 0;
-  // What a reparse point is (IO_REPARSE_TAG_SYMLINK and others of winnt.h); 0 for all else, and where the system does
-  // not say.
+  // The kind of a reparse point (IO_REPARSE_TAG_SYMLINK and others of winnt.h); 0 for anything else, and if the system
+  // does not say.
   virtual std::uint32_t reparseTag(const FilePath& path) = 0;
-  // The first bytes of a file, at most so many, opened so that others may go on reading it. Nothing for what is no
-  // file, as "COM1" and pipes.
+  // The first bytes of a file, at most `most`. Other programs may use it meanwhile. `nullopt` for anything that is not
+  // a file on a disk, such as "COM1" or a pipe.
   virtual std::optional<std::string> readStart(const FilePath& path, std::size_t most) = 0;
-  // Appends; made when missing; others may read, write and delete it meanwhile. Each write arrives in one piece.
+  // For appending; created if missing. Others may read, write and delete it meanwhile. Each write arrives in one piece.
   virtual std::unique_ptr<OutputFile> openForAppending(const FilePath& path) = 0;
-  // Made new or emptied.
+  // Created, or emptied if it exists.
   virtual std::unique_ptr<OutputFile> create(const FilePath& path) = 0;
   // One level only.
   virtual bool createFolder(const FilePath& path) = 0;
   virtual bool removeFile(const FilePath& path) = 0;
-  // An empty folder, or a link to a folder (never what stands behind it).
+  // Removes an empty folder, or a link to a folder (never the folder that it leads to).
   virtual bool removeFolder(const FilePath& path) = 0;
-  // Gives a file another name, in one step also when a file of that name is there. False when the system refuses, as
-  // while another program has that one open and does not let it go.
+  // Renames a file in one step, also when a file of that name exists, which it replaces. False if the system refuses,
+  // for example while another program has that file open.
   virtual bool replaceFile(const FilePath& from, const FilePath& to) = 0;
-  // Does not overwrite. The copy can be written, also when its original is read-only.
+  // Does not overwrite. The copy is never read-only, even if the original is.
   virtual CopyResult copyFile(const FilePath& from, const FilePath& to) = 0;
   // Entries of a folder without "." and "..", in the system's order; empty when it cannot be read.
   virtual std::vector<FolderEntry> entries(const FilePath& folder) = 0;
@@ -79,10 +79,10 @@ class Files {
   }
   bool exists(const FilePath& path) { return attributes(path) != noAttributes; }
   bool isFolder(const FilePath& path);
-  // Whether a folder is a symbolic link, a junction or the like: what stands in it belongs to another place. A folder
-  // that a cloud service marks is none. `attributes` are those of the path.
+  // Whether a folder is a symbolic link, a junction or the like: its contents belong to another place. A folder that a
+  // cloud service has only marked does not count. `attributes` are those of the path.
   bool isLink(const FilePath& path, std::uint32_t attributes);
-  // Removes a folder and all that it holds; what a link in it leads to stays.
+  // Removes a folder and everything in it. Of a link it removes only the link.
   void removeTree(const FilePath& folder, std::uint32_t attributes);
 };
 

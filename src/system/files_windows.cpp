@@ -12,8 +12,8 @@ namespace {
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t largestPiece = std::size_t{1} << 30U;  // a write takes a 32-bit count
 
-// A path for one call of the system's. While it lives, a drive without a disk makes that call fail, and no box that
-// asks the user for the disk.
+// A path for one system call. While it exists, a call for a drive without a disk fails, and Windows does not ask the
+// user for the disk in a box.
 class SystemPath {
  public:
   explicit SystemPath(std::wstring text) : text_(std::move(text)) {
@@ -34,7 +34,7 @@ SystemPath wide(const FilePath& path) {
   return SystemPath(toWide(path.utf8(), CP_UTF8));
 }
 
-// What a call that fills in a path of that many characters gives; empty when it fails or needs more.
+// The path that `call` writes into a buffer of `size` characters; empty if it fails or needs more.
 template <class Call>
 FilePath pathWithin(std::size_t size, Call call) {
   std::wstring path(size, L'\0');
@@ -102,7 +102,7 @@ class WindowsFiles final : public Files {
   std::optional<std::string> readStart(const FilePath& path, std::size_t most) override {
     const FileHandle handle(
         CreateFileW(wide(path).text(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    // A pipe or a serial port would be waited for.
+    // Reading from a pipe or a serial port could wait for ever.
     if (!handle || GetFileType(handle.get()) != FILE_TYPE_DISK) {
       return std::nullopt;
     }

@@ -22,8 +22,8 @@ std::string stamp(const LocalTime& time) {
   return buffer.data();
 }
 
-// A line can hold texts of both encodings. Each that stands between quotes, or in a list of paths, is looked at alone;
-// neither character is ever the second byte of another.
+// A line can hold text in both encodings, so each piece between quotes or semicolons is checked by itself. Neither of
+// them is ever the second byte of a double-byte character.
 std::string inCodePage(const CodePage& codePage, std::string_view line) {
   constexpr std::string_view separators = "\";";
   if (isAscii(line)) {

@@ -1,10 +1,9 @@
 // The two logs that the plug-in keeps for its developers: plain text in the code page, CR LF line ends.
 //
 // Every line is "[Time]:2024-3-5 9:7:2:45.message": local time without padding, a colon before the milliseconds and a
-// full stop before the message. Messages of the host and to it may hold UTF-8: what is recognised as such is put into
-// the code page. Logging never fails visibly and never throws. Usable from both threads: each line is
-// written to a file opened for appending in one piece, so lines of two threads may follow each other in any order but
-// never mix.
+// full stop before the message. Messages from and to the host may hold UTF-8: text that is recognised as UTF-8 is
+// converted to the code page. Logging never fails visibly and never throws. Usable from both threads: each line is
+// appended to the file in one piece, so lines of two threads may come in any order but never mix.
 #pragma once
 
 #include <string>
@@ -19,8 +18,8 @@ class Clock;
 class CodePage;
 class Files;
 
-// Writes lines of one log; short-lived. Each line opens the file and closes it again, so that one which the user
-// deletes meanwhile is made again. Without a file every write does nothing.
+// Writes lines of one log; short-lived. Each line opens and closes the file, so that a log is created again after the
+// user deleted it. Without a file every write does nothing.
 class LogWriter {
  public:
   LogWriter(Clock& clock, const CodePage& codePage, Files& files, FilePath file)
@@ -28,7 +27,7 @@ class LogWriter {
 
   bool enabled() const { return !file_.empty(); }
   void writeLine(std::string_view message) noexcept;
-  // printf style; a longer output than 4095 bytes is cut off.
+  // printf style; output beyond 4095 bytes is cut off.
   void writeFormatted(const char* format, ...) noexcept __attribute__((format(printf, 2, 3)));
 
  private:
@@ -44,7 +43,7 @@ class Logs {
   Logs(Clock& clock, const CodePage& codePage, Files& files, FilePath pluginFolder);
   Logs(const Logs& other, FilePath logDirectory);
 
-  // On while the log directory exists.
+  // Enabled while the log directory exists.
   LogWriter openTraffic() const noexcept;
   // Writes the name of an operation that ended in an exception to the crash log.
   void reportCrash(std::string_view operation) const noexcept;

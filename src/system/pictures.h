@@ -1,4 +1,4 @@
-// Pictures that are drawn by the system: enhanced metafiles, and bitmaps that suit the screen.
+// Pictures that the system draws: enhanced metafiles, and bitmaps with the colour depth of the screen.
 #pragma once
 
 #include <chrono>
@@ -40,8 +40,8 @@ class Metafile {
   virtual ~Metafile() = default;
   // `nullopt` if the header cannot be read.
   virtual std::optional<PictureFrame> frame() = 0;
-  // Drawn over the whole of a white bitmap of that size and the screen's own depth; nothing when the system has no
-  // room for it, or its records take longer than that together.
+  // Draws it onto a white bitmap of that size with the colour depth of the screen. `nullopt` if the system has no
+  // memory for that bitmap, or if all records together take longer than `limit`.
   virtual std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds limit) = 0;
 };
 
@@ -49,8 +49,8 @@ class Pictures {
  public:
   virtual ~Pictures() = default;
   virtual ScreenMeasures screen() = 0;
-  // From the bytes of an enhanced metafile that was looked through (desktop/metafile_check.h). Null if the system
-  // takes it for none.
+  // From the bytes of an enhanced metafile that was checked before (desktop/metafile_check.h). Null if the system does
+  // not accept them.
   virtual std::unique_ptr<Metafile> openMetafile(std::string_view bytes) = 0;
 };
 

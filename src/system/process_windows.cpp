@@ -48,7 +48,7 @@ class WindowsProcesses final : public Processes {
   FilePath currentFolder() override {
     std::wstring folder(GetCurrentDirectoryW(0, nullptr), L'\0');
     const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
-    folder.resize(length < folder.size() ? length : 0);  // another thread may have gone elsewhere
+    folder.resize(length < folder.size() ? length : 0);  // another thread may have changed it meanwhile
     return FilePath::fromUtf8(fromWide(folder, CP_UTF8));
   }
 

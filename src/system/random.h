@@ -1,4 +1,4 @@
-// Random numbers, for names that nobody else uses.
+// Random numbers, from which file names are made.
 #pragma once
 
 #include <chrono>
@@ -13,7 +13,7 @@ class RandomNumbers {
   virtual int next() = 0;
 };
 
-// Seeded with the time of its making.
+// Seeded with the time at which it is created.
 class TimeSeededNumbers final : public RandomNumbers {
  public:
   int next() override { return static_cast<int>(engine_()); }  // at most 2147483646

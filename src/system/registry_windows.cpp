@@ -58,7 +58,7 @@ class WindowsRegistry final : public Registry {
     if (type != REG_SZ && type != REG_EXPAND_SZ) {
       return std::nullopt;
     }
-    // Whoever wrote the value may have left out its ending zero.
+    // The program that wrote the value may have left out the terminating NUL.
     const std::wstring_view stored(buffer.data(), size / sizeof(wchar_t));
     if (fromWide(stored, CP_ACP).size() > registryBufferBytes) {
       return std::nullopt;

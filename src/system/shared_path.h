@@ -8,7 +8,7 @@
 
 namespace vernoxa::inline system {
 
-// Every access is guarded; no reference into it leaves.
+// Every access takes the lock; callers get copies.
 class SharedPath {
  public:
   explicit SharedPath(FilePath path = {}) : path_(std::move(path)) {}

@@ -1,4 +1,4 @@
-// TCP client sockets, one call of the system each, so that tests can fail every single one.
+// TCP client sockets. Each function is one system call, so that tests can make each of them fail.
 #pragma once
 
 #include <chrono>
@@ -18,15 +18,15 @@ class Sockets {
   // Each start is matched by one clean-up (Windows counts them).
   virtual void startUp() = 0;
   virtual void cleanUp() = 0;
-  // A new TCP socket, or nothing.
+  // A new TCP socket; `nullopt` if the system gives none.
   virtual std::optional<Handle> open() = 0;
   // Blocks as long as the system does. `address` is dotted IPv4 text.
   virtual bool connect(Handle socket, const char* address, std::uint16_t port) = 0;
-  // Bytes taken by the system, or a negative number.
+  // The number of bytes that the system took; negative on failure.
   virtual int send(Handle socket, std::string_view bytes) = 0;
-  // Bytes received, 0 when the other end closed, a negative number on failure. Blocks.
+  // The number of bytes received; 0 when the other end closed, negative on failure. Blocks.
   virtual int receive(Handle socket, std::span<char> buffer) = 0;
-  // True when a receive would not block; false when nothing came in that time.
+  // True once a receive would not block; false if nothing came within `limit`.
   virtual bool waitReadable(Handle socket, std::chrono::milliseconds limit) = 0;
   // Ends the conversation: a blocked receive returns. The handle stays valid until `close`.
   virtual void shutDown(Handle socket) = 0;

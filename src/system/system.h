@@ -1,4 +1,4 @@
-// The smaller needs of the operating system.
+// Smaller services of the operating system: GUIDs, locks, processes and the standard output.
 #pragma once
 
 #include <array>
@@ -27,7 +27,7 @@ class GuidSource {
   virtual std::optional<Guid> create() = 0;
 };
 
-// Mutual exclusion that its own thread may take again. Held and given back by the same thread.
+// A recursive mutex: the thread that holds it may take it again. Released by the thread that took it.
 class Lock {
  public:
   virtual ~Lock() = default;
@@ -49,12 +49,12 @@ struct Process {
 class Processes {
  public:
   virtual ~Processes() = default;
-  // Snapshot in the system's order; empty when it cannot be taken.
+  // In the system's order; empty if the system does not tell.
   virtual std::vector<Process> running() = 0;
   virtual int ownId() = 0;
   virtual FilePath currentFolder() = 0;
   virtual void setCurrentFolder(const FilePath& folder) = 0;
-  // Opens a file of the current folder with one argument, minimised. Failures of the system are silent.
+  // Opens a file of the current folder with one argument, minimised. A failure is not reported.
   virtual void start(const std::string& file, const std::string& argument) = 0;
 };
 

@@ -15,7 +15,7 @@
 namespace vernoxa::inline system {
 namespace {
 
-// Win32 mutexes let their own thread in again.
+// Win32 mutexes are recursive.
 class WindowsLock final : public Lock {
  public:
   WindowsLock() : mutex_(CreateMutexA(nullptr, FALSE, nullptr)) {

@@ -1,5 +1,5 @@
-// What makes the real parts of the operating system in this room, and what only Windows needs beside them. The parts
-// are described where their interfaces are.
+// Creates the Windows implementations of this room's interfaces (their headers describe them), and what else only the
+// Windows files need.
 #pragma once
 
 #include <functional>
@@ -24,15 +24,15 @@ std::unique_ptr<Registry> windowsRegistry();
 std::unique_ptr<Sockets> windowsSockets();  // Windows Sockets 2.2
 std::unique_ptr<StandardOutput> windowsOutput();
 
-// Full path of this module, found by an address in it, however the host loaded it. Cut after 99 bytes of the code page:
-// a limit that the installation keeps to.
+// Full path of this module, found by an address in it, however the host loaded it. Cut off after 99 bytes of the code
+// page: installations stay below that.
 FilePath modulePath();
 
-// Keeps the module loaded until the process ends: a thread runs in it that nothing ends.
+// Keeps the module loaded until the process ends, because nothing ends the link thread, which runs in it.
 void pinModule();
 
-// Runs the body on a new thread that nobody waits for; drops it when there is no thread. An exception of the body ends
-// its thread in silence: it must not reach the system's code.
+// Runs the body on a new thread that nobody waits for; drops it if no thread can be started. An exception ends the
+// thread and is not reported: it must not reach the system's code.
 void startDetachedThread(std::function<void()> body);
 
 }  // namespace vernoxa::inline system

@@ -1,4 +1,4 @@
-// A file that is gone in the end, whatever happens.
+// Removes a file at the end of its scope, whatever happens, unless it is kept.
 #pragma once
 
 #include <utility>

@@ -10,7 +10,7 @@ namespace {
 
 enum class Written { whole, partly, notBegun };
 
-// Gone again unless it was written whole.
+// Removes the file again unless all of it was written.
 Written write(Files& files, const FilePath& path, const WriteContent& content) {
   auto file = files.create(path);
   if (!file) {
@@ -18,14 +18,14 @@ Written write(Files& files, const FilePath& path, const WriteContent& content) {
   }
   TemporaryFile unfinished(files, path);
   const bool whole = content(*file);
-  file.reset();  // what is open goes only when it is closed
+  file.reset();  // Windows does not remove an open file
   if (whole) {
     unfinished.keep();
   }
   return whole ? Written::whole : Written::partly;
 }
 
-// Short, and not the name of any page or library; another editor writes under another one.
+// A short name that no page or library has. The process id keeps two editors apart.
 FilePath besideName(Processes& processes, const FilePath& path) {
   return path.folder() / ("~" + std::to_string(processes.ownId()) + ".tmp");
 }
@@ -46,9 +46,9 @@ bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, Wh
       return true;
     }
   }
-  // What cannot even be begun beside it may not fit in its place either, which would cost the former one.
-  const bool canCostNothing = written == Written::whole || !files.exists(path);
-  return whenHeld == WhenHeld::writeInPlace && canCostNothing && write(files, path, content) == Written::whole;
+  // If not even the temporary file could be created, writing in place might fail too and destroy the former file.
+  const bool inPlaceIsSafe = written == Written::whole || !files.exists(path);
+  return whenHeld == WhenHeld::writeInPlace && inPlaceIsSafe && write(files, path, content) == Written::whole;
 }
 
 }  // namespace vernoxa::inline system

@@ -1,4 +1,4 @@
-// Files that are whole or not there: nobody reads half a one, and a full disk costs no former one.
+// Writes files in one step: nobody ever reads half a file, and a full disk does not destroy the former one.
 #pragma once
 
 #include <functional>
@@ -11,15 +11,15 @@ class Files;
 class OutputFile;
 class Processes;
 
-// What to do when the system does not let a file be replaced, as while a reader has it open: to write into it where it
-// is, or to leave it as it was.
+// What to do when the system does not let a file be replaced, for example while a reader has it open: write into the
+// existing file, or leave it as it is.
 enum class WhenHeld { writeInPlace, leave };
 
-// Writes the content, false when not all of it could be; called again when the file is written in place.
+// Writes the content; false if not all of it could be written. Called a second time if the file is written in place.
 using WriteContent = std::function<bool(OutputFile&)>;
 
-// Writes a file beside its place, then gives it its name in one step. False when that failed, which leaves nothing
-// behind. One thread at a time may write below a folder.
+// Writes a temporary file in the same folder, then renames it in one step. False on failure, which leaves nothing
+// behind. Only one thread at a time may write into a folder.
 bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
                     const WriteContent& write);
 

@@ -21,7 +21,7 @@ std::string fromWide(std::wstring_view wide, unsigned codePage) {
 }
 
 std::optional<std::string> nameFromWide(std::wstring_view wide, unsigned codePage) {
-  // UTF-8 has every character, and the system takes neither of the two there.
+  // UTF-8 has every character, and for it the system allows neither the flag nor the pointer.
   BOOL replaced = FALSE;
   const bool hasAll = codePage == CP_UTF8;
   const DWORD flags = hasAll ? 0 : WC_NO_BEST_FIT_CHARS;

@@ -7,8 +7,8 @@
 
 namespace vernoxa::inline system {
 
-// `codePage` as Windows numbers it: CP_ACP for the host's, CP_UTF8. What is no text of it gives replacement
-// characters.
+// `codePage` as Windows numbers it: CP_ACP for the host's, or CP_UTF8. Bytes that are not valid in it become
+// replacement characters.
 std::wstring toWide(std::string_view text, unsigned codePage);
 
 // A character that the code page lacks becomes one that looks like it, or the system's default character.

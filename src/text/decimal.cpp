@@ -36,8 +36,8 @@ std::string_view takeDigits(std::string_view& text) {
   return digits;
 }
 
-// Takes "e" and the whole number behind it; without a number nothing is taken. Cut where no text is long enough for it
-// to matter.
+// Takes "e" and the whole number after it; takes nothing if there is no number. Limited to a value that no text is long
+// enough to reach.
 std::int64_t takeExponent(std::string_view& text) {
   constexpr std::int64_t largest = std::int64_t{1} << 40U;
   if (!text.starts_with('e') && !text.starts_with('E')) {
@@ -54,7 +54,7 @@ std::int64_t takeExponent(std::string_view& text) {
   return negative ? -exponent : exponent;
 }
 
-// The whole number that the first `count` digits make, with zeros for those that are not there.
+// The first `count` digits as a whole number; zeros stand in for missing ones.
 std::int64_t firstDigits(std::string_view digits, std::int64_t count) {
   std::int64_t number = 0;
   for (const char digit : digits.substr(0, static_cast<std::size_t>(std::max<std::int64_t>(count, 0)))) {
@@ -67,7 +67,7 @@ std::int64_t firstDigits(std::string_view digits, std::int64_t count) {
   return number;
 }
 
-// Takes the number that the text begins with, in units; nothing where no digit stands.
+// Takes the number at the beginning of the text, in units; `nullopt` if there is no digit.
 std::optional<std::int64_t> takeNumber(std::string_view& text) {
   const bool negative = takeSign(text);
   std::string digits(takeDigits(text));

@@ -1,4 +1,4 @@
-// Coordinates and sizes as numbers that are exact in decimal, so that 0.1 and 0.2 make 0.3.
+// Coordinates and sizes as exact decimal numbers: 0.1 and 0.2 make 0.3.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace vernoxa::inline text {
 
-// Six places behind the point; what is larger than nine million millions saturates.
+// Six decimal places. Values beyond nine million millions saturate.
 class Decimal {
  public:
-  // The number that the text begins with, behind spaces and tabs: a sign, digits with or without a point, and an
-  // exponent ("1e3", "-2.5E-02"). Without a number 0. Further places are cut.
+  // The number at the beginning of the text, after spaces and tabs: a sign, digits with or without a point, and an
+  // exponent ("1e3", "-2.5E-02"). 0 if there is no number. Further decimal places are cut off.
   static Decimal read(std::string_view text);
-  // The same for a text that is a number throughout; `nullopt` for any other.
+  // The same if the whole text is a number; else `nullopt`.
   static std::optional<Decimal> of(std::string_view text);
   static Decimal whole(std::int64_t number);
 
@@ -24,7 +24,7 @@ class Decimal {
   Decimal operator*(std::int64_t factor) const;
   bool operator==(const Decimal&) const = default;
   auto operator<=>(const Decimal&) const = default;  // NOLINT(modernize-use-nullptr): the compiler's own 0
-  // Never with an exponent; without a point when whole, else without last zeros.
+  // Without an exponent and without zeros at the end; a whole number has no point.
   std::string text() const;
 
  private:
@@ -33,7 +33,7 @@ class Decimal {
   std::int64_t units_;
 };
 
-// The first number of a text, an exponent included, and what follows it. A sign and a point alone are none.
+// The first number in a text, with its exponent, and what follows it. A sign or a point alone is not a number.
 std::pair<std::string_view, std::string_view> firstNumber(std::string_view text);
 
 }  // namespace vernoxa::inline text

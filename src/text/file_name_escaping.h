@@ -1,4 +1,4 @@
-// File names that are made of names of a design, which may hold what Windows forbids in a file name.
+// Makes file names from names in a design, which may hold characters that Windows forbids in a file name.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace vernoxa::inline text {
 // back. UTF-8.
 std::string escapedFileName(std::string_view name);
 
-// A name that stands for a file wherever it is opened: one that Windows keeps for a device, as CON or "lpt1.json", gets
-// "_" in front, and ":", behind which another name for the same file would begin, becomes "-". UTF-8.
+// Makes sure that a name opens an ordinary file: a name that Windows reserves for a device, such as CON or "lpt1.json",
+// gets "_" in front, and ":", which would open an alternate data stream, becomes "-". UTF-8.
 std::string plainFileName(std::string_view name);
 
 }  // namespace vernoxa::inline text

@@ -10,7 +10,7 @@
 namespace vernoxa::inline text {
 namespace {
 
-// Parsing writes the library's global error slot; two threads parse.
+// The library keeps a parse error in a global variable, and two threads parse.
 std::mutex& parsing() {
   static std::mutex mutex;
   return mutex;
@@ -139,7 +139,7 @@ Json::Parsed Json::parse(const std::string& text) {
   cJSON* node = nullptr;
   {
     const std::lock_guard lock(parsing());
-    // The library does not tell a text that is not valid JSON from a moment without memory: a second look does.
+    // The library does not say whether the text is invalid or memory ran out, so it gets a second try.
     for (int look = 0; node == nullptr && look < 2; ++look) {
       // The terminating NUL belongs to what the library may read.
       node = cJSON_ParseWithLengthOpts(begin, std::string_view(begin).size() + 1, &end, 0);

@@ -1,4 +1,4 @@
-// The one owner of JSON documents, and the view that reads them.
+// JSON documents: `Json` owns one, `JsonView` reads it.
 //
 // Texts are byte strings: messages hold the host's code page (GBK), modules hold UTF-8, and both pass through
 // unchanged. A text ends at its first NUL byte, since the library works on C strings. Member names are compared with
@@ -16,7 +16,8 @@ struct cJSON;
 
 namespace vernoxa::inline text {
 
-// Reads a node that somebody else owns; valid as long as its document. A view of nothing answers "no" to everything.
+// Reads a node that somebody else owns; valid as long as its document. An empty view has no members, no text and no
+// number.
 class JsonView {
  public:
   JsonView() = default;
@@ -26,11 +27,12 @@ class JsonView {
   bool isObject() const;
   bool isArray() const;
 
-  // The first member of that name, or a view of nothing.
+  // The first member of that name; an empty view if there is none.
   JsonView member(std::string_view name) const;
   // The text of a string node; `nullopt` for every other kind.
   std::optional<std::string_view> text() const;
-  // A JSON number cut to a whole number, or a string that is a whole decimal number; what does not fit saturates.
+  // A JSON number without its fraction, or a string that is a whole decimal number. A value that does not fit
+  // saturates.
   std::optional<int> wholeNumber() const;
   // This node's name within its object; empty elsewhere.
   std::string_view name() const;
@@ -60,7 +62,7 @@ class JsonView {
   const cJSON* node_ = nullptr;
 };
 
-// Owns a whole document. Building throws std::bad_alloc when memory runs out; what was being added is freed then.
+// Owns a whole document. When memory runs out, adding throws std::bad_alloc and frees the value that was to be added.
 class Json {
  public:
   struct Parsed;

@@ -30,7 +30,7 @@ std::string MessagePaths::ofDesign(std::string_view hostPath) {
   }
   const auto plain = utf8OfTcl(hostPath);
   const bool converted = looksLikeUtf8Chinese(hostPath);
-  // Other texts stay as they are, but for those that are UTF-8 beyond doubt and that the code page cannot name.
+  // All other paths stay as they are, except one that is certainly UTF-8 and that the code page cannot name.
   const bool mayBeNameless = plain && (*plain != hostPath || isUtf8WithThreeByteSequence(hostPath));
   if (!plain || !(converted || mayBeNameless)) {
     return std::string(hostPath);
@@ -62,7 +62,7 @@ std::string MessagePaths::keptName(const std::string& hostPath) const {
   return found == otherNames_.end() ? std::string() : found->second;
 }
 
-// True for the first word on that design.
+// True if no name was kept for that design before.
 bool MessagePaths::keepName(const std::string& hostPath, const std::string& name) {
   const std::lock_guard lock(guard_);
   return otherNames_.insert_or_assign(hostPath, name).second;

@@ -1,4 +1,4 @@
-// How messages name files: the border between paths and the texts that travel to the companion.
+// How messages to the companion name files.
 #pragma once
 
 #include <map>
@@ -23,15 +23,15 @@ class MessagePaths {
   MessagePaths(const TextConverter& converter, Files& files, const Logs& logs)
       : converter_(converter), files_(files), logs_(logs) {}
 
-  // A path of ours, for a reader that opens it through the code page. Where the code page lacks a character it is the
-  // short name, which the file must be there for, and without one the true name in UTF-8, which readers tell by its
-  // three-byte sequences. A path that has none is not reported: the empty text, and a line in the traffic log.
+  // One of our own paths, as a companion can open it through the code page. If the code page lacks a character: the
+  // short name (the file has to exist for that), else the true name in UTF-8, which readers recognise by its three-byte
+  // sequences. If it has no such sequence either: empty, with a line in the traffic log.
   std::string of(const FilePath& path) const;
 
-  // The name by which messages know a design (code page): the host's path, converted when it looks like UTF-8 Chinese.
-  // Where the code page lacks a character of it, the short name that the system keeps for the file; empty when there is
-  // none, with one line in the traffic log for each design: it is not reported.
-  // Made once from what the host gave: the bytes of a converted name can look like UTF-8 too.
+  // The name of a design in messages (code page): the host's path, converted if it looks like UTF-8 Chinese. If the
+  // code page lacks a character: the short name of the file. If it has none the result is empty and the design is not
+  // reported, with one line in the traffic log for each such design.
+  // Convert a path only once: the bytes of a converted name can look like UTF-8 themselves.
   std::string ofDesign(std::string_view hostPath);
 
  private:
@@ -43,8 +43,8 @@ class MessagePaths {
   Files& files_;
   const Logs& logs_;
   mutable std::mutex guard_;
-  // What messages call a design that the code page has no name for, kept for when its file is gone; empty while nothing
-  // does. By the path as the host gave it.
+  // Short names of designs that the code page cannot name, by the host's path: they are kept because a file that is
+  // gone has none any more. Empty for a design without one.
   std::map<std::string, std::string> otherNames_;
 };
 

@@ -1,4 +1,4 @@
-// Text checks and small text operations. Texts are byte strings; each operation says which encoding it looks at.
+// Checks and small operations on text. Texts are byte strings; each function says which encoding it expects.
 #pragma once
 
 #include <optional>
@@ -21,21 +21,21 @@ bool looksLikeUtf8Chinese(std::string_view text);
 
 constexpr std::string_view tclNul = "\xC0\x80";  // how Tcl 8.6 holds a NUL character
 
-// A text as Tcl 8.6 holds it, in UTF-8: it ends at its first NUL, and a character above U+FFFF, held as
-// two surrogates of three bytes each, is one sequence of four bytes. Half such a pair becomes U+FFFD, the replacement
-// character. `nullopt` for bytes that are not Tcl's: they are in the code page.
+// Text as Tcl 8.6 holds it, converted to standard UTF-8. The result ends at the first NUL. A character above U+FFFF,
+// which Tcl holds as two surrogates of three bytes each, becomes one sequence of four bytes; half such a pair becomes
+// U+FFFD, the replacement character. `nullopt` for bytes that are not Tcl's, which are in the code page.
 std::optional<std::string> utf8OfTcl(std::string_view tclText);
 
-// Pieces between separators; empty and last ones too, so "a;b;" is three and "" is one empty piece.
+// The pieces between separators, empty ones included: "a;b;" has three, "" has one.
 std::vector<std::string> splitFields(std::string_view text, char separator);
 
-// The same without empty pieces: "" is not an item.
+// The same without empty pieces.
 std::vector<std::string> splitItems(std::string_view text, char separator);
 
 // Replaces each occurrence, left to right, going on after the inserted text. An empty `from` changes nothing.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-// For a text in UTF-8, where no byte of a longer sequence equals an ASCII character.
+// For text in UTF-8, where no byte of a multi-byte character equals an ASCII character.
 std::string doubleBackslashes(std::string_view text);
 
 // The text after the last "."; `nullopt` without one.

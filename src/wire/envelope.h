@@ -19,11 +19,11 @@ namespace vernoxa::inline wire {
 
 inline constexpr std::string_view replySuffix = "_EndResult";
 
-// How a member that is missing is said on standard output.
+// Printed on the standard output when a member is missing.
 inline constexpr const char* missingValue = "not value\n";
 
-// The failure of a text that is not valid JSON prints "Error before: [rest]"; that of one beyond the bounds of what is
-// parsed is a line of the log.
+// The failure for text that is not valid JSON is "Error before: [rest]" for the standard output; the failure for text
+// beyond the limits (text/outside_json.h) is a line for the log.
 Result<Json> parseMessage(const std::string& message);
 
 struct Reply {
@@ -32,14 +32,14 @@ struct Reply {
   std::optional<std::string> errInfo;  // beside "Result"
 };
 
-// Members "Data", "Command", "Result" and, when the reply has one, "ErrInfo"; unformatted.
+// Members "Data", "Command", "Result" and, if the reply has one, "ErrInfo"; unformatted.
 std::string replyText(const std::string& command, Reply reply);
 
 // The reply for a command that could not be carried out; members "ErrInfo", "Result", "Data", "Command" in that
 // order, formatted.
 std::string errorReply(std::string_view errorText, std::string_view command);
 
-// Says a failure that belongs into the log or on the standard output; all others are not for the caller to say.
+// Reports a failure that belongs into the log or on the standard output; ignores all others.
 void say(const Failure& failure, LogWriter& log, StandardOutput& output);
 
 }  // namespace vernoxa::inline wire

@@ -1,4 +1,4 @@
-// The one way in which a step of a packet's road says that it could not go on.
+// How every step that handles a packet reports that it could not go on.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace vernoxa::inline wire {
 
-// Why a step gave no value, and where that is to be said. The step itself says nothing.
+// Why a step failed, and where to report it. The step itself reports nothing.
 struct Failure {
   enum class Where {
     nowhere,  // the reply alone tells that something went wrong
@@ -18,13 +18,13 @@ struct Failure {
   };
 
   Where where = Where::nowhere;
-  std::string what;          // for the code page, but in a box
-  std::u8string_view shown;  // in a box: a literal, since memory may be what failed
+  std::string what;          // everywhere but in a box; code page
+  std::u8string_view shown;  // in a box; a literal, since memory may have run out
 
   static Failure inBox(std::u8string_view text) { return {Where::box, {}, text}; }
 };
 
-// What a step gives.
+// The value of a step, or why there is none.
 template <class Value>
 using Result = std::variant<Value, Failure>;
 

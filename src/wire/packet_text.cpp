@@ -78,7 +78,7 @@ Result<std::string> decodePacket(std::string_view packetText, LogWriter& log) {
       log.writeLine(decoded.message);
       return std::move(decoded.message);
     }
-  } catch (const std::exception&) {  // memory: as what cannot be read
+  } catch (const std::exception&) {  // no memory: reported like text that cannot be read
   }
   return Failure::inBox(u8"接收的数据异常");
 }
