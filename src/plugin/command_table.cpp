@@ -30,7 +30,7 @@ consteval ArgumentList takes(Each... arguments) {
   return {{{arguments...}, sizeof...(arguments)}};
 }
 
-// All of them, or none at all.
+// Takes all of them, or none.
 template <class... Each>
 consteval ArgumentList takesAllOr(const char* without, Each... arguments) {
   return {{{arguments...}, sizeof...(arguments)}, without};
@@ -50,12 +50,12 @@ consteval CommandAnswer answersPacket(const char* meaning) {
 
 constexpr Argument designPath = argument("path", "Full path of the design, as the host writes it.");
 constexpr Argument bomLines =
-    argument("parts", "A list of lines, each six fields with ; between them; x for a part number that is missing.");
+    argument("parts", "A list of lines of six fields with ; between them; x stands for a missing part number.");
 constexpr Argument record = argument("record", "A list: a kind, then the elements that this kind has.");
 constexpr Argument schematic = argument("schematic", "Name of the schematic.");
 constexpr Argument page = argument("page", "Name of the page.");
-constexpr Argument x = argument("x", "Where on the page, in the host's units.");
-constexpr Argument y = argument("y", "The other coordinate.");
+constexpr Argument x = argument("x", "The x coordinate on the page, in the host's units.");
+constexpr Argument y = argument("y", "The y coordinate.");
 
 constexpr CommandAnswer fileStatus =
     answersPacket("A FileStatus; empty when the path is empty or has no name in the code page.");
@@ -68,11 +68,12 @@ constexpr CommandRow commands[] = {
     "Carries out one packet of the companion and answers the packet text of the reply."},
   {"packetParserForPthread", run<packetParserForPthread>,
     takes(argument("packetText", "Packet text of a request of the link thread.")), calls(),
-    answersPacket("The reply; empty when there is none."), "The same for a packet of the link thread."},
+    answersPacket("The reply; empty when there is none."),
+    "Carries out one packet of the link thread and answers the packet text of the reply."},
   {"SelectJumpPart", run<views::selectJumpPart>,
     takes(argument("candidates", "The parts, with ; between them; shown sorted by their bytes."),
-          argument("number", "Has to be given, and is not read.")), calls(),
-    answersText("The part that the user picked, as it was given; empty when none was."),
+          argument("number", "Needed, but not read.")), calls(),
+    answersText("The part that the user picked, as it was given; empty when the user picked none."),
     "Lets the user pick one of several parts."},
   {"ReadOpenPath", run<designs::readOpenPath>, takes(designPath), calls("getDsnPinCount"), fileStatus,
     "Answers the packet text that reports an opened design.", "1"},
@@ -91,7 +92,8 @@ constexpr CommandRow commands[] = {
   {"getOpenFileCount", run<designs::getOpenFileCount>, takes(), calls(),
     answersText("Their number when the link thread last asked, in decimal digits."), "Counts the open designs.", "0"},
   {"getGenerateGuid", run<getGenerateGuid>, takes(), calls(),
-    answersText("The GUID, in upper and lower case as Windows writes it, without braces."), "Answers a new GUID."},
+    answersText("The GUID without braces: the third group in lower case, the others in upper case."),
+    "Answers a new GUID."},
   {"outputWarming", run<outputWarming>, takes(), calls(), answersNothing(), "Tells the user to select a part first."},
   {"selectAddOrRemoveFromBom", run<bom::selectAddOrRemoveFromBom>, takes(), calls(), answersText("Always 1."),
     "Tells the host's script to go on.", "1"},
@@ -112,7 +114,8 @@ constexpr CommandRow commands[] = {
     answersText("x, a space, y, in pixels of the screen."),
     "Answers the cursor's position."},
   {"outputError", run<modules::outputError>,
-    takes(optional(argument("code", "OtherProject, NoObject, MoreThanPage, InvaildObject, or a text to show."))),
+    takes(optional(argument("code",
+          "OtherProject, NoObject, MoreThanPage, InvaildObject, or another text, which it shows."))),
     calls(), answersNothing(), "Shows the message of an error code."},
   {"initMarketFile", run<modules::initMarketFile>, takes(), calls(), answersNothing(),
     "Starts the export of a shared module."},
@@ -129,16 +132,16 @@ constexpr CommandRow commands[] = {
     answersText("Full path of the .olb file of the last placement, with / between folders."),
     "Answers the temporary library's path."},
   {"sendUploadMarket", run<modules::sendUploadMarket>, takes(argument("sumPins", "Number of pins in all."),
-          argument("selfPins", "Number of pins that are the user's own."), argument("copyPrice", "Price of a copy."),
+          argument("selfPins", "Number of the user's own pins."), argument("copyPrice", "Price of a copy."),
           argument("parts", "The parts, with ; between them; each is Id,Ref or Id,Ref,Package."),
           argument("wires", "The nets, with ; between them."),
           optional(argument("keys", "Words to find the module by, with ; between them."))),
     calls("sendPacketGlobalHandle"),
-    answersText("What sendPacketGlobalHandle answered."), "Hands a module over to the companion.", "",
+    answersText("What sendPacketGlobalHandle answered."), "Sends a module to the companion.", "",
     "sendUploadMarket exception"},
   {"placeMarketPart", run<modules::placeMarketPart>, takes(),
     calls("placeLibPart", "setPinNum", "placePart"), answersNothing(),
-    "Places the module that the companion named."},
+    "Places the module that the companion has named."},
   {"afterPlace", run<desktop::afterPlace>, takes(), calls(), answersNothing(), "Ends the host's placement mode."},
   {"getNewOlbPath", run<modules::getNewOlbPath>, takes(), calls(),
     answersText("Full path of the .olb file of the last placement, with / between folders."),
@@ -146,7 +149,7 @@ constexpr CommandRow commands[] = {
   {"GetResPath", run<modules::getResPath>, takes(argument("resourceId", "Identifier of the module.")), calls(),
     answersText("Full path of its file, with doubled backslashes; empty when there is none."),
     "Answers where the companion keeps a module."},
-  {"pressEnter", run<desktop::pressEnter>, takes(), calls(), answersNothing(), "Presses Enter after a moment."},
+  {"pressEnter", run<desktop::pressEnter>, takes(), calls(), answersNothing(), "Presses Enter after 0.2 s."},
   {"getSelfUserId", run<modules::getSelfUserId>, takes(), calls(),
     answersText("The id; empty when the companion did not answer."), "Answers the signed-in user's id."},
   {"removeDatFile", run<modules::removeDatFile>, takes(), calls(), answersNothing(),

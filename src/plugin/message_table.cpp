@@ -27,7 +27,7 @@ constexpr Member fileName = text("FileName", "Full path of the design.");
 constexpr Member processId = text("Pid", "The host's process id, in decimal digits.");
 constexpr Member hostPath = text("AllegroPath", "Full path of the host's Capture.exe; empty when it was not found.");
 constexpr Few<Member, 2> projectFolder = expects(optional(text(
-    "Path", "The project's folder: Cache is kept there until another answer names one. Empty or none: as before.")));
+    "Path", "The project's folder: Cache is kept there until an answer names another. Empty or missing: no change.")));
 
 constexpr std::array part = {
     text("Id", "Number of the part in the module."),
@@ -44,21 +44,22 @@ constexpr Member checkId = text("id",
 
 constexpr auto packageReport = holds(objects("item", property,
                                              "One object with the properties of all parts, without those "
-                                             "that every part has."));
+                                             "that the host counts as its own."));
 
 // clang-format off
 constexpr MessageRow messages[] = {
   {"FileStatus", "opened", from("ReadOpenPath"), "Command Result Data",
     holds(text("Status", "What happened to the design.").oneOf("Open"), fileName, processId, hostPath,
           text("PinCount", "Number of the design's pins, in decimal digits; empty when it was not asked for.")),
-    "A design was opened, or is open when the companion connects.", projectFolder},
+    "A design was opened, or was open when the companion connected.", projectFolder},
   {"FileStatus", "saved", from("sendSaveFile"), "Command Result Data",
     holds(text("Status", "What happened to the design.").oneOf("Save"), fileName, processId, hostPath),
     "A design was saved.", projectFolder},
   {"FileStatus", "closed", from("sendCloseFile"), "Command Result Data",
     holds(text("Status", "What happened to the design.").oneOf("Close"), fileName), "A design was closed.",
     projectFolder},
-  {"TryUpdateBom", "", from("tryUpdateBom"), "Command", holds(), "The bill of materials should be asked for again."},
+  {"TryUpdateBom", "", from("tryUpdateBom"), "Command", holds(),
+    "The companion should ask for the bill of materials again."},
   {"AddToBom", "", from("sendAddToBom"), "Data Command Result", holds(objects("Stick", bom::bomMembers, "The parts.")),
     "Parts were marked fitted."},
   {"RemoveFromBom", "", from("sendRemoveFromBom"), "Data Command Result",
@@ -67,19 +68,20 @@ constexpr MessageRow messages[] = {
     "Command Data Result ErrInfo",
     holds(checkId, text("RequiredValue", "Always empty.").oneOf(""),
           text("ActualValue", "What was found: a designator, a value, or designator.pin."),
-          text("Comment", "What is wrong with it: a name, then words in Chinese."),
+          text("Comment", "What is wrong: a name, then words in Chinese."),
           text("PagePos", "Where on the page: x, a space, y, in the host's units."),
           text("PageName", "Name of the page; a backslash in it is written [;fanxiegan;]."),
           text("ViewBox", "Always empty.").oneOf(""), text("Sch", "Name of the schematic.")),
     "One finding of a design check."},
   {"DsnCheck_EndResult", "", from("sendRefRepetition", "sendIllegalChar", "sendPinNC", "sendNetlist"),
-    "Command Data Result ErrInfo", holds(checkId), "One of the four checks is over; each run of a check sends it once."},
+    "Command Data Result ErrInfo", holds(checkId),
+    "One of the four checks is finished; each run of a check sends it once."},
   {"SelectModule_EndResult", "upload", from("sendUploadMarket"), "Data Command Result",
     holds(text("dsnBmpPath", "Full path of a picture of the module; empty when there is none."),
           text("dsnDatPath", "Full path of the module file."), objects("Part", part, "The parts."),
           texts("Wire", "Names of the nets."), texts("Keys", "Words to find the module by."),
           text("sumPins", "Number of pins in all, in decimal digits."),
-          text("selfPins", "Number of pins that are the user's own."), text("copyPrice", "Price of a copy.")),
+          text("selfPins", "Number of the user's own pins."), text("copyPrice", "Price of a copy.")),
     "A module to upload.", {}, MessageWay::hostsConnection, true},
   {"GetDsnAllPackageInfo_EndResult", "report", from("sendDsnPackageInfo"), "Command Result Data", packageReport,
     "The properties of a design's parts."},
@@ -90,7 +92,7 @@ constexpr MessageRow messages[] = {
   {"GetSelfId", "", from("getSelfUserId"), "Command Data Result", holds(), "Asks who is signed in.",
     expects(textOrNumber("UserId", "The user's id.")), MessageWay::ownConnection},
   {"GetMarketResPath", "", from("GetResPath"), "Command Data Result",
-    holds(text("ResId", "Identifier of the module.")), "Asks where a module lies.",
+    holds(text("ResId", "Identifier of the module.")), "Asks where the file of a module is.",
     expects(textOrNumber("ResId", "The identifier that was asked for."),
             optional(text("DatPath", "Full path of the module file; needed when \"Result\" is 0."))),
     MessageWay::ownConnection},

@@ -1,5 +1,5 @@
 // The tables of requests: what the companion asks, and what the link thread asks. A new request is one row here and one
-// function in the file it belongs to.
+// function in the room of its topic.
 #include "plugin/request_table.h"
 
 #include "bom/bom_handlers.h"
@@ -16,7 +16,7 @@ namespace vernoxa::plugin {
 namespace {
 
 using namespace row;
-using row::text;  // the kind of a member, not the room
+using row::text;  // the kind of member, not the namespace of the room
 using Place = modules::PlacementContext;
 
 // --- members that several requests have ----------------------------------------------------------------------------
@@ -25,11 +25,11 @@ constexpr Member designPath =
     text("ProjectPath", "Full path of an open design, as FileStatus named it but with / between its folders.");
 constexpr Member libraryPath = text("ProjectPath", "Full path of a symbol library (.olb), with / between its folders.");
 constexpr Member modulePath =
-    optional(text("dsnDatPath", "Full path of the module file to place; it is removed once it was placed."))
+    optional(text("dsnDatPath", "Full path of the module file to place; the file is removed after the placement."))
         .keptBy(storeIn<&Place::dsnDatPath>);
 
 constexpr std::array reference = {
-    optional(text("PartRef", "Reference designator of a part. An element without it is passed over.")),
+    optional(text("PartRef", "Reference designator of a part. An element without it is skipped.")),
 };
 
 constexpr std::array openProject = {
@@ -37,9 +37,10 @@ constexpr std::array openProject = {
     texts("Pages", "Names of its pages, in the host's order."),
 };
 
-constexpr Answer hostsWord = answers().orFails("What the host answered, which was not 1.");
+constexpr Answer hostsAnswer = answers().orFails("What the host answered, which was not 1.");
 constexpr Answer doneWithEmptyErrInfo = answers().withEmptyErrInfo();
-constexpr Answer placed = answers().orFails("Asks, in Chinese, to open the page first: no schematic page is active.");
+constexpr Answer placed =
+    answers().orFails("A text in Chinese that asks to open the page first: no schematic page is active.");
 
 // --- what the companion asks ---------------------------------------------------------------------------------------
 
@@ -47,7 +48,7 @@ constexpr Answer placed = answers().orFails("Asks, in Chinese, to open the page 
 constexpr HandlerRow companionRows[] = {
   {"GetActiveProPages", run<views::getActiveProPages>, needs(), calls("GetActiveProPages"),
     answers(text("ErrInfo", "Always empty.").oneOf(""), objects("Open", openProject, "The open projects."))
-        .orFailsInData("The host's error, or nothing when no project is open."),
+        .orFailsInData("The host's error; empty when no project is open."),
     "Lists the open projects with their pages."},
   {"SetPlacePortType", run<views::setPlacePortType>,
     needs(number("Type", "Kind of port, as the host's KX_PlaceWirePort numbers them.")), calls("KX_PlaceWirePort"),
@@ -58,20 +59,20 @@ constexpr HandlerRow companionRows[] = {
     calls("KX_PlaceWireOffPage"),
     answers(text("ErrInfo", "Empty, or what the host answered when that was not 1; the result is 0 all the same.")),
     "Places off-page connectors on wires."},
-  {"AdjustRefAndValue", run<views::adjustRefAndValue>, needs(), calls("ReplaceRefAndValue"), hostsWord,
+  {"AdjustRefAndValue", run<views::adjustRefAndValue>, needs(), calls("ReplaceRefAndValue"), hostsAnswer,
     "Moves reference and value texts to their places."},
   {"RenameRef", run<views::renameRef>,
     needs(number("Type", "Order of numbering, as the host's RenameRef counts them.")),
-    calls("RenameRef"), hostsWord, "Numbers the reference designators again."},
+    calls("RenameRef"), hostsAnswer, "Numbers the reference designators again."},
   {"GetOlbObjectPackageInfo", run<checks::getOlbObjectPackageInfo>,
     needs(libraryPath, text("ObjName", "Name of a part in the library.")), calls("GetOlbObjectPackage"),
-    isFollowedBy("GetOlbObjectPackageInfo_EndResult"), "Has the package report of one library part sent."},
+    isFollowedBy("GetOlbObjectPackageInfo_EndResult"), "Has the host send the package report of one library part."},
   {"GetDsnAllPackageInfo", run<checks::getDsnAllPackageInfo>, needs(designPath), calls("GetAllPackage"),
-    isFollowedBy("GetDsnAllPackageInfo_EndResult"), "Has the package report of a design sent."},
+    isFollowedBy("GetDsnAllPackageInfo_EndResult"), "Has the host send the package report of a design."},
   {"GetOlbAllPackageInfo", run<checks::getOlbAllPackageInfo>, needs(libraryPath), calls("GetOlbAllPackage"),
-    isFollowedBy("GetOlbAllPackageInfo_EndResult"), "Has the package report of a library sent."},
+    isFollowedBy("GetOlbAllPackageInfo_EndResult"), "Has the host send the package report of a library."},
   {"DsnCheck", run<checks::dsnCheck>, needs(designPath), calls("RunCheck"), isFollowedBy("DsnCheck_Result"),
-    "Checks a design; findings come as messages of their own."},
+    "Checks a design; each finding comes as a message of its own."},
   {"DsnCheckActiveProj", run<checks::dsnCheckActiveProj>, needs(designPath), calls("RunCheckActiveProj"),
     isFollowedBy("DsnCheck_Result"), "Checks the active project in the same way."},
   {"JumpToDsn", run<views::jumpToDsn>,
@@ -81,16 +82,16 @@ constexpr HandlerRow companionRows[] = {
           text("Sch", "Name of the schematic that the page belongs to.")),
     calls("JumpToDsn"), answers(), "Opens a page and goes to a position on it."},
   {"AutoDealwithDsn", run<designs::autoDealwithDsn>,
-    needs(designPath, optional(text("id", "Identifier that comes back in the answer; one of the values as well.")),
-          optional(text("*", "A value for the host, under any name. The values are handed over in their order."))),
+    needs(designPath, optional(text("id", "Identifier that comes back in the answer; it is one of the values too.")),
+          optional(text("*", "A value for the host, under any name. The values are handed over in this order."))),
     calls("AutoDeal"), answers(text("id", "The request's id, empty when it had none.")),
-    "Has the host treat a design with the given values."},
+    "Has the host process a design with the given values."},
   {"SelectModule", run<modules::selectModule>,
     needs(optional(text("priceK", "Not used.")),
           optional(text("pinPrice", "Not used.")),
           optional(text("ProjectPath", "Not used: the page is one of the active design.")),
           text("Page", "Name of the page.")),
-    calls("getSelectPart"), answers(), "Has the selected parts of a page offered as a module."},
+    calls("getSelectPart"), answers(), "Has the host offer the selected parts of a page as a module."},
   {"ClearCurrentDesign", run<designs::clearCurrentDesign>, needs(), calls("ClearCurrentDesign"), answers(),
     "Clears the current design."},
   {"PlaceDsnLibPartModule", run<modules::placeDsnLibPartModule>,
@@ -113,21 +114,22 @@ constexpr HandlerRow companionRows[] = {
               .keptBy(storeIn<&Place::package>)),
     calls("MenuCommand", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox", "placeLibPart", "setPinNum",
           "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place one part of a downloaded library.", run<modules::stopPlacing>},
+    placed, "Lets the user place one part of a downloaded library.", run<modules::stopPlacing>},
   {"PlaceDSNModule", run<modules::placeDsnModule>,
     needs(optional(text("sumPins", "Not used.")),
           optional(text("price", "Not used.")),
           modulePath,
-          optional(text("dsnBmpPath", "Path of a picture of the module, which goes with the next upload."))
+          optional(text("dsnBmpPath", "Path of a picture of the module, which is sent with the next upload."))
               .keptBy(storeIn<&PreviewPicture::path>),
           optional(text("uploadResId", "Identifier of the module; placed objects get it as MarketResID."))
               .keptBy(storeIn<&Place::uploadResId>),
           optional(text("uploadUserId", "Who uploaded it; placed objects get it as MarketUserID."))
               .keptBy(storeIn<&Place::uploadUserId>),
-          optional(text("selfModule", "1 when it is the user's own: then it may set any property, else the host's."))
+          optional(text("selfModule",
+            "1 when it is the user's own: then it may set any property, otherwise only the host's own."))
               .keptBy(storeIn<&Place::selfModule>)),
     calls("IsSchematicViewActive", "UnSelectAll", "placeLibPart", "setPinNum", "setPlaceMarketFlag", "PlaceNew"),
-    placed, "Has the user place a downloaded module.", run<modules::stopPlacing>},
+    placed, "Lets the user place a downloaded module.", run<modules::stopPlacing>},
   {"GenerateBOM", run<bom::generateBom>,
     needs(designPath,
           optional(text("PartNumberKey", "Property that is the part number; Part Number when it is empty.")),
@@ -136,16 +138,16 @@ constexpr HandlerRow companionRows[] = {
           "::capGenerateBOMUtil::getNotStickList", "::capGenerateBOMUtil::getNoPartNumberList"),
     answers(objects("Stick", bom::bomMembers, "Parts that are fitted."),
             objects("NotStick", bom::bomMembers, "Parts that are not fitted."),
-            objects("NotPartNumber", bom::bomMembers, "Parts without a part number, whatever other list they are in.")),
+            objects("NotPartNumber", bom::bomMembers, "Parts without a part number; they may be in another list too.")),
     "Makes the bill of materials and answers its three lists."},
   {"JumpToPartRef", run<views::jumpToPartRef>,
     needs(optional(text("ProjectPath", "Full path of an open design. Without it the request is refused.")),
           optional(text("PartRef", "Reference designator. Without it the request fails."))),
     calls("gotoLocation"),
-    answers().orFails("\"No PartRef\" without one, \"exec error\" when the host's procedure ends in an error."),
-    "Goes to a part. Answers \"No PartRef\" without one, and is refused without a project."},
+    answers().orFails("\"No PartRef\" if there is none, \"exec error\" if the host's procedure ends in an error."),
+    "Goes to a part. Fails without a \"PartRef\", and is refused without a \"ProjectPath\"."},
   {"CheckOpenState", run<designs::checkOpenState>,
-    needs(text("ProjectPath", "Full path of a design; either separator and either case will do.")), calls("InitPath"),
+    needs(text("ProjectPath", "Full path of a design, with / or \\ and in upper or lower case.")), calls("InitPath"),
     answers(text("State", "Whether the host has it open.").oneOf("Open|Close")),
     "Tells whether a design is open in the host."},
   {"SwitchStickOrNotStick", run<bom::switchStickOrNotStick>, needs(), calls("switchStickOrNotStick"),
@@ -156,7 +158,7 @@ constexpr HandlerRow companionRows[] = {
     calls("setRefToUse", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Marks parts as fitted."},
   {"Cancel", run<designs::cancel>, needs(designPath), calls(),
     answers(text("ExitCommand", "The path between double quotes, in UTF-8.")),
-    "Answers the path with which the host ends its view."},
+    "Answers the path that the host needs to end its view."},
   {"ExitBomViewMode", run<bom::exitBomViewMode>, needs(designPath),
     calls("LockBomView", "saveFile", "ZoomIn", "ZoomOut"), doneWithEmptyErrInfo, "Leaves the BOM view."},
   {"EnterBomViewMode", run<bom::enterBomViewMode>,
@@ -164,21 +166,21 @@ constexpr HandlerRow companionRows[] = {
     calls("setAllNotStick", "setEnterViewMode", "LockBomView", "saveFile", "ZoomIn", "ZoomOut"), answers(),
     "Enters the BOM view with the given parts fitted."},
   {"GetPartPropertyList", run<views::getPartPropertyList>, needs(designPath), calls("getAllPropertyName"),
-    answers(text("PartNameProperty", "Property that is the part name unless GenerateBOM is given another.")
+    answers(text("PartNameProperty", "Property that is the part name unless GenerateBOM names another.")
                 .oneOf("Part Name"),
-            text("PartNumberProperty", "Property that is the part number unless GenerateBOM is given another.")
+            text("PartNumberProperty", "Property that is the part number unless GenerateBOM names another.")
                 .oneOf("Part Number"),
             texts("PropertyList", "Names of all properties of the design's parts."))
-        .withEmptyErrInfo().orFails("The host's error, or nothing when there is no property."),
+        .withEmptyErrInfo().orFails("The host's error; empty when there is no property."),
     "Lists the property names of a design."},
   {"SetNewGuid", run<designs::setNewGuid>, needs(designPath), calls("getGuid"),
     answers(text("Guid", "The new identifier, as the host gave it."))
-        .withEmptyErrInfo().orFails("The host's error, or its answer that begins with Invalid."),
+        .withEmptyErrInfo().orFails("The host's error, or its answer if that begins with Invalid."),
     "Gives a design a new identifier."},
   {"CreateSVG", run<drawing::createSvg>, needs(designPath), calls("convertToSVG"),
     answers(text("SVGPath", "Folder of the page files: Cache\\Output below the project's folder."),
-            text("PreviewPic", "Preview.bmp in that folder, whether or not there is such a file."))
-        .withEmptyErrInfo().orFails("The host's error, or nothing when it answered nothing."),
+            text("PreviewPic", "Preview.bmp in that folder, even if there is no such file."))
+        .withEmptyErrInfo().orFails("The host's error; empty when it answered nothing."),
     "Exports the drawings of a design."},
   {"CloseOrcad", run<designs::closeOrcad>, needs(), calls("Exit"), answersNothing(), "Closes the host."},
 };
@@ -194,7 +196,7 @@ constexpr HandlerRow threadRows[] = {
     calls("GetNetsList"),
     answers(text("netlistsFile", "Full path of the nets' file: Cache\\Nets.txt below the project's folder."),
             text("datFile", "What the host answered."))
-        .orFails("The host's error or its answer that begins with Error; \"File not exist\" when it wrote no file."),
+        .orFails("The host's error, or its answer if that begins with Error; \"File not exist\" if it wrote no file."),
     "Writes the nets of a design into a file and names it."},
   {"getDsnPinCount", run<designs::getDsnPinCount>,
     needs(optional(text("ProjectPath", "Path of an open design. It may stand beside \"Command\" instead."))),
@@ -214,7 +216,7 @@ constexpr HandlerRow threadRows[] = {
     calls("InitPath", "sendPacketGlobalHandle"), firstDesign,
     "Passes a design's status on to the companion and lists the open designs again."},
   {"creatClient", run<designs::creatClient>, needs(), calls("creatClient"),
-    answers().orFails("\"creat client failed!\": the host answered something else than 0."),
+    answers().orFails("\"creat client failed!\": the host did not answer 0."),
     "Has the host's scripts connect to the companion."},
 };
 static_assert(namesDiffer(threadRows), "two rows of one name");

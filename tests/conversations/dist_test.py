@@ -51,7 +51,7 @@ class DistTest(unittest.TestCase):
                 if target not in names or (anchor and f'id="{anchor}"' not in pages[target]):
                     lost.add((name, link))
         self.assertEqual(set(), lost)
-        self.assertIn('id="what-two-answers-have-to-hold"', pages["docs/for-companion-authors.html"])
+        self.assertIn('id="what-two-answers-have-to-contain"', pages["docs/for-companion-authors.html"])
         self.assertIn('href="protocol.json"', pages["docs/for-companion-authors.html"])
 
     def test_what_tries_companions_needs_nothing_else(self):
