@@ -33,6 +33,8 @@ def end_without_reader() -> None:
 def run(name: str, main: Callable[[], int]) -> NoReturn:
     """Carries out a command and ends with its status."""
     try:
+        if signal.getsignal(signal.SIGINT) is signal.SIG_DFL:
+            signal.signal(signal.SIGINT, signal.default_int_handler)
         status = main()
         sys.stdout.flush()
     except BrokenPipeError:
