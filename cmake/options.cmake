@@ -5,11 +5,8 @@ target_compile_options(vernoxa_options INTERFACE
   # The same commit gives the same bytes, wherever its folder lies.
   "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # String literals are in the host's code page, GBK. GB18030 gives the same bytes for every character of GBK and has
-  # the micro sign too, which libstdc++'s <chrono> needs. Clang knows UTF-8 alone: what it builds must not depend on it.
-  target_compile_options(vernoxa_options INTERFACE -finput-charset=UTF-8 -fexec-charset=GB18030
-    # GCC 12 sees std::optional<std::string> uninitialized where it is not; sanitizers and clang-tidy see the real ones.
-    -Wno-maybe-uninitialized)
+  # GCC 12 sees std::optional<std::string> uninitialized where it is not; sanitizers and clang-tidy see the real ones.
+  target_compile_options(vernoxa_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 if(WIN32)
   target_compile_definitions(vernoxa_options INTERFACE

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "text/gbk_literal.h"
 #include "text/text.h"
 #include "text/text_converter.h"
 
@@ -12,25 +13,25 @@ namespace {
 using enum ActualValue;
 
 constexpr std::array referenceKinds = {
-    FindingKind{"NoRefNum", first, true, "器件未编号"},
-    FindingKind{"RefRepe", second, true, "位号重名"},
+    FindingKind{"NoRefNum", first, true, u8"器件未编号"_gbk},
+    FindingKind{"RefRepe", second, true, u8"位号重名"_gbk},
 };
 
 constexpr std::array illegalCharacterKinds = {
-    FindingKind{"", second, true, "属性包含非法字符"},
+    FindingKind{"", second, true, u8"属性包含非法字符"_gbk},
 };
 
 constexpr std::array unconnectedPinKinds = {
-    FindingKind{"", firstDotSecond, false, "引脚未连接"},
+    FindingKind{"", firstDotSecond, false, u8"引脚未连接"_gbk},
 };
 
 constexpr std::array netlistKinds = {
-    FindingKind{"NoFootprint", first, true, "器件无封装"},
-    FindingKind{"FootprintDiff", first, true, "器件存在多个封装"},
-    FindingKind{"NoPinNumber", firstDotSecond, true, "引脚未编号"},
-    FindingKind{"RepePinName", firstDotSecond, true, "引脚名重复"},
-    FindingKind{"RepePinNum", firstDotSecond, true, "引脚编号重复"},
-    FindingKind{"ValueDiff", secondInParentheses, true, "同一器件Value值不同"},
+    FindingKind{"NoFootprint", first, true, u8"器件无封装"_gbk},
+    FindingKind{"FootprintDiff", first, true, u8"器件存在多个封装"_gbk},
+    FindingKind{"NoPinNumber", firstDotSecond, true, u8"引脚未编号"_gbk},
+    FindingKind{"RepePinName", firstDotSecond, true, u8"引脚名重复"_gbk},
+    FindingKind{"RepePinNum", firstDotSecond, true, u8"引脚编号重复"_gbk},
+    FindingKind{"ValueDiff", secondInParentheses, true, u8"同一器件Value值不同"_gbk},
 };
 
 std::string actualValue(const FindingKind& kind, const Finding& finding) {

@@ -4,6 +4,7 @@
 #include "modules/placement.h"
 #include "modules/placement_context.h"
 #include "tcl/script_host.h"
+#include "text/gbk_literal.h"
 #include "text/text_converter.h"
 
 namespace vernoxa::modules {
@@ -14,7 +15,7 @@ bool isPageActive(ScriptHost& host) {
 }
 
 Outcome noActivePage() {
-  return Outcome::failed("请先打开要放置的原理图page页!");
+  return Outcome::failed(u8"请先打开要放置的原理图page页!"_gbk);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "system/files.h"
 #include "system/user_messages.h"
 #include "tcl/tcl_script_host.h"
+#include "text/gbk_literal.h"
 #include "text/outside_json.h"
 #include "text/text_converter.h"
 
@@ -21,19 +22,19 @@ namespace {
 
 constexpr Start script =
     "proc LoadAction { } {\r\n"
-    "\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" "
+    u8"\tRegisterAction \"贴/不贴(澜图助手)  Alt+S\"  \"alwaysEnable\" \"Alt+S\" \"switchStickOrNotStick\" "_gbk
     "\"Schematic\"\r\n"
     "\treturn\r\n"
     "}\r\n"
     "proc unloadAction { } {\r\n"
-    "\tUnregisterAction \"贴/不贴(澜图助手)  Alt+S\"\r\n"
+    u8"\tUnregisterAction \"贴/不贴(澜图助手)  Alt+S\"\r\n"_gbk
     "\treturn\r\n"
     "}\r\n"
     "::capGenerateBOMUtil::init\r\n"
     "RegisterAction \"_cdnOrAtCaptureExit\"  \"alwaysEnable\" \"\" \"exitOpration\" \"\"\r\n"
     "creatServerForPthread\r\n"
     "RegisterAction \"_cdnOrSchViewCmdComplete\" \"alwaysEnable\" \"\" \"MouseClick\" \"\"\r\n"
-    "InsertXMLMenu [list [list \"澜图助手\"] \"1\" \"澜图助手\" [list \"action\" \"澜图助手\" \"0\" \"Operation\" "
+    u8"InsertXMLMenu [list [list \"澜图助手\"] \"1\" \"澜图助手\" [list \"action\" \"澜图助手\" \"0\" \"Operation\" "_gbk
     "\"ShareModule\"]]\r\n"
     "RegisterAction \"Operation\" \"checkSocketConnect\" \"\" \"ShowMainForm\" \"\"\r\n"
     "RegisterAction \"ShareModule\" \"checkSocketConnect\" \"\" \"checkSocketConnect\" \"\"";

@@ -5,6 +5,7 @@
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa::bom {
@@ -43,9 +44,9 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
       {"xx;10k;R1;RES;0603;2;more", line("xx", "10k"), 0},
       {"X;;R1;RES;0603;2", line("X", ""), 0},
       {"1;2;3;4;5 {1;a b;R1;RES;0603;2} short {} 2;c;R1;RES;0603;2", line("1", "a b") + "," + line("2", "c"), 3},
-      {utf8(u8"料;电阻;R1;RES;0603;2"), line("料", "电阻"), 0},
-      {"1;\xB5\xE7\xD7\xE8;R1;RES;0603;2", line("1", "电阻"), 0},  // in the code page already
-      {"1;a;R1;RES;0603;2 {", "", 0},                              // no list
+      {utf8(u8"料;电阻;R1;RES;0603;2"), line(u8"料"_gbk, u8"电阻"_gbk), 0},
+      {"1;\xB5\xE7\xD7\xE8;R1;RES;0603;2", line("1", u8"电阻"_gbk), 0},  // in the code page already
+      {"1;a;R1;RES;0603;2 {", "", 0},                                    // no list
   };
   const struct {
     CommandResult (*command)(CommandCall&, plugin::Session&);

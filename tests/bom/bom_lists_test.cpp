@@ -7,6 +7,7 @@
 #include "dispatch/dispatcher.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::bom {
 namespace {
@@ -69,7 +70,7 @@ TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
     host_.answer(each.list, each.answer, each.ok);
     EXPECT_EQ(read(), each.expected) << each.what;
     EXPECT_THAT(with_.fake.messages.shown(),
-                each.box ? testing::Matcher<std::vector<std::string>>(ElementsAre("BOM读取出错")) : IsEmpty())
+                each.box ? testing::Matcher<std::vector<std::string>>(ElementsAre(u8"BOM读取出错"_gbk)) : IsEmpty())
         << each.what;
     EXPECT_EQ(host_.scripts.back(), each.box ? each.list : withoutNumber) << each.what;
     host_.answers = before;
@@ -92,7 +93,7 @@ TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
     with_.fake.messages.forget();
     const std::string reply = with_.replyTo(plugin::companionEndpoint(),
                                             R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_);
-    EXPECT_THAT(with_.fake.messages.shown(), ElementsAre("BOM读取出错")) << where;
+    EXPECT_THAT(with_.fake.messages.shown(), ElementsAre(u8"BOM读取出错"_gbk)) << where;
     const Json read = Json::parse(reply).document;
     EXPECT_EQ(read.member("Result").text(), "0") << where;
     const bool started = std::string(where) == notFitted || std::string(where) == "conversion";

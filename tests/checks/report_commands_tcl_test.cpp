@@ -5,6 +5,7 @@
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa::checks {
@@ -55,35 +56,35 @@ TEST_F(ReportCommands, FindingBecomesOneMessage) {
   } cases[] = {
       {plugin::run<sendRefRepetition>,
        {"NoRefNum", "R?", "-", "S", "P", "1", "2"},
-       finding("1001", "R?", "R?器件未编号", "1 2", "P", "S")},
+       finding("1001", "R?", u8"R?器件未编号"_gbk, "1 2", "P", "S")},
       {plugin::run<sendRefRepetition>,
        {"RefRepe", "R1", "R1B", "S", "P", "1", "2"},
-       finding("1001", "R1B", "R1位号重名", "1 2", "P", "S")},
+       finding("1001", "R1B", u8"R1位号重名"_gbk, "1 2", "P", "S")},
       {plugin::run<sendIllegalChar>,
        {"Value", "1\"k", "S", "P", "-5", ""},
-       finding("1002", "1\"k", "Value属性包含非法字符", "-5 ", "P", "S")},
+       finding("1002", "1\"k", u8"Value属性包含非法字符"_gbk, "-5 ", "P", "S")},
       {plugin::run<sendPinNc>,
        {"U3", "7", "S", "A\\B", "10", "20"},
-       finding("1003", "U3.7", "引脚未连接", "10 20", "A[;fanxiegan;]B", "S")},
+       finding("1003", "U3.7", u8"引脚未连接"_gbk, "10 20", "A[;fanxiegan;]B", "S")},
       {plugin::run<sendNetlist>,
        {"NoFootprint", "R1", "x", page, page, "", ""},
-       finding("1004", "R1", "R1器件无封装", " ", "页", "页")},
+       finding("1004", "R1", u8"R1器件无封装"_gbk, " ", u8"页"_gbk, u8"页"_gbk)},
       {plugin::run<sendNetlist>,
        {"FootprintDiff", "R1", "x", longPage + "x", longPage + "\\1", "", ""},
-       finding("1004", "R1", "R1器件存在多个封装", " ", longPage + "[;fanxiegan;]1", longPage + "x")},
+       finding("1004", "R1", u8"R1器件存在多个封装"_gbk, " ", longPage + "[;fanxiegan;]1", longPage + "x")},
       {plugin::run<sendNetlist>,
        {"NoPinNumber", "U1", "A", "S", utf8(u8"乗"), "", ""},
-       finding("1004", "U1.A", "U1引脚未编号", " ", "乗", "S")},
+       finding("1004", "U1.A", u8"U1引脚未编号"_gbk, " ", u8"乗"_gbk, "S")},
       {plugin::run<sendNetlist>,
        {"RepePinName", "U1", "A", "S", "P", "", ""},
-       finding("1004", "U1.A", "U1引脚名重复", " ", "P", "S")},
+       finding("1004", "U1.A", u8"U1引脚名重复"_gbk, " ", "P", "S")},
       {plugin::run<sendNetlist>,
        {"RepePinNum", "U1", "3", "S", "P", "", ""},
-       finding("1004", "U1.3", "U1引脚编号重复", " ", "P", "S")},
+       finding("1004", "U1.3", u8"U1引脚编号重复"_gbk, " ", "P", "S")},
       {plugin::run<sendNetlist>,
        {"ValueDiff", "R1", "10k", "S", "P", "", ""},
-       finding("1004", "R1(10k)", "R1同一器件Value值不同", " ", "P", "S")},
-      {plugin::run<sendPinNc>, {"U3"}, finding("1003", "U3.", "引脚未连接", " ", "", "")},
+       finding("1004", "R1(10k)", u8"R1同一器件Value值不同"_gbk, " ", "P", "S")},
+      {plugin::run<sendPinNc>, {"U3"}, finding("1003", "U3.", u8"引脚未连接"_gbk, " ", "", "")},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(sent(each.command, each.arguments), std::vector{each.expected});
@@ -108,7 +109,7 @@ TEST_F(ReportCommands, CallWithoutFindingEndsItsCheck) {
 }
 
 TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
-  const std::string resistor = "贴片电阻";
+  const std::string resistor = u8"贴片电阻"_gbk;
   const struct {
     Command command;
     std::string list;
@@ -123,7 +124,7 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
        R"("Designator":"A"}]}})"},
       {plugin::run<sendOlbObjectPackageInfo>,
        "{Lib C:\\\\lib\\\\a.olb} {{Part Reference} R} {" + utf8(u8"名") + " " + utf8(u8"贴片电阻") + "}",
-       R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")" +
+       u8R"({"Command":"GetOlbObjectPackageInfo_EndResult","Result":"0","Data":{"item":[{"Lib":"C:\lib\a.olb","名":")"_gbk +
            resistor + R"("}]}})"},
       {plugin::run<sendDsnPackageInfo>,
        "{Name x} {ID x} {{Implementation Type} x} {Implementation x} {{Implementation Path} x} {Reference x} "

@@ -5,6 +5,7 @@
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/json.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
@@ -42,8 +43,9 @@ TEST_F(FileStatusCommandsTest, MessagesInTheirOrder) {
   EXPECT_EQ(message(plugin::run<sendSaveFile>, "C:\\a.dsn"), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
   EXPECT_EQ(message(plugin::run<sendCloseFile>, "C:\\a.dsn"), start + R"(Close","FileName":"C:\\a.dsn"}})");
   EXPECT_EQ(message(plugin::run<sendCloseFile>, utf8(u8"D:\\原理图.dsn")),
-            start + R"(Close","FileName":"D:\\原理图.dsn"}})");
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, "D:\\原理图.dsn"), start + R"(Close","FileName":"D:\\原理图.dsn"}})");
+            start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, u8"D:\\原理图.dsn"_gbk),
+            start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
 }
 
 TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExtension) {

@@ -10,6 +10,7 @@
 #include "system/files.h"
 #include "system/log.h"
 #include "system/registry.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::designs {
 namespace {
@@ -83,7 +84,7 @@ class RealRegistry : public testing::Test {
 
 TEST_F(RealRegistry, FindsTheHostAmongItsVersions) {
   const std::string old = makeHost(temporary("SPB_16.9 "), "capture");
-  const std::string current = makeHost(temporary("SPB_17.9 软件 "), "bin");
+  const std::string current = makeHost(temporary(u8"SPB_17.9 软件 "_gbk), "bin");
   const std::string empty = makeFolder(temporary("SPB_18.9 "));
   makeHost(empty + "\\first", "bin");
   const std::string last = makeHost(empty + "\\second", "bin");
@@ -107,7 +108,7 @@ TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
     std::string bytes;
     std::optional<std::string> expected;
   } cases[] = {
-      {"ended", REG_SZ, std::string("C:\\软件\0", 8), utf8(u8"C:\\软件")},
+      {"ended", REG_SZ, std::string(u8"C:\\软件\0"_gbk, 8), utf8(u8"C:\\软件")},
       {"not ended", REG_SZ, "C:\\SPB", "C:\\SPB"},
       {"two zeros", REG_SZ, std::string("C:\\SPB\0\0", 8), "C:\\SPB"},
       {"zero inside", REG_SZ, std::string("C:\\A\0B\0", 7), "C:\\A"},

@@ -4,6 +4,7 @@
 #include "dispatch/dispatcher.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
 
@@ -84,11 +85,11 @@ TEST_F(OpenDesignsTest, OneDesignInBothEncodings) {
   const std::string host = utf8(u8"D:\\原理图.dsn");
   open(host + ";b.dsn");
   EXPECT_EQ(newPaths(), host + "|");
-  status("Open", "D:\\原理图.dsn");
+  status("Open", u8"D:\\原理图.dsn"_gbk);
   EXPECT_EQ(newPaths(), "b.dsn|");
   open("b.dsn");
   EXPECT_EQ(newPaths(), "b.dsn|" + host);
-  status("Close", "D:\\原理图.dsn");
+  status("Close", u8"D:\\原理图.dsn"_gbk);
   EXPECT_EQ(newPaths(), "b.dsn|");
 }
 
@@ -97,7 +98,8 @@ TEST_F(OpenDesignsTest, ConvertedNameThatLooksLikeUtf8StaysWhatItIs) {
   const struct {
     std::string host;
     const char* name;
-  } rows[] = {{utf8(u8"C:\\鏀惧ぇ.dsn"), "C:\\鏀惧ぇ.dsn"}, {utf8(u8"D:\\娴嬭瘯\\a.dsn"), "D:\\娴嬭瘯\\a.dsn"}};
+  } rows[] = {{utf8(u8"C:\\鏀惧ぇ.dsn"), u8"C:\\鏀惧ぇ.dsn"_gbk},
+              {utf8(u8"D:\\娴嬭瘯\\a.dsn"), u8"D:\\娴嬭瘯\\a.dsn"_gbk}};
   for (const auto& row : rows) {
     open(row.host + ";b.dsn");
     EXPECT_EQ(newPaths(), row.host + "|");
@@ -117,7 +119,7 @@ TEST_F(OpenDesignsTest, ConvertedNameThatLooksLikeUtf8StaysWhatItIs) {
 }
 
 TEST_F(OpenDesignsTest, DesignsOfOneNameAreToldApartByTheHostsBytes) {
-  const std::string name = "D:\\原理图.dsn";
+  const std::string name = u8"D:\\原理图.dsn"_gbk;
   const std::string other = utf8(u8"D:\\原理图.dsn");
   open(name + ";" + other);
   EXPECT_EQ(newPaths(), name + "|");
@@ -242,7 +244,7 @@ TEST_F(OpenDesignsTest, PinCountTakesThePathFromEitherPlace) {
 
   enableTraffic();
   host_.answer("getDsnPinCount", "//server/a");
-  run("getDsnPinCount", R"(,"ProjectPath":"理")");
+  run("getDsnPinCount", u8R"(,"ProjectPath":"理")"_gbk);
   EXPECT_EQ(host_.scripts.back(), utf8(u8"getDsnPinCount \"理\""));
   EXPECT_EQ(traffic(), "return://server/a\n//server/a\nOver");
 }
@@ -254,7 +256,7 @@ TEST_F(OpenDesignsTest, NetsListNamesItsFile) {
   fake.files.addFolder("E:\\p");
   const Json reply = run("GetNetsList", R"(,"Data":{"ProjectPath":"C:\\a.dsn"})");
   EXPECT_EQ(reply.member("Data").member("netlistsFile").text(), "E:\\p\\Cache\\Nets.txt");
-  EXPECT_EQ(reply.member("Data").member("datFile").text(), "网表文件");
+  EXPECT_EQ(reply.member("Data").member("datFile").text(), u8"网表文件"_gbk);
   EXPECT_THAT(fake.files.changes(), ElementsAre("folder E:\\p\\Cache"));
   host_.answer("GetNetsList", "Errors", true);
   EXPECT_EQ(run("GetNetsList", R"(,"Data":{"ProjectPath":"a"})").member("ErrInfo").text(), "Errors");

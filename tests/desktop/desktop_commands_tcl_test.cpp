@@ -6,6 +6,7 @@
 #include "support/sample_metafiles.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -34,11 +35,11 @@ class DesktopCommands : public testing::Test {
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   EXPECT_EQ(invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
   fake.fake.clipboard.metafile = sampleMetafiles().front().bytes;
-  fake.project.set(pathOf("C:\\项目"));
-  fake.fake.files.addFolder("C:\\项目");
+  fake.project.set(pathOf(u8"C:\\项目"_gbk));
+  fake.fake.files.addFolder(u8"C:\\项目"_gbk);
   const CommandResult result = invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"});
   EXPECT_EQ(result.text, utf8(u8"C:\\项目\\Cache\\Output\\Preview.bmp"));
-  EXPECT_EQ(fake.part<PreviewPicture>().path, "C:\\项目\\Cache\\Output\\Preview.bmp");
+  EXPECT_EQ(fake.part<PreviewPicture>().path, u8"C:\\项目\\Cache\\Output\\Preview.bmp"_gbk);
   fake.fake.clipboard.metafile.reset();
   EXPECT_EQ(invoke(plugin::run<getClipBoardPic>, {"GetClipBoardPic"}).text, "");
   EXPECT_NE(fake.part<PreviewPicture>().path, "");
@@ -54,7 +55,7 @@ TEST_F(DesktopCommands, WriteToClipboardPutsTheTextIntoTheCodePage) {
     Words words;
     std::string expected;
   } cases[] = {
-      {{"writeToClipboard", utf8(u8"电阻 R1")}, "电阻 R1"},
+      {{"writeToClipboard", utf8(u8"电阻 R1")}, u8"电阻 R1"_gbk},
       {{"writeToClipboard", "\xB5\xE7"}, "\xB5\xE7"},
       {{"writeToClipboard", "a\nb"}, "a\nb"},
       {{"writeToClipboard", ""}, ""},

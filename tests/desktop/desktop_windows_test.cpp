@@ -23,6 +23,7 @@
 #include "system/registry.h"
 #include "system/shared_path.h"
 #include "system/wide_text_windows.h"
+#include "text/gbk_literal.h"
 #include "text/text_converter.h"
 
 namespace vernoxa::desktop {
@@ -158,7 +159,7 @@ class RealDesktop : public testing::Test {
   static std::string temporaryFolder() {
     char path[MAX_PATH] = "";
     GetTempPathA(MAX_PATH, path);
-    return std::string(path) + "vernoxa 桌面 " + std::to_string(GetCurrentProcessId());
+    return std::string(path) + u8"vernoxa 桌面 "_gbk + std::to_string(GetCurrentProcessId());
   }
 
   plugin::World world = plugin::realWorld();
@@ -260,7 +261,7 @@ TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {
 }
 
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
-  for (const std::string written : {"电阻 R1", "", "two\r\nlines"}) {
+  for (const std::string written : {u8"电阻 R1"_gbk, "", "two\r\nlines"}) {
     world.clipboard.open()->replaceByText(written);
     EXPECT_EQ(onClipboard<char>(CF_TEXT), written);
     EXPECT_EQ(onClipboard<char32_t>(CF_LOCALE, false), std::u32string(1, GetSystemDefaultLCID()));

@@ -7,6 +7,7 @@
 #include "designs/design_handlers.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::inline dispatch {
 namespace {
@@ -23,7 +24,7 @@ Outcome echo(RequestCall& call, plugin::Session&) {
 }
 
 Outcome fail(RequestCall&, plugin::Session&) {
-  return Outcome::failed("理由");
+  return Outcome::failed(u8"理由"_gbk);
 }
 
 Outcome silent(RequestCall&, plugin::Session&) {
@@ -63,9 +64,10 @@ class DispatcherTest : public testing::Test, protected FakeSession {
 };
 
 TEST_F(DispatcherTest, AnswersInItsOrderOfMembers) {
-  EXPECT_EQ(run(R"({"Command":"Echo","Data":{"text":"理","number":"7"}})"),
-            R"({"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})");
-  EXPECT_EQ(run(R"({"Command":"Fail"})"), R"({"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})");
+  EXPECT_EQ(run(u8R"({"Command":"Echo","Data":{"text":"理","number":"7"}})"_gbk),
+            u8R"({"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})"_gbk);
+  EXPECT_EQ(run(R"({"Command":"Fail"})"),
+            u8R"({"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})"_gbk);
   EXPECT_EQ(run(R"({"Command":"Silent"})"), "");
 }
 
@@ -106,14 +108,14 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
       {R"({"Command":"FileStatus_EndResult"})", "C:\\App"},
       {R"({"Command":"FileStatus_EndResult","Data":{"Path":""}})", "C:\\App"},
       {R"({"Command":"FileStatus_EndResult","Data":{"Path":7}})", "C:\\App"},
-      {R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\理"}})", "E:\\理"},
+      {u8R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\理"}})"_gbk, u8"E:\\理"_gbk},
   };
   for (const auto& each : cases) {
     EXPECT_EQ(run(each.message), "") << each.message;
     EXPECT_EQ(project.get(), pathOf(each.base)) << each.message;
   }
   EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", {rows, nullptr, ""}), "refused");
-  EXPECT_EQ(project.get(), pathOf("E:\\理"));
+  EXPECT_EQ(project.get(), pathOf(u8"E:\\理"_gbk));
 }
 
 TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {
@@ -162,7 +164,7 @@ TEST_F(DispatcherTest, MembersAreStoredEvenWhenTheRowThenFails) {
 
 TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
   EXPECT_EQ(run(R"({"Command":"Throw"})"), "refused");
-  EXPECT_THAT(fake.messages.shown(), ElementsAre("格式有误"));
+  EXPECT_THAT(fake.messages.shown(), ElementsAre(u8"格式有误"_gbk));
 }
 
 TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
@@ -191,7 +193,7 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
             plugin::companionEndpoint()),
         std::string(R"({"Data":{"State":")") + each.state + R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
     EXPECT_THAT(fake.messages.shown(),
-                testing::AllOf(testing::SizeIs(each.boxes), testing::Each("文件一打开路径异常")));
+                testing::AllOf(testing::SizeIs(each.boxes), testing::Each(u8"文件一打开路径异常"_gbk)));
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "drawing/drawn.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/outside_json.h"
 #include "text/text.h"
 
@@ -108,21 +109,21 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
-  fake.project.set(pathOf("C:\\项目\\\x95\x5C"));  // the last character's second byte looks like "\"
-  fake.fake.files.addFolder("C:\\项目\\\x95\x5C");
+  fake.project.set(pathOf(u8"C:\\项目\\\x95\x5C"_gbk));  // the last character's second byte looks like "\"
+  fake.fake.files.addFolder(u8"C:\\项目\\\x95\x5C"_gbk);
   const struct {
     std::string given;
     std::string answered;
     std::string made;
   } names[] = {
-      {utf8(u8"电"), utf8(u8"电"), "电"},
+      {utf8(u8"电"), utf8(u8"电"), u8"电"_gbk},
       {"\x95\x5C/\x95\x5C", "\x95\x5C-\x95\x5C", "\x95\x5C-\x95\x5C"},  // of an old host, in the code page
       {std::string("a").append(tclNul).append("b"), std::string("a").append(tclNul).append("b"), "a"},
   };
   for (const auto& name : names) {
     library.start();
     EXPECT_EQ(library.finish(name.given), utf8(u8"C:/项目/昞/Cache/Library/") + name.answered + ".json");
-    EXPECT_NE(fake.fake.files.bytes("C:\\项目\\\x95\x5C\\Cache\\Library\\" + name.made + ".json"), "(no file)");
+    EXPECT_NE(fake.fake.files.bytes(u8"C:\\项目\\\x95\x5C\\Cache\\Library\\"_gbk + name.made + ".json"), "(no file)");
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "drawing/drawn.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/json.h"
 #include "text/text.h"
 
@@ -151,11 +152,12 @@ TEST_F(PageExportTest, FlushedAndLastFilesHaveTheSameChineseNames) {
   page({"Schematic", schematic});
   page({"Page", name, "1", "1", "K"});
   page({"Page", "next", "1", "1", "K"});
-  EXPECT_EQ(names(), (Names{"电源@!@第1页@!@K.json"}));
-  EXPECT_NE(file("电源@!@第1页@!@K").find(name), std::string::npos);
+  EXPECT_EQ(names(), (Names{u8"电源@!@第1页@!@K.json"_gbk}));
+  EXPECT_NE(file(u8"电源@!@第1页@!@K"_gbk).find(name), std::string::npos);
   page({"Page", name, "1", "1", "K"});
   finish(schematic, name, "L");
-  EXPECT_EQ(names(), (Names{"电源@!@next@!@K.json", "电源@!@第1页@!@K.json", "电源@!@第1页@!@L.json"}));
+  EXPECT_EQ(names(),
+            (Names{u8"电源@!@next@!@K.json"_gbk, u8"电源@!@第1页@!@K.json"_gbk, u8"电源@!@第1页@!@L.json"_gbk}));
 }
 
 TEST_F(PageExportTest, RecordsAtAWrongMomentAreHarmless) {

@@ -8,6 +8,7 @@
 #include "link/file_status.h"
 #include "link/socket_client.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/text.h"
 
 namespace vernoxa::link {
@@ -164,16 +165,17 @@ TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
 }
 
 TEST_F(LinkThreadTest, ReportsAnOpenedDesign) {
-  answers_ = {{"GetNewOpenPath", {R"({"Result":"0","Data":{"ProjectPath":"D:\\理.dsn","CloseFile":""}})"}},
+  answers_ = {{"GetNewOpenPath", {u8R"({"Result":"0","Data":{"ProjectPath":"D:\\理.dsn","CloseFile":""}})"_gbk}},
               {"getDsnPinCount", {R"({"Result":"0","Data":{"PinCount":"12"}})"}},
               {"FileStatus", {R"({"Data":{"Path":"E:\\project"}})"}}};
   EXPECT_EQ(poll(), 0);
-  EXPECT_THAT(requests_,
-              ElementsAre("{\n\t\"Command\":\t\"GetNewOpenPath\"\n}",
-                          "{\n\t\"Command\":\t\"getDsnPinCount\",\n\t\"ProjectPath\":\t\"D:\\\\理.dsn\"\n}",
-                          "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n"
-                          "\t\t\"Status\":\t\"Open\",\n\t\t\"FileName\":\t\"D:\\\\理.dsn\",\n\t\t\"Pid\":\t\"4242\",\n"
-                          "\t\t\"AllegroPath\":\t\"D:\\\\Capture.exe\",\n\t\t\"PinCount\":\t\"12\"\n\t}\n}"));
+  EXPECT_THAT(
+      requests_,
+      ElementsAre("{\n\t\"Command\":\t\"GetNewOpenPath\"\n}",
+                  u8"{\n\t\"Command\":\t\"getDsnPinCount\",\n\t\"ProjectPath\":\t\"D:\\\\理.dsn\"\n}"_gbk,
+                  "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n"
+                  u8"\t\t\"Status\":\t\"Open\",\n\t\t\"FileName\":\t\"D:\\\\理.dsn\",\n\t\t\"Pid\":\t\"4242\",\n"_gbk
+                  "\t\t\"AllegroPath\":\t\"D:\\\\Capture.exe\",\n\t\t\"PinCount\":\t\"12\"\n\t}\n}"));
   EXPECT_EQ(project.get().utf8(), "E:\\project");
 }
 
@@ -185,7 +187,7 @@ TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
   EXPECT_THAT(asked(), ElementsAre("GetNewOpenPath", "FileStatus Close", "FileStatus Close"));
   EXPECT_EQ(requests_[2],
             "{\n\t\"Command\":\t\"FileStatus\",\n\t\"Result\":\t\"0\",\n\t\"Data\":\t{\n\t\t\"Status\":\t\"Close\",\n"
-            "\t\t\"FileName\":\t\"D:\\\\原理图.DSN\"\n\t}\n}");
+            u8"\t\t\"FileName\":\t\"D:\\\\原理图.DSN\"\n\t}\n}"_gbk);
   EXPECT_THAT(fake.clock.pauses(), ElementsAre(300, 300));
 }
 
@@ -327,13 +329,13 @@ TEST_F(LinkThreadTest, AnyCallMayFail) {
 class ProjectFolder : public testing::Test, protected FakeSession {};
 
 TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
-  fake.files.addFolder("C:\\鏀惧ぇ");  // in the code page the bytes of this name are UTF-8 of another one
+  fake.files.addFolder(u8"C:\\鏀惧ぇ"_gbk);  // in the code page the bytes of this name are UTF-8 of another one
   const struct {
     std::string told;
     std::u8string_view kept;
   } rows[] = {
-      {"D:\\工程", u8"D:\\工程"},     {utf8(u8"D:\\工程"), u8"D:\\工程"}, {utf8(u8"D:\\鏀惧ぇ"), u8"D:\\鏀惧ぇ"},
-      {"C:\\鏀惧ぇ", u8"C:\\鏀惧ぇ"}, {"D:\\\xC3\xA9", u8"D:\\茅"},       {"D:\\plain", u8"D:\\plain"},
+      {u8"D:\\工程"_gbk, u8"D:\\工程"},     {utf8(u8"D:\\工程"), u8"D:\\工程"}, {utf8(u8"D:\\鏀惧ぇ"), u8"D:\\鏀惧ぇ"},
+      {u8"C:\\鏀惧ぇ"_gbk, u8"C:\\鏀惧ぇ"}, {"D:\\\xC3\xA9", u8"D:\\茅"},       {"D:\\plain", u8"D:\\plain"},
   };
   for (const auto& row : rows) {
     part<const FileStatus>().followProject(row.told);

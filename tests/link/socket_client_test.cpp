@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::link {
 namespace {
@@ -83,15 +84,15 @@ TEST_F(SocketClientTest, FailedSendsAreLoggedAndGoOn) {
 
 TEST_F(SocketClientTest, ReceivingIsLogged) {
   enableTraffic();
-  EXPECT_EQ(received({{frameOf("{理}"), {}}}), "{理}");
+  EXPECT_EQ(received({{frameOf(u8"{理}"_gbk), {}}}), u8"{理}"_gbk);
   EXPECT_EQ(traffic(),
-            "revData[0]:8\nrevData[1]:0\nrevData[2]:0\nrevData[3]:0\nlen:8\n{理}\n"
+            u8"revData[0]:8\nrevData[1]:0\nrevData[2]:0\nrevData[3]:0\nlen:8\n{理}\n"_gbk
             "==========================recv over");
 }
 
 // The header is what one receive brings; the payload may come in any pieces.
 TEST_F(SocketClientTest, EverySplitAndEveryTruncation) {
-  const std::string message = "{\"Command\":\"理\"}";
+  const std::string message = u8"{\"Command\":\"理\"}"_gbk;
   const std::string frame = frameOf(message);
   for (std::size_t size = 4; size < frame.size(); ++size) {
     EXPECT_EQ(received(cut(frame, size)), message) << size;

@@ -11,6 +11,7 @@
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
 #include "tcl/tcl_script_host.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::modules {
 namespace {
@@ -186,7 +187,7 @@ TEST_F(PlacementInTcl, PathsOfTheLibrariesAreAnswered) {
   with_.placement.dsnDatPath.clear();
   EXPECT_EQ(getOlbPath(call, with_.part<LibraryFiles>()).text, "/123456.olb");
   EXPECT_EQ(getNewOlbPath(call, with_.part<LibraryFiles>()).text, "/Test.olb");
-  with_.placement.dsnDatPath = "D:\\乗\\模块\\a.json";
+  with_.placement.dsnDatPath = u8"D:\\乗\\模块\\a.json"_gbk;
   EXPECT_EQ(getOlbPath(call, with_.part<LibraryFiles>()).text, utf8(u8"D:/乗/模块/123456.olb"));
 }
 

@@ -8,6 +8,7 @@
 #include "modules/library_files.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/outside_json.h"
 #include "text/text.h"
 
@@ -80,7 +81,7 @@ TEST_F(Placement, LibraryPartsAreWrittenOnceEach) {
 
 TEST_F(Placement, ObjectsOfAModuleArePlaced) {
   with_.placement.uploadResId = "12";
-  with_.placement.uploadUserId = "用户";
+  with_.placement.uploadUserId = u8"用户"_gbk;
   const std::string tail =
       R"([list "NimbMarket" "Wire"] [list "MarketResID" "12"] [list "MarketUserID" ")" + utf8(u8"用户") + R"("])";
   const std::string data =
@@ -113,7 +114,7 @@ TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
   placement.selfModule = "A";
   placement.packageName = "0603";
   placement.PartNumber = "PN[1]";
-  placement.PartName = "电阻";
+  placement.PartName = u8"电阻"_gbk;
   placement.prefix = "U";
   placement.value = "10\"k";
   placer_.placeModule(host_);

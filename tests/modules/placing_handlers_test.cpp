@@ -7,6 +7,7 @@
 #include "dispatch/dispatcher.h"
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::modules {
 namespace {
@@ -19,7 +20,8 @@ class PlacingHandlers : public testing::Test {
   PlacingHandlers() {
     host_.answer("IsSchematicViewActive", "1");
     with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
-    with_.fake.files.addFile("C:\\模块\\m.json", R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
+    with_.fake.files.addFile(u8"C:\\模块\\m.json"_gbk,
+                             R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
   }
   void send(const std::string& command, const std::string& data) {
     host_.scripts.clear();
@@ -34,8 +36,8 @@ class PlacingHandlers : public testing::Test {
 };
 
 const std::string partData =
-    R"("PartIndex":2,"Designator":"A","dsnDatPath":"C:\\模块\\m.json","ViewBoxWidth":"30","ViewBoxHeight":20,)"
-    R"("packageName":"0603","PartNumber":"n","PartName":"电阻[1]","prefix":"U","value":"v","cateId":"c","companyId":"d")";
+    u8R"("PartIndex":2,"Designator":"A","dsnDatPath":"C:\\模块\\m.json","ViewBoxWidth":"30","ViewBoxHeight":20,)"_gbk
+    u8R"("packageName":"0603","PartNumber":"n","PartName":"电阻[1]","prefix":"U","value":"v","cateId":"c","companyId":"d")"_gbk;
 
 TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
   const std::string library = utf8(u8"C:/模块/5.olb {RES} ");
@@ -55,7 +57,7 @@ TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
 }
 
 TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
-  const std::string data = R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")";
+  const std::string data = u8R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")"_gbk;
   send("PlaceDSNModule", data);
   EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
   EXPECT_THAT(
@@ -76,7 +78,7 @@ TEST_F(PlacingHandlers, WithoutAnActivePageNothingIsPlaced) {
   for (const char* command : {"PlaceDsnLibPartModule", "PlaceDSNModule"}) {
     send(command, partData);
     EXPECT_EQ(reply_, std::string(R"({"Data":{},"Command":")") + command +
-                          R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})");
+                          u8R"(_EndResult","Result":"1","ErrInfo":"请先打开要放置的原理图page页!"})"_gbk);
     EXPECT_EQ(host_.scripts.back(), "IsSchematicViewActive");
   }
 }

@@ -8,6 +8,7 @@
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/json.h"
 #include "wire/packet_text.h"
 
@@ -44,15 +45,15 @@ class RequestCommands : public testing::Test {
 };
 
 TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
-  with_.fake.files.addFile("D:\\模块\\a.json", "{}");
+  with_.fake.files.addFile(u8"D:\\模块\\a.json"_gbk, "{}");
   const struct {
     const char* reply;
     const char* path;    // GetResPath
     const char* user;    // getSelfUserId
     const char* logged;  // last line, of GetResPath
   } cases[] = {
-      {R"({"Result":0,"Data":{"ResId":"7","UserId":"u1","DatPath":"D:\\模块\\a.json"}})", "D:\\\\模块\\\\a.json", "u1",
-       "ret:0"},
+      {u8R"({"Result":0,"Data":{"ResId":"7","UserId":"u1","DatPath":"D:\\模块\\a.json"}})"_gbk,
+       u8"D:\\\\模块\\\\a.json"_gbk, "u1", "ret:0"},
       {R"({"Result":"0","Data":{"ResId":7,"UserId":12,"DatPath":"D:\\gone.json"}})", "", "12", "ret:0"},
       {R"({"Result":3,"Data":{"ResId":"7","UserId":"u"}})", "3", "3", "ret:0"},
       {R"({"Result":0,"Data":{"ResId":"7"}})", R"({"Result":0,"Data":{"ResId":"7"}})", "", "DatPath"},
@@ -149,7 +150,7 @@ TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
 TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
   PlacementContext& placement = with_.placement;
   host_.answer("sendPacketGlobalHandle", "0");
-  with_.part<PreviewPicture>().path = "C:\\预览.bmp";
+  with_.part<PreviewPicture>().path = u8"C:\\预览.bmp"_gbk;
   placement.dsnDatPath = "C:\\ModuleLib.json";
   const std::string resistor = utf8(u8"贴片电阻");
   EXPECT_EQ(invoke(plugin::run<sendUploadMarket>,
@@ -157,9 +158,9 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
             "0");
   const std::string script = host_.scripts.at(0);
   const std::string expected =
-      R"({"Data":{"dsnBmpPath":"C:\\预览.bmp","dsnDatPath":"C:\\ModuleLib.json",)"
+      u8R"({"Data":{"dsnBmpPath":"C:\\预览.bmp","dsnDatPath":"C:\\ModuleLib.json",)"_gbk
       R"("Part":[{"Id":"1","Ref":"R1","Package":"0603"},{"Id":"2","Ref":"C1"},{"Id":"3","Ref":"","Package":""},)"
-      R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"
+      u8R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"_gbk
       R"("sumPins":"10","selfPins":"4","copyPrice":"1.5"},"Command":"SelectModule_EndResult","Result":"0"})";
   EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
   EXPECT_EQ(with_.part<PreviewPicture>().path + placement.dsnDatPath, "");

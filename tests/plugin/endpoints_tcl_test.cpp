@@ -7,6 +7,7 @@
 #include "support/fake_script_host.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa::plugin {
@@ -47,7 +48,7 @@ TEST_F(EndpointsTest, WhatIsNoPacketTextComesBackEncodedAgain) {
     EXPECT_EQ(call(endpoint, {"packetParser", "7b7d 7b7d"}).text, packetTextOf("7b7d 7b7d"));
   }
   EXPECT_THAT(fake.messages.shown(), testing::SizeIs(4));
-  EXPECT_THAT(fake.messages.shown(), testing::Each("接收的数据异常"));
+  EXPECT_THAT(fake.messages.shown(), testing::Each(u8"接收的数据异常"_gbk));
   EXPECT_EQ(fake.locks.held, 0);
 }
 
@@ -69,10 +70,10 @@ TEST_F(EndpointsTest, BeyondTheBoundsIsLoggedOnceAndNotAnswered) {
 TEST_F(EndpointsTest, EachNamesItsOwnFailure) {
   const auto expected = [](const char* failure) {
     return std::string("{\n\t\"ErrInfo\":\t\"") + failure +
-           "\",\n\t\"Result\":\t\"1\",\n\t\"Data\":\t{\n\t},\n\t\"Command\":\t\"理_EndResult\"\n}";
+           u8"\",\n\t\"Result\":\t\"1\",\n\t\"Data\":\t{\n\t},\n\t\"Command\":\t\"理_EndResult\"\n}"_gbk;
   };
-  EXPECT_EQ(reply(packetParser, R"({"Command":"理"})"), expected("command error"));
-  EXPECT_EQ(reply(packetParserForPthread, R"({"Command":"理"})"), expected("command1 error"));
+  EXPECT_EQ(reply(packetParser, u8R"({"Command":"理"})"_gbk), expected("command error"));
+  EXPECT_EQ(reply(packetParserForPthread, u8R"({"Command":"理"})"_gbk), expected("command1 error"));
 }
 
 TEST_F(EndpointsTest, HoldsItsLockFromTheDecodingToTheAnswer) {

@@ -12,6 +12,7 @@
 #include "plugin/start_up.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa::plugin {
@@ -242,13 +243,13 @@ TEST(ReenteredCommands, NoCommandLooksAtWhatAScriptTookAway) {
 
 Json valueFor(const Member& member) {
   if (member.kind == MemberKind::array) {
-    return Json::parse(R"([{"PartRef":"R1"},"R2",{"PartRef":"电阻"}])").document;
+    return Json::parse(u8R"([{"PartRef":"R1"},"R2",{"PartRef":"电阻"}])"_gbk).document;
   }
   const std::string_view name = member.name;
   return Json::string(member.kind == MemberKind::number ? "3"
                       : name == "dsnDatPath"            ? "C:\\Mods\\m.json"
                       : name == "Status"                ? "Open"
-                                                        : "C:\\设计\\a.dsn");
+                                                        : u8"C:\\设计\\a.dsn"_gbk);
 }
 
 TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
@@ -284,7 +285,7 @@ TEST(ReenteredCommands, AnExportMayEndInsideItsOwnBox) {
   stage.interp.evaluate("initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}");
   stage.fake.codePage.throwing = true;
   EXPECT_EQ(stage.call("addToPageList", {"Page Q 3 4 L"}), "0 ");
-  EXPECT_EQ(stage.seen.back(), "box GBK格式异常");
+  EXPECT_EQ(stage.seen.back(), u8"box GBK格式异常"_gbk);
   stage.fake.codePage.throwing = false;
   EXPECT_EQ(stage.call("outputSVGFile", {"S Q x y L"}), "0 ");
   const std::string folder = "C:\\App\\Cache\\Output\\";
@@ -301,7 +302,7 @@ TEST(ReenteredCommands, AnExportMayBeRenewedInsideItsOwnBox) {
     stage.fake.codePage.throwing = true;
     stage.interp.evaluate(last);
     stage.fake.codePage.throwing = false;
-    EXPECT_THAT(stage.seen, testing::Contains("box GBK格式异常")) << last;
+    EXPECT_THAT(stage.seen, testing::Contains(u8"box GBK格式异常"_gbk)) << last;
     EXPECT_EQ(stage.call("outputSVGFile", {"S New x y M"}), "0 ");
     EXPECT_THAT(stage.fake.files.entries(pathOf("C:\\App\\Cache\\Output")), testing::SizeIs(1)) << last;
   }

@@ -8,6 +8,7 @@
 #include "plugin/plug_in.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
 
@@ -147,7 +148,7 @@ TEST_F(StartUpTest, FailedLaunchIsShownAndTheStartGoesOn) {
   configure(R"({"StartWithCadence":"1"})");
   fake_.processes.startThrows = true;
   load();
-  EXPECT_THAT(fake_.messages.shown(), ElementsAre("澜图助手启动失败"));
+  EXPECT_THAT(fake_.messages.shown(), ElementsAre(u8"澜图助手启动失败"_gbk));
   EXPECT_EQ(fake_.processes.folder, "D:\\Work");
   EXPECT_EQ(threads().size(), 1U);
   EXPECT_EQ(crashes(), "");
@@ -362,14 +363,14 @@ TEST_F(StartUpTest, SmallCommands) {
 TEST_F(StartUpTest, MessagesToTheUser) {
   load();
   const std::pair<std::string, const char*> rows[] = {
-      {"outputWarming", "(i) 请先选中器件"},
-      {"outputError OtherProject", "请在同一个项目中选择"},
-      {"outputError NoObject ignored", "请选择元件"},
-      {"outputError MoreThanPage", "超过page范围,请重新摆放"},
-      {"outputError InvaildObject", "非法器件,选择其他器件"},
+      {"outputWarming", u8"(i) 请先选中器件"_gbk},
+      {"outputError OtherProject", u8"请在同一个项目中选择"_gbk},
+      {"outputError NoObject ignored", u8"请选择元件"_gbk},
+      {"outputError MoreThanPage", u8"超过page范围,请重新摆放"_gbk},
+      {"outputError InvaildObject", u8"非法器件,选择其他器件"_gbk},
       {"outputError InvalidObject", "InvalidObject"},
       {"outputError noobject", "noobject"},
-      {"outputError " + utf8(u8"未知错误"), "未知错误"},
+      {"outputError " + utf8(u8"未知错误"), u8"未知错误"_gbk},
       {"outputError {}", ""},
   };
   for (const auto& [script, shown] : rows) {

@@ -4,6 +4,7 @@
 
 #include "system/fake_world.h"
 #include "system/sockets.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::inline system {
 namespace {
@@ -18,22 +19,22 @@ class LogTest : public testing::Test, protected FakeSession {};
 
 TEST_F(LogTest, LinesByteForByte) {
   enableTraffic();
-  logs.openTraffic().writeLine("原理图\nsecond");
+  logs.openTraffic().writeLine(u8"原理图\nsecond"_gbk);
   logs.openTraffic().writeFormatted("acBuf[%d]:%x", 3, 0xffffff80U);
   fake.clock.local = {2025, 12, 31, 23, 59, 58, 999};
   logs.openTraffic().writeLine("");
   EXPECT_EQ(fake.files.bytes(trafficFile),
-            "[Time]:2024-3-5 9:7:2:45.原理图\r\nsecond\r\n"
+            u8"[Time]:2024-3-5 9:7:2:45.原理图\r\nsecond\r\n"_gbk
             "[Time]:2024-3-5 9:7:2:45.acBuf[3]:ffffff80\r\n"
             "[Time]:2025-12-31 23:59:58:999.\r\n");
 }
 
 TEST_F(LogTest, IsInTheCodePageWhateverALineHolds) {
   enableTraffic();
-  logs.openTraffic().writeLine("{\"a\":\"" + utf8(u8"原理图") + "\",\"b\":\"原理图;" + utf8(u8"é原;") + "\"}");
+  logs.openTraffic().writeLine("{\"a\":\"" + utf8(u8"原理图") + u8"\",\"b\":\"原理图;"_gbk + utf8(u8"é原;") + "\"}");
   logs.openTraffic().writeLine(utf8(u8"return:网表"));
   logs.openTraffic().writeFormatted("%s;", utf8(u8"é").c_str());  // two bytes of UTF-8 may be a character as well
-  EXPECT_EQ(traffic(), "{\"a\":\"原理图\",\"b\":\"原理图;é原;\"}\nreturn:网表\n\xC3\xA9;");
+  EXPECT_EQ(traffic(), std::string(u8"{\"a\":\"原理图\",\"b\":\"原理图;é原;\"}\nreturn:网表\n"_gbk) + "\xC3\xA9;");
 }
 
 TEST_F(LogTest, FormattedLineIsCutOffAndStillEnds) {

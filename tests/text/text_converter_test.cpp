@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "text/text.h"
 
 namespace vernoxa::inline text {
@@ -18,15 +19,15 @@ class TextConverterTest : public testing::Test {
 };
 
 TEST_F(TextConverterTest, ConvertsBothWays) {
-  EXPECT_EQ(text_.ansiToUtf8("原理图 R1"), utf8(u8"原理图 R1"));
-  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), "原理图 R1");
+  EXPECT_EQ(text_.ansiToUtf8(u8"原理图 R1"_gbk), utf8(u8"原理图 R1"));
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"原理图 R1")), u8"原理图 R1"_gbk);
   EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"a\U0001F600")).front(), 'a');
   const std::string pair = "\xED\xA0\xBD\xED\xB8\x80";  // the same character as Tcl holds it
   EXPECT_EQ(text_.utf8ToAnsi("a" + pair), text_.utf8ToAnsi(utf8(u8"a\U0001F600")));
-  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + pair.substr(0, 3) + utf8(u8"图")), "图?图");  // half a pair
-  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + std::string(tclNul) + "x"), "图");
-  EXPECT_EQ(text_.utf8ToAnsi("原理图"), "原理图");  // no UTF-8: in the code page already
-  EXPECT_EQ(text_.ansiToUtf8(std::string("中\0文", 5)), utf8(u8"中"));
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + pair.substr(0, 3) + utf8(u8"图")), u8"图?图"_gbk);  // half a pair
+  EXPECT_EQ(text_.utf8ToAnsi(utf8(u8"图") + std::string(tclNul) + "x"), u8"图"_gbk);
+  EXPECT_EQ(text_.utf8ToAnsi(u8"原理图"_gbk), u8"原理图"_gbk);  // no UTF-8: in the code page already
+  EXPECT_EQ(text_.ansiToUtf8(std::string(u8"中\0文"_gbk, 5)), utf8(u8"中"));
   EXPECT_EQ(text_.utf8ToAnsi(std::string("ab\0c", 4)), "ab");
   EXPECT_EQ(text_.ansiToUtf8(""), "");
 }
@@ -39,9 +40,9 @@ TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
     std::string path;
   } rows[] = {
       {"R1", "R1", "R1", "R1"},
-      {utf8(u8"中文"), "中文", utf8(u8"中文"), utf8(u8"中文")},
+      {utf8(u8"中文"), u8"中文"_gbk, utf8(u8"中文"), utf8(u8"中文")},
       {utf8(u8"中"), utf8(u8"中"), utf8(u8"中"), utf8(u8"中")},  // too short to look like UTF-8
-      {"理", "理", utf8(u8"理"), utf8(u8"理")},
+      {u8"理"_gbk, u8"理"_gbk, utf8(u8"理"), utf8(u8"理")},
       // Two bytes that are one character of either encoding: only a path from the host stays as it is.
       {"\xC2\xB5", "\xC2\xB5", utf8(u8"碌"), "\xC2\xB5"},
       {"", "", "", ""},
@@ -63,9 +64,9 @@ TEST_F(TextConverterTest, SecondBytesAreNoCharactersOfTheirOwn) {
 
 TEST_F(TextConverterTest, FailureIsShownAndGivesNoText) {
   page_.throwing = true;
-  EXPECT_EQ(text_.ansiToUtf8("图"), "");
+  EXPECT_EQ(text_.ansiToUtf8(u8"图"_gbk), "");
   EXPECT_EQ(text_.ansiToUtf8("ASCII needs no conversion"), "ASCII needs no conversion");
-  EXPECT_THAT(messages_.shown(), ElementsAre("GBK格式异常"));
+  EXPECT_THAT(messages_.shown(), ElementsAre(u8"GBK格式异常"_gbk));
 }
 
 }  // namespace

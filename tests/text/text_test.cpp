@@ -4,6 +4,7 @@
 
 #include "plugin/installation.h"
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 
 namespace vernoxa::inline text {
 namespace {
@@ -47,7 +48,7 @@ TEST(Text, LooksLikeUtf8ChineseByItsFirstCandidateAlone) {
       {"\xE4zz\xE4\xB8\xAD\xE6\x96\x87", false},  // later characters do not count
       {"\xE4", false},
       {"\xE4\xB8", false},
-      {"中文", false},
+      {u8"中文"_gbk, false},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(looksLikeUtf8Chinese(row.text), row.expected) << row.text;
@@ -126,7 +127,7 @@ TEST(Text, OfTclBecomesPlainUtf8) {
       {high + low.substr(0, 2), std::nullopt},
       {"ab" + nul + "\xFF", std::nullopt},  // not Tcl's: what looks like a NUL is a character of the code page
       {"\xC0\x81", std::nullopt},
-      {"中文", std::nullopt},
+      {u8"中文"_gbk, std::nullopt},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(utf8OfTcl(row.text), row.plain) << row.text;

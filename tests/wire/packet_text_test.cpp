@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "system/fake_world.h"
+#include "text/gbk_literal.h"
 #include "wire/frame.h"
 
 namespace vernoxa::inline wire {
@@ -75,9 +76,9 @@ class PacketLogTest : public testing::Test, protected FakeSession {
 
 TEST_F(PacketLogTest, EncodingIsLogged) {
   LogWriter log = logs.openTraffic();
-  EXPECT_EQ(told(encodePacket("{理}", log)), "7bc0ed7d");
+  EXPECT_EQ(told(encodePacket(u8"{理}"_gbk, log)), "7bc0ed7d");
   EXPECT_EQ(told(encodePacket("", log)), "");  // nothing to send, nothing to log
-  EXPECT_EQ(traffic(), "return data:{理}\n7bc0ed7d");
+  EXPECT_EQ(traffic(), u8"return data:{理}\n7bc0ed7d"_gbk);
 }
 
 TEST_F(PacketLogTest, DecodingIsLogged) {

@@ -14,7 +14,7 @@ case $1 in
       # Chinese, in the windows that Wine draws, in browsers and in pictures
       fonts-wqy-microhei
       # the native build, its tests and its tools
-      g++ gcc clang clang-format clang-tidy "libclang-rt-$clang_version-dev" googletest libgtest-dev libgmock-dev
+      g++ gcc clang lld clang-format clang-tidy "libclang-rt-$clang_version-dev" googletest libgtest-dev libgmock-dev
       tcl8.6 tcl8.6-dev
       # the stand-ins and the scripts
       python3 python3-jsonschema python3-rich python3-prompt-toolkit python3-markdown-it tcllib kicad-demos

@@ -35,8 +35,8 @@ BATCH = 8
 HEADERS_AND_SOURCES = r"/(src|sim|tests|bench|fuzz|tools)/([a-z_]+/)?[a-z_]+\.(h|cpp)$"
 USING = re.compile(r"^ *using (?:[A-Za-z_]+::)+([A-Za-z_]+);", re.MULTILINE)
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
-# Clang knows neither other character sets for literals nor GCC's sanitizer sets.
-GCC_ONLY = ("-fexec-charset", "-finput-charset", "-fsanitize", "-fno-sanitize", "-Wno-maybe-uninitialized")
+# Clang does not know GCC's sanitizer sets.
+GCC_ONLY = ("-fsanitize", "-fno-sanitize", "-Wno-maybe-uninitialized")
 
 
 def commands() -> dict[str, dict]:
