@@ -122,7 +122,13 @@ if {[catch {close $running} why ended] && $over} {
 }
 lappend facts "whole time" "[expr {([clock milliseconds] - $began) / 1000}] s"
 close [open [file join $root i leave] w]  ;# for a companion that was left
-set folder [writeResult $root]
+set logs {}
+foreach {name path} {schLog.txt i/Script/Log/schLog.txt crash-log.txt i/bin/catchLog/log.txt} {
+  if {[file exists [file join $root $path]]} {
+    lappend logs $name [readFile [file join $root $path]]
+  }
+}
+set folder [writeResult result "Vernoxa: result of the check" $facts $results $logs $root]
 set bad [llength [lsearch -all -index 1 $results failed]]
 say ""
 say [expr {$bad == 0 && $over ? "All passed." : "$bad of [llength $results] steps failed."}]

@@ -41,43 +41,49 @@ proc escaped {text} {
   return [string map {& &amp; < &lt; > &gt;} $text]
 }
 
-proc page {} {
+# A page of facts, each a name and a value, and results, each what was tried, how it went, what was wrong, milliseconds.
+proc page {title facts results} {
   set rows ""
-  foreach result $::results {
+  foreach result $results {
     lassign $result name how why took
     append rows "<tr class=\"[string map {{ } -} $how]\"><td>[escaped $name]</td><td>$how</td><td>$took ms</td><td>[escaped $why]</td></tr>\n"
   }
   set about ""
-  foreach {name value} $::facts {
+  foreach {name value} $facts {
     append about "<tr><th>[escaped $name]</th><td>[escaped $value]</td></tr>\n"
   }
   set style {body { font: 16px/1.5 system-ui, sans-serif; max-width: 60rem; margin: 2rem auto; padding: 0 1rem; color: #222; }
 table { border-collapse: collapse; margin: 1rem 0; } th, td { border: 1px solid #ccc; padding: .3em .6em; text-align: left; }
 .failed { background: #fbe3e0; } .passed td:nth-child(2) { color: #17692f; } .not-tried { color: #666; }}
-  return "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>Vernoxa: result of the check</title>
-<style>$style</style></head><body>\n<h1>Vernoxa: result of the check</h1>\n<table>\n$about</table>
+  return "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>$title</title>
+<style>$style</style></head><body>\n<h1>$title</h1>\n<table>\n$about</table>
 <table><tr><th>Tried</th><th>Result</th><th>Time</th><th>What was wrong</th></tr>\n$rows</table>\n</body></html>\n"
 }
 
-# Writes both, answers their folder.
-proc writeResult {root} {
+# Writes NAME.html and NAME.zip, with the files (a name and bytes each) and without the names that stand for `root` in
+# them; answers their folder.
+proc writeResult {name title facts results files root} {
   set folder [file join [file normalize $::env(TEMP)] "Vernoxa check"]
   file mkdir $folder
-  set html [scrubbed [encoding convertto utf-8 [page]] $root]
+  set html [encoding convertto utf-8 [page $title $facts $results]]
   set table ""
-  foreach {name value} $::facts {
-    append table "$name: $value\n"
+  foreach {what value} $facts {
+    append table "$what: $value\n"
   }
-  foreach result $::results {
+  foreach result $results {
     append table [join $result \t] \n
   }
-  set files [list result.html $html result.txt [scrubbed [encoding convertto utf-8 $table] $root]]
-  foreach {name path} {schLog.txt i/Script/Log/schLog.txt crash-log.txt i/bin/catchLog/log.txt} {
-    if {[file exists [file join $root $path]]} {
-      lappend files $name [scrubbed [readFile [file join $root $path]] $root]
-    }
-  }
-  writeFile [file join $folder result.html] $html
-  writeFile [file join $folder result.zip] [zipOf $files]
+  set all [list $name.html $html $name.txt [encoding convertto utf-8 $table] {*}$files]
+  writeBytes [file join $folder $name.html] $html
+  writeBytes [file join $folder $name.txt] [encoding convertto utf-8 $table]
+  writeBytes [file join $folder $name.zip] [zipOf [concat {*}[lmap {inside bytes} $all {
+    list $inside [scrubbed $bytes $root]
+  }]]]
   return $folder
+}
+
+proc writeBytes {path bytes} {
+  set channel [open $path wb]
+  puts -nonewline $channel $bytes
+  close $channel
 }

@@ -43,4 +43,6 @@ void createClipboardCommands(Tcl_Interp* interp);
 // portOwner PORT       {PID PROGRAM} of who listens on it, PROGRAM the whole path or "" when that is not told; or {}
 // modulesNamed NAME    a list {PID PROGRAM PATH} for each process in which a module of that file name is loaded
 // fileStream FILE NAME the bytes of a file's second stream, "" without one
+// fileDigest FILE      its SHA-256 in hexadecimal digits
+// fileVersion FILE     what its version resource says, as MAJOR.MINOR.PATCH; "" without one
 void createMachineCommands(Tcl_Interp* interp);

@@ -4,6 +4,7 @@
 // after winsock2.h
 #include <iphlpapi.h>
 #include <tlhelp32.h>
+#include <wincrypt.h>
 
 #include <array>
 #include <string_view>
@@ -131,6 +132,68 @@ int fileStream(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words)
   return TCL_OK;
 }
 
+// 32 bytes, or nothing when the file cannot be read.
+std::vector<BYTE> digestOf(HANDLE file) {
+  std::vector<BYTE> digest;
+  HCRYPTPROV provider = 0;
+  HCRYPTHASH hash = 0;
+  if (CryptAcquireContextW(&provider, nullptr, nullptr, PROV_RSA_AES, CRYPT_VERIFYCONTEXT) == FALSE) {
+    return digest;
+  }
+  if (CryptCreateHash(provider, CALG_SHA_256, 0, 0, &hash) != FALSE) {
+    std::array<BYTE, 65536> bytes{};
+    DWORD size = 0;
+    while (ReadFile(file, bytes.data(), bytes.size(), &size, nullptr) != FALSE && size > 0) {
+      CryptHashData(hash, bytes.data(), size, 0);
+    }
+    digest.resize(32);
+    size = static_cast<DWORD>(digest.size());
+    CryptGetHashParam(hash, HP_HASHVAL, digest.data(), &size, 0);
+    CryptDestroyHash(hash);
+  }
+  CryptReleaseContext(provider, 0);
+  return digest;
+}
+
+int fileDigest(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words) {
+  if (count != 2) {
+    return failed(interp, "fileDigest FILE");
+  }
+  const HANDLE file =
+      CreateFileW(wideOf(Tcl_GetString(words[1])).c_str(), GENERIC_READ,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return failed(interp, "the file cannot be read");
+  }
+  const std::vector<BYTE> digest = digestOf(file);
+  CloseHandle(file);
+  std::string digits;
+  for (const BYTE byte : digest) {
+    constexpr const char* hexadecimal = "0123456789abcdef";
+    digits += {hexadecimal[byte >> 4U], hexadecimal[byte & 0xFU]};
+  }
+  Tcl_SetObjResult(interp, textOf(digits));
+  return TCL_OK;
+}
+
+int fileVersion(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words) {
+  if (count != 2) {
+    return failed(interp, "fileVersion FILE");
+  }
+  const std::wstring path = wideOf(Tcl_GetString(words[1]));
+  std::vector<std::byte> block(GetFileVersionInfoSizeW(path.c_str(), nullptr));
+  void* fixed = nullptr;
+  UINT size = 0;
+  if (GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) != FALSE &&
+      VerQueryValueW(block.data(), L"\\", &fixed, &size) != FALSE) {
+    const auto& version = *static_cast<const VS_FIXEDFILEINFO*>(fixed);
+    Tcl_SetObjResult(interp, textOf(std::to_string(HIWORD(version.dwFileVersionMS)) + "." +
+                                    std::to_string(LOWORD(version.dwFileVersionMS)) + "." +
+                                    std::to_string(HIWORD(version.dwFileVersionLS))));
+  }
+  return TCL_OK;
+}
+
 }  // namespace
 
 void createMachineCommands(Tcl_Interp* interp) {
@@ -139,5 +202,7 @@ void createMachineCommands(Tcl_Interp* interp) {
   Tcl_CreateObjCommand(interp, "languages", languages, nullptr, nullptr);
   Tcl_CreateObjCommand(interp, "portOwner", portOwner, nullptr, nullptr);
   Tcl_CreateObjCommand(interp, "modulesNamed", modulesNamed, nullptr, nullptr);
+  Tcl_CreateObjCommand(interp, "fileDigest", fileDigest, nullptr, nullptr);
+  Tcl_CreateObjCommand(interp, "fileVersion", fileVersion, nullptr, nullptr);
   Tcl_CreateObjCommand(interp, "fileStream", fileStream, nullptr, nullptr);
 }

@@ -1,0 +1,135 @@
+# What lies where, and what stands in it.
+
+# Bytes of a name in this machine's code page; -1 when it has characters that the page lacks.
+proc bytesInPage {text} {
+  set bytes [encoding convertto [encoding system] $text]
+  return [expr {[encoding convertfrom [encoding system] $bytes] eq $text ? [string length $bytes] : -1}]
+}
+
+proc looksAtFolder {} {
+  if {![file exists $::dll]} {
+    found "bin\\Vernoxa64.dll is not there." "Unpack the whole zip once more, with its folders."
+    return
+  }
+  set above [file join [file dirname $::base] LanTuZS.exe]
+  if {[file exists [file join $::base LanTuZS.exe]]} {
+    fine "the companion, LanTuZS.exe, is in the same folder"
+  } elseif {[file exists $above]} {
+    found "The zip was unpacked one folder too deep: LanTuZS.exe is in [file nativename [file dirname $above]]." \
+        "Move what is in this folder to there."
+  } else {
+    found "The companion, LanTuZS.exe, is not in this folder, so the plug-in cannot start it." \
+        "If the folder is the wrong one, unpack the zip into the companion's; if you start the companion yourself, all is well."
+  }
+  set length [bytesInPage [file nativename $::dll]]
+  if {$length < 0} {
+    found "The folder's name has characters that this machine's code page ([encoding system]) lacks." \
+        "Unpack the zip into a folder whose name is plain."
+  } elseif {$length > 99} {
+    found "The path of the DLL is $length bytes long; the plug-in reads 99, and looks for its folders in the wrong place." \
+        "Unpack the zip into a folder with a shorter path."
+  }
+}
+
+# Every file of the package against its checksums.
+proc looksAtPackage {} {
+  set list [file join $::base checksums.txt]
+  if {![file exists $list]} {
+    found "checksums.txt is missing, so the package is not whole." "Unpack the whole zip once more."
+    return
+  }
+  set wrong {}
+  foreach line [split [encoding convertfrom utf-8 [readFile $list]] \n] {
+    if {![regexp {^([0-9a-f]{64})  ([^\r]+)\r?$} $line - digest name] || $name eq "bin/Vernoxa64.dll"} {
+      continue
+    }
+    if {[catch {fileDigest [file join $::base $name]} got] || $got ne $digest} {
+      lappend wrong $name
+    }
+  }
+  if {[llength $wrong]} {
+    found "[llength $wrong] files are missing or not those of the package: [join [lrange $wrong 0 4] {, }]" \
+        "Unpack the zip once more; files that you changed yourself need not worry you."
+  }
+  if {[file exists $::dll] && [regexp -line {^([0-9a-f]{64})  bin/Vernoxa64\.dll} [readFile $list] - digest]} {
+    if {[fileDigest $::dll] eq $digest} {
+      fine "bin\\Vernoxa64.dll is the one of this package, version [fileVersion $::dll]"
+    } else {
+      found "bin\\Vernoxa64.dll is not the one of this package: it says that it is version [fileVersion $::dll], this is $::version." \
+          "An editor that had it loaded kept the old one: end all editors, and unpack the zip once more."
+    }
+  }
+}
+
+proc looksAtSettings {} {
+  set file [file join $::base Config App.txt]
+  if {![file exists $file]} {
+    fine "there are no settings, Config\\App.txt: the plug-in works, and does not start the companion"
+    return
+  }
+  set text [readFile $file]
+  if {[string match "\xEF\xBB\xBF*" $text] || [string match "\xFF\xFE*" $text] || [string match "\xFE\xFF*" $text]} {
+    found "Config\\App.txt begins with a byte order mark, which the plug-in does not read." \
+        "Save it once more as ANSI, or as UTF-8 without BOM."
+    return
+  }
+  set string {"(?:[^"\\]|\\.)*"}
+  set value "(?:$string|-?\\d\[\\d.eE+-\]*|true|false|null)"
+  set member "\\s*$string\\s*:\\s*$value\\s*"
+  if {![regexp "^\\s*\\{(?:$member\(?:,$member)*|\\s*)\\}\\s*$" $text]} {
+    found "Config\\App.txt is not valid JSON, so none of the settings counts." \
+        "Copy Config\\App.sample.txt over it, and change what you like."
+    return
+  }
+  if {[regexp "\"StartWithCadence\"\\s*:\\s*($value)" $text - start] && $start ni {{"1"} {"0"} {""}}} {
+    found "\"StartWithCadence\" in Config\\App.txt is $start; only \"1\", with its quotes, starts the companion." \
+        "Write \"StartWithCadence\":\"1\"."
+  }
+}
+
+# Windows marks what came from the internet, and may refuse to load it.
+proc looksAtMark {} {
+  foreach name {bin/Vernoxa64.dll LanTuZS.exe} {
+    set file [file join $::base $name]
+    if {[file exists $file] && [string match *ZoneId=3* [fileStream [file nativename $file] Zone.Identifier]]} {
+      found "Windows holds [file nativename $name] for a file from the internet, and may block it." \
+          "Properties of the zip, \"Unblock\", and unpack it once more."
+    }
+  }
+}
+
+proc looksAtLogs {} {
+  set folder [file join $::base Script Log]
+  set log [file join $folder schLog.txt]
+  if {![file isdirectory $folder]} {
+    fine "there is no folder Script\\Log, so no log of the traffic is written; make it when somebody asks for a log"
+  } elseif {[file exists $log] && [catch {open $log a} channel]} {
+    found "The log Script\\Log\\schLog.txt cannot be written." "Take its \"read-only\" away, or give yourself the right to write there."
+  } elseif {![file exists $log] && [catch {open [set try [file join $folder try.tmp]] w} channel]} {
+    found "Nothing can be written in Script\\Log." "Give yourself the right to write in that folder."
+  } else {
+    close $channel
+    catch {file delete $try}
+    looksIntoLog [encoding convertfrom [encoding system] [readFile $log]]
+  }
+  set crashes [encoding convertfrom [encoding system] [readFile [file join $::base bin catchLog log.txt]]]
+  if {$crashes ne ""} {
+    set names [lsort -unique [regexp -all -inline -line {[^.\r\n]+(?=\r?$)} $crashes]]
+    found "Something in the plug-in ended unexpectedly ([join $names {, }]): bin\\catchLog\\log.txt." \
+        "The editor went on; please open an issue in the repository with that file. When it is told, delete it."
+  }
+}
+
+proc looksIntoLog {text} {
+  if {[regexp {start-up script: invalid command name "([^"]+)"} $text - name]} {
+    found "When the plug-in was loaded, the editor's scripts had no procedure \"$name\", and the rest of the start was left out." \
+        "Load the editor's own scripts before the plug-in."
+  } elseif {[regexp -line {start-up script: couldn't open socket[^\r]*} $text why]} {
+    found "When the plug-in was loaded, port 9610 was taken ($why), so this editor has no link to the companion." \
+        "End all editors, and start the one that is to have the link."
+  } elseif {[regexp -line {start-up script: ([^\r]+)} $text - why]} {
+    found "When the plug-in was loaded, the editor's scripts said: $why" "Look at the editor's own scripts."
+  } elseif {$text ne ""} {
+    fine "the log of the last start names no trouble"
+  }
+}

@@ -1,0 +1,60 @@
+# What runs, and what an editor said.
+
+proc looksAtCodePage {} {
+  set page [encoding system]
+  if {$page eq "cp936"} {
+    fine "the code page is 936"
+  } elseif {$page eq "utf-8"} {
+    fine "the code page is 65001 (UTF-8)"
+  } else {
+    found "This machine's code page is [string range $page 2 end], not 936: names with Chinese characters have no name in it." \
+        "Designs and folders with such names may not be reported. Windows' \"language for non-Unicode programs\": Chinese (Simplified)."
+  }
+}
+
+# A port is listened on, by whom, and whether that is as it should be.
+proc looksAtPorts {} {
+  foreach {port rightful whose} {9601 lantuzs "the companion" 9610 capture "the editor's scripts"} {
+    if {![catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
+      close $channel
+      fine "port $port, $whose's, is free: [expr {$port == 9601 ? "no companion runs" : "no editor with the plug-in runs"}]"
+      continue
+    }
+    set owner [ownerOf $port]
+    if {[string match -nocase $rightful* $owner]} {
+      fine "port $port belongs to $owner, as it should"
+    } else {
+      found "Port $port is taken by $owner; it should be $whose." \
+          "End that program: the plug-in cannot use another port. Without a name, end companion and editors and look again."
+    }
+  }
+}
+
+proc looksAtEditors {} {
+  foreach each [modulesNamed Vernoxa64.dll] {
+    lassign $each process program path
+    set who "[file tail $program] (process $process)"
+    if {[string equal -nocase [file normalize $path] [file normalize $::dll]]} {
+      fine "$who has this plug-in loaded; end it before you unpack another version"
+    } else {
+      found "$who has loaded another plug-in: [file nativename $path]." \
+          "Change the line of the editor's scripts that loads it, or unpack the zip there."
+    }
+  }
+}
+
+# What check-editor.tcl wrote when it was last read in the editor.
+proc looksAtEditorsAnswer {} {
+  set text [encoding convertfrom utf-8 [readFile [file join [file normalize $::env(TEMP)] "Vernoxa check" editor.txt]]]
+  if {$text eq ""} {
+    fine "check-editor.tcl was not read in the editor yet; it says what the editor's scripts lack"
+    return
+  }
+  foreach line [split $text \n] {
+    lassign [split [string trimright $line \r] \t] what how why
+    if {$how eq "failed"} {
+      found "In the editor, $what: $why" "[expr {[string match *procedures* $what]
+          ? "Load the editor's own scripts before the plug-in." : "See docs\\troubles.html."}]"
+    }
+  }
+}

@@ -1,0 +1,187 @@
+"""doctor.cmd and check-editor.tcl out of the zip, each with faults planted: doctor_test.py PLUG-IN, below a wine-suite."""
+
+import os
+import pathlib
+import re
+import shutil
+import socket
+import subprocess
+import sys
+import tempfile
+import unittest
+import zipfile
+from typing import Callable
+
+from unchanged import Unchanged
+from vernoxa.dist import package
+from vernoxa.places import SETUP
+
+MODULE = pathlib.Path(sys.argv.pop())
+RUN = str(SETUP / "wine-run")
+
+
+class Installation:
+    """The zip, unpacked in a new folder, and what a user has beside it."""
+
+    def __init__(self, zipped: pathlib.Path, folder: pathlib.Path):
+        self.folder = folder
+        self.temporary = folder.with_name("temp")
+        self.temporary.mkdir(parents=True, exist_ok=True)
+        self.windows = str(self.temporary).replace("/", "\\")
+        with zipfile.ZipFile(zipped) as files:
+            files.extractall(folder)
+        self.write("LanTuZS.exe", b"")
+        self.write("Config/App.txt", b'{"AlgMenuLang":"EN","StartWithCadence":"1"}\n')
+        (folder / "Script" / "Log").mkdir(parents=True)
+
+    def write(self, name: str, content: bytes) -> None:
+        path = self.folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+
+    def ask(self, *words: str, locale: str = "zh_CN") -> tuple[int, str]:
+        script = self.folder / "ask.cmd"
+        script.write_text(f'@set "TEMP=Z:{self.windows}"\n@{" ".join(words)}\n', newline="\r\n")
+        done = subprocess.run([RUN, "cmd", "/c", "ask.cmd"], cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True,
+                              env={**os.environ, "VERNOXA_LOCALE": locale}, check=False)
+        script.unlink()
+        return done.returncode, done.stdout.decode("gbk", "replace")
+
+
+def listening(port: int) -> Callable[[Installation], socket.socket]:
+    return lambda _: socket.create_server(("127.0.0.1", port))
+
+
+def write(name: str, content: bytes) -> Callable[[Installation], None]:
+    return lambda place: place.write(name, content)
+
+
+def remove(name: str) -> Callable[[Installation], None]:
+    return lambda place: (place.folder / name).unlink()
+
+
+def too_deep(place: Installation) -> None:
+    shutil.move(place.folder / "LanTuZS.exe", place.folder.parent)
+
+
+def read_only(place: Installation) -> None:
+    place.write("Script/Log/schLog.txt", b"")
+    (place.folder / "Script/Log/schLog.txt").chmod(0o444)
+
+
+def start_up(words: str) -> Callable[[Installation], None]:
+    return write("Script/Log/schLog.txt", f"[Time]:2026-1-2 3:4:5:6.start-up script: {words}\r\n".encode())
+
+
+# What is planted, and the words that name it.
+FAULTS: dict[str, tuple[Callable[[Installation], object], str]] = {
+    "no DLL": (remove("bin/Vernoxa64.dll"), r"bin\\Vernoxa64.dll is not there"),
+    "wrong folder": (remove("LanTuZS.exe"), r"companion, LanTuZS.exe, is not in this folder"),
+    "one folder too deep": (too_deep, r"unpacked one folder too deep"),
+    "old DLL": (write("bin/Vernoxa64.dll", MODULE.read_bytes() + b"!"), r"bin\\Vernoxa64.dll is not the one of this package"),
+    "a file is lost": (remove("pkgIndex.tcl"), r"1 files are missing or not those of the package: pkgIndex.tcl"),
+    "settings that are not JSON": (write("Config/App.txt", b"{'a':1"), r"App.txt is not valid JSON"),
+    "settings with a mark": (write("Config/App.txt", b"\xef\xbb\xbf{}"), r"byte order mark"),
+    "a number in the settings": (write("Config/App.txt", b'{"StartWithCadence":1}'), r'"StartWithCadence" in .* is 1;'),
+    "taken port of the companion": (listening(9601), r"Port 9601 is taken by .*; it should be the companion"),
+    "taken port of the scripts": (listening(9610), r"Port 9610 is taken by .*; it should be the editor's scripts"),
+    "missing host procedure": (start_up('invalid command name "creatServerForPthread"'), r'no procedure "creatServerForPthread"'),
+    "port taken at the start": (start_up("couldn't open socket: address already in use"), r"port 9610 was taken"),
+    "crash log": (write("bin/catchLog/log.txt", b"[Time]:2026-1-2 3:4:5:6.Fun111\r\n"), r"ended unexpectedly \(Fun111\)"),
+    "what the editor said": (lambda place: place.write("../temp/Vernoxa check/editor.txt", b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"),
+                             r"In the editor, Tcl is 8.6: it is 8.5"),
+}
+if os.getuid() != 0:  # nothing is read-only for root
+    FAULTS["read-only log"] = (read_only, r"schLog.txt cannot be written")
+
+
+class DoctorTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls) -> None:
+        cls.place = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        package.make(MODULE, cls.place / "package.zip")
+        cls.unchanged = Unchanged(cls.place / "package.zip", "bin/|check[/-]|doctor", MODULE)
+        if cls.unchanged:
+            raise unittest.SkipTest("it passed with the same files")
+
+    def installation(self, name: str) -> Installation:
+        return Installation(self.place / "package.zip", self.place / name / "试 x")
+
+    def test_it_finds_nothing_where_all_is_well(self) -> None:
+        status, said = self.installation("well").ask("doctor.cmd", "/quiet")
+        self.assertEqual((0, []), (status, re.findall("^  ! .*", said, re.MULTILINE)), said)
+
+    def test_it_names_each_fault_and_no_other(self) -> None:
+        for name, (plant, words) in FAULTS.items():
+            with self.subTest(name):
+                place = self.installation(name)
+                planted = plant(place)
+                status, said = place.ask("doctor.cmd", "/quiet")
+                found = re.findall("^  ! .*", said, re.MULTILINE)
+                self.assertEqual((1, 1), (status, len(found)), said)
+                self.assertRegex(found[0], words)
+                if isinstance(planted, socket.socket):
+                    planted.close()
+
+    def test_it_names_what_depends_on_the_machine(self) -> None:
+        place = self.installation("machine")
+        status, said = place.ask("doctor.cmd", "/quiet", locale="en_US")
+        self.assertIn("code page is 1252, not 936", said)
+        self.assertEqual(2, said.count("  ! "), said)  # and the folder's Chinese name
+        deep = Installation(self.place / "package.zip", self.place / "deep" / ("d" * 90))
+        self.assertIn("bytes long; the plug-in reads 99", deep.ask("doctor.cmd", "/quiet")[1])
+
+    def test_it_names_an_editor_that_has_another_plug_in(self) -> None:
+        place, other = self.installation("mine"), self.installation("other")
+        other.write("hold.tcl", b"load bin/Vernoxa64.dll Vernoxa\nputs held\nflush stdout\nafter 60000 exit\nvwait forever\n")
+        held = subprocess.Popen([RUN, str(other.folder / "check/tcl/bin/tclsh86.exe"), "hold.tcl"], cwd=other.folder,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        while b"held" not in held.stdout.readline():
+            pass
+        self.assertIn("tclsh86.exe (process", said := place.ask("doctor.cmd", "/quiet")[1])
+        self.assertRegex(said, r"has loaded another plug-in: .*other")
+        self.assertIn("has this plug-in loaded", other.ask("doctor.cmd", "/quiet")[1])
+        held.kill()
+        held.communicate()
+
+    def test_the_editors_script_changes_nothing_and_names_what_is_missing(self) -> None:
+        place = self.installation("editor")
+        place.write("editor.tcl", rb"""
+set file mine; set version mine; set commands mine
+proc called args {lappend ::called $args}
+namespace eval ::capGenerateBOMUtil {}
+source [file join [pwd] check tables.tcl]
+set names $procedures
+set version mine; set commands mine
+foreach name $names {if {$name ni {ZoomIn InitPath}} {proc $name args "called $name"}}
+foreach name {exitOpration MouseClick ShowMainForm checkSocketConnect} {proc $name args "called $name"}
+load [file join [pwd] bin Vernoxa64.dll] Vernoxa
+set called {}
+set before [lsort [concat [info globals] [info commands] [namespace children ::]]]
+set now x
+lappend before now
+source check-editor.tcl
+puts "called: $called"
+puts "kept: $file $version $commands"
+puts "new: [lmap name [lsort [concat [info globals] [info commands] [namespace children ::]]] {
+  if {$name in $before || $name in {before}} continue
+  set name}]"
+exit
+""")
+        status, said = place.ask("check\\tcl\\bin\\tclsh86.exe", "editor.tcl")
+        self.assertEqual(0, status, said)
+        self.assertIn("failed: missing: InitPath, ZoomIn", said)
+        self.assertEqual(1, said.count("failed"), said)
+        self.assertIn("called: GetProductVersion", said)
+        self.assertIn("kept: mine mine mine", said)
+        self.assertRegex(said, r"new: (auto_\w+|tcl::\w+)?\s")
+        self.assertIn("In the editor, procedures that the plug-in calls later", place.ask("doctor.cmd", "/quiet")[1])
+        with zipfile.ZipFile(place.temporary / "Vernoxa check" / "editor.zip") as files:
+            self.assertEqual({"editor.html", "editor.txt"}, set(files.namelist()))
+
+
+if __name__ == "__main__":
+    if unittest.main(exit=False).result.wasSuccessful():
+        DoctorTest.unchanged.passed()
+    else:
+        sys.exit(1)
