@@ -10,7 +10,7 @@ from vernoxa.wire.catalogue import PROTOCOL, REPLY_SUFFIX
 from .recorded import Recorded
 
 LONGEST_EXAMPLE = 60
-_PRINTED = "Printed by `./dev docs` from [protocol.json](protocol.json); do not edit."
+_PRINTED = "<!-- for developers -->\nPrinted by `./dev docs` from [protocol.json](protocol.json); do not edit.\n<!-- end -->\n"
 _KINDS = {"text": "text", "number": "whole number", "textOrNumber": "text or whole number"}
 
 
@@ -100,7 +100,7 @@ def message_page(recorded: Recorded) -> str:
     text = f"""\
 # Messages
 
-{_PRINTED} Whole messages as they were sent stand in [the page for authors of
+{_PRINTED}Whole messages as they were sent stand in [the page for authors of
 companions](for-companion-authors.md).
 
 A message is a JSON object with "Command" and "Data" in the code page. A member of a request that is not optional is
@@ -137,7 +137,7 @@ def command_page() -> str:
     text = f"""\
 # Tcl commands of the plug-in
 
-{_PRINTED} In the order of registration.
+{_PRINTED}In the order of registration.
 
 A missing argument reads as the empty text. A command that ends in an exception gives Tcl the completion code -1 and an
 empty result, and leaves its name in the crash log. Calls of most of them stand in [the page for authors of

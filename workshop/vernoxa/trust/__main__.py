@@ -237,7 +237,8 @@ def keep(part: str, findings: Findings) -> None:
 def write_page() -> None:
     results = kept_results()
     known = [results[part] for part in PARTS if part in results]
-    lines = ["# Reliability", "", "Written by `./dev trust` from its last run; what stands here was measured, not typed.",
+    lines = ["# Reliability", "", "<!-- for developers -->", "Written by `./dev trust` from its last run.",
+             "<!-- end -->", "What stands in the tables was measured, not typed.",
              "A run under Wine is a run under Wine, not on Windows.", "", "| What was tried | How much | Where |",
              "|---|---|---|"]
     lines += [f"| {what} | {how_much} | {where} |" for result in known for what, how_much, where in result["rows"]]
@@ -248,6 +249,7 @@ def write_page() -> None:
     if missing := [part for part in PARTS if part not in results]:
         lines += ["", "Not run: " + ", ".join(missing) + "."]
     lines += ["", "What no test here has seen:", ""] + [f"- {what}" for what in UNSEEN]
+    lines += ["", pathlib.Path(__file__).with_name("seen.md").read_text("utf-8").rstrip("\n")]
     commits = dict.fromkeys(result["commit"] for result in known)
     lines += ["", "Measured at " + ", ".join(f"`{commit}`" for commit in commits) + "."]
     (REPOSITORY / "docs" / "reliability.md").write_text("\n".join(lines) + "\n", encoding="utf-8")
