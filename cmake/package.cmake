@@ -39,10 +39,10 @@ endforeach()
 
 # Pages, names of the protocol, line ends, checksums.
 install(CODE "execute_process(COMMAND \${CMAKE_COMMAND} -E env PYTHONPATH=${root}/workshop
-  python3 -P -m vernoxa.dist.finish \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX} COMMAND_ERROR_IS_FATAL ANY)")
+  python3 -P -m vernoxa.dist.finish \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX} ${PROJECT_VERSION} COMMAND_ERROR_IS_FATAL ANY)")
 
 set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_FILE_NAME Vernoxa-1.0)
+set(CPACK_PACKAGE_FILE_NAME Vernoxa-${PROJECT_VERSION})
 set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY OFF)
 set(CPACK_VERBATIM_VARIABLES ON)
 include(CPack)

@@ -33,7 +33,7 @@ class Result:
 
 
 class Log:
-    """The plug-in's traffic log, for `./dev packet log`; scripts and calls are its steps."""
+    """The plug-in's traffic log, for `packet.py log`; scripts and calls are its steps."""
 
     def __init__(self, file: pathlib.Path):
         file.parent.mkdir(parents=True, exist_ok=True)

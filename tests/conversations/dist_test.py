@@ -54,6 +54,20 @@ class DistTest(unittest.TestCase):
         self.assertIn('id="what-two-answers-have-to-contain"', pages["docs/for-companion-authors.html"])
         self.assertIn('href="protocol.json"', pages["docs/for-companion-authors.html"])
 
+    def test_it_speaks_to_users_and_knows_its_version(self):
+        with zipfile.ZipFile(self.zip) as files:
+            texts = {name: files.read(name).decode() for name in files.namelist()
+                     if name.endswith((".html", ".cmd", ".txt", ".tcl")) and not name.startswith(("licences/", "check/tcl/"))}
+            module = files.read("bin/Vernoxa64.dll")
+        named = {(name, word) for name, text in texts.items() for word in ("./dev", "cmake", "workshop/", "<!-- for", "@VERSION@")
+                 if word in text}
+        self.assertEqual(set(), named)
+        self.assertIn(f"Vernoxa {package.version()}:", texts["README.txt"])
+        self.assertIn(f"<small>Vernoxa {package.version()}</small>", texts["docs/index.html"])
+        self.assertIn(f'set version "{package.version()}"', texts["check/tables.tcl"])
+        self.assertIn(f"<h2 id=\"{package.version().replace('.', '')}\">{package.version()}</h2>", texts["docs/CHANGELOG.html"])
+        self.assertIn(f"ProductVersion\0{package.version()}\0", module.decode("utf-16-le", "ignore")[-10_000:])
+
     def test_what_tries_companions_needs_nothing_else(self):
         with zipfile.ZipFile(self.zip) as files:
             files.extractall(self.folder)

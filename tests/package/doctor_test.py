@@ -123,6 +123,23 @@ class DoctorTest(unittest.TestCase):
                 if isinstance(planted, socket.socket):
                     planted.close()
 
+    def test_a_newer_version_keeps_what_is_the_users_and_removal_leaves_nothing_else(self) -> None:
+        place = self.installation("upgrade")
+        mine = {"Config/App.txt": b'{"AlgMenuLang":"CN"}', "LanTuZS.exe": b"companion", "Script/Log/schLog.txt": b"",
+                "Cache/Nets.txt": b"nets"}
+        for name, content in (mine | {"bin/Vernoxa64.dll": b"old", "docs/index.html": b"old"}).items():
+            place.write(name, content)
+        with zipfile.ZipFile(self.place / "package.zip") as files:
+            files.extractall(place.folder)
+        self.assertEqual(mine, {name: (place.folder / name).read_bytes() for name in mine})
+        status, said = place.ask("doctor.cmd", "/quiet")
+        self.assertEqual(0, status, said)
+        listed = [line[66:] for line in (place.folder / package.CHECKSUMS).read_text("utf-8").splitlines()]
+        for name in [*listed, package.CHECKSUMS]:
+            (place.folder / name).unlink()
+        left = {path.relative_to(place.folder).as_posix() for path in place.folder.rglob("*") if path.is_file()}
+        self.assertEqual(set(mine), left)
+
     def test_it_names_what_depends_on_the_machine(self) -> None:
         place = self.installation("machine")
         status, said = place.ask("doctor.cmd", "/quiet", locale="en_US")

@@ -17,7 +17,7 @@ CONVERSATION = CONVERSATIONS / "marking_parts.txt"
 def main() -> int:
     parser = Parser(prog="./dev dist", description=__doc__)
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN)
-    parser.add_argument("--zip", type=pathlib.Path, default=BUILD / "dist" / "Vernoxa-1.0.zip")
+    parser.add_argument("--zip", type=pathlib.Path, default=BUILD / "dist" / f"Vernoxa-{package.version()}.zip")
     parser.add_argument("--untried", action="store_true", help="do not load the plug-in out of the zip")
     options = parser.parse_args()
     package.make(options.dll, options.zip)

@@ -1,6 +1,6 @@
 """What the package's install rules end with (cmake/package.cmake): pages, names of the protocol, line ends, checksums.
 
-    finish.py FOLDER        where all else was installed
+    finish.py FOLDER VERSION        the folder is where all else was installed
 """
 
 from __future__ import annotations
@@ -17,8 +17,14 @@ from markdown_it import MarkdownIt
 from vernoxa.command import DONE, run
 from vernoxa.places import REPOSITORY
 
+from . import sbom
+
 CHECKSUMS = "checksums.txt"
 AS_IT_SHIPS = REPOSITORY / "package"
+FOR_USERS = ("troubles", "for-script-authors", "commands", "host-procedures", "for-companion-authors", "messages",
+             "module-format", "reliability")
+# What only the repository's readers need.
+_FOR_DEVELOPERS = re.compile(r"<!-- for developers -->\n.*?<!-- end -->\n?", re.DOTALL)
 
 _PAGE = """\
 <!DOCTYPE html>
@@ -37,14 +43,18 @@ th {{ background: #f4f4f2; }} img {{ max-width: 100%; }} a {{ color: #0645ad; }}
 
 
 def main() -> int:
-    folder = pathlib.Path(sys.argv[1])
+    folder, version = pathlib.Path(sys.argv[1]), sys.argv[2]
     for name, page in _documents().items():
+        page = page.replace("</body>", f"<p><small>Vernoxa {version}</small></p>\n</body>")
         (folder / "docs" / f"{name}.html").write_text(page, encoding="utf-8", newline="\n")
-    (folder / "check" / "tables.tcl").write_text(tables(), encoding="utf-8", newline="\n")
+    (folder / "check" / "tables.tcl").write_text(tables(version), encoding="utf-8", newline="\n")
+    readme = folder / "README.txt"
+    readme.write_text(readme.read_text(encoding="utf-8").replace("@VERSION@", version), encoding="utf-8", newline="\n")
     for shipped in AS_IT_SHIPS.rglob("*"):
         path = folder / shipped.relative_to(AS_IT_SHIPS)
         if path.is_file():
             path.write_bytes(_as_windows_reads(path))
+    (folder / sbom.NAME).write_text(sbom.document(folder, version), encoding="utf-8", newline="\n")
     files = sorted(path for path in folder.rglob("*") if path.is_file())
     sums = [f"{hashlib.sha256(path.read_bytes()).hexdigest()}  {path.relative_to(folder).as_posix()}\n" for path in files]
     (folder / CHECKSUMS).write_text("".join(sums), encoding="utf-8", newline="\n")
@@ -59,7 +69,7 @@ def _as_windows_reads(path: pathlib.Path) -> bytes:
     return content.replace(b"\n", b"\r\n") if path.suffix in (".cmd", ".txt") else content
 
 
-def tables() -> str:
+def tables(version: str) -> str:
     """Names of docs/protocol.json as Tcl lists."""
     protocol = json.loads((REPOSITORY / "docs" / "protocol.json").read_text(encoding="utf-8"))
     requests = [row["name"] for row in protocol["requests"] if row["side"] == "companion"]
@@ -67,16 +77,17 @@ def tables() -> str:
     lists = {"commands": [row["name"] for row in protocol["commands"]],
              "procedures": [row["name"] for row in protocol["procedures"]],
              "proceduresAtLoading": at_loading, "companionRequests": requests}
-    return 'set version "1.0"\n' + "".join(f"set {name} {{{' '.join(names)}}}\n" for name, names in lists.items())
+    return f'set version "{version}"\n' + "".join(f"set {name} {{{' '.join(names)}}}\n" for name, names in lists.items())
 
 
 def _documents() -> dict[str, str]:
-    """Every page as HTML, by its name."""
+    """Every page for users as HTML, by its name."""
     sources = {"index": REPOSITORY / "docs" / "installing.md"}
-    sources |= {path.stem: path for path in sorted((REPOSITORY / "docs").glob("*.md")) if path != sources["index"]}
-    sources |= {name: REPOSITORY / f"{name}.md" for name in ("SECURITY", "README")}
+    sources |= {name: REPOSITORY / "docs" / f"{name}.md" for name in FOR_USERS}
+    sources |= {name: REPOSITORY / f"{name}.md" for name in ("CHANGELOG", "SECURITY")}
     titles = {name: _title(path.read_text(encoding="utf-8")) for name, path in sources.items()}
     places = {path.relative_to(REPOSITORY).as_posix(): f"{name}.html" for name, path in sources.items()}
+    places["package/docs/logs.html"] = "logs.html"
     places |= {f"docs/{path.name}": path.name for path in (REPOSITORY / "docs").glob("*.json")}
     return {name: _html(path, name, titles, places) for name, path in sources.items()}
 
@@ -99,7 +110,7 @@ def _html(page: pathlib.Path, name: str, titles: dict[str, str], places: dict[st
         place = places.get(posixpath.normpath(posixpath.join(folder, file))) if file else ""
         return found[2] if place is None else f'<a href="{place}{mark}{anchor}">{found[2]}</a>'
 
-    body = MarkdownIt("commonmark").enable("table").render(page.read_text(encoding="utf-8"))
+    body = MarkdownIt("commonmark").enable("table").render(_FOR_DEVELOPERS.sub("", page.read_text(encoding="utf-8")))
     body = re.sub(r"<(h\d)>(.*?)</\1>", heading, body)
     body = re.sub(r'<a href="([^"]*)">(.*?)</a>', link, body, flags=re.DOTALL)
     body = re.sub(r'(src=")docs/', r"\1", body)

@@ -5,6 +5,7 @@ from __future__ import annotations
 import hashlib
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -34,6 +35,12 @@ def make(module: pathlib.Path, target: pathlib.Path) -> None:
             raise NotMade(made.stdout + made.stderr)
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.move(next(pathlib.Path(folder).glob("*.zip")), target)
+
+
+def version() -> str:
+    """Where everything takes it from."""
+    found = re.search(r"^project\(Vernoxa VERSION (\S+)", (REPOSITORY / "CMakeLists.txt").read_text("utf-8"), re.MULTILINE)
+    return found[1] if found else ""
 
 
 def faults_of(package: pathlib.Path) -> list[str]:
