@@ -23,8 +23,15 @@ CHECKSUMS = "checksums.txt"
 AS_IT_SHIPS = REPOSITORY / "package"
 FOR_USERS = ("troubles", "for-script-authors", "commands", "host-procedures", "for-companion-authors", "messages",
              "module-format", "reliability")
-# What only the repository's readers need.
-_FOR_DEVELOPERS = re.compile(r"<!-- for developers -->\n.*?<!-- end -->\n?", re.DOTALL)
+# What only the repository's readers need, and what else is called otherwise in the package.
+_FOR_DEVELOPERS = [
+    (re.compile(r"<!-- for developers -->\n.*?<!-- end -->\n?", re.DOTALL), ""),
+    (re.compile(r"\./dev packet"), "python conformance/packet.py"),
+    (re.compile(r"\./dev check-(companion|host)"), r"python conformance/check_\1.py"),
+    (re.compile(r"build/log/(check-\w+\.txt)"), r"\1"),
+    (re.compile(r"workshop/vernoxa/wire"), "conformance/vernoxa/wire"),
+    (re.compile(r", or a conversation recorded with `--record`"), ""),
+]
 
 _PAGE = """\
 <!DOCTYPE html>
@@ -92,6 +99,12 @@ def _documents() -> dict[str, str]:
     return {name: _html(path, name, titles, places) for name, path in sources.items()}
 
 
+def _for_users(markdown: str) -> str:
+    for pattern, instead in _FOR_DEVELOPERS:
+        markdown = pattern.sub(instead, markdown)
+    return markdown
+
+
 def _title(markdown: str) -> str:
     return next((line.lstrip("# ") for line in markdown.splitlines() if line.startswith("# ")), "Vernoxa")
 
@@ -110,7 +123,7 @@ def _html(page: pathlib.Path, name: str, titles: dict[str, str], places: dict[st
         place = places.get(posixpath.normpath(posixpath.join(folder, file))) if file else ""
         return found[2] if place is None else f'<a href="{place}{mark}{anchor}">{found[2]}</a>'
 
-    body = MarkdownIt("commonmark").enable("table").render(_FOR_DEVELOPERS.sub("", page.read_text(encoding="utf-8")))
+    body = MarkdownIt("commonmark").enable("table").render(_for_users(page.read_text(encoding="utf-8")))
     body = re.sub(r"<(h\d)>(.*?)</\1>", heading, body)
     body = re.sub(r'<a href="([^"]*)">(.*?)</a>', link, body, flags=re.DOTALL)
     body = re.sub(r'(src=")docs/', r"\1", body)
