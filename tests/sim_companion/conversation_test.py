@@ -17,7 +17,7 @@ from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
 
 from vernoxa.wire import messages, paths
 from vernoxa.companion.answers import Answers
-from vernoxa.companion.desk import until_interrupted
+from vernoxa.companion.words import until_interrupted
 from vernoxa.companion.prompt import Prompt
 from vernoxa.wire.record import Recorder
 from vernoxa.companion.server import Companion, NotConnected

@@ -5,9 +5,10 @@ from __future__ import annotations
 import pathlib
 import re
 
-from vernoxa.companion.desk import Desk, until_interrupted
+from vernoxa.companion.desk import Desk
 from vernoxa.companion.prompt import Prompt
 from vernoxa.companion.view import View
+from vernoxa.companion.words import until_interrupted
 from vernoxa.stage import at_work, host
 from vernoxa.stage.host_words import HostWords
 from vernoxa.stage.installation import DESIGN, Installation

@@ -14,10 +14,11 @@ from vernoxa.wire.events import RECEIVED
 from vernoxa.wire.record import Recorder
 
 from .answers import Answers
-from .desk import Desk, waiting
+from .desk import Desk
 from .prompt import Prompt
 from .server import ADDRESS, PORT, Companion
 from .view import ConversationView, View
+from .words import waiting
 
 OPEN_SECONDS = 90
 

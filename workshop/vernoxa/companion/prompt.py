@@ -12,10 +12,10 @@ from vernoxa.wire.frames import MessageTooLong
 
 from . import tables
 from .answers import Answers
-from .desk import Words, fitting, waiting
 from .server import REPLY_SECONDS, Companion, NotConnected
 from .typed import BadCommand, parse, unnamed_members, words_of
 from .view import View
+from .words import Words, fitting, waiting
 
 LOCAL = {
     "help": "all commands, or what one takes: help GenerateBOM",

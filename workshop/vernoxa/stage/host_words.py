@@ -8,9 +8,9 @@ from typing import Iterator
 
 from vernoxa.command import Refused
 from vernoxa.companion.answers import Design
-from vernoxa.companion.desk import fitting, waiting
 from vernoxa.companion.typed import words_of
 from vernoxa.companion.view import View
+from vernoxa.companion.words import fitting, waiting
 
 from .session import HostSession
 

@@ -9,9 +9,9 @@ import time
 from typing import Awaitable, Callable, TypeVar
 
 from vernoxa.companion.answers import Answers
-from vernoxa.companion.desk import waiting
 from vernoxa.companion.server import PORT
 from vernoxa.companion.view import ConversationView, View
+from vernoxa.companion.words import waiting
 from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
 from vernoxa.wire.record import HOST, Recorder
 
