@@ -3,7 +3,7 @@ set(root ${CMAKE_SOURCE_DIR})
 set(workshop ${root}/workshop/vernoxa)
 install(TARGETS Vernoxa64 LIBRARY DESTINATION bin)
 install(DIRECTORY ${root}/package/ DESTINATION . PATTERN helper EXCLUDE PATTERN __pycache__ EXCLUDE)
-install(DIRECTORY ${root}/docs/ DESTINATION docs FILES_MATCHING PATTERN *.json PATTERN *.png)
+install(DIRECTORY ${root}/docs/ DESTINATION docs FILES_MATCHING PATTERN *.json PATTERN *.png PATTERN report-*.png EXCLUDE)
 
 # Behind the programs in conformance.
 install(FILES ${workshop}/__init__.py ${workshop}/command.py ${workshop}/places.py DESTINATION conformance/vernoxa)

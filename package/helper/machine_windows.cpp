@@ -132,15 +132,21 @@ int fileStream(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words)
   return TCL_OK;
 }
 
+// The system's own cryptography; it takes long to be asked for, so it is kept for the life of the process.
+HCRYPTPROV provider() {
+  static const HCRYPTPROV one = [] {
+    HCRYPTPROV found = 0;
+    CryptAcquireContextW(&found, nullptr, nullptr, PROV_RSA_AES, CRYPT_VERIFYCONTEXT);
+    return found;
+  }();
+  return one;
+}
+
 // 32 bytes, or nothing when the file cannot be read.
 std::vector<BYTE> digestOf(HANDLE file) {
   std::vector<BYTE> digest;
-  HCRYPTPROV provider = 0;
   HCRYPTHASH hash = 0;
-  if (CryptAcquireContextW(&provider, nullptr, nullptr, PROV_RSA_AES, CRYPT_VERIFYCONTEXT) == FALSE) {
-    return digest;
-  }
-  if (CryptCreateHash(provider, CALG_SHA_256, 0, 0, &hash) != FALSE) {
+  if (CryptCreateHash(provider(), CALG_SHA_256, 0, 0, &hash) != FALSE) {
     std::array<BYTE, 65536> bytes{};
     DWORD size = 0;
     while (ReadFile(file, bytes.data(), bytes.size(), &size, nullptr) != FALSE && size > 0) {
@@ -151,7 +157,6 @@ std::vector<BYTE> digestOf(HANDLE file) {
     CryptGetHashParam(hash, HP_HASHVAL, digest.data(), &size, 0);
     CryptDestroyHash(hash);
   }
-  CryptReleaseContext(provider, 0);
   return digest;
 }
 
