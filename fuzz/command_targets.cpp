@@ -2,9 +2,10 @@
 #include <array>
 #include <span>
 
-#include "loaded_plug_in_tcl.h"
 #include "plugin/command_table.h"
 #include "plugin/request_table.h"
+#include "recording_host_tcl.h"
+#include "support/loaded_plug_in_tcl.h"
 #include "target.h"
 #include "text/json.h"
 #include "wire/packet_text.h"
@@ -59,16 +60,22 @@ bool isJoined(const Words& words) {
   return words.size() > 1 && (words[1].starts_with(joinedProcedures[0]) || words[1].starts_with(joinedProcedures[1]));
 }
 
+void begin(LoadedPlugIn& loaded, RecordingHost& host) {
+  loaded.furnish();
+  loaded.beginSession();
+  host.interp.calls.clear();
+}
+
 // First line: what the host answers; the rest is the message.
 void packet(std::string_view input, std::string_view door, std::span<const HandlerRow> rows) {
   RecordingHost& host = recordingHost();
   host.answerWith(takeUntil(input, '\n'));
   LoadedPlugIn loaded;
-  host.interp.calls.clear();
-  const int status = host.call({std::string(door), packetTextOf(input)});
-  require(status == commandDone, "a door answered with another status");
+  begin(loaded, host);
+  const auto answer = host.interp.call({std::string(door), packetTextOf(input)});
+  require(answer.status == commandDone, "a door answered with another status");
   require(loaded.fake.locks.held == 0, "the packet lock stayed held");
-  require(messageOf(host.result()).valid, "the answer is no packet text");
+  require(messageOf(answer.text).valid, "the answer is no packet text");
   std::erase_if(host.interp.calls, isJoined);
   host.requireOnly(proceduresOf(input, rows));
 }
@@ -115,13 +122,13 @@ void commands(std::string_view input) {
   RecordingHost& host = recordingHost();
   host.answerWith(takeUntil(input, '\n'));
   LoadedPlugIn loaded;
-  host.interp.calls.clear();
+  begin(loaded, host);
   Procedures allowed;
   while (!input.empty()) {
     std::string_view line = takeUntil(input, '\n');
     const plugin::CommandRow& command = commandOf(takeUntil(line, '\t'));
     allowed.merge(proceduresOf(command));
-    const int status = host.call(wordsOf(command, line));
+    const int status = host.interp.call(wordsOf(command, line)).status;
     require(status >= commandFailed && status <= commandError, "a command answered with another status");
     require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   }
@@ -138,14 +145,15 @@ void moduleFile(std::string_view input) {
   RecordingHost& host = recordingHost();
   host.answerWith("1");
   LoadedPlugIn loaded;
+  begin(loaded, host);
   loaded.fake.files.addFile("C:\\m.json", input);
   loaded.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
   loaded.fake.files.addFile("C:\\my.olb", "library");
-  host.interp.calls.clear();
-  require(host.call(asked) == commandDone, "the module's placement failed");
-  require(messageOf(host.result()).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
+  const auto answer = host.interp.call(asked);
+  require(answer.status == commandDone, "the module's placement failed");
+  require(messageOf(answer.text).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
           "a module changed the answer");
-  require(host.call({"placeMarketPart"}) == commandDone, "the placement failed");
+  require(host.interp.call({"placeMarketPart"}).status == commandDone, "the placement failed");
   Procedures allowed = proceduresOf(R"({"Command":"PlaceDSNModule"})", plugin::companionHandlers());
   allowed.merge(proceduresOf(commandOf("placeMarketPart")));
   host.requireOnly(allowed);

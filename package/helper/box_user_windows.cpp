@@ -16,6 +16,7 @@ struct User {
   Tcl_Interp* interp = nullptr;
   Tcl_Obj* script = nullptr;
   std::set<HWND> answered;
+  HWND box = nullptr;  // for which the script runs
 };
 
 User& user() {
@@ -26,9 +27,37 @@ User& user() {
 std::string textIn(HWND window) {
   std::array<wchar_t, longest> wide{};
   GetWindowTextW(window, wide.data(), static_cast<int>(wide.size()));
-  std::array<char, 3 * longest> text{};
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), -1, text.data(), static_cast<int>(text.size()), nullptr, nullptr);
-  return text.data();
+  return utf8Of(wide.data());
+}
+
+// The rows of a list, the texts of labels.
+BOOL CALLBACK appendTextsIn(HWND child, LPARAM given) {
+  const auto append = [given](const std::string& text) {
+    Tcl_ListObjAppendElement(nullptr, reinterpret_cast<Tcl_Obj*>(given), Tcl_NewStringObj(text.c_str(), -1));
+  };
+  std::array<wchar_t, 40> name{};
+  GetClassNameW(child, name.data(), static_cast<int>(name.size()));
+  if (std::wstring_view(name.data()) == WC_STATICW && GetWindowTextLengthW(child) > 0) {
+    append(textIn(child));
+  }
+  const int rows = std::wstring_view(name.data()) == WC_LISTVIEWW ? ListView_GetItemCount(child) : 0;
+  for (int row = 0; row < rows; ++row) {
+    std::array<wchar_t, longest> text{};
+    LVITEMW item{};
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    SendMessageW(child, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    append(utf8Of(text.data()));
+  }
+  return TRUE;
+}
+
+int boxTexts(ClientData, Tcl_Interp* interp, int, Tcl_Obj* const*) {
+  Tcl_Obj* const texts = Tcl_NewListObj(0, nullptr);
+  Tcl_ListObjAppendElement(nullptr, texts, Tcl_NewStringObj(textIn(user().box).c_str(), -1));
+  EnumChildWindows(user().box, appendTextsIn, reinterpret_cast<LPARAM>(texts));
+  Tcl_SetObjResult(interp, texts);
+  return TCL_OK;
 }
 
 BOOL CALLBACK takeNewBox(HWND window, LPARAM found) {
@@ -48,6 +77,7 @@ void CALLBACK look(HWND, UINT, UINT_PTR, DWORD) {
   if (box == nullptr) {
     return;
   }
+  user().box = box;
   const HWND inner = GetDlgItem(box, messageText);
   Tcl_Obj* const command = Tcl_DuplicateObj(user().script);
   Tcl_IncrRefCount(command);
@@ -83,4 +113,5 @@ int onBox(ClientData, Tcl_Interp* interp, int count, Tcl_Obj* const* words) {
 
 void createBoxCommands(Tcl_Interp* interp) {
   Tcl_CreateObjCommand(interp, "onBox", onBox, nullptr, nullptr);
+  Tcl_CreateObjCommand(interp, "boxTexts", boxTexts, nullptr, nullptr);
 }

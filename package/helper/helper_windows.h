@@ -29,6 +29,7 @@ std::wstring wideOf(const char* utf8);
 // onBox SCRIPT: from now on each message box or dialog that this thread shows has SCRIPT evaluated inside its event
 // loop, with the box's text appended, and is answered with OK then, a dialog with its first row. A box that SCRIPT
 // itself leads to is answered in the same way.
+// boxTexts: within SCRIPT, the caption of the box, then the texts of its labels and the rows of its lists
 void createBoxCommands(Tcl_Interp* interp);
 
 // keepClipboard        takes a copy of what the user has on the clipboard; an error when that cannot be copied

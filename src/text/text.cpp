@@ -29,9 +29,9 @@ bool isHighSurrogate(unsigned value) {
   return value >= 0xD800 && value <= 0xDBFF;
 }
 
+// Of a number that is one of the two.
 bool isLowSurrogate(unsigned value) {
-  // Never false: it is asked of surrogates alone.
-  return value >= 0xDC00 && value <= 0xDFFF;
+  return value >= 0xDC00;
 }
 
 void appendPair(std::string& text, unsigned high, unsigned low) {

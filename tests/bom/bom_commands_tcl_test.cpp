@@ -2,31 +2,15 @@
 
 #include <gmock/gmock.h>
 
-#include "support/fake_script_host.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/command_test_tcl.h"
 #include "text/gbk_literal.h"
-#include "wire/packet_text.h"
 
 namespace vernoxa::bom {
 namespace {
 
 using testing::ElementsAre;
 
-class BomCommands : public testing::Test {
- protected:
-  CommandResult invoke(CommandResult (*command)(CommandCall&, plugin::Session&), const Words& words) {
-    with_.fake.messages.forget();
-    const TclWords held(words);
-    const Arguments arguments = held.arguments();
-    CommandCall call{arguments, host_};
-    return command(call, with_.session);
-  }
-
-  TclInterp interp_;  // Tcl's objects need its library started
-  FakeSession with_;
-  FakeScriptHost host_;
-};
+class BomCommands : public CommandTest {};
 
 std::string line(const std::string& number, const std::string& value) {
   return R"({"PartNumber":")" + number + R"(","Value":")" + value +
@@ -49,7 +33,7 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
       {"1;a;R1;RES;0603;2 {", "", 0},                                    // no list
   };
   const struct {
-    CommandResult (*command)(CommandCall&, plugin::Session&);
+    Command command;
     const char* name;
     const char* member;
     const char* box;
@@ -59,22 +43,22 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
   };
   for (const auto& command : commands) {
     for (const auto& each : cases) {
-      const CommandResult result = invoke(command.command, {"send", each.parts});
-      EXPECT_EQ(messageOf(result.text).message, std::string(R"({"Data":{")") + command.member + R"(":[)" + each.lines +
-                                                    R"(]},"Command":")" + command.name + R"(","Result":"0"})");
-      EXPECT_THAT(with_.fake.messages.shown(),
+      fake.messages.forget();
+      EXPECT_EQ(message(command.command, {each.parts}), std::string(R"({"Data":{")") + command.member + R"(":[)" +
+                                                            each.lines + R"(]},"Command":")" + command.name +
+                                                            R"(","Result":"0"})");
+      EXPECT_THAT(fake.messages.shown(),
                   testing::AllOf(testing::SizeIs(each.boxes), testing::Each(std::string(command.box))))
           << each.parts;
     }
-    EXPECT_EQ(invoke(command.command, {"send"}).text, "");
+    EXPECT_EQ(call(command.command).text, "");
   }
 }
 
 TEST_F(BomCommands, TheCompanionIsAskedToRefreshAtOnce) {
-  EXPECT_EQ(invoke(plugin::run<tryUpdateBom>, {"tryUpdateBom"}).text, "");
-  EXPECT_THAT(host_.scripts,
-              ElementsAre("sendPacketGlobalHandle \"" + packetTextOf(R"({"Command":"TryUpdateBom"})") + "\""));
-  EXPECT_EQ(invoke(plugin::run<selectAddOrRemoveFromBom>, {"selectAddOrRemoveFromBom"}).text, "1");
+  EXPECT_EQ(call(plugin::run<tryUpdateBom>).text, "");
+  EXPECT_THAT(host_.scripts, ElementsAre(sendingScript(R"({"Command":"TryUpdateBom"})")));
+  EXPECT_EQ(call(plugin::run<selectAddOrRemoveFromBom>).text, "1");
 }
 
 }  // namespace

@@ -2,41 +2,26 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fake_script_host.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/command_test_tcl.h"
 #include "text/gbk_literal.h"
-#include "wire/packet_text.h"
 
 namespace vernoxa::checks {
 namespace {
 
-using Command = CommandResult (*)(CommandCall&, plugin::Session&);
-
-class ReportCommands : public testing::Test {
+class ReportCommands : public CommandTest {
  protected:
   // The messages that a call sends, each decoded from its script.
   std::vector<std::string> sent(Command command, const Words& arguments) {
-    Words words{"command"};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const TclWords objects(words);
-    const Arguments given = objects.arguments();
     host_.scripts.clear();
-    CommandCall call{given, host_};
-    const CommandResult result = command(call, with_.session);
+    const CommandResult result = call(command, arguments);
     EXPECT_EQ(result.text, "");
     EXPECT_EQ(result.status, commandDone);
     std::vector<std::string> messages;
     for (const std::string& script : host_.scripts) {
-      const std::string packet = script.substr(std::string("sendPacketGlobalHandle \"").size());
-      messages.push_back(messageOf(packet.substr(0, packet.size() - 1)).message);
+      messages.push_back(messageOf(script.substr(sendingScript("").size() - 1, script.rfind('"'))).message);
     }
     return messages;
   }
-
-  TclInterp tcl_;  // brings Tcl up for the words
-  FakeSession with_;
-  FakeScriptHost host_;
 };
 
 std::string finding(const std::string& id, const std::string& actual, const std::string& comment,
@@ -144,10 +129,10 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
 }
 
 TEST_F(ReportCommands, AnswerOfTheSenderIsLogged) {
-  with_.enableTraffic();
+  enableTraffic();
   host_.answer("sendPacketGlobalHandle", "no connection", false);
   sent(plugin::run<sendPinNc>, {});
-  EXPECT_TRUE(with_.traffic().ends_with("sendPacketGlobalHandle \"no connection\"")) << with_.traffic();
+  EXPECT_TRUE(traffic().ends_with("sendPacketGlobalHandle \"no connection\"")) << traffic();
 }
 
 }  // namespace

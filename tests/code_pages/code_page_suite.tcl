@@ -1,27 +1,16 @@
 # The built DLL in a Windows of another code page than the one that it was made for, which is the locale's here:
-# code_page_suite.tcl PAGE Vernoxa64.dll box_watch.dll
+# code_page_suite.tcl PAGE Vernoxa64.dll
 # One process does everything, since its start takes longer than all else.
 
-if {![info exists reread]} {
-  set reread 1  ;# Tcl took this file for a text in the code page
-  source -encoding utf-8 [info script]
-  return
-}
+source [file join [file dirname [info script]] .. support on_windows.tcl]
+if {[rereadAsUtf8]} return
 
-lassign $argv page built boxWatch
+lassign $argv page built
 set encoding [expr {$page == 65001 ? "utf-8" : "cp$page"}]
 set root [file join $env(TEMP) vernoxa-page-$page]
-catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
-set failures 0
+catch {file delete -force $root}
 
-proc check {what got expected} {
-  if {$got ne $expected} {
-    incr ::failures
-    puts stderr [encoding convertto utf-8 "$::page: $what\n  got      $got\n  expected $expected"]
-  }
-}
-
-fconfigure stderr -translation lf -encoding binary
+fconfigure stderr -translation lf -encoding utf-8
 check "system encoding" [encoding system] $encoding
 
 # A name that the page has, with what is half a character in it where there is one, and one that it has not.
@@ -29,13 +18,9 @@ array set namesOf {1252 iné 950 功測 932 表測 65001 測é}
 set named $namesOf($page)
 set foreign [expr {$page == 65001 ? "한é" : "測한é"}]
 
-proc hex {text} {
-  return [binary encode hex $text]
-}
-
 # A packet in UTF-8, and a reply's bytes.
 proc packet {json} {
-  return [hex [encoding convertto utf-8 $json]]
+  return [hex $json utf-8]
 }
 
 proc replied {packet} {
@@ -50,25 +35,6 @@ proc member {reply name} {
   return [encoding convertfrom $::encoding [string map {\\\\ \\} $bytes]]
 }
 
-proc names {folder} {
-  return [lsort [lmap path [glob -nocomplain -directory $folder *] {file tail $path}]]
-}
-
-proc writeFile {path text} {
-  set channel [open $path wb]
-  puts -nonewline $channel $text
-  close $channel
-}
-
-proc readFile {path} {
-  if {[catch {open $path rb} channel]} {
-    return "(no file)"
-  }
-  set text [read $channel]
-  close $channel
-  return $text
-}
-
 # --- load, configuration, log, link ---------------------------------------------------------------------------------
 
 # The link thread comes at once. Ten seconds later, on a busy machine, it looks for the companion too, without a pause.
@@ -81,12 +47,9 @@ socket -server ignore -myaddr 127.0.0.1 9601
 after 30000 {set ::linked "nobody came"}
 
 set base [file join $root $named]
-foreach folder {bin Config Config/Resource Script/Log} {
-  file mkdir [file join $base $folder]
-}
+install $base $built Config/Resource Script/Log
 writeFile [file join $base Config App.txt] {{"StartWithCadence":"1"}}
 writeFile [file join $base Config Resource Empty.olb] OLB
-file copy $built [file join $base bin Vernoxa64.dll]
 # A Tcl stands in for the companion.
 set tcl [file dirname [info nameofexecutable]]
 file copy [info nameofexecutable] [file join $base LanTuZS.exe]
@@ -106,12 +69,11 @@ proc placeLibPart {path args} {
   set ::library [list [string first \\ $path] [file exists $path] [file tail [file dirname $path]]]
 }
 proc convertToSVG {path} {return done}
-foreach name {RegisterAction UnregisterAction InsertXMLMenu creatServerForPthread UnSelectAll setPinNum PlaceNew
-              setPlaceMarketFlag sendPacketGlobalHandle} {
-  proc $name {args} {}
-}
+quiet {RegisterAction UnregisterAction InsertXMLMenu creatServerForPthread UnSelectAll setPinNum PlaceNew
+    setPlaceMarketFlag sendPacketGlobalHandle}
 
-load $boxWatch Boxwatch
+load [file join [file dirname $built] helper.dll] Helper
+onBox {apply {text {lappend ::shown [boxTexts]}}}
 set folder [pwd]
 load [file join $base bin Vernoxa64.dll] Vernoxa
 check "current folder" [pwd] $folder
@@ -178,7 +140,7 @@ foreach {folder with} [list $foreign utf-8 $named $encoding] {
   # JSON escapes bytes: half a character may be one that needs it.
   set path [string map {\\ \\\\} [encoding convertto $with [file nativename [file join $modules m.json]]]]
   set library {}
-  packetParser [hex "{\"Command\":\"PlaceDSNModule\",\"Data\":{\"dsnDatPath\":\"$path\"}}"]
+  packetParser [binary encode hex "{\"Command\":\"PlaceDSNModule\",\"Data\":{\"dsnDatPath\":\"$path\"}}"]
   check "library in $folder" $library [list -1 1 $folder]
 }
 
@@ -187,9 +149,10 @@ foreach {folder with} [list $foreign utf-8 $named $encoding] {
 outputWarming
 outputError OtherProject
 outputError "$foreign é"
-check "boxes" [boxes] [list {澜图助手 请先选中器件} {澜图助手 请在同一个项目中选择} [list 澜图助手 "$foreign é"]]
+check "boxes" $shown [list {澜图助手 请先选中器件} {澜图助手 请在同一个项目中选择} [list 澜图助手 "$foreign é"]]
+set shown {}
 check "selection" [SelectJumpPart "測 R2;U1" 1] U1
-check "dialog" [boxes] {{选择要跳转的器件分部 U1 {測 R2}}}
+check "dialog" $shown {{选择要跳转的器件分部 U1 {測 R2}}}
 
 # --- the companion, begun first -------------------------------------------------------------------------------------
 
@@ -197,5 +160,4 @@ for {set pause 0} {$pause < 100 && ![file exists [file join $base started.txt]]}
   after 50
 }
 check "companion started in its folder" [file exists [file join $base started.txt]] 1
-puts "[expr {$failures ? "$failures checks failed" : "all checks passed"}]"
-exit [expr {$failures > 0}]
+finish

@@ -2,49 +2,32 @@
 
 #include <gmock/gmock.h>
 
-#include "support/fake_script_host.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/command_test_tcl.h"
 #include "text/gbk_literal.h"
 #include "text/json.h"
 #include "text/text.h"
-#include "wire/packet_text.h"
 
 namespace vernoxa::designs {
 namespace {
 
 using testing::IsEmpty;
 
-class FileStatusCommandsTest : public testing::Test, protected FakeSession {
+class FileStatusCommandsTest : public CommandTest {
  protected:
-  using Command = CommandResult (*)(CommandCall&, plugin::Session&);
-
   FileStatusCommandsTest() { hostExecutable.set(pathOf("D:\\Capture.exe")); }
-
-  CommandResult call(Command command, const Words& words) {
-    const TclWords held(words);
-    const Arguments arguments = held.arguments();
-    CommandCall each{arguments, host_};
-    return command(each, session);
-  }
-  std::string message(Command command, const std::string& path) {
-    return messageOf(call(command, {"command", path}).text).message;
-  }
-
-  FakeScriptHost host_;
 };
 
 TEST_F(FileStatusCommandsTest, MessagesInTheirOrder) {
   const std::string start = R"({"Command":"FileStatus","Result":"0","Data":{"Status":")";
   const std::string host = R"(,"Pid":"4242","AllegroPath":"D:\\Capture.exe")";
   host_.answer("getDsnPinCount", "128");
-  EXPECT_EQ(message(plugin::run<readOpenPath>, "C:\\a.dsn"),
+  EXPECT_EQ(message(plugin::run<readOpenPath>, {"C:\\a.dsn"}),
             start + R"(Open","FileName":"C:\\a.dsn")" + host + R"(,"PinCount":"128"}})");
-  EXPECT_EQ(message(plugin::run<sendSaveFile>, "C:\\a.dsn"), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, "C:\\a.dsn"), start + R"(Close","FileName":"C:\\a.dsn"}})");
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, utf8(u8"D:\\原理图.dsn")),
+  EXPECT_EQ(message(plugin::run<sendSaveFile>, {"C:\\a.dsn"}), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, {"C:\\a.dsn"}), start + R"(Close","FileName":"C:\\a.dsn"}})");
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, {utf8(u8"D:\\原理图.dsn")}),
             start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, u8"D:\\原理图.dsn"_gbk),
+  EXPECT_EQ(message(plugin::run<sendCloseFile>, {u8"D:\\原理图.dsn"_gbk}),
             start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
 }
 
@@ -65,7 +48,7 @@ TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExten
   };
   for (const auto& row : rows) {
     host_.scripts.clear();
-    const Json sent = Json::parse(message(plugin::run<readOpenPath>, row.path)).document;
+    const Json sent = Json::parse(message(plugin::run<readOpenPath>, {row.path})).document;
     EXPECT_EQ(host_.scripts, row.scripts) << row.path;
     EXPECT_EQ(sent.member("Data").member("PinCount").text(), "") << row.path;
   }
@@ -73,7 +56,7 @@ TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExten
 
 TEST_F(FileStatusCommandsTest, EmptyPathGivesNoMessage) {
   for (const Command command : {plugin::run<readOpenPath>, plugin::run<sendSaveFile>, plugin::run<sendCloseFile>}) {
-    for (const Words& words : {Words{"command"}, Words{"command", ""}}) {
+    for (const Words& words : {Words{}, Words{""}}) {
       const CommandResult result = call(command, words);
       EXPECT_EQ(result.text, "");
       EXPECT_EQ(result.status, commandDone);
@@ -86,7 +69,7 @@ TEST_F(FileStatusCommandsTest, TrafficLog) {
   enableTraffic();
   const auto logged = [&](Command command) {
     logs.resetTraffic();
-    const std::string packet = call(command, {"command", "a"}).text;
+    const std::string packet = call(command, {"a"}).text;
     return replaceAll(replaceAll(traffic(), packet, "PACKET"), messageOf(packet).message, "MESSAGE");
   };
   EXPECT_EQ(logged(plugin::run<readOpenPath>),
@@ -96,12 +79,12 @@ TEST_F(FileStatusCommandsTest, TrafficLog) {
 }
 
 TEST_F(FileStatusCommandsTest, CountAndBreak) {
-  EXPECT_EQ(call(plugin::run<getOpenFileCount>, {"command"}).text, "0");
+  EXPECT_EQ(call(plugin::run<getOpenFileCount>).text, "0");
   host_.answer("InitPath", "a.dsn;b.dsn");
   replyTo(plugin::linkEndpoint(), R"({"Command":"GetNewOpenPath"})", host_);
-  EXPECT_EQ(call(plugin::run<getOpenFileCount>, {"command", "ignored"}).text, "2");
+  EXPECT_EQ(call(plugin::run<getOpenFileCount>, {"ignored"}).text, "2");
   companionLink.setClientCreated(true);
-  EXPECT_EQ(call(plugin::run<serverLinkBreak>, {"command"}).text, "");
+  EXPECT_EQ(call(plugin::run<serverLinkBreak>).text, "");
   EXPECT_FALSE(companionLink.clientCreated());
 }
 

@@ -1,14 +1,10 @@
-// The discovery over a real registry and real folders, and what a hostile registry holds.
-#include "designs/host_discovery.h"
-
+// What a real, hostile registry holds.
 #include <windows.h>
 
 #include <gmock/gmock.h>
 
 #include "plugin/world.h"
 #include "system/fake_code_page.h"
-#include "system/files.h"
-#include "system/log.h"
 #include "system/registry.h"
 #include "text/gbk_literal.h"
 
@@ -17,8 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 
-const std::string machineKey = "SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-const std::string userKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 const std::string valueKey = "Software\\VernoxaTest";
 
 void write(HKEY root, const std::string& path, const char* name, DWORD type, const std::string& bytes) {
@@ -30,75 +24,10 @@ void write(HKEY root, const std::string& path, const char* name, DWORD type, con
 
 class RealRegistry : public testing::Test {
  protected:
-  ~RealRegistry() override {
-    for (const std::string& entry : entries_) {
-      RegDeleteTreeA(HKEY_LOCAL_MACHINE, entry.c_str());
-      RegDeleteTreeA(HKEY_CURRENT_USER, entry.c_str());
-    }
-    RegDeleteTreeA(HKEY_CURRENT_USER, valueKey.c_str());
-    for (auto path = made_.rbegin(); path != made_.rend(); ++path) {
-      DeleteFileA(path->c_str());
-      RemoveDirectoryA(path->c_str());
-    }
-  }
-
-  void addEntry(HKEY root, const char* name, const std::string& location, const std::string& version,
-                const std::string& product = "Capture") {
-    const std::string entry = (root == HKEY_LOCAL_MACHINE ? machineKey : userKey) + "\\VernoxaTest " + name;
-    entries_.push_back(entry);
-    write(root, entry, "Publisher", REG_SZ, "Cadence Design Systems");
-    write(root, entry, "InstallLocation", REG_SZ, location);
-    write(root, entry, "DisplayName", REG_SZ, product);
-    write(root, entry, "DisplayVersion", REG_SZ, version);
-  }
-  std::string makeFolder(const std::string& path) {
-    made_.push_back(path);
-    CreateDirectoryA(path.c_str(), nullptr);
-    return path;
-  }
-  // An installation with its executable; answers its folder.
-  std::string makeHost(const std::string& folder, const std::string& toolFolder) {
-    makeFolder(folder);
-    makeFolder(folder + "\\tools");
-    makeFolder(folder + "\\tools\\" + toolFolder);
-    made_.push_back(folder + "\\tools\\" + toolFolder + "\\Capture.exe");
-    world.files.create(pathOf(made_.back()));
-    return folder;
-  }
-  static std::string temporary(const std::string& name) {
-    char path[MAX_PATH] = "";
-    GetTempPathA(MAX_PATH, path);
-    return path + name + std::to_string(GetCurrentProcessId());
-  }
-  std::string find(const std::string& hostVersion) {
-    const Logs logs(plugin::crashLogsOf(world, pathOf(temporary("nowhere"))));
-    return literalOf(findHostExecutable(world.files, hostVersion, readOrcadInstallInfo(world.registry, logs)));
-  }
+  ~RealRegistry() override { RegDeleteTreeA(HKEY_CURRENT_USER, valueKey.c_str()); }
 
   plugin::World world = plugin::realWorld();
-
- private:
-  std::vector<std::string> entries_;
-  std::vector<std::string> made_;
 };
-
-TEST_F(RealRegistry, FindsTheHostAmongItsVersions) {
-  const std::string old = makeHost(temporary("SPB_16.9 "), "capture");
-  const std::string current = makeHost(temporary(u8"SPB_17.9 软件 "_gbk), "bin");
-  const std::string empty = makeFolder(temporary("SPB_18.9 "));
-  makeHost(empty + "\\first", "bin");
-  const std::string last = makeHost(empty + "\\second", "bin");
-  SetFileAttributesA(makeHost(empty + "\\third", "bin").c_str(), FILE_ATTRIBUTE_HIDDEN);
-  addEntry(HKEY_LOCAL_MACHINE, "1", "Z:\\nowhere", "16.9", "Sigrity 16.9");
-  addEntry(HKEY_LOCAL_MACHINE, "2", "Z:\\nowhere", "17.9", "Installation Manager");
-  addEntry(HKEY_LOCAL_MACHINE, "3", old, "16.9.01");
-  addEntry(HKEY_CURRENT_USER, "4", current + "\\", "17.9.02");
-  addEntry(HKEY_CURRENT_USER, "5", empty, "18.9.00");
-  EXPECT_EQ(find("16.9"), old + "\\tools\\capture\\Capture.exe");
-  EXPECT_EQ(find("17.9-2026"), current + "\\tools\\bin\\Capture.exe");
-  EXPECT_EQ(find("18.9"), last + "\\tools\\bin\\Capture.exe");
-  EXPECT_EQ(find("19.9"), "");
-}
 
 TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
   const std::string long260(260, 'x');

@@ -5,6 +5,8 @@
 #include "desktop/metafile_extent.h"
 #include "desktop/metafile_rows.h"
 #include "support/sample_metafiles.h"
+#include "support/table.h"
+#include "text/text.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -48,147 +50,87 @@ TEST(MetafileCheck, RefusesOneThatIsCutAnywhere) {
   }
 }
 
-// One number of one record made a lie.
+// One number of one record made a lie: the sample and the type of its record, whose first one is changed, then at which
+// byte, the number, and what is told.
+constexpr const char* lies = R"(
+lines 1 | 0=2 no header | 4=84 no header | 40=7 no header | 48=100000 the size of the file
+lines 1 | 48=1001 the size of the file | 48=108 no record ends it | 56=0 the table of objects
+lines 1 | 56=2 record 3 at 144 (CREATEPEN): no such object | 60=8 the description | 88=1000 the pixel format
+lines 37 | 4=0 a wrong size | 4=13 a wrong size | 4=4000 a wrong size | 4=0xFFFFFFFC a wrong size | 0=0 no known type
+lines 37 | 0=1 no known type | 0=69 no known type | 0=123 no known type | 0=43 (RECTANGLE): too short
+lines 37 | 0=14 (EOF): too short
+mapping 34 | 0=14 (EOF): too short
+palettes 112 | 0=14 behind the end
+lines 14 | 8=6 the palette
+lines 37 | 8=12 no such object | 8=0 no such object | 8=0x80000015 of the system's
+lines 39 | 8=0 no such object
+lines 38 | 8=1 made over another
+lines 39 | 12=6 a brush
+brushes 40 | 8=0x80000005 no such object
+palettes 48 | 8=99 no such object
+palettes 50 | 8=99 no such object
+palettes 51 | 8=99 no such object
+palettes 100 | 8=99 no such object
+palettes 101 | 8=99 no such object
+palettes 122 | 8=2 sound
+regions 71 | 28=0x80000004 no such object
+regions 72 | 28=12 no such object
+texts 82 | 8=12 no such object
+brushes 93 | 8=12 no such object
+mapping 34 | 8=0 not saved | 8=1 not saved | 8=0xFFFFFFFD not saved | 8=0x80000000 not saved
+lines 3 | 24=5 (POLYGON): it counts | 24=0x20000004 (POLYGON): it counts
+lines 8 | 24=20 it counts | 28=7 it counts | 32=4 its shapes | 36=0xFFFFFFFF its shapes
+lines 56 | 24=4 it counts
+short_lines 86 | 24=5 it counts
+short_lines 91 | 32=4 its shapes
+short_lines 92 | 24=4 it counts
+palettes 49 | 12=0x40300 it counts
+palettes 50 | 16=3 it counts
+palettes 51 | 12=1025 no possible size | 12=0 no possible size
+palettes 113 | 12=5 it counts
+palettes 121 | 20=0xFFFFFFFF it counts
+comments 70 | 8=9 it counts
+comments 103 | 24=5 it counts
+comments 106 | 12=5 it counts
+comments 110 | 16=5 it counts
+comments 119 | 8=2 it counts
+gradients 118 | 24=5 it counts | 28=3 it counts | 84=3 a corner
+texts 83 | 44=9 a text | 48=93 a text | 72=81 the advances | 52=0x2000 the advances
+texts 84 | 52=0x2000 the advances
+texts 96 | 36=3 it counts | 48=9 a text | 76=96 the advances
+texts 108 | 16=5 a text | 20=0x100 a text
+regions 71 | 24=68 lies outside | 24=16 counts more
+regions 73 | 28=31 no known form
+regions 74 | 32=2 no known form | 36=3 counts more
+regions 75 | 8=0 no known form
+brushes 95 | 36=5 header of a bitmap | 36=7 a pen | 48=5 it counts | 16=100 a bitmap lies outside
+brushes 94 | 16=1000 a bitmap lies outside | 28=1000 a bitmap lies outside | 20=12 header of a bitmap
+brushes 94 | 20=44 the colours | 32=39 header of a bitmap | 36=0 no size | 36=9 fewer bits | 36=0x80000001 no size
+brushes 94 | 40=9 fewer bits | 40=0xFFFFFFF8 sound | 40=0x80000000 fewer bits | 44=0x40002 no known format
+brushes 94 | 44=0x50001 no known format | 44=0x200001 fewer bits | 48=1 no known format | 64=255 the colours
+brushes 94 | 12=3 no known format
+bitmaps 76 | 84=100 header of a bitmap | 12=0x10000 bounds far away
+bitmaps 77 | 96=260 a bitmap lies outside
+bitmaps 114 | 80=2 no known format | 116=4 more bits
+bitmaps 78 | 112=4 header of a bitmap | 84=4 header of a bitmap
+bitmaps 79 | 8=0x20000 bounds far away
+image_formats 80 | 72=4 fewer bits | 60=71 fewer bits
+)";
+
 TEST(MetafileCheck, SaysWhichRecordLiesAboutWhat) {
-  constexpr std::uint32_t header = 1;
-  constexpr std::uint32_t all = ~0U;
-  const struct {
-    const char* sample;
-    std::uint32_t type;  // of the record; its first one is changed
-    std::size_t offset;
-    std::uint32_t number;
-    const char* told;
-  } cases[] = {
-      // the file and its header
-      {"lines", header, 0, 2, "no header"},
-      {"lines", header, 4, 84, "no header"},
-      {"lines", header, 40, 7, "no header"},
-      {"lines", header, 48, 100000, "the size of the file"},
-      {"lines", header, 48, 1001, "the size of the file"},
-      {"lines", header, 48, 108, "no record ends it"},
-      {"lines", header, 56, 0, "the table of objects"},
-      {"lines", header, 56, 2, "record 3 at 144 (CREATEPEN): no such object"},
-      {"lines", header, 60, 8, "the description"},
-      {"lines", header, 88, 1000, "the pixel format"},
-      // sizes and types
-      {"lines", 37, 4, 0, "a wrong size"},
-      {"lines", 37, 4, 13, "a wrong size"},
-      {"lines", 37, 4, 4000, "a wrong size"},
-      {"lines", 37, 4, 0xFFFFFFFC, "a wrong size"},
-      {"lines", 37, 0, 0, "no known type"},
-      {"lines", 37, 0, 1, "no known type"},
-      {"lines", 37, 0, 69, "no known type"},
-      {"lines", 37, 0, 123, "no known type"},
-      {"lines", 37, 0, 43, "(RECTANGLE): too short"},
-      {"lines", 37, 0, 14, "(EOF): too short"},
-      {"mapping", 34, 0, 14, "(EOF): too short"},
-      {"palettes", 112, 0, 14, "behind the end"},
-      {"lines", 14, 8, 6, "the palette"},
-      // objects
-      {"lines", 37, 8, 12, "no such object"},
-      {"lines", 37, 8, 0, "no such object"},
-      {"lines", 37, 8, 0x80000000 + 21, "of the system's"},
-      {"lines", 39, 8, 0, "no such object"},
-      {"lines", 38, 8, 1, "made over another"},
-      {"lines", 39, 12, 6, "a brush"},
-      {"brushes", 40, 8, 0x80000005, "no such object"},
-      {"palettes", 48, 8, 99, "no such object"},
-      {"palettes", 50, 8, 99, "no such object"},
-      {"palettes", 51, 8, 99, "no such object"},
-      {"palettes", 100, 8, 99, "no such object"},
-      {"palettes", 101, 8, 99, "no such object"},
-      {"palettes", 122, 8, 2, "sound"},  // the former one was deleted
-      {"regions", 71, 28, 0x80000004, "no such object"},
-      {"regions", 72, 28, 12, "no such object"},
-      {"texts", 82, 8, 12, "no such object"},
-      {"brushes", 93, 8, 12, "no such object"},
-      // states
-      {"mapping", 34, 8, 0, "not saved"},
-      {"mapping", 34, 8, 1, "not saved"},
-      {"mapping", 34, 8, 0xFFFFFFFD, "not saved"},
-      {"mapping", 34, 8, 0x80000000, "not saved"},
-      // counts
-      {"lines", 3, 24, 5, "(POLYGON): it counts"},
-      {"lines", 3, 24, 0x20000004, "(POLYGON): it counts"},
-      {"lines", 8, 24, 20, "it counts"},
-      {"lines", 8, 28, 7, "it counts"},
-      {"lines", 8, 32, 4, "its shapes"},
-      {"lines", 8, 36, all, "its shapes"},
-      {"lines", 56, 24, 4, "it counts"},
-      {"short_lines", 86, 24, 5, "it counts"},
-      {"short_lines", 91, 32, 4, "its shapes"},
-      {"short_lines", 92, 24, 4, "it counts"},
-      {"palettes", 49, 12, 0x40300, "it counts"},
-      {"palettes", 50, 16, 3, "it counts"},
-      {"palettes", 51, 12, 1025, "no possible size"},
-      {"palettes", 51, 12, 0, "no possible size"},
-      {"palettes", 113, 12, 5, "it counts"},
-      {"palettes", 121, 20, all, "it counts"},
-      {"comments", 70, 8, 9, "it counts"},
-      {"comments", 103, 24, 5, "it counts"},
-      {"comments", 106, 12, 5, "it counts"},
-      {"comments", 110, 16, 5, "it counts"},
-      {"comments", 119, 8, 2, "it counts"},
-      {"gradients", 118, 24, 5, "it counts"},
-      {"gradients", 118, 28, 3, "it counts"},
-      {"gradients", 118, 84, 3, "a corner"},
-      // texts
-      {"texts", 83, 44, 9, "a text"},
-      {"texts", 83, 48, 93, "a text"},
-      {"texts", 83, 72, 81, "the advances"},
-      {"texts", 83, 52, 0x2000, "the advances"},
-      {"texts", 84, 52, 0x2000, "the advances"},
-      {"texts", 96, 36, 3, "it counts"},
-      {"texts", 96, 48, 9, "a text"},
-      {"texts", 96, 76, 96, "the advances"},
-      {"texts", 108, 16, 5, "a text"},
-      {"texts", 108, 20, 0x100, "a text"},
-      // regions
-      {"regions", 71, 24, 68, "lies outside"},
-      {"regions", 71, 24, 16, "counts more"},
-      {"regions", 73, 28, 31, "no known form"},
-      {"regions", 74, 32, 2, "no known form"},
-      {"regions", 74, 36, 3, "counts more"},
-      {"regions", 75, 8, 0, "no known form"},
-      // pens and bitmaps
-      {"brushes", 95, 36, 5, "header of a bitmap"},
-      {"brushes", 95, 36, 7, "a pen"},
-      {"brushes", 95, 48, 5, "it counts"},
-      {"brushes", 95, 16, 100, "a bitmap lies outside"},
-      {"brushes", 94, 16, 1000, "a bitmap lies outside"},
-      {"brushes", 94, 28, 1000, "a bitmap lies outside"},
-      {"brushes", 94, 20, 12, "header of a bitmap"},
-      {"brushes", 94, 20, 44, "the colours"},
-      {"brushes", 94, 32, 39, "header of a bitmap"},
-      {"brushes", 94, 36, 0, "no size"},
-      {"brushes", 94, 36, 9, "fewer bits"},
-      {"brushes", 94, 36, 0x80000001, "no size"},
-      {"brushes", 94, 40, 9, "fewer bits"},
-      {"brushes", 94, 40, 0xFFFFFFF8, "sound"},  // from the top down
-      {"brushes", 94, 40, 0x80000000, "fewer bits"},
-      {"brushes", 94, 44, 0x40002, "no known format"},
-      {"brushes", 94, 44, 0x50001, "no known format"},
-      {"brushes", 94, 44, 0x200001, "fewer bits"},
-      {"brushes", 94, 48, 1, "no known format"},
-      {"brushes", 94, 64, 255, "the colours"},
-      {"brushes", 94, 12, 3, "no known format"},
-      {"bitmaps", 76, 84, 100, "header of a bitmap"},
-      {"bitmaps", 76, 12, 0x10000, "bounds far away"},
-      {"bitmaps", 77, 96, 260, "a bitmap lies outside"},
-      {"bitmaps", 114, 80, 2, "no known format"},
-      {"bitmaps", 114, 116, 4, "more bits"},
-      {"bitmaps", 78, 112, 4, "header of a bitmap"},
-      {"bitmaps", 78, 84, 4, "header of a bitmap"},
-      {"bitmaps", 79, 8, 0x20000, "bounds far away"},
-      {"image_formats", 80, 72, 4, "fewer bits"},
-      {"image_formats", 80, 60, 71, "fewer bits"},
-  };
-  for (const auto& each : cases) {
-    const std::string metafile = sample(each.sample);
-    const std::size_t record = findRecord(metafile, each.type);
-    ASSERT_NE(record, std::string::npos) << each.sample << " " << each.type;
-    EXPECT_THAT(faultOf(withNumber(metafile, record + each.offset, each.number)), HasSubstr(each.told))
-        << each.sample << " " << each.type << " " << each.offset << " " << each.number;
+  for (const auto& row : rowsOf(lies)) {
+    const std::vector<std::string> names = splitItems(row[0], ' ');
+    const std::string metafile = sample(names[0]);
+    const std::size_t record = findRecord(metafile, static_cast<std::uint32_t>(std::stoul(names[1])));
+    ASSERT_NE(record, std::string::npos) << row[0];
+    for (std::size_t field = 1; field < row.size(); ++field) {
+      const std::size_t sign = row[field].find('=');
+      const std::size_t space = row[field].find(' ');
+      const auto number = static_cast<std::uint32_t>(std::stoul(row[field].substr(sign + 1), nullptr, 0));
+      EXPECT_THAT(faultOf(withNumber(metafile, record + std::stoul(row[field]), number)),
+                  HasSubstr(row[field].substr(space + 1)))
+          << row[0] << " " << row[field];
+    }
   }
 }
 

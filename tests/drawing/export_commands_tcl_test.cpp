@@ -2,15 +2,12 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
-#include "plugin/plug_in.h"
-#include "plugin/start_up.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/loaded_plug_in_tcl.h"
 
 namespace vernoxa::drawing {
 namespace {
 
-class ExportCommands : public testing::Test {
+class ExportCommands : public testing::Test, protected LoadedPlugIn {
  protected:
   ExportCommands() {
     fake.files.addFolder("C:\\App\\Cache");
@@ -20,7 +17,6 @@ class ExportCommands : public testing::Test {
       return Evaluation{true, version};
     });
   }
-  ~ExportCommands() override { plugin::setActivePlugIn(nullptr); }
 
   std::string run(const std::string& script) {
     const auto answer = interp.evaluate(script);
@@ -33,11 +29,6 @@ class ExportCommands : public testing::Test {
   bool holds(const std::string& name, const std::string& text) { return page(name).find(text) != std::string::npos; }
 
   TclInterp interp;
-  FakeWorld fake;
-  plugin::World world = fake.world();
-  plugin::PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"),
-                        plugin::crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
-                        [](std::shared_ptr<plugin::LinkThreadParts>) {}};
   std::string version = "17.4";
   std::string whenAsked;
 };

@@ -1,37 +1,10 @@
 # The files that the built DLL makes, on a real file system: files_windows_test.tcl Vernoxa64.dll
 
-if {![info exists reread]} {
-  set reread 1  ;# Tcl took this file for a text in the code page
-  source -encoding utf-8 [info script]
-  return
-}
-
-set failures 0
-proc check {what got expected} {
-  if {$got ne $expected} {
-    incr ::failures
-    puts stderr "$what\n  got      $got\n  expected $expected"
-  }
-}
+source [file join [file dirname [info script]] .. support on_windows.tcl]
+if {[rereadAsUtf8]} return
 
 proc bytes {path} {
-  if {[catch {open $path rb} channel]} {
-    return "(no file)"
-  }
-  set content [read $channel]
-  close $channel
-  return $content
-}
-
-proc put {path content} {
-  file mkdir [file dirname $path]
-  set channel [open $path wb]
-  puts -nonewline $channel $content
-  close $channel
-}
-
-proc names {folder} {
-  return [lsort [glob -nocomplain -tails -directory $folder *]]
+  return [readFile $path iso8859-1]
 }
 
 proc holds {path text} {
@@ -50,8 +23,7 @@ proc system {condition args} {
 set root [file join $env(TEMP) vernoxa-files]
 set unixRoot [exec winepath.exe -u [file nativename $root]]
 system {![file exists $root]} /bin/rm -rf $unixRoot
-file mkdir $root/bin
-file copy [lindex $argv 0] $root/bin/Vernoxa64.dll
+install $root [lindex $argv 0]
 namespace eval ::capGenerateBOMUtil {}
 load [file nativename $root/bin/Vernoxa64.dll] Vernoxa
 set output $root/Cache/Output
@@ -101,7 +73,7 @@ check "the same in a module" [holds $root/Cache/Share/ModuleLib.json "\"Name\":\
 
 set whole [bytes $library/texts.json]
 foreach left [list "" [string range $whole 0 end-1] [string repeat \0 500]] {
-  put $library/texts.json $left
+  writeFile $library/texts.json $left iso8859-1
   graphics texts [list [list Name $smile] [list Name a\u0000b]]
   check "a library that a crash left" [expr {[bytes $library/texts.json] eq $whole}] 1
 }
@@ -120,12 +92,12 @@ check "nothing left beside" [concat {*}[lmap folder [list $output $library $root
 
 # --- links ----------------------------------------------------------------------------------------------------------
 
-put $root/elsewhere/kept.txt "kept"
-put $output/folder/deep/old.txt "old"
+writeFile $root/elsewhere/kept.txt "kept"
+writeFile $output/folder/deep/old.txt "old"
 system {[file exists $output/link/kept.txt]} /bin/ln -s ../../elsewhere $unixRoot/Cache/Output/link
 check "the link leads there" [bytes $output/link/kept.txt] kept
 initSVGList
 check "behind a link nothing is lost" [bytes $root/elsewhere/kept.txt] kept
 check "a folder goes with what it holds" [file exists $output/folder] 0
 
-exit [expr {$failures > 0}]
+finish

@@ -223,21 +223,6 @@ TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
   EXPECT_NE(fake.fake.files.bytes("C:\\App\\project\\Cache\\Output\\S@!@P@!@K.json"), "(no file)");
 }
 
-TEST_F(PageExportTest, EveryFailingCallOfTheFileSystemIsSilent) {
-  for (int call = 1; call < 12; ++call) {
-    fake.fake.files.faults.failCall(call);
-    pages.start();
-    page({"Page", "P", "1", "1", "K"});
-    page({"Line", "0"});
-    finish("S", "P", "K");
-    EXPECT_EQ(fake.crashes(), "");
-  }
-  fake.fake.files.faults.failCall(0);
-  page({"Page", "P", "1", "1", "K"});
-  finish("S", "after", "K");
-  EXPECT_TRUE(Json::parse(file("S@!@after@!@K")).document);
-}
-
 TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   const std::string chinese = utf8(u8"电阻值");
   const std::string outside = utf8(u8"电\u0E01阻值");  // a Thai letter, which the code page lacks

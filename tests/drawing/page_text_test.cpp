@@ -48,7 +48,7 @@ class RandomRecords {
 };
 
 TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
-  constexpr int pageCount = 60;
+  constexpr int pageCount = 16;
   constexpr int recordsPerPage = 2000;
   FakeSession fake;
   fake.fake.files.addFolder("C:\\App");

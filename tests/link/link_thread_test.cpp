@@ -7,6 +7,7 @@
 
 #include "link/file_status.h"
 #include "link/socket_client.h"
+#include "support/table.h"
 #include "system/fake_world.h"
 #include "text/gbk_literal.h"
 #include "text/text.h"
@@ -19,7 +20,7 @@ using testing::IsEmpty;
 
 constexpr const char* yes = R"({"Result":"0"})";
 constexpr const char* no = R"({"Result":"1"})";
-constexpr const char* hangUp = "hang up";
+constexpr const char* hangUp = "none";
 
 class LinkThreadTest : public testing::Test, protected FakeSession {
  protected:
@@ -191,104 +192,46 @@ TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
   EXPECT_THAT(fake.clock.pauses(), ElementsAre(300, 300));
 }
 
+// What is polled: the host's answers to GetNewOpenPath, getDsnPinCount and FileStatus ("none" hangs up), whether the
+// poll ends well, what was asked, and what was printed with $ for line ends. O stands before the good answers to the
+// first.
+constexpr const char* polls = R"(
+no answer                | none                              |   |    | no  |  |
+no JSON                  | {                                 |   |    | no  |  | Error before: []$
+failed                   | {"Result":"1","Data":{}}          |   |    | no  |  | not value$
+no result                | {"Data":{"ProjectPath":"a.dsn"}}  |   |    | no  |  | not value$
+result as number         | {"Result":0,"Data":{"ProjectPath":"a.dsn"}} | | | no |  | not value$
+no data                  | {"Result":"0"}                    |   |    | no  |  | not value$
+data of another kind     | {"Result":"0","Data":"a.dsn"}     |   |    | no  |  | not value$
+nothing new              | O"CloseFile":""                   |   |    | no  |  |
+nothing new at all       | O                                 |   |    | no  |  |
+a closed name of one character | O"CloseFile":"a"            |   |    | yes |  |
+no designs               | O"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;" | | | yes |  |
+path of another kind     | O"ProjectPath":["a.dsn"]          |   |    | yes |  |
+the host lost it         | O"ProjectPath":"a.dsn;b.DSN;"     | {"Data":{"PinCount":"-1"}} | | yes | getDsnPinCount,getDsnPinCount | Don't have fileDon't have file
+pin count missing        | O"ProjectPath":"a.dsn","CloseFile":"b.dsn" | {"PinCount":"3"} | {"Result":"0"} | yes | getDsnPinCount,FileStatus Close | not value$
+pin count of another kind | O"ProjectPath":"a.dsn"           | {"Data":{"PinCount":3}} | {"Result":"0"} | yes | getDsnPinCount | not value$
+pin count is no JSON     | O"ProjectPath":"a.dsn;b.dsn"      | ? | {"Result":"0"} | yes | getDsnPinCount,getDsnPinCount | Error before: [?]$Error before: [?]$
+lost before the count    | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | none | {"Result":"0"} | no | getDsnPinCount |
+lost after telling       | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | {"Data":{"PinCount":"3"}} | none | no | getDsnPinCount,FileStatus Open |
+lost while closing       | O"CloseFile":"c.dsn;d.dsn"        |   | none | no | FileStatus Close |
+path reported is empty   | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":""}} | yes | getDsnPinCount,FileStatus Open |
+path reported of another kind | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":7}} | yes | getDsnPinCount,FileStatus Open |
+)";
+
 TEST_F(LinkThreadTest, PollsOfEveryKind) {
-  const std::string counted = R"({"Data":{"PinCount":"3"}})";
-  const struct {
-    const char* name;
-    std::string found;  // the answer to GetNewOpenPath
-    std::string count;
-    std::string told;
-    bool done;
-    std::vector<std::string> asked;  // after GetNewOpenPath
-    const char* printed;
-  } rows[] = {
-      {"no answer", hangUp, "", "", false, {}, ""},
-      {"no JSON", "{", "", "", false, {}, "Error before: []\n"},
-      {"failed", R"({"Result":"1","Data":{}})", "", "", false, {}, "not value\n"},
-      {"no result", R"({"Data":{"ProjectPath":"a.dsn"}})", "", "", false, {}, "not value\n"},
-      {"result as number", R"({"Result":0,"Data":{"ProjectPath":"a.dsn"}})", "", "", false, {}, "not value\n"},
-      {"no data", R"({"Result":"0"})", "", "", false, {}, "not value\n"},
-      {"data of another kind", R"({"Result":"0","Data":"a.dsn"})", "", "", false, {}, "not value\n"},
-      {"nothing new", R"({"Result":"0","Data":{"CloseFile":""}})", "", "", false, {}, ""},
-      {"nothing new at all", R"({"Result":"0","Data":{}})", "", "", false, {}, ""},
-      {"a closed name of one character", R"({"Result":"0","Data":{"CloseFile":"a"}})", "", "", true, {}, ""},
-      {"no designs", R"({"Result":"0","Data":{"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;"}})", "", "", true, {}, ""},
-      {"path of another kind", R"({"Result":"0","Data":{"ProjectPath":["a.dsn"]}})", "", "", true, {}, ""},
-      {"the host lost it",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.DSN;"}})",
-       R"({"Data":{"PinCount":"-1"}})",
-       "",
-       true,
-       {"getDsnPinCount", "getDsnPinCount"},
-       "Don't have fileDon't have file"},
-      {"pin count missing",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn","CloseFile":"b.dsn"}})",
-       R"({"PinCount":"3"})",
-       yes,
-       true,
-       {"getDsnPinCount", "FileStatus Close"},
-       "not value\n"},
-      {"pin count of another kind",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
-       R"({"Data":{"PinCount":3}})",
-       yes,
-       true,
-       {"getDsnPinCount"},
-       "not value\n"},
-      {"pin count is no JSON",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn"}})",
-       "?",
-       yes,
-       true,
-       {"getDsnPinCount", "getDsnPinCount"},
-       "Error before: [?]\nError before: [?]\n"},
-      {"connection lost before the count",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn"}})",
-       hangUp,
-       yes,
-       false,
-       {"getDsnPinCount"},
-       ""},
-      {"connection lost after telling",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn"}})",
-       counted,
-       hangUp,
-       false,
-       {"getDsnPinCount", "FileStatus Open"},
-       ""},
-      {"connection lost while closing",
-       R"({"Result":"0","Data":{"CloseFile":"c.dsn;d.dsn"}})",
-       "",
-       hangUp,
-       false,
-       {"FileStatus Close"},
-       ""},
-      {"path reported is empty",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
-       counted,
-       R"({"Data":{"Path":""}})",
-       true,
-       {"getDsnPinCount", "FileStatus Open"},
-       ""},
-      {"path reported of another kind",
-       R"({"Result":"0","Data":{"ProjectPath":"a.dsn"}})",
-       counted,
-       R"({"Data":{"Path":7}})",
-       true,
-       {"getDsnPinCount", "FileStatus Open"},
-       ""},
-  };
   std::string printed;
-  for (const auto& row : rows) {
+  for (const auto& row : rowsOf(polls)) {
+    const std::string found = row[1][0] == 'O' ? R"({"Result":"0","Data":{)" + row[1].substr(1) + "}}" : row[1];
     requests_.clear();
-    answers_ = {{"GetNewOpenPath", {row.found}}, {"getDsnPinCount", {row.count}}, {"FileStatus", {row.told}}};
-    EXPECT_EQ(poll() == 0, row.done) << row.name;
-    std::vector<std::string> expected = row.asked;
+    answers_ = {{"GetNewOpenPath", {found}}, {"getDsnPinCount", {row[2]}}, {"FileStatus", {row[3]}}};
+    EXPECT_EQ(poll() == 0, row[4] == "yes") << row[0];
+    std::vector<std::string> expected = splitItems(row[5], ',');
     expected.insert(expected.begin(), "GetNewOpenPath");
-    EXPECT_EQ(asked(), expected) << row.name;
-    EXPECT_EQ(fake.output.text(), printed += row.printed) << row.name;
-    EXPECT_EQ(project.get().utf8(), "C:\\App") << row.name;
-    EXPECT_EQ(companionLink.takeAwaitedCount(), row.count == hangUp ? "a.dsn" : "") << row.name;
+    EXPECT_EQ(asked(), expected) << row[0];
+    EXPECT_EQ(fake.output.text(), printed += replaceAll(row[6], "$", "\n")) << row[0];
+    EXPECT_EQ(project.get().utf8(), "C:\\App") << row[0];
+    EXPECT_EQ(companionLink.takeAwaitedCount(), row[2] == hangUp ? "a.dsn" : "") << row[0];
   }
   EXPECT_EQ(crashes(), "");
 }

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "drawing/drawn.h"
+#include "support/table.h"
+#include "text/text.h"
 
 namespace vernoxa::modules {
 namespace {
@@ -33,120 +35,68 @@ std::string part(const std::string& start, const std::string& properties, const 
          R"(],"children":[)" + elements + "]}";
 }
 
+// A record's words between semicolons, the name it gets, and its data.
+constexpr const char* libraryElements = R"(
+Line;1;2;3;4;c;s;w            | line     | "Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w"
+Box;1;2;3;4;c;s;w;f;h         | Box      | "UpperLeft":"1 2","LowerRight":"3 4","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h"
+Arc;1;2;3;4;5;6;7;8;c;s;w     | Arc      | "BoundingBox":"1 2 3 4","Start":"5 6","EndPos":"7 8","Color":"c","Style":"s","Width":"w"
+Ellipse;1;2;3;4;c;s;w;f;h     | Ellipse  | "BoundingBox":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h"
+Polyline;1;2;c;s;w;1,2 3,4    | Polyline | "PolylineStart":"1 2","Color":"c","Style":"s","Width":"w","Color":"c","path":"1,2 3,4"
+Polygon;1;2;c;s;w;f;h;p       | Polygon  | "PolygonStart":"1 2","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"p"
+Text;1;2;3;4;t;c              | Text     | "BoundingBox":"1 2 3 4","Text":"t","Color":"c","Text Location X-Coordinate":"1","Text Location Y-Coordinate":"2"
+Bezier;1;2;c;s;w;p            | Bezier   | "BezierStart":"1 2","Color":"c","Style":"s","Width":"w","path":"p"
+Pin;1;2;3;4;7;A$B;Passive     | Pin      | "StartPoint":"1 2","HotSpot":"3 4","PinName":"","PinNum":"7","PinType":"Passive"
+Line;1                        | line     | "Start":"1 ","EndPos":" ","Color":"","Style":"","Width":""
+)";
+
 TEST_F(ModuleDocumentTest, LibraryElementsAreWrittenByTheirLayout) {
-  const struct {
-    Words record;
-    const char* name;
-    const char* data;
-  } cases[] = {
-      {{"Line", "1", "2", "3", "4", "c", "s", "w"},
-       "line",
-       R"("Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
-      {{"Box", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
-       "Box",
-       R"("UpperLeft":"1 2","LowerRight":"3 4","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h")"},
-      {{"Arc", "1", "2", "3", "4", "5", "6", "7", "8", "c", "s", "w"},
-       "Arc",
-       R"("BoundingBox":"1 2 3 4","Start":"5 6","EndPos":"7 8","Color":"c","Style":"s","Width":"w")"},
-      {{"Ellipse", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
-       "Ellipse",
-       R"("BoundingBox":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
-      {{"Polyline", "1", "2", "c", "s", "w", "1,2 3,4"},
-       "Polyline",
-       R"("PolylineStart":"1 2","Color":"c","Style":"s","Width":"w","Color":"c","path":"1,2 3,4")"},
-      {{"Polygon", "1", "2", "c", "s", "w", "f", "h", "p"},
-       "Polygon",
-       R"("PolygonStart":"1 2","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"p")"},
-      {{"Text", "1", "2", "3", "4", "t", "c"},
-       "Text",
-       R"("BoundingBox":"1 2 3 4","Text":"t","Color":"c","Text Location X-Coordinate":"1",)"
-       R"("Text Location Y-Coordinate":"2")"},
-      {{"Bezier", "1", "2", "c", "s", "w", "p"},
-       "Bezier",
-       R"("BezierStart":"1 2","Color":"c","Style":"s","Width":"w","path":"p")"},
-      {{"Pin", "1", "2", "3", "4", "7", "A$B", "Passive"},
-       "Pin",
-       R"("StartPoint":"1 2","HotSpot":"3 4","PinName":"","PinNum":"7","PinType":"Passive")"},
-      {{"Line", "1"}, "line", R"("Start":"1 ","EndPos":" ","Color":"","Style":"","Width":"")"},
-  };
-  for (const auto& each : cases) {
+  for (const auto& row : rowsOf(libraryElements)) {
+    const std::vector<std::string> record = splitFields(row[0], ';');
     document_.start();
     library({"Name", "R", "Part", "0", "1", "2", "3", "1", "A"});
-    library(each.record);
+    library({record.begin(), record.end()});
     library({"Property", "p", "a@b@"});
     EXPECT_EQ(finished(),
               document("", part(R"("R","PartIndex":"1","Designator":"A","Type":"Part","BoundingBox":"0 1 2 3")", "", "",
-                                std::string(R"({"Name":")") + each.name + R"(","Property":{"p":"a_b_"},"Data":{)" +
-                                    each.data + "}}")));
+                                R"({"Name":")" + row[1] + R"(","Property":{"p":"a_b_"},"Data":{)" + row[2] + "}}")));
   }
 }
 
+constexpr const char* schematicObjects = R"(
+Wire;1;2;3;4;c;s;w             | Wire     | "WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w"
+BusWire;1;2;3;4;c;s;w          | BusWire  | "WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w"
+BusEntry;1;2;3;4;c             | BusEntry | "BusEntryStart":"1 2","BusEntryEndPos":"3 4","Color":"c"
+Part;1;2;r;m;RES;id            | Part     | "Location":"1 2","Rotation":"r","Mirror":"m","Package":"RES"
+OffPage;1;2;r;m;L              | OffPage  | "Location":"1 2","Rotation":"r","Mirror":"m","Package":"L"
+Alias;1;2;t;c;-;f;r            | Alias    | "Location":"1 2","Text":"t","Color":"c","Font":"f","Rotation":"r"
+BitMap;1;2                     | BitMap   | "Location":"1 2"
+Box;1;2;3;4;c;s;w;f;h          | Box      | "UpperLeft":"1 2","LowerRight":"3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h"
+Line;1;2;3;4;c;s;w             | line     | "Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w"
+Ellipse;1;2;3;4;c;s;w;f;h      | Ellipse  | "Rect":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h"
+Polyline;10,-2.5 3,4;c;s;w     | Polyline | "PolylineStart":"10 -2.5","Color":"c","Style":"s","Width":"w","path":"10,-2.5 3,4"
+Polyline;1e3,-2.5E-1 3,4       | Polyline | "PolylineStart":"1e3 -2.5E-1","Color":"","Style":"","Width":"","path":"1e3,-2.5E-1 3,4"
+Bezier;M 1eL 2e+               | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+"
+Bezier;1 2e                    | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"1 2e"
+Bezier;- 1 . +2                | Bezier   | "BezierStart":"1 +2","Color":"","Style":"","Width":"","path":"- 1 . +2"
+Polygon;M10-20 L 30 40 Z;c;s;w;f;h | Polygon | "PolygonStart":"10 -20","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"M10-20 L 30 40 Z"
+Bezier;M 7;c;s;w               | Bezier   | "BezierStart":"7","Color":"c","Style":"s","Width":"w","path":"M 7"
+Arc;p;c;s;w                    | Arc      | "Color":"c","Style":"s","Width":"w","path":"p"
+Text;1;2;t;c;-;f;r             | Text     | "Text":"t","Color":"c","Text Location X-Coordinate":"1","Text Location Y-Coordinate":"2","Font":"f","Rotation":"r"
+)";
+
 TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
-  const struct {
-    Words record;
-    const char* name;
-    const char* data;
-  } cases[] = {
-      {{"Wire", "1", "2", "3", "4", "c", "s", "w"},
-       "Wire",
-       R"("WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
-      {{"BusWire", "1", "2", "3", "4", "c", "s", "w"},
-       "BusWire",
-       R"("WireStart":"1 2","WireEndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
-      {{"BusEntry", "1", "2", "3", "4", "c"},
-       "BusEntry",
-       R"("BusEntryStart":"1 2","BusEntryEndPos":"3 4","Color":"c")"},
-      {{"Part", "1", "2", "r", "m", "RES", "id"},
-       "Part",
-       R"("Location":"1 2","Rotation":"r","Mirror":"m","Package":"RES")"},
-      {{"OffPage", "1", "2", "r", "m", "L"},
-       "OffPage",
-       R"("Location":"1 2","Rotation":"r","Mirror":"m","Package":"L")"},
-      {{"Alias", "1", "2", "t", "c", "-", "f", "r"},
-       "Alias",
-       R"("Location":"1 2","Text":"t","Color":"c","Font":"f","Rotation":"r")"},
-      {{"BitMap", "1", "2"}, "BitMap", R"("Location":"1 2")"},
-      {{"Box", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
-       "Box",
-       R"("UpperLeft":"1 2","LowerRight":"3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
-      {{"Line", "1", "2", "3", "4", "c", "s", "w"},
-       "line",
-       R"("Start":"1 2","EndPos":"3 4","Color":"c","Style":"s","Width":"w")"},
-      {{"Ellipse", "1", "2", "3", "4", "c", "s", "w", "f", "h"},
-       "Ellipse",
-       R"("Rect":"1 2 3 4","Color":"c","LineStyle":"s","LineWidth":"w","FillStyle":"f","HatchStyle":"h")"},
-      {{"Polyline", "10,-2.5 3,4", "c", "s", "w"},
-       "Polyline",
-       R"("PolylineStart":"10 -2.5","Color":"c","Style":"s","Width":"w","path":"10,-2.5 3,4")"},
-      {{"Polyline", "1e3,-2.5E-1 3,4"},
-       "Polyline",
-       R"("PolylineStart":"1e3 -2.5E-1","Color":"","Style":"","Width":"","path":"1e3,-2.5E-1 3,4")"},
-      {{"Bezier", "M 1eL 2e+"}, "Bezier", R"("BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+")"},
-      {{"Bezier", "1 2e"}, "Bezier", R"("BezierStart":"1 2","Color":"","Style":"","Width":"","path":"1 2e")"},
-      {{"Bezier", "- 1 . +2"}, "Bezier", R"("BezierStart":"1 +2","Color":"","Style":"","Width":"","path":"- 1 . +2")"},
-      {{"Polygon", "M10-20 L 30 40 Z", "c", "s", "w", "f", "h"},
-       "Polygon",
-       R"("PolygonStart":"10 -20","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h",)"
-       R"("path":"M10-20 L 30 40 Z")"},
-      {{"Bezier", "M 7", "c", "s", "w"},
-       "Bezier",
-       R"("BezierStart":"7","Color":"c","Style":"s","Width":"w","path":"M 7")"},
-      {{"Arc", "p", "c", "s", "w"}, "Arc", R"("Color":"c","Style":"s","Width":"w","path":"p")"},
-      {{"Text", "1", "2", "t", "c", "-", "f", "r"},
-       "Text",
-       R"("Text":"t","Color":"c","Text Location X-Coordinate":"1","Text Location Y-Coordinate":"2","Font":"f","Rotation":"r")"},
-  };
-  for (const auto& each : cases) {
+  for (const auto& row : rowsOf(schematicObjects)) {
+    const std::vector<std::string> record = splitFields(row[0], ';');
     document_.start();
-    schematic(each.record);
+    schematic({record.begin(), record.end()});
     schematic({"Property", "p", "$x"});
     schematic({"DispProperty", "1", "2", "n", "$@", "c", "f", "s", "r"});
     EXPECT_EQ(
         finished(),
-        document(std::string(R"({"name":")") + each.name +
+        document(R"({"name":")" + row[1] +
                      R"(","Property":{"p":""},"DispProperty":[{"Name":"n","Value":"$_","Color":"c","Rotation":"r",)"
                      R"("FontId":"f","Size":"s","Start":"1 2"}],"Data":{)" +
-                     each.data + "}}",
+                     row[2] + "}}",
                  ""));
   }
 }

@@ -7,6 +7,7 @@
 
 #include "modules/library_files.h"
 #include "support/fake_script_host.h"
+#include "support/table.h"
 #include "system/fake_world.h"
 #include "text/gbk_literal.h"
 #include "text/outside_json.h"
@@ -344,36 +345,22 @@ TEST_F(Placement, PlacementInsideAPlacementDisturbsNeither) {
 }
 
 TEST(ModuleFileTest, ViewBoxIsTheSizeOfTheBoundingBox) {
-  const struct {
-    const char* box;
-    const char* expected;
-  } cases[] = {
-      {"300 200", "300 200"},
-      {"10 20 310 220", "300 200"},
-      {"0.1 0 10.3 1.5", "10.2 1.5"},
-      {"10 10 5 5", "-5 -5"},
-      {"007 1.50", "007 1.50"},
-      {"", "none"},
-      {"1", "none"},
-      {"1 2 3", "none"},
-      {"1 x", "none"},
-      {"[exit] 2", "none"},
-      {"nan inf", "none"},
-      {"1e3 2", "1e3 2"},
-      {"1e-05 0 1e3 2e1", "999.99999 20"},
-      {"1e10 2", "none"},
-      {"2 -1e10", "none"},
-      {"1e 2", "none"},
-      {"+5 .5", "+5 .5"},
-      {". -", "none"},
-      {"1 2000000000", "none"},
-      {"1 2}", "none"},
-  };
-  for (const auto& each : cases) {
-    FakeSession with;
-    with.fake.files.addFile("C:\\m.json", std::string(R"({"BoundingBox":")") + each.box + "\"}");
-    const auto box = ModuleFile::read(with.fake.files, with.logs, pathOf("C:\\m.json")).viewBox();
-    EXPECT_EQ(box ? box->width + " " + box->height : "none", each.expected);
+  for (const auto& row : rowsOf(R"(
+      300 200 | 300 200
+      10 20 310 220 | 300 200
+      0.1 0 10.3 1.5 | 10.2 1.5
+      10 10 5 5 | -5 -5
+      007 1.50 | 007 1.50
+      1e3 2 | 1e3 2
+      1e-05 0 1e3 2e1 | 999.99999 20
+      +5 .5 | +5 .5
+      | none | 1 | 1 2 3 | 1 x | [exit] 2 | nan inf | 1e10 2 | 2 -1e10 | 1e 2 | . - | 1 2000000000 | 1 2})")) {
+    for (std::size_t field = 0; field < row.size(); field += field == 0 ? 2 : 1) {  // those behind have none either
+      FakeSession with;
+      with.fake.files.addFile("C:\\m.json", R"({"BoundingBox":")" + row[field] + "\"}");
+      const auto box = ModuleFile::read(with.fake.files, with.logs, pathOf("C:\\m.json")).viewBox();
+      EXPECT_EQ(box ? box->width + " " + box->height : "none", row[1]) << row[field];
+    }
   }
 }
 

@@ -5,12 +5,9 @@
 
 #include "link/socket_client.h"
 #include "modules/library_files.h"
-#include "support/fake_script_host.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/command_test_tcl.h"
 #include "text/gbk_literal.h"
 #include "text/json.h"
-#include "wire/packet_text.h"
 
 namespace vernoxa::modules {
 namespace {
@@ -19,33 +16,22 @@ using namespace std::chrono_literals;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-class RequestCommands : public testing::Test {
+class RequestCommands : public CommandTest {
  protected:
   RequestCommands() {
-    with_.enableTraffic();
-    with_.companionLink.setClientCreated(true);
+    enableTraffic();
+    companionLink.setClientCreated(true);
   }
 
-  std::string invoke(CommandResult (*command)(CommandCall&, plugin::Session&), const Words& arguments) {
-    Words words{"command"};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const TclWords objects(words);
-    const Arguments given = objects.arguments();
-    CommandCall call{given, host_};
-    return command(call, with_.session).text;
-  }
+  std::string invoke(Command command, const Words& arguments) { return call(command, arguments).text; }
   void companionAnswers(const std::string& reply) {
-    with_.fake.sockets.expect(link::companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
+    fake.sockets.expect(link::companionPort, {{{frameOf(reply)}}, StreamEnd::hang, {}});
   }
-  std::string lastRequest() { return messagesIn(with_.fake.sockets.connections().back().sent).at(0); }
-
-  TclInterp tcl_;  // brings Tcl up for the words
-  FakeSession with_;
-  FakeScriptHost host_;
+  std::string lastRequest() { return messagesIn(fake.sockets.connections().back().sent).at(0); }
 };
 
 TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
-  with_.fake.files.addFile(u8"D:\\模块\\a.json"_gbk, "{}");
+  fake.files.addFile(u8"D:\\模块\\a.json"_gbk, "{}");
   const struct {
     const char* reply;
     const char* path;    // GetResPath
@@ -67,10 +53,10 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
   for (const auto& each : cases) {
     companionAnswers(each.reply);
     EXPECT_EQ(invoke(plugin::run<getResPath>, {"7"}), each.path) << each.reply;
-    EXPECT_THAT(with_.traffic(), EndsWith(std::string("\n") + each.logged));
+    EXPECT_THAT(traffic(), EndsWith(std::string("\n") + each.logged));
     EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"})");
-    with_.part<ResourcePaths>().known.clear();
-    with_.placement.PartIndex.clear();
+    part<ResourcePaths>().known.clear();
+    placement.PartIndex.clear();
     companionAnswers(each.reply);
     EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), each.user) << each.reply;
     EXPECT_EQ(lastRequest(), R"({"Command":"GetSelfId","Data":{},"Result":"0"})");
@@ -78,79 +64,65 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
   companionAnswers("{}");
   invoke(plugin::run<getResPath>, {R"(7","x":"\)"});
   EXPECT_EQ(lastRequest(), R"({"Command":"GetMarketResPath","Data":{"ResId":"7\",\"x\":\"\\"},"Result":"0"})");
-  EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
-  EXPECT_EQ(with_.fake.sockets.started(), 1);
+  EXPECT_EQ(fake.sockets.stillOpen(), 0);
+  EXPECT_EQ(fake.sockets.started(), 1);
 }
 
 TEST_F(RequestCommands, KnownAnswersAreNotAskedAgain) {
-  with_.fake.files.addFile("D:\\1.json", "{}");
-  with_.fake.files.addFile("D:\\2.json", "{}");
+  fake.files.addFile("D:\\1.json", "{}");
+  fake.files.addFile("D:\\2.json", "{}");
   companionAnswers(R"({"Result":0,"Data":{"ResId":"1","DatPath":"D:\\1.json"}})");
   companionAnswers(R"({"Result":0,"Data":{"ResId":"2","DatPath":"D:\\2.json"}})");
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(invoke(plugin::run<getResPath>, {"1"}), "D:\\\\1.json");
     EXPECT_EQ(invoke(plugin::run<getResPath>, {"2"}), "D:\\\\2.json");
   }
-  EXPECT_EQ(with_.fake.sockets.connections().size(), 2U);
-  with_.fake.files.removeFile("D:\\1.json");
+  EXPECT_EQ(fake.sockets.connections().size(), 2U);
+  fake.files.removeFile("D:\\1.json");
   EXPECT_EQ(invoke(plugin::run<getResPath>, {"1"}), "");  // asked, and nobody there
-  EXPECT_EQ(with_.fake.sockets.refused(), 1);
-  EXPECT_THAT(with_.traffic(), EndsWith("can't Init"));
+  EXPECT_EQ(fake.sockets.refused(), 1);
+  EXPECT_THAT(traffic(), EndsWith("can't Init"));
 
-  with_.placement.PartIndex = "2";  // of a placement: the two share their field
+  placement.PartIndex = "2";  // of a placement: the two share their field
   EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "2");
-  EXPECT_EQ(with_.fake.sockets.refused(), 1);
+  EXPECT_EQ(fake.sockets.refused(), 1);
 }
 
 TEST_F(RequestCommands, NobodyIsAskedWhoMayNotBeThere) {
-  with_.companionLink.setClientCreated(false);
-  with_.fake.sockets.refusalTakes = 2s;
-  const auto start = with_.fake.clock.monotonic();
+  companionLink.setClientCreated(false);
+  fake.sockets.refusalTakes = 2s;
+  const auto start = fake.clock.monotonic();
   EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}) + invoke(plugin::run<getResPath>, {"1"}), "");
-  EXPECT_EQ(with_.traffic(), "can't Init\ncan't Init");
-  EXPECT_EQ(with_.fake.sockets.refused(), 0);
-  EXPECT_EQ(with_.fake.clock.monotonic(), start);
-  with_.companionLink.setRefusedAtOnce(true);  // then an attempt costs nothing
+  EXPECT_EQ(traffic(), "can't Init\ncan't Init");
+  EXPECT_EQ(fake.sockets.refused(), 0);
+  EXPECT_EQ(fake.clock.monotonic(), start);
+  companionLink.setRefusedAtOnce(true);  // then an attempt costs nothing
   companionAnswers(R"({"Result":0,"Data":{"UserId":"u"}})");
   EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, SilentCompanionHoldsTheHostForThirtySeconds) {
   const std::string frame = frameOf(R"({"Result":0,"Data":{"UserId":"u"}})");
-  std::vector<Piece> slow;
-  for (const char byte : frame) {
-    slow.push_back({std::string(1, byte), 20s});
-  }
-  const struct {
-    std::vector<Piece> pieces;
-    StreamEnd end;
-  } cases[] = {{{}, StreamEnd::hang},
-               {slow, StreamEnd::hang},
-               {{{frame, 31s}}, StreamEnd::hang},
-               {{}, StreamEnd::close},
-               {{{frame.substr(0, 9)}}, StreamEnd::close},
-               {{}, StreamEnd::fail}};
-  for (const auto& each : cases) {
-    with_.fake.sockets.expect(link::companionPort, {each.pieces, each.end, {}});
-    const auto start = with_.fake.clock.monotonic();
+  for (const std::vector<Piece>& pieces : {std::vector<Piece>(), std::vector<Piece>{{frame, 31s}}}) {
+    fake.sockets.expect(link::companionPort, {pieces, StreamEnd::hang, {}});
+    const auto start = fake.clock.monotonic();
     EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "");
-    EXPECT_LE(with_.fake.clock.monotonic() - start, 30s);
-    EXPECT_THAT(with_.traffic(), EndsWith("ret:-1"));
+    EXPECT_LE(fake.clock.monotonic() - start, 30s);
+    EXPECT_THAT(traffic(), EndsWith("ret:-1"));
   }
-  with_.fake.sockets.expect(link::companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
+  fake.sockets.expect(link::companionPort, {{{frame, 29s}}, StreamEnd::hang, {}});
   EXPECT_EQ(invoke(plugin::run<getSelfUserId>, {}), "u");
 }
 
 TEST_F(RequestCommands, ReplyThatIsNoPacketTextEndsAsException) {
-  with_.fake.sockets.expect(link::companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
+  fake.sockets.expect(link::companionPort, {{{std::string("\x02\0\0\0zz", 6)}}, StreamEnd::hang, {}});
   EXPECT_THROW(invoke(plugin::run<getResPath>, {"1"}), std::runtime_error);
-  EXPECT_EQ(with_.fake.sockets.stillOpen(), 0);
+  EXPECT_EQ(fake.sockets.stillOpen(), 0);
 }
 
 TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
-  PlacementContext& placement = with_.placement;
   host_.answer("sendPacketGlobalHandle", "0");
-  with_.part<PreviewPicture>().path = u8"C:\\预览.bmp"_gbk;
+  part<PreviewPicture>().path = u8"C:\\预览.bmp"_gbk;
   placement.dsnDatPath = "C:\\ModuleLib.json";
   const std::string resistor = utf8(u8"贴片电阻");
   EXPECT_EQ(invoke(plugin::run<sendUploadMarket>,
@@ -163,30 +135,29 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
       u8R"({"Id":"贴片电阻","Ref":"R"}],"Wire":["N1","贴片电阻"],"Keys":["k1","k2"],)"_gbk
       R"("sumPins":"10","selfPins":"4","copyPrice":"1.5"},"Command":"SelectModule_EndResult","Result":"0"})";
   EXPECT_EQ(script, sendingScript(Json::parse(expected).document.printFormatted()));
-  EXPECT_EQ(with_.part<PreviewPicture>().path + placement.dsnDatPath, "");
+  EXPECT_EQ(part<PreviewPicture>().path + placement.dsnDatPath, "");
 
   invoke(plugin::run<sendUploadMarket>, {});
   EXPECT_THAT(messageOf(host_.scripts.at(1).substr(24)).message, HasSubstr("\"Keys\":\t[],\n"));
 }
 
 TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
-  PlacementContext& placement = with_.placement;
   placement.dsnDatPath = "C:\\Mods\\m.json";
-  with_.fake.random.numbers = {5, 6};
-  with_.part<LibraryFiles>().pickNames();
+  fake.random.numbers = {5, 6};
+  part<LibraryFiles>().pickNames();
   for (const char* name : {"5.olb", "5_0.OBK", "6.olb", "m.json", "7.olb"}) {
-    with_.fake.files.addFile(std::string("C:\\Mods\\") + name, "");
+    fake.files.addFile(std::string("C:\\Mods\\") + name, "");
   }
   invoke(plugin::run<removeDatFile>, {});  // none of the libraries was made here
-  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 4U);
+  EXPECT_EQ(fake.files.entries("C:\\Mods").size(), 4U);
   for (const char* path : {"c:/mods/5.OLB", "C:\\MODS\\5_0.obk", "C:\\Mods/6.olb"}) {
-    with_.part<LibraryFiles>().noteMade(pathOf(path));
+    part<LibraryFiles>().noteMade(pathOf(path));
   }
   invoke(plugin::run<removeDatFile>, {});
-  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 1U);
-  with_.fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
+  EXPECT_EQ(fake.files.entries("C:\\Mods").size(), 1U);
+  fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
   invoke(plugin::run<removeDatFile>, {});
-  EXPECT_EQ(with_.fake.files.entries("C:\\Mods").size(), 2U);
+  EXPECT_EQ(fake.files.entries("C:\\Mods").size(), 2U);
 }
 
 }  // namespace

@@ -1,33 +1,14 @@
 # The built DLL in a real Windows Tcl, on real files and sockets: load_windows_test.tcl Vernoxa64.dll
 # The plug-in keeps its pauses of ten seconds here, so that everything else runs while its link thread waits.
 
-if {![info exists reread]} {
-  set reread 1  ;# Tcl took this file for a text in the code page
-  source -encoding utf-8 [info script]
-  return
-}
+source [file join [file dirname [info script]] .. support on_windows.tcl]
+if {[rereadAsUtf8]} return
 
 set built [lindex $argv 0]
 set root [file join $env(TEMP) vernoxa-load]
-catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
-set failures 0
+catch {file delete -force $root}
 
-proc check {what got expected} {
-  if {$got ne $expected} {
-    incr ::failures
-    puts stderr "$what\n  got      $got\n  expected $expected"
-  }
-}
-
-# --- packets and frames, apart from the plug-in's own code ----------------------------------------------------------
-
-proc hex {text} {
-  return [binary encode hex [encoding convertto cp936 $text]]
-}
-
-proc unhex {packet} {
-  return [encoding convertfrom cp936 [binary decode hex $packet]]
-}
+# --- frames, apart from the plug-in's own code ----------------------------------------------------------------------
 
 # The text of a JSON message in one line.
 proc flat {json} {
@@ -62,29 +43,13 @@ proc serve {port accept} {
 
 # --- installations and hosts ----------------------------------------------------------------------------------------
 
-proc install {name {configuration ""}} {
-  set base [file join $::root $name]
-  file mkdir [file join $base bin] [file join $base Config]
-  file copy $::built [file join $base bin Vernoxa64.dll]
+# The DLL in an installation of that name.
+proc installed {name {configuration ""}} {
+  set base [install [file join $::root $name] $::built]
   if {$configuration ne ""} {
     writeFile [file join $base Config App.txt] $configuration
   }
   return $base
-}
-
-proc writeFile {path text} {
-  set channel [open $path w]
-  puts -nonewline $channel $text
-  close $channel
-}
-
-proc readFile {path} {
-  if {[catch {open $path rb} channel]} {
-    return "(no file)"
-  }
-  set text [encoding convertfrom cp936 [read $channel]]
-  close $channel
-  return $text
 }
 
 # An interpreter with the host procedures that are named; each call is recorded in ::calls.
@@ -133,7 +98,7 @@ set requests {}
 set probes 0
 serve 9610 acceptHost
 serve 9601 acceptCompanion
-set base [install "设计 a" {{"AlgMenuLang":"CN"}}]
+set base [installed "设计 a" {{"AlgMenuLang":"CN"}}]
 file mkdir [file join $base Script Log]
 writeFile [file join $base Script Log schLog.txt] "a former run"
 set linked [host [concat $startUp {InitPath getDsnPinCount creatClient sendPacketGlobalHandle GetNetsList}]]
@@ -180,7 +145,7 @@ check "queries without a link in time" [expr {[clock milliseconds] - $began < 10
 # --- other loads ----------------------------------------------------------------------------------------------------
 
 # By package require, beside a broken configuration, in a host without its procedures.
-set base2 [install pkg "broken {"]
+set base2 [installed pkg "broken {"]
 writeFile [file join $base2 bin pkgIndex.tcl] \
     {package ifneeded Vernoxa 1.0 [list load [file join $dir Vernoxa64.dll]]}
 set bare [host {}]
@@ -199,7 +164,7 @@ check "after unload" [list [catch {$bare eval getGenerateGuid} text] [string len
 interp delete $second
 
 # The companion is started in the base directory, with its one argument. A Tcl stands in for it.
-set base3 [install run {{"StartWithCadence":"1"}}]
+set base3 [installed run {{"StartWithCadence":"1"}}]
 set tcl [file dirname [info nameofexecutable]]
 file copy [info nameofexecutable] [file join $base3 LanTuZS.exe]
 foreach library [glob -directory $tcl *.dll] {
@@ -240,44 +205,10 @@ check "host procedures of the link" [lrange $calls($linked) end-4 end] \
     {creatClient InitPath getDsnPinCount sendPacketGlobalHandle InitPath}
 check "open designs" [$linked eval getOpenFileCount] 3
 
-# What the link's thread would hear next, in its own words: {opened closed}, paths in the host's encoding.
-proc threadAsks {message} {
-  return [binary decode hex [$::linked eval [list packetParserForPthread [hex $message]]]]
-}
-proc next {} {
-  set reply [encoding convertfrom utf-8 [threadAsks {{"Command":"GetNewOpenPath"}}]]
-  foreach member {ProjectPath CloseFile} {
-    lappend paths [expr {[regexp "\"$member\":\"(\[^\"\]*)\"" $reply all path] ? [string map {\\\\ \\} $path] : ""}]
-  }
-  return $paths
-}
-proc status {status design} {
-  threadAsks [format {{"Command":"FileStatus","Data":{"Status":"%s","FileName":"%s"}}} $status \
-      [string map {\\ \\\\} $design]]
-}
-
-lassign $designs first second third
-check "the second design is next" [next] [list $second {}]
-$linked eval {rename sendPacketGlobalHandle kept; proc sendPacketGlobalHandle packet {error "no connection"}}
-status Open $second
-check "after a send that failed" [next] [list $second {}]
-$linked eval {rename sendPacketGlobalHandle {}; rename kept sendPacketGlobalHandle}
-status Open $second
-check "the third design is next" [next] [list $third {}]
-status Open $third
-check "all are reported" [next] {{} {}}
-set answers(InitPath) $third
-check "two are closed" [next] [list {} "$first;$second"]
-status Close $first
-check "one is closed" [next] [list {} $second]
-$linked eval serverLinkBreak
-threadAsks {{"Command":"creatClient"}}
-check "a restarted companion hears of the open design" [next] [list $third {}]
-
 set log [readFile [file join $base Script Log schLog.txt]]
 check "frames in the traffic log" [regexp [string map [list @ $stamp] {@revData\[3\]:0\r\n@len:\d+\r\n}] $log] 1
 check "waits for replies in the traffic log" [regexp [string map [list @ $stamp] {@ret:0\r\n}] $log] 1
-check "the traffic log is in the code page" [regexp {"ProjectPath":"D:\\\\原理图\\\\a.dsn"} $log] 1
+check "the traffic log is in the code page" [regexp {"ProjectPath":"D:\\\\娴嬭瘯\\\\a.dsn"} $log] 1
 
 while {![info exists confused]} {
   vwait confused
@@ -289,5 +220,4 @@ check "crash log" [regexp "^(${stamp}creatClient\r\n)+$" $crash] 1
 check "companion started" [readFile [file join $base3 started.txt]] "0 run"
 
 cd $folder
-puts "[expr {$failures ? "$failures checks failed" : "all checks passed"}]"
-exit [expr {$failures > 0}]
+finish

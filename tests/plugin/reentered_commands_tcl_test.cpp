@@ -3,22 +3,20 @@
 // the variables that hold them, puts other texts into the memory that this gives back, and brings the next packet.
 #include <gmock/gmock.h>
 
-#include <array>
+#include <cstdlib>
 #include <map>
 
 #include "plugin/command_table.h"
-#include "plugin/plug_in.h"
 #include "plugin/request_table.h"
-#include "plugin/start_up.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/loaded_plug_in_tcl.h"
 #include "text/gbk_literal.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa::plugin {
 namespace {
 
-constexpr const char* worst = R"(
+// Done to the lists and the memory of the call that runs the event loop.
+constexpr const char* spoil = R"(
   foreach name [info globals argument*] {
     upvar #0 $name value
     foreach element $value {
@@ -34,6 +32,9 @@ constexpr const char* worst = R"(
   for {set size 0} {$size < 300} {incr size} {
     lappend noise [list [string repeat ! $size] [expr {$size * 3}]]
   }
+)";
+
+const std::string worst = std::string(spoil) + R"(
   packetParser $nested
   sendRemoveFromBom {short 1;2;3;4;5;6 short}
   SelectJumpPart {U2;U1} 1
@@ -54,10 +55,10 @@ constexpr const char* module =
     R"("BoundingBox":"30 20"})";
 
 // One load of the plug-in, and what a call of it shows to the outside.
-class Stage {
+class Stage : public LoadedPlugIn {
  public:
-  // `disturbance`: a script for the event loops; none for nullptr.
-  explicit Stage(const char* disturbance) : disturbance_(disturbance) {
+  // With these scripts behind it.
+  explicit Stage(std::initializer_list<const char*> before = {}) {
     fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     fake.files.addFile("C:\\Mods\\m.json", module);
     fake.files.addFolder("C:\\App\\Cache\\Output");
@@ -72,11 +73,20 @@ class Stage {
       return Evaluation{true, answer != hostAnswers.end() ? answer->second : "1"};
     });
     interp.evaluate("set nested " + packetTextOf(R"({"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\b.dsn"}})"));
-    startUp(interp.get(), plugIn_);
-    plugIn_.session->part<modules::PlacementContext>().dsnDatPath = "C:\\Mods\\m.json";
+    startUp(interp.get(), plugIn);
+    part<modules::PlacementContext>().dsnDatPath = "C:\\Mods\\m.json";
+    for (const char* const script : before) {
+      interp.evaluate(script);
+    }
+    seen.clear();
   }
-  ~Stage() { setActivePlugIn(nullptr); }
 
+  // From now on the event loops run that script: each of them, or the one of that number alone.
+  void disturb(const std::string& script, std::size_t onlyAt = everyOne) {
+    seen.clear();
+    disturbance_ = script;
+    onlyAt_ = onlyAt;
+  }
   // `arguments` as a script writes them, each held by a variable.
   std::string call(const std::string& command, const std::vector<std::string>& arguments) {
     std::string script = command;
@@ -98,8 +108,8 @@ class Stage {
   }
 
   TclInterp interp;
-  FakeWorld fake;
   std::vector<std::string> seen;  // boxes, dialogs and evaluations, but those of the disturbance
+  std::string disturbed;          // what the last disturbance answered
 
  private:
   void happened(const std::string& what) {
@@ -107,18 +117,19 @@ class Stage {
       return;
     }
     seen.push_back(what);
-    if (disturbance_ != nullptr) {
+    if (!disturbance_.empty() && (onlyAt_ == everyOne || onlyAt_ == seen.size() - 1)) {
       disturbing_ = true;
-      EXPECT_EQ(interp.evaluate(disturbance_).status, 0) << interp.evaluate("set errorInfo").text;
+      const auto result = interp.evaluate(disturbance_);
+      EXPECT_EQ(result.status, 0) << interp.evaluate("set errorInfo").text;
+      disturbed = result.text;
       disturbing_ = false;
     }
   }
 
-  const char* const disturbance_;
+  static constexpr std::size_t everyOne = ~std::size_t{0};
+  std::string disturbance_;
+  std::size_t onlyAt_ = everyOne;
   bool disturbing_ = false;
-  World world_ = fake.world();
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-                 [](std::shared_ptr<LinkThreadParts>) {}};
 };
 
 struct Sample {
@@ -193,9 +204,8 @@ struct Shown {
 };
 
 Shown show(const std::string& command, const Sample& sample, bool conversionsFail, bool disturbed) {
-  Stage stage(disturbed ? worst : nullptr);
-  stage.interp.evaluate(sample.before);
-  stage.seen.clear();
+  Stage stage({sample.before});
+  stage.disturb(disturbed ? worst : "");
   stage.fake.codePage.throwing = conversionsFail;  // they show a box then
   Shown shown;
   shown.result = stage.call(command, sample.arguments);
@@ -252,7 +262,15 @@ Json valueFor(const Member& member) {
                                                         : u8"C:\\设计\\a.dsn"_gbk);
 }
 
-TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
+// A call of the plug-in: a command, or a request through its door.
+struct Entry {
+  std::string name;
+  std::string command;
+  Sample sample;
+};
+
+std::vector<Entry> requests() {
+  std::vector<Entry> all;
   for (const auto& [door, table] :
        {std::pair{"packetParser", companionHandlers()}, std::pair{"packetParserForPthread", threadHandlers()}}) {
     for (const HandlerRow& row : table) {
@@ -262,11 +280,80 @@ TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
       for (const Member& member : row.members) {
         message.addTo(data, member.name, valueFor(member));
       }
-      const Sample sample{{packetTextOf(message.printUnformatted())}};
-      EXPECT_GT(holdAgainstQuiet(row.name, door, sample), 0U) << row.name;
-      EXPECT_EQ(show(door, sample, false, true).locks, std::string_view(row.name) == "Cancel" ? 1 : 2) << row.name;
+      all.push_back({row.name, door, {{packetTextOf(message.printUnformatted())}}});
     }
   }
+  return all;
+}
+
+TEST(ReenteredCommands, NoHandlerLooksAtWhatAScriptTookAway) {
+  for (const auto& [name, door, sample] : requests()) {
+    EXPECT_GT(holdAgainstQuiet(name, door, sample), 0U) << name;
+    EXPECT_EQ(show(door, sample, false, true).locks, name == "Cancel" ? 1 : 2) << name;
+  }
+}
+
+// Two calls, one inside an event loop of the other or one after the other, and what they answered.
+class Pair {
+ public:
+  Pair(const Entry& outer, const Entry& inner) : outer_(outer), inner_(inner) {
+    innerScript_ = "list [catch {" + inner.command;
+    for (const std::string& argument : inner.sample.arguments) {
+      innerScript_ += " {" + argument + "}";
+    }
+    innerScript_ += "} text] $text";
+  }
+
+  std::string nested(std::size_t event) const {
+    Stage stage({outer_.sample.before, inner_.sample.before});
+    stage.disturb(spoil + innerScript_, event);
+    const std::string answer = stage.call(outer_.command, outer_.sample.arguments);
+    return answer + "\n" + stage.disturbed;
+  }
+  bool isSerial(const std::string& answers) const {
+    Stage outerFirst({outer_.sample.before, inner_.sample.before});
+    const std::string first = outerFirst.call(outer_.command, outer_.sample.arguments);
+    if (answers == first + "\n" + outerFirst.interp.evaluate(innerScript_).text) {
+      return true;
+    }
+    Stage innerFirst({outer_.sample.before, inner_.sample.before});
+    const std::string inner = innerFirst.interp.evaluate(innerScript_).text;
+    return answers == innerFirst.call(outer_.command, outer_.sample.arguments) + "\n" + inner;
+  }
+
+ private:
+  const Entry& outer_;
+  const Entry& inner_;
+  std::string innerScript_;
+};
+
+// Every event loop of every command and request runs another call, and every call is run so. Which with which changes
+// from event to event; all of them with all take minutes, with VERNOXA_TRUST=all.
+TEST(ReenteredCommands, TwoCallsAnswerAsIfOneCameAfterTheOther) {
+  std::vector<Entry> all = requests();
+  for (const CommandRow& row : commandTable()) {
+    all.push_back({row.name, row.name, samples.at(row.name)});
+  }
+  const char* const wish = std::getenv("VERNOXA_TRUST");
+  const std::size_t inners = wish != nullptr && std::string_view(wish) == "all" ? all.size() : 3;
+  std::size_t next = 0;
+  int pairs = 0;
+  for (const Entry& outer : all) {
+    Stage quiet({outer.sample.before});
+    quiet.call(outer.command, outer.sample.arguments);
+    for (std::size_t event = 0; event < quiet.seen.size(); ++event) {
+      for (std::size_t count = 0; count < inners; ++count, ++pairs) {
+        const Entry& inner = all[next++ % all.size()];
+        SCOPED_TRACE(inner.name + " inside event " + std::to_string(event) + " of " + outer.name + ": " +
+                     quiet.seen[event]);
+        const Pair pair(outer, inner);
+        const std::string answers = pair.nested(event);
+        EXPECT_TRUE(pair.isSerial(answers)) << answers;
+      }
+    }
+  }
+  EXPECT_GE(pairs, 300);
+  RecordProperty("pairs", pairs);
 }
 
 // What is no packet text shows a box while the packet lock is held.
@@ -281,8 +368,8 @@ TEST(ReenteredCommands, ABoxOfThePacketDoorIsReenteredByAPacket) {
 
 // The host ends the export in a box that the name of its last page leads to.
 TEST(ReenteredCommands, AnExportMayEndInsideItsOwnBox) {
-  Stage stage("outputSVGFile {S P x y K}");
-  stage.interp.evaluate("initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}");
+  Stage stage({"initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}"});
+  stage.disturb("outputSVGFile {S P x y K}");
   stage.fake.codePage.throwing = true;
   EXPECT_EQ(stage.call("addToPageList", {"Page Q 3 4 L"}), "0 ");
   EXPECT_EQ(stage.seen.back(), u8"box GBK格式异常"_gbk);
@@ -297,8 +384,8 @@ TEST(ReenteredCommands, AnExportMayEndInsideItsOwnBox) {
 // There the host begins another export: nothing of it gets into the old page's file, and it goes on.
 TEST(ReenteredCommands, AnExportMayBeRenewedInsideItsOwnBox) {
   for (const char* last : {"addToPageList {Page Q 3 4 L}", "outputSVGFile {\xB5\xE7 P x y K}"}) {
-    Stage stage("initSVGList; addToPageList {Page X 1 2 M}");
-    stage.interp.evaluate("initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}");
+    Stage stage({"initSVGList; addToPageList {Schematic \xB5\xE7}; addToPageList {Page P 1 2 K}"});
+    stage.disturb("initSVGList; addToPageList {Page X 1 2 M}");
     stage.fake.codePage.throwing = true;
     stage.interp.evaluate(last);
     stage.fake.codePage.throwing = false;

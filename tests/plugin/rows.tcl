@@ -10,14 +10,6 @@ proc unhex {text} {
   return [encoding convertfrom cp936 [binary decode hex $text]]
 }
 
-proc check {what got expected} {
-  if {$got eq $expected} {
-    incr ::passed
-  } else {
-    lappend ::failures "$what\n  got      $got\n  expected $expected"
-  }
-}
-
 # One request: what the host answers by procedure name, the scripts it must see in their order, and the reply.
 proc row {door request answers scripts reply} {
   set stands [list BASE [string map {\\ \\\\} $::base]]
@@ -48,6 +40,19 @@ set path {{"ProjectPath":"C:\\设计\\a.dsn"}}
 set raw {"C:\设计\a.dsn"}
 set doubled {"C:\\设计\\a.dsn"}
 set redraw [list "saveFile $doubled" ZoomIn ZoomOut]
+
+# What is no request: no packet text comes back encoded again behind a box, which waits for a user on a real system; no
+# JSON and no command get no reply.
+foreach door {packetParser packetParserForPthread} {
+  check "$door without a packet" [$door] {}
+  if {$tcl_platform(platform) ne "windows"} {
+    check "$door, no packet text" [list [$door zz] [$door "7b7d 7b7d"]] [list 7a7a [hex "7b7d 7b7d"]]
+  }
+  foreach message [list "" "\{" {{}} {{"Command":null}} {{"Data":{}}}] {
+    check "$door $message" [$door [hex $message]] {}
+  }
+  row $door {{"Command":"理"}} {} {} [refused 理 [expr {$door eq "packetParser" ? "command error" : "command1 error"}]]
+}
 
 # Views and pages
 companion GetActiveProPages {{}} {GetActiveProPages {{C:/a.dsn P1 {Page 2}} {C:/b.dsn}}} GetActiveProPages \

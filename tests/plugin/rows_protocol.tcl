@@ -58,15 +58,17 @@ proc ask {request data} {
 
 proc withoutWhatIsNeeded {request} {
   set values {text {"C:\\a.dsn"} number 3 textOrNumber 3 array {[]}}
+  set wrong {text {"" true 3 null [] {{}}} number {"" true {"x"} {"1.5"} []} textOrNumber {"" true null []} array {"" true 3 {"[]"}}}
   set good {}
   foreach member [dict get $request members] {
     if {[dict get $member needed]} {
+      dict set kinds [dict get $member name] [dict get $member kind]
       dict set good [dict get $member name] [dict get $values [dict get $member kind]]
     }
   }
   set members [dict keys $good]
   foreach spoilt $members {
-    foreach value {"" true} {
+    foreach value [dict get $wrong [dict get $kinds $spoilt]] {
       set data [lmap {name fine} $good {
         if {$name eq $spoilt && $value eq ""} continue
         string cat \" $name \": [expr {$name eq $spoilt ? $value : $fine}]

@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 #include <tcl.h>
 
-#include "plugin/plug_in.h"
-#include "plugin/start_up.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/loaded_plug_in_tcl.h"
 
 namespace vernoxa::plugin {
 namespace {
@@ -17,22 +14,18 @@ std::string readScript(const char* name) {
 
 TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   TclInterp interp;
-  FakeWorld fake;
-  World world = fake.world();
-  PlugIn plugIn{world, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world, pathOf("C:\\App\\bin")), nullptr,
-                [](std::shared_ptr<LinkThreadParts>) {}};
-  fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
-  fake.files.addFile("C:\\App\\module.json", R"({"children":[{"name":"Part"}],"lib":[{"Name":"RES"}]})");
+  LoadedPlugIn loaded;
+  loaded.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+  loaded.fake.files.addFile("C:\\App\\module.json", R"({"children":[{"name":"Part"}],"lib":[{"Name":"RES"}]})");
   const auto host = interp.evaluate("set base {C:\\App}; set repository {" TEST_SOURCE_FOLDER
                                     "}; source $repository/tests/plugin/rows_host.tcl");
   ASSERT_EQ(host.status, TCL_OK) << host.text;
-  startUp(interp.get(), plugIn);
+  startUp(interp.get(), loaded.plugIn);
   const auto run = interp.evaluate(readScript("rows.tcl") + readScript("rows_protocol.tcl") +
                                    "set channel [open rows-said.txt w]; puts $channel [join $said \\n]\n"
                                    "close $channel; join $failures \\n");
   EXPECT_EQ(run.status, TCL_OK) << interp.evaluate("set errorInfo").text;
   EXPECT_EQ(run.text, "");
-  setActivePlugIn(nullptr);
 }
 
 }  // namespace

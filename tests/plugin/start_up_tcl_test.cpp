@@ -5,9 +5,7 @@
 
 #include "modules/library_files.h"
 #include "plugin/command_table.h"
-#include "plugin/plug_in.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/loaded_plug_in_tcl.h"
 #include "text/gbk_literal.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
@@ -42,42 +40,30 @@ int onThread(std::size_t index) {
   return answered;
 }
 
-class StartUpTest : public testing::Test {
+class StartUpTest : public testing::Test, protected LoadedPlugIn {
  protected:
   StartUpTest() {
-    fake_.files.addFolder("C:\\App\\bin");
+    plugIn.startLinkThread = [](std::shared_ptr<LinkThreadParts> thread) { threads().push_back(std::move(thread)); };
+    fake.files.addFolder("C:\\App\\bin");
     interp_.define(
         {"RegisterAction", "UnregisterAction", "InsertXMLMenu", "creatServerForPthread", "::capGenerateBOMUtil::init"});
   }
-  ~StartUpTest() override {
-    setActivePlugIn(nullptr);
-    threads().clear();
-  }
+  ~StartUpTest() override { threads().clear(); }
 
   void load() {
-    startUp(interp_.get(), plugIn_);
+    startUp(interp_.get(), plugIn);
     interp_.evaluate("");  // what a script left as its result
   }
-  void configure(const char* text) { fake_.files.addFile("C:\\App\\Config\\App.txt", text); }
-  template <class Part>
-  Part& part() {
-    return plugIn_.session->part<Part>();
-  }
-  std::string crashes() { return logMessages(fake_.files.bytes("C:\\App\\bin\\catchLog\\log.txt")); }
+  void configure(const char* text) { fake.files.addFile("C:\\App\\Config\\App.txt", text); }
 
   TclInterp interp_;
-  FakeWorld fake_;
-  World world_ = fake_.world();
-  PlugIn plugIn_{world_, pathOf("C:\\App\\bin\\Vernoxa64.dll"), crashLogsOf(world_, pathOf("C:\\App\\bin")), nullptr,
-                 [](std::shared_ptr<LinkThreadParts> thread) { threads().push_back(std::move(thread)); }};
 };
 
-TEST_F(StartUpTest, ScriptByteForByte) {
+TEST_F(StartUpTest, ScriptKeepsItsSizeAndLineEnds) {
   const std::string script = startUpScript().text();
   EXPECT_EQ(script.size(), 683U);
-  EXPECT_EQ(replaceAll(script, "\r\n", "").find_first_of("\r\n"), std::string::npos);
-  EXPECT_FALSE(script.ends_with('\n'));
   EXPECT_EQ(splitFields(script, '\n').size(), 15U);
+  EXPECT_EQ(replaceAll(script, "\r\n", "").find_first_of("\r\n"), std::string::npos);
 }
 
 TEST_F(StartUpTest, HostSeesItsCallsInOrder) {
@@ -103,7 +89,7 @@ TEST_F(StartUpTest, HostSeesItsCallsInOrder) {
 TEST_F(StartUpTest, LeavesTheDefaults) {
   load();
   EXPECT_EQ(interp_.evaluate("package present Vernoxa").text, "1.0");
-  EXPECT_EQ(plugIn_.session->language, "EN");
+  EXPECT_EQ(plugIn.session->language, "EN");
   EXPECT_EQ(part<ProjectFolder>().get().utf8(), "C:\\App");
   EXPECT_EQ(part<HostExecutable>().get().utf8(), "");
   EXPECT_FALSE(part<link::CompanionLink>().clientCreated());
@@ -111,9 +97,9 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
   EXPECT_EQ(part<modules::LibraryFiles>().newPath().utf8(), "/Test.olb");
   EXPECT_EQ(part<modules::LibraryFiles>().temporaryPath().utf8(), "/123456.olb");
   EXPECT_EQ(part<modules::PlacementContext>().placeState, 0);
-  EXPECT_THAT(threads(), ElementsAre(testing::Pointer(&plugIn_.session->linkThread())));
-  EXPECT_EQ(fake_.sockets.started(), 1);
-  EXPECT_EQ(fake_.sockets.opened(), 0);
+  EXPECT_THAT(threads(), ElementsAre(testing::Pointer(&plugIn.session->linkThread())));
+  EXPECT_EQ(fake.sockets.started(), 1);
+  EXPECT_EQ(fake.sockets.opened(), 0);
   EXPECT_EQ(crashes(), "");
 }
 
@@ -135,43 +121,37 @@ TEST_F(StartUpTest, ConfigurationAndProcessesDecideOnTheCompanion) {
   };
   for (const auto& row : rows) {
     configure(row.configuration);
-    fake_.processes.list = row.processes;
-    fake_.processes.started.clear();
+    fake.processes.list = row.processes;
+    fake.processes.started.clear();
     load();
-    EXPECT_EQ(plugIn_.session->language, row.language) << row.configuration;
-    EXPECT_EQ(fake_.processes.started.size(), row.started) << row.configuration;
+    EXPECT_EQ(plugIn.session->language, row.language) << row.configuration;
+    EXPECT_EQ(fake.processes.started.size(), row.started) << row.configuration;
   }
-  EXPECT_THAT(fake_.messages.shown(), IsEmpty());
+  EXPECT_THAT(fake.messages.shown(), IsEmpty());
 }
 
 TEST_F(StartUpTest, FailedLaunchIsShownAndTheStartGoesOn) {
   configure(R"({"StartWithCadence":"1"})");
-  fake_.processes.startThrows = true;
+  fake.processes.startThrows = true;
   load();
-  EXPECT_THAT(fake_.messages.shown(), ElementsAre(u8"澜图助手启动失败"_gbk));
-  EXPECT_EQ(fake_.processes.folder, "D:\\Work");
+  EXPECT_THAT(fake.messages.shown(), ElementsAre(u8"澜图助手启动失败"_gbk));
+  EXPECT_EQ(fake.processes.folder, "D:\\Work");
   EXPECT_EQ(threads().size(), 1U);
   EXPECT_EQ(crashes(), "");
 }
 
-TEST_F(StartUpTest, TrafficLogStartsAfresh) {
-  fake_.files.addFile("C:\\App\\Script\\Log\\schLog.txt", "former run");
-  load();
-  EXPECT_EQ(logMessages(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt")), "GetACP 936");
-}
-
 // A host without one procedure of the start-up script loses what stands after it, and nothing else.
 TEST_F(StartUpTest, MissingProceduresOfTheHost) {
-  fake_.files.addFolder("C:\\App\\Script\\Log");
+  fake.files.addFolder("C:\\App\\Script\\Log");
   for (const char* const missing :
        {"::capGenerateBOMUtil::init", "creatServerForPthread", "InsertXMLMenu", "RegisterAction"}) {
     interp_.evaluate(std::string("rename ") + missing + " {}");
     interp_.calls.clear();
     load();
     EXPECT_THAT(interp_.calls, Each(testing::Not(Contains(missing)))) << missing;
-    EXPECT_TRUE(plugIn_.session) << missing;
+    EXPECT_TRUE(plugIn.session) << missing;
     EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0") << missing;
-    EXPECT_EQ(logMessages(fake_.files.bytes("C:\\App\\Script\\Log\\schLog.txt")),
+    EXPECT_EQ(logMessages(fake.files.bytes("C:\\App\\Script\\Log\\schLog.txt")),
               std::string("GetACP 936\nstart-up script: invalid command name \"") + missing + "\"");
     interp_.define(missing);
   }
@@ -181,38 +161,29 @@ TEST_F(StartUpTest, MissingProceduresOfTheHost) {
 
 TEST_F(StartUpTest, ExceptionEndsTheStartWhereItHappened) {
   configure(R"({"AlgMenuLang":"CN","StartWithCadence":"1"})");
-  fake_.locks.failing = true;
+  fake.locks.failing = true;
   load();
-  EXPECT_FALSE(plugIn_.session);
+  EXPECT_FALSE(plugIn.session);
   EXPECT_THAT(threads(), IsEmpty());
-  EXPECT_THAT(fake_.processes.started, IsEmpty());
-  EXPECT_EQ(fake_.sockets.started(), 0);
+  EXPECT_THAT(fake.processes.started, IsEmpty());
+  EXPECT_EQ(fake.sockets.started(), 0);
 
-  fake_.locks.failing = false;
-  fake_.files.faults.failCall(1, Faults::Kind::throwBadAlloc);  // the configuration
+  fake.locks.failing = false;
+  fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);  // the configuration
   load();
-  EXPECT_TRUE(plugIn_.session);
-  EXPECT_EQ(plugIn_.session->language, "EN");
+  EXPECT_TRUE(plugIn.session);
+  EXPECT_EQ(plugIn.session->language, "EN");
   EXPECT_THAT(threads(), IsEmpty());
 
-  fake_.processes.listThrows = true;  // counts as not running
+  fake.processes.listThrows = true;  // counts as not running
   load();
-  EXPECT_EQ(fake_.processes.started.size(), 1U);
+  EXPECT_EQ(fake.processes.started.size(), 1U);
   EXPECT_EQ(threads().size(), 1U);
   EXPECT_EQ(crashes(), "Vernoxa_Init\nVernoxa_Init\nGetProcessidFromName");
-}
 
-TEST_F(StartUpTest, AnyCallOfTheFilesMayFail) {
-  configure(R"({"StartWithCadence":"1"})");
-  fake_.files.addFolder("C:\\App\\Script\\Log");
-  for (int call = 1; call <= 6; ++call) {
-    for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
-      fake_.files.faults.failCall(call, kind);
-      load();
-      EXPECT_TRUE(plugIn_.session) << call;
-      EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0") << call;
-    }
-  }
+  fake.locks.failing = true;
+  load();
+  EXPECT_FALSE(plugIn.session);  // nor the former one, whose client is retired
 }
 
 TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
@@ -220,7 +191,7 @@ TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   interp_.define("InitPath", "a.dsn");
   interp_.evaluate("packetParserForPthread " + packetTextOf(R"({"Command":"GetNewOpenPath"})"));
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "1");
-  fake_.sockets.listen(link::hostPort, {{}, StreamEnd::hang, nullptr});
+  fake.sockets.listen(link::hostPort, {{}, StreamEnd::hang, nullptr});
   EXPECT_EQ(onThread<connectToHost>(0), 0);
   load();
   EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "0");
@@ -230,10 +201,10 @@ TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   EXPECT_EQ(onThread<receive>(0), -1);
   EXPECT_EQ(onThread<connectToHost>(0), -1);
   EXPECT_EQ(onThread<connectToHost>(1), 0);
-  EXPECT_EQ(fake_.sockets.stillOpen(), 1);
+  EXPECT_EQ(fake.sockets.stillOpen(), 1);
   threads().clear();
-  EXPECT_EQ(fake_.sockets.started(), 1);
-  EXPECT_FALSE(fake_.sockets.misused());
+  EXPECT_EQ(fake.sockets.started(), 1);
+  EXPECT_FALSE(fake.sockets.misused());
 }
 
 // A load from inside a command leaves that command on memory of its own.
@@ -260,7 +231,7 @@ TEST_F(StartUpTest, LoadInsideALoad) {
   });
   load();
   ASSERT_EQ(threads().size(), 2U);
-  EXPECT_EQ(threads()[0].get(), &plugIn_.session->linkThread());
+  EXPECT_EQ(threads()[0].get(), &plugIn.session->linkThread());
   EXPECT_NE(threads()[1], threads()[0]);
   EXPECT_EQ(crashes(), "");
 }
@@ -305,7 +276,7 @@ TEST_F(StartUpTest, RegistersTheTableInItsOrder) {
 }
 
 TEST_F(StartUpTest, CommandsBeforeTheStateDoNothing) {
-  fake_.locks.failing = true;  // no session comes about
+  fake.locks.failing = true;  // no session comes about
   load();
   const std::string before = crashes();
   for (const CommandRow& row : commandTable()) {
@@ -321,7 +292,7 @@ TEST_F(StartUpTest, CommandsBeforeTheStateDoNothing) {
     }
   }
   EXPECT_EQ(crashes(), before);
-  EXPECT_THAT(fake_.messages.shown(), IsEmpty());
+  EXPECT_THAT(fake.messages.shown(), IsEmpty());
 }
 
 // The same while the start-up script runs, which is before the state as well.
@@ -338,26 +309,27 @@ TEST_F(StartUpTest, CommandsInsideTheStartUpScript) {
 TEST_F(StartUpTest, ExceptionsOfCommandsEndAtTheirGuard) {
   load();
   interp_.evaluate("set kept before");
-  fake_.output.throwing = true;
+  fake.output.throwing = true;
   const auto failed = interp_.evaluate("packetParser 7b");
   EXPECT_EQ(failed.text, "command returned bad code: -1");
   EXPECT_EQ(interp_.evaluate("catch {packetParserForPthread 7b} text; set text").text, "");
   EXPECT_EQ(crashes(), "packetParser\npacketParserForPthread");
-  fake_.output.throwing = false;
+  fake.output.throwing = false;
   EXPECT_EQ(interp_.evaluate("packetParser 7b").status, TCL_OK);
-  EXPECT_EQ(fake_.locks.held, 0);
+  EXPECT_EQ(fake.locks.held, 0);
 }
 
 TEST_F(StartUpTest, SmallCommands) {
   load();
+  EXPECT_EQ(interp_.evaluate("packetParser; packetParserForPthread").text + fake.output.text(), "");
   EXPECT_EQ(interp_.evaluate("getGenerateGuid ignored").text, "1B4E28BA-2FA1-11d2-883F-0016D3CCA427");
-  fake_.guids.next.reset();
+  fake.guids.next.reset();
   EXPECT_EQ(interp_.evaluate("getGenerateGuid").text, "");
   EXPECT_EQ(interp_.evaluate("execTool a b").text, "");
-  EXPECT_THAT(fake_.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
+  EXPECT_THAT(fake.processes.started, ElementsAre("C:\\App> lantuzs.exe AutoLogin"));
   part<ProjectFolder>().set(pathOf("E:\\project"));  // later reports do not move the installation
   interp_.evaluate("execTool");
-  EXPECT_EQ(fake_.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
+  EXPECT_EQ(fake.processes.started.back(), "C:\\App> lantuzs.exe AutoLogin");
 }
 
 TEST_F(StartUpTest, MessagesToTheUser) {
@@ -375,23 +347,23 @@ TEST_F(StartUpTest, MessagesToTheUser) {
   };
   for (const auto& [script, shown] : rows) {
     EXPECT_EQ(interp_.evaluate(script).status, TCL_OK) << script;
-    EXPECT_EQ(fake_.messages.shown().back(), shown) << script;
+    EXPECT_EQ(fake.messages.shown().back(), shown) << script;
   }
   EXPECT_EQ(interp_.evaluate("outputError").status, TCL_OK);
-  EXPECT_EQ(fake_.messages.shown().size(), std::size(rows));
+  EXPECT_EQ(fake.messages.shown().size(), std::size(rows));
 }
 
 TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   load();
   part<modules::PlacementContext>().dsnDatPath = "D:\\modules\\m.json";
-  fake_.files.addFile("D:\\modules\\Test.olb", "");
+  fake.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
-  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
+  EXPECT_EQ(fake.files.bytes("D:\\modules\\Test.olb"), "");
   part<modules::LibraryFiles>().noteMade(part<modules::LibraryFiles>().newPath());
   interp_.evaluate("outputError NoObject");
-  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "");
+  EXPECT_EQ(fake.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");
-  EXPECT_EQ(fake_.files.bytes("D:\\modules\\Test.olb"), "(no file)");
+  EXPECT_EQ(fake.files.bytes("D:\\modules\\Test.olb"), "(no file)");
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ from unittest import mock
 
 from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
 
-from vernoxa.wire import messages, paths
+from vernoxa.wire import messages
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.words import until_interrupted
 from vernoxa.companion.prompt import Prompt
@@ -27,11 +27,6 @@ from vernoxa.stage.host_words import HostWords
 from vernoxa.wire.events import FAULT, PROBED, RECEIVED
 
 DESIGN = "Z:\\项目\\设计.dsn"
-UPLOAD = (
-    '{\n\t"Data":\t{\n\t\t"dsnBmpPath":\t"",\n\t\t"dsnDatPath":\t"%s",\n\t\t"Part":\t[],\n\t\t"Wire":\t[],\n\t\t"Keys":\t[],\n'
-    '\t\t"sumPins":\t"1",\n\t\t"selfPins":\t"0",\n\t\t"copyPrice":\t"0"\n\t},\n\t"Command":\t"SelectModule_EndResult",\n'
-    '\t"Result":\t"0"\n}'
-)
 
 
 class ConversationTest(unittest.IsolatedAsyncioTestCase):
@@ -124,22 +119,6 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
                         await self.companion.ask("ClearCurrentDesign", {}, seconds=0.05)
                     self.assertIn(b"ClearCurrentDesign", await host.receive())
         await self.companion.wait_for(lambda event: event.kind == PROBED, 5)
-        self.assertEqual(self.companion.faults, 0)
-
-    async def test_uploaded_modules_are_kept_and_found_again(self):
-        with tempfile.TemporaryDirectory() as folder:
-            module = pathlib.Path(folder, "ModuleLib.json")
-            module.write_bytes(b"{}")
-            self.answers.modules_folder = pathlib.Path(folder, "kept")
-            async with self.plug_in() as plug_in:
-                plug_in.send(UPLOAD % paths.to_windows(module).replace("\\", "\\\\"))
-                await self.received("SelectModule_EndResult")
-                module.unlink()
-            async with self.plug_in() as query:
-                query.send('{"Command":"GetMarketResPath","Data":{"ResId":"1"},"Result":"0"}')
-                answer = json.loads(await query.receive())
-            self.assertEqual(answer["Result"], 0)
-            self.assertEqual(paths.to_local(answer["Data"]["DatPath"]).read_bytes(), b"{}")
         self.assertEqual(self.companion.faults, 0)
 
     async def test_faults_are_counted_and_the_conversation_goes_on(self):

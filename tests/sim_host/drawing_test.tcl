@@ -6,7 +6,7 @@ source -encoding utf-8 $sim/host/host.tcl
 
 proc host::log {text} {}
 foreach command {initSVGList addToPageList addToLibList outputSVGFile sendRefRepetition sendIllegalChar
-        sendPinNC sendNetlist sendDsnPackageInfo sendOlbPackageInfo sendOlbObjectPackageInfo} {
+        sendPinNC sendNetlist} {
     proc $command {args} "lappend ::told \[list $command {*}\$args\]"
 }
 proc checkCharIllegal {name} {
@@ -203,22 +203,6 @@ test checks "the mistakes that are drawn are found, and where; so is what is bro
     {sendPinNC U2 9} {sendNetlist NoFootprint C1 {}} {sendNetlist FootprintDiff C2 F1/F2}\
     {sendNetlist ValueDiff U2 MCP6022/OTHER} {sendNetlist RepePinName U2 A} {sendNetlist RepePinNum U2 8}\
     {sendNetlist NoPinNumber U2 C}} 1 1}
-
-test packages "designs, libraries and their parts tell their properties once each" -setup {
-    set path [openMicrophone]
-    set library [makeDirectory packages]/a.olb
-    packages::write $path $library
-} -body {
-    set told {}
-    list [GetAllPackage $path] [GetOlbAllPackage $library] [GetOlbObjectPackage $library OPA_DUAL] \
-        [GetAllPackage nowhere] [GetOlbAllPackage nowhere] [GetOlbObjectPackage $library NONE] \
-        [lmap call $told {list [lindex $call 0] [lmap item [lindex $call 1] {lindex $item 0}]}] \
-        [lsearch -inline -index 0 [lindex $told 2 1] "Pin Count"]
-} -result {1 1 1 {Path error} {Path error} {Path error}\
-    {{sendDsnPackageInfo {{Part Reference} Value {PCB Footprint} Datasheet PartNumber DNP 备注}}\
-    {sendOlbPackageInfo {Name {Pin Numbers Visible} {Pin Names Visible} {Pin Count} {Part Reference} Value {PCB Footprint} Datasheet ki_description}}\
-    {sendOlbObjectPackageInfo {Name {Pin Numbers Visible} {Pin Names Visible} {Pin Count} {Part Reference} Value {PCB Footprint} Datasheet ki_description}}}\
-    {{Pin Count} 8}}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

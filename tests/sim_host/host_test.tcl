@@ -50,35 +50,6 @@ test options "designs take their names, and mistakes are told" -body {
         [catch {host::options {-design}}] [catch {host::options {-nonsense 1}}]
 } -result [list [list [list /d/a.kicad_sch {Z:\d\a.dsn}] [list /d/b.kicad_sch {C:\b.DSN}]] 1 1 1 1]
 
-test bom "fitted and not fitted parts go their ways and come back after saving" -setup {
-    opened $name
-    set designs::stateFolder [makeDirectory host_state]
-    proc references {list} {
-        lmap line $list {lindex [split $line ";"] 2}
-    }
-} -body {
-    set answers {}
-    generateBOMForPath $name "Part Number" "Part Name"
-    set all [references [capGenerateBOMUtil::getStickList]]
-    lappend answers [lindex [capGenerateBOMUtil::getStickList] 0] [llength $all] \
-        [references [capGenerateBOMUtil::getNotStickList]] [references [capGenerateBOMUtil::getNoPartNumberList]]
-    setRefToNotUse $name C1
-    lappend answers [catch {setRefToNotUse $name C999}] [catch {setRefToUse elsewhere C1}]
-    saveFile $name
-    opened $name
-    generateBOMForPath $name Value "Part Reference"
-    lappend answers [lsearch -inline [capGenerateBOMUtil::getNotStickList] *C1\;*] \
-        [llength [capGenerateBOMUtil::getNoPartNumberList]]
-    setAllNotStick $name
-    setEnterViewMode $name C1,none,C2,
-    generateBOMForPath $name "Part Number" "Part Name"
-    lappend answers [references [capGenerateBOMUtil::getStickList]] \
-        [expr {[llength [capGenerateBOMUtil::getNotStickList]] == [llength $all]}]
-} -cleanup {
-    set designs::stateFolder ""
-} -result {{NULL;国产100uF;C1;CP;Capacitor_SMD:CP_Elec_6.3x5.4;2} 77 {C102 C202} {C1 U1} 1 1\
-    {国产100uF;国产100uF;C1;C1;Capacitor_SMD:CP_Elec_6.3x5.4;2} 0 {C1 C2} 1}
-
 test switching "the selection changes sides; the companion's question shows no box" -setup {
     opened $name
     proc sendPacketGlobalHandle {text} {lappend ::told $text; return 0}

@@ -1,11 +1,8 @@
 # Modules between the stand-in host and the built DLL: a block of a design is shared, placed into another design and
 # shared from there: modules_windows_test.tcl Vernoxa64.dll
 
-if {![info exists reread]} {
-    set reread 1  ;# Tcl took this file for a text in the code page
-    source -encoding utf-8 [info script]
-    return
-}
+source [file join [file dirname [info script]] .. support on_windows.tcl]
+if {[rereadAsUtf8]} return
 set built [lindex $argv 0]
 set argv {}  ;# would be options of the test package
 package require tcltest
@@ -20,7 +17,7 @@ proc host::log {text} {
     }
 }
 proc sendPacketGlobalHandle {packet} {
-    set ::told [encoding convertfrom cp936 [binary decode hex $packet]]
+    set ::told [unhex $packet]
     return 0
 }
 # What a module holds is what the host gives for it.
@@ -31,16 +28,13 @@ trace add execution link::plugin enter {apply {{words operation} {
     }
 }}}
 set root [file join $env(TEMP) vernoxa-modules]
-catch {file delete -force $root}  ;# of a former run: a DLL cannot go while it is loaded
-file mkdir $root/bin $root/Config/Resource $root/module
-file copy $built $root/bin/Vernoxa64.dll
+install $root $built Config/Resource module
 library::create $root/Config/Resource/Empty.olb
 set link::serverPort 0  ;# any: nobody is to find this host
 load [file nativename $root/bin/Vernoxa64.dll] Vernoxa
 
 proc ask {command members} {
-    set packet [binary encode hex [encoding convertto cp936 "{\"Command\":\"$command\",\"Data\":{$members}}"]]
-    set reply [encoding convertfrom cp936 [binary decode hex [packetParser $packet]]]
+    set reply [unhex [packetParser [hex "{\"Command\":\"$command\",\"Data\":{$members}}"]]]
     if {![string match {*"Result":"0"*} $reply]} {
         error "$command was answered with $reply"
     }
@@ -67,7 +61,7 @@ proc place {command members} {
     set waiting [after 20000 {set ::dropped never}]
     vwait ::dropped
     after cancel $waiting
-    return [glob -nocomplain -tails -directory $::root/module *]
+    return [names $::root/module]
 }
 
 # Records of what is selected, and of what came of it in another design; then the files that are left.

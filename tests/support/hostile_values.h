@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <random>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@ namespace vernoxa {
 // Mostly the characters that mean something to Tcl.
 class HostileValues {
  public:
+  explicit HostileValues(std::uint32_t seed = 20240305) : random_(seed) {}
+
   std::string next() {
     static constexpr std::string_view sharp = "\\\\\\[]{}\"$;# \t\n\r\v\f(),:*xu07nab\x80\x84\xC0\xE4\xB8\xAD\xF0";
     std::string value;
@@ -32,7 +35,7 @@ class HostileValues {
  private:
   static constexpr std::array<std::string_view, 8> pieces = {"[exit]", "${a}",   "$::a(", "\\\n",
                                                              "{*}",    "\\x5b1", "]; q ", "} q {"};
-  std::mt19937 random_{20240305};
+  std::mt19937 random_;
 };
 
 }  // namespace vernoxa

@@ -14,7 +14,8 @@ struct SampleMetafile {
   std::string bytes;
 };
 
-// Each of one kind of records and under 3 KB. Drawn by the system, each makes a small picture.
+// Each of one kind of records and under 3 KB: kept inputs of the fuzzer. Drawn by the system, each makes a small
+// picture.
 std::vector<SampleMetafile> sampleMetafiles();
 
 // Where a metafile's first record of that type begins, by the sizes that its records give; npos without one.

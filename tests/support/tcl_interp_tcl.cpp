@@ -85,6 +85,12 @@ TclInterp::Evaluated TclInterp::evaluate(const std::string& script) {
   return {status, textOf(Tcl_GetObjResult(interp_))};
 }
 
+TclInterp::Evaluated TclInterp::call(const Words& words) {
+  const TclWords held(words);
+  const int status = Tcl_EvalObjv(interp_, static_cast<int>(words.size()), held.objects(), TCL_EVAL_GLOBAL);
+  return {status, textOf(Tcl_GetObjResult(interp_))};
+}
+
 std::vector<std::string> TclInterp::commands() {
   Tcl_Eval(interp_, "info commands");
   int count = 0;

@@ -41,6 +41,7 @@ class TclInterp {
     std::string text;
   };
   Evaluated evaluate(const std::string& script);
+  Evaluated call(const Words& words);
   std::vector<std::string> commands();
 
  private:
@@ -57,6 +58,7 @@ class TclWords {
   TclWords(const TclWords&) = delete;
   TclWords& operator=(const TclWords&) = delete;
 
+  Tcl_Obj* const* objects() const { return objects_.data(); }
   Arguments arguments() const { return {static_cast<int>(objects_.size()), objects_.data()}; }
 
  private:

@@ -77,19 +77,5 @@ TEST_F(LogTest, CrashReportMakesItsFolder) {
   EXPECT_THAT(fake.files.changes(), ElementsAre("folder C:\\App\\bin\\catchLog", std::string("create ") + crashFile));
 }
 
-TEST_F(LogTest, NoFailureOfTheFilesShows) {
-  enableTraffic();
-  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
-    for (int call = 1; call <= 8; ++call) {
-      fake.files.faults.failCall(call, kind);
-      LogWriter log = logs.openTraffic();
-      log.writeLine("a");
-      log.writeFormatted("%d", 1);
-      logs.reportCrash("b");
-    }
-  }
-  EXPECT_EQ(fake.messages.shown().size(), 0U);
-}
-
 }  // namespace
 }  // namespace vernoxa::inline system

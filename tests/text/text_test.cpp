@@ -10,48 +10,15 @@ namespace vernoxa::inline text {
 namespace {
 
 TEST(Text, LooksLikeUtf8ChineseByItsFirstCandidateAlone) {
-  const struct {
-    std::string_view text;
-    bool expected;
-  } rows[] = {
-      {"", false},
-      {"abc", false},
-      {"\xE4\xB8\xAD", false},  // ends with its only character
-      {"\xE4\xB8\xAD"
-       "a",
-       true},
-      {"x\xE4\xB8\xAD\xE6\x96\x87", true},
-      {"\xE4\x80\x80"
-       "a",
-       true},
-      {"\xE9\xBF\xBF"
-       "a",
-       true},
-      {"\xE3\xB8\xAD"
-       "a",
-       false},
-      {"\xEA\xB8\xAD"
-       "a",
-       false},
-      {"\xE4\x7F\xAD"
-       "a",
-       false},
-      {"\xE4\xC0\xAD"
-       "a",
-       false},
-      {"\xE4\xB8\x7F"
-       "a",
-       false},
-      {"\xE4\xB8\xC0"
-       "a",
-       false},
-      {"\xE4zz\xE4\xB8\xAD\xE6\x96\x87", false},  // later characters do not count
-      {"\xE4", false},
-      {"\xE4\xB8", false},
-      {u8"中文"_gbk, false},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(looksLikeUtf8Chinese(row.text), row.expected) << row.text;
+  for (const char* const text :
+       {"\xE4\xB8\xAD\x61", "x\xE4\xB8\xAD\xE6\x96\x87", "\xE4\x80\x80\x61", "\xE9\xBF\xBF\x61"}) {
+    EXPECT_TRUE(looksLikeUtf8Chinese(text)) << text;
+  }
+  // The first three end with or before their only character; in the last but one later characters do not count.
+  for (const char* const text :
+       {"\xE4\xB8\xAD", "\xE4", "\xE4\xB8", "", "abc", "\xE3\xB8\xAD\x61", "\xEA\xB8\xAD\x61", "\xE4\x7F\xAD\x61",
+        "\xE4\xC0\xAD\x61", "\xE4\xB8\x7F\x61", "\xE4\xB8\xC0\x61", "\xE4zz\xE4\xB8\xAD\xE6\x96\x87", u8"中文"_gbk}) {
+    EXPECT_FALSE(looksLikeUtf8Chinese(text)) << text;
   }
 }
 
@@ -62,46 +29,19 @@ TEST(Text, NonAscii) {
 }
 
 TEST(Text, Utf8IsWellFormedOrNot) {
-  const struct {
-    std::string_view text;
-    bool valid;
-    bool threeBytes;
-  } rows[] = {
-      {"", true, false},
-      {"abc", true, false},
-      {"\xC2\x80", true, false},
-      {"\xDF\xBF", true, false},
-      {"\xE0\xA0\x80", true, true},
-      {"\xED\x9F\xBF", true, true},
-      {"\xEE\x80\x80", true, true},
-      {"\xEF\xBF\xBF", true, true},
-      {"\xF0\x90\x80\x80", true, false},
-      {"\xF4\x8F\xBF\xBF", true, false},
-      {"\xF0\x9F\x98\x80\xE4\xB8\xAD", true, true},
-      {"\x80", false, false},
-      {"\xC0\x80", false, false},  // overlong
-      {"\xC1\xBF", false, false},
-      {"\xE0\x9F\xBF", false, false},
-      {"\xF0\x8F\xBF\xBF", false, false},
-      {"\xED\xA0\x80", false, false},  // surrogate
-      {"\xF4\x90\x80\x80", false, false},
-      {"\xF5\x80\x80\x80", false, false},
-      {"\xFF", false, false},
-      {"\xC2", false, false},
-      {"\xC2"
-       "a",
-       false, false},
-      {"\xE4\xB8", false, false},
-      {"\xE4\xB8"
-       "a",
-       false, false},
-      {"\xF0\x9F\x98", false, false},
-      {"\xE4\xB8\xAD\xD6", false, false},  // one bad byte spoils all
+  const auto expect = [](std::initializer_list<const char*> texts, bool valid, bool threeBytes) {
+    for (const char* const text : texts) {
+      EXPECT_EQ(isValidUtf8(text), valid) << text;
+      EXPECT_EQ(isUtf8WithThreeByteSequence(text), threeBytes) << text;
+    }
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(isValidUtf8(row.text), row.valid) << row.text;
-    EXPECT_EQ(isUtf8WithThreeByteSequence(row.text), row.threeBytes) << row.text;
-  }
+  expect({"", "abc", "\xC2\x80", "\xDF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}, true, false);
+  expect({"\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80", "\xEF\xBF\xBF", "\xF0\x9F\x98\x80\xE4\xB8\xAD"}, true, true);
+  // Overlong ones, a surrogate, beyond the last character, cut, broken; in the last one bad byte spoils all.
+  expect(
+      {"\x80", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+       "\xF5\x80\x80\x80", "\xFF", "\xC2", "\xC2\x61", "\xE4\xB8", "\xE4\xB8\x61", "\xF0\x9F\x98", "\xE4\xB8\xAD\xD6"},
+      false, false);
 }
 
 TEST(Text, OfTclBecomesPlainUtf8) {

@@ -1,10 +1,13 @@
-"""The changes that ./dev mutate makes to a source: where there is room for them, and that the bytes are the right ones."""
+"""The changes that ./dev mutate makes to a source: where there is room for them, and that the bytes are the right ones.
+And the faults that ./dev trust --prove plants."""
 
 import pathlib
 import tempfile
 import unittest
 
 from vernoxa.check import changes
+from vernoxa.places import REPOSITORY
+from vernoxa.trust.planted import PLANTED
 
 CASES = (
     # source line, what it can become
@@ -32,6 +35,12 @@ class ChangesTest(unittest.TestCase):
                     (root / "a.cpp").write_text(source, encoding="utf-8")
                     made = {change.apply(source.encode()).decode() for change in changes.of_file(root, "a.cpp")}
                     self.assertEqual(made, {f"// 器件\n{after}\n" for after in expected})
+
+    def test_planted_faults_have_their_place_and_are_in_no_source(self) -> None:
+        for fault in PLANTED:
+            source = (REPOSITORY / fault.file).read_text("utf-8")
+            self.assertEqual(1, source.count(fault.before), fault.name)
+            self.assertTrue(fault.after in fault.before or fault.after not in source, fault.name)
 
 
 if __name__ == "__main__":

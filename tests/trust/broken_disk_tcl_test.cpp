@@ -42,18 +42,19 @@ class BrokenDisk final : public Files {
     return trouble_ == Trouble::logFolderComesAndGoes ? there->create(path) : newFile();
   }
   bool createFolder(const FilePath& path) override { return writable() && there->createFolder(path); }
-  bool removeFile(const FilePath& path) override { return writable() && there->removeFile(path); }
-  bool removeFolder(const FilePath& path) override { return writable() && there->removeFolder(path); }
+  bool removeFile(const FilePath& path) override { return removable() && there->removeFile(path); }
+  bool removeFolder(const FilePath& path) override { return removable() && there->removeFolder(path); }
   bool replaceFile(const FilePath& from, const FilePath& to) override {
-    return writable() && there->replaceFile(from, to);
+    return removable() && there->replaceFile(from, to);
   }
   CopyResult copyFile(const FilePath& from, const FilePath& to) override {
     return writable() ? there->copyFile(from, to) : CopyResult{1};
   }
   std::vector<FolderEntry> entries(const FilePath& folder) override { return there->entries(folder); }
+  bool writable() const { return trouble_ == Trouble::logFolderComesAndGoes; }
 
  private:
-  bool writable() const { return trouble_ == Trouble::logFolderComesAndGoes; }
+  bool removable() const { return trouble_ != Trouble::readOnly; }  // a full disk lets go
   std::unique_ptr<OutputFile> newFile() const {
     return trouble_ == Trouble::full ? std::make_unique<FullFile>() : nullptr;
   }
@@ -67,6 +68,9 @@ std::vector<Words> callsOf(const std::string& door, const KeptInput& input) {
   return door.empty() ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
 }
 
+// Of an export before, which nothing replaces on a broken disk.
+constexpr const char* formerModule = "C:\\App\\Cache\\Share\\ModuleLib.json";
+
 // Statuses and texts.
 std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std::string& answer,
                                    const std::vector<Words>& calls) {
@@ -74,6 +78,7 @@ std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std:
   if (disk != nullptr) {
     disk->there = &load.fake.files;
   }
+  load.fake.files.addFile(formerModule, "{}");
   load.beginSession();
   host.answer = answer;
   std::vector<std::string> answers;
@@ -82,6 +87,7 @@ std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std:
     answers.push_back(std::to_string(given.status) + " " + messageOf(given.text).message + " " + given.text);
   }
   EXPECT_EQ(load.harmToTheUsersFiles(), "");
+  EXPECT_TRUE(disk == nullptr || disk->writable() || load.fake.files.bytes(formerModule) == "{}");
   EXPECT_EQ(load.fake.locks.held, 0);
   return answers;
 }

@@ -5,7 +5,9 @@
 
 #include "plugin/command_table.h"
 #include "plugin/start_up.h"
+#include "support/table.h"
 #include "text/json.h"
+#include "text/text.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
 #include "wire/packet_text.h"
@@ -254,60 +256,38 @@ TEST_F(FaultLoop, UsersFiles) {
 
 // A record for which the memory runs out leaves nothing half done: the host's next try is whole.
 TEST_F(FaultLoop, ARecordThatFailedIsSentAgain) {
-  const struct {
-    std::vector<Words> before;
-    Words record;
-    Words belonging;
-    Words finish;
-  } cases[] = {
-      {{{"initSVGList"}, {"addToPageList", "Page P 1 2 K"}},
-       {"addToLibList", "Name S"},
-       {"addToLibList", "Line 1 2 3 4 5 6 7"},
-       {"outputSVGFile", "S P x y K"}},
-      {{{"initSVGList"}, {"addToPageList", "Page P 1 2 K"}, {"addToLibList", "Name S"}},
-       {"addToLibList", "Name T"},
-       {"addToLibList", "Line 1 2 3 4 5 6 7"},
-       {"outputSVGFile", "S P x y K"}},
-      {{{"initSVGList"}, {"addToPageList", "Page P 1 2 K"}},
-       {"addToPageList", "Text 1 2 {A\r\nB\r\nC} 0 x -9 0"},
-       {"addToPageList", "Line 1 2 3 4 5 6 7"},
-       {"outputSVGFile", "S P x y K"}},
-      {{{"initSVGList"}, {"addToPageList", "Schematic S"}, {"addToPageList", "Page P 1 2 K"}},
-       {"addToPageList", "Page Q 3 4 L"},
-       {"addToPageList", "Line 1 2 3 4 5 6 7"},
-       {"outputSVGFile", "S Q x y L"}},
-      {{{"initGraphicFile"}, {"addGraphicLibList", "Name S"}},
-       {"addGraphicLibList", "Name T"},
-       {"addGraphicLibList", "Line 1 2 3 4 5 6 7"},
-       {"outputGraphicFile", "g"}},
-      {{{"initMarketFile"}, {"addMarketLibList", "Name R Part 1 2 3 4 1 A"}},
-       {"addMarketLibList", "Name S Part 1 2 3 4 1 A"},
-       {"addMarketLibList", "PartProperty Value 10k"},
-       {"outputMarketFile", "0", "1", "2", "3"}},
-      {{{"initMarketFile"}, {"addMarketPartList", "Part 1 2 3 4 R"}},
-       {"addMarketPartList", "Part 5 6 7 8 S"},
-       {"addMarketPartList", "Property Value 10k"},
-       {"outputMarketFile", "0", "1", "2", "3"}},
-  };
-  for (const auto& each : cases) {
+  // What comes before, the record, one that belongs to it, and what finishes; = stands between words.
+  for (const auto& row : rowsOf(R"(
+      initSVGList; addToPageList=Page P 1 2 K | addToLibList=Name S | addToLibList=Line 1 2 3 4 5 6 7 | outputSVGFile=S P x y K
+      initSVGList; addToPageList=Page P 1 2 K; addToLibList=Name S | addToLibList=Name T | addToLibList=Line 1 2 3 4 5 6 7 | outputSVGFile=S P x y K
+      initSVGList; addToPageList=Page P 1 2 K | addToPageList=Text 1 2 {A\r\nB\r\nC} 0 x -9 0 | addToPageList=Line 1 2 3 4 5 6 7 | outputSVGFile=S P x y K
+      initSVGList; addToPageList=Schematic S; addToPageList=Page P 1 2 K | addToPageList=Page Q 3 4 L | addToPageList=Line 1 2 3 4 5 6 7 | outputSVGFile=S Q x y L
+      initGraphicFile; addGraphicLibList=Name S | addGraphicLibList=Name T | addGraphicLibList=Line 1 2 3 4 5 6 7 | outputGraphicFile=g
+      initMarketFile; addMarketLibList=Name R Part 1 2 3 4 1 A | addMarketLibList=Name S Part 1 2 3 4 1 A | addMarketLibList=PartProperty Value 10k | outputMarketFile=0=1=2=3
+      initMarketFile; addMarketPartList=Part 1 2 3 4 R | addMarketPartList=Part 5 6 7 8 S | addMarketPartList=Property Value 10k | outputMarketFile=0=1=2=3
+      )")) {
+    const auto call = [this](const std::string& text) {
+      return host_.call(splitFields(replaceAll(text, "\\r\\n", "\r\n"), '=')).status;
+    };
     std::string good;
     for (int number = 0;; ++number) {
-      SCOPED_TRACE(each.record.back() + ", allocation " + std::to_string(number));
+      SCOPED_TRACE(row[1] + ", allocation " + std::to_string(number));
       TrustLoad load;
       load.fake.files.addFolder("C:\\App\\Cache\\Output");
       load.beginSession();
-      for (const Words& words : each.before) {
-        host_.call(words);
+      for (const std::string& before : splitItems(replaceAll(row[0], "; ", ";"), ';')) {
+        call(before);
       }
+      const Words record = splitFields(replaceAll(row[1], "\\r\\n", "\r\n"), '=');
       failAllocation(number);
-      const int status = host_.call(each.record).status;
+      const int status = host_.call(record).status;
       const int calls = countedAllocations();
       failAllocation(0);
       if (status == commandFailed) {
-        host_.call(each.record);
+        call(row[1]);
       }
-      host_.call(each.belonging);
-      host_.call(each.finish);
+      call(row[2]);
+      call(row[3]);
       std::string made;
       for (const std::string& path : load.fake.files.paths()) {
         made += path.find("catchLog") == std::string::npos ? path + load.fake.files.bytes(path) : "";

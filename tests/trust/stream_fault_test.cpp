@@ -233,34 +233,5 @@ TEST_F(StreamFault, TheHostHangsAtEveryByteUntilTheClientIsRetired) {
   RecordProperty("faults", injected);
 }
 
-// The editor's own thread waits for the companion: never longer than its 30 s, wherever the answer stops.
-TEST_F(StreamFault, TheCompanionStopsAtEveryByteOfAQuery) {
-  const std::string frame = frameOf(R"({"Data":{"UserId":"17"},"Command":"GetSelfId_EndResult","Result":"0"})");
-  constexpr std::chrono::seconds limit{30};
-  int injected = 0;
-  for (const StreamEnd end : {StreamEnd::close, StreamEnd::fail, StreamEnd::hang}) {
-    for (std::size_t at = 0; at <= frame.size(); ++at) {
-      SCOPED_TRACE("byte " + std::to_string(at));
-      FakeSession services;
-      std::vector<Piece> pieces;
-      for (std::size_t sent = 0; sent < at; sent = sent == 0 ? 4 : sent + 1) {  // then one byte each second
-        pieces.push_back({frame.substr(sent, std::min<std::size_t>(sent == 0 ? 4 : 1, at - sent)),
-                          std::chrono::milliseconds(sent == 0 ? 0 : 900)});
-      }
-      services.fake.sockets.expect(link::companionPort, {pieces, end, {}});
-      link::SocketClient client = services.newClient();
-      ASSERT_EQ(client.connect(link::localAddress, link::companionPort), 0);
-      const auto began = services.fake.clock.monotonic();
-      std::string answer;
-      const int status = client.receivePacket(answer, limit);
-      EXPECT_LE(services.fake.clock.monotonic() - began, limit);
-      EXPECT_EQ(status, -1);  // 146 digits at this pace come too late
-      EXPECT_EQ(answer, "");
-      ++injected;
-    }
-  }
-  RecordProperty("faults", injected);
-}
-
 }  // namespace
 }  // namespace vernoxa

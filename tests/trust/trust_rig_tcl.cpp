@@ -30,11 +30,6 @@ int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   return failed ? TCL_ERROR : TCL_OK;
 }
 
-plugin::World worldOn(FakeWorld& fake, Files& files) {
-  return {fake.clock,   fake.codePage, files,         fake.guids,    fake.locks,     fake.processes, fake.random,
-          fake.sockets, fake.output,   fake.messages, fake.registry, fake.clipboard, fake.pictures,  fake.desktop};
-}
-
 Tcl_Obj* heldText(const std::string& text) {
   Tcl_Obj* const object = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
   Tcl_IncrRefCount(object);
@@ -76,29 +71,12 @@ TrustHost::Answer TrustHost::call(const Words& words) {
   return {text == "command returned bad code: -1" ? -1 : status, text};  // how Tcl tells of it at its top level
 }
 
-TrustLoad::TrustLoad(Files* files)
-    : plugIn{worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin\\Vernoxa64.dll"),
-             plugin::crashLogsOf(worldOn(fake, files != nullptr ? *files : fake.files), pathOf("C:\\App\\bin")),
-             nullptr, [](std::shared_ptr<plugin::LinkThreadParts> thread) { thread.reset(); }} {
-  for (const char* const folder : {"C:\\App\\bin", "C:\\App\\Script\\Log", "C:\\App\\Cache", "C:\\Temp"}) {
-    fake.files.addFolder(folder);
-  }
+TrustLoad::TrustLoad(Files* files) : LoadedPlugIn(files) {
+  furnish();
   fake.files.addFile("C:\\App\\Config\\App.txt", R"({"AlgMenuLang":"CN","StartWithCadence":"1"})");
   for (const char* const file : usersFiles) {
     fake.files.addFile(file, usersBytes);
   }
-  fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","UserId":"1"}})"), {}}}, {}, {}});
-}
-
-TrustLoad::~TrustLoad() {
-  plugin::setActivePlugIn(nullptr);
-}
-
-void TrustLoad::beginSession() {
-  plugIn.session =
-      std::make_shared<plugin::Session>(plugIn.world, plugIn.crashLogs, plugin::directoriesOf(plugIn.modulePath));
-  plugIn.session->part<link::CompanionLink>().setClientCreated(true);
-  plugin::setActivePlugIn(&plugIn);
 }
 
 std::string TrustLoad::harmToTheUsersFiles() const {

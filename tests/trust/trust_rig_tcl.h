@@ -1,13 +1,10 @@
 // The plug-in in an interpreter, on a fake operating system whose every call can fail.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "plugin/plug_in.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/loaded_plug_in_tcl.h"
 #include "system/faults.h"
 
 namespace vernoxa {
@@ -39,24 +36,13 @@ class TrustHost {
   Tcl_Interp* interp_;
 };
 
-// One load for one run.
-class TrustLoad {
+// One load for one run, beside files of the user's.
+class TrustLoad : public LoadedPlugIn {
  public:
-  // On that file system instead of the fake one.
   explicit TrustLoad(Files* files = nullptr);
-  ~TrustLoad();
-  TrustLoad(const TrustLoad&) = delete;
-  TrustLoad& operator=(const TrustLoad&) = delete;
 
-  // Makes a session without the start-up.
-  void beginSession();
   // "" when the user's own files are what they were, else what happened to them.
   std::string harmToTheUsersFiles() const;
-  // Operations named in the crash log, one a line.
-  std::string crashes() const { return logMessages(fake.files.bytes("C:\\App\\bin\\catchLog\\log.txt")); }
-
-  FakeWorld fake;
-  plugin::PlugIn plugIn;
 };
 
 // One input of fuzz/corpus: the first line is what the host answers, the rest as the target reads it.

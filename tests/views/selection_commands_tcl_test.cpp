@@ -2,38 +2,21 @@
 
 #include <gmock/gmock.h>
 
-#include "support/fake_script_host.h"
-#include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
+#include "support/command_test_tcl.h"
 
 namespace vernoxa::views {
 namespace {
 
 using testing::ElementsAre;
 
-class SelectionCommands : public testing::Test {
- protected:
-  using Command = CommandResult (*)(CommandCall&, plugin::Session&);
-
-  CommandResult invoke(Command command, const Words& words) {
-    const TclWords held(words);
-    const Arguments arguments = held.arguments();
-    CommandCall call{arguments, host};
-    return command(call, fake.session);
-  }
-  FakeDesktop& desktop() { return fake.fake.desktop; }
-
-  TclInterp interp;  // Tcl's objects need its library started
-  FakeSession fake;
-  FakeScriptHost host;
-};
+class SelectionCommands : public CommandTest {};
 
 std::optional<std::size_t> takeLast(const std::vector<std::string>& texts) {
   return texts.empty() ? std::nullopt : std::optional(texts.size() - 1);
 }
 
 TEST_F(SelectionCommands, SelectJumpPartOffersTheSortedCandidatesAndAnswersTheirBytes) {
-  desktop().user = takeLast;
+  fake.desktop.user = takeLast;
   const struct {
     std::string candidates;
     Words offered;
@@ -49,32 +32,32 @@ TEST_F(SelectionCommands, SelectJumpPartOffersTheSortedCandidatesAndAnswersTheir
       {"", {}, ""},
   };
   for (const auto& each : cases) {
-    desktop().offered.clear();
-    const CommandResult result = invoke(plugin::run<selectJumpPart>, {"SelectJumpPart", each.candidates, "no number"});
+    fake.desktop.offered.clear();
+    const CommandResult result = call(plugin::run<selectJumpPart>, {each.candidates, "no number"});
     EXPECT_EQ(result.text, each.answer) << each.candidates;
     EXPECT_EQ(result.status, commandDone);
-    EXPECT_THAT(desktop().offered, ElementsAre(each.offered));
+    EXPECT_THAT(fake.desktop.offered, ElementsAre(each.offered));
   }
 }
 
 TEST_F(SelectionCommands, SelectJumpPartAnswersNothingWithoutAChoiceAndNeedsBothArguments) {
-  EXPECT_EQ(invoke(plugin::run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"}).text, "");
-  EXPECT_EQ(desktop().offered.size(), 1U);
-  EXPECT_EQ(invoke(plugin::run<selectJumpPart>, {"SelectJumpPart", "U1;U2"}).text, "");
-  EXPECT_EQ(invoke(plugin::run<selectJumpPart>, {"SelectJumpPart"}).status, commandDone);
-  EXPECT_EQ(desktop().offered.size(), 1U);
+  EXPECT_EQ(call(plugin::run<selectJumpPart>, {"U1;U2", "1"}).text, "");
+  EXPECT_EQ(fake.desktop.offered.size(), 1U);
+  EXPECT_EQ(call(plugin::run<selectJumpPart>, {"U1;U2"}).text, "");
+  EXPECT_EQ(call(plugin::run<selectJumpPart>).status, commandDone);
+  EXPECT_EQ(fake.desktop.offered.size(), 1U);
 }
 
 TEST_F(SelectionCommands, SelectJumpPartEndsWellAfterAnException) {
   for (const std::size_t position : {std::size_t{2}, std::size_t{0}}) {
-    desktop().user = [position](const std::vector<std::string>&) {
+    fake.desktop.user = [position](const std::vector<std::string>&) {
       return position == 0 ? throw std::bad_alloc() : std::optional(position);
     };
-    const CommandResult result = invoke(plugin::run<selectJumpPart>, {"SelectJumpPart", "U1;U2", "1"});
+    const CommandResult result = call(plugin::run<selectJumpPart>, {"U1;U2", "1"});
     EXPECT_EQ(result.text, "");
     EXPECT_EQ(result.status, commandDone);
   }
-  EXPECT_EQ(fake.crashes(), "SelectJumpPart\nSelectJumpPart");
+  EXPECT_EQ(crashes(), "SelectJumpPart\nSelectJumpPart");
 }
 
 }  // namespace

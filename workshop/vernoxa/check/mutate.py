@@ -17,21 +17,23 @@ import pathlib
 import queue
 import random
 import re
-import shutil
 import subprocess
 import sys
 import time
-from typing import Any, Iterator
+from typing import Iterator
 
 from vernoxa.command import Parser, run
 from vernoxa.places import REPOSITORY as ROOT
 
 from . import changes
+from .work_copy import WorkCopy
 
 PRESET = "mutate"
 # The tests that fail soonest come first; what ends a program early saves most of the time.
 PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests")
 DESCRIBER = "vernoxa_docs"  # says whether docs/protocol.json is what the rows describe
+# Only what those let pass is worth the time of these: faults of every call, and the corpora of the fuzzers.
+SLOW_PROGRAMS = ("vernoxa_trust_tests", "vernoxa_fuzz_replay")
 LONGEST_BUILD = 300  # of one change
 LONGER = 15  # than unchanged: then a test hangs, which is noticed too
 
@@ -42,70 +44,50 @@ class Result:
     kind: str  # "noticed", "survived" or "not built"
 
 
-class Copy:
+class Copy(WorkCopy):
     """A copy of the work tree in which one change at a time is tried."""
 
     def __init__(self, folder: pathlib.Path):
-        self.folder = folder
+        super().__init__(folder)
         self._longest: float | None = None
-        self._bring_up_to_date()
-        self._run(["cmake", "--preset", PRESET], None)
-        if not self._build(longest=None):
+        if not self._build(*PROGRAMS, DESCRIBER, *SLOW_PROGRAMS, longest=None):
             sys.exit(f"mutate: the unchanged sources do not build in {folder}")
         began = time.monotonic()
-        if not self._passes():
+        if not (self._passes() and self._passes_slowly()):
             sys.exit("mutate: the tests fail before anything was changed")
         self._longest = LONGER * (time.monotonic() - began)
 
-    def _bring_up_to_date(self) -> None:
-        listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
-                                check=True, capture_output=True, text=True).stdout
-        names = {name for name in listed.split("\0") if name and (ROOT / name).is_file()}
-        for name in names:
-            source, target = ROOT / name, self.folder / name
-            if not target.exists() or target.read_bytes() != source.read_bytes():
-                target.parent.mkdir(parents=True, exist_ok=True)
-                shutil.copy(source, target)
-        for top in ("src", "tests", "sim", "fuzz", "bench", "tools"):
-            for old in (self.folder / top).rglob("*"):
-                if old.is_file() and str(old.relative_to(self.folder)) not in names:
-                    old.unlink()
-        if not (self.folder / ".deps").exists():
-            (self.folder / ".deps").symlink_to(ROOT / ".deps")
+    def _build(self, *targets: str, longest: float | None = LONGEST_BUILD) -> bool:
+        return self.build(PRESET, *targets, seconds=longest)
 
-    def _run(self, command: list[str], seconds: float | None, **more: Any) -> bool:
-        return subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, timeout=seconds, check=False, **more).returncode == 0
-
-    def _build(self, longest: float | None = LONGEST_BUILD) -> bool:
-        try:
-            return self._run(["cmake", "--build", "--preset", PRESET, "-j", "1", "--target", *PROGRAMS, DESCRIBER],
-                             longest)
-        except subprocess.TimeoutExpired:
-            return False
-
-    def _passes(self) -> bool:
+    def _pass(self, *commands: list[str]) -> bool:
         scratch = self.folder / "scratch"
         scratch.mkdir(exist_ok=True)
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
         built = self.folder / "build" / PRESET
-        commands = [[str(built / program)] for program in PROGRAMS]
-        commands.append([str(built / DESCRIBER), "--check", str(self.folder / "docs" / "protocol.json")])
         try:
-            return all(self._run(command, self._longest, env=environment) for command in commands)
+            return all(self.run([str(built / program), *words], self._longest, environment).returncode == 0
+                       for program, *words in commands)
         except subprocess.TimeoutExpired:
             return False
 
+    def _passes(self) -> bool:
+        return self._pass(*([program] for program in PROGRAMS),
+                          [DESCRIBER, "--check", str(self.folder / "docs" / "protocol.json")])
+
+    def _passes_slowly(self) -> bool:
+        tests, corpora = SLOW_PROGRAMS
+        return self._pass([tests], [corpora, str(self.folder / "fuzz" / "corpus")])
+
     def attempt(self, change: changes.Change) -> Result:
-        path = self.folder / change.file
-        before = path.read_bytes()
-        try:
-            path.write_bytes(change.apply(before))
-            if not self._build():
+        with self.changed(change.file, change.apply):
+            if not self._build(*PROGRAMS, DESCRIBER):
                 return Result(change, "not built")
-            return Result(change, "survived" if self._passes() else "noticed")
-        finally:
-            path.write_bytes(before)
+            if not self._passes():
+                return Result(change, "noticed")
+            if not self._build(*SLOW_PROGRAMS):
+                return Result(change, "not built")
+            return Result(change, "survived" if self._passes_slowly() else "noticed")
 
 
 def sources(wanted: list[str]) -> list[str]:

@@ -1,13 +1,19 @@
-"""Runs every fuzzer in turn: fuzz.py [--minutes N] [--targets NAME...] [--json FILE]. Prints what each one did."""
+"""Runs every fuzzer, a few at a time: fuzz.py [--minutes N] [--inputs N] [--targets NAME...] [--json FILE] [--keep].
+
+Each gets as many inputs as the others, and what is left of the time when some are slow. Prints what each one did. What it
+learned stays in the build folder and is begun with the next time; --keep takes the smallest set of it that reaches as
+much into the corpus."""
 
 from __future__ import annotations
 
+import concurrent.futures
 import json
 import os
 import pathlib
 import re
 import subprocess
 import time
+from typing import Any
 
 from vernoxa import command as commands
 from vernoxa.command import Parser
@@ -16,45 +22,69 @@ from vernoxa.places import BUILD, REPOSITORY
 PROGRAM = BUILD / "fuzz" / "vernoxa_fuzz"
 CORPORA = REPOSITORY / "fuzz" / "corpus"
 WORK = BUILD / "fuzz" / "work"
+LONGEST = 2048
+SLOW = ("commands", "companion_packet", "thread_packet", "module_file", "link_thread")  # that load the plug-in or run long
 # A hang is an input that takes longer than this.
 SECONDS_FOR_ONE_INPUT = 10
 
 
-def run(target: str, seconds: float) -> dict:
-    """One target for so long. What it learns stays in the build folder and is begun with the next time."""
+def fuzzer(target: str, *words: str) -> subprocess.CompletedProcess[str]:
+    return subprocess.run([str(PROGRAM), f"--target={target}", f"-max_len={LONGEST}", *words], stdin=subprocess.DEVNULL,
+                          capture_output=True, text=True, errors="replace", check=False,
+                          env=os.environ | {"UBSAN_OPTIONS": "print_stacktrace=1"})
+
+
+def run(target: str, inputs: int, seconds: float) -> dict[str, Any]:
+    """One target, for so many inputs or so long."""
     learned, findings = WORK / target, WORK / "findings" / target
     for folder in (learned, findings):
         folder.mkdir(parents=True, exist_ok=True)
     known = set(findings.iterdir())
-    command = [str(PROGRAM), f"--target={target}", f"-max_total_time={max(1, round(seconds))}", "-max_len=2048",
-               f"-timeout={SECONDS_FOR_ONE_INPUT}", "-rss_limit_mb=2048", "-print_final_stats=1",
-               f"-artifact_prefix={findings}/", str(learned), str(CORPORA / target)]
     began = time.monotonic()
-    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace",
-                          env=os.environ | {"UBSAN_OPTIONS": "print_stacktrace=1"}, check=False)
+    done = fuzzer(target, f"-max_total_time={max(1, round(seconds))}", f"-runs={inputs or -1}",
+                  f"-timeout={SECONDS_FOR_ONE_INPUT}", "-rss_limit_mb=2048", "-print_final_stats=1",
+                  f"-artifact_prefix={findings}/", str(learned), str(CORPORA / target))
     took = time.monotonic() - began
     found = sorted(str(path) for path in set(findings.iterdir()) - known)
-    inputs = re.search(r"number_of_executed_units:\s*(\d+)", done.stderr)
-    result = {"target": target, "inputs": int(inputs[1]) if inputs else 0, "seconds": round(took, 1),
-              "findings": found, "ended": done.returncode}
+    tried = re.search(r"number_of_executed_units:\s*(\d+)", done.stderr)
+    result: dict[str, Any] = {"target": target, "inputs": int(tried[1]) if tried else 0, "seconds": round(took, 1),
+                              "findings": found, "ended": done.returncode}
     if done.returncode != 0:
         result["last words"] = done.stderr[-6000:]
+    rate = result["inputs"] / max(result["seconds"], 0.1)
+    print(f"{target:18} {result['inputs']:10} {rate:9.0f}  {len(found)}", flush=True)
     return result
+
+
+def keep(target: str) -> int:
+    """How many inputs of what was learned are in the corpus now."""
+    corpus = CORPORA / target
+    before = len(list(corpus.iterdir()))
+    fuzzer(target, "-merge=1", str(corpus), str(WORK / target))
+    return len(list(corpus.iterdir())) - before
 
 
 def main() -> int:
     parser = Parser(description=__doc__)
-    parser.add_argument("--minutes", type=float, default=5, help="for all targets together")
+    parser.add_argument("--minutes", type=float, default=5, help="for all targets together (5)")
+    parser.add_argument("--inputs", type=int, default=0, help="for all targets together (as many as there is time for)")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1, help="targets at a time")
     parser.add_argument("--targets", nargs="+", default=sorted(path.name for path in CORPORA.iterdir()))
     parser.add_argument("--json", type=pathlib.Path, help="write the figures there")
+    parser.add_argument("--keep", action="store_true", help="take what was learned into the corpora, and run nothing")
     options = parser.parse_args()
-    results = []
+    if options.keep:
+        for target in options.targets:
+            print(f"{target:18} {keep(target):6} inputs more")
+        return 0
     print(f"{'target':18} {'inputs':>10} {'a second':>9}  findings")
-    for target in options.targets:
-        result = run(target, options.minutes * 60 / len(options.targets))
-        results.append(result)
-        rate = result["inputs"] / max(result["seconds"], 0.1)
-        print(f"{target:18} {result['inputs']:10} {rate:9.0f}  {len(result['findings'])}", flush=True)
+    # The slow ones begin first, so that none is left alone at the end.
+    targets = sorted(options.targets, key=lambda target: target not in SLOW)
+    inputs = options.inputs // len(targets)
+    most = options.minutes * 60 * options.jobs / (len(targets) if not inputs else len(SLOW) + 1)
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        results = list(pool.map(lambda target: run(target, inputs, most), targets))
+    for result in results:
         if result["ended"] != 0:
             print(result["last words"])
     if options.json:

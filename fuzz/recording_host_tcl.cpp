@@ -1,4 +1,4 @@
-#include "loaded_plug_in_tcl.h"
+#include "recording_host_tcl.h"
 
 #include <tcl.h>
 
@@ -39,23 +39,6 @@ RecordingHost::RecordingHost() {
   plugin::registerCommands(interp.get());
 }
 
-int RecordingHost::call(const Words& words) const {
-  std::vector<Tcl_Obj*> objects;
-  for (const std::string& word : words) {
-    objects.push_back(Tcl_NewStringObj(word.data(), static_cast<int>(word.size())));
-    Tcl_IncrRefCount(objects.back());
-  }
-  const int status = Tcl_EvalObjv(interp.get(), static_cast<int>(objects.size()), objects.data(), TCL_EVAL_GLOBAL);
-  for (Tcl_Obj* const object : objects) {
-    Tcl_DecrRefCount(object);
-  }
-  return status;
-}
-
-std::string RecordingHost::result() const {
-  return Tcl_GetStringResult(interp.get());
-}
-
 // A procedure of the host is not defined here: it arrives at `unknown`, whose first argument is its name.
 void RecordingHost::requireOnly(const Procedures& allowed) const {
   require(!variableRead, "a variable was read");
@@ -69,24 +52,6 @@ void RecordingHost::requireOnly(const Procedures& allowed) const {
 RecordingHost& recordingHost() {
   static RecordingHost host;
   return host;
-}
-
-LoadedPlugIn::LoadedPlugIn()
-    : plugIn{fake.world(), pathOf("C:\\App\\bin\\Vernoxa64.dll"),
-             plugin::crashLogsOf(fake.world(), pathOf("C:\\App\\bin")), nullptr,
-             [](std::shared_ptr<plugin::LinkThreadParts> thread) { thread.reset(); }} {
-  fake.files.addFolder("C:\\App\\bin");
-  fake.files.addFolder("C:\\App\\Script\\Log");
-  fake.files.addFolder("C:\\App\\Cache");
-  fake.sockets.listen(9601, {{{frameOf(R"({"Result":"0","Data":{"Path":"C:\\x","ID":"1"}})"), {}}}, {}, {}});
-  plugIn.session =
-      std::make_shared<plugin::Session>(plugIn.world, plugIn.crashLogs, plugin::directoriesOf(plugIn.modulePath));
-  plugIn.session->part<link::CompanionLink>().setClientCreated(true);
-  plugin::setActivePlugIn(&plugIn);
-}
-
-LoadedPlugIn::~LoadedPlugIn() {
-  plugin::setActivePlugIn(nullptr);
 }
 
 }  // namespace vernoxa::fuzz
