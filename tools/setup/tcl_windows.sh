@@ -18,11 +18,11 @@ build=$VERNOXA_DEPS/build/tcl-windows
 rm -rf "$build" "$VERNOXA_DEPS/tcl-windows"
 mkdir -p "$build"
 cd "$build"
-# It is shipped with the package: no path of this machine goes into it, and no time.
+# It is shipped with the package: no path of this machine goes into it, and no time. A linker sorts what is imported by the
+# paths of the libraries, so that of zlib is a relative one.
 "$VERNOXA_DEPS/src/tcl/win/configure" --host=x86_64-w64-mingw32 --enable-64bit=amd64 --prefix=/tcl \
-  CC="ccache x86_64-w64-mingw32-gcc-posix" CFLAGS="-O2 -ffile-prefix-map=$VERNOXA_DEPS=." \
-  LDFLAGS="-Wl,--no-insert-timestamp"
-make -j2 binaries libraries
+  CC="ccache x86_64-w64-mingw32-gcc-posix -Wl,--no-insert-timestamp" CFLAGS="-O2 -ffile-prefix-map=$VERNOXA_DEPS=."
+make -j2 binaries libraries ZLIB_DIR_NATIVE=../../src/tcl/compat/zlib
 make install-binaries install-libraries INSTALL_ROOT="$build/installed"
 mv "$build/installed/tcl" "$VERNOXA_DEPS/tcl-windows"
 rm -rf "$build"
