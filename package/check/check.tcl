@@ -29,18 +29,19 @@ proc install {} {
   foreach folder {bin Config/Resource Script/Log project} {
     file mkdir [file join $root i $folder]
   }
-  # A Tcl plays the companion, and finds its library where it looks for it: beside its folder.
+  # A Tcl plays the companion, and finds its library where it looks for it: beside its folder. Programs are written anew,
+  # since a copy would keep the mark of a file from the internet, and Windows would ask before it starts one.
   file copy $::tcl_library [file join $root lib tcl8.6]
   set programs [file dirname [info nameofexecutable]]
   foreach library [glob -directory $programs *.dll] {
-    file copy $library [file join $root i]
+    writeFile [file join $root i [file tail $library]] [readFile $library]
   }
-  file copy [info nameofexecutable] [file join $root i LanTuZS.exe]
+  writeFile [file join $root i LanTuZS.exe] [readFile [info nameofexecutable]]
   foreach {from to} {companion.tcl AutoLogin frames.tcl frames.tcl requests.tcl requests.tcl} {
     file copy [file join $::here $from] [file join $root i $to]
   }
   foreach folder {i j} {
-    file copy [file join [file dirname $::here] bin Vernoxa64.dll] [file join $root $folder bin]
+    writeFile [file join $root $folder bin Vernoxa64.dll] [readFile [file join [file dirname $::here] bin Vernoxa64.dll]]
   }
   writeFile [file join $root i Config App.txt] {{"AlgMenuLang":"EN","StartWithCadence":"1"}}
   writeFile [file join $root i Config Resource Empty.olb] OLB
