@@ -21,6 +21,7 @@ proc fine {what} {
 }
 
 puts "Vernoxa $version in [file nativename $base]:"
+fine "Windows [lindex [windowsVersion] 0]; the plug-in needs no Visual C run-time library, and of Tcl the editor's own 8.6"
 foreach look {looksAtFolder looksAtPackage looksAtSettings looksAtMark looksAtCodePage looksAtPorts looksAtEditors looksAtLogs
               looksAtEditorsAnswer} {
   if {[catch $look why]} {
