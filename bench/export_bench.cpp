@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <ctime>
 #include <exception>
-#include <map>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -98,7 +97,7 @@ int addToTree(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
 }
 
 // The road of a record, as far as each stage goes: nothing stands around it as around a command of the plug-in.
-enum Stage { readOnly, andConverted, andAppended };
+enum Stage { readOnly, andKept, andConverted };
 FakeWorld stageWorld;
 const TextConverter stageText{stageWorld.codePage, stageWorld.messages};
 drawing::Elements elements(drawing::Use::page, drawing::Elements::In::array, 4);
@@ -106,11 +105,10 @@ drawing::Elements elements(drawing::Use::page, drawing::Elements::In::array, 4);
 template <Stage stage>
 int goTo(ClientData, Tcl_Interp*, int count, Tcl_Obj* const* objects) {
   drawing::Record record(Arguments(count, objects).passingList(1));
-  if (stage >= andConverted && !record.checkPlain()) {
+  const bool kept = stage >= andKept && elements.add(record, drawing::Encoding::asGiven);
+  if (stage >= andConverted && !kept) {
     record.showInCodePage(stageText, true);
-  }
-  if (stage >= andAppended) {
-    elements.add(record);
+    elements.add(record, drawing::Encoding::utf8);
   }
   sink += record.kind().size();
   return TCL_OK;
@@ -126,7 +124,7 @@ class Bench {
     };
     for (const auto& [name, command] :
          {Command{"readElements", readElements}, Command{"addToTree", addToTree}, Command{"readOnly", goTo<readOnly>},
-          Command{"andConverted", goTo<andConverted>}, Command{"andAppended", goTo<andAppended>}}) {
+          Command{"andKept", goTo<andKept>}, Command{"andConverted", goTo<andConverted>}}) {
       Tcl_CreateObjCommand(interp_, name, command, nullptr, nullptr);
     }
     if (Tcl_EvalFile(interp_, recordsScript.c_str()) != TCL_OK) {
@@ -148,9 +146,9 @@ class Bench {
   }
   double secondsFor(Stage stage, int count) {
     elements = drawing::Elements(drawing::Use::page, drawing::Elements::In::array, 4);
-    return secondsFor(stage == readOnly       ? "sendRecords readOnly"
-                      : stage == andConverted ? "sendRecords andConverted"
-                                              : "sendRecords andAppended",
+    return secondsFor(stage == readOnly  ? "sendRecords readOnly"
+                      : stage == andKept ? "sendRecords andKept"
+                                         : "sendRecords andConverted",
                       count);
   }
   double secondsToBuildTree(int count) {
@@ -198,6 +196,10 @@ double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
+double least(const std::vector<double>& values) {
+  return *std::min_element(values.begin(), values.end());
+}
+
 bool allWithinLimits = true;
 
 double within(double limit, double value) {
@@ -205,69 +207,90 @@ double within(double limit, double value) {
   return value;
 }
 
-double least(const std::vector<double>& values) {
-  return *std::min_element(values.begin(), values.end());
+// How often each is measured: enough for a median that stays the same when other programs run beside.
+int runsOf(int count) {
+  return std::clamp(6'000'000 / count, 15, 301);
 }
 
-// Each run takes all times one after the other, so that what else the machine does touches all alike. Ratios are
-// medians of the runs', times the least of them.
-double measurePages(Bench& bench, int count) {
-  const int runs = std::clamp(3'000'000 / count, 7, 301);
-  std::vector<double> reads, exports, ratios, passing, converted, appended, commands, writes;
-  std::size_t heap = 0;
+// What one thing costs against another: both are measured in turns, and each of the one is compared with the mean of
+// the other's just before and just after, so that whatever else the machine does touches both alike. The median of
+// these, and the least times.
+struct Compared {
+  double ratio;
+  double one;
+  double other;
+};
+
+template <class One, class Other>
+Compared compare(int runs, const One& one, const Other& other) {
+  std::vector<double> ratios, ones, others{other()};
   for (int run = 0; run < runs; ++run) {
-    reads.push_back(bench.secondsFor("sendRecords readElements", count));
-    const std::size_t before = heapBytes();
-    exports.push_back(bench.secondsFor("exportPage", count));
-    heap = bench.files().mostHeap - before;
-    ratios.push_back(exports.back() / reads.back());
+    ones.push_back(one());
+    others.push_back(other());
+    ratios.push_back(2 * ones.back() / (others.end()[-2] + others.back()));
+  }
+  return {median(ratios), least(ones), least(others)};
+}
+
+// What a record costs on each part of its road, in ns: the least times, one part less than the next.
+void tellWhereTimeGoes(Bench& bench, int count) {
+  std::vector<double> passing, kept, converted, commands, writes;
+  for (int run = 0; run < runsOf(count) / 3; ++run) {
     passing.push_back(bench.secondsFor(readOnly, count));
+    kept.push_back(bench.secondsFor(andKept, count));
     converted.push_back(bench.secondsFor(andConverted, count));
-    appended.push_back(bench.secondsFor(andAppended, count));
     bench.run("beginPage");
     commands.push_back(bench.secondsFor("sendRecords addToPageList", count));
     writes.push_back(bench.secondsFor("endPage;#", count));
   }
+  const auto nanoseconds = [count](double seconds) { return seconds / count * 1e9; };
+  std::printf(
+      "%10s of a record's %.0f ns: Tcl's loop and reading %.0f, appending %.0f, converting (of one in a hundred) %.0f, "
+      "the command around it %.0f, writing %.0f\n",
+      "", nanoseconds(least(commands) + least(writes)), nanoseconds(least(passing)),
+      nanoseconds(least(kept) - least(passing)), nanoseconds(least(converted) - least(kept)),
+      nanoseconds(least(commands) - least(converted)), nanoseconds(least(writes)));
+}
+
+double measurePages(Bench& bench, int count) {
+  std::size_t heap = 0;
+  const auto read = [&] { return bench.secondsFor("sendRecords readElements", count); };
+  const Compared exporting = compare(
+      runsOf(count),
+      [&] {
+        const std::size_t before = heapBytes();
+        const double seconds = bench.secondsFor("exportPage", count);
+        heap = bench.files().mostHeap - before;
+        return seconds;
+      },
+      read);
   const auto file = static_cast<double>(bench.files().bytes);
-  const double ratio = median(ratios);
   const double memory = static_cast<double>(heap) / file;
   if (count >= 30'000) {
-    within(2.0, ratio);
+    within(2.0, exporting.ratio);
     within(0.4, memory);
   }
-  std::printf("%10d %14.0f %16.0f %10.2f %10.0f %10.2f\n", count, least(reads) / count * 1e9,
-              least(exports) / count * 1e9, ratio, file, memory);
-  const double converting = least(converted) - least(passing);
-  std::printf(
-      "%10s of a record's %.0f ns: reading %.0f, converting %.0f, appending %.0f, the command around it %.0f, "
-      "writing %.0f\n",
-      "", (least(commands) + least(writes)) / count * 1e9, least(reads) / count * 1e9, converting / count * 1e9,
-      (least(appended) - least(converted)) / count * 1e9, (least(commands) - least(appended)) / count * 1e9,
-      least(writes) / count * 1e9);
-  return least(exports);
+  std::printf("%10d %14.0f %16.0f %10.2f %10.0f %10.2f\n", count, exporting.other / count * 1e9,
+              exporting.one / count * 1e9, exporting.ratio, file, memory);
+  tellWhereTimeGoes(bench, count);
+  return exporting.one;
 }
 
 // Time for a byte of the file, against that of a page, with reading the lists and Tcl's own loop in it. A page's record
 // is mostly a line, seven values in 234 bytes; a symbol's is mostly a pin, four values in 157, or 145 in a library, and
 // one in eleven opens a group. So for each byte more lists are read and more records found than on a page.
 void measureOthers(Bench& bench) {
-  constexpr int count = 300'000;
-  std::map<std::string, double> bytes;
-  const auto perByte = [&](const char* procedure) {
+  constexpr int count = 100'000;
+  const auto perByte = [&bench](const char* procedure) {
     const double seconds = bench.secondsFor(procedure, count);
-    bytes[procedure] = static_cast<double>(bench.files().bytes);
-    return seconds / bytes[procedure];
+    return seconds / static_cast<double>(bench.files().bytes);
   };
-  std::vector<double> symbols, libraries;
-  for (int run = 0; run < 9; ++run) {
-    const double page = perByte("exportPage");
-    symbols.push_back(perByte("exportSymbols") / page);
-    libraries.push_back(perByte("exportLibrary") / page);
+  for (const auto& [procedure, name] :
+       {std::pair{"exportSymbols", "symbols"}, {"exportLibrary", "a graphic library"}}) {
+    const Compared compared = compare(
+        runsOf(count), [&, what = procedure] { return perByte(what); }, [&] { return perByte("exportPage"); });
+    std::printf("a byte of %s against one of a page: %.2f (limit 1.3)\n", name, within(1.3, compared.ratio));
   }
-  std::printf("bytes of a record: %.0f on a page, %.0f in symbols, %.0f in a graphic library\n",
-              bytes["exportPage"] / count, bytes["exportSymbols"] / count, bytes["exportLibrary"] / count);
-  std::printf("a byte of symbols against one of a page: %.2f, of a graphic library %.2f (limit 1.3)\n",
-              within(1.3, median(symbols)), within(1.3, median(libraries)));
 }
 
 void measure() {

@@ -1,35 +1,23 @@
 #include "drawing/export_commands.h"
 
-#include "drawing/graphic_library.h"
-#include "drawing/page_export.h"
-#include "drawing/record.h"
-#include "tcl/script_host.h"
 #include "text/text.h"
 
 namespace vernoxa::drawing {
 namespace {
 
-// Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it. The host is asked at
-// most once in an export; meanwhile it may begin another.
-bool isOldHost(CommandCall& call, PageExport& pages) {
-  if (!pages.oldHost) {
-    pages.oldHost = call.host.isOldHost();
-  }
-  return *pages.oldHost;
-}
-
 // Nearly all records are plain and may be read in passing. Whatever may show a message box needs a list of its own: a
 // conversion, and the end of a page.
 CommandResult addShown(CommandCall& call, const TextConverter& converter, PageExport& pages, Use use) {
-  if (Record record(call.arguments.passingList(1)); record.checkPlain() && pages.draw(use, record)) {
+  if (pages.draw(use, Record(call.arguments.passingList(1)), Encoding::asGiven)) {
     return {};
   }
   const TclList list = call.arguments.list(1);
+  // Old hosts give the lines of a text in the code page, all others in UTF-8 that must fit into it.
   const bool convertLines =
-      list.text(0) == textKind && looksLikeUtf8Chinese(list.text(textLines)) && !isOldHost(call, pages);
+      list.text(0) == textKind && looksLikeUtf8Chinese(list.text(textLines)) && !pages.isFromOldHost(call.host);
   Record record(list);
   record.showInCodePage(converter, convertLines);
-  pages.addRecord(use, record);
+  pages.addRecord(use, record, Record(list));
   return {};
 }
 
@@ -61,8 +49,10 @@ CommandResult initGraphicFile(CommandCall&, GraphicLibrary& library) {
 
 CommandResult addGraphicLibList(CommandCall& call, GraphicLibrary& library) {
   Record record(call.arguments.passingList(1));
-  record.takeAsUtf8();
-  library.addRecord(record);
+  if (!library.draw(record, Encoding::asGiven)) {
+    record.takeAsUtf8();
+    library.draw(record, Encoding::utf8);
+  }
   return {};
 }
 

@@ -1,16 +1,11 @@
 // The Tcl commands of the drawing export.
 #pragma once
 
+#include "drawing/graphic_library.h"
+#include "drawing/page_export.h"
 #include "tcl/command.h"
 
-namespace vernoxa::inline text {
-class TextConverter;
-}  // namespace vernoxa::inline text
-
 namespace vernoxa::drawing {
-
-class GraphicLibrary;
-class PageExport;
 
 CommandResult initSVGList(CommandCall& call, PageExport& pages);
 // One record of a page.

@@ -1,15 +1,10 @@
 #include "drawing/graphic_library.h"
 
-#include <utility>
-
-#include "system/buffered_file.h"
-#include "system/shared_path.h"
 #include "system/whole_file.h"
 #include "text/file_name_escaping.h"
 #include "text/json.h"
 #include "text/outside_json.h"
 #include "text/text.h"
-#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -54,33 +49,35 @@ bool mustStay(Files& files, const FilePath& path) {
 
 void GraphicLibrary::start() {
   document_.emplace();
+  ++begun_;
 }
 
-void GraphicLibrary::addRecord(const Record& record) {
+bool GraphicLibrary::draw(const Record& record, Encoding encoding) {
   if (!document_) {
-    return;
+    return false;
   }
-  if (record.kind() == "Name") {
-    document_->named = true;
-    document_->library.open(record);
-  } else {
-    (document_->named ? document_->library : document_->children).add(record);
-  }
+  document_->named = document_->named || record.kind() == "Name";
+  return (document_->named ? document_->library : document_->children).add(record, encoding);
 }
 
 std::string GraphicLibrary::finish(std::string_view name) {
-  const std::optional<LibraryDocument> document = std::exchange(document_, std::nullopt);
+  // Converting the name may show a message box, in whose event loop the host may begin another document.
+  const std::uint64_t begun = begun_;
   const FilePath base = project_.get();
   const FilePath cache = base / "Cache";
   const FilePath folder = cache / "Library";
   const FilePath path = folder / fileName(converter_.trueName(name), converter_);
-  if (document && !mustStay(files_, path)) {
-    files_.createFolder(cache);
-    files_.createFolder(folder);
-    writeWholeFile(files_, processes_, path, WhenHeld::leave,
-                   [&document](OutputFile& file) { return document->writeTo(file); });
+  std::string answer = replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, converter_);
+  if (document_ && begun_ == begun) {
+    if (!mustStay(files_, path)) {
+      files_.createFolder(cache);
+      files_.createFolder(folder);
+      writeWholeFile(files_, processes_, path, WhenHeld::leave,
+                     [this](OutputFile& file) { return document_->writeTo(file); });
+    }
+    document_.reset();
   }
-  return replaceAll(base.utf8(), "\\", "/") + "/Cache/Library/" + fileName(name, converter_);
+  return answer;
 }
 
 bool LibraryDocument::writeTo(OutputFile& output) const {

@@ -1,22 +1,17 @@
 // The graphic library of library symbols: a JSON document with the arrays "children", "padstacks" and "lib".
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "drawing/page_text.h"
 #include "drawing/record.h"
-
-namespace vernoxa::inline system {
-class Files;
-class OutputFile;
-class Processes;
-class ProjectFolder;
-}  // namespace vernoxa::inline system
-namespace vernoxa::inline text {
-class TextConverter;
-}  // namespace vernoxa::inline text
+#include "system/files.h"
+#include "system/shared_path.h"
+#include "system/system.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 
@@ -39,14 +34,14 @@ class GraphicLibrary {
   // Begins a document; the former one is dropped.
   void start();
 
-  // "Name" opens the next entry of "lib"; all others are drawn into it, or into "children" before the first. Without a
-  // document nothing happens.
-  void addRecord(const Record& record);
+  // "Name" opens the next entry of "lib"; all others are drawn into it, or into "children" before the first. False
+  // without a document, and for what Elements::add() does not take.
+  bool draw(const Record& record, Encoding encoding);
 
-  // Writes the document, if one was started, below "\Cache\Library" and drops it. A library that is there already is
-  // kept: it never changes under its readers; a file that is none, being empty or cut off, is replaced. Gives the
-  // file's path with "/", in UTF-8, written or not. "\" and "/" of the name become "-", plainFileName() does the rest;
-  // its bytes name the file as they are.
+  // Writes the document, if one was started, below "\Cache\Library" and drops it; when memory runs out, it stays. A
+  // library that is there already is kept: it never changes under its readers; a file that is none, being empty or cut
+  // off, is replaced. Gives the file's path with "/", in UTF-8, written or not. "\" and "/" of the name become "-",
+  // plainFileName() does the rest; its bytes name the file as they are.
   std::string finish(std::string_view name);
 
  private:
@@ -55,6 +50,7 @@ class GraphicLibrary {
   Processes& processes_;
   const TextConverter& converter_;
   std::optional<LibraryDocument> document_;
+  std::uint64_t begun_ = 0;  // documents so far
 };
 
 }  // namespace vernoxa::drawing

@@ -1,7 +1,6 @@
 // What codes of the host look like in files: colours, lines, fills, turns, fonts, pins and more.
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <limits>
 #include <stdexcept>
@@ -56,11 +55,14 @@ constexpr Look::Row fontSizes[] = {{"-7", "5"},  {"-8", "6"},   {"-9", "7"},  {"
 // As C's atoi reads it, but what is too large for an int saturates, and a negative number is 0.
 std::size_t leadingNumber(std::string_view text) {
   constexpr std::size_t largest = std::numeric_limits<int>::max();
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-  text.remove_prefix(text.starts_with('+') ? 1 : 0);
+  const auto* at = text.begin();
+  at = std::find_if(at, text.end(), [](char each) { return each != ' ' && (each < '\t' || each > '\r'); });
+  at += at != text.end() && *at == '+' ? 1 : 0;
   std::size_t number = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-  return read.ec == std::errc::result_out_of_range ? largest : std::min(number, largest);
+  for (; at != text.end() && *at >= '0' && *at <= '9'; ++at) {
+    number = std::min(10 * number + static_cast<std::size_t>(*at - '0'), largest);
+  }
+  return number;
 }
 
 std::string_view colour(std::string_view code) {

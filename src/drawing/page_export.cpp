@@ -3,13 +3,9 @@
 #include <chrono>
 #include <utility>
 
-#include "system/buffered_file.h"
-#include "system/clock.h"
-#include "system/shared_path.h"
 #include "system/whole_file.h"
 #include "text/file_name_escaping.h"
 #include "text/json.h"
-#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -26,14 +22,14 @@ std::string pageFileName(const PageNames& names, const TextConverter& converter)
 Elements drawnPinShapes() {
   Elements pins(Use::pin, Elements::In::groups, 4);
   for (const PinShape& shape : pinShapes) {
-    pins.open({"Name", shape.name()});
+    pins.add({"Name", shape.name()}, Encoding::utf8);
     if (shape.dot) {
-      pins.add({"dot"});
+      pins.add({"dot"}, Encoding::utf8);
     }
-    pins.add({"line", shape.lineStart, shape.lineEnd});
+    pins.add({"line", shape.lineStart, shape.lineEnd}, Encoding::utf8);
     if (shape.clock) {
-      pins.add({"wedge down"});
-      pins.add({"wedge up"});
+      pins.add({"wedge down"}, Encoding::utf8);
+      pins.add({"wedge up"}, Encoding::utf8);
     }
   }
   return pins;
@@ -51,44 +47,60 @@ void PageExport::start() {
   files_.createFolder(folder);
   document_.emplace();
   ++begun_;
-  oldHost.reset();
+  isFromOldHost_.reset();
 }
 
-bool PageExport::draw(Use use, const Record& record) {
-  return document_ && (use == Use::page ? document_->page : document_->symbols).add(record);
+bool PageExport::draw(Use use, const Record& record, Encoding encoding) {
+  if (!document_ || document_->ended || !document_->page.isOpen()) {
+    return false;
+  }
+  return (use == Use::page ? document_->page : document_->symbols).add(record, encoding);
 }
 
-void PageExport::addRecord(Use use, const Record& record) {
-  if (draw(use, record)) {
+void PageExport::addRecord(Use use, const Record& record, const Record& given) {
+  if (draw(use, record, Encoding::utf8) || use != Use::page) {
     return;
   }
-  const bool isOpen = document_ && document_->page.isOpen();
-  if (use == Use::symbol) {
-    if (isOpen && record.kind() == "Name") {
-      document_->symbols.open(record);
-    }
-  } else if (record.kind() == "Schematic") {
-    schematicName_ = record.given(1);
+  if (record.kind() == "Schematic") {
+    schematicName_ = given[1];
   } else if (record.kind() == "Page") {
-    if (isOpen) {
-      write(PageNames(openPage_));
+    if (document_ && document_->page.isOpen()) {
+      endPage();
     }
     document_.reset();  // written; should memory run out now, what follows must not be drawn on it
-    PageNames names{schematicName_, std::string(record.given(1)), std::string(record.given(4))};
+    PageNames names{schematicName_, std::string(given[1]), std::string(given[4])};
     PageDocument next;
     next.height = record[2];
     next.width = record[3];
-    next.page.open(record);
+    next.page.add(record, Encoding::utf8);
     document_ = std::move(next);
     ++begun_;
     openPage_ = std::move(names);
   }
 }
 
+void PageExport::endPage() {
+  try {
+    write(PageNames(openPage_));
+  } catch (...) {
+    if (document_) {
+      document_->ended = true;
+    }
+    throw;
+  }
+}
+
 void PageExport::finish(const PageNames& names) {
-  if (document_ && write(names)) {
+  if (document_ && write(document_->ended ? PageNames(openPage_) : names)) {
     document_.reset();
   }
+}
+
+bool PageExport::isFromOldHost(ScriptHost& host) {
+  if (!isFromOldHost_) {
+    isFromOldHost_ = host.isOldHost();  // meanwhile it may begin another export
+  }
+  return *isFromOldHost_;
 }
 
 bool PageExport::write(const PageNames& names) {

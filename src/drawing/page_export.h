@@ -7,21 +7,15 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "drawing/page_text.h"
 #include "drawing/record.h"
-
-namespace vernoxa::inline system {
-class Clock;
-class Files;
-class OutputFile;
-class Processes;
-class ProjectFolder;
-}  // namespace vernoxa::inline system
-namespace vernoxa::inline text {
-class TextConverter;
-}  // namespace vernoxa::inline text
+#include "system/clock.h"
+#include "system/files.h"
+#include "system/shared_path.h"
+#include "system/system.h"
+#include "tcl/script_host.h"
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 
@@ -36,14 +30,15 @@ struct PageNames {
 struct PageDocument {
   std::string height;
   std::string width;
-  Elements page{Use::page, Elements::In::groups, 2};  // not open without a page: then there is only what all have
+  bool ended = false;                                // the host went on, but it could not be written yet: takes no more
+  Elements page{Use::page, Elements::In::group, 2};  // not open without a page: then there is only what all have
   Elements symbols{Use::symbol, Elements::In::groups, 4};
 
   // False when the file takes no more.
   bool writeTo(OutputFile& file) const;
 };
 
-// Host thread only. Records as showInCodePage() leaves them.
+// Host thread only.
 class PageExport {
  public:
   PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock,
@@ -54,19 +49,24 @@ class PageExport {
   // folder leads to is left alone. The schematic's name stays.
   void start();
 
-  // Draws a record on the open page or into the open symbol. False for any other, which changes nothing.
-  bool draw(Use use, const Record& record);
-  // The same; "Schematic" names the schematic of the pages from now on, "Page" writes the open page and opens the next,
-  // "Name" opens the page's next symbol. A page's end may show a message box, which the texts must outlive.
-  void addRecord(Use use, const Record& record);
+  // Draws a record on the open page or into the open symbol, or opens the page's next symbol ("Name"). False for any
+  // other, which changes nothing, and for what Elements::add() does not take in this encoding.
+  bool draw(Use use, const Record& record, Encoding encoding);
+  // The same with a record as showInCodePage() leaves it; "Schematic" names the schematic of the pages from now on,
+  // "Page" writes the open page and opens the next; names are taken as given. A page's end may show a message box,
+  // which the texts must outlive. When memory runs out meanwhile, the open page takes no more and waits for the next
+  // "Page" or the end.
+  void addRecord(Use use, const Record& record, const Record& given);
 
-  // Writes the document, also one without a page, as the page of these names; afterwards none of it is open.
+  // Writes the document, also one without a page, as the page of these names; afterwards none of it is open. When
+  // memory runs out, all is as before.
   void finish(const PageNames& names);
 
-  // Whether the host is an old one, once it was asked; forgotten with each start.
-  std::optional<bool> oldHost;
+  // Whether it is a host that gives texts in the code page; asked at most once in an export.
+  bool isFromOldHost(ScriptHost& host);
 
  private:
+  void endPage();
   // Names of its own: the open page's may change meanwhile. False, and unwritten, if the export ended or was renewed.
   bool write(const PageNames& names);
 
@@ -77,6 +77,7 @@ class PageExport {
   const TextConverter& converter_;
   std::optional<PageDocument> document_;
   std::uint64_t begun_ = 0;  // documents so far
+  std::optional<bool> isFromOldHost_;
   std::string schematicName_;
   PageNames openPage_;  // in force when the page began, so that pages of two schematics never share a file
 };

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <string>
 #include <tuple>
 
-#include "system/buffered_file.h"
 #include "text/decimal.h"
 #include "text/json_escape.h"
 #include "text/short_copy.h"
@@ -23,18 +23,15 @@ struct ElementText {
   bool hasLines;     // an element for each
   std::string text;  // what stands before each value and behind the last, and bytes to spare
   std::size_t start;
-  std::vector<std::size_t> ends;  // of what stands before each value
   std::vector<Place> values;
+  std::vector<std::size_t> ends;   // of what stands before each
+  std::vector<std::size_t> texts;  // which of the record's they are made of
   std::size_t size;
-  std::size_t mostKept;     // bytes of an element whose values are one piece each
-  std::size_t mostWritten;  // the same in the file
+  std::size_t mostWritten;  // bytes in the file when no value is long
 };
 
-class Layout {
- public:
+struct Layout {
   Layout(Use use, Elements::In in, std::size_t depth);
-  // nullptr for a kind that does not stand there.
-  const ElementText* find(std::string_view kind) const;
 
   std::vector<ElementText> elements;
   std::string groupEnd;  // empty without groups
@@ -42,28 +39,60 @@ class Layout {
 
 namespace {
 
-constexpr std::size_t textX = 1;
-constexpr std::size_t textY = 2;
-constexpr std::size_t textFont = 6;
-constexpr std::size_t textRotation = 7;
-
 constexpr std::size_t blockSize = std::size_t{16} * 1024;
-// A value is kept in pieces of at most so many bytes, each behind a byte for its length. There a bit says whether there
-// is another piece, and in the byte of the element's number whether a value must be escaped.
-constexpr std::size_t pieceSize = 63;
-constexpr unsigned special = 0x40;
+// The size of a text is a byte; a longer one has its size before it, and this in the place of its size.
+constexpr std::size_t longText = 255;
 
 const Layout& layoutOf(Use use, Elements::In in, std::size_t depth) {
   static std::map<std::tuple<Use, Elements::In, std::size_t>, Layout> layouts;
   return layouts.try_emplace({use, in, depth}, use, in, depth).first->second;
 }
 
-void moveLine(Record& line, std::int64_t number) {
-  const std::string_view angle = lookNamed("angle").of(line[textRotation]);
-  const Decimal shift = (Decimal::read(lookNamed("font-size").of(line[textFont])) + Decimal::whole(2)) * number;
-  const std::size_t moved = angle == "-90" || angle == "-270" ? textX : textY;
+// The n-th line is moved by n times the font size and 2, in the direction in which lines follow each other. A text's
+// row shows x and y before the turn.
+void moveLine(const ElementText& text, Record& line, std::int64_t number) {
+  const auto placeOf = [&text](std::string_view look) {
+    return std::find_if(text.values.begin(), text.values.end(),
+                        [look](const Place& place) { return place.look == &lookNamed(look); });
+  };
+  const auto turn = placeOf("angle");
+  const std::string_view angle = turn->valueOf(line);
+  const Decimal shift = (Decimal::read(placeOf("font-size")->valueOf(line)) + Decimal::whole(2)) * number;
+  const std::size_t moved = (angle == "-90" || angle == "-270" ? turn - 2 : turn - 1)->element;
   const Decimal place = Decimal::read(line[moved]);
   line.keep(moved, (angle == "-270" ? place - shift : place + shift).text());
+}
+
+// Takes a text that is kept, whose size in a byte is given.
+std::string_view takeText(const char*& from, char sizeByte) {
+  std::size_t size = static_cast<unsigned char>(sizeByte);
+  if (size == longText) {
+    std::memcpy(&size, from, sizeof(size));
+    from += sizeof(size);
+  }
+  from += size;
+  return {from - size, size};
+}
+
+// Begins at `start` of the text. What values are made of is kept, with a step to spare behind.
+void writeElement(BufferedFile& file, const ElementText& text, std::size_t start, const Record& record, bool isPlain) {
+  char* to = file.room(text.mostWritten);
+  for (std::size_t index = 0; index < text.values.size(); ++index) {
+    const Place& place = text.values[index];
+    to = copySteps(to, text.text.data() + start, text.ends[index] - start);
+    start = text.ends[index];
+    std::string_view value = place.valueOf(record);
+    for (; value.size() > longText; value.remove_prefix(longText)) {
+      file.filled(putInJson(to, value.substr(0, longText)));
+      to = file.room(text.mostWritten);
+    }
+    if (!isPlain) {
+      to = putInJson(to, value);
+    } else {
+      to = place.look == nullptr ? copySteps(to, value.data(), value.size()) : copyShort(to, value);
+    }
+  }
+  file.filled(copySteps(to, text.text.data() + start, text.size - start));
 }
 
 }  // namespace
@@ -85,8 +114,7 @@ ElementText::ElementText(const Shape& shape, std::size_t depth)
   }
   text.append(line).append("\t}").append(opensGroup ? "," + line + "\t\"children\":\t[" : line + "}");
   size = text.size();
-  mostKept = 1 + values.size() * (1 + pieceSize);
-  mostWritten = size + values.size() * pieceSize * longestJsonEscape + copyStep;
+  mostWritten = size + values.size() * longText * longestJsonEscape + copyStep;
   text.append(copyStep, ' ');
 }
 
@@ -95,12 +123,17 @@ void ElementText::add(const ShapeMember& member, const std::string& before) {
   for (const ShapeMember::Piece& piece : member.pieces) {
     ends.push_back(text.append(piece.before).size());
     values.push_back(piece.place);
+    for (const std::size_t from : {piece.place.element, piece.place.fillStyle}) {
+      if (from != 0 && std::find(texts.begin(), texts.end(), from) == texts.end()) {
+        texts.push_back(from);
+      }
+    }
   }
   text.append(member.end).append("\"");
 }
 
 Layout::Layout(Use use, Elements::In in, std::size_t depth) {
-  const bool grouped = in == Elements::In::groups;
+  const bool grouped = in != Elements::In::array;
   for (const Shape& shape : shapes()) {
     if (shape.isFor(use) && (grouped || !shape.isGroup())) {
       elements.emplace_back(shape, grouped && !shape.isGroup() ? depth + 2 : depth);
@@ -109,38 +142,46 @@ Layout::Layout(Use use, Elements::In in, std::size_t depth) {
   groupEnd = grouped ? "]\r\n" + std::string(depth, '\t') + "}" : "";
 }
 
-const ElementText* Layout::find(std::string_view kind) const {
-  const auto found =
-      std::find_if(elements.begin(), elements.end(), [kind](const ElementText& text) { return text.kind == kind; });
-  return found == elements.end() ? nullptr : &*found;
-}
+Elements::Elements(Use use, In in, std::size_t depth)
+    : layout_(&layoutOf(use, in, depth)), in_(in), open_(in == In::array) {}
 
-Elements::Elements(Use use, In in, std::size_t depth) : layout_(&layoutOf(use, in, depth)), open_(in == In::array) {}
-
-void Elements::open(const Record& record) {
-  open_ = false;
-  append(*layout_->find(record.kind()), record);
-  open_ = true;
-}
-
-bool Elements::add(const Record& record) {
-  const ElementText* const text = open_ ? layout_->find(record.kind()) : nullptr;
-  if (text == nullptr || text->opensGroup) {
+bool Elements::add(const Record& record, Encoding encoding) {
+  const auto text = std::find_if(layout_->elements.begin(), layout_->elements.end(),
+                                 [&record](const ElementText& each) { return each.kind == record.kind(); });
+  if (text == layout_->elements.end() || (text->opensGroup ? open_ && in_ == In::group : !open_)) {
     return false;
   }
-  append(*text, record);
-  return true;
+  const bool wasOpen = open_;
+  open_ = !text->opensGroup;
+  const bool kept = text->hasLines ? keepLines(*text, record, encoding) : keep(*text, record, encoding);
+  open_ = kept || wasOpen;
+  return kept;
 }
 
-void Elements::append(const ElementText& text, const Record& record) {
+bool Elements::keepLines(const ElementText& text, const Record& record, Encoding encoding) {
+  const std::size_t lines = text.values.front().element;
+  if (encoding == Encoding::asGiven && !isPlainInJson(record[lines])) {
+    return false;
+  }
   const std::size_t blocks = blocks_.size();
   const std::size_t used = blocks == 0 ? 0 : blocks_.back().used;
   try {
-    if (text.hasLines) {
-      appendLines(text, record);
-    } else {
-      appendOne(text, record);
+    std::int64_t number = 0;
+    bool kept = true;
+    for (std::string_view left = record[lines]; !left.empty();) {
+      const std::string_view shown = left.substr(0, left.find(lineSeparator));
+      left.remove_prefix(std::min(shown.size() + lineSeparator.size(), left.size()));
+      if (shown.empty()) {
+        continue;
+      }
+      Record line(record, lines, shown);
+      if (number > 0) {
+        moveLine(text, line, number);
+      }
+      kept = keep(text, line, encoding);
+      ++number;
     }
+    return kept;
   } catch (...) {
     blocks_.resize(blocks);
     if (blocks > 0) {
@@ -150,92 +191,56 @@ void Elements::append(const ElementText& text, const Record& record) {
   }
 }
 
-// The n-th line is moved by n times the font size and 2, in the direction in which lines follow each other.
-void Elements::appendLines(const ElementText& text, const Record& record) {
-  std::int64_t drawn = 0;
-  for (std::string_view left = record[textLines]; !left.empty();) {
-    const std::string_view shown = left.substr(0, left.find(lineSeparator));
-    left.remove_prefix(std::min(shown.size() + lineSeparator.size(), left.size()));
-    if (shown.empty()) {
-      continue;
-    }
-    Record line(record, shown);
-    if (drawn > 0) {
-      moveLine(line, drawn);
-    }
-    appendOne(text, line);
-    ++drawn;
+bool Elements::keep(const ElementText& text, const Record& record, Encoding encoding) {
+  std::size_t most = 2 + text.texts.size() * (1 + sizeof(std::size_t)) + copyStep;
+  for (const std::size_t index : text.texts) {
+    most += record[index].size();
   }
-}
-
-void Elements::appendOne(const ElementText& text, const Record& record) {
-  char* to = room(text.mostKept);
-  const auto number = static_cast<std::size_t>(&text - layout_->elements.data());
-  *to++ = static_cast<char>(number + (record.isPlain() ? 0 : special));
-  for (const Place& place : text.values) {
-    std::string_view value = place.valueOf(record);
-    for (;;) {
-      const std::string_view piece = value.substr(0, pieceSize);
-      value.remove_prefix(piece.size());
-      *to = static_cast<char>(piece.size() + (value.empty() ? 0 : special));
-      to = copyShort(to + 1, piece);
-      if (value.empty()) {
-        break;
-      }
-      filled(to);
-      to = room(text.mostKept);
+  if (blocks_.empty() || blocks_.back().used + most > blockSize) {
+    blocks_.push_back({std::make_unique_for_overwrite<char[]>(std::max(blockSize, most))});
+  }
+  Block& block = blocks_.back();
+  char* to = block.bytes.get() + block.used;
+  *to++ = static_cast<char>(&text - layout_->elements.data());
+  *to++ = static_cast<char>(encoding);
+  char* sizeByte = to;
+  to += text.texts.size();
+  const char* const start = to;
+  for (const std::size_t index : text.texts) {
+    const std::size_t size = record[index].size();
+    *sizeByte++ = static_cast<char>(std::min(size, longText));
+    if (size >= longText) {
+      std::memcpy(to, &size, sizeof(size));
+      to += sizeof(size);
     }
+    to = copyShort(to, record[index]);
   }
-  filled(to);
-}
-
-// Where the next bytes are kept, at most so many.
-char* Elements::room(std::size_t most) {
-  if (blocks_.empty() || blockSize - blocks_.back().used < most) {
-    blocks_.push_back({std::make_unique_for_overwrite<char[]>(blockSize + copyStep)});
+  if (encoding == Encoding::asGiven && !isPlainInJson({start, static_cast<std::size_t>(to - start)})) {
+    if (block.used == 0) {
+      blocks_.pop_back();
+    }
+    return false;
   }
-  return blocks_.back().bytes.get() + blocks_.back().used;
-}
-
-void Elements::filled(const char* end) {
-  blocks_.back().used = static_cast<std::size_t>(end - blocks_.back().bytes.get());
+  block.used = static_cast<std::size_t>(to - block.bytes.get());
+  return true;
 }
 
 void Elements::writeTo(BufferedFile& file) const {
-  auto block = blocks_.begin();
-  const char* at = nullptr;
-  const char* end = nullptr;
-  const auto next = [&] {
-    if (at == end) {
-      at = block->bytes.get();
-      end = at + block->used;
-      ++block;
-    }
-    return static_cast<unsigned char>(*at++);
-  };
+  Record record{};
   const ElementText* before = nullptr;
-  while (at != end || block != blocks_.end()) {
-    const unsigned number = next();
-    const ElementText& text = layout_->elements[number % special];
-    const bool isFirst = before == nullptr || (before->opensGroup && !text.opensGroup);
-    before = &text;
-    std::size_t start = isFirst ? text.start : 0;
-    char* to = file.room(text.mostWritten);
-    for (const std::size_t valuesPlace : text.ends) {
-      to = copySteps(to, text.text.data() + start, valuesPlace - start);
-      start = valuesPlace;
-      for (unsigned length = special; (length & special) != 0;) {
-        length = next();
-        const std::size_t size = length % special;
-        to = (number & special) == 0 ? copySteps(to, at, size) : putInJson(to, {at, size});
-        at += size;
-        if ((length & special) != 0) {
-          file.filled(to);
-          to = file.room(text.mostWritten);
-        }
+  for (const Block& block : blocks_) {
+    for (const char* at = block.bytes.get(); at != block.bytes.get() + block.used;) {
+      const ElementText& text = layout_->elements[static_cast<unsigned char>(*at++)];
+      const bool isPlain = static_cast<Encoding>(*at++) == Encoding::asGiven;
+      const char* sizeByte = at;
+      at += text.texts.size();
+      for (const std::size_t index : text.texts) {
+        record.set(index, takeText(at, *sizeByte++));
       }
+      const bool isFirst = before == nullptr || (before->opensGroup && !text.opensGroup);
+      writeElement(file, text, isFirst ? text.start : 0, record, isPlain);
+      before = &text;
     }
-    file.filled(copySteps(to, text.text.data() + start, text.size - start));
   }
   if (!isEmpty()) {
     file.put(layout_->groupEnd);

@@ -9,34 +9,36 @@
 
 #include "drawing/record.h"
 #include "drawing/shapes.h"
-
-namespace vernoxa::inline system {
-class BufferedFile;
-}  // namespace vernoxa::inline system
+#include "system/buffered_file.h"
 
 namespace vernoxa::drawing {
 
-class Layout;
 struct ElementText;
+struct Layout;
 
 constexpr std::string_view elementSeparator = ", ";  // between the elements of an array
 
+// How the texts of a record are encoded: as the host gave them, in UTF-8 or in the code page, or all in UTF-8.
+enum class Encoding { asGiven, utf8 };
+
 // The elements of an array, or groups of elements, in the order in which they were told.
 //
-// What all elements of a kind have in common is one text: of each its kind is kept and its values, as they came. That
-// is a sixth of what the file has, in blocks, so that what is there never moves.
+// What all elements of a kind have in common is one text: of each its kind is kept and the texts that its values are
+// made of when the file is written. That is a seventh of what the file has, in blocks, so that what is there never
+// moves.
 class Elements {
  public:
-  enum class In { array, groups };
+  enum class In { array, group, groups };
 
   // The array's elements, or its groups, are indented by so many tabs; a group's elements by two more.
   Elements(Use use, In in, std::size_t depth);
 
-  // Opens the next group. When memory runs out (std::bad_alloc), none is open.
-  void open(const Record& record);
-  // Draws the record, in the open group. A "Text" draws an element for each of its lines that is not empty. False for a
-  // kind that is not shown there, and where no group is open. When memory runs out, all is as before.
-  bool add(const Record& record);
+  // Draws the record, in the open group; one of a group's kind opens the next, or the only one. A "Text" draws an
+  // element for each of its lines that is not empty. False, and all is as before, for a kind that is not shown there,
+  // where no group is open, and for texts as given unless all are ASCII and stand in JSON as they are, as nearly all
+  // do. When memory runs out (std::bad_alloc), all is as before too, but no group is open where one should have been
+  // opened.
+  bool add(const Record& record, Encoding encoding);
   // Whether a group was opened, or none is needed.
   bool isOpen() const { return open_; }
   bool isEmpty() const { return blocks_.empty(); }
@@ -44,20 +46,18 @@ class Elements {
   void writeTo(BufferedFile& file) const;
 
  private:
-  // Elements as they are kept, one behind the other: the number of the kind, and each value in pieces behind their
-  // lengths.
+  // Elements as they are kept, one behind the other: the number of the kind, the encoding, the sizes of the texts, the
+  // texts.
   struct Block {
     std::unique_ptr<char[]> bytes;
     std::size_t used = 0;
   };
 
-  void append(const ElementText& text, const Record& record);
-  void appendLines(const ElementText& text, const Record& record);
-  void appendOne(const ElementText& text, const Record& record);
-  char* room(std::size_t most);
-  void filled(const char* end);
+  bool keepLines(const ElementText& text, const Record& record, Encoding encoding);
+  bool keep(const ElementText& text, const Record& record, Encoding encoding);
 
   const Layout* layout_;
+  In in_;
   bool open_;
   std::vector<Block> blocks_;
 };

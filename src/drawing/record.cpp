@@ -2,9 +2,7 @@
 
 #include <utility>
 
-#include "text/json_escape.h"
 #include "text/text.h"
-#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -31,27 +29,8 @@ std::string linesToShow(const TextConverter& converter, std::string_view text, b
 
 }  // namespace
 
-std::string_view Record::given(std::size_t index) const {
-  for (const Kept& each : kept_) {
-    if (each.index == index) {
-      return each.given;
-    }
-  }
-  return (*this)[index];
-}
-
-bool Record::checkPlain() {
-  plain_ = true;
-  for (std::size_t index = 0; index < size; ++index) {
-    plain_ &= isPlainInJson((*this)[index]);
-  }
-  return plain_;
-}
-
 void Record::keep(std::size_t index, std::string text) {
-  plain_ = plain_ && isPlainInJson(text);
-  kept_.push_front({index, (*this)[index], std::move(text)});
-  set(index, kept_.front().text);
+  set(index, kept_.emplace_front(std::move(text)));
 }
 
 void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
@@ -65,7 +44,7 @@ void Record::showInCodePage(const TextConverter& converter, bool convertLines) {
 }
 
 void Record::takeAsUtf8() {
-  for (std::size_t index = checkPlain() ? size : 0; index < size; ++index) {
+  for (std::size_t index = 0; index < size; ++index) {
     if (const std::string_view text = (*this)[index]; !isAscii(text)) {
       keep(index, utf8OfTcl(text).value_or(std::string(text)));
     }

@@ -8,9 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace vernoxa::inline text {
-class TextConverter;
-}  // namespace vernoxa::inline text
+#include "text/text_converter.h"
 
 namespace vernoxa::drawing {
 
@@ -31,44 +29,33 @@ class Record {
       set(index, texts.begin()[index]);
     }
   }
-  // One line of a "Text", which must outlive it, in the place of all.
-  Record(const Record& text, std::string_view line) : starts_(text.starts_), sizes_(text.sizes_), plain_(text.plain_) {
-    set(textLines, line);
+  // The same texts but one.
+  Record(const Record& other, std::size_t index, std::string_view text) : starts_(other.starts_), sizes_(other.sizes_) {
+    set(index, text);
   }
   Record(const Record&) = delete;
   Record& operator=(const Record&) = delete;
 
   std::string_view kind() const { return (*this)[0]; }
   std::string_view operator[](std::size_t index) const { return {starts_[index], sizes_[index]}; }
-  // The text as it came, whatever was made of it since: what a file is named after.
-  std::string_view given(std::size_t index) const;
-  // Looks whether all texts are ASCII and stand in JSON as they are, as nearly all do.
-  bool checkPlain();
-  // What was found. No, if nobody looked.
-  bool isPlain() const { return plain_; }
 
+  void set(std::size_t index, std::string_view text) {
+    starts_[index] = text.data();
+    sizes_[index] = text.size();
+  }
   // Puts a text of its own in the place of the one that came.
   void keep(std::size_t index, std::string text);
 
   // Puts each text through the code page and back, since a drawing shows what the code page can hold; what is no UTF-8
   // is read as the code page. The lines of a "Text" are put through only when `convertLines` says so, else a line that
-  // is valid UTF-8 stays. Afterwards all texts are UTF-8.
+  // is valid UTF-8 stays. Afterwards all texts are UTF-8. A text for which memory runs out on its way back is shown
+  // empty, which a message box tells (TextConverter::ansiToUtf8); on its way there the record is lost (std::bad_alloc).
   void showInCodePage(const TextConverter& converter, bool convertLines);
 
   // Makes each text of Tcl's plain UTF-8; one in the code page stays as it is.
   void takeAsUtf8();
 
  private:
-  struct Kept {
-    std::size_t index;
-    std::string_view given;
-    std::string text;
-  };
-
-  void set(std::size_t index, std::string_view text) {
-    starts_[index] = text.data();
-    sizes_[index] = text.size();
-  }
   void clear(std::size_t from) {
     for (std::size_t index = from; index < size; ++index) {
       set(index, "");
@@ -77,8 +64,7 @@ class Record {
 
   std::array<const char*, size> starts_;  // not views, which would be cleared before they are set
   std::array<std::size_t, size> sizes_;
-  std::forward_list<Kept> kept_;
-  bool plain_ = false;
+  std::forward_list<std::string> kept_;
 };
 
 }  // namespace vernoxa::drawing

@@ -1,5 +1,7 @@
 #include "drawing/shapes.h"
 
+#include <algorithm>
+
 #include "text/text.h"
 
 namespace vernoxa::drawing {
@@ -120,6 +122,8 @@ constexpr std::array rows = {
     Row{"wedge down", pin, "line", "x1=-3|y1=0|x2=0|y2=3|style=stroke:#FF0000;stroke-width:1;fill:none"},
     Row{"wedge up", pin, "line", "x1=-3|y1=0|x2=0|y2=-3|style=stroke:#FF0000;stroke-width:1;fill:none"},
 };
+
+static_assert(rows.size() <= mostShapes);
 
 // What stands between braces.
 Place placeOf(std::string_view text) {

@@ -29,14 +29,6 @@ std::string joined(const drawing::Record& record, std::size_t first, std::size_t
   return text;
 }
 
-bool isPlaceholder(std::string_view value) {
-  return value.find('$') != std::string_view::npos;
-}
-
-std::string withoutPlaceholder(std::string_view value) {
-  return isPlaceholder(value) ? std::string() : std::string(value);
-}
-
 std::string withoutAt(std::string_view value) {
   return replaceAll(value, "@", "_");
 }
@@ -121,7 +113,7 @@ void ModuleDocument::startPart(const drawing::Record& record) {
 
 void ModuleDocument::addProperty(JsonView properties, const drawing::Record& record) {
   if (properties) {
-    root_.set(properties, record[1], withoutAt(withoutPlaceholder(record[2])));
+    root_.set(properties, record[1], withoutAt(drawing::lookNamed("unless-placeholder").of(record[2])));
   }
 }
 

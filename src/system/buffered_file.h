@@ -25,19 +25,23 @@ class BufferedFile {
   // Room for `most` bytes, 64 KB at most, which the caller fills; filled() then tells where they end.
   char* room(std::size_t most) {
     if (most > size - used_) {
-      finish();
+      flush();
     }
     return buffer_.get() + used_;
   }
   void filled(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
   // False if anything could not be written.
   bool finish() {
-    failed_ = failed_ || !file_.write({buffer_.get(), used_});
-    used_ = 0;
+    flush();
     return !failed_;
   }
 
  private:
+  void flush() {
+    failed_ = failed_ || !file_.write({buffer_.get(), used_});
+    used_ = 0;
+  }
+
   static constexpr std::size_t size = std::size_t{64} * 1024;
 
   OutputFile& file_;

@@ -4,14 +4,6 @@
 
 namespace vernoxa::inline tcl {
 
-TclScriptHost::TclScriptHost(Tcl_Interp* interp) : interp_(interp) {
-  Tcl_Preserve(interp_);
-}
-
-TclScriptHost::~TclScriptHost() {
-  Tcl_Release(interp_);
-}
-
 Evaluation TclScriptHost::evaluate(const Script& script) {
   if (Tcl_InterpDeleted(interp_) != 0) {
     return {};

@@ -7,13 +7,11 @@ struct Tcl_Interp;
 
 namespace vernoxa::inline tcl {
 
-// Keeps the interpreter's memory valid as long as this object exists, even if a script deletes the interpreter.
+// For the length of a command. A script may delete the interpreter meanwhile, but Tcl frees none that evaluates:
+// whoever evaluates the command holds it (Tcl_Preserve), or Tcl itself would end the process.
 class TclScriptHost final : public ScriptHost {
  public:
-  explicit TclScriptHost(Tcl_Interp* interp);
-  ~TclScriptHost() override;
-  TclScriptHost(const TclScriptHost&) = delete;
-  TclScriptHost& operator=(const TclScriptHost&) = delete;
+  explicit TclScriptHost(Tcl_Interp* interp) : interp_(interp) {}
 
   Evaluation evaluate(const Script& script) override;
   std::optional<std::vector<std::string>> splitList(const std::string& list) override;

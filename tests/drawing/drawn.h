@@ -79,7 +79,7 @@ class WordRecord : public Record {
 
 inline std::string drawn(Use use, const Record& record) {
   Elements elements(use, Elements::In::array, 2);
-  elements.add(record);
+  elements.add(record, Encoding::utf8);
   return drawn(elements);
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "drawing/drawn.h"
+#include "system/fake_code_page.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -96,14 +97,14 @@ TEST(Elements, OfSymbols) {
                            });
 }
 
-// Pieces of values end at 63 bytes, and short texts are copied by their length.
+// Texts are copied by their length; of 255 bytes and more they have it before them.
 TEST(Elements, ValuesOfEveryLengthAndContent) {
   std::string digits;
   while (digits.size() < 1000) {
     digits += std::to_string(digits.size());
   }
   const std::string special = "\x01\x1F\b\f\n\r\t\"\\/\x7F\xC3\xA4";
-  for (std::size_t size = 0; size < 200; ++size) {
+  for (std::size_t size = 0; size < 600; size += size < 40 || size > 240 ? 1 : 9) {
     for (const std::string& inserted : {std::string(), special}) {
       const std::string path = digits.substr(0, size / 2) + inserted + digits.substr(0, size - size / 2);
       const std::string id = digits.substr(0, size % 20) + inserted;
@@ -113,6 +114,25 @@ TEST(Elements, ValuesOfEveryLengthAndContent) {
                 "use id=" + path + "|transform=translate(1 " + id + ") rotate(0) scale(1,1)|xlink:href=#" + id + "\n");
     }
   }
+}
+
+TEST(Elements, AsGivenTakesOnlyWhatIsTheSameInEveryEncoding) {
+  const std::string chinese = utf8(u8"电");
+  Elements elements(Use::symbol, Elements::In::groups, 2);
+  EXPECT_FALSE(elements.add(WordRecord{"Name", std::string(20'000, 'x') + chinese}, Encoding::asGiven));
+  EXPECT_TRUE(elements.isEmpty());
+  EXPECT_FALSE(elements.isOpen());
+  EXPECT_TRUE(elements.add(WordRecord{"Name", std::string(20'000, 'y') + chinese}, Encoding::utf8));
+  const std::vector<std::vector<std::string_view>> others = {
+      {"Arc", chinese}, {"Arc", "\""}, {"Arc", "\n"}, {"Arc", "", "1", "0\\"}, {"Text", "", "", "A\r\nB"}, {"BitMap"}};
+  for (const auto& words : others) {
+    EXPECT_FALSE(elements.add(WordRecord(words), Encoding::asGiven)) << words.back();
+  }
+  EXPECT_TRUE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0", chinese, "0"}, Encoding::asGiven));  // no style
+  EXPECT_FALSE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0" + chinese, "0", "0"}, Encoding::asGiven));
+  EXPECT_EQ(drawn(elements), "g id=" + std::string(20'000, 'y') + chinese +
+                                 "\nline style=stroke:#0000FF;stroke-width:1;stroke-linecap:round|"
+                                 "x1=1|y1=2|x2=3|y2=4\n");
 }
 
 // The places of a text's lines at x 10 and y 20.

@@ -15,7 +15,11 @@ class GraphicLibraryTest : public testing::Test {
  protected:
   GraphicLibraryTest() { fake.fake.files.addFolder("C:\\App"); }
 
-  void add(std::initializer_list<std::string_view> words) { library.addRecord(WordRecord(words)); }
+  void add(std::initializer_list<std::string_view> words) {
+    if (const WordRecord record(words); !library.draw(record, Encoding::asGiven)) {
+      library.draw(record, Encoding::utf8);
+    }
+  }
   std::string file(const std::string& name) {
     return fake.fake.files.bytes("C:\\App\\Cache\\Library\\" + name + ".json");
   }
@@ -106,6 +110,16 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
   library.start();
   library.finish("x");
   EXPECT_EQ(content("x"), "[][]");
+}
+
+TEST_F(GraphicLibraryTest, ADocumentThatCannotBeWrittenForWantOfMemoryWaits) {
+  library.start();
+  add({"Name", "FIRST"});
+  fake.fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_THROW(library.finish("x"), std::bad_alloc);
+  fake.fake.files.faults.failCall(0);
+  library.finish("x");
+  EXPECT_EQ(content("x"), R"([][{"name":"g","attr":{"id":"FIRST"},"children":[]}])");
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {

@@ -19,12 +19,12 @@ class PageExportTest : public testing::Test {
   void page(std::initializer_list<std::string_view> words, bool convertLines = true) {
     WordRecord record(words);
     record.showInCodePage(fake.text, convertLines);
-    pages.addRecord(Use::page, record);
+    pages.addRecord(Use::page, record, WordRecord(words));
   }
   void symbol(std::initializer_list<std::string_view> words) {
     WordRecord record(words);
     record.showInCodePage(fake.text, true);
-    pages.addRecord(Use::symbol, record);
+    pages.addRecord(Use::symbol, record, WordRecord(words));
   }
   void finish(std::string_view schematic, std::string_view name, std::string_view key) {
     pages.finish({std::string(schematic), std::string(name), std::string(key)});
@@ -221,6 +221,28 @@ TEST_F(PageExportTest, AFirstStartMakesOneFolderAndAFlushTheMissingOnes) {
   page({"Page", "P", "1", "1", "K"});
   finish("S", "P", "K");
   EXPECT_NE(fake.fake.files.bytes("C:\\App\\project\\Cache\\Output\\S@!@P@!@K.json"), "(no file)");
+}
+
+TEST_F(PageExportTest, APageThatCannotEndTakesNoMoreAndWaits) {
+  pages.start();
+  page({"Schematic", "S"});
+  page({"Page", "P", "1", "1", "K"});
+  fake.fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_THROW(page({"Page", "Q", "1", "1", "L"}), std::bad_alloc);
+  fake.fake.files.faults.failCall(0);
+  page({"Line", "0"});  // of the next page
+  symbol({"Name", "X"});
+  page({"Page", "R", "1", "1", "M"});
+  EXPECT_EQ(names(), (Names{"S@!@P@!@K.json"}));
+  EXPECT_EQ(file("S@!@P@!@K").find("line"), std::string::npos);
+  EXPECT_EQ(file("S@!@P@!@K").find("defs"), std::string::npos);
+  fake.fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_THROW(page({"Page", "T", "1", "1", "N"}), std::bad_alloc);
+  fake.fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_THROW(finish("S", "T", "N"), std::bad_alloc);
+  fake.fake.files.faults.failCall(0);
+  finish("S", "T", "N");  // under the name of the page that waits
+  EXPECT_EQ(names(), (Names{"S@!@P@!@K.json", "S@!@R@!@M.json"}));
 }
 
 TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {

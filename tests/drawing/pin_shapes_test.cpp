@@ -31,8 +31,8 @@ constexpr Shape shapes[] = {
 
 TEST(PinShapes, Drawings) {
   PageDocument document;
-  document.page.open({"Page", "P"});
-  document.symbols.open({"Name", "RES"});
+  document.page.add({"Page", "P"}, Encoding::utf8);
+  document.symbols.add({"Name", "RES"}, Encoding::utf8);
   const Json page = written([&document](OutputFile& file) { return document.writeTo(file); });
   std::string expected;
   for (const Shape& shape : shapes) {

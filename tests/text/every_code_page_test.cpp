@@ -81,9 +81,10 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
   pages.start();
   for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
     const std::string page = utf8(name);
-    drawing::WordRecord record({"Page", page, "1", "1", ""});
+    const std::initializer_list<std::string_view> words = {"Page", page, "1", "1", ""};
+    drawing::WordRecord record(words);
     record.showInCodePage(text, true);
-    pages.addRecord(drawing::Use::page, record);
+    pages.addRecord(drawing::Use::page, record, drawing::WordRecord(words));
   }
   pages.finish({"", utf8(u8"測한"), ""});
   EXPECT_EQ(fake.files.entries(folder / "Cache" / "Output").size(), 6U);
