@@ -88,14 +88,18 @@ proc hang {} {
   set ::ended 1
 }
 
+# For the companion, which must not outlive this program.
+proc beat {} {
+  close [open [file join $::root i alive] w]
+  after 2000 beat
+}
+
 # Who has the plug-in's ports has an editor or a companion under way, which this must not meet.
 proc portsTaken {} {
   set taken {}
   foreach port {9601 9610} {
-    if {[catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
+    if {[isTaken $port]} {
       lappend taken "port $port is taken by [ownerOf $port]"
-    } else {
-      close $channel
     }
   }
   return $taken
@@ -109,6 +113,7 @@ if {[llength $taken]} {
 }
 set began [clock milliseconds]
 set root [install]
+beat
 set running [open "|[list [info nameofexecutable] [file join $here run.tcl] [file join $root i] $options(-loads)] 2>@1"]
 fconfigure $running -encoding utf-8 -translation auto -blocking 0
 fileevent $running readable [list hear $running]

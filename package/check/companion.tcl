@@ -31,6 +31,9 @@ proc take {channel packet} {
       sendFrame $channel [message GetMarketResPath_EndResult "{\"ResId\":\"[member $text ResId]\",\"DatPath\":\"$::kept\"}"]
     }
     FileStatus {
+      if {![isOurs [member $text FileName]]} {
+        exit  ;# an editor that people work with
+      }
       note status [member $text Status] [member $text FileName]
       sendFrame $channel [message FileStatus_EndResult "{\"Path\":\"$::project\"}"]
       if {$::first && ![info exists ::row]} {
@@ -58,9 +61,16 @@ proc nextRow {channel} {
   note sent all
 }
 
-# The word of the check that this one is no longer needed.
+# Nothing is asked of an editor but the check's own, whose design lies below the folder of this program.
+proc isOurs {design} {
+  return [string match -nocase */[file tail [file dirname $::here]]/[file tail $::here]/* [regsub -all {[\\/]+} $design /]]
+}
+
+# Ends at the word of the check that this one is no longer needed, and without it when the check's sign of life is old:
+# whoever closes its window leaves no program that holds the port of the real companion.
 proc look {} {
-  if {[file exists [file join $::here leave]]} {
+  if {[file exists [file join $::here leave]] || [catch {file mtime [file join $::here alive]} time]
+      || abs([clock seconds] - $time) > 60} {
     exit
   }
   after 50 look

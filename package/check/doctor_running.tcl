@@ -15,8 +15,7 @@ proc looksAtCodePage {} {
 # A port is listened on, by whom, and whether that is as it should be.
 proc looksAtPorts {} {
   foreach {port rightful whose} {9601 lantuzs "the companion's" 9610 capture "the editor's"} {
-    if {![catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
-      close $channel
+    if {![isTaken $port]} {
       fine "port $port, $whose, is free: [expr {$port == 9601 ? "no companion runs" : "no editor with the plug-in runs"}]"
       continue
     }

@@ -20,6 +20,18 @@ proc registryValue {key name} {
   return $value
 }
 
+# Windows may let a program listen on this address where another listens on all, so it is asked for that one first.
+proc isTaken {port} {
+  if {![catch {portOwner $port} owner] && $owner ne ""} {
+    return 1
+  }
+  if {[catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
+    return 1
+  }
+  close $channel
+  return 0
+}
+
 # Who listens on a port, in words.
 proc ownerOf {port} {
   if {[catch {portOwner $port} owner] || $owner eq ""} {

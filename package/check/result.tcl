@@ -22,7 +22,7 @@ proc scrubbed {text root} {
   set names [list $root [file nativename $root] [string map {/ \\\\} $root]]
   set words {%CHECK% %CHECK% %CHECK%}
   foreach {name word} {USERPROFILE %USER% USERNAME %USER% COMPUTERNAME %COMPUTER%} {
-    if {[info exists ::env($name)] && [string length $::env($name)] > 2} {
+    if {[info exists ::env($name)] && [string length [encoding convertto utf-8 $::env($name)]] > 2} {
       lappend names $::env($name) [string map {\\ /} $::env($name)] [string map {\\ \\\\} $::env($name)]
       lappend words $word $word $word
     }
