@@ -1,6 +1,7 @@
 #include "modules/placement.h"
 
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "modules/library_files.h"
@@ -84,24 +85,24 @@ bool ModulePlacer::isPlaceable(const ModuleFile& module) const {
 void ModulePlacer::placeLibraryParts(ScriptHost& host, const ModuleFile& module, const std::string& libraryPath,
                                      DraggedBox box) const {
   std::unordered_set<std::string_view> seen;
-  std::vector<JsonView> made;
+  std::vector<Script> pinScripts;
   for (const JsonView entry : module.library()) {
     const std::string_view name = nameOf(entry);
     // Parts without a name are never duplicates.
     if (!entry.isObject() || (!name.empty() && !seen.insert(name).second)) {
       continue;
     }
-    const Script script = libraryPartScript("placeLibPart", libraryPath, entry);
+    Script script = libraryPartScript(libraryPath, entry);
     evaluateLogged(host, script);
     if (!isTooLong(script)) {
-      made.push_back(entry);
+      pinScripts.push_back(std::move(script.callInstead("setPinNum")));
     }
   }
   if (const auto size = module.viewBox(); size && box == DraggedBox::made) {
     evaluateLogged(host, viewBoxPartScript(libraryPath, *size));
   }
-  for (const JsonView entry : made) {
-    host.evaluate(libraryPartScript("setPinNum", libraryPath, entry));
+  for (const Script& script : pinScripts) {
+    host.evaluate(script);
   }
 }
 

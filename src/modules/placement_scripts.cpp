@@ -132,10 +132,10 @@ void addGraphicList(ListText& list, JsonView elements) {
 
 }  // namespace
 
-Script libraryPartScript(Start procedure, std::string_view libraryPath, JsonView entry) {
+Script libraryPartScript(std::string_view libraryPath, JsonView entry) {
   constexpr Literal none = "[list \"\"]";
-  ListText list(procedure);
-  list.literal(" ").bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
+  ListText list("placeLibPart ");
+  list.bare(libraryPath).literal(" ").braced(nameOf(entry)).literal(" ");
   list.bareOr(textOf(entry, "PartIndex"), none).literal(" ").bareOr(textOf(entry, "Type"), none);
   list.literal(" [list ").bare(textOf(entry, "BoundingBox")).literal("] ");
   addPropertyList(list, objectIn(entry, "Property"));

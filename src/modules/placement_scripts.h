@@ -18,9 +18,9 @@ namespace vernoxa::modules {
 
 struct PlacementContext;
 
-// `procedure` ("placeLibPart" or "setPinNum") for one entry of a module's library. `libraryPath` is UTF-8 with "/"
+// `placeLibPart` for one entry of a module's library; `setPinNum` takes the same words. `libraryPath` is UTF-8 with "/"
 // between folders.
-Script libraryPartScript(Start procedure, std::string_view libraryPath, JsonView entry);
+Script libraryPartScript(std::string_view libraryPath, JsonView entry);
 
 // `placeLibPart` for the part that the user drags in place of the whole module: one box of its size.
 Script viewBoxPartScript(std::string_view libraryPath, const ViewBox& box);

@@ -104,6 +104,11 @@ Script& Script::number(int value) {
   return *this;
 }
 
+Script& Script::callInstead(ProcedureName procedure) {
+  text_.replace(0, text_.find_first_not_of(nameCharacters), procedure.text());
+  return *this;
+}
+
 // A value must not turn the name of one command into that of another. `quoted` alone may follow it directly: no command
 // has a quote in its name.
 void Script::endCommandName() {

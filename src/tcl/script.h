@@ -52,14 +52,30 @@ class Literal {
   std::string_view text_;
 };
 
+inline constexpr std::string_view nameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:";
+
 // The beginning of a script: the name of the command that it calls.
 class Start : public Literal {
  public:
   consteval Start(const char* text) : Literal(text) {  // NOLINT(google-explicit-constructor)
-    if (std::string_view(text).find_first_not_of(" \t\v\f\r\n") != 0) {
+    if (std::string_view(text).find_first_of(nameCharacters) != 0) {
       throw "a value would be the command";
     }
   }
+};
+
+// The name of a procedure and nothing else.
+class ProcedureName {
+ public:
+  consteval ProcedureName(const char* text) : text_(text) {  // NOLINT(google-explicit-constructor)
+    if (text_.empty() || text_.find_first_not_of(nameCharacters) != std::string_view::npos) {
+      throw "more than a name";
+    }
+  }
+  constexpr std::string_view text() const { return text_; }
+
+ private:
+  std::string_view text_;
 };
 
 class Script {
@@ -77,6 +93,10 @@ class Script {
   // number of backslashes, it is "*" (Tcl gives {*} a meaning), or the place is in the middle of a word.
   Script& braced(std::string_view value);
   Script& number(int value);
+
+  // Gives the same words to another procedure. What stands behind the name means the same as before, since it follows
+  // a character of a name again.
+  Script& callInstead(ProcedureName procedure);
 
   const std::string& text() const { return text_; }
 

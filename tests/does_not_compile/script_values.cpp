@@ -24,6 +24,12 @@ Script jumpTo(const std::string& page) {
   return Script("JumpToDsn 1;\t").bare(page);
 #elif CASE == 8
   return Script("JumpToDsn a\\ ").quoted(page);
+#elif CASE == 9
+  return Script("[JumpToDsn]").bare(page);
+#elif CASE == 10
+  return Script("JumpToDsn ").callInstead(page.c_str());
+#elif CASE == 11
+  return Script("JumpToDsn ").callInstead("Exit;");
 #else
   return Script("\tJumpToDsn $").bare(page);
 #endif

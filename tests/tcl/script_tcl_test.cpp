@@ -79,6 +79,7 @@ TEST_F(ScriptTest, NoValueMakesTheNameOfAnotherCommand) {
   EXPECT_EQ(Script("p; q").number(5).text(), "p; q 5");
   EXPECT_EQ(Script("p").braced("a;q").literal(" [list").bare("x").literal("]").text(), "p {a;q} [list x]");
   EXPECT_EQ(Script("p ").quoted("a").literal(" [list]").bare("b").text(), "p \"a\" [list]b");
+  EXPECT_EQ(Script("p").quoted("p; [p]").callInstead("q::r").text(), "q::r\"p\\;\\ \\[p]\"");
 }
 
 TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
@@ -118,12 +119,12 @@ TEST_F(ScriptTest, BareIsTheWordsBetweenItsBlanks) {
 TEST_F(ScriptTest, ValuesBesideEachOtherRunNothing) {
   constexpr std::array forms = {&Script::quoted, &Script::bare, &Script::braced};
   for (unsigned count = 0; count < valuesOfEachKind; ++count) {
-    Script script("target ");
+    Script script(count % 2 == 0 ? Start("target ") : Start("other\t"));
     for (const unsigned form : {count % 3, count / 3 % 3, count / 9 % 3}) {
       (script.*forms[form])(values_.next());
     }
     interp_.calls.clear();
-    interp_.evaluate(script.text());
+    interp_.evaluate(script.callInstead("target").text());
     for (const Words& call : interp_.calls) {
       ASSERT_EQ(call.front(), "target") << script.text();
     }
