@@ -14,6 +14,13 @@ grep -qF "$ended" "$sockets" || sed -i "/^\t    $said\$/a\\\t    $ended" "$socke
   exit 1
 }
 
+# Tcl 8.6.16 reads the name of its own folder, which is UTF-8 on Windows, as text in the code page. Where that name has
+# Chinese letters it finds no encodings. Tcl 8.6.13 takes the name as it is, and so does every release here.
+values=$VERNOXA_DEPS/src/tcl/generic/tclUtil.c
+read_wrongly='Tcl_ExternalToUtfDString(NULL, pgvPtr->value, pgvPtr->numBytes, &newValue);'
+as_it_is='Tcl_DStringInit(\&newValue); Tcl_DStringAppend(\&newValue, pgvPtr->value, pgvPtr->numBytes);'
+sed -i "s/$read_wrongly/$as_it_is/" "$values"
+
 build=$VERNOXA_DEPS/build/tcl-windows
 rm -rf "$build" "$VERNOXA_DEPS/tcl-windows"
 mkdir -p "$build"
