@@ -12,6 +12,8 @@ namespace vernoxa::desktop {
 namespace {
 
 using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
 
 std::string faultOf(const std::string& metafile) {
   return metafileFault(metafile).value_or("sound");
@@ -148,6 +150,60 @@ TEST(MetafileCheck, SaysWhichRecordLiesAboutWhat) {
   }
 }
 
+// The least bytes of a record, its type, and what the log calls it. What is shorter is refused, the rest is looked
+// into.
+constexpr const char* leastBytes = R"(
+8 | 28 SETMETARGN | 33 SAVEDC | 52 REALIZEPALETTE | 59 BEGINPATH | 60 ENDPATH | 61 CLOSEFIGURE | 65 FLATTENPATH
+8 | 66 WIDENPATH | 68 ABORTPATH
+12 | 16 SETMAPPERFLAGS | 17 SETMAPMODE | 18 SETBKMODE | 19 SETPOLYFILLMODE | 20 SETROP2 | 21 SETSTRETCHBLTMODE
+12 | 22 SETTEXTALIGN | 24 SETTEXTCOLOR | 25 SETBKCOLOR | 34 RESTOREDC | 37 SELECTOBJECT | 40 DELETEOBJECT
+12 | 48 SELECTPALETTE | 57 SETARCDIRECTION | 58 SETMITERLIMIT | 67 SELECTCLIPPATH | 70 COMMENT | 98 SETICMMODE
+12 | 100 SETCOLORSPACE | 101 DELETECOLORSPACE | 102 GLSRECORD | 115 SETLAYOUT | 119 SETLINKEDUFIS
+16 | 9 SETWINDOWEXTEX | 10 SETWINDOWORGEX | 11 SETVIEWPORTEXTEX | 12 SETVIEWPORTORGEX | 13 SETBRUSHORGEX
+16 | 26 OFFSETCLIPRGN | 27 MOVETOEX | 49 CREATEPALETTE | 51 RESIZEPALETTE | 54 LINETO | 75 EXTSELECTCLIPRGN
+16 | 105 DRAWESCAPE | 106 EXTESCAPE | 109 FORCEUFIMAPPING | 120 SETTEXTJUSTIFICATION
+20 | 14 EOF | 15 SETPIXELV | 50 SETPALETTEENTRIES | 110 NAMEDESCAPE | 112 SETICMPROFILEA | 113 SETICMPROFILEW
+24 | 29 EXCLUDECLIPRECT | 30 INTERSECTCLIPRECT | 31 SCALEVIEWPORTEXTEX | 32 SCALEWINDOWEXTEX | 39 CREATEBRUSHINDIRECT
+24 | 42 ELLIPSE | 43 RECTANGLE | 53 EXTFLOODFILL | 62 FILLPATH | 63 STROKEANDFILLPATH | 64 STROKEPATH
+24 | 111 COLORCORRECTPALETTE | 121 COLORMATCHTOTARGETW
+28 | 2 POLYBEZIER | 3 POLYGON | 4 POLYLINE | 5 POLYBEZIERTO | 6 POLYLINETO | 38 CREATEPEN | 41 ANGLEARC | 56 POLYDRAW
+28 | 73 INVERTRGN | 74 PAINTRGN | 85 POLYBEZIER16 | 86 POLYGON16 | 87 POLYLINE16 | 88 POLYBEZIERTO16 | 89 POLYLINETO16
+28 | 92 POLYDRAW16 | 103 GLSBOUNDEDRECORD
+32 | 7 POLYPOLYLINE | 8 POLYPOLYGON | 23 SETCOLORADJUSTMENT | 35 SETWORLDTRANSFORM | 44 ROUNDRECT | 71 FILLRGN
+32 | 90 POLYPOLYLINE16 | 91 POLYPOLYGON16 | 93 CREATEMONOBRUSH | 94 CREATEDIBPATTERNBRUSHPT
+36 | 36 MODIFYWORLDTRANSFORM | 108 SMALLTEXTOUT | 118 GRADIENTFILL
+40 | 45 ARC | 46 CHORD | 47 PIE | 55 ARCTO | 72 FRAMERGN | 96 POLYTEXTOUTA | 97 POLYTEXTOUTW
+48 | 104 PIXELFORMAT
+52 | 95 EXTCREATEPEN
+76 | 80 SETDIBITSTODEVICE | 83 EXTTEXTOUTA | 84 EXTTEXTOUTW
+80 | 81 STRETCHDIBITS
+100 | 76 BITBLT
+104 | 82 EXTCREATEFONTINDIRECTW
+108 | 77 STRETCHBLT | 114 ALPHABLEND | 116 TRANSPARENTBLT
+128 | 78 MASKBLT
+140 | 79 PLGBLT
+340 | 99 CREATECOLORSPACE
+608 | 122 CREATECOLORSPACEW
+)";
+
+TEST(MetafileCheck, KnowsTheLeastBytesOfEachRecord) {
+  const auto samples = sampleMetafiles();
+  for (const auto& row : rowsOf(leastBytes)) {
+    const auto bytes = static_cast<std::uint32_t>(std::stoul(row[0]));
+    for (std::size_t field = 1; field < row.size(); ++field) {
+      const auto type = static_cast<std::uint32_t>(std::stoul(row[field]));
+      const auto faultWith = [&](std::uint32_t size) {
+        std::string record = withNumber(withNumber(std::string(size, '\0'), 0, type), 4, size);
+        const std::string metafile = samples.front().bytes.substr(0, 108) + record;
+        return faultOf(withNumber(metafile, 48, static_cast<std::uint32_t>(metafile.size())));
+      };
+      const std::string name = "(" + row[field].substr(row[field].find(' ') + 1) + "): ";
+      EXPECT_THAT(faultWith(bytes), Not(HasSubstr("too short"))) << row[field];
+      EXPECT_THAT(faultWith(bytes - 4), bytes == 8 ? EndsWith("a wrong size") : EndsWith(name + "too short"));
+    }
+  }
+}
+
 TEST(MetafileCheck, EndsForMetafilesWithinEachOther) {
   std::string within = sample("comments");
   const std::size_t place = findRecord(within, 70);
@@ -171,6 +227,7 @@ TEST(DrawnExtent, HoldsEveryPointOfARecord) {
     const char* sample;
     std::uint32_t type;
     DrawnExtent extent;
+    std::uint32_t regions = 0;  // as many as the record counts, if none are said
   } cases[] = {
       {"lines", 2, {10, 10, 90, 90}},          {"lines", 7, {10, 10, 90, 90}},
       {"lines", 8, {10, 10, 90, 90}},          {"lines", 15, {50, 50, 50, 50}},
@@ -183,13 +240,17 @@ TEST(DrawnExtent, HoldsEveryPointOfARecord) {
       {"bitmaps", 76, {10, 10, 70, 70}},       {"bitmaps", 79, {10, 10, 60, 60}},
       {"image_formats", 80, {60, 60, 68, 68}}, {"image_formats", 81, {10, 10, 50, 50}},
       {"texts", 84, {20, 30, 20, 30}},         {"texts", 97, {20, 30, 20, 30}},
-      {"gradients", 118, {10, 10, 90, 90}},
+      {"gradients", 118, {10, 10, 90, 90}},    {"regions", 75, {10, 10, 40, 40}, 1},
   };
   for (const auto& each : cases) {
     const std::string metafile = sample(each.sample);
     const std::size_t place = findRecord(metafile, each.type);
-    const MetafileRecord head(std::string_view(metafile).substr(place));
-    const auto extent = drawnExtent(MetafileRecord(head.part(0, head.number(4)))).value_or(DrawnExtent{});
+    const std::uint32_t bytes = MetafileRecord(std::string_view(metafile).substr(place)).number(4);
+    std::string record = metafile.substr(place, bytes);
+    if (each.regions != 0) {
+      record = withNumber(record, 24, each.regions);
+    }
+    const auto extent = drawnExtent(MetafileRecord(record)).value_or(DrawnExtent{});
     EXPECT_EQ(extent.left, each.extent.left) << each.type;
     EXPECT_EQ(extent.top, each.extent.top) << each.type;
     EXPECT_EQ(extent.right, each.extent.right) << each.type;

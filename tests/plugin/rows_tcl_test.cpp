@@ -22,7 +22,8 @@ TEST(Rows, ScriptsAndRepliesOfEveryCommand) {
   ASSERT_EQ(host.status, TCL_OK) << host.text;
   startUp(interp.get(), loaded.plugIn);
   const auto run = interp.evaluate(readScript("rows.tcl") + readScript("rows_protocol.tcl") +
-                                   "set channel [open rows-said.txt w]; puts $channel [join $said \\n]\n"
+                                   "set channel [open {" ROWS_SAID
+                                   "} w]; puts $channel [join $said \\n]\n"
                                    "close $channel; join $failures \\n");
   EXPECT_EQ(run.status, TCL_OK) << interp.evaluate("set errorInfo").text;
   EXPECT_EQ(run.text, "");
