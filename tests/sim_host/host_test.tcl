@@ -10,14 +10,11 @@ proc host::log {text} {
     lappend ::logged $text
 }
 
-# A plug-in that puts readable words where packets go, and evaluates what it is sent.
+# A plug-in that puts readable words where packets go.
 set told {}
 foreach command {ReadOpenPath sendSaveFile sendCloseFile sendAddToBom sendRemoveFromBom} {
     proc $command {value} "return \"$command \$value\""
 }
-proc packetParser {text} {uplevel #0 $text}
-proc packetParserForPthread {text} {uplevel #0 $text}
-proc serverLinkBreak {} {lappend ::told broken}
 proc selectAddOrRemoveFromBom {} {return 1}
 proc getGenerateGuid {} {return GUID[incr ::guids]}
 proc outputWarming {} {lappend ::told warned}
@@ -43,12 +40,6 @@ test paths "a design is found under every spelling of its path, and no other is"
         [getGuid nowhere 1] [getGuid $name 1] [getGuid $name] [getGuid $name 1]
 } -result [list {221 221 221 221 221 -1 -1 -1 -1 -1} "$name;" \
     "Invalid design path" GUID1 GUID1 GUID2]
-
-test options "designs take their names, and mistakes are told" -body {
-    set given [host::options {-design /d/a.kicad_sch -design /d/b.kicad_sch -as C:\\b.DSN -trace}]
-    list [dict get $given designs] [dict get $given trace] [catch {host::options {-as x}}] \
-        [catch {host::options {-design}}] [catch {host::options {-nonsense 1}}]
-} -result [list [list [list /d/a.kicad_sch {Z:\d\a.dsn}] [list /d/b.kicad_sch {C:\b.DSN}]] 1 1 1 1]
 
 test switching "the selection changes sides; the companion's question shows no box" -setup {
     opened $name
@@ -113,88 +104,6 @@ test nets "the nets file names every net and pin" -setup {
         [string match Error* [GetNetsList $name $folder/none/Nets.txt]] \
         [string match Error* [GetNetsList nowhere $folder/Nets.txt]]
 } -match glob -result {48 {GND*} 1 1 1}
-
-test frames "a frame is taken at any split, and nothing of it before it is whole" -body {
-    set bytes [binary format ia*ia*ia* 3 abc 0 "" 5 vwxyz]
-    set wrong {}
-    for {set split 0} {$split <= [string length $bytes]} {incr split} {
-        set buffer ""
-        set texts {}
-        foreach piece [list [string range $bytes 0 $split-1] [string range $bytes $split end]] {
-            append buffer $piece
-            while {[frames::take buffer text] eq "whole"} {
-                lappend texts $text
-            }
-        }
-        if {$texts ne {abc {} vwxyz} || $buffer ne ""} {
-            lappend wrong $split $texts
-        }
-    }
-    set buffer \xff\xff\xff\xff
-    lappend wrong [frames::take buffer text]
-} -result bad
-
-# Reads from a socket of the test until `pattern` has come, or gives what came in the time.
-proc heard {channel pattern {tenMilliseconds 300}} {
-    set bytes ""
-    for {set tries 0} {$tries < $tenMilliseconds && ![string match $pattern $bytes]} {incr tries} {
-        after 10 {set ::tick 1}
-        vwait ::tick
-        append bytes [read $channel]
-        if {[eof $channel]} {
-            append bytes <closed>
-            break
-        }
-    }
-    return $bytes
-}
-proc framed {text} {
-    return [binary format ia* [string length $text] $text]
-}
-
-test link "the plug-in's thread is always answered; the companion may break off and come back" -setup {
-    opened $name
-    set listener [socket -server {apply {{channel args} {
-        fconfigure $channel -blocking 0 -translation binary
-        set ::companion $channel
-    }}} -myaddr 127.0.0.1 0]
-    set link::companionPort [lindex [fconfigure $listener -sockname] 2]
-    set link::serverPort 0
-    creatServerForPthread
-    set thread [socket 127.0.0.1 [lindex [fconfigure $link::server -sockname] 2]]
-    fconfigure $thread -blocking 0 -translation binary -buffering none
-    proc ask {text} {
-        puts -nonewline $::thread [framed $text]
-        return [string range [heard $::thread ????*] 4 end]
-    }
-} -body {
-    catch {sendPacketGlobalHandle x} answers
-    set answers [list $answers [ask {llength [designs::paths]}] [ask {error no}] [ask {return -code -1 x}]]
-    lappend answers [ask creatClient] [ask checkSocketConnect] \
-        [string equal [heard $companion "*a?1?.dsn"] [framed "ReadOpenPath $name"]]
-    set first $companion
-    lappend answers [ask {creatClient 0}] [string equal $first $companion]
-    # Two requests in one piece; only the second one has an answer.
-    puts -nonewline $companion [framed {set nothing ""}][framed GetProductVersion]
-    flush $companion
-    lappend answers [string range [heard $companion *2019] 4 end]
-    puts -nonewline $companion [binary format i 9]abc
-    close $companion
-    for {set tries 0} {$tries < 300 && $link::companion ne ""} {incr tries} {
-        heard $thread none 1
-    }
-    lappend answers [ask checkSocketConnect] $told [ask {creatClient 1}] \
-        [string range [heard $companion *dsn] 4 15]
-    puts -nonewline $companion \xff\xff\xff\xff
-    flush $companion
-    lappend answers [heard $companion *<closed>] [ask checkSocketConnect]
-    close $listener
-    lappend answers [ask {creatClient 1}]
-} -cleanup {
-    close $thread
-    link::shut
-} -result [list "no connection to the companion" 1 "" "" 0 1 1 0 1 17.4-2019 \
-    0 broken 0 ReadOpenPath <closed> 0 1]
 
 test readable "the start-up script's bytes are shown as the Chinese that they are" -body {
     set bytes [encoding convertto cp936 澜图助手]

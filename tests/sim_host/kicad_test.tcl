@@ -56,17 +56,6 @@ test busMembers "ranges and groups are buses, marks of formatting are not" -body
 } -result {{0 D0 1 D1 2 D2} {0 A-1 1 A-2 2 A-3} {0 D8 1 D9} {} {} {} {} {0 ~{D0} 1 ~{D1}}\
     {D+ U.D+ ~{R} U.~{R}} {SDA SDA SCL SCL X0 X0 X1 X1}}
 
-# A resistor lies across: pins 1 at -100 and 2 at +100 mils. A supply symbol has its pin at its place.
-set symbols {(lib_symbols
-  (symbol "d:R" (in_bom yes) (symbol "R_0_1" (rectangle (start -1.27 0.5) (end 1.27 -0.5)))
-    (symbol "R_1_1" (pin passive line (at -2.54 0 0) (length 1.27) (name "~") (number "1"))
-      (pin passive line (at 2.54 0 180) (length 1.27) (name "B") (number "2"))))
-  (symbol "d:GND" (power) (symbol "GND_1_1"
-    (pin power_in line (at 0 0 270) (length 0) hide (name "GND") (number "1")))))}
-proc resistor {uuid x y} {
-    return "(symbol (lib_id \"d:R\") (at $x $y 0) (unit 1) (in_bom yes) (uuid $uuid)
-      (property \"Reference\" \"R?\" (id 0) (at $x $y 0)) (property \"Value\" \"1k\" (id 1) (at 0 0 0)))"
-}
 proc wire {x1 y1 x2 y2} {
     return "(wire (pts (xy $x1 $y1) (xy $x2 $y2)))"
 }
@@ -80,48 +69,6 @@ proc joined {design} {
     }
     return [lsort -stride 2 $nets]
 }
-
-test hierarchy "one sheet used twice, a bus into it, and a sheet that holds itself" -setup {
-    set folder [makeDirectory kicad_hierarchy]
-    set sheets ""
-    foreach {uuid name x} {s1 left 50.8 s2 right 101.6} {
-        append sheets "(sheet (at $x 25.4) (size 25.4 25.4) (uuid $uuid)
-          (property \"Nom\" \"$name\") (property \"Fichier\" \"child.kicad_sch\")
-          (pin \"IN\" input (at $x 30.48 180)) (pin \"D\[0..1\]\" input (at $x 35.56 180)))"
-    }
-    makeFile "(kicad_sch (version 20211123) (uuid u0) (paper \"A4\" portrait)
-      (title_block (title \"顶层\") (comment 1 \"c\")) $symbols
-      [resistor r1 25.4 30.48] [wire 27.94 30.48 50.8 30.48] [wire 22.86 30.48 22.86 50.8]
-      (symbol (lib_id \"d:GND\") (at 22.86 50.8 0) (unit 1) (uuid g1)
-        (property \"Reference\" \"#PWR1\" (id 0) (at 0 0 0)) (property \"Value\" \"GND\" (id 1) (at 0 0 0)))
-      (bus (pts (xy 38.1 35.56) (xy 50.8 35.56))) (label \"X\[0..1\]\" (at 40.64 35.56 0))
-      (label \"X1\" (at 60.96 101.6 0)) [wire 60.96 101.6 66.04 101.6] [resistor r2 68.58 101.6]
-      [wire 10.16 30.48 10.16 101.6] $sheets
-      (sheet_instances (path \"/\" (page \"1\")) (path \"/s2\" (page \"2\")) (path \"/s1\" (page \"3\")))
-      (symbol_instances (path \"/r1\" (reference \"R1\") (unit 1) (value \"1k\") (footprint \"F:0603\"))
-        (path \"/r2\" (reference \"R2\") (unit 1)) (path \"/s1/c1\" (reference \"R3\") (unit 1))
-        (path \"/s2/c1\" (reference \"R4\") (unit 1)) (path \"/s1/c2\" (reference \"R5\") (unit 1))
-        (path \"/s2/c2\" (reference \"R6\") (unit 1))))" root.kicad_sch $folder
-    # Two wires cross without a junction, then meet with one.
-    makeFile "(kicad_sch (paper \"A4\") $symbols
-      (hierarchical_label \"IN\" (shape input) (at 10.16 10.16 0)) [wire 10.16 10.16 25.4 10.16]
-      [resistor c1 27.94 10.16] [wire 15.24 5.08 15.24 20.32] [wire 30.48 10.16 30.48 20.32]
-      [wire 25.4 20.32 40.64 20.32] (junction (at 30.48 20.32)) [resistor c2 43.18 20.32]
-      (no_connect (at 45.72 20.32)) (hierarchical_label \"D\[0..1\]\" (shape input) (at 10.16 60.96 0))
-      (bus (pts (xy 10.16 60.96) (xy 20.32 60.96))) (label \"D1\" (at 25.4 20.32 0))
-      (sheet (at 0 0) (size 1 1) (uuid deep) (property \"a\" \"self\") (property \"b\" \"child.kicad_sch\")))" \
-        child.kicad_sch $folder
-    set design [kicad::load [file join $folder root.kicad_sch]]
-} -body {
-    set child [dict get $design pages left]
-    list [dict keys [dict get $design pages]] [dict get $child schematic] \
-        [dict get $design pages root width] [dict get $design title title] \
-        [joined $design] [dict get $design parts /s1/c2 pins] [dict get $design parts /r1 footprint]
-} -result [list {root right left} child 8268 顶层 \
-    {GND R1.1 X1 {R2.1 R3.2 R5.1} left/IN {R1.2 R3.1} right/D1 {R4.2 R6.1} right/IN R4.1} \
-    [list {number 1 name {} type passive shape line hidden 0 x 1600 y 800 bodyX 1650 bodyY 800 noConnect 0 net X1} \
-        {number 2 name B type passive shape line hidden 0 x 1800 y 800 bodyX 1750 bodyY 800 noConnect 1 net {}}] \
-    F:0603]
 
 test unreadable "a file that is no schematic, or not a whole one, is an error that names it and says why" -body {
     lmap text {"" "(kicad_pcb (version 1))" "EESchema Version 4" "(kicad_sch (unbalanced" "(kicad_sch (text \"cut"
