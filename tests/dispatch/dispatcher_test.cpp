@@ -35,20 +35,11 @@ Outcome throwing(RequestCall&, plugin::Session&) {
   throw std::runtime_error("handler");
 }
 
-using namespace row;
-
 constexpr std::array rows = {
     HandlerRow{"Echo", echo},
     HandlerRow{"Fail", fail},
     HandlerRow{"Silent", silent},
     HandlerRow{"Throw", throwing},
-    HandlerRow{"Needs", echo,
-               needs(text("text", ""), number("number", ""), textOrNumber("either", ""), texts("array", ""))},
-    HandlerRow{
-        "Stores", echo,
-        needs(optional(text("package", "")).keptBy(plugin::storeIn<&modules::PlacementContext::package>),
-              optional(textOrNumber("PartIndex", "")).keptBy(plugin::storeIn<&modules::PlacementContext::PartIndex>),
-              text("value", "").keptBy(plugin::storeIn<&modules::PlacementContext::value>))},
 };
 
 class DispatcherTest : public testing::Test, protected FakeSession {
@@ -116,50 +107,6 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
   }
   EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", {rows, nullptr, ""}), "refused");
   EXPECT_EQ(project.get(), pathOf(u8"E:\\理"_gbk));
-}
-
-TEST_F(DispatcherTest, NeededMembersAreOfTheirKind) {
-  const auto message = [](const std::string& data) { return R"({"Command":"Needs","Data":{)" + data + "}}"; };
-  const std::string wholes[] = {R"("text":"")", R"("number":1)", R"("either":"a")", R"("array":[])"};
-  const struct {
-    std::size_t member;
-    const char* value;
-    bool good;
-  } cases[] = {
-      {0, R"("text":1)", false},       {0, R"("text":null)", false},   {0, R"("Text":"a")", false},
-      {0, R"("text":["a"])", false},   {0, R"("text":"a")", true},     {1, R"("number":"-12")", true},
-      {1, R"("number":"1.5")", false}, {1, R"("number":1e300)", true}, {1, R"("number":"")", false},
-      {1, R"("number":true)", false},  {2, R"("either":2.5)", true},   {2, R"("either":"")", true},
-      {2, R"("either":{})", false},    {3, R"("array":{})", false},    {3, R"("array":"[]")", false},
-      {3, R"("array":[1])", true},     {3, R"("a":1)", false},
-  };
-  for (const auto& each : cases) {
-    std::string data;
-    for (std::size_t index = 0; index < std::size(wholes); ++index) {
-      data += (index == 0 ? "" : ",") + (index == each.member ? each.value : wholes[index]);
-    }
-    host_.scripts.clear();
-    EXPECT_EQ(run(message(data)) != "refused", each.good) << each.value;
-    EXPECT_EQ(host_.scripts.empty(), !each.good) << each.value;
-  }
-  EXPECT_EQ(run(R"({"Command":"Needs"})"), "refused");
-  EXPECT_EQ(run(R"({"Command":"Needs","Data":"text"})"), "refused");
-  EXPECT_EQ(run(R"({"Command":"Needs","Data":["text"]})"), "refused");
-}
-
-TEST_F(DispatcherTest, MembersAreStoredEvenWhenTheRowThenFails) {
-  placement.package = placement.PartIndex = placement.value = "old";
-  EXPECT_EQ(run(R"({"Command":"Stores","Data":{"package":"1","PartIndex":12}})"), "refused");
-  EXPECT_EQ(placement.package, "1");
-  EXPECT_EQ(placement.PartIndex, "12");
-  EXPECT_EQ(placement.value, "");
-  EXPECT_THAT(run(R"({"Command":"Stores","Data":{"package":2,"PartIndex":[],"value":"v"}})"),
-              testing::StartsWith("{\"Data\""));
-  EXPECT_EQ(placement.package, "");  // of another kind: as if it were missing
-  EXPECT_EQ(placement.PartIndex, "");
-  EXPECT_EQ(placement.value, "v");
-  EXPECT_EQ(run(R"({"Command":"Stores"})"), "refused");
-  EXPECT_EQ(placement.value, "");
 }
 
 TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {

@@ -4,97 +4,71 @@
 #include <vector>
 
 #include "drawing/drawn.h"
+#include "support/table.h"
 #include "system/fake_code_page.h"
+#include "text/text.h"
 
 namespace vernoxa::drawing {
 namespace {
 
-struct Case {
-  std::vector<std::string_view> record;
-  const char* drawn;
-};
-
-void expectDrawn(Use use, const std::vector<Case>& cases) {
-  for (const Case& each : cases) {
-    EXPECT_EQ(drawn(use, WordRecord(each.record)), each.drawn);
+// A record's words between semicolons, and what it draws.
+void expectDrawn(Use use, std::string_view cases) {
+  for (const auto& row : rowsOf(cases)) {
+    const std::vector<std::string> words = splitFields(row[0], ';');
+    EXPECT_EQ(drawn(use, WordRecord({words.begin(), words.end()})), row[1].empty() ? "" : row[1] + "\n") << row[0];
   }
 }
 
-const std::vector<Case> sharedCases = {
-    {{"Box", "1", "2", "30", "40", "8", "1", "1", "0", "2"},
-     "rect style=stroke:#FF0000;stroke-width:4;fill:#FF0000;stroke-dasharray:10,5|x=1|y=2|width=30|height=40\n"},
-    {{"Box", "1", "2", "30", "40", "8", "9", "9", "1"},
-     "rect style=stroke:#FF0000;stroke-width:9;fill:none;stroke-dasharray:9|x=1|y=2|width=30|height=40\n"},
-    {{"Ellipse", "5", "6", "7", "8", "47", "2", "2", "0", "0"},
-     "ellipse style=stroke:#FFFFFF;stroke-width:7;fill:#FFFFFF;stroke-dasharray:5,5|cx=5|cy=6|rx=7|ry=8\n"},
-    {{"Arc", "M0 0A1 1", "18", "3", "3"},
-     "path style=stroke:#00FF00;stroke-width:3;fill:none;stroke-dasharray:10,5,3,5|d=M0 0A1 1\n"},
-    {{"Bezier", "M0 0C1 1", "18", "5", "0"},
-     "path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0C1 1\n"},
-    {{"Polyline", "0,0 1,1", "18", "4", "1"},
-     "polyline style=stroke:#00FF00;stroke-width:4;fill:none;stroke-dasharray:10,3,3,3,3,3|points=0,0 1,1\n"},
-    {{"Polygon", "M0 0Z", "18", "0", "0", "0", "1"},
-     "path style=stroke:#00FF00;stroke-width:1;fill:#00FF00;stroke-dasharray:0,0|d=M0 0Z\n"},
-    {{"Polygon", "M0 0Z", "18", "0", "0"},
-     "path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0Z\n"},
-    {{"Text", "1", "2", "R1", "8", "?", "-9", "1"},
-     "text [R1] style=stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000|transform=translate(1,2) rotate(-90)|"
-     "dominant-baseline=hanging\n"},
-    {{"Box"}, "rect style=stroke:#0000FF;stroke-width:;fill:none;stroke-dasharray:|x=|y=|width=|height=\n"},
-    {{"BitMap", "1", "2"}, ""},
-    {{"box"}, ""},
-    {{}, ""},
-};
+constexpr const char* ofEither = R"(
+Box;1;2;30;40;8;1;1;0;2 | rect style=stroke:#FF0000;stroke-width:4;fill:#FF0000;stroke-dasharray:10,5|x=1|y=2|width=30|height=40
+Box;1;2;30;40;8;9;9;1 | rect style=stroke:#FF0000;stroke-width:9;fill:none;stroke-dasharray:9|x=1|y=2|width=30|height=40
+Ellipse;5;6;7;8;47;2;2;0;0 | ellipse style=stroke:#FFFFFF;stroke-width:7;fill:#FFFFFF;stroke-dasharray:5,5|cx=5|cy=6|rx=7|ry=8
+Arc;M0 0A1 1;18;3;3 | path style=stroke:#00FF00;stroke-width:3;fill:none;stroke-dasharray:10,5,3,5|d=M0 0A1 1
+Bezier;M0 0C1 1;18;5;0 | path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0C1 1
+Polyline;0,0 1,1;18;4;1 | polyline style=stroke:#00FF00;stroke-width:4;fill:none;stroke-dasharray:10,3,3,3,3,3|points=0,0 1,1
+Polygon;M0 0Z;18;0;0;0;1 | path style=stroke:#00FF00;stroke-width:1;fill:#00FF00;stroke-dasharray:0,0|d=M0 0Z
+Polygon;M0 0Z;18;0;0 | path style=stroke:#00FF00;stroke-width:1;fill:none;stroke-dasharray:0,0|d=M0 0Z
+Text;1;2;R1;8;?;-9;1 | text [R1] style=stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000|transform=translate(1,2) rotate(-90)|dominant-baseline=hanging
+Box | rect style=stroke:#0000FF;stroke-width:;fill:none;stroke-dasharray:|x=|y=|width=|height=
+BitMap;1;2 |
+box |
+)";
 
 TEST(Elements, OfPagesAndSymbolsAlike) {
-  expectDrawn(Use::page, sharedCases);
-  expectDrawn(Use::symbol, sharedCases);
+  expectDrawn(Use::page, ofEither);
+  expectDrawn(Use::symbol, ofEither);
+  EXPECT_EQ(drawn(Use::page, WordRecord{}), "");
 }
 
 TEST(Elements, OfPages) {
-  expectDrawn(
-      Use::page,
-      {
-          {{"Line", "0", "0", "10", "0", "31", "0", "3"},
-           "line style=stroke:#8000FF;stroke-width:1;fill:none;stroke-dasharray:0,0;stroke-linecap:round|"
-           "x1=0|y1=0|x2=10|y2=0\n"},
-          {{"Line", "0", "0", "10", "0", "31", "1", "BusWire"},
-           "line style=stroke:#8000FF;stroke-width:5;fill:none;stroke-dasharray:10,5;stroke-linecap:round|"
-           "x1=0|y1=0|x2=10|y2=0\n"},
-          {{"Part", "100", "200", "1", "2", "RES", "INS1"},
-           "use id=INS1|transform=translate(100 200) rotate(-90) scale(1,-1)|xlink:href=#RES\n"},
-          {{"Port", "1", "2", "3", "1", "P", "x"},
-           "use transform=translate(1 2) rotate(-270) scale(-1,1)|xlink:href=#P\n"},
-          {{"Global", "1", "2", "2", "", "GND"},
-           "use transform=translate(1 2) rotate(180) scale(1,1)|xlink:href=#GND\n"},
-          {{"OffPage", "1", "2", "0", "0", "O"}, "use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#O\n"},
-          {{"TitleBlock", "1", "2"}, "use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#\n"},
-          {{"Junction", "1", "2", "3", "24", "0"},
-           "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:#800000\n"},
-          {{"Junction", "1", "2", "3", "24", "00"},
-           "circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:none\n"},
-          {{"Page", "1"}, ""},
-          {{"Alias", "1"}, ""},
-          {{"BusEntry", "1"}, ""},
-          {{"BezierPart", "1"}, ""},
-          {{"Property", "1"}, ""},
-          {{"Pin", "1"}, ""},
-      });
+  expectDrawn(Use::page, R"(
+Line;0;0;10;0;31;0;3 | line style=stroke:#8000FF;stroke-width:1;fill:none;stroke-dasharray:0,0;stroke-linecap:round|x1=0|y1=0|x2=10|y2=0
+Line;0;0;10;0;31;1;BusWire | line style=stroke:#8000FF;stroke-width:5;fill:none;stroke-dasharray:10,5;stroke-linecap:round|x1=0|y1=0|x2=10|y2=0
+Part;100;200;1;2;RES;INS1 | use id=INS1|transform=translate(100 200) rotate(-90) scale(1,-1)|xlink:href=#RES
+Port;1;2;3;1;P;x | use transform=translate(1 2) rotate(-270) scale(-1,1)|xlink:href=#P
+Global;1;2;2;;GND | use transform=translate(1 2) rotate(180) scale(1,1)|xlink:href=#GND
+OffPage;1;2;0;0;O | use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#O
+TitleBlock;1;2 | use transform=translate(1 2) rotate(0) scale(1,1)|xlink:href=#
+Junction;1;2;3;24;0 | circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:#800000
+Junction;1;2;3;24;00 | circle cx=1|cy=2|r=3|style=stroke:none;stroke-width:1;fill:none
+Page;1 |
+Alias;1 |
+BusEntry;1 |
+BezierPart;1 |
+Property;1 |
+Pin;1 |
+)");
 }
 
 TEST(Elements, OfSymbols) {
-  expectDrawn(Use::symbol, {
-                               {{"Line", "0", "1", "2", "3", "8", "1", "0"},
-                                "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
-                               {{"Line", "0", "1", "2", "3", "8", "1", "2"},
-                                "line style=stroke:#FF0000;stroke-width:2;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n"},
-                               {{"Pin", "0", "10", "x", "x", "8", "0", "SHORT CLOCK", "LEFT"},
-                                "use transform=translate(0,10) rotate(180)|xlink:href=#PackagePinShortClock\n"},
-                               {{"Pin", "0", "10", "x", "x", "8", "0", "ZERO", "left"},
-                                "use transform=translate(0,10) rotate(left)|xlink:href=\n"},
-                               {{"Part", "1"}, ""},
-                               {{"Junction", "1"}, ""},
-                           });
+  expectDrawn(Use::symbol, R"(
+Line;0;1;2;3;8;1;0 | line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3
+Line;0;1;2;3;8;1;2 | line style=stroke:#FF0000;stroke-width:2;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3
+Pin;0;10;x;x;8;0;SHORT CLOCK;LEFT | use transform=translate(0,10) rotate(180)|xlink:href=#PackagePinShortClock
+Pin;0;10;x;x;8;0;ZERO;left | use transform=translate(0,10) rotate(left)|xlink:href=
+Part;1 |
+Junction;1 |
+)");
 }
 
 // Texts are copied by their length; of 255 bytes and more they have it before them.

@@ -134,6 +134,12 @@ companion AutoDealwithDsn {{"a":"1","ProjectPath":"C:\\a.dsn","n":5,"id":"x]y","
 companion SelectModule {{"Page":"P 1","priceK":"2"}} {} {{getSelectPart "P 1"}} {{"Data":{},%"0"}}
 companion SelectModule {{"priceK":"2"}} {} {} [refused SelectModule]
 companion PlaceDSNModule null {} {} [refused PlaceDSNModule]
+foreach {command data scripts} {
+  PlaceDsnLibPartModule {{"PartIndex":2,"ViewBoxWidth":30,"ViewBoxHeight":20,"PartName":"R"}} {{MenuCommand 57603} IsSchematicViewActive}
+  PlaceDSNModule {{"dsnDatPath":"C:\\m.json"}} IsSchematicViewActive
+} {
+  companion $command $data {IsSchematicViewActive 0} $scripts {{"Data":{},%"1","ErrInfo":"请先打开要放置的原理图page页!"}}
+}
 companion ClearCurrentDesign {[]} {} ClearCurrentDesign {{"Data":{},%"0"}}
 companion CheckOpenState {{"ProjectPath":"c:/设计/A.DSN"}} {InitPath {C:\x.dsn;C:\设计\a.dsn;}} InitPath {{"Data":{"State":"Open"},%"0"}}
 # 学院 in the code page would pass for UTF-8 by chance.
