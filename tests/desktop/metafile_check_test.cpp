@@ -120,7 +120,8 @@ brushes 94 | 40=9 fewer bits than its size needs | 40=0xFFFFFFF8 sound | 40=0x80
 brushes 94 | 44=0x40002 a bitmap is of no known format | 44=0x50001 a bitmap is of no known format
 brushes 94 | 44=0x200001 fewer bits than its size needs | 48=1 a bitmap is of no known format
 brushes 94 | 64=255 colours of a bitmap lie outside | 12=3 a bitmap is of no known format
-bitmaps 76 | 84=100 bitmap has no known size | 12=0x10000 no bitmap, and bounds far away
+bitmaps 76 | 84=100 bitmap has no known size | 88=40 no known size | 92=40 no known size | 96=4 no known size
+bitmaps 76 | 12=0x10000 no bitmap, and bounds far away
 bitmaps 77 | 96=260 a bitmap lies outside
 bitmaps 114 | 80=2 a bitmap is of no known format | 116=4 more bits than its size has room for
 bitmaps 78 | 112=4 bitmap has no known size | 84=4 bitmap has no known size
