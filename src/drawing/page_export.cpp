@@ -83,6 +83,7 @@ void PageExport::endPage() {
   try {
     write(PageNames(openPage_));
   } catch (...) {
+    // Never false: it takes a box in which the host ends the page, and memory that runs out right after it.
     if (document_) {
       document_->ended = true;
     }

@@ -8,6 +8,7 @@
 #include "support/fake_script_host.h"
 #include "system/fake_world.h"
 #include "text/gbk_literal.h"
+#include "text/outside_json.h"
 
 namespace vernoxa::inline dispatch {
 namespace {
@@ -57,20 +58,24 @@ class DispatcherTest : public testing::Test, protected FakeSession {
 TEST_F(DispatcherTest, AnswersInItsOrderOfMembers) {
   EXPECT_EQ(run(u8R"({"Command":"Echo","Data":{"text":"理","number":"7"}})"_gbk),
             u8R"({"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})"_gbk);
+  EXPECT_EQ(run(R"({"Command":"Echo","Data":{"text":["7"]}})"),
+            R"({"Data":{"text":"","number":0},"Command":"Echo_EndResult","Result":"0"})");
   EXPECT_EQ(run(R"({"Command":"Fail"})"),
             u8R"({"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})"_gbk);
   EXPECT_EQ(run(R"({"Command":"Silent"})"), "");
 }
 
 TEST_F(DispatcherTest, WhatIsNoCommandRunsNothing) {
+  const std::string deep(deepestOutsideJson + 1, '[');
   const struct {
-    const char* message;
+    std::string message;
     const char* expected;
     const char* printed;
   } cases[] = {
       {"{\"Command\":\"Echo\"", "", "Error before: []\n"},
       {"{\"Command\":Echo}", "", "Error before: [Echo}]\n"},
       {"", "", "Error before: []\n"},
+      {deep, "", ""},  // refused in the traffic log
       {"{}", "", "not value\n"},
       {R"({"command":"Echo"})", "", "not value\n"},
       {R"({"Command":["Echo"]})", "", "not value\n"},

@@ -393,6 +393,14 @@ TEST(ReenteredCommands, AnExportMayBeRenewedInsideItsOwnBox) {
     EXPECT_EQ(stage.call("outputSVGFile", {"S New x y M"}), "0 ");
     EXPECT_THAT(stage.fake.files.entries(pathOf("C:\\App\\Cache\\Output")), testing::SizeIs(1)) << last;
   }
+  Stage stage({"initGraphicFile; addGraphicLibList {Name S}"});
+  stage.disturb("initGraphicFile; addGraphicLibList {Name T}");
+  stage.fake.codePage.throwing = true;
+  stage.call("outputGraphicFile", {"\xB5\xE7"});
+  stage.fake.codePage.throwing = false;
+  stage.call("outputGraphicFile", {"g"});
+  EXPECT_THAT(stage.fake.files.entries(pathOf("C:\\App\\Cache\\Library")), testing::SizeIs(1));
+  EXPECT_THAT(stage.fake.files.bytes("C:\\App\\Cache\\Library\\g.json"), testing::HasSubstr("\"id\":\t\"T\""));
 }
 
 }  // namespace

@@ -262,6 +262,7 @@ TEST_F(FaultLoop, ARecordThatFailedIsSentAgain) {
       initSVGList; addToPageList=Page P 1 2 K; addToLibList=Name S | addToLibList=Name T | addToLibList=Line 1 2 3 4 5 6 7 | outputSVGFile=S P x y K
       initSVGList; addToPageList=Page P 1 2 K | addToPageList=Text 1 2 {A\r\nB\r\nC} 0 x -9 0 | addToPageList=Line 1 2 3 4 5 6 7 | outputSVGFile=S P x y K
       initSVGList; addToPageList=Schematic S; addToPageList=Page P 1 2 K | addToPageList=Page Q 3 4 L | addToPageList=Line 1 2 3 4 5 6 7 | outputSVGFile=S Q x y L
+      initGraphicFile | addGraphicLibList=Text 1 2 {A\r\nB} 0 x -9 0 | addGraphicLibList=Line 1 2 3 4 5 6 7 | outputGraphicFile=g
       initGraphicFile; addGraphicLibList=Name S | addGraphicLibList=Name T | addGraphicLibList=Line 1 2 3 4 5 6 7 | outputGraphicFile=g
       initMarketFile; addMarketLibList=Name R Part 1 2 3 4 1 A | addMarketLibList=Name S Part 1 2 3 4 1 A | addMarketLibList=PartProperty Value 10k | outputMarketFile=0=1=2=3
       initMarketFile; addMarketPartList=Part 1 2 3 4 R | addMarketPartList=Part 5 6 7 8 S | addMarketPartList=Property Value 10k | outputMarketFile=0=1=2=3
