@@ -1,4 +1,5 @@
-# What the package for the users holds, and where it lies there. ./dev dist has CPack put it into a zip.
+# What the package for the users holds, and where it lies there. ./dev dist installs it into a folder of its own and
+# makes a zip of that.
 set(root ${CMAKE_SOURCE_DIR})
 set(workshop ${root}/workshop/vernoxa)
 install(TARGETS Vernoxa64 LIBRARY DESTINATION bin)
@@ -39,10 +40,4 @@ endforeach()
 
 # Pages, names of the protocol, line ends, checksums.
 install(CODE "execute_process(COMMAND \${CMAKE_COMMAND} -E env PYTHONPATH=${root}/workshop
-  python3 -P -m vernoxa.dist.finish \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX} ${PROJECT_VERSION} COMMAND_ERROR_IS_FATAL ANY)")
-
-set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_FILE_NAME Vernoxa-${PROJECT_VERSION})
-set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY OFF)
-set(CPACK_VERBATIM_VARIABLES ON)
-include(CPack)
+  python3 -P -m vernoxa.dist.finish \${CMAKE_INSTALL_PREFIX} ${PROJECT_VERSION} COMMAND_ERROR_IS_FATAL ANY)")

@@ -4,8 +4,14 @@ rem end the editor and its companion first. With /quiet behind it, it does not w
 setlocal
 set "wait=yes"
 if /i "%~1"=="/quiet" set "wait=" & shift /1
-"%~dp0check\tcl\bin\tclsh86.exe" "%~dp0check\check.tcl" %1 %2 %3 %4
-set "result=%errorlevel%"
-if not exist "%~dp0check\tcl\bin\tclsh86.exe" echo The folder "check" is not beside check.cmd: unpack the whole zip. & set "result=3"
+set "result=3"
+set "missing="
+rem Another program's Tcl is none of this one's.
+set "TCL_LIBRARY="
+set "TCLLIBPATH="
+for %%f in (tcl\bin\tclsh86.exe tcl\bin\tcl86.dll tcl\bin\zlib1.dll tcl\lib\tcl8.6\init.tcl begin.tcl check.tcl) do if not exist "%~dp0check\%%f" set "missing=check\%%f"
+if defined missing echo %missing% is missing: unpack the whole zip once more, with its folders.
+if not defined missing "%~dp0check\tcl\bin\tclsh86.exe" "%~dp0check\check.tcl" %1 %2 %3 %4
+if not defined missing set "result=%errorlevel%"
 if defined wait pause
 exit /b %result%

@@ -4,8 +4,14 @@ rem not wait for a key at the end.
 setlocal
 set "wait=yes"
 if /i "%~1"=="/quiet" set "wait="
-"%~dp0check\tcl\bin\tclsh86.exe" "%~dp0check\doctor.tcl"
-set "result=%errorlevel%"
-if not exist "%~dp0check\tcl\bin\tclsh86.exe" echo The folder "check" is not beside doctor.cmd: unpack the whole zip. & set "result=3"
+set "result=3"
+set "missing="
+rem Another program's Tcl is none of this one's.
+set "TCL_LIBRARY="
+set "TCLLIBPATH="
+for %%f in (tcl\bin\tclsh86.exe tcl\bin\tcl86.dll tcl\bin\zlib1.dll tcl\lib\tcl8.6\init.tcl begin.tcl doctor.tcl) do if not exist "%~dp0check\%%f" set "missing=check\%%f"
+if defined missing echo %missing% is missing: unpack the whole zip once more, with its folders.
+if not defined missing "%~dp0check\tcl\bin\tclsh86.exe" "%~dp0check\doctor.tcl"
+if not defined missing set "result=%errorlevel%"
 if defined wait pause
 exit /b %result%

@@ -1,11 +1,24 @@
 # Tries the plug-in on this machine: check.tcl ?-loads TIMES? ?-keep 1?. What is tried runs in a process of its own, run.tcl, so that
 # one that ends or hangs is told too. Ends with 0 when all passed, 1 when something failed, 2 when it cannot begin.
 
-set here [file dirname [file normalize [info script]]]
-foreach file {tables frames machine result} {
-  source -encoding utf-8 [file join $here $file.tcl]
+proc say {text} {
+  puts $text
+  flush stdout
 }
-load [file join $here helper.dll] Helper
+
+proc refuse {why do} {
+  say "This cannot begin: $why\n$do"
+  exit 2
+}
+
+set here [file dirname [file normalize [info script]]]
+source -encoding utf-8 [file join $here begin.tcl]
+if {[set why [begun {tables frames machine result}]] ne ""} {
+  refuse $why $unpackAgain
+}
+if {[llength [set missing [missingFiles {bin/* check/*}]]]} {
+  refuse "[file nativename [join $missing {, }]] [expr {[llength $missing] == 1 ? "is" : "are"}] missing." $unpackAgain
+}
 array set options {-loads 1000 -keep 0}  ;# how often it is loaded; 1: the folder of the check stays
 array set options $argv
 
@@ -14,17 +27,11 @@ set results {}   ;# each a step's name, result, what was wrong, milliseconds
 set facts [machineFacts]
 set step ""      ;# the one that is under way
 set over 0       ;# 1 once the last one was
+set hung 0       ;# 1 once it was ended for its silence
 set said {}      ;# the last lines that it printed besides
 
-proc say {text} {
-  puts $text
-  flush stdout
-}
-
-# The installation that is tried, below a folder of its own; short, since the plug-in reads 99 bytes of its path.
-proc install {} {
-  set root [file join [shortTemp] vx[pid]]
-  file delete -force $root
+# The installation that is tried, in the folder `root`.
+proc install {root} {
   file mkdir [file join $root lib] [file join $root j bin]
   foreach folder {bin Config/Resource Script/Log project} {
     file mkdir [file join $root i $folder]
@@ -44,15 +51,17 @@ proc install {} {
     writeFile [file join $root $folder bin Vernoxa64.dll] [readFile [file join [file dirname $::here] bin Vernoxa64.dll]]
   }
   writeFile [file join $root i Config App.txt] {{"AlgMenuLang":"EN","StartWithCadence":"1"}}
+  writeFile [file join $root i base.txt] [encoding convertto utf-8 $root/i]
   writeFile [file join $root i Config Resource Empty.olb] OLB
-  return $root
 }
 
 proc hear {channel} {
   while {[gets $channel line] >= 0} {
     watch
     if {[string index $line 0] ne "@"} {
-      set ::said [lrange [list {*}$::said $line] end-20 end]
+      if {$line ne ""} {
+        set ::said [lrange [list {*}$::said $line] end-20 end]
+      }
       continue
     }
     set line [string range $line 1 end]
@@ -82,8 +91,15 @@ proc watch {} {
   after [expr {1000 * $::silent}] hang
 }
 
+# A line that this process adds to the table.
+proc judge {name why {took 0}} {
+  lappend ::results [list $name failed $why $took]
+  say [format "  %-40s %-9s %6d ms\n      %s" $name failed $took $why]
+}
+
 proc hang {} {
-  lappend ::results [list $::step failed "no word for $::silent s: ended" [expr {1000 * $::silent}]]
+  set ::hung 1
+  judge [expr {$::step ne "" ? $::step : "the next step"}] "no word for $::silent s: ended" [expr {1000 * $::silent}]
   catch {exec taskkill /f /t /pid [pid $::running]}
   set ::ended 1
 }
@@ -108,11 +124,26 @@ proc portsTaken {} {
 say "Vernoxa $version: trying the plug-in on this machine. It shows a few boxes, and closes them itself."
 set taken [portsTaken]
 if {[llength $taken]} {
-  say "This cannot begin: [join $taken {, }]. The plug-in has no other ports.\nEnd the editor and its companion, and try again."
-  exit 2
+  refuse "[join $taken {, }]. The plug-in has no other ports." "End the editor and its companion, and try again."
+}
+set anotherTemp "Open a command window (cmd), and type: set TEMP=X:\\FOLDER, with a folder that you may write in; then: [file nativename [file join [file dirname $here] check.cmd]]"
+if {[catch workFolder place]} {
+  refuse $place $anotherTemp
+}
+lassign $place root why
+if {$root eq ""} {
+  refuse "there is no folder with a short and plain path in which this may write: $why." \
+      "The host's scripts need a path without spaces. $anotherTemp"
+}
+if {$why ne ""} {
+  say "It works in [file nativename $root], not below TEMP: $why."
+  lappend facts "folder of the check" "not below TEMP, whose path is too long or has a space or another character, and no short name"
 }
 set began [clock milliseconds]
-set root [install]
+if {[catch {install $root} why]} {
+  removeFolder $root
+  refuse "what it tries could not be made in [file nativename $root]: $why." "Is the disk full, or does a virus scanner stop it?"
+}
 beat
 set running [open "|[list [info nameofexecutable] [file join $here run.tcl] [file join $root i] $options(-loads)] 2>@1"]
 fconfigure $running -encoding utf-8 -translation auto -blocking 0
@@ -121,10 +152,13 @@ watch
 vwait ended
 after cancel hang
 fconfigure $running -blocking 1
-if {[catch {close $running} why ended] && $over} {
-  lappend results [list "the process ends" failed [lrange [dict get $ended -errorcode] 0 2] 0]
-} elseif {!$over && $step ne ""} {
-  lappend results [list $step failed "the process ended there: [dict get $ended -errorcode] [join $said { | }]" 0]
+set status [expr {[catch {close $running} why ended] ? [dict get $ended -errorcode] : "its status was 0"}]
+if {$over && $status ne "its status was 0"} {
+  judge "the process of host and plug-in ends" "[lrange $status 0 2]"
+} elseif {!$over && !$hung} {
+  set where [expr {$step ne "" ? "there" : [llength $results] ? "after \"[lindex $results end 0]\"" : "before the first step"}]
+  judge [expr {$step ne "" ? $step : "the next step"}] \
+      "the process of host and plug-in ended $where: $status[join [linsert $said 0 {}] { | }]"
 }
 lappend facts "whole time" "[expr {([clock milliseconds] - $began) / 1000}] s"
 close [open [file join $root i leave] w]  ;# for a companion that was left
@@ -134,12 +168,17 @@ foreach {name path} {schLog.txt i/Script/Log/schLog.txt crash-log.txt i/bin/catc
     lappend logs $name [readFile [file join $root $path]]
   }
 }
-set folder [writeResult result "Vernoxa: result of the check" $facts $results $logs $root]
+if {[catch {writeResult result "Vernoxa: result of the check" $facts $results $logs $root} folder]} {
+  judge "the result is written" $folder
+  set folder ""
+}
 set bad [llength [lsearch -all -index 1 $results failed]]
 say ""
 say [expr {$bad == 0 && $over ? "All passed." : "$bad of [llength $results] steps failed."}]
-say "What was found: [file nativename [file join $folder result.html]]"
-say "To be sent:     [file nativename [file join $folder result.zip]]"
+if {$folder ne ""} {
+  say "What was found: [file nativename [file join $folder result.html]]"
+  say "To be sent:     [file nativename [file join $folder result.zip]]"
+}
 if {$options(-keep)} {
   say "Its folder:     [file nativename $root]"
 } else {

@@ -4,7 +4,7 @@
 
 set here [file dirname [file normalize [info nameofexecutable]]]
 source -encoding utf-8 [file join $here frames.tcl]
-set base $here
+set base [encoding convertfrom utf-8 [readFile [file join $here base.txt]]]  ;# as the check calls it, a short name maybe
 source -encoding utf-8 [file join $here requests.tcl]
 
 proc note {args} {
@@ -77,7 +77,7 @@ proc look {} {
 }
 
 set first [expr {![file exists [file join $here heard.txt]]}]
-note started [pwd] $argv
+note started [file normalize [pwd]] $argv
 socket -server {apply {{channel args} {onFrames $channel take list}}} -myaddr 127.0.0.1 9601
 look
 vwait forever

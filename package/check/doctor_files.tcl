@@ -33,31 +33,32 @@ proc looksAtFolder {} {
 
 # Every file of the package against its checksums.
 proc looksAtPackage {} {
-  set list [file join $::base checksums.txt]
-  if {![file exists $list]} {
-    found "checksums.txt is missing, so the package is not whole." "Unpack the whole zip once more."
+  set sums [checksums]
+  if {![dict size $sums]} {
+    found "checksums.txt is missing or empty, so the package is not whole." $::unpackAgain
     return
   }
   set wrong {}
-  foreach line [split [encoding convertfrom utf-8 [readFile $list]] \n] {
-    if {![regexp {^([0-9a-f]{64})  ([^\r]+)\r?$} $line - digest name] || $name eq "bin/Vernoxa64.dll"} {
-      continue
-    }
+  dict for {name digest} [dict remove $sums bin/Vernoxa64.dll] {
     if {[catch {fileDigest [file join $::base $name]} got] || $got ne $digest} {
       lappend wrong $name
     }
   }
   if {[llength $wrong]} {
-    found "[llength $wrong] files are missing or not those of the package: [join [lrange $wrong 0 4] {, }]" \
-        "Unpack the zip once more; files that you changed yourself need not worry you."
+    set count [expr {[llength $wrong] == 1 ? "One file is missing or not that" : "[llength $wrong] files are missing or not those"}]
+    found "$count of the package: [join [lrange $wrong 0 4] {, }][expr {[llength $wrong] > 5 ? " ..." : ""}]" \
+        "$::unpackAgain Files that you changed yourself need not worry you."
   }
-  if {[file exists $::dll] && [regexp -line {^([0-9a-f]{64})  bin/Vernoxa64\.dll} [readFile $list] - digest]} {
-    if {[fileDigest $::dll] eq $digest} {
-      fine "bin\\Vernoxa64.dll is the one of this package, version [fileVersion $::dll]"
-    } else {
-      found "bin\\Vernoxa64.dll is not the one of this package: it says that it is version [fileVersion $::dll], this is $::version." \
-          "An editor that had it loaded kept the old one: end all editors, and unpack the zip once more."
-    }
+  if {![file exists $::dll] || ![dict exists $sums bin/Vernoxa64.dll]} {
+    return
+  }
+  set named [fileVersion $::dll]
+  if {[fileDigest $::dll] eq [dict get $sums bin/Vernoxa64.dll]} {
+    fine "bin\\Vernoxa64.dll is the one of this package, version $named"
+  } else {
+    set says [expr {$named eq "" ? "names no version" : "says that it is version $named"}]
+    found "bin\\Vernoxa64.dll is not the one of this package: it $says; the package's is $::version." \
+        "An editor that had it loaded kept the old one: end all editors, and unpack the zip once more."
   }
 }
 
@@ -85,6 +86,11 @@ proc looksAtSettings {} {
     found "\"StartWithCadence\" in Config\\App.txt is $start; only \"1\", with its quotes, starts the companion." \
         "Write \"StartWithCadence\":\"1\"."
   }
+  if {[regexp "\"AlgMenuLang\"\\s*:\\s*($value)" $text - language] && $language ni {{"EN"} {"CN"}}} {
+    set language [encoding convertfrom [encoding system] $language]
+    found "\"AlgMenuLang\" in Config\\App.txt is $language; the plug-in knows the languages \"EN\" and \"CN\"." \
+        "Write one of these two, with its quotes."
+  }
 }
 
 # Windows marks what came from the internet, and may refuse to load it.
@@ -101,10 +107,14 @@ proc looksAtMark {} {
 proc looksAtLogs {} {
   set folder [file join $::base Script Log]
   set log [file join $folder schLog.txt]
-  if {![file isdirectory $folder]} {
+  if {[file exists $folder] && ![file isdirectory $folder]} {
+    found "Script\\Log is a file where a folder should be, so no log can be written." \
+        "Delete or rename that file, and make a folder of that name."
+  } elseif {![file isdirectory $folder]} {
     fine "there is no folder Script\\Log, so no log of the traffic is written; make it when somebody asks for a log"
   } elseif {[file exists $log] && [catch {open $log a} channel]} {
-    found "The log Script\\Log\\schLog.txt cannot be written." "Take its \"read-only\" away, or give yourself the right to write there."
+    found "The log Script\\Log\\schLog.txt cannot be written ([string trim [lindex [split $channel :] end]])." \
+        "Take its \"read-only\" away, give yourself the right to write there, or delete it."
   } elseif {![file exists $log] && [catch {open [set try [file join $folder try.tmp]] w} channel]} {
     found "Nothing can be written in Script\\Log." "Give yourself the right to write in that folder."
   } else {
@@ -116,7 +126,7 @@ proc looksAtLogs {} {
   if {$crashes ne ""} {
     set names [lsort -unique [regexp -all -inline -line {[^.\r\n]+(?=\r?$)} $crashes]]
     found "Something in the plug-in ended unexpectedly ([join $names {, }]): bin\\catchLog\\log.txt." \
-        "The editor went on; please open an issue in the repository with that file. When it is told, delete it."
+        "The editor went on; please open an issue on the page from which you downloaded the zip, with that file. When it is told, delete it."
   }
 }
 

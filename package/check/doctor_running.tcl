@@ -42,9 +42,13 @@ proc looksAtEditors {} {
   }
 }
 
-# What check-editor.tcl wrote when it was last read in the editor.
-proc looksAtEditorsAnswer {} {
-  set text [encoding convertfrom utf-8 [readFile [file join [file normalize $::env(TEMP)] "Vernoxa check" editor.txt]]]
+# Where check.cmd works and check-editor.tcl writes, and what the latter wrote when it was last read in the editor.
+proc looksAtTemporary {} {
+  if {[catch temporaryFolder folder]} {
+    found $folder "check.cmd and check-editor.tcl need it; the plug-in itself does not."
+    return
+  }
+  set text [encoding convertfrom utf-8 [readFile [file join $folder "Vernoxa check" editor.txt]]]
   if {$text eq ""} {
     fine "check-editor.tcl was not read in the editor yet; it says what the editor's scripts lack"
     return

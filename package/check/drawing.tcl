@@ -30,7 +30,7 @@ trial "a graphic library is exported" {
     addGraphicLibList $record
   }
   set path [outputGraphicFile parts]
-  expect "answered" [file normalize $path] [file join $base project Cache Library parts.json]
+  expectPath "answered" $path [file join $base project Cache Library parts.json]
   expectFile "the library" $path
 }
 trial "a module is exported" {
@@ -44,7 +44,7 @@ trial "a module is exported" {
     addMarketPartList $record
   }
   set moduleFile [outputMarketFile module 300 200 0]
-  expect "answered" [file normalize $moduleFile] [file join $base project Cache Share ModuleLib.json]
+  expectPath "answered" $moduleFile [file join $base project Cache Share ModuleLib.json]
   expectFile "the module" $moduleFile
 }
 trial "it is placed again" {

@@ -41,14 +41,38 @@ proc ownerOf {port} {
   return "[expr {$program eq "" ? "a program of the system or of another user" : [file tail $program]}] (process $process)"
 }
 
-# The folder for temporary files, by a name that the plug-in can read.
-proc shortTemp {} {
-  set folder [file normalize $::env(TEMP)]
-  if {[encoding convertfrom [encoding system] [encoding convertto [encoding system] $folder]] ne $folder
-      || [string length [encoding convertto [encoding system] $folder]] > 60} {
-    set folder [file normalize [file attributes $folder -shortname]]
+# Host scripts get paths as bare words, some in the bytes of the code page, and the plug-in reads 99 bytes of its own:
+# installations lie in folders with plain names, and the check's has to.
+proc isPlain {folder} {
+  return [regexp {^[\w:/.~+-]{1,60}$} $folder] && [string is ascii $folder]
+}
+
+# A folder for the check alone, and {} or why it does not lie below TEMP. Windows' short name of a folder counts, so
+# nothing may normalize what is answered here. {"" WHY} where no folder can be made.
+proc workFolder {} {
+  set temporary [temporaryFolder]
+  set places [list $temporary]
+  if {![catch {file attributes $temporary -shortname} short]} {
+    lappend places $short
   }
-  return $folder
+  set below $places
+  foreach {name folder} {LOCALAPPDATA /Temp ALLUSERSPROFILE {} PUBLIC {} SystemRoot /Temp SystemDrive /} {
+    if {[info exists ::env($name)] && $::env($name) ne ""} {
+      lappend places [string map {\\ /} $::env($name)]$folder
+    }
+  }
+  set tried {}
+  foreach place $places {
+    set folder [file join $place vx[pid]]
+    if {![isPlain $place]} {
+      lappend tried "[file nativename $place] is too long or not plain (letters, digits, . _ ~ + -)"
+    } elseif {[catch {file delete -force $folder; file mkdir $folder} why]} {
+      lappend tried "[file nativename $place]: $why"
+    } else {
+      return [list $folder [expr {$place in $below ? "" : [join $tried {; }]}]]
+    }
+  }
+  return [list "" [join $tried {; }]]
 }
 
 # Windows lets go of a module a moment after its process has ended.

@@ -19,8 +19,12 @@ proc zipOf {files} {
 # Bytes in which neither the folder of the check nor the names of user and computer stand, as text, in JSON, or in the
 # digits of a packet.
 proc scrubbed {text root} {
-  set names [list $root [file nativename $root] [string map {/ \\\\} $root]]
-  set words {%CHECK% %CHECK% %CHECK%}
+  set names {}
+  set words {}
+  foreach folder [lsort -unique [list $root [file normalize $root]]] {
+    lappend names $folder [file nativename $folder] [string map {/ \\\\} $folder]
+    lappend words %CHECK% %CHECK% %CHECK%
+  }
   foreach {name word} {USERPROFILE %USER% USERNAME %USER% COMPUTERNAME %COMPUTER%} {
     if {[info exists ::env($name)] && [string length [encoding convertto utf-8 $::env($name)]] > 2} {
       lappend names $::env($name) [string map {\\ /} $::env($name)] [string map {\\ \\\\} $::env($name)]
@@ -60,10 +64,21 @@ table { border-collapse: collapse; margin: 1rem 0; } th, td { border: 1px solid 
 <table><tr><th>Tried</th><th>Result</th><th>Time</th><th>What was wrong</th></tr>\n$rows</table>\n</body></html>\n"
 }
 
+# Windows' own, from TEMP; an error that says what is wrong with it.
+proc temporaryFolder {} {
+  if {[catch {set ::env(TEMP)} folder] || $folder eq ""} {
+    error "The variable TEMP, which names the folder for temporary files, is not set."
+  }
+  if {![file isdirectory $folder]} {
+    error "The folder for temporary files, which the variable TEMP names, does not exist: $folder."
+  }
+  return [file normalize $folder]
+}
+
 # Writes NAME.html and NAME.zip, with the files (a name and bytes each) and without the names that stand for `root` in
 # them; answers their folder.
 proc writeResult {name title facts results files root} {
-  set folder [file join [file normalize $::env(TEMP)] "Vernoxa check"]
+  set folder [file join [temporaryFolder] "Vernoxa check"]
   file mkdir $folder
   set html [encoding convertto utf-8 [page $title $facts $results]]
   set table ""

@@ -11,6 +11,8 @@ load [file join $here helper.dll] Helper
 
 # The loads go on beside the steps, which mostly wait, a hundred in each process, from a copy that starts no companion.
 set loading ""
+set loadingBegan 0
+set loadingEnded 0
 set loaded 0
 set loadingSaid ""
 
@@ -18,6 +20,7 @@ proc loadMore {} {
   set times [expr {min(100, $::loads - $::loaded)}]
   if {$times == 0} {
     set ::loading over
+    set ::loadingEnded [clock milliseconds]
     return
   }
   set copy [file join [file dirname $::base] j bin Vernoxa64.dll]
@@ -41,6 +44,7 @@ proc countLoads {channel goal} {
   fconfigure $channel -blocking 1
   if {[catch {close $channel} why] || $::loaded != $goal} {
     set ::loading "ended after $::loaded: $why, $::loadingSaid"
+    set ::loadingEnded [clock milliseconds]
   } else {
     loadMore
   }
@@ -50,6 +54,7 @@ foreach {name body} $steps {
   step $name $body
   if {$loading eq "" && $threads ne ""} {
     set loading begun
+    set loadingBegan [clock milliseconds]
     loadMore
   }
 }

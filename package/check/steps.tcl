@@ -12,6 +12,11 @@ proc expect {what got expected} {
   }
 }
 
+# The same path, whatever its separators.
+proc expectPath {what got expected} {
+  expect $what [file join {*}[file split $got]] [file join {*}[file split $expected]]
+}
+
 # Lets the event loop run until the condition holds. The time is long, since the machine may be busy.
 proc await {what condition {seconds 60}} {
   set ::awaited 0
@@ -30,9 +35,13 @@ proc untried {why} {
   return -code error -errorcode UNTRIED $why
 }
 
+set companionRuns 0  ;# 1 while the companion is expected to listen
+set took ""          ;# what a step tells as its time where it is not its own
+
 proc step {name body} {
   tell begin $name
   set ::faults {}
+  set ::took ""
   set began [clock milliseconds]
   set result passed
   if {[catch {uplevel #0 $body} text options]} {
@@ -44,7 +53,12 @@ proc step {name body} {
   if {$result eq "passed" && [llength $::faults]} {
     set result failed
   }
-  tell end $name $result [join $::faults "; "] [expr {[clock milliseconds] - $began}]
+  tell end $name $result [join $::faults "; "] [expr {$::took ne "" ? $::took : [clock milliseconds] - $began}]
+  if {$::companionRuns && ![catch {portOwner 9601} owner] && $owner eq ""} {
+    set ::companionRuns 0
+    tell begin "the companion goes on"
+    tell end "the companion goes on" failed "the process of the companion ended while \"$name\" was tried" 0
+  }
 }
 
 # What a command of the plug-in answers, read as a message.
@@ -76,7 +90,7 @@ trial "the plug-in loads" {
   set began [clock milliseconds]
   load [file join $base bin Vernoxa64.dll] Vernoxa
   tell fact "time to load" "[expr {[clock milliseconds] - $began}] ms"
-  tell fact "code page of the plug-in's log" [regexp -inline {GetACP \d+} [readFile [file join $base Script Log schLog.txt]]]
+  tell fact "code page in the plug-in's log" [lindex [regexp -inline {GetACP (\d+)} [readFile [file join $base Script Log schLog.txt]]] 1]
   expect "package" [package present Vernoxa] 1.0
   expect "calls at the start" [lmap call $calls {lindex $call 0}] \
       {::capGenerateBOMUtil::init RegisterAction creatServerForPthread RegisterAction InsertXMLMenu RegisterAction RegisterAction GetProductVersion}
@@ -90,10 +104,11 @@ trial "all its commands are there" {
 }
 trial "the companion is started" {
   await "the companion" {[llength [heardOf started]] > 0}
-  expect "started in" [lrange [lindex [heardOf started] 0] 1 end] [list $base {}]
+  expect "started in" [lrange [lindex [heardOf started] 0] 1 end] [list [file normalize $base] {}]
 }
 trial "the plug-in's thread links them" {
   await "the link" {$links > 0}
+  set companionRuns 1
 }
 trial "an open design is reported" {
   await "the report" {[llength [heardOf status]] > 0}

@@ -102,19 +102,46 @@ HANDLE memoryOf(const std::string& bytes) {
   return memory;
 }
 
+// The clipboard owns what it takes; what it refuses is freed.
+bool putBack(UINT format, const std::string& bytes) {
+  if (format == CF_ENHMETAFILE) {
+    const HENHMETAFILE metafile =
+        SetEnhMetaFileBits(static_cast<UINT>(bytes.size()), reinterpret_cast<const BYTE*>(bytes.data()));
+    const bool taken = metafile != nullptr && SetClipboardData(format, metafile) != nullptr;
+    if (!taken && metafile != nullptr) {
+      DeleteEnhMetaFile(metafile);
+    }
+    return taken;
+  }
+  const HANDLE memory = memoryOf(bytes);
+  const bool taken = memory != nullptr && SetClipboardData(format, memory) != nullptr;
+  if (!taken && memory != nullptr) {
+    GlobalFree(memory);
+  }
+  return taken;
+}
+
+// Only formats that programs registered have a name.
+std::string nameOf(UINT format) {
+  std::array<wchar_t, 256> name{};
+  return GetClipboardFormatNameW(format, name.data(), static_cast<int>(name.size())) > 0 ? utf8Of(name.data())
+                                                                                         : std::to_string(format);
+}
+
 int restoreClipboard(ClientData, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   const Clipboard clipboard;
   if (!clipboard.isOpen()) {
     return failed(interp, noneOpens);
   }
   EmptyClipboard();
+  std::string lost;
   for (const auto& [format, bytes] : kept()) {
-    const HANDLE data = format == CF_ENHMETAFILE ? SetEnhMetaFileBits(static_cast<UINT>(bytes.size()),
-                                                                      reinterpret_cast<const BYTE*>(bytes.data()))
-                                                 : memoryOf(bytes);
-    if (SetClipboardData(format, data) == nullptr) {
-      return failed(interp, "not everything could be put back");
+    if (!putBack(format, bytes)) {
+      lost += (lost.empty() ? "" : ", ") + nameOf(format);
     }
+  }
+  if (!lost.empty()) {
+    return failed(interp, ("of what was on the clipboard, these formats could not be put back: " + lost).c_str());
   }
   return TCL_OK;
 }

@@ -33,7 +33,7 @@ std::wstring wideOf(const char* utf8);
 void createBoxCommands(Tcl_Interp* interp);
 
 // keepClipboard        takes a copy of what the user has on the clipboard; an error when that cannot be copied
-// restoreClipboard     puts the copy there again
+// restoreClipboard     puts the copy there again; an error that names the formats that are refused, after all others
 // clipboardText        the text that is on it
 // putPicture           puts a metafile of a rectangle on it
 void createClipboardCommands(Tcl_Interp* interp);

@@ -31,6 +31,7 @@ class DistTest(unittest.TestCase):
             self.assertLessEqual({"bin/Vernoxa64.dll", "pkgIndex.tcl", "Config/App.sample.txt", "docs/commands.html",
                                   "licences/cJSON.txt", "samples/Companion.cs", "conformance/plug_in.tcl"}, set(files.namelist()))
             self.assertNotIn("Config/App.txt", files.namelist())  # an installation's own settings
+            self.assertEqual("README.txt", files.namelist()[0])
             index = files.read("docs/index.html").decode()
             for name in files.namelist():
                 if name.startswith("licences/") and name.endswith(".txt"):
@@ -59,8 +60,8 @@ class DistTest(unittest.TestCase):
             texts = {name: files.read(name).decode() for name in files.namelist()
                      if name.endswith((".html", ".cmd", ".txt", ".tcl")) and not name.startswith(("licences/", "check/tcl/"))}
             module = files.read("bin/Vernoxa64.dll")
-        named = {(name, word) for name, text in texts.items() for word in ("./dev", "cmake", "workshop/", "<!-- for", "@VERSION@")
-                 if word in text}
+        words = ("./dev", "cmake", "workshop/", "<!-- for", "@VERSION@", ".md<")
+        named = {(name, word) for name, text in texts.items() for word in words if word in text}
         self.assertEqual(set(), named)
         self.assertIn(f"Vernoxa {package.version()}:", texts["README.txt"])
         self.assertIn(f"<small>Vernoxa {package.version()}</small>", texts["docs/index.html"])

@@ -1,5 +1,6 @@
 """doctor.cmd and check-editor.tcl out of the zip, each with faults planted: doctor_test.py PLUG-IN, below a wine-suite."""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -9,7 +10,7 @@ import sys
 import tempfile
 import unittest
 import zipfile
-from typing import Callable
+from typing import Callable, Iterator
 
 from unchanged import Unchanged
 from vernoxa.dist import package
@@ -24,9 +25,8 @@ class Installation:
 
     def __init__(self, zipped: pathlib.Path, folder: pathlib.Path):
         self.folder = folder
-        self.temporary = folder.with_name("temp")
+        self.temporary: pathlib.Path | None = folder.with_name("temp")
         self.temporary.mkdir(parents=True, exist_ok=True)
-        self.windows = str(self.temporary).replace("/", "\\")
         with zipfile.ZipFile(zipped) as files:
             files.extractall(folder)
         self.write("LanTuZS.exe", b"")
@@ -40,7 +40,8 @@ class Installation:
 
     def ask(self, *words: str, locale: str = "zh_CN") -> tuple[int, str]:
         script = self.folder / "ask.cmd"
-        script.write_text(f'@set "TEMP=Z:{self.windows}"\n@{" ".join(words)}\n', newline="\r\n")
+        temporary = str(self.temporary).replace("/", "\\")
+        script.write_text(f'@set "TEMP=Z:{temporary}"\n@{" ".join(words)}\n', encoding="gbk", newline="\r\n")
         done = subprocess.run([RUN, "cmd", "/c", "ask.cmd"], cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True,
                               env={**os.environ, "VERNOXA_LOCALE": locale}, check=False)
         script.unlink()
@@ -67,7 +68,8 @@ exit
 def doctor_at_all(asked: list[tuple[Installation, int]]) -> list[str]:
     script = asked[0][0].folder.with_name("all.tcl")
     script.write_text(AT_ALL)
-    words = [str(word) for place, port in asked for word in (place.folder, f"Z:{place.temporary}", port)]
+    words = [str(word) for place, port in asked
+             for word in (place.folder, f"Z:{place.temporary}" if place.temporary else "", port)]
     done = subprocess.run([RUN, str(asked[0][0].folder / "check/tcl/bin/tclsh86.exe"), str(script), *words],
                           stdin=subprocess.DEVNULL, capture_output=True, check=True)
     return done.stdout.decode("gbk", "replace").split("=== next")
@@ -77,8 +79,12 @@ def write(name: str, content: bytes) -> Callable[[Installation], None]:
     return lambda place: place.write(name, content)
 
 
-def remove(name: str) -> Callable[[Installation], None]:
-    return lambda place: (place.folder / name).unlink()
+def remove(*names: str) -> Callable[[Installation], None]:
+    return lambda place: [(place.folder / name).unlink() for name in names]
+
+
+def temporary(folder: str | None) -> Callable[[Installation], None]:
+    return lambda place: setattr(place, "temporary", folder)
 
 
 def too_deep(place: Installation) -> None:
@@ -86,8 +92,16 @@ def too_deep(place: Installation) -> None:
 
 
 def read_only(place: Installation) -> None:
-    place.write("Script/Log/schLog.txt", b"")
-    (place.folder / "Script/Log/schLog.txt").chmod(0o444)
+    log = place.folder / "Script/Log/schLog.txt"
+    if os.getuid() == 0:  # whom no file refuses; a folder does
+        log.mkdir()
+    else:
+        log.touch(0o444)
+
+
+def log_folder_is_a_file(place: Installation) -> None:
+    (place.folder / "Script/Log").rmdir()
+    place.write("Script/Log", b"")
 
 
 def start_up(words: str) -> Callable[[Installation], None]:
@@ -100,20 +114,80 @@ FAULTS: dict[str, tuple[Callable[[Installation], object] | int, str]] = {
     "wrong folder": (remove("LanTuZS.exe"), r"companion, LanTuZS.exe, is not in this folder"),
     "one folder too deep": (too_deep, r"unpacked one folder too deep"),
     "old DLL": (write("bin/Vernoxa64.dll", MODULE.read_bytes() + b"!"), r"bin\\Vernoxa64.dll is not the one of this package"),
-    "a file is lost": (remove("pkgIndex.tcl"), r"1 files are missing or not those of the package: pkgIndex.tcl"),
+    "a DLL that is none": (write("bin/Vernoxa64.dll", b"MZ"), r"it names no version; the package's is \d"),
+    "a file is lost": (remove("pkgIndex.tcl"), r"One file is missing or not that of the package: pkgIndex.tcl"),
+    "two files are lost": (remove("pkgIndex.tcl", "README.txt"), r"2 files are missing .*: README.txt, pkgIndex.tcl"),
+    "a program of the doctor is lost": (remove("check/helper.dll"), r"check\\helper.dll is missing, or Windows does not load it"),
+    "a script of the doctor is lost": (remove("check/result.tcl"), r"check\\result.tcl is missing or damaged"),
     "settings that are not JSON": (write("Config/App.txt", b"{'a':1"), r"App.txt is not valid JSON"),
     "settings with a mark": (write("Config/App.txt", b"\xef\xbb\xbf{}"), r"byte order mark"),
     "a number in the settings": (write("Config/App.txt", b'{"StartWithCadence":1}'), r'"StartWithCadence" in .* is 1;'),
+    "an unknown language": (write("Config/App.txt", b'{"AlgMenuLang":"FR"}'), r'"AlgMenuLang" in .* is "FR"; .* "EN" and "CN"'),
     "taken port of the companion": (9601, r"Port 9601 is taken by .*; it should be the companion's"),
     "taken port of the scripts": (9610, r"Port 9610 is taken by .*; it should be the editor's"),
     "missing host procedure": (start_up('invalid command name "creatServerForPthread"'), r'no procedure "creatServerForPthread"'),
     "port taken at the start": (start_up("couldn't open socket: address already in use"), r"port 9610 was taken"),
     "crash log": (write("bin/catchLog/log.txt", b"[Time]:2026-1-2 3:4:5:6.Fun111\r\n"), r"ended unexpectedly \(Fun111\)"),
+    "read-only log": (read_only, r"schLog.txt cannot be written \("),
+    "a file in the place of the logs' folder": (log_folder_is_a_file, r"Script\\Log is a file where a folder should be"),
+    "no TEMP": (temporary(None), r"variable TEMP, .* is not set"),
+    "a TEMP that is not there": (temporary("/nowhere"), r"TEMP names, does not exist: Z:/nowhere"),
     "what the editor said": (lambda place: place.write("../temp/Vernoxa check/editor.txt", b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"),
                              r"In the editor, Tcl is 8.6: it is 8.5"),
 }
-if os.getuid() != 0:  # nothing is read-only for root
-    FAULTS["read-only log"] = (read_only, r"schLog.txt cannot be written")
+
+# As a user's program unpacks it: FROM TO. Says what it could not write.
+UNPACK = """
+proc unpack {from to} {
+  foreach each [glob -nocomplain -directory $from *] {
+    set target [file join $to [file tail $each]]
+    if {[file isdirectory $each]} {
+      file mkdir $target
+      unpack $each $target
+    } elseif {[catch {file copy -force $each $target}]} {
+      puts "refused: [file tail $target]"
+    }
+  }
+}
+unpack {*}$argv
+exit
+"""
+
+# The check on a machine that makes no short names, where the companion and then the host end.
+ENDED = {
+    "ended.tcl": b"""
+rename file namesOf
+proc file args {
+  if {"-shortname" in $args} {error "no short name"}
+  tailcall namesOf {*}$args
+}
+source -encoding utf-8 check/check.tcl
+""",
+    "check/drawing.tcl": b"""
+set steps {}
+trial "first" {set companionRuns 1}
+trial "second" {
+  rename tell tellOn
+  proc tell args {tellOn {*}$args; if {[lindex $args 0] eq "end"} {exit 3}}
+}
+trial "third" {}
+""",
+    "check/desktop.tcl": b"",
+}
+
+
+@contextlib.contextmanager
+def held(module: pathlib.Path, program: pathlib.Path) -> Iterator[None]:
+    """An editor that has the DLL of the one folder loaded; it is the Tcl of the other installation."""
+    script = program.with_name("hold.tcl")
+    script.write_text("proc unknown args {}\nload [lindex $argv 0] Vernoxa\nputs held\nflush stdout\n"
+                      "after 60000 exit\nvwait forever\n")
+    command = [RUN, str(program / "check/tcl/bin/tclsh86.exe"), str(script), f"Z:{module}/Vernoxa64.dll"]
+    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE) as editor:
+        while b"held" not in editor.stdout.readline():
+            pass
+        yield
+        editor.kill()
 
 
 class DoctorTest(unittest.TestCase):
@@ -148,21 +222,29 @@ class DoctorTest(unittest.TestCase):
                 self.assertIn("1 found.", said)
 
     def test_a_newer_version_keeps_what_is_the_users_and_removal_leaves_nothing_else(self) -> None:
-        place = self.installation("upgrade")
-        mine = {"Config/App.txt": b'{"AlgMenuLang":"CN"}', "LanTuZS.exe": b"companion", "Script/Log/schLog.txt": b"",
+        place, newer = self.installation("upgrade"), self.installation("newer")
+        for name in ("LanTuZS.exe", "Config/App.txt"):
+            (newer.folder / name).unlink()
+        newer.write("unpack.tcl", UNPACK.encode())
+        mine = {"Config/App.txt": b'{"AlgMenuLang":"CN"}', "LanTuZS.exe": b"companion", "Script/Log/old.txt": b"",
                 "Cache/Nets.txt": b"nets"}
-        for name, content in (mine | {"bin/Vernoxa64.dll": b"old", "docs/index.html": b"old"}).items():
+        for name, content in (mine | {"bin/Vernoxa64.dll": MODULE.read_bytes() + b"!", "docs/index.html": b"old"}).items():
             place.write(name, content)
-        with zipfile.ZipFile(self.place / "package.zip") as files:
-            files.extractall(place.folder)
+        unpack = ["check\\tcl\\bin\\tclsh86.exe", "unpack.tcl", ".", f'"Z:{place.folder}"']
+        with held(place.folder / "bin", newer.folder):
+            self.assertEqual((0, "refused: Vernoxa64.dll\r\n"), newer.ask(*unpack))
+            said = place.ask("doctor.cmd", "/quiet")[1]
+            self.assertRegex(said, r"  ! bin\\Vernoxa64.dll is not the one of this package: it says that it is version")
+            self.assertRegex(said, r"tclsh86.exe \(process \d+\) has this plug-in loaded; end it")
+        self.assertEqual((0, ""), newer.ask(*unpack))
         self.assertEqual(mine, {name: (place.folder / name).read_bytes() for name in mine})
         status, said = place.ask("doctor.cmd", "/quiet")
         self.assertEqual(0, status, said)
         listed = [line[66:] for line in (place.folder / package.CHECKSUMS).read_text("utf-8").splitlines()]
-        for name in [*listed, package.CHECKSUMS]:
+        for name in [*listed, package.CHECKSUMS, "unpack.tcl"]:
             (place.folder / name).unlink()
         left = {path.relative_to(place.folder).as_posix() for path in place.folder.rglob("*") if path.is_file()}
-        self.assertEqual(set(mine), left)
+        self.assertEqual({*mine, "Script/Log/schLog.txt"}, left)
 
     def test_it_names_what_depends_on_the_machine(self) -> None:
         place = self.installation("machine")
@@ -174,16 +256,26 @@ class DoctorTest(unittest.TestCase):
 
     def test_it_names_an_editor_that_has_another_plug_in(self) -> None:
         place, other = self.installation("mine"), self.installation("other")
-        other.write("hold.tcl", b"load bin/Vernoxa64.dll Vernoxa\nputs held\nflush stdout\nafter 60000 exit\nvwait forever\n")
-        held = subprocess.Popen([RUN, str(other.folder / "check/tcl/bin/tclsh86.exe"), "hold.tcl"], cwd=other.folder,
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        while b"held" not in held.stdout.readline():
-            pass
-        self.assertIn("tclsh86.exe (process", said := place.ask("doctor.cmd", "/quiet")[1])
-        self.assertRegex(said, r"has loaded another plug-in: .*other")
-        self.assertIn("has this plug-in loaded", other.ask("doctor.cmd", "/quiet")[1])
-        held.kill()
-        held.communicate()
+        with held(other.folder / "bin", other.folder):
+            self.assertIn("tclsh86.exe (process", said := place.ask("doctor.cmd", "/quiet")[1])
+            self.assertRegex(said, r"has loaded another plug-in: .*other")
+            self.assertIn("has this plug-in loaded", other.ask("doctor.cmd", "/quiet")[1])
+
+    def test_the_check_says_where_it_works_and_what_ended_when(self) -> None:
+        place = self.installation("ended")
+        place.temporary = place.folder
+        for name, content in ENDED.items():
+            place.write(name, content)
+        status, said = place.ask("check\\tcl\\bin\\tclsh86.exe", "ended.tcl")
+        self.assertEqual(1, status, said)
+        self.assertRegex(said, r"It works in C:\\\S+\\vx\d+, not below TEMP: .*ended\\试 x is too long or not plain")
+        table = (place.folder / "Vernoxa check" / "result.txt").read_text("utf-8")
+        self.assertRegex(table, r"the companion goes on\tfailed\tthe process of the companion ended while \"first\" was tried")
+        self.assertRegex(table, r"the next step\tfailed\tthe process of host and plug-in ended after \"second\": .* 3")
+        (place.folder / "check/loads.tcl").unlink()
+        status, said = place.ask("check.cmd", "/quiet")
+        self.assertIn("This cannot begin: check\\loads.tcl is missing.", said)
+        self.assertNotEqual(0, status)
 
     def test_the_editors_script_changes_nothing_and_names_what_is_missing(self) -> None:
         place = self.installation("editor")

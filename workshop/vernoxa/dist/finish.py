@@ -118,10 +118,12 @@ def _html(page: pathlib.Path, name: str, titles: dict[str, str], places: dict[st
         return f'<{found[1]} id="{anchor}">{found[2]}</{found[1]}>'
 
     def link(found: re.Match[str]) -> str:
-        """What is not in the zip is named, without a link."""
+        """What is not in the zip is named, without a link; what is in it is called as it is called there."""
         file, mark, anchor = found[1].partition("#")
         place = places.get(posixpath.normpath(posixpath.join(folder, file))) if file else ""
-        return found[2] if place is None else f'<a href="{place}{mark}{anchor}">{found[2]}</a>'
+        if place is None:
+            return found[2]
+        return f'<a href="{place}{mark}{anchor}">{place if found[2].endswith(".md") else found[2]}</a>'
 
     body = MarkdownIt("commonmark").enable("table").render(_for_users(page.read_text(encoding="utf-8")))
     body = re.sub(r"<(h\d)>(.*?)</\1>", heading, body)

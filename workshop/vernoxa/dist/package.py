@@ -3,12 +3,11 @@
 from __future__ import annotations
 
 import hashlib
-import os
 import pathlib
 import re
-import shutil
 import subprocess
 import tempfile
+import time
 import zipfile
 
 from vernoxa.command import Refused
@@ -18,6 +17,8 @@ from .finish import CHECKSUMS
 
 # Never the name that the plug-in reads: unpacking must not overwrite the settings of an installation.
 SAMPLE = "Config/App.sample.txt"
+# What a user is to see first in a list of the zip.
+FIRST = "README.txt"
 
 
 class NotMade(Refused):
@@ -26,15 +27,19 @@ class NotMade(Refused):
 
 def make(module: pathlib.Path, target: pathlib.Path) -> None:
     """`module` is the plug-in in the folder of its build. Raises NotMade, OSError."""
-    time = subprocess.run(["git", "-C", REPOSITORY, "log", "-1", "--format=%ct"], capture_output=True, text=True).stdout.strip()
+    seconds = subprocess.run(["git", "-C", REPOSITORY, "log", "-1", "--format=%ct"], capture_output=True, text=True).stdout
+    date = time.gmtime(int(seconds or 315532800))[:6]
     with tempfile.TemporaryDirectory() as folder:
-        command = ["cpack", "--config", str(module.with_name("CPackConfig.cmake")), "-B", folder]
-        settings = os.environ | {"SOURCE_DATE_EPOCH": time or "315532800"}
-        made = subprocess.run(command, env=settings, capture_output=True, text=True)
+        command = ["cmake", "--install", str(module.parent), "--prefix", folder]
+        made = subprocess.run(command, capture_output=True, text=True)
         if made.returncode:
             raise NotMade(made.stdout + made.stderr)
+        names = sorted((path.relative_to(folder).as_posix() for path in pathlib.Path(folder).rglob("*") if path.is_file()),
+                       key=lambda name: (name != FIRST, name))
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.move(next(pathlib.Path(folder).glob("*.zip")), target)
+        with zipfile.ZipFile(target, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as files:
+            for name in names:
+                files.writestr(zipfile.ZipInfo(name, date), (pathlib.Path(folder) / name).read_bytes(), zipfile.ZIP_DEFLATED, 9)
 
 
 def version() -> str:
