@@ -64,7 +64,7 @@ host::procedure getAllPropertyName {text} {
     return [dict keys $names]
 }
 
-# Numbers the references of the active design anew, prefix by prefix and page by page: type 0 from
+# Numbers the references of the active design again, prefix by prefix and page by page: type 0 from
 # left to right and then down, any other type down and then to the right.
 host::procedure RenameRef {type} {
     lassign [pages::need] path

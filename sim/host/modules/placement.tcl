@@ -64,7 +64,7 @@ proc ::modules::dropPart {path name index} {
     addPart Part $data {} {} $path
 }
 
-# Nets and references are made anew once, and what was placed is selected.
+# Nets and references are made again once, and what was placed is selected.
 proc ::modules::settle {} {
     variable placedIds
     variable placedItems

@@ -1,4 +1,4 @@
-"""What differs between a recorded conversation and the same one held anew, in words for people.
+"""What differs between a recorded conversation and the same one held again, in words for people.
 
 Only what the plug-in sent is compared. What must differ from run to run is ignored: process ids, GUIDs and times. A
 plain diff of the two files would show these, and the moments at which the link thread came to report.

@@ -96,7 +96,7 @@ async def _nets(path: str, port: int = HOST_PORT) -> dict[str, list[str]]:
 
 
 def nets_in(text: str) -> dict[str, list[str]]:
-    """One net a line: its name, a tab, its pins as reference.number with blanks between."""
+    """One net a line: its name, a tab, its pins as reference.number with spaces between."""
     pairs = [line.partition("\t") for line in text.splitlines() if line.strip()]
     return {name: pins.split() for name, _, pins in pairs}
 

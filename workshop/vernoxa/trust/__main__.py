@@ -1,7 +1,7 @@
 """Runs everything that shows that the editor survives, and writes docs/reliability.md from what it measured.
 
 trust [PART...] [--prove] [--fuzz-minutes N] [--fuzz-inputs N] [--processes N]. Each part keeps what it measured; the page is
-made of the last run of each."""
+made of the last run of each. CTest, which runs the tests, would say which part failed, but not how much each part tried."""
 
 from __future__ import annotations
 

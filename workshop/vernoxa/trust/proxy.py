@@ -1,4 +1,7 @@
-"""A proxy that breaks what it carries at one place, in one way."""
+"""A proxy that breaks what it carries at one place, in one way.
+
+Kept tools that break connections (Linux's netem) do so by chance or for a whole network, not at one byte of one message.
+"""
 
 from __future__ import annotations
 

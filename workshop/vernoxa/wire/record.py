@@ -14,13 +14,13 @@ and any lines "name: value" that describe the run. Every other block begins with
                 "plug-in" for a message that the plug-in sent, "companion" for one that the companion sent,
                 "host" for what the host's user did, in the words of `sim/host/commands.tcl` below; its connection is 0
     FORM        how the message stood on the wire:
-                plain      the JSON below, printed without blanks
+                plain      the JSON below, printed without spaces
                 formatted  the JSON below, printed with tabs and line ends
                 bytes      neither; hexadecimal digits, 64 in a line, are the message
                 empty      no bytes at all, nothing below
     COMMAND     the message's name, "-" when it has none (for the reader's eye only)
 
-and for a message goes on with its lines: JSON, indented by two blanks, Chinese as it is. Member order is kept. The code
+and for a message goes on with its lines: JSON, indented by two spaces, Chinese as it is. Member order is kept. The code
 page on the wire is GBK; a text that was UTF-8 there begins with "⟦utf-8⟧", which no text in GBK can hold.
 Lines that begin with "#" are remarks (faults found, for example).
 """
