@@ -1,18 +1,5 @@
-# Boxes, the dialog, the clipboard, hostile packets, and the end.
+# The clipboard, hostile packets, and the end.
 
-trial "boxes are shown, and closed" {
-  set boxes {}
-  onBox {lappend boxes}
-  outputWarming
-  outputError NoObject
-  outputError "$named box"
-  expect "boxes" $boxes [list \u8bf7\u5148\u9009\u4e2d\u5668\u4ef6 \u8bf7\u9009\u62e9\u5143\u4ef6 "$named box"]
-}
-trial "the dialog is shown, and closed" {
-  set boxes {}
-  expect "picked" [SelectJumpPart "U2;U1" 1] U1
-  expect "dialogs" [llength $boxes] 1
-}
 trial "the clipboard, which is put back" {
   if {[catch keepClipboard why]} {
     untried $why

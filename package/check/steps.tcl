@@ -106,6 +106,20 @@ trial "the companion is started" {
   await "the companion" {[llength [heardOf started]] > 0}
   expect "started in" [lrange [lindex [heardOf started] 0] 1 end] [list [file normalize $base] {}]
 }
+# These need no companion, and go on while the thread pauses.
+trial "boxes are shown, and closed" {
+  set boxes {}
+  onBox {lappend boxes}
+  outputWarming
+  outputError NoObject
+  outputError "$named box"
+  expect "boxes" $boxes [list \u8bf7\u5148\u9009\u4e2d\u5668\u4ef6 \u8bf7\u9009\u62e9\u5143\u4ef6 "$named box"]
+}
+trial "the dialog is shown, and closed" {
+  set boxes {}
+  expect "picked" [SelectJumpPart "U2;U1" 1] U1
+  expect "dialogs" [llength $boxes] 1
+}
 trial "the plug-in's thread links them" {
   await "the link" {$links > 0}
   set companionRuns 1
