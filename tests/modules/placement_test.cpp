@@ -108,6 +108,23 @@ TEST_F(Placement, ObjectsOfAModuleArePlaced) {
   }
 }
 
+// Of somebody else's module no property comes along but the host's own.
+TEST_F(Placement, ObjectsOfAForeignModuleKeepTheHostsProperties) {
+  const std::string host =
+      "PCB Footprint;Name;Part Reference;Reference;Part Number;Part Name;Part Type;Value;Primitive;Implementation Type;"
+      "Implementation;Implementation Path;Color;Power Pins Visible;Graphic;Net Name;Rotation;Font;NODENAME;PSpiceOnly;"
+      "Connected Net name;Type;Text;Line Style;Line Width;Fill Style;Hatch Style;IREF";
+  std::string written;
+  std::string kept;
+  for (const std::string& name : splitItems(host, ';')) {
+    written += "\"" + name + R"(":"1",")" + name + R"(x":"2",)";
+    kept += "[list \"" + name + "\" \"1\"] ";
+  }
+  write(R"({"lib":[{"Name":"R"}],"children":[{"name":"Wire","Property":{)" + written + R"("Own":"3"}}]})");
+  placer_.placeModule(host_);
+  EXPECT_THAT(host_.scripts.back(), StartsWith("placePart Wire 0 [list " + kept + "[list \"NimbMarket\""));
+}
+
 TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
   PlacementContext& placement = with_.placement;
   placement.placeState = 1;
@@ -201,15 +218,6 @@ TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
     EXPECT_EQ(with_.fake.files.bytes(modulePath), smallModule);  // for another try
   }
   EXPECT_EQ(with_.fake.files.bytes(folder + "5.olb"), "the user's");
-}
-
-// Nothing that the placement makes keeps the attribute, or it would stay for ever.
-TEST_F(Placement, AReadOnlyBaseLibraryLeavesNothingBehind) {
-  with_.fake.files.addFile(emptyLibrary, "OLB", readOnlyAttribute);
-  EXPECT_EQ(placeLibraryOnly().newLibrary.utf8(), "C:/Mods/7/6.olb");
-  EXPECT_THAT(files(), ElementsAre("6.olb", "ModuleLib.json"));
-  placer_.placeModule(host_);
-  EXPECT_THAT(files(), IsEmpty());
 }
 
 // Of another type is as good as missing, and costs no more than itself.

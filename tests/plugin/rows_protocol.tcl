@@ -94,7 +94,7 @@ set answers {IsSchematicViewActive 1}
 set module "\"dsnDatPath\":\"[string map {\\ \\\\} $base]\\\\module.json\""
 foreach name {PlaceDsnLibPartModule PlaceDSNModule} {
   set request [dict get $requests [list packetParser $name]]
-  set reply [ask $request [list $module {"PartIndex":0,"ViewBoxWidth":10,"ViewBoxHeight":10,"PartName":"RES"}]]
+  set reply [ask $request [list $module {"PartIndex":0,"ViewBoxWidth":10,"ViewBoxHeight":10,"PartName":"RES","Package":"P"}]]
   lappend replied $caller $reply
 }
 
@@ -165,6 +165,10 @@ foreach call [list \
     {addGraphicLibList {Name S}} {outputGraphicFile g} PlacePartProperty] {
   command {*}$call
 }
+check "properties of a part" [lindex $scripts 0] [string cat \
+    {placePart SetProperty -1 [list [list Location "10 10"] [list Rotation 0] [list Mirror 0] [list Package P] } \
+    {[list PartIndex 0] [list Designator ""]] [list [list "PCB Footprint" ] [list "Part Number" ] } \
+    {[list "Part Name" RES] [list "Part Reference" 1] [list "Value" ""]] [list]}]
 ask [dict get $requests {packetParser PlaceDSNModule}] [list $module]
 command placeMarketPart
 command removeDatFile

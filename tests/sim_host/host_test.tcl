@@ -70,29 +70,6 @@ test pages "what is shown, selected and renamed" -setup {
     右声道 {右声道/Filter 1} {右声道/Filter 2}]] \
     1 1 1 1 1 1 {C1 R1} C1 0 1 "no schematic page is active"]
 
-test rename "references are numbered in reading order and units stay together" -setup {
-    opened $name
-} -body {
-    RenameRef 0
-    set wrong {}
-    set last {}
-    foreach page [dict keys [dict get $designs::open $name pages]] {
-        set places {}
-        foreach id [dict get $designs::open $name pages $page parts] {
-            set part [dict get $designs::open $name parts $id]
-            if {[regexp {^R(\d+)$} [dict get $part reference] -> number]} {
-                lappend places [list [dict get $part y] [dict get $part x] $number]
-            }
-        }
-        foreach place [lsort -integer -index 0 [lsort -integer -index 1 $places]] {
-            lappend last [lindex $place 2]
-        }
-    }
-    set units [lmap ids [dict values [dict get $designs::open $name references]] {llength $ids}]
-    list [expr {$last eq [lsort -integer -unique $last]}] [lindex $last 0] \
-        [expr {[lindex $last end] == [llength $last]}] [lsort -unique $units] [getDsnPinCount $name]
-} -result {1 1 1 {1 2 3 5} 221}
-
 test nets "the nets file names every net and pin" -setup {
     opened $name
     set folder [makeDirectory host_nets]
