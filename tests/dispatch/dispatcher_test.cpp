@@ -114,6 +114,15 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
   EXPECT_EQ(project.get(), pathOf(u8"E:\\理"_gbk));
 }
 
+TEST(HandlerRows, AnyTwoOfOneNameAreFound) {
+  constexpr HandlerRow a{"A", echo};
+  constexpr HandlerRow b{"B", echo};
+  constexpr HandlerRow c{"C", echo};
+  EXPECT_TRUE(namesDiffer(std::array{a, b, c}));
+  EXPECT_FALSE(namesDiffer(std::array{a, a, c}) || namesDiffer(std::array{a, b, a}) ||
+               namesDiffer(std::array{a, b, b}));
+}
+
 TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
   EXPECT_EQ(run(R"({"Command":"Throw"})"), "refused");
   EXPECT_THAT(fake.messages.shown(), ElementsAre(u8"格式有误"_gbk));

@@ -5,12 +5,6 @@
 namespace vernoxa::inline wire {
 namespace {
 
-TEST(Envelope, ErrorReplyByteForByte) {
-  EXPECT_EQ(errorReply("x", "GetNetsList"),
-            "{\n\t\"ErrInfo\":\t\"x\",\n\t\"Result\":\t\"1\",\n\t\"Data\":\t{\n\t},\n"
-            "\t\"Command\":\t\"GetNetsList_EndResult\"\n}");
-}
-
 TEST(Envelope, WhatIsNoMessageSaysWhereAndWhy) {
   const auto failure = std::get<Failure>(parseMessage("{\"Command\":\"a\" nonsense}"));
   EXPECT_EQ(failure.where, Failure::Where::output);
