@@ -245,19 +245,6 @@ test("both languages, the reader's own first", async () => {
   await page.waitForFunction(() => document.querySelector("#findings").textContent.includes("R3 has no footprint"));
   await page.click("[data-panel=bom]");
   await page.locator(".tabulator-col-title", { hasText: "Sourced" }).waitFor();
-  const heads = await page.$$eval("#bom .tabulator-col-title", (nodes) => nodes.map((node) => node.textContent));
-  assert.deepEqual(heads, [
-    "Sourced",
-    "Placed",
-    "Qty",
-    "References",
-    "Value",
-    "State",
-    "Part number",
-    "Part",
-    "Pins",
-    "Footprint",
-  ]);
   assert.equal(await page.getAttribute("html", "lang"), "en");
   await page.click("#help");
   assert.match(await page.textContent("#help-box"), /hide or show what is not fitted/);
