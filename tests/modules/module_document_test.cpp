@@ -76,6 +76,7 @@ Ellipse;1;2;3;4;c;s;w;f;h      | Ellipse  | "Rect":"1 2 3 4","Color":"c","LineSt
 Polyline;10,-2.5 3,4;c;s;w     | Polyline | "PolylineStart":"10 -2.5","Color":"c","Style":"s","Width":"w","path":"10,-2.5 3,4"
 Polyline;1e3,-2.5E-1 3,4       | Polyline | "PolylineStart":"1e3 -2.5E-1","Color":"","Style":"","Width":"","path":"1e3,-2.5E-1 3,4"
 Bezier;M 1eL 2e+               | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+"
+Bezier;Mx 1x2ex 3              | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"Mx 1x2ex 3"
 Bezier;1 2e                    | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"1 2e"
 Bezier;- 1 . +2                | Bezier   | "BezierStart":"1 +2","Color":"","Style":"","Width":"","path":"- 1 . +2"
 Polygon;M10-20 L 30 40 Z;c;s;w;f;h | Polygon | "PolygonStart":"10 -20","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"M10-20 L 30 40 Z"
