@@ -28,9 +28,10 @@ struct Header {
   std::uint64_t rowBytes() const { return (width * bitCount + 31) / 32 * 4; }
 };
 
-// A negative height means that the rows come from the top down. A negative width reads as one that is too large.
-std::uint64_t magnitude(std::uint32_t height) {
-  return height <= 0x80000000U ? height : 0x100000000U - height;
+// Of a number with a sign. A negative height means that the rows come from the top down; the width of a bitmap has no
+// sign, and a negative one reads as one that is too large.
+std::uint64_t magnitude(std::uint32_t number) {
+  return number <= 0x80000000U ? number : 0x100000000U - number;
 }
 
 Header readHeader(const MetafileRecord& bytes) {
@@ -138,6 +139,24 @@ Fault bitsFault(const Header& header, std::string_view bits, const BitmapInRecor
              : nullptr;
 }
 
+// Where records that draw a bitmap say which part of it: the offset of a corner, and that of width and height, or 0 if
+// those are the target's. [MS-EMF] 2.3.1
+struct TakingRow {
+  std::uint32_t type;
+  std::size_t corner;
+  std::size_t size;
+};
+constexpr TakingRow takingRows[] = {{76, 44, 0},  {77, 44, 100}, {78, 44, 0},    {79, 48, 56},
+                                    {80, 32, 40}, {81, 32, 40},  {114, 44, 100}, {116, 44, 100}};
+
+bool takesFarPart(const MetafileRecord& record) {
+  const auto isFar = [&](std::size_t at) { return magnitude(record.number(at)) > farthestTaken; };
+  return std::any_of(std::begin(takingRows), std::end(takingRows), [&](const TakingRow& row) {
+    return row.type == record.type() &&
+           (isFar(row.corner) || isFar(row.corner + 4) || (row.size != 0 && (isFar(row.size) || isFar(row.size + 4))));
+  });
+}
+
 }  // namespace
 
 bool hasNoBitmap(const MetafileRecord& record, std::size_t place) {
@@ -159,6 +178,9 @@ Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
   const std::uint32_t bitsBytes = record.number(bitmap.place + 12);
   if (!record.holds(headerAt, headerBytes) || !record.holds(bitsAt, bitsBytes)) {
     return "a bitmap lies outside";
+  }
+  if (takesFarPart(record)) {
+    return "a part of the bitmap that it draws is far away";
   }
   const Header header = readHeader(MetafileRecord(record.part(headerAt, headerBytes)));
   if ((header.bytes != coreHeaderBytes && header.bytes < informationHeaderBytes) || header.bytes > headerBytes) {

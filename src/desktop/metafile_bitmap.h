@@ -8,6 +8,10 @@
 
 namespace vernoxa::desktop {
 
+// In pixels of a bitmap, in any direction: how far a part of it may reach that a record draws. A width of 2^31 - 1
+// writes past the end of memory under Wine 8, one of 2^28 does not.
+constexpr std::uint64_t farthestTaken = 1 << 22;
+
 // What a record says about its bitmap.
 struct BitmapInRecord {
   std::size_t place = 0;    // of four numbers in the record: offset and size of the header, offset and size of the bits
@@ -23,7 +27,8 @@ bool hasNoBitmap(const MetafileRecord& record, std::size_t place);
 // gives nothing that can be drawn.
 Fault missingBitmapFault(const MetafileRecord& record);
 
-// Header, colour table and bits have to lie within the record and be as long as the header says.
+// Header, colour table and bits have to lie within the record and be as long as the header says; the part that the
+// record draws has to be near.
 Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap);
 
 }  // namespace vernoxa::desktop
