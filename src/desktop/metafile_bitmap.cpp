@@ -1,6 +1,8 @@
 #include "desktop/metafile_bitmap.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 
 namespace vernoxa::desktop {
 namespace {
@@ -139,22 +141,41 @@ Fault bitsFault(const Header& header, std::string_view bits, const BitmapInRecor
              : nullptr;
 }
 
-// Where records that draw a bitmap say which part of it: the offset of a corner, and that of width and height, or 0 if
-// those are the target's. [MS-EMF] 2.3.1
+// Where records that draw a bitmap say which part of it: the offsets of a corner, of width and height, and of the
+// transformation of both, six floats; 0 if there is none. [MS-EMF] 2.3.1
 struct TakingRow {
   std::uint32_t type;
   std::size_t corner;
   std::size_t size;
+  std::size_t transformation;
 };
-constexpr TakingRow takingRows[] = {{76, 44, 0},  {77, 44, 100}, {78, 44, 0},    {79, 48, 56},
-                                    {80, 32, 40}, {81, 32, 40},  {114, 44, 100}, {116, 44, 100}};
+constexpr TakingRow takingRows[] = {{76, 44, 32, 52}, {77, 44, 100, 52}, {78, 44, 32, 52},   {79, 48, 56, 64},
+                                    {80, 32, 40, 0},  {81, 32, 40, 0},   {114, 44, 100, 52}, {116, 44, 100, 52}};
+
+// What is not a number is far, too.
+bool isFar(double x, double y) {
+  return !(std::abs(x) <= farthestTaken && std::abs(y) <= farthestTaken);
+}
 
 bool takesFarPart(const MetafileRecord& record) {
-  const auto isFar = [&](std::size_t at) { return magnitude(record.number(at)) > farthestTaken; };
-  return std::any_of(std::begin(takingRows), std::end(takingRows), [&](const TakingRow& row) {
-    return row.type == record.type() &&
-           (isFar(row.corner) || isFar(row.corner + 4) || (row.size != 0 && (isFar(row.size) || isFar(row.size + 4))));
-  });
+  const auto number = [&](std::size_t at) -> double { return std::bit_cast<std::int32_t>(record.number(at)); };
+  const auto* const row = std::find_if(std::begin(takingRows), std::end(takingRows),
+                                       [&](const TakingRow& each) { return each.type == record.type(); });
+  if (row == std::end(takingRows)) {
+    return false;
+  }
+  for (const double x : {number(row->corner), number(row->corner) + number(row->size)}) {
+    for (const double y : {number(row->corner + 4), number(row->corner + 4) + number(row->size + 4)}) {
+      const auto factor = [&](std::size_t index) {
+        return double{std::bit_cast<float>(record.number(row->transformation + index * 4))};
+      };
+      if (isFar(x, y) || (row->transformation != 0 && isFar(x * factor(0) + y * factor(2) + factor(4),
+                                                            x * factor(1) + y * factor(3) + factor(5)))) {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 }  // namespace

@@ -8,9 +8,9 @@
 
 namespace vernoxa::desktop {
 
-// In pixels of a bitmap, in any direction: how far a part of it may reach that a record draws. A width of 2^31 - 1
-// writes past the end of memory under Wine 8, one of 2^28 does not.
-constexpr std::uint64_t farthestTaken = 1 << 22;
+// In pixels of a bitmap, in any direction: how far a part of it may reach that a record draws, also after the record's
+// own transformation. A width near 2^31 writes past the end of memory under Wine 8.
+constexpr double farthestTaken = 1 << 22;
 
 // What a record says about its bitmap.
 struct BitmapInRecord {

@@ -127,13 +127,17 @@ bitmaps 114 | 80=2 a bitmap is of no known format | 116=4 more bits than its siz
 bitmaps 78 | 112=4 bitmap has no known size | 84=4 bitmap has no known size
 bitmaps 79 | 8=0x20000 no bitmap, and bounds far away
 image_formats 80 | 72=4 fewer bits than its size needs | 60=71 fewer bits than its size needs
-bitmaps 77 | 44=0x400001 far away | 48=0x400001 far away | 100=0x400001 far away | 104=0xFFBFFFFF far away
-bitmaps 78 | 44=0x400001 far away | 48=0xFFBFFFFF far away | 44=0xFFC00000 sound | 100=0x400001 sound
-bitmaps 79 | 48=0x400001 far away | 52=0x400001 far away | 56=0x400001 far away | 60=0x400001 far away
-bitmaps 114 | 48=0x400001 far away | 104=0x400001 far away
-bitmaps 116 | 48=0x400001 far away | 104=0x400001 far away
+bitmaps 77 | 44=0x400001 far away | 48=0xFFBFFFFF far away | 100=0x400001 far away | 104=0x400001 far away
+bitmaps 77 | 0=76,32=0x400001 far away | 0=76,36=0x400001 far away | 0=76,100=0x400001,32=1 sound
+bitmaps 77 | 52=0x4E6E6B28 far away | 64=0x4E6E6B28 far away | 68=0x4E6E6B28 far away | 72=0xCE6E6B28 far away
+bitmaps 77 | 56=0x4E6E6B28 far away | 60=0x4E6E6B28 far away | 52=0x7F800000 far away | 52=0x7FC00000 far away
+bitmaps 77 | 52=0x41800000 sound | 52=0,64=0 sound
+bitmaps 78 | 44=0x400001 far away | 32=0x400001 far away | 68=0x4E6E6B28 far away | 100=0x400001 sound
+bitmaps 79 | 48=0x400001 far away | 56=0x400001 far away | 80=0x4E6E6B28 far away | 52=0x3FFFC0 sound
+bitmaps 114 | 48=0x400001 far away | 104=0x400001 far away | 72=0x4E6E6B28 far away
+bitmaps 116 | 48=0x400001 far away | 104=0x400001 far away | 72=0x4E6E6B28 far away
 image_formats 80 | 36=0x400001 far away | 44=0x400001 far away
-image_formats 81 | 32=0x400001 far away | 40=0x7FFFFFFF far away | 44=0x400001 far away | 44=0x400000 sound
+image_formats 81 | 32=0x400001 far away | 40=0x7FFFFFFF far away | 44=0x3FFFF8 sound
 short_lines 90 | 24=4,28=3 more points than it holds
 image_formats 81 | 452=8001,456=7998 sound | 452=8000001,456=8 a packed bitmap is too large
 image_formats 81 | 468=0 fewer bytes than it says | 468=17 fewer bytes than it says | 468=8 ends within a run

@@ -37,9 +37,21 @@ std::size_t below(Dice& dice, std::size_t limit) {
 
 std::uint32_t tellingNumber(Dice& dice, std::uint32_t former) {
   const auto any = static_cast<std::uint32_t>(dice());
-  const std::array choices = {0U,          1U,  former + 1, former - 1, former * 2,  former ^ 0x80000000, 0x7FFFFFFFU,
-                              0x80000000U, ~0U, 0xFFFFU,    0x10000U,   0x40000000U, any % 4096,          any};
+  constexpr std::uint32_t thousandMillion = 0x4E6E6B28U;  // and a tenth of a thousandth, as floats
+  constexpr std::uint32_t tiny = 0x38D1B717U;
+  const std::array choices = {0U,          1U,          former + 1, former - 1,     former * 2, former ^ 0x80000000,
+                              0x7FFFFFFFU, 0x80000000U, ~0U,        0xFFFFU,        0x10000U,   0x40000000U,
+                              any % 4096,  any,         tiny,       thousandMillion};
   return choices[below(dice, choices.size())];
+}
+
+// SETWORLDTRANSFORM, by one factor in both directions.
+std::string worldTransformation(std::uint32_t factor) {
+  std::string record(32, '\0');
+  for (const auto& [place, number] : {std::pair{0U, 35U}, {4U, 32U}, {8U, factor}, {20U, factor}}) {
+    record = withNumber(record, place, number);
+  }
+  return record;
 }
 
 // What the size of the picture is made of changes rarely: most pictures would be as large as any may be.
@@ -52,7 +64,7 @@ std::string spoil(std::string bytes, Dice& dice) {
   const std::size_t record = places[below(dice, places.size())];
   const std::size_t length = std::min<std::size_t>(numberAt(bytes, record + 4), bytes.size() - record);
   const std::size_t number = record + (length > 8 ? 8 + below(dice, length / 4 - 2) * 4 : 4);
-  switch (below(dice, 16)) {
+  switch (below(dice, 17)) {
     case 0:
       bytes[record + below(dice, length)] = static_cast<char>(dice());
       return bytes;
@@ -66,6 +78,8 @@ std::string spoil(std::string bytes, Dice& dice) {
       return record == 0 ? bytes : bytes.erase(record, length);
     case 5:
       return bytes.substr(0, bytes.size() - below(dice, bytes.size() / 8));
+    case 6:  // under a transformation of its own
+      return record == 0 ? bytes : bytes.insert(record, worldTransformation(tellingNumber(dice, 0)));
     default:
       return isFrame(number) && below(dice, 16) != 0
                  ? bytes
