@@ -206,6 +206,15 @@ TEST_F(OpenDesignsTest, OtherStatusesTellNothing) {
   }
 }
 
+TEST_F(OpenDesignsTest, StatusIsPassedOnWhateverTheScanGives) {
+  run("FileStatus", R"(,"Result":"9","Data":{"x":[1],"FileName":"a","Status":"Open"})");
+  EXPECT_THAT(
+      host_.scripts,
+      ElementsAre(
+          sendingScript(R"({"Command":"FileStatus","Result":"0","Data":{"x":[1],"FileName":"a","Status":"Open"}})"),
+          "InitPath"));
+}
+
 TEST_F(OpenDesignsTest, ScanIsLoggedInItsFourStages) {
   enableTraffic();
   open("a.dsn");

@@ -133,7 +133,9 @@ companion AutoDealwithDsn {{"a":"1","ProjectPath":"C:\\a.dsn","n":5,"id":"x]y","
     [list {AutoDeal "C:\a.dsn" [list 1 x\]y 2]}] {{"Data":{"id":"x]y"},%"0"}}
 companion SelectModule {{"Page":"P 1","priceK":"2"}} {} {{getSelectPart "P 1"}} {{"Data":{},%"0"}}
 companion SelectModule {{"priceK":"2"}} {} {} [refused SelectModule]
-companion PlaceDSNModule null {} {} [refused PlaceDSNModule]
+foreach data {null {"dsnDatPath"} {["dsnDatPath"]}} {
+  companion PlaceDSNModule $data {} {} [refused PlaceDSNModule]
+}
 foreach {command data scripts} {
   PlaceDsnLibPartModule {{"PartIndex":2,"ViewBoxWidth":30,"ViewBoxHeight":20,"PartName":"R"}} {{MenuCommand 57603} IsSchematicViewActive}
   PlaceDSNModule {{"dsnDatPath":"C:\\m.json"}} IsSchematicViewActive

@@ -1,6 +1,7 @@
 """What is collected: modules kept and handed out, findings and reports as a text, drawings as they are read."""
 
 import io
+import json
 import pathlib
 import tempfile
 import unittest
@@ -9,6 +10,7 @@ from vernoxa.companion import tables
 from vernoxa.wire import messages, paths
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.view import View
+from vernoxa.drawings import page_file
 from vernoxa.demo.module_acts import first_difference
 
 UPLOAD = {
@@ -74,6 +76,23 @@ class CollectedTest(unittest.TestCase):
         ):
             self.assertIn(line, text.getvalue().splitlines())
         self.assertEqual(tables.collected(Answers()), [])
+
+    def test_drawings_tell_their_parts_texts_and_symbols_that_are_missing(self):
+        def used(name: str, **attributes: str) -> dict:
+            return {"name": "use", "attr": {**attributes, "xlink:href": f"#{name}"}}
+
+        objects = [used("R", id="R1"), used("lost", id="R2"), used("R"), {"name": "text", "value": "国产", "attr": {}}]
+        page = {"name": "g", "attr": {"id": "页/1"}, "children": objects}
+        defs = {"name": "defs", "children": [{"name": "g", "attr": {"id": "R"}, "children": []}]}
+        for name, children in (("a", [defs, page]), ("b", [page | {"attr": {"id": "2"}, "children": []}])):
+            text = json.dumps({"id": "SCH_View", "children": children}, ensure_ascii=False)
+            (self.folder / f"{name}.json").write_text(text, encoding="utf-8")
+        second, first = page_file.read_all(self.folder)
+        self.assertEqual((first.name, first.parts, first.texts, first.undefined), ("页/1", ["R1", "R2"], ["国产"], ["lost"]))
+        self.assertEqual((second.name, second.parts), ("2", []))
+        (self.folder / "c.json").write_text("[", encoding="utf-8")
+        with self.assertRaises(ValueError):
+            page_file.read_all(self.folder)
 
     def test_differences_are_found_where_they_are(self):
         for one, other, difference in (

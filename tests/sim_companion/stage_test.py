@@ -6,6 +6,8 @@ import io
 import pathlib
 import runpy
 import socket
+import subprocess
+import sys
 import tempfile
 import unittest
 import warnings
@@ -116,6 +118,12 @@ class BeginTest(unittest.TestCase):
                     runpy.run_module(f"vernoxa.{words[0]}", run_name="__main__", alter_sys=False)
                 self.assertEqual((2, 1), (ended.exception.code, shown.getvalue().count("\n")), shown.getvalue())
                 self.assertIn(said, shown.getvalue())
+
+    def test_a_closed_pipe_ends_without_a_traceback(self):
+        listing = [sys.executable, "-m", "vernoxa.check.mutate", "--list", "--count", "5000", "src/bom"]
+        ended = subprocess.run(["bash", "-c", '"$@" | head -n 1', "pipe", *listing], capture_output=True, timeout=60)
+        self.assertEqual(b"", ended.stderr)
+        self.assertIn(b"possible changes", ended.stdout)
 
     def test_what_cannot_begin_says_so(self):
         with self.assertRaisesRegex(Refused, "is not there"):

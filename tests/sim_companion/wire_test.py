@@ -6,7 +6,7 @@ import pathlib
 import tempfile
 import unittest
 
-from fake_plug_in import BOM, MARKED, REFUSED, opened
+from fake_plug_in import BOM, MARKED, REFUSED, frame, opened
 
 from vernoxa.wire import frames, json_text, messages, record
 from vernoxa.wire.events import CLOSED, FAULT, OPENED, PROBED, RECEIVED, SENT, Event
@@ -39,6 +39,23 @@ class FramesTest(unittest.TestCase):
                 read = self.read(len(payload).to_bytes(4, "little") + payload)
                 self.assertEqual(read.message, message)
                 self.assertEqual([fault in text for text in read.faults], [True] if fault else [])
+
+    def test_every_cut_is_noticed(self):
+        whole = frame("{中}")
+        self.assertIsNone(self.read(b""))
+        self.assertEqual(self.read(whole).faults, [])
+        for cut in range(1, len(whole)):
+            with self.subTest(cut):
+                read = self.read(whole[:cut])
+                self.assertTrue(read.faults)
+                self.assertFalse(read.usable)
+
+    def test_other_protocols_and_long_messages(self):
+        self.assertFalse(self.read(b"GET / HTTP/1.1\r\n\r\n").usable)
+        self.assertEqual(frames.encode("{中}".encode("gbk")), frame("{中}"))
+        self.assertEqual(len(frames.encode(b"x" * 32767)), 4 + 65534)
+        with self.assertRaises(frames.MessageTooLong):
+            frames.encode(b"x" * 32768)
 
 
 class JsonTextTest(unittest.TestCase):

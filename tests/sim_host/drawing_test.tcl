@@ -1,6 +1,6 @@
 # Drawings of a design, as the plug-in is told them; and what checks and reports find in them.
 package require tcltest
-namespace import ::tcltest::test
+namespace import ::tcltest::test ::tcltest::makeFile ::tcltest::makeDirectory
 set sim [file join [file dirname [file normalize [info script]]] .. .. sim]
 source -encoding utf-8 $sim/host/host.tcl
 
@@ -129,6 +129,27 @@ test shapes "arcs turn the way they run, and long pins are drawn out" -body {
 } -result {{M 10 0 A 10 10 0 0 0 0 -10} {M 0 -10 A 10 10 0 0 1 10 0} {M 10 0 A 10 10 0 1 0 0 10}\
     {M 0 0 L 10 0} {{Pin 0 0 -20 0 8 0 {SHORT CLOCK DOT} LEFT} {Line -10 0 -20 0 8 0 0}}\
     {{Pin 0 0 0 30 8 0 LONG BOTTOM}}}
+
+test units "codes and sizes come back as they went" -body {
+    set wrong {}
+    foreach rotation {0 90 180 270} {
+        foreach mirror {"" x y} {
+            if {[drawing::fromCodes {*}[drawing::codes $rotation $mirror]] ne [list $rotation $mirror]} {
+                lappend wrong $rotation $mirror
+            }
+        }
+    }
+    for {set mils -205} {$mils < 205} {incr mils} {
+        if {[drawing::mils [drawing::unit $mils]] != $mils} {
+            lappend wrong $mils
+        }
+        set height [drawing::fontHeight [expr {abs($mils)}]]
+        if {[drawing::fontHeight [drawing::fromFontHeight $height]] ne $height} {
+            lappend wrong $mils $height
+        }
+    }
+    list $wrong [drawing::unit -25] [lmap unit {1 2 26 27 28} {drawing::unitLetter $unit}]
+} -result {{} -2.5 {A B Z AA AB}}
 
 # What the checks told, but for their closing messages.
 proc checked {path} {

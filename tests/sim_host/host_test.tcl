@@ -41,6 +41,12 @@ test paths "a design is found under every spelling of its path, and no other is"
 } -result [list {221 221 221 221 221 -1 -1 -1 -1 -1} "$name;" \
     "Invalid design path" GUID1 GUID1 GUID2]
 
+test options "designs take their names, and mistakes are told" -body {
+    set given [host::options {-design /d/a.kicad_sch -design /d/b.kicad_sch -as C:\\b.DSN -trace}]
+    list [dict get $given designs] [dict get $given trace] [catch {host::options {-as x}}] \
+        [catch {host::options {-design}}] [catch {host::options {-nonsense 1}}]
+} -result [list [list [list /d/a.kicad_sch {Z:\d\a.dsn}] [list /d/b.kicad_sch {C:\b.DSN}]] 1 1 1 1]
+
 test switching "the selection changes sides; the companion's question shows no box" -setup {
     opened $name
     proc sendPacketGlobalHandle {text} {lappend ::told $text; return 0}
@@ -69,6 +75,29 @@ test pages "what is shown, selected and renamed" -setup {
 } -result [list [list [list $name microphone Power 左声道 {左声道/Filter 1} {左声道/Filter 2} \
     右声道 {右声道/Filter 1} {右声道/Filter 2}]] \
     1 1 1 1 1 1 {C1 R1} C1 0 1 "no schematic page is active"]
+
+test rename "references are numbered in reading order and units stay together" -setup {
+    opened $name
+} -body {
+    RenameRef 0
+    set wrong {}
+    set last {}
+    foreach page [dict keys [dict get $designs::open $name pages]] {
+        set places {}
+        foreach id [dict get $designs::open $name pages $page parts] {
+            set part [dict get $designs::open $name parts $id]
+            if {[regexp {^R(\d+)$} [dict get $part reference] -> number]} {
+                lappend places [list [dict get $part y] [dict get $part x] $number]
+            }
+        }
+        foreach place [lsort -integer -index 0 [lsort -integer -index 1 $places]] {
+            lappend last [lindex $place 2]
+        }
+    }
+    set units [lmap ids [dict values [dict get $designs::open $name references]] {llength $ids}]
+    list [expr {$last eq [lsort -integer -unique $last]}] [lindex $last 0] \
+        [expr {[lindex $last end] == [llength $last]}] [lsort -unique $units] [getDsnPinCount $name]
+} -result {1 1 1 {1 2 3 5} 221}
 
 test nets "the nets file names every net and pin" -setup {
     opened $name

@@ -5,9 +5,9 @@ import tempfile
 import unittest
 
 from vernoxa.replay import compare
-from vernoxa.replay.conversation import Conversation, Design
+from vernoxa.replay.conversation import Conversation, Design, NotReplayable
 from vernoxa.replay.performance import RecordedAnswers
-from vernoxa.wire import json_text
+from vernoxa.wire import json_text, record
 from vernoxa.wire.record import COMPANION, PLUG_IN, Entry
 
 LINE = {"PartNumber": "", "Value": "10k", "PartRef": "R1", "PartName": "R", "PCBFootprint": "0603", "PinNumber": "2"}
@@ -79,6 +79,15 @@ class ConversationTest(unittest.TestCase):
         self.assertIn("Z:\\\\tmp\\\\x\\\\设计".encode("gbk"), moved.entries[0].message)
         self.assertIn(b"Z:/tmp/x/b", moved.entries[0].message)
         self.assertEqual(entries, moved.moved_to("Z:\\run").entries)
+
+    def test_what_cannot_be_held_again_is_said(self):
+        for text in ("conversation 1\n\n", "conversation 1\nroot: Z:\\run\ndesign 1: x\n\n"):
+            self.file.write_text(text, encoding="utf-8")
+            with self.assertRaises(NotReplayable):
+                Conversation.read(self.file)
+        self.file.write_text("something else\n", encoding="utf-8")
+        with self.assertRaises(record.BadRecord):
+            Conversation.read(self.file)
 
     def test_answers_come_as_recorded_and_the_last_stays(self):
         answers = [said(1, {"Command": "FileStatus_EndResult", "Data": {"Path": path}}, COMPANION) for path in "ab"]

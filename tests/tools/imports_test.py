@@ -4,6 +4,7 @@ import ast
 import collections
 import graphlib
 import pathlib
+import tempfile
 import unittest
 
 import vernoxa
@@ -47,6 +48,18 @@ class ImportsTest(unittest.TestCase):
         self.assertIn("vernoxa.wire.frames", arrows(PACKAGE)["vernoxa.companion.server"])
         for parts in (2, None):
             self.assertEqual([], circle(PACKAGE, parts))
+
+    def test_a_circle_is_found(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            package = pathlib.Path(folder) / "house"
+            for name, text in (("hall/a", "from .b import x"), ("hall/b", "import house.attic.c"), ("attic/c", ""),
+                               ("attic/d", "def late():\n    from house.hall import a")):
+                (package / name).parent.mkdir(parents=True, exist_ok=True)
+                (package / f"{name}.py").write_text(text)
+            self.assertEqual([], circle(package, None))
+            self.assertEqual({"house.hall", "house.attic"}, set(circle(package, 2)))
+            (package / "attic/c.py").write_text("from ..attic import d")
+            self.assertEqual(5, len(circle(package, None)))
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import copy
 import json
 import unittest
 
@@ -35,6 +36,27 @@ class Protocol(unittest.TestCase):
         self.assertEqual([error.message for error in Draft202012Validator(SCHEMA).iter_errors(PROTOCOL)], [])
         self.assertEqual(lost_names(PROTOCOL), set())
 
+    def test_faults_are_found(self):
+        def spoilt(change) -> dict:
+            protocol = copy.deepcopy(PROTOCOL)
+            change(protocol)
+            return protocol
+
+        request = next(index for index, row in enumerate(PROTOCOL["requests"]) if row["name"] == "EnterBomViewMode")
+        faults = {
+            "a member without a meaning": lambda p: p["requests"][request]["members"][0].pop("meaning"),
+            "an empty sentence": lambda p: p["requests"][request].update(purpose=""),
+            "a sentence that is not ASCII": lambda p: p["procedures"][0].update(purpose="电阻."),
+            "an array of nobody knows what": lambda p: p["requests"][request]["members"][1].pop("items"),
+            "items of what is no array": lambda p: p["requests"][request]["members"][0].update(items={"kind": "text"}),
+            "a kind that is none": lambda p: p["requests"][request]["members"][0].update(kind="path"),
+            "a procedure called twice": lambda p: p["requests"][request].update(calls=["ZoomIn", "ZoomIn"]),
+            "something more": lambda p: p.update(more=1),
+        }
+        for what, change in faults.items():
+            self.assertFalse(Draft202012Validator(SCHEMA).is_valid(spoilt(change)), what)
+        self.assertEqual(lost_names(spoilt(lambda p: p["requests"][request].update(calls=["gone"]))), {"gone"})
+
     def test_recorded_messages_are_what_their_schemas_say(self):
         Draft202012Validator.check_schema(MESSAGES)
         seen = 0
@@ -48,6 +70,15 @@ class Protocol(unittest.TestCase):
                 self.assertEqual(schemas.faults_of(message), [], file.name)
                 seen += 1
         self.assertGreater(seen, 150)
+
+    def test_a_message_is_told_what_it_misses_and_no_more(self):
+        refused = {"Command": "Nothing_EndResult", "ErrInfo": "command error", "Result": "1", "Data": {}}
+        for message, missing in (({"Data": {}}, ["Command"]), ({"Command": "GenerateBOM", "Data": {}}, ["ProjectPath"]),
+                                 (refused, []), ({"Command": "Nothing"}, ["_EndResult", "ErrInfo", "Result", "Data"])):
+            faults = [error.message for error in Draft202012Validator(MESSAGES).iter_errors(message)]
+            self.assertEqual(len(missing), len(faults), faults)
+            for name, fault in zip(missing, faults):
+                self.assertIn(name, fault)
 
     def test_asyncapi_refers_to_nothing_that_is_not_there(self):
         document = json.loads((DOCS / "asyncapi.json").read_text(encoding="utf-8"))
