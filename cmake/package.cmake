@@ -31,6 +31,7 @@ foreach(licence
     "Tcl|${root}/.deps/src/tcl/license.terms"
     "zlib|${root}/.deps/src/tcl/compat/zlib/README"
     "GCC run-time library|/usr/share/doc/gcc-mingw-w64-base/copyright"
+    "GNU General Public License 3|/usr/share/common-licenses/GPL-3"
     "mingw-w64 and winpthreads|/usr/share/doc/mingw-w64-x86-64-dev/copyright")
   string(REPLACE "|" ";" licence ${licence})
   list(GET licence 0 name)

@@ -13,9 +13,6 @@ namespace eval ::vernoxaCheck {
     variable proceduresAtLoading
     variable companionRequests
     variable why
-    foreach file {tables result} {
-        source -encoding utf-8 [file join $here check $file.tcl]
-    }
 
     proc judge {what why} {
         variable results
@@ -26,7 +23,10 @@ namespace eval ::vernoxaCheck {
     proc missing {names} {
         set none {}
         foreach name $names {
-            if {[namespace which -command ::[string trimleft $name :]] eq ""} {
+            set name [string trimleft $name :]
+            # Tcl reads those in its index when they are called.
+            if {[namespace which -command ::$name] eq "" && ![info exists ::auto_index($name)]
+                && ![info exists ::auto_index(::$name)]} {
                 lappend none $name
             }
         }
@@ -70,12 +70,17 @@ namespace eval ::vernoxaCheck {
             judge "it is the one beside this script" [expr {[string equal -nocase $from $mine] ? "" : "it is $from"}]
             catch {judge "its commands answer" [expr {[string length [uplevel #0 getGenerateGuid]] == 36 ? "" : "they do not"}]}
         }
-        set folder [writeResult editor "Vernoxa: what the editor says" $facts $results {} $here]
+        set folder [writeResult editor "Vernoxa: what the editor says" $facts $results {} [list $here %PACKAGE%]]
         puts "What was found: [file nativename [file join $folder editor.html]]"
         puts "To be sent:     [file nativename [file join $folder editor.zip]]"
     }
 
-    if {[catch run why]} {
+    if {[catch {
+        foreach file {tables result} {
+            source -encoding utf-8 [file join $here check $file.tcl]
+        }
+        run
+    } why]} {
         puts "This could not be asked: $why"
     }
 }

@@ -20,7 +20,12 @@ if {[llength [set missing [missingFiles {bin/* check/*}]]]} {
   refuse "[file nativename [join $missing {, }]] [expr {[llength $missing] == 1 ? "is" : "are"}] missing." $unpackAgain
 }
 array set options {-loads 1000 -keep 0}  ;# how often it is loaded; 1: the folder of the check stays
-array set options $argv
+foreach {option value} $argv {
+  if {![info exists options($option)] || ![string is digit -strict $value]} {
+    refuse "\"$option $value\" means nothing here." "There are: /quiet (first), -loads TIMES, -keep 1."
+  }
+  set options($option) $value
+}
 
 set silent 180   ;# seconds without a word after which a process counts as hanging
 set results {}   ;# each a step's name, result, what was wrong, milliseconds
@@ -122,6 +127,9 @@ proc portsTaken {} {
 }
 
 say "Vernoxa $version: trying the plug-in on this machine. It shows a few boxes, and closes them itself."
+if {[set why [socketFault]] ne ""} {
+  refuse "no program may listen on 127.0.0.1 here ($why), so the plug-in has no link." "Does a firewall forbid it?"
+}
 set taken [portsTaken]
 if {[llength $taken]} {
   refuse "[join $taken {, }]. The plug-in has no other ports." "End the editor and its companion, and try again."
@@ -168,7 +176,8 @@ foreach {name path} {schLog.txt i/Script/Log/schLog.txt crash-log.txt i/bin/catc
     lappend logs $name [readFile [file join $root $path]]
   }
 }
-if {[catch {writeResult result "Vernoxa: result of the check" $facts $results $logs $root} folder]} {
+if {[catch {writeResult result "Vernoxa: result of the check" $facts $results $logs \
+    [list $root %CHECK% [file dirname $here] %PACKAGE%]} folder]} {
   judge "the result is written" $folder
   set folder ""
 }

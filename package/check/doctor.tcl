@@ -32,7 +32,7 @@ fine "Windows [lindex [windowsVersion] 0]; the plug-in needs no Visual C run-tim
 foreach look {looksAtFolder looksAtPackage looksAtSettings looksAtMark looksAtCodePage looksAtPorts looksAtEditors looksAtLogs
               looksAtTemporary} {
   if {[catch $look why]} {
-    fine "($look: $why)"
+    found "One thing could not be looked at ($look: $why)." "Please tell it on the page from which you downloaded the zip."
   }
 }
 finish

@@ -62,34 +62,107 @@ proc looksAtPackage {} {
   }
 }
 
+proc afterSpaces {text at} {
+  regexp -indices -start $at {\A[\x01-\x20]*} $text spaces
+  return [expr {[lindex $spaces 1] + 1}]
+}
+
+# Where a value of JSON ends, whose names and texts of the members go into the variable when it is an object. An error
+# whose text is the place where the value stops to be JSON.
+proc jsonEnd {text at {members -}} {
+  upvar 1 $members found
+  set found {}
+  set at [afterSpaces $text $at]
+  set open [string index $text $at]
+  if {$open eq "" || [string first $open "\{\["] < 0} {
+    if {![regexp -indices -start $at {\A(?:"(?:[^"\\]|\\["\\/bfnrt]|\\u[[:xdigit:]]{4})*"|-?\d[\d.eE+-]*|true|false|null)} $text value]} {
+      error $at
+    }
+    return [expr {[lindex $value 1] + 1}]
+  }
+  set close [expr {$open eq "\{" ? "\}" : "\]"}]
+  set at [afterSpaces $text [expr {$at + 1}]]
+  if {[string index $text $at] eq $close} {
+    return [expr {$at + 1}]
+  }
+  while 1 {
+    if {$open eq "\{"} {
+      set began [afterSpaces $text $at]
+      if {[string index $text $began] ne "\""} {
+        error $began
+      }
+      set at [jsonEnd $text $began]
+      set name [string range $text $began+1 $at-2]
+      set at [afterSpaces $text $at]
+      if {[string index $text $at] ne ":"} {
+        error $at
+      }
+      incr at
+    }
+    set began [afterSpaces $text $at]
+    set at [jsonEnd $text $began]
+    if {$open eq "\{"} {
+      lappend found $name [string range $text $began $at-1]
+    }
+    set at [afterSpaces $text $at]
+    if {[string index $text $at] eq $close} {
+      return [expr {$at + 1}]
+    } elseif {[string index $text $at] ne ","} {
+      error $at
+    }
+    incr at
+  }
+}
+
+# What the plug-in takes of the settings, as it does: the first member of a name counts, and nothing behind the object.
 proc looksAtSettings {} {
   set file [file join $::base Config App.txt]
   if {![file exists $file]} {
     fine "there are no settings, Config\\App.txt: the plug-in works, and does not start the companion"
     return
   }
-  set text [readFile $file]
-  if {[string match "\xEF\xBB\xBF*" $text] || [string match "\xFF\xFE*" $text] || [string match "\xFE\xFF*" $text]} {
-    found "Config\\App.txt begins with a byte order mark, which the plug-in does not read." \
-        "Save it once more as ANSI, or as UTF-8 without BOM."
+  if {[catch {open $file rb} channel]} {
+    found "Config\\App.txt cannot be read[expr {[file isdirectory $file] ? ": it is a folder" : ""}]." \
+        "Give yourself the right to read it, or put a file there; Config\\App.sample.txt shows what it holds."
     return
   }
-  set string {"(?:[^"\\]|\\.)*"}
-  set value "(?:$string|-?\\d\[\\d.eE+-\]*|true|false|null)"
-  set member "\\s*$string\\s*:\\s*$value\\s*"
-  if {![regexp "^\\s*\\{(?:$member\(?:,$member)*|\\s*)\\}\\s*$" $text]} {
-    found "Config\\App.txt is not valid JSON, so none of the settings counts." \
-        "Copy Config\\App.sample.txt over it, and change what you like."
+  set text [read $channel]
+  close $channel
+  if {[string match "\xFF\xFE*" $text] || [string match "\xFE\xFF*" $text]} {
+    found "Config\\App.txt is saved as UTF-16 (\"Unicode\"), which the plug-in does not read." \
+        "Save it once more as ANSI or UTF-8."
     return
   }
-  if {[regexp "\"StartWithCadence\"\\s*:\\s*($value)" $text - start] && $start ni {{"1"} {"0"} {""}}} {
-    found "\"StartWithCadence\" in Config\\App.txt is $start; only \"1\", with its quotes, starts the companion." \
-        "Write \"StartWithCadence\":\"1\"."
+  set at [expr {[string match "\xEF\xBB\xBF*" $text] ? 3 : 0}]
+  if {[catch {jsonEnd $text $at settings} at]} {
+    set line [regexp -all \n [string range $text 0 $at]]
+    found "Config\\App.txt is not valid JSON (line [expr {$line + 1}]), so none of the settings counts." \
+        "Mend that line: texts and names stand in double quotes, a comma between two, and a backslash is written twice. Config\\App.sample.txt shows how."
+    return
   }
-  if {[regexp "\"AlgMenuLang\"\\s*:\\s*($value)" $text - language] && $language ni {{"EN"} {"CN"}}} {
-    set language [encoding convertfrom [encoding system] $language]
-    found "\"AlgMenuLang\" in Config\\App.txt is $language; the plug-in knows the languages \"EN\" and \"CN\"." \
-        "Write one of these two, with its quotes."
+  foreach {setting good} {StartWithCadence {{"1"} {"0"} {""}} AlgMenuLang {{"EN"} {"CN"}}} {
+    looksAtSetting $settings $setting $good
+  }
+}
+
+proc looksAtSetting {settings setting good} {
+  foreach {name value} $settings {
+    set value [encoding convertfrom [encoding system] $value]
+    if {$name eq $setting} {
+      if {$value ni $good && $setting eq "StartWithCadence"} {
+        found "\"StartWithCadence\" in Config\\App.txt is $value; only \"1\", with its quotes, starts the companion." \
+            "Write \"StartWithCadence\":\"1\"."
+      } elseif {$value ni $good} {
+        found "\"AlgMenuLang\" in Config\\App.txt is $value; the plug-in knows the languages \"EN\" and \"CN\"." \
+            "Write one of these two, with its quotes."
+      }
+      return
+    }
+  }
+  foreach {name value} $settings {
+    if {[string equal -nocase $name $setting]} {
+      found "\"$name\" in Config\\App.txt is none of the settings: the plug-in knows \"$setting\"." "Write the name so."
+    }
   }
 }
 
@@ -115,7 +188,7 @@ proc looksAtLogs {} {
   } elseif {[file exists $log] && [catch {open $log a} channel]} {
     found "The log Script\\Log\\schLog.txt cannot be written ([string trim [lindex [split $channel :] end]])." \
         "Take its \"read-only\" away, give yourself the right to write there, or delete it."
-  } elseif {![file exists $log] && [catch {open [set try [file join $folder try.tmp]] w} channel]} {
+  } elseif {![file exists $log] && [catch {open [set try [file join $folder vernoxa-[pid].tmp]] {WRONLY CREAT EXCL}} channel]} {
     found "Nothing can be written in Script\\Log." "Give yourself the right to write in that folder."
   } else {
     close $channel

@@ -14,6 +14,10 @@ proc looksAtCodePage {} {
 
 # A port is listened on, by whom, and whether that is as it should be.
 proc looksAtPorts {} {
+  if {[set why [socketFault]] ne ""} {
+    found "No program may listen on 127.0.0.1 here ($why), so the plug-in has no link." "Does a firewall forbid it?"
+    return
+  }
   foreach {port rightful whose} {9601 lantuzs "the companion's" 9610 capture "the editor's"} {
     if {![isTaken $port]} {
       fine "port $port, $whose, is free: [expr {$port == 9601 ? "no companion runs" : "no editor with the plug-in runs"}]"

@@ -25,11 +25,20 @@ proc isTaken {port} {
   if {![catch {portOwner $port} owner] && $owner ne ""} {
     return 1
   }
-  if {[catch {socket -server list -myaddr 127.0.0.1 $port} channel]} {
-    return 1
+  if {[catch {socket -server list -myaddr 127.0.0.1 $port} channel why]} {
+    return [expr {[lindex [dict get $why -errorcode] 1] in {EADDRINUSE EACCES}}]
   }
   close $channel
   return 0
+}
+
+# Why no program may listen here at all; "" where one may.
+proc socketFault {} {
+  if {[catch {socket -server list -myaddr 127.0.0.1 0} channel]} {
+    return $channel
+  }
+  close $channel
+  return ""
 }
 
 # Who listens on a port, in words.

@@ -16,14 +16,16 @@ proc zipOf {files} {
   return $body$directory[binary format a4ssssiis PK\5\6 0 0 $count $count [string length $directory] [string length $body] 0]
 }
 
-# Bytes in which neither the folder of the check nor the names of user and computer stand, as text, in JSON, or in the
-# digits of a packet.
-proc scrubbed {text root} {
+# Bytes in which neither these folders (each with the word for it) nor the names of user and computer stand, as text, in
+# JSON, or in the digits of a packet.
+proc scrubbed {text folders} {
   set names {}
   set words {}
-  foreach folder [lsort -unique [list $root [file normalize $root]]] {
-    lappend names $folder [file nativename $folder] [string map {/ \\\\} $folder]
-    lappend words %CHECK% %CHECK% %CHECK%
+  foreach {folder word} $folders {
+    foreach folder [lsort -unique [list $folder [file normalize $folder]]] {
+      lappend names $folder [file nativename $folder] [string map {/ \\\\} $folder]
+      lappend words $word $word $word
+    }
   }
   foreach {name word} {USERPROFILE %USER% USERNAME %USER% COMPUTERNAME %COMPUTER%} {
     if {[info exists ::env($name)] && [string length [encoding convertto utf-8 $::env($name)]] > 2} {
@@ -70,14 +72,14 @@ proc temporaryFolder {} {
     error "The variable TEMP, which names the folder for temporary files, is not set."
   }
   if {![file isdirectory $folder]} {
-    error "The folder for temporary files, which the variable TEMP names, does not exist: $folder."
+    error "The folder for temporary files, which the variable TEMP names, is not there or no folder: $folder."
   }
   return [file normalize $folder]
 }
 
-# Writes NAME.html and NAME.zip, with the files (a name and bytes each) and without the names that stand for `root` in
+# Writes NAME.html and NAME.zip, with the files (a name and bytes each) and without what `scrubbed` takes out of
 # them; answers their folder.
-proc writeResult {name title facts results files root} {
+proc writeResult {name title facts results files folders} {
   set folder [file join [temporaryFolder] "Vernoxa check"]
   file mkdir $folder
   set html [encoding convertto utf-8 [page $title $facts $results]]
@@ -92,7 +94,7 @@ proc writeResult {name title facts results files root} {
   writeBytes [file join $folder $name.html] $html
   writeBytes [file join $folder $name.txt] [encoding convertto utf-8 $table]
   writeBytes [file join $folder $name.zip] [zipOf [concat {*}[lmap {inside bytes} $all {
-    list $inside [scrubbed $bytes $root]
+    list $inside [scrubbed $bytes $folders]
   }]]]
   return $folder
 }

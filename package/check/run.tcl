@@ -3,6 +3,7 @@
 
 lassign $argv base loads
 set here [file dirname [file normalize [info script]]]
+fconfigure stderr -encoding utf-8
 fconfigure stdout -encoding utf-8 -translation lf -buffering full
 foreach file {frames tables requests host steps drawing desktop} {
   source -encoding utf-8 [file join $here $file.tcl]

@@ -89,6 +89,7 @@ palettes 49 | 12=0x40300 counts more than it holds
 palettes 113 | 12=5 counts more than it holds
 palettes 121 | 20=0xFFFFFFFF counts more than it holds
 comments 70 | 8=9 counts more than it holds | 56=5 name of a group lies outside | 124=20 more formats than it holds
+comments 70 | 124=2,152=4000 a format within a comment lies outside
 comments 70 | 136=4000 a format within a comment lies outside | 136=100 a metafile within a comment is broken
 comments 70 | 256=0 a metafile within a comment is broken | 128=0 sound
 comments 70 | 328=9 older metafile within a comment lies outside
@@ -131,7 +132,9 @@ bitmaps 77 | 44=0x400001 far away | 48=0xFFBFFFFF far away | 100=0x400001 far aw
 bitmaps 77 | 0=76,32=0x400001 far away | 0=76,36=0x400001 far away | 0=76,100=0x400001,32=1 sound
 bitmaps 77 | 52=0x4E6E6B28 far away | 64=0x4E6E6B28 far away | 68=0x4E6E6B28 far away | 72=0xCE6E6B28 far away
 bitmaps 77 | 56=0x4E6E6B28 far away | 60=0x4E6E6B28 far away | 52=0x7F800000 far away | 52=0x7FC00000 far away
-bitmaps 77 | 52=0x41800000 sound | 52=0,64=0 sound
+bitmaps 77 | 52=0x41800000 sound | 52=0,64=0 sound | 44=0x300000,100=0x200000 far away
+bitmaps 77 | 100=40,104=40,52=0x4788B800,60=0x4788B800 far away | 100=40,52=0x4788B800,68=0x4A2AE600 far away
+bitmaps 77 | 100=40,104=40,56=0x4788B800,64=0x4788B800 far away | 104=40,64=0x4788B800,72=0x4A2AE600 far away
 bitmaps 78 | 44=0x400001 far away | 32=0x400001 far away | 68=0x4E6E6B28 far away | 100=0x400001 sound
 bitmaps 79 | 48=0x400001 far away | 56=0x400001 far away | 80=0x4E6E6B28 far away | 52=0x3FFFC0 sound
 bitmaps 114 | 48=0x400001 far away | 104=0x400001 far away | 72=0x4E6E6B28 far away
@@ -246,13 +249,14 @@ TEST(DrawnExtent, HoldsEveryPointOfARecord) {
       {"lines", 54, {95, 5, 95, 5}},           {"lines", 41, {30, 30, 70, 70}},
       {"lines", 44, {30, 30, 90, 90}},         {"lines", 46, {10, 10, 90, 60}},
       {"lines", 56, {10, 10, 90, 90}},         {"short_lines", 85, {10, 10, 90, 90}},
-      {"short_lines", 91, {10, 10, 90, 90}},   {"short_lines", 92, {10, 10, 90, 90}},
-      {"regions", 71, {10, 10, 90, 90}},       {"regions", 72, {10, 10, 90, 90}},
-      {"regions", 73, {10, 10, 90, 90}},       {"regions", 75, {10, 10, 90, 90}},
-      {"bitmaps", 76, {10, 10, 70, 70}},       {"bitmaps", 79, {10, 10, 60, 60}},
-      {"image_formats", 80, {60, 60, 68, 68}}, {"image_formats", 81, {10, 10, 50, 50}},
-      {"texts", 84, {20, 30, 20, 30}},         {"texts", 97, {20, 30, 20, 30}},
-      {"gradients", 118, {10, 10, 90, 90}},    {"regions", 75, {10, 10, 40, 40}, 1},
+      {"short_lines", 90, {10, 10, 90, 90}},   {"short_lines", 91, {10, 10, 90, 90}},
+      {"short_lines", 92, {10, 10, 90, 90}},   {"regions", 71, {10, 10, 90, 90}},
+      {"regions", 72, {10, 10, 90, 90}},       {"regions", 73, {10, 10, 90, 90}},
+      {"regions", 75, {10, 10, 90, 90}},       {"bitmaps", 76, {10, 10, 70, 70}},
+      {"bitmaps", 79, {10, 10, 60, 60}},       {"image_formats", 80, {60, 60, 68, 68}},
+      {"image_formats", 81, {10, 10, 50, 50}}, {"texts", 84, {20, 30, 20, 30}},
+      {"texts", 97, {20, 30, 20, 30}},         {"gradients", 118, {10, 10, 90, 90}},
+      {"regions", 75, {10, 10, 40, 40}, 1},
   };
   for (const auto& each : cases) {
     const std::string metafile = sample(each.sample);

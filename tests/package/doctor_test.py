@@ -120,7 +120,12 @@ FAULTS: dict[str, tuple[Callable[[Installation], object] | int, str]] = {
     "a program of the doctor is lost": (remove("check/helper.dll"), r"check\\helper.dll is missing, or Windows does not load it"),
     "a script of the doctor is lost": (remove("check/result.tcl"), r"check\\result.tcl is missing or damaged"),
     "settings that are not JSON": (write("Config/App.txt", b"{'a':1"), r"App.txt is not valid JSON"),
-    "settings with a mark": (write("Config/App.txt", b"\xef\xbb\xbf{}"), r"byte order mark"),
+    "settings with single backslashes": (write("Config/App.txt", b'{\n"P":"C:\\Users","StartWithCadence":"1"}'),
+                                         r"App.txt is not valid JSON \(line 2\)"),
+    "settings in UTF-16": (write("Config/App.txt", '{"StartWithCadence":"1"}'.encode("utf-16")), r"is saved as UTF-16"),
+    "settings that are a folder": (lambda place: (remove("Config/App.txt")(place), place.write("Config/App.txt/x", b"")),
+                                   r"App.txt cannot be read: it is a folder"),
+    "a setting in small letters": (write("Config/App.txt", b'{"startwithcadence":"1"}'), r'knows "StartWithCadence"'),
     "a number in the settings": (write("Config/App.txt", b'{"StartWithCadence":1}'), r'"StartWithCadence" in .* is 1;'),
     "an unknown language": (write("Config/App.txt", b'{"AlgMenuLang":"FR"}'), r'"AlgMenuLang" in .* is "FR"; .* "EN" and "CN"'),
     "taken port of the companion": (9601, r"Port 9601 is taken by .*; it should be the companion's"),
@@ -131,7 +136,7 @@ FAULTS: dict[str, tuple[Callable[[Installation], object] | int, str]] = {
     "read-only log": (read_only, r"schLog.txt cannot be written \("),
     "a file in the place of the logs' folder": (log_folder_is_a_file, r"Script\\Log is a file where a folder should be"),
     "no TEMP": (temporary(None), r"variable TEMP, .* is not set"),
-    "a TEMP that is not there": (temporary("/nowhere"), r"TEMP names, does not exist: Z:/nowhere"),
+    "a TEMP that is not there": (temporary("/nowhere"), r"TEMP names, is not there or no folder: Z:/nowhere"),
     "what the editor said": (lambda place: place.write("../temp/Vernoxa check/editor.txt", b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"),
                              r"In the editor, Tcl is 8.6: it is 8.5"),
 }
@@ -203,7 +208,10 @@ class DoctorTest(unittest.TestCase):
         return Installation(self.place / "package.zip", self.place / name / "试 x")
 
     def test_it_finds_nothing_where_all_is_well(self) -> None:
-        status, said = self.installation("well").ask("doctor.cmd", "/quiet")
+        place = Installation(self.place / "package.zip", self.place / "well" / "50%finished !x")
+        place.write("Config/App.txt",
+                    b'\xef\xbb\xbf{"StartWithCadence":"1", "Recent":["D:/a",{"x":[]}], "W":{},"startwithcadence":0} x')
+        status, said = place.ask("cmd", "/v:on", "/c", "doctor.cmd", "/quiet")
         self.assertEqual((0, []), (status, re.findall("^  ! .*", said, re.MULTILINE)), said)
 
     def test_it_names_each_fault_and_no_other(self) -> None:

@@ -83,9 +83,9 @@ TEST_F(PacketLogTest, EncodingIsLogged) {
 
 TEST_F(PacketLogTest, DecodingIsLogged) {
   LogWriter log = logs.openTraffic();
-  EXPECT_EQ(told(decodePacket("7b7D", log)), "{}");
+  EXPECT_EQ(told(decodePacket("7b4A7D", log)), "{J}");
   EXPECT_EQ(told(decodePacket("7bzz7dzz", log)), "failure " + utf8(u8"接收的数据异常"));
-  EXPECT_EQ(traffic(), "====================decodePacket\n{}\n====================decodePacket");
+  EXPECT_EQ(traffic(), "====================decodePacket\n{J}\n====================decodePacket");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ import json
 import sys
 
 from vernoxa.command import run
+from vernoxa.dist.package import version
 from vernoxa.places import DOCS
 from vernoxa.wire.catalogue import PROTOCOL
 
@@ -176,7 +177,7 @@ def asyncapi() -> dict:
     frame = f"{LINK['message']} On the wire: {LINK['frame']} {LINK['packetText']}"
     return {
         "asyncapi": "3.1.0",
-        "info": {"title": "Vernoxa", "version": "1.0", "description": frame},
+        "info": {"title": "Vernoxa", "version": version(), "description": frame},
         "defaultContentType": "application/json",
         "servers": {
             "companion": {"host": f"{LINK['address']}:{LINK['companionPort']}", "protocol": "tcp",
