@@ -131,7 +131,7 @@ void scriptText(std::string_view input) {
   };
   const std::ptrdiff_t lists = form % 5 == 4 ? 1 : 0;
   if (form % 5 == 3) {
-    // One word with the command's own: no such command, or no script at all when the value ends in a blank.
+    // One word with the command's own: no such command, or no script at all when the value ends in a space.
     require(isCalled("unknown") <= 1 && interp.calls.size() <= 1, "a joined value ran something");
     require(interp.calls.empty() || interp.calls[0][1].starts_with("target\""), "a joined value chose the procedure");
     return;

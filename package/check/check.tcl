@@ -41,7 +41,7 @@ proc install {root} {
   foreach folder {bin Config/Resource Script/Log project} {
     file mkdir [file join $root i $folder]
   }
-  # A Tcl plays the companion, and finds its library where it looks for it: beside its folder. Programs are written anew,
+  # A Tcl plays the companion, and finds its library where it looks for it: beside its folder. Programs are written again,
   # since a copy would keep the mark of a file from the internet, and Windows would ask before it starts one.
   file copy $::tcl_library [file join $root lib tcl8.6]
   set programs [file dirname [info nameofexecutable]]

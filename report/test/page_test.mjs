@@ -197,7 +197,7 @@ test("everything is done with keys as well", async () => {
   await becomes(activeRow, /R3/);
   await page.setViewportSize({ width: 1100, height: 700 });
   await page.waitForTimeout(300);
-  assert.match(await activeRow(), /R3/); // the table was laid out anew
+  assert.match(await activeRow(), /R3/); // the table was laid out again
   await becomes(async () => (await litRows(page, "bom")).join(), /^1\|R3\|/);
   await page.keyboard.press("Enter");
   assert.deepEqual(await lit(page), ["R3"]);

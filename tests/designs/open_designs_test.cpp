@@ -56,7 +56,7 @@ TEST_F(OpenDesignsTest, ALostReplyLosesNothing) {
   status("Close", "b.DSN");
   open("c.dsn;a.dsn");
   status("Open", "c.dsn");
-  EXPECT_EQ(newPaths(), "a.dsn|");  // opened anew, told anew
+  EXPECT_EQ(newPaths(), "a.dsn|");  // opened again, told again
 }
 
 TEST_F(OpenDesignsTest, NoFileKeepsWhatWasTold) {

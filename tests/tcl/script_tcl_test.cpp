@@ -14,16 +14,16 @@ namespace {
 
 constexpr unsigned valuesOfEachKind = 10000;
 
-// The words that blanks make of a value, between that one and "end".
-Words blankSeparated(const char* first, const std::string& value) {
+// The words that spaces make of a value, between that one and "end".
+Words spaceSeparated(const char* first, const std::string& value) {
   Words words{first};
   bool inside = false;
   for (const char c : value) {
-    const bool blank = c == ' ' || c == '\t' || c == '\v' || c == '\f';
-    if (!blank && !inside) {
+    const bool space = c == ' ' || c == '\t' || c == '\v' || c == '\f';
+    if (!space && !inside) {
       words.emplace_back();
     }
-    inside = !blank;
+    inside = !space;
     if (inside) {
       words.back().push_back(c);
     }
@@ -109,11 +109,11 @@ TEST_F(ScriptTest, AValueIsOneWord) {
             joined);
 }
 
-TEST_F(ScriptTest, BareIsTheWordsBetweenItsBlanks) {
+TEST_F(ScriptTest, BareIsTheWordsBetweenItsSpaces) {
   tryValues([](const std::string& value) { return Script("target ").bare(value).literal(" end"); }, {"target"},
-            [](const std::string& value) { return blankSeparated("target", value); });
+            [](const std::string& value) { return spaceSeparated("target", value); });
   tryValues([](const std::string& value) { return Script("target [list ").bare(value).literal(" end] end"); },
-            {"list", "target"}, [](const std::string& value) { return blankSeparated("list", value); });
+            {"list", "target"}, [](const std::string& value) { return spaceSeparated("list", value); });
 }
 
 TEST_F(ScriptTest, ValuesBesideEachOtherRunNothing) {

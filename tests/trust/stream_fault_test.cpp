@@ -205,7 +205,7 @@ TEST_F(StreamFault, EverySocketCallFailsOnce) {
   RecordProperty("faults", number - 2);
 }
 
-// A host that hangs for ever at some byte holds the thread, and lets go of it when the plug-in is loaded anew.
+// A host that hangs for ever at some byte holds the thread, and lets go of it when the plug-in is loaded again.
 TEST_F(StreamFault, TheHostHangsAtEveryByteUntilTheClientIsRetired) {
   const std::string stream = wholeStream().substr(0, 4 + 2 * answers[0].size() + 40);
   int injected = 0;

@@ -151,7 +151,7 @@ def _scalar(value: object) -> str:
 
 
 def print_plain(value: object) -> bytes:
-    """Without any blank. Raises UnicodeEncodeError for text outside the code page."""
+    """Without any space. Raises UnicodeEncodeError for text outside the code page."""
 
     def text(item: object) -> str:
         if isinstance(item, dict):
