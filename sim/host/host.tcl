@@ -19,7 +19,8 @@
 # (connectors), checks, packages.
 
 namespace eval ::host {
-    variable folder [file dirname [file normalize [info script]]]
+    # Normalized last: Tcl then looks only at what is joined to it, not at every folder above for every file.
+    variable folder [file normalize [file dirname [info script]]]
     variable finishing 0
 }
 foreach topic {log kicad frames link menu designs pages parts bom nets drawing modules placing checks packages commands} {

@@ -52,7 +52,7 @@
 #          text {text x y rotation size}
 
 namespace eval ::kicad {
-    variable folder [file join [file dirname [file normalize [info script]]] kicad]
+    variable folder [file normalize [file join [file dirname [info script]] kicad]]
 }
 foreach topic {sexpr symbols parts instances notes drawings variables sheets buses connectivity} {
     source -encoding utf-8 [file join $::kicad::folder $topic.tcl]

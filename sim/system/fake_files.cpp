@@ -11,34 +11,38 @@ constexpr std::uint32_t folderMissingError = 3;  // ERROR_PATH_NOT_FOUND
 constexpr std::uint32_t fileExistsError = 80;    // ERROR_FILE_EXISTS
 constexpr std::uint32_t diskFullError = 112;     // ERROR_DISK_FULL
 
-std::string takeName(std::string_view& path) {
+std::string_view takeName(std::string_view& path) {
   const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
-  std::string name(path.substr(0, end));
+  const std::string_view name = path.substr(0, end);
   path.remove_prefix(std::min(end + 1, path.size()));
   return name;
+}
+
+std::string_view withoutEnd(std::string_view name) {
+  return name.substr(0, name.find_last_not_of(". ") + 1);
 }
 
 // As Windows resolves a path: no "." and "..", no dots and spaces where names end. What begins with "\\", the name of a
 // server or "?" and ".", stays as it is.
 std::string resolved(std::string_view path) {
-  std::vector<std::string> names;
+  std::string full;
   if (path.starts_with("\\\\") || path.starts_with("//")) {
     path.remove_prefix(2);
-    names.push_back("\\\\" + takeName(path));
+    full = "\\\\";
+    full += takeName(path);
+  } else {
+    full = withoutEnd(takeName(path));
   }
+  const std::size_t first = full.size();
   while (!path.empty()) {
-    std::string name = takeName(path);
-    if (name == ".." && names.size() > 1) {
-      names.pop_back();
+    const std::string_view name = takeName(path);
+    if (name == ".." && full.size() > first) {
+      full.resize(full.rfind('\\'));
     }
-    name.erase(name.find_last_not_of(". ") + 1);
-    if (!name.empty() || names.empty()) {
-      names.push_back(std::move(name));
+    if (const std::string_view kept = withoutEnd(name); !kept.empty()) {
+      full += '\\';
+      full += kept;
     }
-  }
-  std::string full;
-  for (const std::string& name : names) {
-    full += (&name == &names.front() ? "" : "\\") + name;
   }
   return full;
 }

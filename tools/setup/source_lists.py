@@ -2,6 +2,7 @@
 
 The machine's own lists stay as they are. Both of their formats are read (see sources.list(5)), and only the
 distribution's own archives are taken: those whose suite begins with the release's code name.
+add-apt-repository would write into the machine's own lists.
 """
 
 import glob
