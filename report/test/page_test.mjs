@@ -330,6 +330,13 @@ test("a page of 5,000 objects pans without stutter", async () => {
   for (let step = 0; step < 6; step++) await page.keyboard.press("+");
   await page.waitForTimeout(500);
   await page.mouse.move(500, 400);
+  const browser = await page.context().newCDPSession(page);
+  await browser.send("Performance.enable", { timeDomain: "threadTicks" });
+  const processorSeconds = async () => {
+    const { metrics } = await browser.send("Performance.getMetrics");
+    return metrics.find(({ name }) => name === "TaskDuration").value;
+  };
+  const before = await processorSeconds();
   await page.mouse.down();
   await page.evaluate(() => {
     window.frames_ = [];
@@ -347,8 +354,13 @@ test("a page of 5,000 objects pans without stutter", async () => {
     .map((time, index) => time - frames[index])
     .sort((one, other) => one - other);
   const [half, most] = [0.5, 0.95].map((share) => gaps[Math.floor(gaps.length * share)]);
-  console.log(`frames while panning: ${gaps.length}, median ${half.toFixed(1)} ms, 95th of 100 ${most.toFixed(1)} ms`);
-  // Alone on two cores: 17 and 33 ms. The limits leave room for what else a test machine does.
-  assert.ok(gaps.length > 10 && half < 34 && most < 150);
+  const worked = ((await processorSeconds()) - before) * 1000;
+  console.log(
+    `panning: ${gaps.length} frames, median ${half.toFixed(1)} ms, 95th of 100 ${most.toFixed(1)} ms; ` +
+      `the page itself worked ${(worked / gaps.length).toFixed(1)} ms for each`,
+  );
+  // Frames of 17 and 33 ms, alone on two cores; how late one comes is also up to what else the machine does. The work
+  // for it is the page's own, and leaves time to draw it.
+  assert.ok(gaps.length > 10 && half < 34 && worked / gaps.length < 12);
   await close();
 });
