@@ -145,9 +145,8 @@ Fault makesFont(const MetafileRecord& record, PlayerState& state) {
   constexpr std::uint32_t mostAxes = 16;
   const bool hasAxes = record.holds(axesAt, 8) && record.number(axesAt) == axesSignature;
   const std::uint32_t axes = hasAxes ? record.number(axesAt + 4) : 0;
-  return axes <= mostAxes && record.holds(8, axes, 4) && (!hasAxes || record.holds(axesAt + 8, axes, 4))
-             ? makes(record, state)
-             : "it counts more than it holds";
+  return axes <= mostAxes && (!hasAxes || record.holds(axesAt + 8, axes, 4)) ? makes(record, state)
+                                                                             : "it counts more than it holds";
 }
 
 enum BrushStyle : std::uint32_t { solid = 0, hatched = 2, pattern = 3, dibPattern = 5, dibPatternPointer = 6 };

@@ -129,6 +129,7 @@ TEST_F(DispatcherTest, ExceptionOfAHandlerIsShown) {
 }
 
 TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
+  enableTraffic();
   const FilePath nameless = FilePath::fromUtf8(utf8(u8"C:\\ṩ.dsn"));  // told by its short name
   fake.files.addFile(nameless, "");
   fake.files.shortPaths[nameless] = pathOf("C:\\S~1.DSN");
@@ -156,6 +157,8 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
     EXPECT_THAT(fake.messages.shown(),
                 testing::AllOf(testing::SizeIs(each.boxes), testing::Each(u8"文件一打开路径异常"_gbk)));
   }
+  EXPECT_THAT(traffic(), testing::HasSubstr("Get file:C:\\b.dsn\nopen file:a.dsn\nopen file:C:\\b.dsn\n"
+                                            "file state:1011 Open\n"));
 }
 
 }  // namespace

@@ -29,6 +29,8 @@ _STATEMENT = re.compile(r"^(?P<indent>[ \t]+)(?P<text>[A-Za-z_*(][^;{}\n]*(?:\([
                         re.MULTILINE)
 _CONDITION = re.compile(r"\b(?P<word>if|while) \((?P<test>[^;{}\n]*)\) \{$", re.MULTILINE)
 _RETURN = re.compile(r"\breturn (?P<value>[^;{}\n]+);")
+# "return {};" would mean the same, or is tried as a word.
+_SAME_AS_NOTHING = ("true", "false", "{}", "0", "nullptr", "std::nullopt", "std::string()")
 _DECLARATION = re.compile(r"^(?:(?:const |static |constexpr |inline |auto |std::|struct |class |enum |explicit |virtual |using |"
                           r"return\b|throw\b|break\b|continue\b|delete\b|goto\b|case\b|default\b)"
                           r"|[\w:<>,*& ]+ [*&]?\w+(?:\(|\{|;| =))")
@@ -108,7 +110,7 @@ def _lines(source: str) -> Iterator[tuple[int, int, str]]:
         if ";" not in match["test"] and " = " not in match["test"]:
             yield match.start("test"), match.end("test"), f"!({match['test']})"
     for match in _RETURN.finditer(source):
-        if match["value"] not in ("true", "false", "{}"):
+        if match["value"] not in _SAME_AS_NOTHING:
             yield match.start("value"), match.end("value"), "{}"
 
 
