@@ -120,6 +120,7 @@ brushes 94 | 36=9 fewer bits than its size needs | 36=0x80000001 a bitmap has no
 brushes 94 | 40=9 fewer bits than its size needs | 40=0xFFFFFFF8 sound | 40=0x80000000 fewer bits than its size needs
 brushes 94 | 44=0x40002 a bitmap is of no known format | 44=0x50001 a bitmap is of no known format
 brushes 94 | 44=0x200001 fewer bits than its size needs | 48=1 a bitmap is of no known format
+brushes 94 | 48=2,52=8,136=0x900 sound | 48=2,52=7,136=0x900 ends within a run | 48=1,52=8 of no known format
 brushes 94 | 64=255 colours of a bitmap lie outside | 12=3 a bitmap is of no known format
 bitmaps 76 | 84=100 bitmap has no known size | 88=40 no known size | 92=40 no known size | 96=4 no known size
 bitmaps 76 | 12=0x10000 no bitmap, and bounds far away
