@@ -154,7 +154,9 @@ TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
   fake.files.removeFile(FilePath::fromUtf8(shortened));  // as its name in messages, it outlives the file
   EXPECT_EQ(part<MessagePaths>().ofDesign(shortened), all ? shortened : "D:\\6F22~1.DSN");
   const auto lines = splitFields(traffic(), '\n');
-  const auto refused = [](const std::string& line) { return line.starts_with("not reported, no name in the code page: D:"); };
+  const auto refused = [](const std::string& line) {
+    return line.starts_with("not reported, no name in the code page: D:");
+  };
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(), refused), all ? 0 : 3);
 }
 
