@@ -15,7 +15,7 @@ for %%f in (tcl\bin\tclsh86.exe tcl\bin\tcl86.dll tcl\bin\zlib1.dll tcl\lib\tcl8
 if defined missing echo %missing% is missing: unpack the whole zip once more, with its folders.
 if not defined missing check\tcl\bin\tclsh86.exe check\check.tcl %1 %2 %3 %4
 if not defined missing set "result=%errorlevel%"
-if not defined missing if not "%result%"=="0" if not "%result%"=="1" if not "%result%"=="2" echo check\tcl\bin\tclsh86.exe does not run here (%result%): unpack the whole zip once more, into a folder with a plain name.
+if not defined missing if not "%result%"=="0" if not "%result%"=="1" if not "%result%"=="2" echo check\tcl\bin\tclsh86.exe does not run here but ends with %result%: unpack the whole zip once more, into a folder with a plain name.
 popd
 if defined wait pause
 exit /b %result%
