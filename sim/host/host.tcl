@@ -19,7 +19,7 @@
 # (connectors), checks, packages.
 
 namespace eval ::host {
-    # Normalized last: Tcl then looks only at what is joined to it, not at every folder above for every file.
+    # Tcl remembers of a normalized path that it is one, and finds what is joined to it without looking at each folder above.
     variable folder [file normalize [file dirname [info script]]]
     variable finishing 0
 }

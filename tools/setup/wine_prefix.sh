@@ -15,10 +15,6 @@ env -u DISPLAY "$VERNOXA_WINE" wineboot --init
 # it either: a program that crashes ends with a line, and waits for no click.
 "$VERNOXA_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
 "$VERNOXA_WINE" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
-# Services that nothing here asks for; every suite waits until they have started.
-for service in Eventlog NDIS PlugPlay; do
-  "$VERNOXA_WINE" reg add "HKLM\System\CurrentControlSet\Services\$service" /v Start /t REG_DWORD /d 4 /f >/dev/null
-done
 
 encoding=$("$VERNOXA_WINE" "$VERNOXA_TCLSH" "$VERNOXA_ROOT/tools/setup/code_page.tcl" | tr -d '\r\n')
 if [ "$encoding" != cp936 ]; then
