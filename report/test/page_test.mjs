@@ -360,7 +360,7 @@ test("a page of 5,000 objects pans without stutter", async () => {
       `the page itself worked ${(worked / gaps.length).toFixed(1)} ms for each`,
   );
   // Alone on two cores a frame comes every 17 ms and the slowest after 33 ms. A busy machine delays them and slows the
-  // page: it worked 7 to 20 ms for a frame there, where drawing everything again would take some hundred.
+  // page: there it was seen to work 7 to 20 ms for a frame.
   assert.ok(gaps.length > 10 && half < 34 && worked / gaps.length < 50);
   await close();
 });
