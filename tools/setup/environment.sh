@@ -18,7 +18,7 @@ export VERNOXA_WINE=/usr/lib/wine/wine64
 [ -x "$VERNOXA_WINE" ] || VERNOXA_WINE=wine
 
 export WINEPREFIX=${VERNOXA_PREFIX:-$VERNOXA_DEPS/wine}  # or the one of a suite
-export WINEDEBUG=-all
+export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES="mscoree,mshtml="  # no offers to install .NET and HTML engines
 # Wine takes the Windows code page from the locale. The messages of other programs stay English.
 export LOCPATH=$VERNOXA_DEPS/locale
