@@ -104,7 +104,7 @@ bool runsEndWithin(const MetafileRecord& bits, std::uint32_t bitCount) {
     if (value == 1) {
       return true;  // the end of the picture
     }
-    const std::size_t more = value == 2 ? 2 : (std::size_t{value} * bitCount + 15) / 16 * 2;
+    const std::size_t more = (std::size_t{value} * bitCount + 15) / 16 * 2;  // value 2, a jump, has two bytes too
     if (!bits.holds(index, more)) {
       return false;
     }

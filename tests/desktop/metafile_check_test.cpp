@@ -58,10 +58,11 @@ constexpr const char* lies = R"(
 lines 1 | 0=2 no header of a metafile | 4=84 no header of a metafile | 40=7 no header of a metafile
 lines 1 | 48=100000 the size of the file is wrong | 48=1001 the size of the file is wrong | 48=108 no record ends it
 lines 1 | 56=0 the table of objects is too small | 56=2 record 3 at 144 (CREATEPEN): no such object
-lines 1 | 60=8 the description lies outside | 88=1000 the pixel format lies outside
+lines 1 | 60=8 the description lies outside | 88=1000 the pixel format lies outside | 88=4,92=100 sound | 92=1000 sound
 lines 37 | 4=0 a wrong size | 4=13 a wrong size | 4=4000 a wrong size | 4=0xFFFFFFFC a wrong size | 0=0 no known type
 lines 37 | 0=1 no known type | 0=69 no known type | 0=123 no known type | 0=43 (RECTANGLE): too short
 lines 37 | 0=14 (EOF): too short | 8=12 no such object | 8=0 no such object | 8=0x80000015 of the system's
+lines 37 | 8=0x80000014 sound
 mapping 34 | 0=14 (EOF): too short | 8=0 not saved | 8=1 not saved | 8=0xFFFFFFFD not saved | 8=0x80000000 not saved
 palettes 112 | 0=14 behind the end
 lines 14 | 8=6 the palette lies outside
@@ -77,6 +78,7 @@ palettes 122 | 8=2 sound
 regions 71 | 28=0x80000004 no such object | 24=68 a region lies outside | 24=16 a region counts more than it holds
 regions 72 | 28=12 no such object
 texts 82 | 8=12 no such object | 704=0x08007664,708=2 sound | 704=0x08007664,708=3 counts more than it holds
+texts 82 | 704=0,708=99 sound
 brushes 93 | 8=12 no such object | 36=32 sound | 36=33 fewer bits than its size needs
 lines 3 | 24=5 (POLYGON): it counts more than it holds | 24=0x20000004 (POLYGON): it counts more than it holds
 lines 8 | 24=20 counts more than it holds | 28=7 counts more than it holds | 32=4 more points than it holds
@@ -121,7 +123,7 @@ brushes 94 | 40=9 fewer bits than its size needs | 40=0xFFFFFFF8 sound | 40=0x80
 brushes 94 | 44=0x40002 a bitmap is of no known format | 44=0x50001 a bitmap is of no known format
 brushes 94 | 44=0x200001 fewer bits than its size needs | 48=1 a bitmap is of no known format
 brushes 94 | 48=2,52=8,136=0x900 sound | 48=2,52=7,136=0x900 ends within a run | 48=1,52=8 of no known format
-brushes 94 | 64=255 colours of a bitmap lie outside | 12=3 a bitmap is of no known format
+brushes 94 | 64=17 colours of a bitmap lie outside | 12=2,64=17 sound | 12=3 a bitmap is of no known format
 bitmaps 76 | 84=100 bitmap has no known size | 88=40 no known size | 92=40 no known size | 96=4 no known size
 bitmaps 76 | 12=0x10000 no bitmap, and bounds far away
 bitmaps 77 | 96=260 a bitmap lies outside
@@ -144,6 +146,7 @@ image_formats 80 | 36=0x400001 far away | 44=0x400001 far away
 image_formats 81 | 32=0x400001 far away | 40=0x7FFFFFFF far away | 44=0x3FFFF8 sound
 short_lines 90 | 24=4,28=3 more points than it holds
 image_formats 81 | 452=8001,456=7998 sound | 452=8000001,456=8 a packed bitmap is too large
+image_formats 81 | 92=1,96=4 sound | 92=1,96=5 sound | 92=1,96=6 of no known format | 92=0x180001,96=4 sound
 image_formats 81 | 468=0 fewer bytes than it says | 468=17 fewer bytes than it says | 468=8 ends within a run
 image_formats 81 | 516=0x03020005 sound | 512=0xFE000508 ends within a run | 524=0x02000403 ends within a run
 )";
@@ -273,7 +276,14 @@ TEST(DrawnExtent, HoldsEveryPointOfARecord) {
     EXPECT_EQ(extent.right, each.extent.right) << each.type;
     EXPECT_EQ(extent.bottom, each.extent.bottom) << each.type;
   }
-  EXPECT_FALSE(drawnExtent(MetafileRecord(std::string_view("\x25\0\0\0\x0C\0\0\0\1\0\0\0", 12))).has_value());
+}
+
+TEST(DrawnExtent, IsNotAllThatPathsAndTextsDraw) {
+  for (std::uint32_t type = 2; type < 200; ++type) {
+    const std::string bytes = withNumber(std::string(8, '\0'), 0, type);
+    EXPECT_EQ(drawsPath(MetafileRecord(bytes)), type >= 62 && type <= 66) << type;
+    EXPECT_EQ(drawsText(MetafileRecord(bytes)), type == 83 || type == 84 || type == 96 || type == 97 || type == 108);
+  }
 }
 
 }  // namespace

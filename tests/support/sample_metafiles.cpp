@@ -20,15 +20,6 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t place) {
   return number;
 }
 
-std::vector<std::size_t> recordPlaces(std::string_view metafile) {
-  std::vector<std::size_t> places;
-  for (std::size_t place = 0; place + 8 <= metafile.size();) {
-    places.push_back(place);
-    place += std::max(numberAt(metafile, place + 4), 8U);
-  }
-  return places;
-}
-
 using Dice = std::mt19937;
 
 std::size_t below(Dice& dice, std::size_t limit) {
@@ -96,6 +87,15 @@ std::vector<SampleMetafile> sampleMetafiles() {
     samples.push_back({name, {std::istreambuf_iterator<char>(stream), {}}});
   }
   return samples;
+}
+
+std::vector<std::size_t> recordPlaces(std::string_view metafile) {
+  std::vector<std::size_t> places;
+  for (std::size_t place = 0; place + 8 <= metafile.size();) {
+    places.push_back(place);
+    place += std::max(numberAt(metafile, place + 4), 8U);
+  }
+  return places;
 }
 
 std::size_t findRecord(std::string_view metafile, std::uint32_t type) {

@@ -18,7 +18,10 @@ struct SampleMetafile {
 // picture.
 std::vector<SampleMetafile> sampleMetafiles();
 
-// Where a metafile's first record of that type begins, by the sizes that its records give; npos without one.
+// Where a metafile's records begin, by the sizes that they give.
+std::vector<std::size_t> recordPlaces(std::string_view metafile);
+
+// Where a metafile's first record of that type begins; npos without one.
 std::size_t findRecord(std::string_view metafile, std::uint32_t type);
 
 // Another 32-bit number at that place, its low byte first.

@@ -1,0 +1,151 @@
+// Which numbers of each kind of record the check and the drawn extent go by, found by changing every number of every
+// sample.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <map>
+#include <set>
+#include <string>
+
+#include "desktop/metafile_check.h"
+#include "desktop/metafile_extent.h"
+#include "support/sample_metafiles.h"
+#include "support/table.h"
+#include "text/text.h"
+
+namespace vernoxa::desktop {
+namespace {
+
+constexpr std::uint32_t large = 0x4E6E6B28;        // a thousand million, also as a float
+constexpr std::uint32_t aPlace = 200;              // where no sample draws
+constexpr std::uint32_t aShortPlace = 0x000100C8;  // another one, as two short numbers too
+constexpr std::uint32_t behindAllCounts = 32;      // of points
+
+struct Numbers {
+  std::set<std::uint32_t> bounded;  // refused when large
+  std::set<std::uint32_t> exact;    // refused already when one more
+  std::set<std::uint32_t> drawn;    // moves the extent
+
+  std::string boundedText() const {
+    std::string text;
+    for (const std::uint32_t at : bounded) {
+      text += std::to_string(at) + (exact.contains(at) ? "+ " : " ");
+    }
+    return text;
+  }
+  std::string drawnText() const {
+    std::string text;
+    for (const std::uint32_t at : drawn) {
+      text += std::to_string(at) + " ";
+    }
+    return text;
+  }
+};
+
+bool moves(const std::string& record, std::uint32_t at) {
+  const auto extent = [](const std::string& bytes) {
+    const DrawnExtent each = drawnExtent(MetafileRecord(bytes)).value_or(DrawnExtent{-1, -1, -1, -1});
+    return std::array{each.left, each.top, each.right, each.bottom};
+  };
+  return extent(record) != extent(withNumber(record, at, at < behindAllCounts ? aPlace : aShortPlace));
+}
+
+void addNumbers(const std::string& metafile, std::size_t place, std::map<std::uint32_t, Numbers>& numbers) {
+  const auto at4 = [&](std::size_t at) { return MetafileRecord(std::string_view(metafile).substr(at)).number(0); };
+  const std::uint32_t bytes = at4(place + 4);
+  const std::string record = metafile.substr(place, bytes);
+  Numbers& kind = numbers[at4(place)];
+  for (std::uint32_t at = 8; at + 4 <= bytes; at += 4) {
+    const auto refused = [&](std::uint32_t number) {
+      return metafileFault(withNumber(metafile, place + at, number)).has_value();
+    };
+    if (refused(large)) {
+      kind.bounded.insert(at);
+    }
+    if (refused(at4(place + at) + 1)) {
+      kind.exact.insert(at);
+    }
+    if (moves(record, at)) {
+      kind.drawn.insert(at);
+    }
+  }
+  if (kind.drawn.empty()) {
+    EXPECT_FALSE(drawnExtent(MetafileRecord(record)).has_value()) << at4(place);
+  }
+}
+
+// Kinds of records, the places of the numbers that are bounded ("+": one more is too many), and of those that are
+// drawn at. All other kinds have none.
+constexpr const char* numbersByKind = R"(
+2 3 4 5 6 | 24+ | 24 28 32 36 40 44 48 52 56
+7 | 24+ 28+ 32+ 36+ | 24 28 40 44 48 52 56 60 64 68 72 76
+8 | 24+ 28+ 32+ 36+ | 24 28 40 44 48 52 56 60 64 68 72 76 80 84
+14 37 38 48 100 101 111 122 | 8 |
+15 27 53 54 |  | 8 12
+29 30 42 43 44 |  | 8 12 16 20
+34 40 99 102 119 | 8+ |
+39 | 8+ 12+ |
+41 |  | 8 12 16
+45 46 47 55 |  | 8 12 16 20 24 28 32 36
+49 | 8+ 12 |
+50 | 8 16+ |
+51 | 8 12 |
+56 | 24+ | 24 28 32 36 40 44 48
+70 | 8+ 20+ 24+ 32+ 36+ 48+ 52+ 56+ 60+ 96+ 104+ 116+ 144 164+ 168+ 188+ 192+ 196 |
+71 | 24+ 28 32+ 36+ 40+ | 40 64 68 72 76 80 84 88 92
+72 | 24+ 28 40+ 44+ 48+ | 48 72 76 80 84 88 92 96 100
+73 74 | 24+ 28+ 32+ 36+ | 36 60 64 68 72 76 80 84 88
+75 | 8+ 12+ 16+ 20+ 24+ | 24 48 52 56 60 64 68 72 76
+76 | 8 12 32 36 44 48 52 56 60 64 68 72 80 84+ 88+ 92+ 96+ 100+ 104 108+ 112+ 116+ 132 | 24 28 32 36
+77 116 | 44 48 52 56 60 64 68 72 80 84+ 88 92+ 96+ 100 104 108+ 112+ 116+ 120+ 124+ 140 | 24 28 32 36
+78 | 32 36 44 48 52 56 60 64 68 72 80 84+ 88 92+ 96+ 108 112+ 116 120 124 128+ 132 | 24 28 32 36
+78 | 136+ 140+ 144+ 160 208+ 212+ 216+ 220+ 224+ 240 |
+79 | 8 12 48 52 56 60 64 68 72 76 80 84 92 96+ 100 104+ 108+ 124+ 128+ 132+ | 24 28 32 36 40 44
+79 | 136+ 140+ 144+ 148+ 152+ 156+ 172 |
+80 | 32 36 40 44 48+ 52 56+ 60+ 64 72+ 76+ 80+ 88+ 92+ 108+ | 24 28 40 44
+81 | 32 36 40 44 48+ 52 56+ 60+ 64 80+ 84+ 88+ 92+ 96+ 100+ 112+ | 24 28 72 76
+82 | 8+ 364+ |
+83 | 44+ 48 52 72+ | 36 40
+84 | 44+ 48+ 52 72+ | 36 40
+85 86 87 88 89 | 24+ | 24 28 32 36 40
+90 91 | 24+ 28+ 32+ 36+ | 24 28 40 44 48 52 56
+92 | 24+ | 24 28 32 36
+93 | 8+ 12 16+ 20 24+ 28+ 32+ 36 40+ 44+ 48+ 64 |
+94 | 8+ 12 16+ 20 24+ 28+ 32+ 36+ 40+ 44+ 48+ 64 |
+95 | 8+ 12+ 16 20+ 24+ 36 40 48+ 52+ 56+ 60+ 64+ 68+ 84 |
+96 97 | 36+ 48+ 52 56 76+ | 36 40 44
+103 | 24+ |
+105 106 | 12+ |
+108 | 16+ | 8 12
+110 112 113 | 12+ 16+ |
+114 | 44 48 52 56 60 64 68 72 80 84+ 88 92+ 96+ 100 104 108+ 112+ 116+ 120+ 124+ 140+ | 24 28 32 36
+118 | 24+ 28+ 84 88 92+ | 24 36 40 52 56 68 72
+121 | 16+ 20+ |
+)";
+
+TEST(MetafileNumbers, AreBoundedAndDrawnAtInEachKindOfRecord) {
+  std::map<std::uint32_t, Numbers> numbers;
+  for (const SampleMetafile& each : sampleMetafiles()) {
+    for (const std::size_t place : recordPlaces(each.bytes)) {
+      if (place != 0) {  // the header
+        addNumbers(each.bytes, place, numbers);
+      }
+    }
+  }
+  std::map<std::uint32_t, std::array<std::string, 2>> expected;
+  for (const auto& row : rowsOf(numbersByKind)) {
+    for (const std::string& kind : splitItems(row[0], ' ')) {
+      auto& [bounded, drawn] = expected[static_cast<std::uint32_t>(std::stoul(kind))];
+      bounded += row[1].empty() ? "" : row[1] + " ";
+      drawn += row[2].empty() ? "" : row[2] + " ";
+    }
+  }
+  for (const auto& [kind, found] : numbers) {
+    const auto& [bounded, drawn] = expected[kind];
+    EXPECT_EQ(found.boundedText(), bounded) << kind;
+    EXPECT_EQ(found.drawnText(), drawn) << kind;
+  }
+}
+
+}  // namespace
+}  // namespace vernoxa::desktop
