@@ -108,6 +108,7 @@ gradients 118 | 24=5 counts more than it holds | 28=3 counts more than it holds 
 texts 83 | 44=9 advances of a text lie outside | 48=93 a text lies outside | 72=81 advances of a text lie outside
 texts 83 | 52=0x2000 advances of a text lie outside
 texts 84 | 52=0x2000 advances of a text lie outside
+texts 96 | 36=0,48=9 sound
 texts 96 | 36=3 counts more than it holds | 48=9 advances of a text lie outside | 76=96 advances of a text lie outside
 texts 108 | 16=5 a text lies outside | 20=0x100 a text lies outside | 20=0x200 a text lies outside
 texts 108 | 56=5 a text lies outside
@@ -123,6 +124,8 @@ brushes 94 | 40=9 fewer bits than its size needs | 40=0xFFFFFFF8 sound | 40=0x80
 brushes 94 | 44=0x40002 a bitmap is of no known format | 44=0x50001 a bitmap is of no known format
 brushes 94 | 44=0x200001 fewer bits than its size needs | 48=1 a bitmap is of no known format
 brushes 94 | 48=2,52=8,136=0x900 sound | 48=2,52=7,136=0x900 ends within a run | 48=1,52=8 of no known format
+brushes 94 | 32=12,36=0x80008,40=0x40001 sound | 32=12,36=0x90008,40=0x40001 fewer bits than its size needs
+brushes 94 | 32=12,36=0x80009,40=0x40001 fewer bits than its size needs
 brushes 94 | 64=17 colours of a bitmap lie outside | 12=2,64=17 sound | 12=3 a bitmap is of no known format
 bitmaps 76 | 84=100 bitmap has no known size | 88=40 no known size | 92=40 no known size | 96=4 no known size
 bitmaps 76 | 12=0x10000 no bitmap, and bounds far away
@@ -145,7 +148,7 @@ bitmaps 116 | 48=0x400001 far away | 104=0x400001 far away | 72=0x4E6E6B28 far a
 image_formats 80 | 36=0x400001 far away | 44=0x400001 far away
 image_formats 81 | 32=0x400001 far away | 40=0x7FFFFFFF far away | 44=0x3FFFF8 sound
 short_lines 90 | 24=4,28=3 more points than it holds
-image_formats 81 | 452=8001,456=7998 sound | 452=8000001,456=8 a packed bitmap is too large
+image_formats 81 | 452=8000,456=8000 sound | 452=8000001,456=8 a packed bitmap is too large
 image_formats 81 | 92=1,96=4 sound | 92=1,96=5 sound | 92=1,96=6 of no known format | 92=0x180001,96=4 sound
 image_formats 81 | 468=0 fewer bytes than it says | 468=17 fewer bytes than it says | 468=8 ends within a run
 image_formats 81 | 516=0x03020005 sound | 512=0xFE000508 ends within a run | 524=0x02000403 ends within a run
