@@ -2,9 +2,6 @@
 # code_page_suite.tcl PAGE Vernoxa64.dll
 # One process does everything, since its start takes longer than all else.
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
-
 lassign $argv page built
 set encoding [expr {$page == 65001 ? "utf-8" : "cp$page"}]
 set root [file join $env(TEMP) vernoxa-page-$page]

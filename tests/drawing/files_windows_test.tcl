@@ -1,8 +1,5 @@
 # The files that the built DLL makes, on a real file system: files_windows_test.tcl Vernoxa64.dll
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
-
 proc bytes {path} {
   return [readFile $path iso8859-1]
 }

@@ -1,8 +1,5 @@
 # The library files that the built DLL makes for a placement, on a real disk: libraries_windows_test.tcl Vernoxa64.dll
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
-
 set root [file join $env(TEMP) vernoxa-libraries]
 catch {file attributes $root/Config/Resource/Empty.olb -readonly 0}
 install $root [lindex $argv 0] Config/Resource Script/Log 模块

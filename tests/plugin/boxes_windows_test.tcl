@@ -1,9 +1,6 @@
 # The boxes and the dialog of the built DLL while scripts run in their event loops: boxes_windows_test.tcl Vernoxa64.dll
 # helper.dll, which lies beside it, does what a user at the boxes would do.
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
-
 set built [lindex $argv 0]
 set root [install [file join $env(TEMP) vernoxa-boxes] $built]
 

@@ -1,9 +1,6 @@
 # The built DLL in a real Windows Tcl, on real files and sockets: load_windows_test.tcl Vernoxa64.dll
 # The plug-in keeps its pauses of ten seconds here, so that everything else runs while its link thread waits.
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
-
 set built [lindex $argv 0]
 set root [file join $env(TEMP) vernoxa-load]
 catch {file delete -force $root}

@@ -1,8 +1,6 @@
 # Modules between the stand-in host and the built DLL: a block of a design is shared, placed into another design and
 # shared from there: modules_windows_test.tcl Vernoxa64.dll
 
-source [file join [file dirname [info script]] .. support on_windows.tcl]
-if {[rereadAsUtf8]} return
 set built [lindex $argv 0]
 set argv {}  ;# would be options of the test package
 package require tcltest

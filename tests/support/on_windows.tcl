@@ -1,17 +1,14 @@
-# What the scripts for the built DLL share: they begin with
-#   source [file join [file dirname [info script]] .. support on_windows.tcl]
-#   if {[rereadAsUtf8]} return
-# since Tcl takes a script for a text in the code page.
+# Runs a script for the built DLL, with what such scripts share: on_windows.tcl SCRIPT.tcl [ARGUMENT...]
 
 set failures 0
 
-proc rereadAsUtf8 {} {
-  if {[info exists ::reread]} {
-    return 0
+# What the process ends with is told first: Wine may end it by a death of its own.
+rename exit endProcess
+proc exit {{status 0}} {
+  if {[info exists ::env(VERNOXA_ENDED)]} {
+    writeFile $::env(VERNOXA_ENDED) $status
   }
-  set ::reread 1
-  uplevel #0 [list source -encoding utf-8 [info script]]
-  return 1
+  endProcess $status
 }
 
 proc check {what got expected} {
@@ -71,3 +68,8 @@ proc quiet {names} {
     proc ::$name args {return 1}
   }
 }
+
+# Left to itself, Tcl takes a script for a text in the code page.
+set argv [lassign $argv argv0]
+source -encoding utf-8 $argv0
+exit
