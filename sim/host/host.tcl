@@ -101,7 +101,7 @@ proc ::host::finish {{code 0}} {
         exitOpration
     }
     link::shut
-    log "end"
+    log [expr {$code ? "end with $code" : "end"}]
     exit $code
 }
 

@@ -36,6 +36,7 @@ DESCRIBER = "vernoxa_docs"  # says whether docs/protocol.json is what the rows d
 SLOW_PROGRAMS = ("vernoxa_trust_tests", "vernoxa_fuzz_replay")
 LONGEST_BUILD = 300  # of one change
 LONGER = 15  # than unchanged: then a test hangs, which is noticed too
+MOST_MEMORY = 4 << 30  # of a test that takes without end, before the machine has none left
 
 
 @dataclasses.dataclass
@@ -66,8 +67,8 @@ class Copy(WorkCopy):
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
         built = self.folder / "build" / PRESET
         try:
-            return all(self.run([str(built / program), *words], self._longest, environment).returncode == 0
-                       for program, *words in commands)
+            return all(self.run(["prlimit", f"--as={MOST_MEMORY}", str(built / program), *words],
+                                self._longest, environment).returncode == 0 for program, *words in commands)
         except subprocess.TimeoutExpired:
             return False
 
