@@ -121,6 +121,8 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
                              "DispProperty 3 4 Value 10k 5 6 7 8", "Junction 5 6"}) {
     call(plugin::run<addMarketPartList>, {"part", record});
   }
+  with_.fake.files.removeFolder("C:\\App\\Cache\\Share");  // whoever cleans up: they are made again
+  with_.fake.files.removeFolder("C:\\App\\Cache");
   const std::string path = call(plugin::run<outputMarketFile>, {"output", "0", "300", "200", ""});
   EXPECT_EQ(path, "C:\\App\\Cache\\Share\\ModuleLib.json");
   EXPECT_EQ(with_.placement.dsnDatPath, path);

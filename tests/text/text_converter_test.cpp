@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "system/fake_world.h"
 #include "text/gbk_literal.h"
 #include "text/text.h"
@@ -30,6 +32,12 @@ TEST_F(TextConverterTest, ConvertsBothWays) {
   EXPECT_EQ(text_.ansiToUtf8(std::string(u8"中\0文"_gbk, 5)), utf8(u8"中"));
   EXPECT_EQ(text_.utf8ToAnsi(std::string("ab\0c", 4)), "ab");
   EXPECT_EQ(text_.ansiToUtf8(""), "");
+}
+
+TEST_F(TextConverterTest, CharactersOfOwnTextsHaveTheBytesOfTheCodePage) {
+  for (const GbkRow& row : gbkRows) {
+    EXPECT_EQ(text_.utf8ToAnsi(utf8(std::filesystem::path(row.characters).u8string())), row.bytes);
+  }
 }
 
 TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
