@@ -5,9 +5,10 @@ import pathlib
 import re
 from typing import Callable, Iterator
 
-# Comments, preprocessor lines and string literals are matched first, so that no change is made inside one.
+# Comments, preprocessor lines, what only the linter reads, and string literals are matched first, so that no change is
+# made inside one.
 _TOKEN = re.compile(
-    r"""(?P<skip>//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*
+    r"""(?P<skip>//[^\n]*|/\*.*?\*/|^\#ifdef[ ]__clang_analyzer__\n.*?^\#(?:else|endif)\b|^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*
                 |^[ \t]*(?:static_assert|template|using|namespace|friend)\b[^\n]*)
       |(?P<string>(?:u8)?"(?:[^"\\\n]|\\.)*")
       |(?P<char>'(?:[^'\\\n]|\\.)+')
