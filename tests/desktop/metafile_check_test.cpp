@@ -108,7 +108,7 @@ gradients 118 | 24=5 counts more than it holds | 28=3 counts more than it holds 
 texts 83 | 44=9 advances of a text lie outside | 48=93 a text lies outside | 72=81 advances of a text lie outside
 texts 83 | 52=0x2000 advances of a text lie outside
 texts 84 | 52=0x2000 advances of a text lie outside
-texts 96 | 36=0,48=9 sound
+texts 96 | 36=0,48=9 sound | 4=204,36=2,88=0,92=99999 sound
 texts 96 | 36=3 counts more than it holds | 48=9 advances of a text lie outside | 76=96 advances of a text lie outside
 texts 108 | 16=5 a text lies outside | 20=0x100 a text lies outside | 20=0x200 a text lies outside
 texts 108 | 56=5 a text lies outside
