@@ -29,7 +29,7 @@ class SamplesTest(unittest.TestCase):
     def begin(self, *words):
         process = subprocess.Popen([str(word) for word in words], stdin=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(process.wait)
-        self.addCleanup(os.killpg, process.pid, signal.SIGKILL)
+        self.addCleanup(os.killpg, process.pid, signal.SIGTERM)
 
     def test_a_bill_becomes_a_table(self):
         installation = Installation(MODULE)
