@@ -60,6 +60,7 @@ TEST(Text, OfTclBecomesPlainUtf8) {
       {high, lost},
       {low + high, lost + lost},
       {high + high + low, lost + utf8(u8"\U0001F600")},
+      {high + "\xED\xAF\xBF", lost + lost},  // the last one that comes first in a pair
       {high + "x", lost + "x"},
       {"\xED\x9F\xBF", "\xED\x9F\xBF"},  // the last character before the surrogates
       {"ab" + nul + "c" + nul, "ab"},
