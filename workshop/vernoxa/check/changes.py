@@ -69,9 +69,7 @@ def _number(text: str, step: int = 1) -> list[str]:
 
 
 def _string(text: str) -> list[str]:
-    if text.startswith('"0123456789'):  # a table of digits: what stands behind its end is never read
-        return ['"x' + text[1:]]
-    return [text[:-1] + 'x"']
+    return [text.replace('"', '"x', 1)]  # at the front: what stands behind the end of a table is never read
 
 
 def _char(text: str) -> list[str]:
@@ -105,7 +103,7 @@ def _tokens(source: str, step: int = 1) -> Iterator[tuple[int, int, str]]:
 def _lines(source: str) -> Iterator[tuple[int, int, str]]:
     """The places that a whole statement, condition or result offers."""
     for match in _STATEMENT.finditer(source):
-        if not _DECLARATION.match(match["text"]):
+        if not _DECLARATION.match(match["text"]) and not match["text"].endswith("= delete;"):
             yield match.start("text"), match.end("text"), ";"
     for match in _CONDITION.finditer(source):
         if ";" not in match["test"] and " = " not in match["test"]:
