@@ -15,7 +15,7 @@ CASES = (
     ("  return count < 3;", {"  return count <= 3;", "  return count >= 3;", "  return count < 4;", "  return count < 2;",
                              "  return {};"}),
     ("  log.writeLine(text);", {"  ;"}),
-    ('  const auto name = "测";  // a == b', {'  const auto name = "x测";  // a == b'}),
+    ('  const auto name = "测";  // a == b', {'  const auto name = "x测x";  // a == b'}),
     ("  for (; !done; ++next) {", {"  for (; done; ++next) {", "  for (; !done; --next) {"}),
     ("  std::vector<int> numbers;", set()),
     ("#include <vector>  // 1 + 1", set()),

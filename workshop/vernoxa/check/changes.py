@@ -69,7 +69,8 @@ def _number(text: str, step: int = 1) -> list[str]:
 
 
 def _string(text: str) -> list[str]:
-    return [text.replace('"', '"x', 1)]  # at the front: what stands behind the end of a table is never read
+    # At both ends: what stands behind the end of a table is never read.
+    return [text.replace('"', '"x', 1)[:-1] + 'x"']
 
 
 def _char(text: str) -> list[str]:
