@@ -1,5 +1,5 @@
 # The built DLL in a Windows of another code page than the one that it was made for, which is the locale's here:
-# code_page_suite.tcl PAGE Vernoxa64.dll
+# on_windows.tcl code_page_suite.tcl PAGE Vernoxa64.dll
 # One process does everything, since its start takes longer than all else.
 
 lassign $argv page built

@@ -16,7 +16,7 @@
 namespace vernoxa::desktop {
 namespace {
 
-constexpr std::uint32_t large = 0x4E6E6B28;        // a thousand million, also as a float
+constexpr std::uint32_t large = 0x4E6E6B28;        // a thousand million as a float, and more as a number
 constexpr std::uint32_t aPlace = 200;              // where no sample draws
 constexpr std::uint32_t aShortPlace = 0x000100C8;  // another one, as two short numbers too
 constexpr std::uint32_t behindAllCounts = 32;      // of points
@@ -139,6 +139,9 @@ TEST(MetafileNumbers, AreBoundedAndDrawnAtInEachKindOfRecord) {
       bounded += row[1].empty() ? "" : row[1] + " ";
       drawn += row[2].empty() ? "" : row[2] + " ";
     }
+  }
+  for (const auto& [kind, texts] : expected) {
+    EXPECT_TRUE(numbers.contains(kind)) << kind;
   }
   for (const auto& [kind, found] : numbers) {
     const auto& [bounded, drawn] = expected[kind];

@@ -1,4 +1,4 @@
-# The files that the built DLL makes, on a real file system: files_windows_test.tcl Vernoxa64.dll
+# The files that the built DLL makes, on a real file system: on_windows.tcl files_windows_test.tcl Vernoxa64.dll
 
 proc bytes {path} {
   return [readFile $path iso8859-1]

@@ -1,4 +1,4 @@
-# The library files that the built DLL makes for a placement, on a real disk: libraries_windows_test.tcl Vernoxa64.dll
+# The library files that the built DLL makes for a placement, on a real disk: on_windows.tcl libraries_windows_test.tcl Vernoxa64.dll
 
 set root [file join $env(TEMP) vernoxa-libraries]
 catch {file attributes $root/Config/Resource/Empty.olb -readonly 0}

@@ -1,4 +1,4 @@
-# The boxes and the dialog of the built DLL while scripts run in their event loops: boxes_windows_test.tcl Vernoxa64.dll
+# The boxes and the dialog of the built DLL while scripts run in their event loops: on_windows.tcl boxes_windows_test.tcl Vernoxa64.dll
 # helper.dll, which lies beside it, does what a user at the boxes would do.
 
 set built [lindex $argv 0]

@@ -1,4 +1,4 @@
-# The built DLL in a real Windows Tcl, on real files and sockets: load_windows_test.tcl Vernoxa64.dll
+# The built DLL in a real Windows Tcl, on real files and sockets: on_windows.tcl load_windows_test.tcl Vernoxa64.dll
 # The plug-in keeps its pauses of ten seconds here, so that everything else runs while its link thread waits.
 
 set built [lindex $argv 0]

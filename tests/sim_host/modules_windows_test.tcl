@@ -1,5 +1,5 @@
 # Modules between the stand-in host and the built DLL: a block of a design is shared, placed into another design and
-# shared from there: modules_windows_test.tcl Vernoxa64.dll
+# shared from there: on_windows.tcl modules_windows_test.tcl Vernoxa64.dll
 
 set built [lindex $argv 0]
 set argv {}  ;# would be options of the test package

@@ -4,7 +4,7 @@ set failures 0
 
 # What the process ends with is told first: Wine may end it by a death of its own.
 rename exit endProcess
-proc exit {{status 0}} {
+proc exit {{status 1}} {
   if {[info exists ::env(VERNOXA_ENDED)]} {
     writeFile $::env(VERNOXA_ENDED) $status
   }
@@ -71,5 +71,7 @@ proc quiet {names} {
 
 # Left to itself, Tcl takes a script for a text in the code page.
 set argv [lassign $argv argv0]
+incr argc -1
 source -encoding utf-8 $argv0
+puts stderr "$argv0 does not say how it ended"
 exit

@@ -20,6 +20,10 @@ CASES = (
     ("  std::vector<int> numbers;", set()),
     ("#include <vector>  // 1 + 1", set()),
     ("  // only 1 + 1 words", set()),
+    ("  Owned& operator=(const Owned&) = delete;", set()),
+    ("#ifdef __clang_analyzer__\nint a = 1;\n#else\nint a = 1;\n#endif",
+     {"#ifdef __clang_analyzer__\nint a = 1;\n#else\nint a = 2;\n#endif",
+      "#ifdef __clang_analyzer__\nint a = 1;\n#else\nint a = 0;\n#endif"}),
     ("  const char end = '\\n';", {"  const char end = 'y';"}),
     ("  flags |= 0x10U;", {"  flags |= 17U;", "  flags |= 15U;", "  ;"}),
 )

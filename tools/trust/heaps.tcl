@@ -20,3 +20,4 @@ for {set pass 1} {$pass <= $times} {incr pass} {
     puts "pass $pass bytes [processHeaps]"
 }
 puts "end"
+exit 0

@@ -32,3 +32,4 @@ if {$settling ne ""} {
     tell settled
 }
 puts "end"
+exit 0

@@ -72,3 +72,4 @@ long placements $exports {
 }
 puts "left [glob -nocomplain -tails -directory $base *.olb m.json]"
 puts "end"
+exit 0

@@ -69,7 +69,7 @@ def _number(text: str, step: int = 1) -> list[str]:
 
 
 def _string(text: str) -> list[str]:
-    # At both ends: what stands behind the end of a table is never read.
+    # At both ends: what stands behind the end of a table is never read, and some texts are known by their end alone.
     return [text.replace('"', '"x', 1)[:-1] + 'x"']
 
 
@@ -104,7 +104,7 @@ def _tokens(source: str, step: int = 1) -> Iterator[tuple[int, int, str]]:
 def _lines(source: str) -> Iterator[tuple[int, int, str]]:
     """The places that a whole statement, condition or result offers."""
     for match in _STATEMENT.finditer(source):
-        if not _DECLARATION.match(match["text"]) and not match["text"].endswith("= delete;"):
+        if not _DECLARATION.match(match["text"]) and not match["text"].endswith(("= delete;", "= default;")):
             yield match.start("text"), match.end("text"), ";"
     for match in _CONDITION.finditer(source):
         if ";" not in match["test"] and " = " not in match["test"]:

@@ -16,6 +16,7 @@ from vernoxa.command import run
 from vernoxa.places import SETUP
 
 LAST_LINES = 12
+ENDED_BY_WINE = ", then by Wine with signal "  # tools/setup/by_its_own_ending
 
 
 def failures(build: pathlib.Path, name: str, said: str) -> Iterator[tuple[str, str, str]]:
@@ -49,6 +50,10 @@ def count(build: pathlib.Path) -> tuple[int, list[tuple[str, str, str]]]:
     return passed, failed
 
 
+def ended_by_wine(build: pathlib.Path) -> int:
+    return (build / "results.xml").read_text("utf-8", "replace").count(ENDED_BY_WINE)
+
+
 def main() -> int:
     passed, failed = 0, []
     for build in map(pathlib.Path, sys.argv[1:]):
@@ -56,7 +61,8 @@ def main() -> int:
         more, found = count(build) if there else (0, [(build.name, "not built, or CTest itself failed", "./dev test")])
         passed += more
         failed += found
-        print(f"  {build.name}: {more} passed, {len(found)} failed")
+        ends = ended_by_wine(build) if there else 0
+        print(f"  {build.name}: {more} passed, {len(found)} failed" + f", {ends} killed by Wine at their end" * bool(ends))
     for name, said, command in failed:
         last = said.strip().splitlines()[-LAST_LINES:]
         print("\n  ".join([f"FAILED {name}", *last]) + f"\n  alone: {command}")

@@ -19,7 +19,7 @@ from typing import Callable
 
 from vernoxa import command as commands
 from vernoxa.command import Parser
-from vernoxa.places import BUILD, REPOSITORY, TCLSH, WINE
+from vernoxa.places import BUILD, REPOSITORY, SETUP, TCLSH, WINE
 from vernoxa.wire import paths
 
 from . import fuzz_coverage
@@ -27,7 +27,8 @@ from .kinds import KINDS, kind_of
 from .prove import prove
 
 SCRIPTS = REPOSITORY / "tools" / "trust"
-WINDOWS_TCL = [*WINE, str(TCLSH)]
+WINDOWS_TCL = [WINE[0], str(SETUP / "by_its_own_ending"), WINE[1], str(TCLSH),
+               paths.to_windows(REPOSITORY / "tests" / "support" / "on_windows.tcl")]
 LOADS_IN_ONE_PROCESS = 50
 SETTLING = 30000  # milliseconds, in which each link thread passes its poll
 SECONDS_FOR_ANYTHING = 3600
@@ -194,7 +195,7 @@ def loads(findings: Findings, libraries: list[str], processes: int) -> None:
 
 def heaps(findings: Findings, libraries: list[str]) -> None:
     script = [paths.to_windows(SCRIPTS / "heaps.tcl"), *libraries, paths.to_windows(REPOSITORY)]
-    output = run(findings, "heaps", [*WINDOWS_TCL, *script, str(HEAP_PASSES)], WINEDEBUG="warn+heap")
+    output = run(findings, "heaps", [*WINDOWS_TCL, *script, str(HEAP_PASSES)], WINEDEBUG="-all,warn+heap")
     passes = [(int(number), int(used)) for number, used in re.findall(r"pass (\d+) bytes (\d+)", output or "")]
     if output is not None and len(passes) == HEAP_PASSES:
         growth = passes[-1][1] - passes[9][1]

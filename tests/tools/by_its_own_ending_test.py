@@ -1,0 +1,32 @@
+"""A program under Wine that told its status and was then killed is judged by what it told; every other by its end."""
+
+import subprocess
+import unittest
+
+from vernoxa.places import SETUP
+
+CASES = (
+    # what it tells, how it ends, the status, whether the excuse is said
+    ("0", "kill -KILL $$", 0, True),
+    ("0", "kill -SEGV $$", 0, True),
+    ("1", "kill -KILL $$", 1, True),
+    ("", "kill -KILL $$", 137, False),
+    ("", "kill -SEGV $$", 139, False),
+    ("0", "exit 5", 5, False),
+    ("0", "kill -ABRT $$", 134, False),
+    ("0", "exit 0", 0, False),
+)
+
+
+class EndingTest(unittest.TestCase):
+    def test_statuses(self):
+        for told, ending, status, excused in CASES:
+            with self.subTest(told=told, ending=ending):
+                script = f'ulimit -c 0; printf "{told}" >"${{VERNOXA_ENDED#Z:}}"; {ending}'
+                run = subprocess.run([SETUP / "by_its_own_ending", "bash", "-c", script], capture_output=True, text=True,
+                                     check=False)
+                self.assertEqual((status, excused), (run.returncode, "ended with" in run.stdout))
+
+
+if __name__ == "__main__":
+    unittest.main()
