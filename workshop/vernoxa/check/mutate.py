@@ -29,11 +29,13 @@ from . import changes
 from .work_copy import WorkCopy
 
 PRESET = "mutate"
-# The tests that fail soonest come first; what ends a program early saves most of the time.
-PROGRAMS = ("vernoxa_pure_tests", "vernoxa_tcl_tests")
-DESCRIBER = "vernoxa_docs"  # says whether docs/protocol.json is what the rows describe
-# Only what those let pass is worth the time of these: faults of every call, and the corpora of the fuzzers.
-SLOW_PROGRAMS = ("vernoxa_trust_tests", "vernoxa_fuzz_replay")
+Stage = tuple[tuple[str, ...], ...]  # test programs with their words
+# Only what one stage lets pass is worth the time to build the next one.
+STAGES: tuple[Stage, ...] = (
+    (("vernoxa_pure_tests",),),
+    (("vernoxa_tcl_tests",), ("vernoxa_docs", "--check", "docs/protocol.json")),  # what the rows describe
+    (("vernoxa_trust_tests",), ("vernoxa_fuzz_replay", "fuzz/corpus")),  # faults of every call, and the fuzzers' corpora
+)
 LONGEST_BUILD = 300  # of one change
 LONGER = 15  # than unchanged: then a test hangs, which is noticed too
 MOST_MEMORY = 4 << 30  # of a test that takes without end, before the machine has none left
@@ -51,44 +53,36 @@ class Copy(WorkCopy):
     def __init__(self, folder: pathlib.Path):
         super().__init__(folder)
         self._longest: float | None = None
-        if not self._build(*PROGRAMS, DESCRIBER, *SLOW_PROGRAMS, longest=None):
-            sys.exit(f"mutate: the unchanged sources do not build in {folder}")
+        for stage in STAGES:
+            if not self._build(stage, longest=None):
+                sys.exit(f"mutate: the unchanged sources do not build in {folder}")
         began = time.monotonic()
-        if not (self._passes() and self._passes_slowly()):
+        if not all(self._passes(stage) for stage in STAGES):
             sys.exit("mutate: the tests fail before anything was changed")
         self._longest = LONGER * (time.monotonic() - began)
 
-    def _build(self, *targets: str, longest: float | None = LONGEST_BUILD) -> bool:
-        return self.build(PRESET, *targets, seconds=longest)
+    def _build(self, stage: Stage, longest: float | None = LONGEST_BUILD) -> bool:
+        return self.build(PRESET, *(program for program, *_ in stage), seconds=longest)
 
-    def _pass(self, *commands: list[str]) -> bool:
+    def _passes(self, stage: Stage) -> bool:
         scratch = self.folder / "scratch"
         scratch.mkdir(exist_ok=True)
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
         built = self.folder / "build" / PRESET
         try:
             return all(self.run(["prlimit", f"--as={MOST_MEMORY}", str(built / program), *words],
-                                self._longest, environment).returncode == 0 for program, *words in commands)
+                                self._longest, environment).returncode == 0 for program, *words in stage)
         except subprocess.TimeoutExpired:
             return False
 
-    def _passes(self) -> bool:
-        return self._pass(*([program] for program in PROGRAMS),
-                          [DESCRIBER, "--check", str(self.folder / "docs" / "protocol.json")])
-
-    def _passes_slowly(self) -> bool:
-        tests, corpora = SLOW_PROGRAMS
-        return self._pass([tests], [corpora, str(self.folder / "fuzz" / "corpus")])
-
     def attempt(self, change: changes.Change) -> Result:
         with self.changed(change.file, change.apply):
-            if not self._build(*PROGRAMS, DESCRIBER):
-                return Result(change, "not built")
-            if not self._passes():
-                return Result(change, "noticed")
-            if not self._build(*SLOW_PROGRAMS):
-                return Result(change, "not built")
-            return Result(change, "survived" if self._passes_slowly() else "noticed")
+            for stage in STAGES:
+                if not self._build(stage):
+                    return Result(change, "not built")
+                if not self._passes(stage):
+                    return Result(change, "noticed")
+            return Result(change, "survived")
 
 
 def sources(wanted: list[str]) -> list[str]:
