@@ -132,6 +132,8 @@ TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {
   } names[] = {
       {utf8(u8"电"), utf8(u8"电"), u8"电"_gbk},
       {"\x95\x5C/\x95\x5C", "\x95\x5C-\x95\x5C", "\x95\x5C-\x95\x5C"},  // of an old host, in the code page
+      {"\x95\x5C\\c", "\x95\x5C-c", "\x95\x5C-c"},
+      {"a\\b/c", "a-b-c", "a-b-c"},
       {std::string("a").append(tclNul).append("b"), std::string("a").append(tclNul).append("b"), "a"},
   };
   for (const auto& name : names) {

@@ -30,6 +30,7 @@ TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
   } cases[] = {
       {"CON.json", "_CON.json"},
       {"nul", "_nul"},
+      {"aux", "_aux"},
       {"Aux.b.json", "_Aux.b.json"},
       {"PRN .json", "_PRN .json"},
       {"com1.json", "_com1.json"},
