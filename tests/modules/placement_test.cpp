@@ -259,11 +259,15 @@ TEST_F(Placement, MembersOfWrongTypesCountAsMissing) {
 
 // A bracket in a module is two characters of a script.
 TEST_F(Placement, AnEndlessScriptIsLeftOut) {
-  const std::string endless = R"({"name":"E","Property":{"Value":")" + std::string(std::size_t{4} << 20U, '[') + "\"}}";
-  write(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + endless + R"(,{"name":"Wire"}]})");
+  constexpr std::size_t most = std::size_t{8} << 20U;
+  const auto object = [](const std::string& value) { return R"({"name":"E","Property":{"Value":")" + value + "\"}}"; };
+  const std::string endless = object(std::string(most / 2, '['));
+  write(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + endless + "," +
+        object(std::string(most - 4096, 'x')) + R"(,{"name":"Wire"}]})");
   placer_.placeModule(host_);
-  EXPECT_THAT(host_.scripts, ElementsAre(StartsWith("placeLibPart C:/Mods/7/5.olb {R}"),
-                                         StartsWith("setPinNum C:/Mods/7/5.olb {R}"), StartsWith("placePart Wire")));
+  EXPECT_THAT(host_.scripts,
+              ElementsAre(StartsWith("placeLibPart C:/Mods/7/5.olb {R}"), StartsWith("setPinNum C:/Mods/7/5.olb {R}"),
+                          StartsWith("placePart E"), StartsWith("placePart Wire")));
   const auto refused = splitFields(replaceAll(with_.traffic(), "not placed: a script of more than 8 MB", "\1"), '\1');
   EXPECT_EQ(refused.size(), 3U);
 }
