@@ -246,6 +246,13 @@ TEST_F(StartUpTest, InterpreterDeletedInsideACommand) {
   EXPECT_EQ(crashes(), "");
 }
 
+TEST_F(StartUpTest, ACommandThatRefusesIsAnErrorOfTheScript) {
+  load();
+  EXPECT_EQ(interp_.evaluate("writeToClipboard x").status, TCL_OK);
+  fake.clipboard.held = true;
+  EXPECT_EQ(interp_.evaluate("writeToClipboard x").status, TCL_ERROR);
+}
+
 TEST_F(StartUpTest, RegistersTheTableInItsOrder) {
   std::vector<std::string> registered;
   Tcl_CreateObjCommand(

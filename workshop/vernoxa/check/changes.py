@@ -83,6 +83,10 @@ _AFTER: dict[str | None, Callable[[str], list[str]]] = {
 }
 
 
+# The zero that a field of plain data begins with: it is there for the reader, and nearly always another number is put in
+# its place before anybody looks.
+_FIELD = re.compile(r"^  (?:std::)?[\w:]+ \w*[a-zA-Z0-9] = 0;", re.MULTILINE)
+
 # What these files count begins and ends at a multiple of four: one byte more or less says the same.
 _IN_FOURS = re.compile(r"/metafile_\w+\.(?:cpp|h)$")
 
@@ -118,6 +122,8 @@ def of_file(root: pathlib.Path, name: str) -> list[Change]:
     """All changes that can be made to a file, in their order."""
     source = (root / name).read_text(encoding="utf-8")
     skipped = [match.span() for match in _TOKEN.finditer(source) if match.lastgroup == "skip"]
+    if name.endswith(".h"):
+        skipped += [match.span() for match in _FIELD.finditer(source)]
     found = set()
     step = 4 if _IN_FOURS.search(name) else 1
     for start, end, after in [*_tokens(source, step), *_lines(source)]:
