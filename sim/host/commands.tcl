@@ -66,6 +66,9 @@ proc resourcePath {id} {
 
 # The symbols of the active design as a library.
 proc writeLibrary {file} {
+    if {[file exists $file]} {
+        error "$file is there already: give another name"
+    }
     packages::write [dict get $::pages::active path] $file
     host::log "wrote the library $file"
 }

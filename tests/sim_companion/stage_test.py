@@ -117,6 +117,10 @@ class BeginTest(unittest.TestCase):
             (["host", f"{DESIGN.parent}/none.kicad_sch", "--dll", __file__], "there are: channel.kicad_sch, filter"),
             (["demo", "--nothing"], "unrecognized arguments: --nothing; ./dev demo --help lists"),
             (["own_report", __file__, "--dll", __file__], "not a KiCad schematic"),
+            (["own_report", str(DESIGN), "-o", str(DESIGN), "--dll", __file__], "something else: give another name"),
+            (["own_report", str(DESIGN), "-o", "nowhere/a.html", "--dll", __file__], "there is no folder nowhere"),
+            (["companion", "--record", str(DESIGN)], "something else: give another name"),
+            (["companion", "--port", "99999"], "a port is a number up to 65535, not 99999"),
             (["replay", __file__], 'no "conversation 1"'),
             (["report.page", __file__, "out.html"], "not a design that was collected"),
         ):

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import argparse
 import os
+import pathlib
 import signal
 import sys
 from typing import Callable, NoReturn
@@ -24,6 +25,17 @@ class Parser(argparse.ArgumentParser):
         self.exit(REFUSED, f"{self.prog}: {message}; {self.prog} --help lists what it takes\n")
 
 
+def own_file(path: pathlib.Path, begins: str) -> pathlib.Path:
+    """A file that may be written: a new one, or one that began so when it was written before. Raises Refused."""
+    if not path.absolute().parent.is_dir():
+        raise Refused(f"there is no folder {path.parent}")
+    if path.is_file():
+        with open(path, "rb") as file:
+            if file.read(len(begins)) not in (b"", begins.encode()):
+                raise Refused(f"{path} is there and something else: give another name")
+    return path
+
+
 def end_without_reader() -> None:
     """Whoever read the output has had enough: what is still to be said goes nowhere, and the work ends as by Ctrl-C."""
     os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
@@ -33,8 +45,10 @@ def end_without_reader() -> None:
 def run(name: str, main: Callable[[], int]) -> NoReturn:
     """Carries out a command and ends with its status."""
     try:
-        if signal.getsignal(signal.SIGINT) is signal.SIG_DFL:
-            signal.signal(signal.SIGINT, signal.default_int_handler)
+        # Whoever is told to end tidies up first, as by Ctrl-C.
+        for wish in {signal.SIGINT, signal.SIGTERM, getattr(signal, "SIGHUP", signal.SIGTERM)}:
+            if signal.getsignal(wish) is signal.SIG_DFL:
+                signal.signal(wish, signal.default_int_handler)
         status = main()
         sys.stdout.flush()
     except BrokenPipeError:

@@ -6,7 +6,7 @@ import asyncio
 import os
 import pathlib
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, own_file, run
 from vernoxa.companion.view import View
 from vernoxa.places import BUILD, PLUG_IN
 from vernoxa.report import collect, page
@@ -16,10 +16,24 @@ from vernoxa.stage.scene import LINK_SECONDS, Scene
 from vernoxa.stage.session import Missing
 
 SECONDS = 600  # for everything about one design
+BEGINS = "<!DOCTYPE html>"
 
 
-async def make(scene: Scene, reports: dict[pathlib.Path, pathlib.Path]) -> bool:
-    """`reports` by their schematics. True when no fault was seen. Raises Missing, Refused."""
+class Reading(Scene):
+    """Shows, of all that the host says, which part of a design it had to leave out."""
+
+    whole = True
+
+    def heard(self, speaker: str, text: str) -> None:
+        if " is left out: " in text:
+            self.whole = False
+            self.say(text, "red")
+        else:
+            super().heard(speaker, text)
+
+
+async def make(scene: Reading, reports: dict[pathlib.Path, pathlib.Path]) -> bool:
+    """`reports` by their schematics. True when no fault was seen and nothing left out. Raises Missing, Refused."""
     host.require_free_port()
     known = [scene.installation.add_design(schematic, f"design{number}") for number, schematic in enumerate(reports, 1)]
     try:
@@ -35,7 +49,7 @@ async def make(scene: Scene, reports: dict[pathlib.Path, pathlib.Path]) -> bool:
         await scene.quit()
     finally:
         await scene.end()
-    return not scene.companion.faults
+    return scene.whole and not scene.companion.faults
 
 
 def targets(designs: list[pathlib.Path], out: pathlib.Path | None) -> dict[pathlib.Path, pathlib.Path]:
@@ -44,12 +58,12 @@ def targets(designs: list[pathlib.Path], out: pathlib.Path | None) -> dict[pathl
         if design.suffix != ".kicad_sch":
             raise Refused(f"{design} is not a KiCad schematic, whose name ends in .kicad_sch")
     if out and len(designs) == 1 and not out.is_dir():
-        return {designs[0]: out}
+        return {designs[0]: own_file(out, BEGINS)}
     if out and out.is_file():
         raise Refused(f"{out} is a file: several reports need a folder")
     folder = out or pathlib.Path(os.path.relpath(BUILD / "reports"))
     folder.mkdir(parents=True, exist_ok=True)
-    made = {design: folder / f"{design.stem}.html" for design in designs}
+    made = {design: own_file(folder / f"{design.stem}.html", BEGINS) for design in designs}
     if len(set(made.values())) < len(made):
         raise Refused("two designs have one name: make their reports one after the other, with -o")
     return made
@@ -65,7 +79,7 @@ def main() -> int:
     parser.add_argument("--verbose", action="store_true", help="show all that host and companion say")
     options = parser.parse_args()
     with Installation(options.dll) as installation:
-        scene = Scene(View(shown=None if options.verbose else ["report"]), installation, speaker="report")
+        scene = Reading(View(shown=None if options.verbose else ["report"]), installation, speaker="report")
         try:
             return DONE if asyncio.run(make(scene, targets(options.designs, options.out))) else NOT_DONE
         except Missing as error:

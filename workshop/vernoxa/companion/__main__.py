@@ -9,9 +9,9 @@ import pathlib
 import sys
 import time
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, own_file, run
 from vernoxa.wire.events import RECEIVED
-from vernoxa.wire.record import Recorder
+from vernoxa.wire.record import TITLE, Recorder
 
 from .answers import Answers
 from .desk import Desk
@@ -23,13 +23,19 @@ from .words import waiting
 OPEN_SECONDS = 90
 
 
+def _port(text: str) -> int:
+    if not text.isdecimal() or int(text) > 65535:
+        raise argparse.ArgumentTypeError(f"a port is a number up to 65535, not {text}")
+    return int(text)
+
+
 def arguments() -> argparse.Namespace:
     parser = Parser(
         prog="./dev companion",
         description="A stand-in for the companion program: serves the port that the plug-in connects to.",
         epilog=EXITS,
     )
-    parser.add_argument("--port", type=int, default=PORT)
+    parser.add_argument("--port", type=_port, default=PORT)
     parser.add_argument("--record", type=pathlib.Path, metavar="FILE", help="write the conversation to a file")
     parser.add_argument("--modules", type=pathlib.Path, metavar="FOLDER", help="keep uploaded modules there")
     parser.add_argument("--plain", action="store_true", help="neither colour nor prompt")
@@ -43,7 +49,7 @@ async def serve(options: argparse.Namespace) -> int:
     companion.listeners.append(ConversationView(view, answers))
     with contextlib.ExitStack() as stack:
         if options.record:
-            stream = stack.enter_context(open(options.record, "w", encoding="utf-8", newline="\n"))
+            stream = stack.enter_context(open(own_file(options.record, TITLE), "w", encoding="utf-8", newline="\n"))
             companion.listeners.append(Recorder(stream, started=time.strftime("%Y-%m-%d %H:%M:%S")))
         await companion.start()
         view.line("companion", f"listening on {ADDRESS}:{companion.port}")

@@ -3,11 +3,12 @@
 from __future__ import annotations
 
 import asyncio
+import contextlib
 import csv
 import pathlib
 from typing import Iterator, Mapping
 
-from vernoxa.wire.catalogue import ANY, BOM_LINE, COMMANDS, PATH, REFERENCES, Command, Member, find
+from vernoxa.wire.catalogue import ANY, BOM_LINE, COMMANDS, PATH, REFERENCES, REPLY_SUFFIX, Command, Member, find
 from vernoxa.wire.frames import MessageTooLong
 
 from . import tables
@@ -16,6 +17,9 @@ from .server import REPLY_SECONDS, Companion, NotConnected
 from .typed import BadCommand, parse, unnamed_members, words_of
 from .view import View
 from .words import Words, fitting, waiting
+
+FOLLOW_SECONDS = 5  # a host with nothing to say sends nothing
+SILENCE = 0.3
 
 LOCAL = {
     "help": "all commands, or what one takes: help GenerateBOM",
@@ -56,9 +60,21 @@ class Prompt:
 
     async def _ask(self, line: str) -> bool:
         name, data = parse(line, self._answers)
+        since = len(self._companion.events)
         with waiting(self._view, "companion", f"for the answer to {name}", REPLY_SECONDS):
             reply = await self._companion.ask(name, data)
+            if reply is None and (command := find(name)):
+                await self._hear_out(command, since)
         return reply is None or reply.succeeded
+
+    async def _hear_out(self, command: Command, since: int) -> None:
+        """Until what follows instead of an answer has come, if the host has anything to say."""
+        with contextlib.suppress(TimeoutError):
+            await self._companion.wait_for(lambda event: event.is_message(command.follows) or
+                                           event.is_message(command.name + REPLY_SUFFIX), FOLLOW_SECONDS, since)
+            heard = -1
+            while heard != (heard := len(self._companion.events)):
+                await asyncio.sleep(SILENCE)
 
     async def _local(self, word: str, words: list[str]) -> bool:
         answers, view = self._answers, self._view
@@ -76,6 +92,8 @@ class Prompt:
         elif word == "bom":
             return self._bom(words)
         elif word == "checks" and words in ([], ["--all"]):
+            if not answers.findings:
+                return self._say("nothing was checked yet: DsnCheck checks the design")
             for check in sorted(answers.findings):
                 view.table("companion", tables.findings(check, answers), whole=bool(words))
         elif word == "faults":

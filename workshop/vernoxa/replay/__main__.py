@@ -6,8 +6,9 @@ import argparse
 import asyncio
 import pathlib
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, run
-from vernoxa.places import PLUG_IN
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, own_file, run
+from vernoxa.places import PLUG_IN, REPOSITORY
+from vernoxa.wire.record import TITLE
 
 from . import compare, performance
 from .conversation import Conversation
@@ -20,7 +21,8 @@ def arguments() -> argparse.Namespace:
         "and GUIDs are ignored.",
         epilog=EXITS,
     )
-    parser.add_argument("files", nargs="+", type=pathlib.Path, metavar="FILE", help="a recorded conversation")
+    parser.add_argument("files", nargs="*", type=pathlib.Path, metavar="FILE", help="a recorded conversation (those of the "
+                        "tests)", default=sorted((REPOSITORY / "tests" / "conversations").glob("*.txt")))
     parser.add_argument("--dll", type=pathlib.Path, default=PLUG_IN, help="the plug-in")
     parser.add_argument("--keep", type=pathlib.Path, metavar="FILE", help="write the conversation held now to a file")
     parser.add_argument("--update", action="store_true", help="replace the record by the conversation held now")
@@ -32,7 +34,7 @@ def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
     now, last_words = asyncio.run(performance.hold_again(options.dll, recorded))
     found = compare.differences(recorded.entries, now.entries)
     for target in filter(None, (options.keep, path if options.update else None)):
-        now.write(target)
+        now.write(own_file(target, TITLE))
     for difference in found:
         print(difference)
     said = sum(entry.what == "plug-in" for entry in recorded.entries)

@@ -64,6 +64,9 @@ class Installation:
         if not schematic.is_file():
             there = sorted(path.name for path in schematic.parent.glob("*.kicad_sch"))
             raise Refused(f"{schematic} is not there" + f"; there are: {', '.join(there)}" * bool(there))
+        with open(schematic, "rb") as opened:
+            if b"(kicad_sch" not in opened.read(200):
+                raise Refused(f"{schematic} is not a KiCad schematic")
         schematic = schematic.resolve()
         file = self.add_design_folder(folder) / (name or schematic.with_suffix(".dsn").name)
         shown = schematic.relative_to(DESIGNS) if schematic.is_relative_to(DESIGNS) else schematic

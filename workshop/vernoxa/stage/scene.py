@@ -8,12 +8,13 @@ import re
 import time
 from typing import Awaitable, Callable, TypeVar
 
+from vernoxa.command import own_file
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT
 from vernoxa.companion.view import ConversationView, View
 from vernoxa.companion.words import waiting
 from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
-from vernoxa.wire.record import HOST, Recorder
+from vernoxa.wire.record import HOST, TITLE, Recorder
 
 from .installation import Installation
 from .session import QUIT, Missing, Session
@@ -36,7 +37,7 @@ class Scene(Session):
         self.companion.listeners.append(ConversationView(view, self.answers))
         self.hidden: re.Pattern[str] | None = None  # lines of the host that are not shown
         self._began = time.monotonic()
-        self._record = open(record, "w", encoding="utf-8", newline="\n") if record else None
+        self._record = open(own_file(record, TITLE), "w", encoding="utf-8", newline="\n") if record else None
         self._recorder = Recorder(self._record, **installation.about) if self._record else None
         if self._recorder:
             self.companion.listeners.append(self._recorder)

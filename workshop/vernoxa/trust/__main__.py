@@ -345,7 +345,7 @@ PARTS: dict[str, Callable[[Findings, pathlib.Path, argparse.Namespace], None]] =
 
 
 def main() -> int:
-    parser = Parser(description=__doc__)
+    parser = Parser(prog="./dev trust", description=__doc__)
     parser.add_argument("parts", nargs="*", choices=[[], *PARTS], default=[], metavar="PART",
                         help=f"{', '.join(PARTS)} (all)")
     parser.add_argument("--fuzz-minutes", type=float, default=16, help="at most, for all targets together (16)")
