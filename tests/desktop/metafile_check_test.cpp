@@ -111,7 +111,10 @@ gradients 118 | 24=5 counts more than it holds | 28=3 counts more than it holds 
 texts 83 | 44=9 advances of a text lie outside | 48=93 a text lies outside | 72=81 advances of a text lie outside
 texts 83 | 52=0x2000 advances of a text lie outside
 texts 84 | 52=0x2000 advances of a text lie outside
-texts 96 | 36=0,48=9 sound | 4=204,36=2,88=0,92=99999 sound
+texts 83 | 52=92 sound
+texts 84 | 52=92 sound
+texts 97 | 52=96 sound
+texts 96 | 52=96 sound | 36=0,48=9 sound | 4=204,36=2,88=0,92=99999 sound
 texts 96 | 36=3 counts more than it holds | 48=9 advances of a text lie outside | 76=96 advances of a text lie outside
 texts 108 | 16=5 a text lies outside | 20=0x100 a text lies outside | 20=0x200 a text lies outside
 texts 108 | 56=5 a text lies outside
@@ -129,6 +132,7 @@ brushes 94 | 44=0x200001 fewer bits than its size needs | 48=1 a bitmap is of no
 brushes 94 | 48=2,52=8,136=0x900 sound | 48=2,52=7,136=0x900 ends within a run | 48=1,52=8 of no known format
 brushes 94 | 32=12,36=0x80008,40=0x40001 sound | 32=12,36=0x90008,40=0x40001 fewer bits than its size needs
 brushes 94 | 32=12,36=0x80009,40=0x40001 fewer bits than its size needs
+brushes 94 | 20=60,32=12,36=0x80008,40=0x40001 sound | 20=56,32=12,36=0x80008,40=0x40001 colours of a bitmap lie outside
 brushes 94 | 64=17 colours of a bitmap lie outside | 12=2,64=17 sound | 12=3 a bitmap is of no known format
 bitmaps 76 | 84=100 bitmap has no known size | 88=40 no known size | 92=40 no known size | 96=4 no known size
 bitmaps 76 | 12=0x10000 no bitmap, and bounds far away

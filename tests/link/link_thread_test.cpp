@@ -135,6 +135,9 @@ TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
   companionLink.setClientCreated(true);
   EXPECT_TRUE(companionLink.companionMayBeAsked());
   EXPECT_THAT(fake.clock.pauses(), IsEmpty());
+  fake.sockets.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_EQ(thread.testConnect(), -1);
+  EXPECT_EQ(crashes(), "testConnect");
 }
 
 TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
@@ -206,6 +209,7 @@ data of another kind     | {"Result":"0","Data":"a.dsn"}     |   |    | no  |  |
 nothing new              | O"CloseFile":""                   |   |    | no  |  |
 nothing new at all       | O                                 |   |    | no  |  |
 a closed name of one character | O"CloseFile":"a"            |   |    | yes |  |
+a closed name of two     | O"CloseFile":"ab"                 |   | {"Result":"0"} | yes | FileStatus Close |
 no designs               | O"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;" | | | yes |  |
 path of another kind     | O"ProjectPath":["a.dsn"]          |   |    | yes |  |
 the host lost it         | O"ProjectPath":"a.dsn;b.DSN;"     | {"Data":{"PinCount":"-1"}} | | yes | getDsnPinCount,getDsnPinCount | Don't have fileDon't have file

@@ -19,6 +19,7 @@ std::string repeated(std::string_view piece, std::size_t count) {
 TEST(OutsideJson, IsBounded) {
   constexpr const char* size = "longer than 32 MB";
   constexpr const char* depth = "nested deeper than 1000 levels";
+  constexpr std::size_t most = 4'194'304;
   constexpr const char* count = "more than 4194304 values";
   const std::string deepest = repeated("[", 1000) + repeated("]", 1000);
   const struct {
@@ -42,10 +43,10 @@ TEST(OutsideJson, IsBounded) {
       {"behind a bracket that closes nothing", "] " + repeated("[", 2000), ""},
       {"behind a number", "1 " + repeated("[", 2000), ""},
       {"behind a string as a whole", "\"\" " + repeated("[", 2000), ""},
-      {"the most values", "[" + repeated("0,", mostOutsideValues - 2) + "0]", ""},
-      {"one value more", "[" + repeated("0,", mostOutsideValues - 1) + "0]", count},
-      {"objects", "[" + repeated("{},", mostOutsideValues / 2), count},
-      {"words", "[\"" + std::string(mostOutsideValues, ' ') + "\"]", count},
+      {"the most values", "[" + repeated("0,", most - 2) + "0]", ""},
+      {"one value more", "[" + repeated("0,", most - 1) + "0]", count},
+      {"objects", "[" + repeated("{},", most / 2), count},
+      {"words", "[\"" + std::string(most, ' ') + "\"]", count},
       {"no end to a string", "[\"" + repeated("\\", 2001), ""},
   };
   for (const auto& row : rows) {
