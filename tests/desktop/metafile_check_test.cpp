@@ -118,7 +118,7 @@ texts 96 | 52=96 sound | 36=0,48=9 sound | 4=204,36=2,88=0,92=99999 sound
 texts 96 | 36=3 counts more than it holds | 48=9 advances of a text lie outside | 76=96 advances of a text lie outside
 texts 108 | 16=5 a text lies outside | 20=0x100 a text lies outside | 20=0x200 a text lies outside
 texts 108 | 56=5 a text lies outside
-regions 73 | 28=31 a region is of no known form
+regions 73 | 28=31 a region is of no known form | 4=184,24=72,36=3 counts more than it holds | 4=184,24=80,36=3 sound
 regions 74 | 32=2 a region is of no known form | 36=3 a region counts more than it holds
 regions 75 | 8=0 a region is of no known form
 brushes 95 | 36=5 bitmap has no known size | 36=7 a pen is of no known style | 48=5 counts more than it holds
