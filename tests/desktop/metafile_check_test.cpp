@@ -82,7 +82,8 @@ regions 71 | 28=0x80000004 no such object | 24=68 a region lies outside | 24=16 
 regions 72 | 28=12 no such object
 texts 82 | 8=12 no such object | 704=0x08007664,708=2 sound | 704=0x08007664,708=3 counts more than it holds
 texts 82 | 704=0,708=99 sound
-brushes 93 | 8=12 no such object | 36=32 sound | 36=33 fewer bits than its size needs
+brushes 93 | 8=12 no such object | 12=0,64=3 colours of a bitmap lie outside | 12=2,64=30 sound
+brushes 93 | 36=32 sound | 36=33 fewer bits than its size needs
 lines 3 | 24=5 (POLYGON): it counts more than it holds | 24=0x20000004 (POLYGON): it counts more than it holds
 lines 8 | 24=20 counts more than it holds | 28=7 counts more than it holds | 32=4 more points than it holds
 lines 8 | 36=0xFFFFFFFF more points than it holds
