@@ -60,6 +60,7 @@ constexpr const char* lies = R"(
 lines 1 | 0=2 no header of a metafile | 4=84 no header of a metafile | 40=7 no header of a metafile
 lines 1 | 48=100000 the size of the file is wrong | 48=1001 the size of the file is wrong | 48=108 no record ends it
 lines 1 | 56=0 the table of objects is too small | 56=2 record 3 at 144 (CREATEPEN): no such object
+lines 1 | 88=4,92=1000 the pixel format lies outside
 lines 1 | 60=8 the description lies outside | 88=1000 the pixel format lies outside | 88=4,92=100 sound | 92=1000 sound
 lines 37 | 4=0 a wrong size | 4=4 a wrong size | 4=13 a wrong size
 lines 37 | 4=4000 a wrong size | 4=0xFFFFFFFC a wrong size | 0=0 no known type
