@@ -63,7 +63,7 @@ class Prompt:
         since = len(self._companion.events)
         with waiting(self._view, "companion", f"for the answer to {name}", REPLY_SECONDS):
             reply = await self._companion.ask(name, data)
-            if reply is None and (command := find(name)):
+            if reply is None and (command := find(name)) and command.follows:
                 await self._hear_out(command, since)
         return reply is None or reply.succeeded
 
