@@ -143,6 +143,18 @@ constexpr NamingRow namingRows[] = {
 };
 // clang-format on
 
+constexpr bool eachKindHasOneRow() {
+  for (const NamingRow& row : namingRows) {
+    for (const NamingRow& other : namingRows) {
+      if (row.last < row.first || (&row != &other && row.first <= other.last && other.first <= row.last)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+static_assert(eachKindHasOneRow());
+
 }  // namespace
 
 std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record) {

@@ -35,6 +35,8 @@ TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
       {{0, 0, 0, 0}, {1920, 1080, 0, 0}, 0, 0},
       {{-2147483647 - 1, 0, 2147483647, 100}, {32767, 32767, 1, 1}, 0, 0},
       {{-2147483647 - 1, 0, 2147483647, 1000}, {100, 100, 1, 1}, 0, 0},
+      {{-127, 0, 2147483520, 1000}, {100, 100, 1, 1}, 2147483647, 1000},
+      {{-128, 0, 2147483520, 1000}, {100, 100, 1, 1}, 0, 0},
   };
   for (const auto& each : cases) {
     const auto size = frameInPixels(each.frame, each.screen).value_or(PixelSize{});

@@ -62,6 +62,7 @@ lines 1 | 48=100000 the size of the file is wrong | 48=1001 the size of the file
 lines 1 | 56=0 the table of objects is too small | 56=2 record 3 at 144 (CREATEPEN): no such object
 lines 1 | 88=4,92=1000 the pixel format lies outside
 lines 1 | 60=8 the description lies outside | 88=1000 the pixel format lies outside | 88=4,92=100 sound | 92=1000 sound
+lines 1 | 4=100,100=28,104=8 sound | 4=100,100=28,104=8,88=4,92=1000 the pixel format lies outside
 lines 37 | 4=0 a wrong size | 4=4 a wrong size | 4=13 a wrong size
 lines 37 | 4=4000 a wrong size | 4=0xFFFFFFFC a wrong size | 0=0 no known type
 lines 37 | 0=1 no known type | 0=69 no known type | 0=123 no known type | 0=43 (RECTANGLE): too short
@@ -97,6 +98,7 @@ palettes 113 | 12=5 counts more than it holds
 palettes 121 | 20=0xFFFFFFFF counts more than it holds
 comments 70 | 8=9 counts more than it holds | 56=5 name of a group lies outside | 124=20 more formats than it holds
 comments 70 | 124=2,152=4000 a format within a comment lies outside
+comments 70 | 124=2,152=1,156=4000 a format within a comment lies outside
 comments 70 | 136=4000 a format within a comment lies outside | 136=100 a metafile within a comment is broken
 comments 70 | 256=0 a metafile within a comment is broken | 128=0 sound
 comments 70 | 328=9 older metafile within a comment lies outside
@@ -124,7 +126,7 @@ regions 73 | 28=31 a region is of no known form | 4=184,24=72,36=3 counts more t
 regions 74 | 32=2 a region is of no known form | 36=3 a region counts more than it holds
 regions 75 | 8=0 a region is of no known form
 brushes 95 | 36=5 bitmap has no known size | 36=7 a pen is of no known style | 48=5 counts more than it holds
-brushes 95 | 16=100 a bitmap lies outside
+brushes 95 | 16=100 a bitmap lies outside | 20=9999 a bitmap lies outside | 24=9999 a bitmap lies outside
 brushes 94 | 16=1000 a bitmap lies outside | 28=1000 a bitmap lies outside | 20=12 bitmap has no known size
 brushes 94 | 20=44 colours of a bitmap lie outside | 32=39 bitmap has no known size | 36=0 a bitmap has no size
 brushes 94 | 36=9 fewer bits than its size needs | 36=0x80000001 a bitmap has no size
@@ -160,6 +162,7 @@ short_lines 90 | 24=4,28=3 more points than it holds
 image_formats 81 | 452=8000,456=8000 sound | 452=8000001,456=8 a packed bitmap is too large
 image_formats 81 | 92=1,96=4 sound | 92=1,96=5 sound | 92=1,96=6 of no known format | 92=0x180001,96=4 sound
 image_formats 81 | 468=0 fewer bytes than it says | 468=17 fewer bytes than it says | 468=8 ends within a run
+image_formats 81 | 512=0xFF000400,516=0x0200FF00 sound
 image_formats 81 | 516=0x03020005 sound | 512=0xFE000508 ends within a run | 524=0x02000403 ends within a run
 )";
 
@@ -233,6 +236,36 @@ TEST(MetafileCheck, KnowsTheLeastBytesOfEachRecord) {
       EXPECT_THAT(faultWith(bytes - 4), bytes == 8 ? EndsWith("a wrong size") : EndsWith(name + "too short"));
     }
   }
+}
+
+// The metafile with more bytes at the end of a record.
+std::string withRoom(std::string metafile, std::size_t place, std::uint32_t more) {
+  const std::uint32_t bytes = MetafileRecord(std::string_view(metafile).substr(place)).number(4);
+  metafile.insert(place + bytes, more, '\0');
+  metafile = withNumber(metafile, place + 4, bytes + more);
+  return withNumber(metafile, 48, static_cast<std::uint32_t>(metafile.size()));
+}
+
+// One text may come without its advances, each of many may not. So many characters that the record's own head is too
+// short to stand for them.
+TEST(MetafileCheck, AsksForTheAdvancesOfManyTexts) {
+  constexpr std::uint32_t characters = 100;
+  for (const auto& [type, text] : {std::pair{84U, 36U}, std::pair{97U, 40U}}) {
+    const std::size_t place = findRecord(sample("texts"), type);
+    std::string metafile = withRoom(sample("texts"), place, 2 * characters);
+    const auto bytes = MetafileRecord(std::string_view(metafile).substr(place)).number(4);
+    metafile = withNumber(metafile, place + text + 8, characters);
+    metafile = withNumber(metafile, place + text + 12, bytes - 2 * characters);
+    EXPECT_THAT(faultOf(withNumber(metafile, place + text + 36, 0)),
+                EndsWith(type == 84 ? "sound" : "the advances of a text lie outside"));
+  }
+}
+
+TEST(MetafileCheck, TakesFontsOfSixteenAxes) {
+  const std::size_t place = findRecord(sample("texts"), 82) + 344;  // a new form of font, behind an old one
+  const std::string metafile = withNumber(withRoom(sample("texts"), place, 100), place + 360, 0x08007664);
+  EXPECT_EQ(faultOf(withNumber(metafile, place + 364, 16)), "sound");
+  EXPECT_THAT(faultOf(withNumber(metafile, place + 364, 17)), EndsWith("counts more than it holds"));
 }
 
 TEST(MetafileCheck, EndsForMetafilesWithinEachOther) {

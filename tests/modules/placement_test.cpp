@@ -219,6 +219,9 @@ TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
     EXPECT_EQ(with_.fake.files.bytes(modulePath), smallModule);  // for another try
   }
   EXPECT_EQ(with_.fake.files.bytes(folder + "5.olb"), "the user's");
+  with_.fake.random.numbers.assign(9999, 5);
+  with_.fake.random.numbers.insert(with_.fake.random.numbers.end(), {7, 8});
+  EXPECT_EQ(placeLibraryOnly().newLibrary.utf8(), "C:/Mods/7/8.olb");  // after the most tries that are made
 }
 
 // Of another type is as good as missing, and costs no more than itself.

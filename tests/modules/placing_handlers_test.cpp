@@ -71,6 +71,10 @@ TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
   send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")");
   EXPECT_THAT(host_.scripts, ElementsAre("IsSchematicViewActive", "UnSelectAll", "setPlaceMarketFlag 1",
                                          R"(PlaceNew "C:/a\"]\$x/6.olb" ViewBox)"));
+
+  with_.fake.files.removeFile("C:\\App\\config\\Resource\\Empty.olb");  // the host is asked for what could not be made
+  send("PlaceDSNModule", data);
+  EXPECT_EQ(host_.scripts.back(), utf8(u8"PlaceNew \"C:/模块/7.olb\" ViewBox {300 200}"));
 }
 
 TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
