@@ -74,6 +74,8 @@ def encode(text: str, formatted: bool, frame: bool) -> int:
 def show_log(options: argparse.Namespace) -> int:
     text = options.file.read_bytes()
     items = traffic.of_record(options.file) if text.startswith(record.TITLE.encode()) else traffic.read(text)
+    if text.strip() and not any(item.time for item in items):
+        raise Refused(f"{options.file} is no traffic log: no line of it has a time")
     faults = 0
     for item in items:
         faults += len(item.faults)

@@ -57,11 +57,10 @@ void LinkThread::run() noexcept {
 }
 
 void LinkThread::connectToHost() {
-  int connected = -1;
-  while (connected != 0) {
-    connected = connect(client_, hostPort);
-    clock_.sleep(retryPause);  // after the successful attempt too
+  while (connect(client_, hostPort) != 0) {
+    clock_.sleep(retryPause);
   }
+  clock_.sleep(retryPause);  // after the successful attempt too
 }
 
 void LinkThread::waitForCompanion() {

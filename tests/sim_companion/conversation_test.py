@@ -168,7 +168,8 @@ class PromptTest(unittest.TestCase):
                 self.assertEqual(parse(text, self.answers)[1], data)
 
     def test_what_is_no_command_is_refused(self):
-        for text in ("Nothing", "RenameRef x", "JumpToPartRef", "GetActiveProPages 1", 'GenerateBOM "', "{", '{"Data":{}}'):
+        for text in ("Nothing", "RenameRef x", "JumpToPartRef", "JumpToPartRef Page=x", "GetActiveProPages 1",
+                     'GenerateBOM "', "{", '{"Data":{}}'):
             with self.subTest(text), self.assertRaises(BadCommand):
                 parse(text, self.answers)
 

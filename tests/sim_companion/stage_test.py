@@ -60,8 +60,11 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
     async def test_a_host_that_told_its_end_ended_tidily_however_wine_ended_the_process(self):
         for told, ending, status in (("end", "kill -9 $$", 0), ("end", "kill -SEGV $$", 0), ("end", "exit 137", 0),
                                      ("end", "exit 5", 5), ("end with 1", "kill -9 $$", -9), ("open", "exit 139", 139)):
-            one = await host.Host.begin(["/bin/sh", "-c", f"echo host: {told}; {ending}"], lambda *_: None)
+            heard: list[str] = []
+            one = await host.Host.begin(["/bin/sh", "-c", f"echo host: {told}; {ending}"],
+                                        lambda _, words, heard=heard: heard.append(words))
             self.assertEqual(await one.ended(60), status, (told, ending))
+            self.assertEqual(["by Wine" in words for words in heard], [False, True][:2 - bool(status)], heard)
             await one.stop()
 
     async def test_what_is_piped_in_is_asked_and_the_host_ends_with_it(self):

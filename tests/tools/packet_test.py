@@ -124,6 +124,7 @@ class PacketTest(unittest.TestCase):
         self.assertIn("no hexadecimal digit", fault)
         self.assertEqual((2, ""), self.run_packet("encode", '{"a":"😀"}')[:2])
         self.assertEqual((2, ""), self.run_packet("encode", "{")[:2])
+        self.assertEqual((2, ""), self.run_packet("log", __file__)[:2])
 
 
 if __name__ == "__main__":

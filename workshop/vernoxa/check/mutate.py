@@ -22,7 +22,7 @@ import sys
 import time
 from typing import Iterator
 
-from vernoxa.command import Parser, run
+from vernoxa.command import Parser, Refused, run
 from vernoxa.places import REPOSITORY as ROOT
 
 from . import changes
@@ -131,6 +131,8 @@ def main() -> int:
     options = arguments()
     seed = random.SystemRandom().randrange(1_000_000) if options.seed is None else options.seed
     every = [change for name in sources(options.files) for change in changes.of_file(ROOT, name)]
+    if not every:
+        raise Refused(f"no source that is built natively begins with {' or '.join(options.files)}")
     sample = random.Random(seed).sample(every, min(options.count, len(every)))
     print(f"seed {seed}: {len(sample)} of {len(every)} possible changes")
     if options.list:

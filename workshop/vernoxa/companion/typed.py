@@ -56,8 +56,9 @@ def _typed(command: Command, words: list[str]) -> dict[str, str]:
     typed: dict[str, str] = {}
     for word in words:
         name, equals, value = word.partition("=")
+        misspelt = equals and name.isidentifier() and name not in members and not takes_any
         if not (equals and (name in members or takes_any)):
-            name, value = next(unnamed, ""), word
+            name, value = "" if misspelt else next(unnamed, ""), word
         if not name:
             raise BadCommand(f"{command.name} takes {members_text(command) or 'nothing'}, not {word}")
         typed[name] = value

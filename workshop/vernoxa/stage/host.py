@@ -22,7 +22,7 @@ HOST_PORT = PROTOCOL["link"]["hostPort"]
 # Wine's desktop outlives the host for a moment, and says this when its screen goes.
 _SCREEN_GONE = re.compile(r"X connection to \S+ broken")
 _TIDY_END = "end"
-# Of a process that has told its tidy end, where Wine was too slow to end it: tests/support/by_its_own_ending says how
+# Of a process that has told its tidy end, where Wine was too slow to end it: tools/setup/by_its_own_ending says how
 # that comes. As a process here, and as a shell tells it.
 _SIGNALS_OF_WINE = {-signal.SIGKILL, -signal.SIGSEGV, 128 + signal.SIGKILL, 128 + signal.SIGSEGV}
 
@@ -52,8 +52,9 @@ class Host:
                  hear: Callable[[str, str], None]):
         self._process = process
         self._pipe = pipe
+        self._hear = hear
         self._last_words = ""
-        self._listening = asyncio.create_task(self._listen(printed, hear))
+        self._listening = asyncio.create_task(self._listen(printed))
 
     @staticmethod
     async def begin(command: Sequence[str], hear: Callable[[str, str], None]) -> Host:
@@ -83,7 +84,10 @@ class Host:
             # What it printed last.
             await asyncio.wait({self._listening}, timeout=1)
         status = self._process.returncode
-        return 0 if status in _SIGNALS_OF_WINE and self._last_words == _TIDY_END else status
+        if status in _SIGNALS_OF_WINE and self._last_words == _TIDY_END:
+            self._hear("stdout", f"ended with 0, then by Wine with signal {abs(status) % 128}")
+            return 0
+        return status
 
     async def stop(self) -> None:
         """Ends what is left of it."""
@@ -95,12 +99,12 @@ class Host:
         self._listening.cancel()
         self._pipe.close()
 
-    async def _listen(self, printed: asyncio.StreamReader, hear: Callable[[str, str], None]) -> None:
+    async def _listen(self, printed: asyncio.StreamReader) -> None:
         async for line in printed:
             # The plug-in's words for the standard output have no line end.
             loose, mark, spoken = line.decode("utf-8", "replace").rstrip().partition("host: ")
             if loose and not _SCREEN_GONE.match(loose):
-                hear("stdout", loose)
+                self._hear("stdout", loose)
             if mark:
                 self._last_words = spoken
-                hear("host", spoken)
+                self._hear("host", spoken)
