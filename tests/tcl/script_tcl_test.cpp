@@ -86,6 +86,7 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   const std::string value = "a\"[$;]{b\n\\";
   EXPECT_EQ(Script("p ").quoted(value).text(), "p \"a\\\"\\[\\$;]{b\n\\\\\"");
   EXPECT_EQ(Script("p ").bare(value).text(), "p a\"\\[\\$\\;]{b\\n\\\\");
+  EXPECT_EQ(Script("p ").bare("a\\\nb\\\\\rc").text(), "p a\\nb\\\\\\rc");  // escaped already, and not
   EXPECT_EQ(Script("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
   EXPECT_EQ(Script("p [list [list] ").bare("a]").literal("] ").bare("b]").text(), "p [list [list] a\\]] b]");
   EXPECT_EQ(Script("p ").braced("a b}").text(), "p a\\ b}");

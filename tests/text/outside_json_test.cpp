@@ -17,6 +17,7 @@ std::string repeated(std::string_view piece, std::size_t count) {
 }
 
 TEST(OutsideJson, IsBounded) {
+  constexpr std::size_t longest = 33'554'432;
   constexpr const char* size = "longer than 32 MB";
   constexpr const char* depth = "nested deeper than 1000 levels";
   constexpr std::size_t most = 4'194'304;
@@ -28,9 +29,9 @@ TEST(OutsideJson, IsBounded) {
     const char* refusal;
   } rows[] = {
       {"nothing", "", ""},
-      {"the longest text", '"' + std::string(longestOutsideJson - 2, 'x') + '"', ""},
-      {"one byte more", '"' + std::string(longestOutsideJson - 1, 'x') + '"', size},
-      {"what ends at a NUL", std::string("{}\0", 3) + std::string(longestOutsideJson, 'x'), ""},
+      {"the longest text", '"' + std::string(longest - 2, 'x') + '"', ""},
+      {"one byte more", '"' + std::string(longest - 1, 'x') + '"', size},
+      {"what ends at a NUL", std::string("{}\0", 3) + std::string(longest, 'x'), ""},
       {"the deepest text", deepest, ""},
       {"one level more", "[" + deepest + "]", depth},
       {"behind a byte order mark", "\xEF\xBB\xBF \r\n[" + deepest + "]", depth},
