@@ -4,6 +4,7 @@
 #include "designs/host_discovery.h"
 #include "desktop/metafile_check.h"
 #include "desktop/metafile_extent.h"
+#include "desktop/metafile_work.h"
 #include "plugin/installation.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
@@ -99,11 +100,14 @@ void metafile(std::string_view input) {
   }
   require(!desktop::metafileFault(std::string(input) + "x"), "bytes behind a metafile count");
   std::size_t end = 0;
+  desktop::FilledShapes shapes;
   for (std::uint32_t type = 0; type != 14; type = desktop::MetafileRecord(input.substr(end)).type()) {
     const desktop::MetafileRecord rest(input.substr(end));
     const desktop::MetafileRecord record(rest.part(0, rest.number(4)));
     const auto extent = desktop::drawnExtent(record);
     require(!extent || (extent->left <= extent->right && extent->top <= extent->bottom), "an extent is turned round");
+    const auto filled = shapes.next(record, extent);
+    require(!filled || filled->crossings >= 0, "an outline of no length");
     end += record.size();
   }
   require(desktop::metafileFault(input.substr(0, end)).has_value(), "a metafile without its end is taken");

@@ -73,9 +73,9 @@ class Selection {
   HGDIOBJ former_;
 };
 
-// Draws a metafile that was checked before (metafile_check.h) into that rectangle. A record that cannot be drawn, or
-// would draw far beyond any picture, is left out; the others still make a picture. False if the time ran out before the
-// last record.
+// Draws a metafile that was checked before (metafile_check.h) into that rectangle. A record that cannot be drawn,
+// floods an area, or would draw far beyond any picture is left out; the others still make a picture. False if the time
+// ran out before the last record, or would run out with its shapes (metafile_work.h).
 bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit);
 
 }  // namespace vernoxa::desktop

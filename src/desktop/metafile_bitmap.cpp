@@ -210,7 +210,9 @@ Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
   if (header.width == 0 || header.height == 0 || header.width > std::numeric_limits<std::int32_t>::max()) {
     return "a bitmap has no size";
   }
-  if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2) {
+  // Players take what has no colour table for plain rows behind a header of 40 bytes, whatever it says.
+  const bool isOddMask = bitmap.usage == 2 && (header.compression != none || header.bytes < informationHeaderBytes);
+  if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2 || isOddMask) {
     return "a bitmap is of no known format";
   }
   // Some players read a colour table even where there is none, from the bytes that follow.

@@ -24,7 +24,8 @@ Fault newerRecordsFault(const MetafileRecord& data) {
   return nullptr;
 }
 
-// Each format: signature, version, size, offset from the comment's beginning.
+// Each format: signature, version, size, offset from the comment's beginning. Each has bytes of its own: a metafile
+// named many times would be looked through as often, and so would the ones within it.
 Fault formatsFault(const MetafileRecord& data, int depth) {
   constexpr std::size_t first = 28;
   constexpr std::size_t formatBytes = 16;
@@ -32,11 +33,16 @@ Fault formatsFault(const MetafileRecord& data, int depth) {
   if (!data.holds(first, formats, formatBytes)) {
     return "a comment counts more formats than it holds";
   }
+  std::uint64_t bytesOfAll = 0;
   for (std::size_t at = first; at < first + formats * formatBytes; at += formatBytes) {
     const std::uint32_t bytes = data.number(at + 8);
     const std::uint32_t offset = data.number(at + 12);
+    bytesOfAll += bytes;
     if (!data.holds(offset, bytes)) {
       return "a format within a comment lies outside";
+    }
+    if (bytesOfAll > data.size()) {
+      return "formats within a comment overlap";
     }
     if (data.number(at) == enhancedFormat &&
         (depth >= deepest || metafileFault(data.part(offset, bytes), depth + 1).has_value())) {

@@ -1,6 +1,7 @@
 #include "desktop/metafile_extent.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 namespace vernoxa::desktop {
@@ -14,12 +15,9 @@ class Points {
  public:
   void add(std::int64_t x, std::int64_t y) {
     if (!extent_) {
-      extent_ = DrawnExtent{x, y, x, y};
+      extent_ = DrawnExtent{x, y, x, y, {x, y}, {x, y}};
     }
-    extent_->left = std::min(extent_->left, x);
-    extent_->top = std::min(extent_->top, y);
-    extent_->right = std::max(extent_->right, x);
-    extent_->bottom = std::max(extent_->bottom, y);
+    extent_->goTo({x, y});
   }
   const std::optional<DrawnExtent>& extent() const { return extent_; }
 
@@ -157,6 +155,16 @@ static_assert(eachKindHasOneRow());
 
 }  // namespace
 
+void DrawnExtent::goTo(DrawnPoint point) {
+  across += static_cast<double>(std::abs(point.x - last.x));
+  down += static_cast<double>(std::abs(point.y - last.y));
+  left = std::min(left, point.x);
+  top = std::min(top, point.y);
+  right = std::max(right, point.x);
+  bottom = std::max(bottom, point.y);
+  last = point;
+}
+
 std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record) {
   Points points;
   const auto kind = std::find_if(std::begin(namingRows), std::end(namingRows), [&](const NamingRow& row) {
@@ -170,6 +178,10 @@ std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record) {
 
 bool drawsPath(const MetafileRecord& record) {
   return record.type() >= 62 && record.type() <= 66;
+}
+
+bool floods(const MetafileRecord& record) {
+  return record.type() == 53;
 }
 
 bool drawsText(const MetafileRecord& record) {

@@ -16,12 +16,24 @@ constexpr std::int64_t farthestDrawn = 1 << 22;
 // gigabytes for larger ones (1.1 GB for one letter under Wine 8).
 constexpr std::int64_t largestFont = 1 << 13;
 
+struct DrawnPoint {
+  std::int64_t x = 0;
+  std::int64_t y = 0;
+};
+
 // In the record's own units, before any transformation; left <= right and top <= bottom.
 struct DrawnExtent {
   std::int64_t left = 0;
   std::int64_t top = 0;
   std::int64_t right = 0;
   std::int64_t bottom = 0;
+  // From point to point in the record's order: where that begins and ends, and how far it goes in each direction.
+  DrawnPoint first{};
+  DrawnPoint last{};
+  double across = 0;
+  double down = 0;
+
+  void goTo(DrawnPoint point);
 };
 
 // The rectangle around all points that the record names; `nullopt` if it names none. The record was checked before
@@ -32,5 +44,9 @@ std::optional<DrawnExtent> drawnExtent(const MetafileRecord& record);
 bool drawsPath(const MetafileRecord& record);
 
 bool drawsText(const MetafileRecord& record);
+
+// Whether the record fills an area from a point up to a colour. Wine 8 goes on from row to row by recursion: 152 bytes
+// overran its stack. Programs that draw know their areas and fill those.
+bool floods(const MetafileRecord& record);
 
 }  // namespace vernoxa::desktop

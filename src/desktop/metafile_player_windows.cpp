@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <span>
 
 #include "desktop/metafile_extent.h"
+#include "desktop/metafile_work.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -54,43 +56,67 @@ bool hasUsualFont(HDC context) {
          isWithin(context, font.lfWidth, font.lfHeight, largestFont);
 }
 
-bool drawsFarOut(HDC context, const ENHMETARECORD& record) {
-  const MetafileRecord bytes(std::string_view(reinterpret_cast<const char*>(&record), record.nSize));
-  if (const auto extent = drawnExtent(bytes)) {
-    const LONG left = within32Bits(extent->left);
-    const LONG top = within32Bits(extent->top);
-    const LONG right = within32Bits(extent->right);
-    const LONG bottom = within32Bits(extent->bottom);
-    std::array<POINT, 4> corners = {POINT{left, top}, POINT{right, top}, POINT{right, bottom}, POINT{left, bottom}};
-    return !allNear(context, corners) || !hasUsualPen(context) || (drawsText(bytes) && !hasUsualFont(context));
-  }
-  return drawsPath(bytes) && !hasUsualPen(context);
+std::array<POINT, 4> cornersOf(const DrawnExtent& extent) {
+  const LONG left = within32Bits(extent.left);
+  const LONG top = within32Bits(extent.top);
+  const LONG right = within32Bits(extent.right);
+  const LONG bottom = within32Bits(extent.bottom);
+  return {POINT{left, top}, POINT{right, top}, POINT{right, bottom}, POINT{left, bottom}};
 }
 
-// A small metafile may draw any number of pictures on top of each other.
-struct TimeLimit {
+bool drawsFarOut(HDC context, const MetafileRecord& record, const std::optional<DrawnExtent>& extent) {
+  if (extent) {
+    std::array<POINT, 4> corners = cornersOf(*extent);
+    return !allNear(context, corners) || !hasUsualPen(context) || (drawsText(record) && !hasUsualFont(context));
+  }
+  return drawsPath(record) && !hasUsualPen(context);
+}
+
+// The height in pixels.
+double rowsOf(HDC context, const DrawnExtent& extent) {
+  std::array<POINT, 4> corners = cornersOf(extent);
+  LPtoDP(context, corners.data(), static_cast<int>(corners.size()));
+  const auto [highest, lowest] =
+      std::minmax_element(corners.begin(), corners.end(), [](const POINT& a, const POINT& b) { return a.y < b.y; });
+  return static_cast<double>(lowest->y) - static_cast<double>(highest->y);
+}
+
+// A small metafile may draw any number of pictures on top of each other, and one record of it may take minutes.
+struct Playing {
   ULONGLONG end = 0;
+  FilledShapes shapes;
+  double work = 0;
   bool over = false;
 };
 
 int CALLBACK playRecord(HDC context, HANDLETABLE* objects, const ENHMETARECORD* record, int count, LPARAM parameter) {
-  TimeLimit& limit = *reinterpret_cast<TimeLimit*>(parameter);
-  limit.over = GetTickCount64() >= limit.end;
-  if (limit.over) {
+  Playing& playing = *reinterpret_cast<Playing*>(parameter);
+  playing.over = GetTickCount64() >= playing.end;
+  if (playing.over) {
     return FALSE;
   }
-  if (!drawsFarOut(context, *record)) {
+  const MetafileRecord bytes(std::string_view(reinterpret_cast<const char*>(record), record->nSize));
+  const auto extent = drawnExtent(bytes);
+  if (floods(bytes) || drawsFarOut(context, bytes, extent)) {
+    return TRUE;
+  }
+  if (const auto filled = playing.shapes.next(bytes, extent)) {
+    playing.work += filled->work(rowsOf(context, filled->extent));
+  }
+  playing.over = playing.work > mostFillWork;
+  if (!playing.over) {
     PlayEnhMetaFileRecord(context, objects, record, static_cast<UINT>(count));
   }
-  return TRUE;
+  return playing.over ? FALSE : TRUE;
 }
 
 }  // namespace
 
 bool playMetafile(HDC context, HENHMETAFILE metafile, const RECT& whole, std::chrono::milliseconds limit) {
-  TimeLimit time{GetTickCount64() + static_cast<ULONGLONG>(limit.count())};
-  EnumEnhMetaFile(context, metafile, playRecord, &time, &whole);
-  return !time.over;
+  Playing playing;
+  playing.end = GetTickCount64() + static_cast<ULONGLONG>(limit.count());
+  EnumEnhMetaFile(context, metafile, playRecord, &playing, &whole);
+  return !playing.over;
 }
 
 }  // namespace vernoxa::desktop

@@ -114,6 +114,10 @@ Fault makesPalette(const MetafileRecord& record, PlayerState& state) {
   return record.holds(16, record.shortNumber(14), 4) ? makes(record, state) : "it counts more than it holds";
 }
 
+Fault makesColours(const MetafileRecord& record, PlayerState& state) {
+  return record.holds(608, record.number(604)) ? makes(record, state) : "it counts more than it holds";
+}
+
 Fault setsColours(const MetafileRecord& record, PlayerState& state) {
   return record.holds(20, record.number(16), 4) ? usesColours(record, state) : "it counts more than it holds";
 }
@@ -380,7 +384,7 @@ constexpr std::array rows = {
     RecordRow{119, "SETLINKEDUFIS", 12, counts<8, 12, 8>},
     RecordRow{120, "SETTEXTJUSTIFICATION", 16},
     RecordRow{121, "COLORMATCHTOTARGETW", 24, countsTwo<16, 20, 24>},
-    RecordRow{122, "CREATECOLORSPACEW", 608, makes},
+    RecordRow{122, "CREATECOLORSPACEW", 608, makesColours},
 };
 // clang-format on
 

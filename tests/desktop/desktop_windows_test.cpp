@@ -7,13 +7,16 @@
 #include <chrono>
 #include <cstring>
 #include <functional>
+#include <random>
 #include <thread>
+#include <vector>
 
 #include "desktop/clipboard_picture.h"
 #include "desktop/gdi_windows.h"
 #include "desktop/metafile_check.h"
 #include "plugin/world.h"
 #include "support/handle_probe_windows.h"
+#include "support/sample_metafiles.h"
 #include "support/soak.h"
 #include "system/clipboard.h"
 #include "system/desktop.h"
@@ -143,6 +146,16 @@ void drawTexts(HDC context) {
   SelectPalette(context, static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE)), TRUE);
 }
 
+std::string recorded(const std::function<void(HDC)>& draw, LONG height = 3000) {
+  const RECT frame{0, 0, 3000, height};
+  const HDC context = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Tests\0Drawing\0");
+  draw(context);
+  const MetafileHandle drawing(CloseEnhMetaFile(context));
+  std::string bytes(GetEnhMetaFileBits(drawing.get(), 0, nullptr), '\0');
+  GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
+  return bytes;
+}
+
 class RealDesktop : public testing::Test {
  protected:
   RealDesktop() : logs(plugin::crashLogsOf(world, pathOf(folder + "\\bin"))), text(world.codePage, world.messages) {
@@ -213,12 +226,7 @@ TEST_F(RealDesktop, TheCopiedDrawingBecomesAPreviewOnAWhiteGround) {
 
 TEST_F(RealDesktop, WhatTheSystemRecordsIsTaken) {
   for (const auto draw : {drawBitmaps, drawShapes, drawTexts}) {
-    const RECT frame{0, 0, 3000, 3000};
-    const HDC context = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Tests\0Drawing\0");
-    draw(context);
-    const MetafileHandle drawing(CloseEnhMetaFile(context));
-    std::string bytes(GetEnhMetaFileBits(drawing.get(), 0, nullptr), '\0');
-    GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
+    const std::string bytes = recorded(draw);
     EXPECT_EQ(metafileFault(bytes).value_or("sound"), "sound");
     const FilePath path = pathOf(folder + "\\recorded.emf");
     const FilePath bitmap = pathOf(folder + "\\recorded.bmp");
@@ -231,19 +239,43 @@ TEST_F(RealDesktop, WhatTheSystemRecordsIsTaken) {
 
 // The whole picture a thousand times, in a hundred kilobytes.
 TEST_F(RealDesktop, ADrawingThatTakesTooLongIsGivenUp) {
-  const RECT frame{0, 0, 3000, 3000};
-  const HDC context = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
-  for (int count = 0; count < 1000; ++count) {
-    PatBlt(context, 0, 0, 10000, 10000, BLACKNESS);
-  }
-  const MetafileHandle drawing(CloseEnhMetaFile(context));
-  std::string bytes(GetEnhMetaFileBits(drawing.get(), 0, nullptr), '\0');
-  GetEnhMetaFileBits(drawing.get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data()));
-  const auto metafile = world.pictures.openMetafile(bytes);
+  const auto metafile = world.pictures.openMetafile(recorded([](HDC context) {
+    for (int count = 0; count < 1000; ++count) {
+      PatBlt(context, 0, 0, 10000, 10000, BLACKNESS);
+    }
+  }));
   EXPECT_TRUE(metafile->draw({10, 10}, std::chrono::seconds(60)));
   const ULONGLONG start = GetTickCount64();
   EXPECT_FALSE(metafile->draw({4000, 4000}, std::chrono::milliseconds(100)));
   EXPECT_LT(GetTickCount64() - start, 2000U);
+}
+
+// Minutes in one record, where nobody looks at the time.
+TEST_F(RealDesktop, AShapeOfTooManyCrossingsIsNotDrawn) {
+  std::vector<POINT> points(20000);
+  std::mt19937 dice(1);
+  for (POINT& point : points) {
+    point = {static_cast<LONG>(dice() % 1000), static_cast<LONG>(dice() % 1000)};
+  }
+  const auto polygon = [&](HDC context) { Polygon(context, points.data(), static_cast<int>(points.size())); };
+  const auto path = [&](HDC context) {
+    BeginPath(context);
+    for (const POINT& point : points) {
+      LineTo(context, point.x, point.y);
+    }
+    EndPath(context);
+    Ellipse(context, 0, 0, 1, 1);
+  };
+  // The system takes minutes to record a filled path, too: it has the place of the ellipse.
+  const std::string ellipse = recorded(path);
+  const std::string filledPath = withNumber(ellipse, findRecord(ellipse, EMR_ELLIPSE), EMR_FILLPATH);
+  for (const std::string& bytes : {recorded(polygon), filledPath}) {
+    EXPECT_EQ(metafileFault(bytes).value_or("sound"), "sound");
+    EXPECT_FALSE(world.pictures.openMetafile(bytes)->draw({1000, 1000}, std::chrono::seconds(60)));
+  }
+  // A row for each step of a recursion.
+  const auto flood = [](HDC context) { ExtFloodFill(context, 1, 1, RGB(255, 255, 255), FLOODFILLSURFACE); };
+  EXPECT_TRUE(world.pictures.openMetafile(recorded(flood, 800000))->draw({100, 30000}, std::chrono::seconds(60)));
 }
 
 TEST_F(RealDesktop, AClipboardWithoutADrawingAndAFileThatIsNoneGiveNothing) {

@@ -79,12 +79,13 @@ palettes 50 | 8=99 no such object | 16=3 counts more than it holds
 palettes 51 | 8=99 no such object | 12=1025 no possible size | 12=0 no possible size | 12=1024 sound
 palettes 100 | 8=99 no such object
 palettes 101 | 8=99 no such object
-palettes 122 | 8=2 sound
+palettes 122 | 8=2 sound | 604=1 counts more than it holds
 regions 71 | 28=0x80000004 no such object | 24=68 a region lies outside | 24=16 a region counts more than it holds
 regions 72 | 28=12 no such object
 texts 82 | 8=12 no such object | 704=0x08007664,708=2 sound | 704=0x08007664,708=3 counts more than it holds
 texts 82 | 704=0,708=99 sound
 brushes 93 | 8=12 no such object | 12=0,64=3 colours of a bitmap lie outside | 12=2,64=30 sound
+brushes 93 | 12=2,44=0x80001,48=1 no known format | 12=2,32=12,36=0x80008,40=0x10001 no known format
 brushes 93 | 36=32 sound | 36=33 fewer bits than its size needs
 lines 3 | 24=5 (POLYGON): it counts more than it holds | 24=0x20000004 (POLYGON): it counts more than it holds
 lines 8 | 24=20 counts more than it holds | 28=7 counts more than it holds | 32=4 more points than it holds
@@ -98,6 +99,7 @@ palettes 113 | 12=5 counts more than it holds
 palettes 121 | 20=0xFFFFFFFF counts more than it holds
 comments 70 | 8=9 counts more than it holds | 56=5 name of a group lies outside | 124=20 more formats than it holds
 comments 70 | 124=2,152=4000 a format within a comment lies outside
+comments 70 | 124=2,128=0,136=0,152=196,156=0 sound | 124=2,128=0,136=1,152=196,156=0 formats within a comment overlap
 comments 70 | 124=2,152=1,156=4000 a format within a comment lies outside
 comments 70 | 136=4000 a format within a comment lies outside | 136=100 a metafile within a comment is broken
 comments 70 | 256=0 a metafile within a comment is broken | 128=0 sound
