@@ -34,7 +34,7 @@ std::string_view fromFirstValue(std::string_view text) {
 
 }  // namespace
 
-std::string_view outsideJsonRefusal(std::string_view text) {
+std::string_view outsideJsonRefusal(std::string_view text, std::size_t mostValues) {
   text = text.substr(0, text.find('\0'));
   if (text.size() > longestOutsideJson) {
     return "longer than 32 MB";
@@ -61,8 +61,8 @@ std::string_view outsideJsonRefusal(std::string_view text) {
     if (depth > deepestOutsideJson) {
       return "nested deeper than 1000 levels";
     }
-    if (values > mostOutsideValues) {
-      return "more than 4194304 values";
+    if (values > mostValues) {
+      return "too many values";
     }
   }
   return {};

@@ -7,7 +7,7 @@
 namespace vernoxa::inline wire {
 
 Result<Json> parseMessage(const std::string& message) {
-  const std::string_view refusal = outsideJsonRefusal(message);
+  const std::string_view refusal = outsideJsonRefusal(message, mostMessageValues);
   if (!refusal.empty()) {
     return Failure{Failure::Where::log, std::string("JSON refused: ").append(refusal), {}};
   }

@@ -21,7 +21,7 @@ TEST(OutsideJson, IsBounded) {
   constexpr const char* size = "longer than 32 MB";
   constexpr const char* depth = "nested deeper than 1000 levels";
   constexpr std::size_t most = 4'194'304;
-  constexpr const char* count = "more than 4194304 values";
+  constexpr const char* count = "too many values";
   const std::string deepest = repeated("[", 1000) + repeated("]", 1000);
   const struct {
     const char* what;
@@ -53,6 +53,8 @@ TEST(OutsideJson, IsBounded) {
   for (const auto& row : rows) {
     EXPECT_EQ(outsideJsonRefusal(row.text), row.refusal) << row.what;
   }
+  EXPECT_EQ(outsideJsonRefusal("[" + repeated("0,", 1'048'574) + "0]", mostMessageValues), "");
+  EXPECT_EQ(outsideJsonRefusal("[" + repeated("0,", 1'048'575) + "0]", mostMessageValues), count);
 }
 
 TEST(OutsideJson, ARefusalIsLogged) {

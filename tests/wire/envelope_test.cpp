@@ -12,6 +12,8 @@ TEST(Envelope, WhatIsNoMessageSaysWhereAndWhy) {
   const auto beyond = std::get<Failure>(parseMessage(std::string(1001, '[')));
   EXPECT_EQ(beyond.where, Failure::Where::log);
   EXPECT_EQ(beyond.what, "JSON refused: nested deeper than 1000 levels");
+  const auto many = std::get<Failure>(parseMessage("[" + std::string(2'100'000, ',')));
+  EXPECT_EQ(many.what, "JSON refused: too many values");
 }
 
 }  // namespace
