@@ -5,6 +5,7 @@
 #include "desktop/metafile_check.h"
 #include "desktop/metafile_extent.h"
 #include "desktop/metafile_work.h"
+#include "desktop/older_metafile.h"
 #include "plugin/installation.h"
 #include "support/tcl_interp_tcl.h"
 #include "system/fake_world.h"
@@ -95,6 +96,7 @@ void registry(std::string_view input) {
 }
 
 void metafile(std::string_view input) {
+  desktop::olderMetafileFault(input);
   if (desktop::metafileFault(input)) {
     return;
   }

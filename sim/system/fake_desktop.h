@@ -62,6 +62,7 @@ class FakeClipboard final : public Clipboard {
   bool held = false;                    // by another program
   int heldOnce = 0;                     // so many times more
   std::optional<std::string> metafile;  // bytes of the picture on it
+  std::optional<std::string> older;     // bytes of the older one of which it is made
   std::optional<std::string> text;
   int openNow = 0;  // by us, now
 
@@ -75,6 +76,7 @@ class FakeClipboard final : public Clipboard {
     explicit Opened(FakeClipboard& clipboard) : clipboard_(clipboard) { ++clipboard_.openNow; }
     ~Opened() override { --clipboard_.openNow; }
     bool hasMetafile() override { return clipboard_.metafile.has_value(); }
+    std::optional<std::string> olderMetafile() override { return clipboard_.older; }
     bool saveMetafile(const FilePath& path) override {
       const auto file = clipboard_.files_.create(path);
       return file && clipboard_.metafile && file->write(*clipboard_.metafile);

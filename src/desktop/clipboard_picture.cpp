@@ -9,6 +9,7 @@
 
 #include "desktop/bitmap_file.h"
 #include "desktop/metafile_check.h"
+#include "desktop/older_metafile.h"
 #include "system/clock.h"
 #include "system/files.h"
 #include "system/log.h"
@@ -122,6 +123,11 @@ bool ClipboardPicture::convert(const FilePath& metafilePath, const FilePath& bit
 FilePath ClipboardPicture::save() const {
   const auto clipboard = openClipboard(clipboard_, clock_);
   if (!clipboard || !clipboard->hasMetafile()) {
+    return {};
+  }
+  const auto older = clipboard->olderMetafile();
+  if (const auto fault = older ? olderMetafileFault(*older) : std::nullopt) {
+    logs_.openTraffic().writeLine("no picture of the metafile: " + *fault);
     return {};
   }
   const FilePath cache = project_.get() / "Cache";

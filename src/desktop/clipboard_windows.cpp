@@ -26,11 +26,34 @@ void put(UINT format, GlobalMemory memory) {
   }
 }
 
+std::string olderMetafileBytes() {
+  std::string bytes;
+  const HANDLE memory = GetClipboardData(CF_METAFILEPICT);
+  const auto* const picture = memory != nullptr ? static_cast<const METAFILEPICT*>(GlobalLock(memory)) : nullptr;
+  if (picture != nullptr && GlobalSize(memory) >= sizeof *picture) {
+    bytes.resize(GetMetaFileBitsEx(picture->hMF, 0, nullptr));
+    bytes.resize(GetMetaFileBitsEx(picture->hMF, static_cast<UINT>(bytes.size()), bytes.data()));
+  }
+  if (picture != nullptr) {
+    GlobalUnlock(memory);
+  }
+  return bytes;
+}
+
 class WindowsClipboardAccess final : public ClipboardAccess {
  public:
   explicit WindowsClipboardAccess(ClipboardLock lock) : lock_(std::move(lock)) {}
 
   bool hasMetafile() override { return IsClipboardFormatAvailable(CF_ENHMETAFILE) != 0; }
+
+  std::optional<std::string> olderMetafile() override {
+    // What programs put is told first, then what the system can make of it.
+    UINT format = EnumClipboardFormats(0);
+    while (format != 0 && format != CF_ENHMETAFILE && format != CF_METAFILEPICT) {
+      format = EnumClipboardFormats(format);
+    }
+    return format == CF_METAFILEPICT ? std::optional(olderMetafileBytes()) : std::nullopt;
+  }
 
   bool saveMetafile(const FilePath& path) override {
     // The clipboard keeps its own handle. The handle of the copy is ours, and closing it finishes the file.

@@ -178,6 +178,28 @@ bool takesFarPart(const MetafileRecord& record) {
   return false;
 }
 
+Fault partsFault(std::string_view headerAndTable, std::string_view bits, const BitmapInRecord& bitmap) {
+  const std::size_t headerBytes = headerAndTable.size();
+  const Header header = readHeader(MetafileRecord(headerAndTable));
+  if ((header.bytes != coreHeaderBytes && header.bytes < informationHeaderBytes) || header.bytes > headerBytes) {
+    return "the header of a bitmap has no known size";
+  }
+  if (header.width == 0 || header.height == 0 || header.width > std::numeric_limits<std::int32_t>::max()) {
+    return "a bitmap has no size";
+  }
+  // Players take what has no colour table for plain rows behind a header of 40 bytes, whatever it says.
+  const bool isOddMask = bitmap.usage == 2 && (header.compression != none || header.bytes < informationHeaderBytes);
+  if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2 || isOddMask) {
+    return "a bitmap is of no known format";
+  }
+  // Some players read a colour table even where there is none, from the bytes that follow.
+  const std::uint64_t room = bitmap.usage == 2 ? headerBytes + bits.size() : headerBytes;
+  if (bytesBeforeTable(header) > headerBytes || bytesBeforeTable(header) + tableBytes(header, bitmap.usage) > room) {
+    return "the colours of a bitmap lie outside";
+  }
+  return bitsFault(header, bits, bitmap);
+}
+
 }  // namespace
 
 bool hasNoBitmap(const MetafileRecord& record, std::size_t place) {
@@ -203,24 +225,14 @@ Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap) {
   if (takesFarPart(record)) {
     return "a part of the bitmap that it draws is far away";
   }
-  const Header header = readHeader(MetafileRecord(record.part(headerAt, headerBytes)));
-  if ((header.bytes != coreHeaderBytes && header.bytes < informationHeaderBytes) || header.bytes > headerBytes) {
-    return "the header of a bitmap has no known size";
-  }
-  if (header.width == 0 || header.height == 0 || header.width > std::numeric_limits<std::int32_t>::max()) {
-    return "a bitmap has no size";
-  }
-  // Players take what has no colour table for plain rows behind a header of 40 bytes, whatever it says.
-  const bool isOddMask = bitmap.usage == 2 && (header.compression != none || header.bytes < informationHeaderBytes);
-  if (header.planes != 1 || !isKnownFormat(header) || bitmap.usage > 2 || isOddMask) {
-    return "a bitmap is of no known format";
-  }
-  // Some players read a colour table even where there is none, from the bytes that follow.
-  const std::uint64_t room = bitmap.usage == 2 ? std::uint64_t{headerBytes} + bitsBytes : headerBytes;
-  if (bytesBeforeTable(header) > headerBytes || bytesBeforeTable(header) + tableBytes(header, bitmap.usage) > room) {
-    return "the colours of a bitmap lie outside";
-  }
-  return bitsFault(header, record.part(bitsAt, bitsBytes), bitmap);
+  return partsFault(record.part(headerAt, headerBytes), record.part(bitsAt, bitsBytes), bitmap);
+}
+
+Fault packedBitmapFault(std::string_view bytes, const BitmapInRecord& bitmap) {
+  const Header header = readHeader(MetafileRecord(bytes));
+  const std::size_t end =
+      std::min<std::size_t>(bytesBeforeTable(header) + tableBytes(header, bitmap.usage), bytes.size());
+  return partsFault(bytes.substr(0, end), bytes.substr(end), bitmap);
 }
 
 }  // namespace vernoxa::desktop

@@ -31,4 +31,7 @@ Fault missingBitmapFault(const MetafileRecord& record);
 // record draws has to be near.
 Fault bitmapFault(const MetafileRecord& record, const BitmapInRecord& bitmap);
 
+// The same for one whose header, colour table and bits follow each other, as in the older metafiles; without its place.
+Fault packedBitmapFault(std::string_view bytes, const BitmapInRecord& bitmap);
+
 }  // namespace vernoxa::desktop

@@ -136,6 +136,7 @@ TEST_F(ClipboardPictureTest, SavesThePreviewBelowTheProjectsFolder) {
     EXPECT_EQ(fake.part<const ClipboardPicture>().save(), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));
     EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
     expectTidy();
+    fake.fake.clipboard.older = "\1\0\x9\0\0\x3\0\0\0\0\0\0\0\0\0\0\0\0\3\0\0\0\0\0"s;  // a header and an end
   }
   EXPECT_THAT(fake.fake.pictures.opened, ElementsAre(drawing(), drawing()));
   EXPECT_EQ(fake.fake.pictures.drawn.at(0).width, 96);
@@ -150,6 +151,7 @@ TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
       {[](FakeWorld& world) { world.clipboard.held = true; }, ""},
       {[](FakeWorld& world) { world.clipboard.metafile.reset(); }, ""},
       {[](FakeWorld& world) { world.clipboard.metafile = "drawing"; }, "no header of a metafile"},
+      {[](FakeWorld& world) { world.clipboard.older = ""; }, "no header of an older metafile"},
       {[](FakeWorld& world) { world.clipboard.metafile = withNumber(drawing(), 108 + 4, 23); },
        "record 1 at 108: a wrong size"},
       {[](FakeWorld& world) { world.pictures.frame.reset(); }, "it has no size"},
