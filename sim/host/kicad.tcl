@@ -60,6 +60,9 @@ foreach topic {sexpr symbols parts instances notes drawings variables sheets bus
 unset topic
 
 proc ::kicad::load {path} {
-    set design [readSheets [file normalize $path]]
-    return [connect $design]
+    set path [file normalize $path]
+    if {[catch {connect [readSheets $path]} design]} {
+        error [expr {[string match "* cannot be read: *" $design] ? $design : [unreadable $path $design]}]
+    }
+    return $design
 }

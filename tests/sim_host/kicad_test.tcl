@@ -78,7 +78,7 @@ test unreadable "a file that is no schematic, or not a whole one, is an error th
         set why
     }
 } -result [list {*}[lrepeat 3 "it is not a schematic of KiCad 6 or later"] \
-    {*}[lrepeat 3 "its parentheses do not match: it is cut off or damaged"] {can't use non-numeric string as operand of "*"}]
+    {*}[lrepeat 3 "its parentheses do not match: it is cut off or damaged"] {"a" is not a number that can be used}]
 
 # KiCad 9's way: every symbol says what it is called on each page of each project.
 proc placed {uuid library x y names {more ""}} {
@@ -157,7 +157,7 @@ test projects "two projects share a sheet above their folders; pages, names and 
 } -result {{one 左 右} {{R3 {} 1 1 1 {} {}} {R4 {} 1 1 1 {} {}} {R5 {} 1 1 1 {} {}}\
     {R1 {} 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 U/TX VDD} {R2 {} 1 1 1 {} {}} {U2 {国产-${PROJECT}} 0 0 0 U/TX VDD}}\
     {VDD {R4.2 R5.1 U1.2 U2.2} X1 {R1.2 R3.1 U1.1} Y.SDA {R1.1 R3.2} 右/D3 {R2.2 U2.1} 右/SDA R2.1}\
-    {{shared.kicad_sch holds what is not shown: 2 image, 1 novelty} {sheet 缺 of one.kicad_sch is left out: there is no "none.kicad_sch"}\
+    {{shared.kicad_sch holds what is not shown: ${PROJECT}, 2 image, 1 novelty} {sheet 缺 of one.kicad_sch is left out: there is no "none.kicad_sch"}\
         {sheet 自 of one.kicad_sch is left out: it is on itself}}\
     {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
     {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}\
@@ -188,13 +188,48 @@ test odd "what cannot be read is left out and named, the rest is there, and shee
         [dict size [dict get $doubled pages]] [lindex [dict get $doubled notes] end]
 } -result {{root middle middle/leaf} {/r1 /m1 /s1/m/same {/s1/m/same (2)}} {内部 值 private own}\
     {{a KiCad later than 9 wrote this: what is new in it may be missing}\
-        {a sheet of root.kicad_sch is left out: can't use non-numeric string as operand of "*"}\
-        {part R2 of root.kicad_sch is left out: can't use non-numeric string as operand of "*"}\
+        {a sheet of root.kicad_sch is left out: "there" is not a number that can be used}\
+        {part R2 of root.kicad_sch is left out: "here" is not a number that can be used}\
         {root.kicad_sch has no symbol GONE, which d:MCU2 extends}\
         {sheet cut of root.kicad_sch is left out: cut.kicad_sch cannot be read:\
             its parentheses do not match: it is cut off or damaged}\
         {sheet none of root.kicad_sch is left out: there is no ""}}\
     1000 {sheet b of double9.kicad_sch is left out: there are 1000 pages already}}
+
+test strange "what is odd keeps its parts and nets, and what is not understood is named once" -setup {
+    set folder [makeDirectory kicad_strange]
+    makeFile [string map [list GROW [string repeat "\$\{Y\}" 60]] {{"text_variables": {"X": "DATA", "Y": "GROW"}}}] p.kicad_pro $folder
+    # Three files of one name with symbols that differ, by references of a root that is gone.
+    foreach {name height} {a 25.4 b 50.8 c 76.2} {
+        file mkdir $folder/$name
+        makeFile [string map [list \"2\" \"2$name\"] [schematic s "
+          [placed r R 25.4 25.4 "p /gone/$name R$name"] [placed r2 R 25.4 50.8 "p /gone/$name Q$name"]
+          [label L 27.94 25.4] [label L 27.94 50.8]
+          (hierarchical_label \"DATA\" (shape input) (at 22.86 25.4 45))"]] ./~s.kicad_sch $folder/$name
+        append sheets [sheet $name "[string map {a "" b B c "\$\{X\}"} $name]" $name/~s.kicad_sch $height \
+            "(pin \"\$\{X\}\" input (at 101.6 $height))"] [label P$name 101.6 $height]
+    }
+    makeFile [string map {(lib_symbols "(lib_symbols (symbol \"d:Z\" (symbol \"Z\"))" A4 A99} [schematic p "$sheets
+      [placed r1 R 25.4 25.4 {p /p R1}] [placed r2 R 30.48 25.4 {p /p R2}] [label N00001 22.86 25.4]
+      [placed v1 VDD 32.12 25.4 {p /p #PWR1}] [label L 33.02 25.4]
+      [wire 25.4 50.8 27.94 50.8] (bus_entry (at 27.94 50.8) (size 2.54 2.54)) (wire (pts (xy 30.48 53.34) (xy 33.02 53.34)) (novelty))
+      [placed r3 R 22.86 50.8 {p /p R3}] [placed r4 R 35.56 53.34 {p /p R4}] [label E 25.4 50.8]
+      [string map {{ 0) (unit} { 45) (unit} {(unit 1)))} {(unit 7)))}} [placed r5 R 25.4 76.2 {p /p R5}]]
+      [placed m1 MCU 25.4 101.6 {p /p U1} {(property "F" "1" (at 0 0 0)) (property "F" "${Y}" (at 0 0 0))
+        (property "G" "${SHEETPATH}${#}" (at 0 0 0)) (pin "1" (alternate "NO"))}]
+      (symbol_instances (path \"/x\" (reference \"R\"y)))"]] p.kicad_sch $folder
+} -body {
+    set design [kicad::load $folder/p.kicad_sch]
+    list [dict keys [dict get $design pages]] [joined $design] [dict get $design notes] [lsort [dict keys [dict get $design symbols]]] \
+        [dict values [dict get $design parts /m1 properties] {[1$/]*}]
+} -result {{p ~s B DATA}\
+    {B/L {Qb.2b Rb.2b} DATA/L {Qc.2c Rc.2c} E {R3.2 R4.1} L R2.2 N00001 R1.1 N00002 {R1.2 R2.1} Pa Ra.1 Pb Rb.1 Pc Rc.1\
+        VDD U1.2 ~s/L {Qa.2a Ra.2a}}\
+    {{p.kicad_sch holds what is not shown: ${#}, alternate NO of pin 1 of d:MCU, angle 45, 1 novelty, paper A99,\
+            symbol body "Z", text of ${Y}..., which grows without end, unit 7 of R5}\
+        {~s.kicad_sch holds what is not shown: angle 45, another root, whose references are taken}}\
+    {d:MCU d:MCU2 d:MCU2@~s d:MCU2@~s-2 d:MCU2@~s-3 d:MCU@~s d:MCU@~s-2 d:MCU@~s-3 d:R d:R@~s d:R@~s-2 d:R@~s-3 d:VDD d:Z}\
+    {1 {${Y}} {/${#}}}}
 
 set failed $tcltest::numTests(Failed)
 tcltest::cleanupTests

@@ -107,6 +107,17 @@ proc ::kicad::connectPage {page number numberOf aliases} {
             }
         }
     }
+    # An entry that is on no bus joins wires.
+    foreach entry [dict get $page entries] {
+        lassign $entry x y dx dy
+        set ends [list $x $y [expr {$x + $dx}] [expr {$y + $dy}]]
+        if {[concat {*}[lmap {endX endY} $ends {linesThrough $buses $endX $endY}]] eq ""} {
+            set wiresThere [concat {*}[lmap {endX endY} $ends {linesThrough $wires $endX $endY}]]
+            foreach node [lrange $wiresThere 1 end] {
+                join2 [lindex $wiresThere 0] $node
+            }
+        }
+    }
     # Names on buses are joined member by member once every bus of the page is whole.
     set onBus {}
     foreach label [dict get $page labels] {
@@ -152,8 +163,10 @@ proc ::kicad::attachName {wires buses onBusName aliases number x y name kinds na
         }
         return
     }
-    foreach kind $kinds {
-        join2 "W $number $x $y" [nameNode $kind $nameNumber $name]
+    if {$name ne ""} {
+        foreach kind $kinds {
+            join2 "W $number $x $y" [nameNode $kind $nameNumber $name]
+        }
     }
     foreach node [linesThrough $wires $x $y] {
         join2 $node "W $number $x $y"
@@ -169,7 +182,7 @@ proc ::kicad::pinNode {part pin number} {
 }
 
 # A supply symbol's pin joins the net that its value names, everywhere or, if it is a local one, on its
-# page. A hidden supply pin of any other part joins the net of its own name.
+# page. A hidden supply pin of any other part joins the net of its own name. No name joins nothing.
 proc ::kicad::connectPins {part symbol number} {
     foreach pin [dict get $part pins] {
         set node [pinNode $part $pin $number]
@@ -177,10 +190,10 @@ proc ::kicad::connectPins {part symbol number} {
         if {[dict get $pin type] ne "power_in"} {
             continue
         }
-        if {[dict get $symbol power]} {
-            join2 $node [nameNode [expr {[dict get $symbol local] ? "L" : "G"}] $number [dict get $part value]]
-        } elseif {[dict get $pin hidden]} {
-            join2 $node "G [dict get $pin name]"
+        lassign [expr {[dict get $symbol power] ? [list [dict get $part value] [dict get $symbol local]] :
+            [dict get $pin hidden] ? [list [dict get $pin name] 0] : ""}] name local
+        if {$name ne ""} {
+            join2 $node [nameNode [expr {$local ? "L" : "G"}] $number $name]
         }
     }
 }
@@ -240,10 +253,16 @@ proc ::kicad::nameNets {design numberOf} {
             dict incr members $root
         }
     }
+    # Somebody's label may look like a number of ours.
+    set taken {}
+    foreach name [dict values $names] {
+        dict set taken $name 1
+    }
     set unnamed 0
     dict for {root count} $members {
         if {![dict exists $names $root] && $count > 1} {
-            dict set names $root [format N%05d [incr unnamed]]
+            while {[dict exists $taken [set name [format N%05d [incr unnamed]]]]} {}
+            dict set names $root $name
         }
     }
     set nets {}

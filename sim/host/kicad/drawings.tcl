@@ -47,7 +47,7 @@ proc ::kicad::textOf {node} {
     lassign [point $at] x y
     lassign [styleOf $node] size - justify
     return [dict create text [plainText [lindex $node 1]] x $x y $y \
-        rotation [expr {round([lindex $at 3])}] size $size justify $justify]
+        rotation [quarters $at] size $size justify $justify]
 }
 
 # A text in a box: the box as a line, the text where it lies in it.

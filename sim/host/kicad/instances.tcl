@@ -3,18 +3,27 @@
 # Since KiCad 7 each symbol lists what it is called, by project and path; before, the root did so for
 # all. Paths are made of the identifiers of the sheets on the way; the newer ones begin with the root's.
 
-# The entry of a symbol or sheet for a path, of our own project rather than of another; {} without one.
-proc ::kicad::instanceFor {node path project} {
+# The entry of a symbol or sheet for a path below the root, of our own project rather than of another; {} without
+# one. A root that was made again or copied has another identifier: what our project says below the old one holds.
+proc ::kicad::instanceFor {node path context} {
     set found {}
+    set moved {}
     foreach theirs [children [child $node instances] project] {
+        set own [expr {[lindex $theirs 1] eq [dict get $context project]}]
         foreach entry [children $theirs path] {
-            if {[lindex $entry 1] eq $path} {
+            if {[lindex $entry 1] eq "[dict get $context rootPath]$path"} {
                 set found $entry
-                if {[lindex $theirs 1] eq $project} {
+                if {$own} {
                     return $entry
                 }
+            } elseif {$own && $path ne "" && [regsub {^/[^/]*} [lindex $entry 1] ""] eq $path} {
+                set moved $entry
             }
         }
+    }
+    if {$found eq "" && $moved ne ""} {
+        unread "another root, whose references are taken"
+        return $moved
     }
     return $found
 }
@@ -23,7 +32,7 @@ proc ::kicad::instanceFor {node path project} {
 # unit, in older files also of value and footprint.
 proc ::kicad::overridesFor {node path context} {
     set key $path/[value $node uuid]
-    set entry [instanceFor $node [dict get $context rootPath]$path [dict get $context project]]
+    set entry [instanceFor $node $path $context]
     if {$entry ne ""} {
         set overrides [dict create reference [value $entry reference]]
         if {[set unit [value $entry unit]] ne ""} {
@@ -65,5 +74,5 @@ proc ::kicad::pageNumberFor {node above context} {
     if {[dict exists $context numbers $key]} {
         return [dict get $context numbers $key]
     }
-    return [value [instanceFor $node [dict get $context rootPath]$above [dict get $context project]] page]
+    return [value [instanceFor $node $above $context] page]
 }

@@ -49,16 +49,28 @@ proc ::kicad::withAlternates {symbol node} {
     if {$chosen eq ""} {
         return $symbol
     }
+    set unknown $chosen
     dict for {key pins} [dict get $symbol pins] {
         dict set symbol pins $key [lmap pin $pins {
             set number [dict get $pin number]
             if {[dict exists $chosen $number] && [dict exists $pin alternates [dict get $chosen $number]]} {
                 set pin [dict merge $pin [dict get $pin alternates [dict get $chosen $number]]]
+                dict unset unknown $number
             }
             set pin
         }]
     }
+    dict for {number alternate} $unknown {
+        unread "alternate $alternate of pin $number of [dict get $symbol name]"
+    }
     return $symbol
+}
+
+# Whether a symbol has that unit, or that style: the place in its keys says which.
+proc ::kicad::hasChoice {symbol chosen place} {
+    set keys [concat [dict keys [dict get $symbol graphics]] [dict keys [dict get $symbol pins]]]
+    return [expr {$chosen == 1 || $keys eq "" || ([string is digit -strict $chosen]
+        && $chosen in [list 1 {*}[lmap key $keys {lindex $key $place}]])}]
 }
 
 # KiCad 6 has no mark of its own for parts that are left out; people write it into a field.
@@ -71,14 +83,18 @@ proc ::kicad::isFitted {node properties} {
 # `page` also says whether parts are in the bill and fitted at all; `variables` are those of the page.
 proc ::kicad::partFrom {node id page symbol instance variables} {
     set at [child $node at]
-    lassign $at - atX atY turn
+    lassign $at - atX atY
     set properties {}
     set texts {}
     foreach property [children $node property] {
-        lassign [nameAndValue $property] name value
+        lassign [nameAndValue $property] given value
+        set name $given
+        for {set copy 1} {[dict exists $properties $name]} {incr copy} {
+            set name ${given}_$copy
+        }
         dict set properties $name [plainText $value]
         set place [child $property at]
-        dict set texts $name [list {*}[point $place] [expr {round([lindex $place 3])}] {*}[styleOf $property]]
+        dict set texts $name [list {*}[point $place] [quarters $place] {*}[styleOf $property]]
     }
     foreach {key name} {reference Reference value Value footprint Footprint} {
         if {[dict exists $instance $key] && [dict get $instance $key] ne ""} {
@@ -90,11 +106,20 @@ proc ::kicad::partFrom {node id page symbol instance variables} {
     set properties [resolvedProperties $properties $variables]
     set reference [dict get $properties Reference]
     set unit [expr {[dict exists $instance unit] ? [dict get $instance unit] : [value $node unit 1]}]
+    set style [value $node body_style [value $node convert 1]]
+    foreach {what chosen place} [list unit $unit 0 style $style 1] {
+        if {![hasChoice $symbol $chosen $place]} {
+            unread "$what $chosen of $reference"
+            if {![string is digit -strict $chosen]} {
+                set $what 1
+            }
+        }
+    }
     set part [dict create id $id page [dict get $page name] reference $reference \
         value [dict get $properties Value] footprint [dict get $properties Footprint] \
-        symbol [dict get $symbol name] unit $unit style [value $node body_style [value $node convert 1]] \
+        symbol [dict get $symbol name] unit $unit style $style \
         x [mils $atX] y [mils $atY] steps [list [steps $atX] [steps $atY]] \
-        rotation [expr {round($turn)}] mirror [value $node mirror] \
+        rotation [quarters $at] mirror [value $node mirror] \
         properties $properties texts $texts \
         power [expr {[dict get $symbol power] || [string match "#*" $reference]}] \
         inBom [expr {[dict get $page inBom] && [value $node in_bom yes] ne "no"}] \

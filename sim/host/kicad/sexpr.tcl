@@ -26,10 +26,11 @@ proc ::kicad::parse {text} {
                 set piece [string map $outsideQuotes $piece]
             }
         }
-        lappend safe $piece
+        # What touches a quoted text is a word of its own.
+        lappend safe [expr {$quoted ? "\"$piece\"" : $piece}]
         set quoted [expr {!$quoted}]
     }
-    set lists [string map [list ( " \{\1" ) " \} "] [join $safe \"]]
+    set lists [string map [list ( " \{\1" ) " \} "] [join $safe " "]]
     if {[catch {llength $lists} count] || ($count > 1 && [kind [lindex $lists 0]] ne "")} {
         error "its parentheses do not match: it is cut off or damaged"
     }
@@ -96,10 +97,28 @@ proc ::kicad::nameAndValue {property} {
     return [list $name $value]
 }
 
+# A number of a file, which may hold anything. No page is as large as the largest one.
+proc ::kicad::number {text} {
+    if {[scan $text %f%c number rest] != 1 || !($number >= -1e5 && $number <= 1e5)} {
+        error "\"$text\" is not a number that can be used"
+    }
+    return $number
+}
+
+# The angle of what stands at (at x y angle): 0, 90, 180 or 270. Another one is noted and set right.
+proc ::kicad::quarters {node} {
+    set angle [number [expr {[llength $node] > 3 ? [lindex $node 3] : 0}]]
+    set right [expr {round($angle / 90) * 90 % 360}]
+    if {round($angle) % 360 != $right} {
+        unread "angle [format %g $angle]"
+    }
+    return $right
+}
+
 # Millimetres to whole steps of KiCad's own grid, of which 254 are a mil. What meets in KiCad meets
 # there; sums of rounded mils may differ by one.
 proc ::kicad::steps {millimetres} {
-    return [expr {round($millimetres * 10000)}]
+    return [expr {round([number $millimetres] * 10000)}]
 }
 
 proc ::kicad::milsOfSteps {steps} {
@@ -107,7 +126,7 @@ proc ::kicad::milsOfSteps {steps} {
 }
 
 proc ::kicad::mils {millimetres} {
-    return [expr {round(round($millimetres * 10000) / 254.0)}]
+    return [milsOfSteps [steps $millimetres]]
 }
 
 # {x y} in mils of a list such as (xy 1.27 2.54) or (start 0 0).

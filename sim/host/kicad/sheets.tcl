@@ -18,6 +18,7 @@ namespace eval ::kicad {
 # Reading goes along a context: what the root says for all pages, and `files` and `symbols`, those read so
 # far.
 proc ::kicad::readSheets {path} {
+    variable unread {}
     set design [dict create file $path title {} pages {} parts {} symbols {} nets {} aliases {} notes {}]
     set context [dict create files {} symbols {} numbers {}]
     readSheetFile design context $path
@@ -25,7 +26,7 @@ proc ::kicad::readSheets {path} {
     dict set design title [titleOf $root]
     set uuid [value $root uuid]
     dict set context rootPath [expr {$uuid eq "" ? "" : "/$uuid"}]
-    dict set context project [file rootname [file tail $path]]
+    dict set context project [file rootname [fileName $path]]
     dict set context folder [file dirname $path]
     dict set context variables [projectVariables $path]
     dict set context overrides [rootOverrides $root]
@@ -33,7 +34,7 @@ proc ::kicad::readSheets {path} {
     addPage design context $path [dict create name [dict get $context project] path / above {} \
         inBom 1 fitted 1 onBoard 1 simulated 1]
     dict set design pages [inPageOrder [dict get $design pages] [dict get $context numbers]]
-    dict set design notes [lsort -unique [dict get $design notes]]
+    dict set design notes [lsort -unique [concat [dict get $design notes] [unreadNotes]]]
     return $design
 }
 
@@ -41,13 +42,18 @@ proc ::kicad::readSheets {path} {
 proc ::kicad::readSheetFile {designName contextName path} {
     upvar 1 $designName design $contextName context
     if {![dict exists $context files $path] && [catch {takeSheetFile design context $path} problem]} {
-        error "$path cannot be read: $problem"
+        error [unreadable $path $problem]
     }
+}
+
+proc ::kicad::unreadable {path problem} {
+    return "$path cannot be read: [lindex [split $problem \n] 0]"
 }
 
 proc ::kicad::takeSheetFile {designName contextName path} {
     upvar 1 $designName design $contextName context
     variable lastVersion
+    variable reading [fileName $path]
     set root [parse [readFile $path]]
     if {[kind $root] ne "kicad_sch"} {
         error "it is not a schematic of KiCad 6 or later"
@@ -57,14 +63,14 @@ proc ::kicad::takeSheetFile {designName contextName path} {
         dict lappend design notes "a KiCad later than 9 wrote this: what is new in it may be missing"
     }
     set drawings [dict merge [drawingsOf $root] [paperOf $root] \
-        [dict create title [titleOf $root] schematic [file rootname [file tail $path]]]]
+        [dict create title [titleOf $root] schematic [file rootname [fileName $path]]]]
     dict set design aliases [dict merge [dict get $design aliases] [dict get $drawings aliases]]
     dict unset drawings aliases
     set nodes [children [child $root lib_symbols] symbol]
-    dict lappend design notes {*}[unreadNote $path $root [lmap node $nodes {
+    countAllUnread $root [lmap node $nodes {
         if {[dict exists $context symbols $node]} continue
         set node
-    }]]
+    }]
     set symbols {}
     dict update context symbols read {
         set found [symbolsOf read $nodes]
@@ -72,7 +78,7 @@ proc ::kicad::takeSheetFile {designName contextName path} {
     dict for {library symbol} $found {
         if {[dict get $symbol extends] ne ""} {
             dict lappend design notes \
-                "[file tail $path] has no symbol [dict get $symbol extends], which $library extends"
+                "[fileName $path] has no symbol [dict get $symbol extends], which $library extends"
         }
         dict set symbols $library [keepSymbol design $symbol [dict get $drawings schematic]]
     }
@@ -83,12 +89,13 @@ proc ::kicad::takeSheetFile {designName contextName path} {
 # Files carry their own copies of the symbols; copies that differ get the schematic's name added.
 proc ::kicad::keepSymbol {designName symbol schematic} {
     upvar 1 $designName design
-    set name [dict get $symbol name]
-    if {[dict exists $design symbols $name] && [dict get $design symbols $name] ne $symbol} {
-        append name @ $schematic
-        dict set symbol name $name
+    set own [dict get $symbol name]
+    set name $own
+    for {set copy 1} {[dict exists $design symbols $name]
+            && [dict get $design symbols $name] ne [dict replace $symbol name $name]} {incr copy} {
+        set name $own@$schematic[expr {$copy == 1 ? "" : "-$copy"}]
     }
-    dict set design symbols $name $symbol
+    dict set design symbols $name [dict replace $symbol name $name]
     return $name
 }
 
@@ -129,6 +136,9 @@ proc ::kicad::paperOf {root} {
         }
     } else {
         lassign [dict get $paperSizes A4] width height
+        if {$name ne ""} {
+            unread "paper $name"
+        }
     }
     return [dict create paper $name width [mils $width] height [mils $height]]
 }
@@ -139,6 +149,7 @@ proc ::kicad::paperOf {root} {
 proc ::kicad::addPage {designName contextName file place} {
     upvar 1 $designName design $contextName context
     variable mostPages
+    variable reading [fileName $file]
     set above [concat [dict get $place above] [list $file]]
     set page [dict merge [dict get $context files $file drawings] [dict remove $place above] [dict create sheets {}]]
     set name [dict get $page name]
@@ -150,8 +161,9 @@ proc ::kicad::addPage {designName contextName file place} {
     set path [string trimright [dict get $place path] /]
     set sheets {}
     foreach node [children [dict get $context files $file root] sheet] {
-        if {[catch {sheetOf $node} sheet]} {
-            dict lappend design notes "a sheet of [file tail $file] is left out: $sheet"
+        set reading [fileName $file]
+        if {[catch {sheetOf $node $variables} sheet]} {
+            dict lappend design notes "a sheet of [fileName $file] is left out: $sheet"
             continue
         }
         set below [fileBelow $file [dict get $sheet file] [dict get $context folder]]
@@ -166,7 +178,7 @@ proc ::kicad::addPage {designName contextName file place} {
             set problem ""
         }
         if {$problem ne ""} {
-            dict lappend design notes "sheet [dict get $sheet name] of [file tail $file] is left out: $problem"
+            dict lappend design notes "sheet [dict get $sheet name] of [fileName $file] is left out: $problem"
         } else {
             dict set sheet page [freeName [dict get $design pages] $name [dict get $place path] [dict get $sheet name]]
             dict set context numbers $path/[dict get $sheet uuid] [pageNumberFor $node $path $context]
@@ -181,7 +193,13 @@ proc ::kicad::addPage {designName contextName file place} {
 # The file of a sheet, as it is named by the file that shows it in a project that lies in `folder`.
 proc ::kicad::fileBelow {file name folder} {
     set name [string map [list \\ / "\$\{KIPRJMOD\}" $folder] $name]
-    return [file normalize [file join [file dirname $file] $name]]
+    # What begins with "~" is no home.
+    return [file normalize [file join [file dirname $file] [regsub {^~} $name ./~]]]
+}
+
+# Tcl gives a name that begins with "~" as ./~
+proc ::kicad::fileName {path} {
+    return [string range $path [string last / $path]+1 end]
 }
 
 # What holds for all parts below a sheet.
@@ -203,15 +221,16 @@ proc ::kicad::freeName {pages parent parentPath name} {
     return $free
 }
 
-proc ::kicad::sheetOf {node} {
+# `variables` are those of the page that shows it.
+proc ::kicad::sheetOf {node variables} {
     lassign [point [child $node at]] x y
     lassign [point [child $node size]] width height
     set pins {}
     foreach pin [children $node pin] {
         set at [child $pin at]
         lassign [point $at] pinX pinY
-        lappend pins [dict create name [plainText [lindex $pin 1]] type [lindex $pin 2] \
-            x $pinX y $pinY rotation [lindex $at 3]]
+        lappend pins [dict create name [resolved [plainText [lindex $pin 1]] $variables] type [lindex $pin 2] \
+            x $pinX y $pinY rotation [quarters $at]]
     }
     # KiCad 6 named these two in its user's language, but always wrote them first.
     set properties [children $node property]
@@ -222,7 +241,11 @@ proc ::kicad::sheetOf {node} {
             Sheetfile {set file [lindex $property 2]}
         }
     }
-    return [dict create name [plainText $name] file $file \
+    set name [resolved [plainText $name] $variables]
+    if {$name eq ""} {
+        set name [file rootname [fileName $file]]
+    }
+    return [dict create name $name file $file \
         uuid [value $node uuid] x $x y $y width $width height $height pins $pins]
 }
 
@@ -236,7 +259,7 @@ proc ::kicad::addParts {designName page context file variables} {
     foreach node [children [dict get $context files $file root] symbol] {
         set library [value $node lib_name [value $node lib_id]]
         if {![dict exists $known $library]} {
-            dict lappend design notes "[file tail $file] has no symbol $library"
+            dict lappend design notes "[fileName $file] has no symbol $library"
             dict set known $library [keepSymbol design [unknownSymbol $library] [dict get $page schematic]]
         }
         set symbol [dict get $design symbols [dict get $known $library]]
@@ -250,7 +273,7 @@ proc ::kicad::addParts {designName page context file variables} {
         }
         if {[catch {partFrom $node $id $page $symbol $overrides $variables} part]} {
             set name [expr {[dict exists $overrides reference] ? [dict get $overrides reference] : $id}]
-            dict lappend design notes "part $name of [file tail $file] is left out: $part"
+            dict lappend design notes "part $name of [fileName $file] is left out: $part"
             continue
         }
         dict set design parts $id $part

@@ -30,7 +30,7 @@ proc ::kicad::shapeOf {node} {
         text {
             set at [child $node at]
             return [list text [concat [list [lindex $node 1]] [flipped [point $at]] \
-                [expr {[lindex $at 3] / 10}] [lindex [styleOf $node] 0]]]
+                [expr {[number [expr {[llength $at] > 3 ? [lindex $at 3] : 0}]] / 10}] [lindex [styleOf $node] 0]]]
         }
         text_box {
             lassign [point [child $node at]] x y
@@ -46,7 +46,7 @@ proc ::kicad::pinOf {node} {
     set at [child $node at]
     lassign [flipped [point $at]] x y
     set length [mils [value $node length 0]]
-    switch -exact -- [lindex $at 3] {
+    switch -exact -- [quarters $at] {
         0   {set bodyX [expr {$x + $length}]; set bodyY $y}
         90  {set bodyX $x; set bodyY [expr {$y - $length}]}
         180 {set bodyX [expr {$x - $length}]; set bodyY $y}
@@ -106,6 +106,7 @@ proc ::kicad::symbolOf {node} {
     set pins {}
     foreach body [children $node symbol] {
         if {![regexp {_(\d+)_(\d+)$} [lindex $body 1] -> unit style]} {
+            unread "symbol body \"[lindex $body 1]\""
             continue
         }
         set key [list $unit $style]

@@ -1,14 +1,24 @@
 # Text variables: ${NAME} stands for a field of the part, for something of the page, or for a text that
 # the project gives. What nobody knows stays as it is written.
 
-# `variables`: upper-case name -> text. Texts may name further variables, but not for ever.
+# `variables`: upper-case name -> text. Texts may name further variables, but not for ever, and no text grows
+# for ever: one that would stays as it is written, too.
 proc ::kicad::resolved {text variables} {
+    set written $text
     for {set round 0} {$round < 5 && [string first "\$\{" $text] >= 0} {incr round} {
         set known {}
-        foreach {written name} [regexp -all -inline {\$\{([^{}]*)\}} $text] {
+        set length [string length $text]
+        foreach {named name} [regexp -all -inline {\$\{([^{}]*)\}} $text] {
             if {[dict exists $variables [string toupper $name]]} {
-                lappend known $written [dict get $variables [string toupper $name]]
+                lappend known $named [dict get $variables [string toupper $name]]
+                incr length [string length [lindex $known end]]
+            } else {
+                unread $named
             }
+        }
+        if {$length > 100000} {
+            unread "text of [string range $written 0 39]..., which grows without end"
+            return $written
         }
         if {$known eq ""} {
             break
@@ -42,6 +52,7 @@ proc ::kicad::pageVariables {page variables} {
         dict set variables COMMENT[incr number] $comment
     }
     dict set variables SHEETNAME [lindex [split [dict get $page name] /] end]
+    dict set variables SHEETPATH [expr {[dict get $page path] eq "/" ? "/" : "/[dict get $page name]/"}]
     dict set variables FILENAME [dict get $page schematic].kicad_sch
     return $variables
 }
