@@ -16,19 +16,13 @@ host::procedure capGenerateBOMUtil::init {} {
 }
 
 # One line: part number, value, reference, part name, footprint, pin count. `missing` stands for a
-# property that the part has not. The fields are joined by ";", so no field may hold one.
-proc ::bom::line {path reference numberKey nameKey missing} {
-    set ids [parts::ids $path $reference]
+# property that the part has not. The fields are joined by ";", so no field may hold one. `ids` are all units.
+proc ::bom::line {path ids numberKey nameKey missing} {
     set part [dict get $::designs::open $path parts [lindex $ids 0]]
-    set pins {}
-    foreach id $ids {
-        foreach pin [dict get $::designs::open $path parts $id pins] {
-            dict set pins [dict get $pin number] 1
-        }
-    }
     set fields {}
-    foreach field [list [parts::property $part $numberKey] [dict get $part value] $reference \
-            [parts::property $part $nameKey] [dict get $part footprint] [dict size $pins]] {
+    foreach field [list [parts::property $part $numberKey] [dict get $part value] [dict get $part reference] \
+            [parts::property $part $nameKey] [dict get $part footprint] \
+            [designs::pinsOf [dict get $::designs::open $path] $ids]] {
         lappend fields [expr {$field eq "" ? $missing : [string map {";" ","} $field]}]
     }
     return [join $fields ";"]
@@ -38,12 +32,12 @@ host::procedure generateBOMForPath {text numberKey nameKey} {
     capGenerateBOMUtil::init
     set path [designs::need $text]
     set ::bom::numberKey $numberKey
-    foreach reference [lsort -dictionary [dict keys [dict get $::designs::open $path references]]] {
-        set part [dict get $::designs::open $path parts [lindex [parts::ids $path $reference] 0]]
+    foreach {name ids} [lsort -dictionary -stride 2 [dict get $::designs::open $path whole]] {
+        set part [dict get $::designs::open $path parts [lindex $ids 0]]
         if {![dict get $part inBom]} {
             continue
         }
-        set line [bom::line $path $reference $numberKey $nameKey NULL]
+        set line [bom::line $path $ids $numberKey $nameKey NULL]
         lappend ::bom::[expr {[dict get $part fitted] ? "stick" : "notStick"}] $line
         if {[parts::property $part $numberKey] eq ""} {
             lappend ::bom::noNumber $line
@@ -129,7 +123,11 @@ host::procedure switchStickOrNotStick {{asked ""}} {
         set id [lindex [parts::ids $path $reference] 0]
         set fitted [expr {![dict get $::designs::open $path parts $id fitted]}]
         bom::setFitted $path $reference $fitted
-        dict lappend lists $fitted [bom::line $path $reference $::bom::numberKey "Part Name" x]
+        dict for {name ids} [dict get $::designs::open $path whole] {
+            if {[lindex $name 0] eq $reference} {
+                dict lappend lists $fitted [bom::line $path $ids $::bom::numberKey "Part Name" x]
+            }
+        }
     }
     foreach {fitted command} {1 sendAddToBom 0 sendRemoveFromBom} {
         if {[dict get $lists $fitted] ne ""} {

@@ -2,7 +2,8 @@
 
 namespace eval ::designs {
     # Path -> design as kicad::load gives it, with these added: guid, locked (BOM view), modified,
-    # references (reference -> part ids), dealt (values of AutoDeal).
+    # references (reference -> part ids), whole ({reference n} -> ids of one whole part: several may have one
+    # reference, or none yet), dealt (values of AutoDeal).
     variable open {}
     # Every spelling under which a path may come back -> path.
     variable spellings {}
@@ -39,7 +40,7 @@ proc ::designs::load {schematic path} {
     host::log "opened $path: [dict size [dict get $design pages]] pages,\
         [pinCount $path] pins, [dict size [dict get $design nets]] nets in $seconds s"
     foreach note [dict get $design notes] {
-        host::log $note
+        host::log "note: $note"
     }
     pages::activate $path [lindex [dict keys [dict get $design pages]] 0]
     if {[checkSocketConnect]} {
@@ -49,7 +50,9 @@ proc ::designs::load {schematic path} {
 }
 
 proc ::designs::report {path} {
-    link::sendFrom ReadOpenPath $path
+    if {![link::sendFrom ReadOpenPath $path]} {
+        host::log "$path is not reported: its name has characters that the code page lacks; give it a plain name"
+    }
 }
 
 proc ::designs::reportAll {} {
@@ -70,6 +73,7 @@ proc ::designs::close {path} {
     if {[checkSocketConnect]} {
         link::sendFrom sendCloseFile $path
     }
+    return
 }
 
 # Paths come back with "/" or "\", with doubled backslashes, or after Tcl has substituted their
@@ -106,15 +110,18 @@ proc ::designs::need {text} {
     return $path
 }
 
-# Distinct pins: units of one part share the pins that belong to every unit.
 proc ::designs::pinCount {path} {
     variable open
+    set design [dict get $open $path]
+    return [tcl::mathop::+ {*}[lmap ids [dict values [dict get $design whole]] {pinsOf $design $ids}]]
+}
+
+# Distinct pins: units of one part share the pins that belong to every unit.
+proc ::designs::pinsOf {design ids} {
     set pins {}
-    dict for {id part} [dict get $open $path parts] {
-        if {![dict get $part power]} {
-            foreach pin [dict get $part pins] {
-                dict set pins "[dict get $part reference] [dict get $pin number]" 1
-            }
+    foreach id $ids {
+        foreach pin [dict get $design parts $id pins] {
+            dict set pins [dict get $pin number] 1
         }
     }
     return [dict size $pins]
@@ -122,12 +129,21 @@ proc ::designs::pinCount {path} {
 
 proc ::designs::withReferences {design} {
     set references {}
+    set whole {}
+    set units {}
     dict for {id part} [dict get $design parts] {
-        if {![dict get $part power]} {
-            dict lappend references [dict get $part reference] $id
+        if {[dict get $part power]} {
+            continue
         }
+        set reference [dict get $part reference]
+        dict lappend references $reference $id
+        # A unit that a part has already is another part's; so is each one without a number.
+        set unit [list $reference [expr {[string match {*[?]} $reference] ? "" : [dict get $part unit]}]]
+        dict incr units $unit
+        dict lappend whole [list $reference [dict get $units $unit]] $id
     }
     dict set design references $references
+    dict set design whole $whole
     return $design
 }
 

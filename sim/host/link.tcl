@@ -104,14 +104,13 @@ proc ::link::plugin {command args} {
     return $result
 }
 
-# Sends what a plug-in command answers, when it answers something.
+# Sends what a plug-in command answers, when it answers something, which it gives as 1 or 0.
 proc ::link::sendFrom {command args} {
     set packet [plugin $command {*}$args]
-    if {$packet ne ""} {
-        if {[catch {sendPacketGlobalHandle $packet} problem]} {
-            host::log "$command was not sent: $problem"
-        }
+    if {$packet ne "" && [catch {sendPacketGlobalHandle $packet} problem]} {
+        host::log "$command was not sent: $problem"
     }
+    return [expr {$packet ne ""}]
 }
 
 # Lets what was written leave, then closes all.

@@ -21,23 +21,29 @@ host::procedure GetNetsList {text file} {
 namespace eval ::nets {}
 
 proc ::nets::netLines {design} {
+    set wholeOf {}
+    dict for {name ids} [dict get $design whole] {
+        foreach id $ids {
+            dict set wholeOf $id $name
+        }
+    }
     set lines {}
     dict for {net members} [dict get $design nets] {
         set pins {}
         foreach member $members {
             lassign $member id number
-            dict set pins [dict get $design parts $id reference].$number 1
+            dict set pins [list [dict get $wholeOf $id] $number] [dict get $design parts $id reference].$number
         }
-        lappend lines "$net\t[join [lsort -dictionary [dict keys $pins]] " "]"
+        lappend lines "$net\t[join [lsort -dictionary [dict values $pins]] " "]"
     }
     return [lsort -dictionary $lines]
 }
 
 proc ::nets::partLines {design} {
     set lines {}
-    foreach {reference ids} [lsort -dictionary -stride 2 [dict get $design references]] {
+    foreach {name ids} [lsort -dictionary -stride 2 [dict get $design whole]] {
         set part [dict get $design parts [lindex $ids 0]]
-        lappend lines "$reference\t[dict get $part value]\t[dict get $part footprint]"
+        lappend lines "[dict get $part reference]\t[dict get $part value]\t[dict get $part footprint]"
     }
     return $lines
 }

@@ -73,17 +73,8 @@ host::procedure RenameRef {type} {
     foreach page [dict keys [dict get $::designs::open $path pages]] {
         dict set order $page [incr number]
     }
-    # Units of one part stay together; parts that have no number yet are parts of their own.
-    set groups {}
-    dict for {id part} [dict get $::designs::open $path parts] {
-        if {[dict get $part power]} {
-            continue
-        }
-        set reference [dict get $part reference]
-        dict lappend groups [expr {[string match {*[?]} $reference] ? $id : $reference}] $id
-    }
     set keyed {}
-    foreach ids [dict values $groups] {
+    foreach ids [dict values [dict get $::designs::open $path whole]] {
         set part [dict get $::designs::open $path parts [lindex $ids 0]]
         set place [list [dict get $part y] [dict get $part x]]
         if {$type != 0} {

@@ -8,6 +8,7 @@ import unittest
 
 from vernoxa.companion import tables
 from vernoxa.wire import messages, paths
+from vernoxa.wire.catalogue import BOM_LINE
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.view import View
 from vernoxa.drawings import page_file
@@ -76,6 +77,13 @@ class CollectedTest(unittest.TestCase):
         ):
             self.assertIn(line, text.getvalue().splitlines())
         self.assertEqual(tables.collected(Answers()), [])
+
+    def test_parts_of_one_reference_are_all_in_the_bill(self):
+        lines = [dict.fromkeys(BOM_LINE, "") | {"PartRef": reference, "Value": value}
+                 for reference, value in (("R?", "1k"), ("R?", "2k"), ("R9", "3k"))]
+        rows = tables.bom_rows({"Stick": lines[:2], "NotStick": [], "NotPartNumber": lines[1:]})
+        self.assertEqual([["fitted", "1k"], ["fitted", "2k"], ["no part number", "3k"]],
+                         [[row[0], row[1 + [*BOM_LINE].index("Value")]] for row in rows])
 
     def test_drawings_tell_their_parts_texts_and_symbols_that_are_missing(self):
         def used(name: str, **attributes: str) -> dict:

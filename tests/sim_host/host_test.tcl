@@ -38,7 +38,7 @@ test paths "a design is found under every spelling of its path, and no other is"
         {Z:\tmp\newdir\a[1].dsn} a.dsn "" "\u0000\{" {[exit]}]
     list [lmap text $spellings {getDsnPinCount $text}] [InitPath] \
         [getGuid nowhere 1] [getGuid $name 1] [getGuid $name] [getGuid $name 1]
-} -result [list {221 221 221 221 221 -1 -1 -1 -1 -1} "$name;" \
+} -result [list {223 223 223 223 223 -1 -1 -1 -1 -1} "$name;" \
     "Invalid design path" GUID1 GUID1 GUID2]
 
 test options "designs take their names, and mistakes are told" -body {
@@ -97,9 +97,9 @@ test rename "references are numbered in reading order and units stay together" -
     set units [lmap ids [dict values [dict get $designs::open $name references]] {llength $ids}]
     list [expr {$last eq [lsort -integer -unique $last]}] [lindex $last 0] \
         [expr {[lindex $last end] == [llength $last]}] [lsort -unique $units] [getDsnPinCount $name]
-} -result {1 1 1 {1 2 3 5} 221}
+} -result {1 1 1 {1 3 5} 223}
 
-test nets "the nets file names every net and pin" -setup {
+test nets "the nets file names every net and pin, and the bill both parts of one reference" -setup {
     opened $name
     set folder [makeDirectory host_nets]
 } -body {
@@ -108,8 +108,9 @@ test nets "the nets file names every net and pin" -setup {
     list [llength $lines] [lsearch -inline -glob $lines "GND\t*C1.2 *"] \
         [string match "C1\t国产100uF\t*" [kicad::readFile $data]] \
         [string match Error* [GetNetsList $name $folder/none/Nets.txt]] \
-        [string match Error* [GetNetsList nowhere $folder/Nets.txt]]
-} -match glob -result {48 {GND*} 1 1 1}
+        [string match Error* [GetNetsList nowhere $folder/Nets.txt]] [generateBOMForPath $name x x] \
+        [lmap line [lsearch -all -inline [capGenerateBOMUtil::getStickList] "*;C4;*"] {lindex [split $line \;] 1}]
+} -match glob -result {48 {GND*} 1 1 1 1 {100uF 10uF}}
 
 test readable "the start-up script's bytes are shown as the Chinese that they are" -body {
     set bytes [encoding convertto cp936 澜图助手]

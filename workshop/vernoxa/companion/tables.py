@@ -69,13 +69,13 @@ def of_message(message: Message, answers: Answers) -> Table | None:
 def bom_rows(lists: dict) -> list[list[str]]:
     """Parts without a part number are in a list of their own, and in that of their state too: they are there once.
 
-    Those not fitted come first, since the rest may not be shown to the end.
+    Parts that have one reference, or none yet, are all there. Those not fitted come first, since the rest may not be
+    shown to the end.
     """
-    rows: dict[str, list[str]] = {}
-    for name in ("NotStick", "Stick", "NotPartNumber"):
-        for line in lists.get(name, []):
-            rows.setdefault(str(line["PartRef"]), [BOM_STATES[name], *(str(line[key]) for key in BOM_LINE)])
-    return list(rows.values())
+    fitting = [(name, line) for name in ("NotStick", "Stick") for line in lists.get(name, [])]
+    known = {str(line["PartRef"]) for _, line in fitting}
+    fitting += [("NotPartNumber", line) for line in lists.get("NotPartNumber", []) if str(line["PartRef"]) not in known]
+    return [[BOM_STATES[name], *(str(line[key]) for key in BOM_LINE)] for name, line in fitting]
 
 
 def bom(lists: dict, title: str) -> Table:
