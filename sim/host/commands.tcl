@@ -3,7 +3,7 @@
 #
 #   pause SECONDS            waitLink ?SECONDS?    (until the companion has answered what it was told)
 #   openDesign FILE ?NAME?   saveDesign ?NAME?     closeDesign ?NAME?   (default: the active design)
-#   showPage PAGE ?NAME?     select REFERENCE ...  selectBlock REFERENCE ...
+#   showPage PAGE ?NAME?     pageNames ?NAME?      select REFERENCE ...  selectBlock REFERENCE ...
 #   resourcePath ID          userId                writeLibrary FILE
 #   libraryParts FILE        action HANDLER        quit
 
@@ -46,6 +46,14 @@ proc showPage {page {name ""}} {
     pages::require $path $page
     pages::activate $path $page
     host::log "showing $page of $path"
+}
+
+proc pageNames {{name ""}} {
+    set path [designs::need [expr {$name eq "" ? [dict get $::pages::active path] : $name}]]
+    set number 0
+    foreach page [dict keys [dict get $::designs::open $path pages]] {
+        host::log "page [incr number]: $page"
+    }
 }
 
 # Everything about the named parts, as with the mouse around them.

@@ -15,6 +15,7 @@ from unittest import mock
 
 import fake_plug_in
 
+from vernoxa import own_report
 from vernoxa.command import Refused
 from vernoxa.companion.desk import Desk
 from vernoxa.companion.prompt import Prompt
@@ -43,6 +44,27 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
         self.scene.complain(caught.exception)
         for line in ("host: hello", "stdout: connect error !", "demo:   hello", "demo: the companion said nothing"):
             self.assertIn(line, self.shown.getvalue().splitlines())
+
+    async def test_a_design_that_cannot_be_told_is_missed_at_once(self):
+        await self.scene.begin(["/bin/sh", "-c", "echo host: a.dsn is not reported: why; sleep 60"])
+        with self.assertRaisesRegex(Missing, "a.dsn is open: a.dsn is not reported: why"):
+            await self.scene.opened("Z:\\a.dsn")
+
+    async def test_the_report_shows_notes_once_and_names_the_pages_that_are_not_drawn(self):
+        reading = own_report.Reading(View(colour=False, shown=["report"]), self.installation, speaker="report")
+        for text in ("opened a", "note: a.kicad_sch has b", "note: a.kicad_sch has b"):
+            reading._hear("host", text)
+        self.assertTrue(reading.whole)
+        told = ["page 1: a", "page 2: b c", "page 3: d", "else"]
+        drawn = [{"key": "1", "name": "a"}, {"key": "3", "name": "?"}]
+        for lacks in (lambda: reading._hear("host", "note: part R1 is left out: why"),
+                      lambda: own_report.compare_pages(reading, "a", told, drawn)):
+            reading.whole = True
+            lacks()
+            self.assertFalse(reading.whole)
+        self.assertEqual(["a.kicad_sch has b", "part R1 is left out: why", "a: there is no drawing of page 2, b c",
+                          "a: page 3, d, is called ? in its drawing"],
+                         [line.removeprefix("report: ") for line in self.shown.getvalue().splitlines()])
 
     async def test_limits_hold_and_failures_are_missing(self):
         await self.scene.begin(["/bin/sleep", "60"])

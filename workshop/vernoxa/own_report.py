@@ -5,51 +5,97 @@ from __future__ import annotations
 import asyncio
 import os
 import pathlib
+import re
 
 from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, own_file, run
 from vernoxa.companion.view import View
 from vernoxa.places import BUILD, PLUG_IN
 from vernoxa.report import collect, page
 from vernoxa.stage import host
+from vernoxa.stage.host_words import open_words, tcl_word
 from vernoxa.stage.installation import Installation
-from vernoxa.stage.scene import LINK_SECONDS, Scene
+from vernoxa.stage.scene import Scene
 from vernoxa.stage.session import Missing
+from vernoxa.wire.messages import shorten
 
 SECONDS = 600  # for everything about one design
 BEGINS = "<!DOCTYPE html>"
+LACKS = re.compile(" is left out: | has no symbol ")  # notes of the host after which the report is not whole
 
 
 class Reading(Scene):
-    """Shows, of all that the host says, which part of a design it had to leave out."""
+    """Shows, of all that the host says, what it says about the design: once, what several designs have."""
 
     whole = True
 
     def heard(self, speaker: str, text: str) -> None:
-        if " is left out: " in text:
-            self.whole = False
-            self.say(text, "red")
-        else:
+        note = text.removeprefix("note: ")
+        if note == text:
             super().heard(speaker, text)
+        elif self.host_lines.count(text) == 1:
+            if LACKS.search(note):
+                self.lacks(note)
+            else:
+                self.say(note)
+
+    def lacks(self, text: str) -> None:
+        self.whole = False
+        self.say(text, "bold red")
 
 
 async def make(scene: Reading, reports: dict[pathlib.Path, pathlib.Path]) -> bool:
     """`reports` by their schematics. True when no fault was seen and nothing left out. Raises Missing, Refused."""
     host.require_free_port()
-    known = [scene.installation.add_design(schematic, f"design{number}") for number, schematic in enumerate(reports, 1)]
+    known = {}
+    for number, (schematic, target) in enumerate(reports.items(), 1):
+        try:
+            known[scene.installation.add_design(schematic, f"design{number}")] = target
+        except Refused as error:
+            if len(reports) == 1:
+                raise
+            scene.lacks(str(error))
     try:
-        await scene.begin(host.command_line(scene.installation, known, SECONDS * (1 + len(known))))
-        for (schematic, name), target in zip(known, reports.values()):
-            await scene.hear(f"{schematic.name} is open", "FileStatus", LINK_SECONDS, Status="Open", FileName=name)
-            work = collect.collect(scene.companion, name)
-            design = await scene.step(f"everything about {schematic.name} is collected", work, SECONDS)
-            page.write(target, design)
-            bill = sum(len(lines) for state, lines in design["bom"].items() if state != "NotPartNumber")
-            scene.say(f"{target}: {len(design['pages'])} pages, {bill} lines of the bill, {design['pins']} pins, "
-                      f"{len(design['nets'])} nets, {len(design['findings'])} findings")
+        await scene.begin(host.command_line(scene.installation, [], SECONDS * (1 + len(known))))
+        for design, target in known.items():
+            try:
+                await make_one(scene, design, target)
+            except (Missing, TimeoutError, Refused) as error:
+                if await scene.host.ended(0) is not None:
+                    raise
+                scene.lacks(f"no report of {design[0].name}: {error}")
         await scene.quit()
     finally:
         await scene.end()
     return scene.whole and not scene.companion.faults
+
+
+async def make_one(scene: Reading, design: tuple[pathlib.Path, str], target: pathlib.Path) -> None:
+    """Raises Missing, TimeoutError, Refused."""
+    schematic, name = design
+    since = len(scene.host_lines)
+    if not await scene.user_does(open_words(design), SECONDS):
+        raise Missing(scene.host_lines[-1])
+    await scene.opened(name, since)
+    work = collect.collect(scene.companion, name)
+    collected = await scene.step(f"everything about {schematic.name} is collected", work, SECONDS)
+    since = len(scene.host_lines)
+    await scene.user_does(f"pageNames {tcl_word(name)}")
+    compare_pages(scene, schematic.name, scene.host_lines[since:], collected["pages"])
+    page.write(target, collected)
+    bill = sum(len(lines) for state, lines in collected["bom"].items() if state != "NotPartNumber")
+    scene.say(f"{target}: {len(collected['pages'])} pages, {bill} lines of the bill, {collected['pins']} pins, "
+              f"{len(collected['nets'])} nets, {len(collected['findings'])} findings")
+    await scene.user_does(f"closeDesign {tcl_word(name)}")
+
+
+def compare_pages(scene: Reading, design: str, told: list[str], pages: list[dict]) -> None:
+    """What the host calls its pages, by their numbers, with those that were drawn."""
+    drawn = {shown["key"]: shown["name"] for shown in pages}
+    for number, name in (found.groups() for line in told if (found := re.fullmatch(r"page (\d+): (.*)", line))):
+        if number not in drawn:
+            scene.lacks(f"{design}: there is no drawing of page {number}, {shorten(name)}")
+        elif drawn[number].split() != name.split():
+            scene.say(f"{design}: page {number}, {shorten(name)}, is called {shorten(drawn[number])} in its drawing")
 
 
 def targets(designs: list[pathlib.Path], out: pathlib.Path | None) -> dict[pathlib.Path, pathlib.Path]:

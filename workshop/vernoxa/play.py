@@ -12,7 +12,7 @@ from vernoxa.companion.words import until_interrupted
 from vernoxa.stage import at_work, host
 from vernoxa.stage.host_words import HostWords
 from vernoxa.stage.installation import DESIGN, Installation
-from vernoxa.stage.scene import LINK_SECONDS, Scene
+from vernoxa.stage.scene import Scene
 from vernoxa.stage.session import Missing
 from vernoxa.wire import paths
 
@@ -22,7 +22,7 @@ SAID_TWICE = re.compile(r"(thread|companion) (asks|gets|is told): |action .* -> 
 
 async def opened(scene: Scene, names: list[str]) -> bool:
     for name in names:
-        event = await scene.hear(f"{paths.name_of(name)} is open", "FileStatus", LINK_SECONDS, Status="Open", FileName=name)
+        event = await scene.opened(name)
         scene.say(f"{paths.name_of(name)} is open, {event.message.data['PinCount']} pins; help lists what can be asked")
     await scene.ask("the pages", "GetActiveProPages")
     return True

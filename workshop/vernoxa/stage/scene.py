@@ -13,6 +13,7 @@ from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT
 from vernoxa.companion.view import ConversationView, View
 from vernoxa.companion.words import waiting
+from vernoxa.wire import paths
 from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
 from vernoxa.wire.record import HOST, TITLE, Recorder
 
@@ -121,6 +122,23 @@ class Scene(Session):
             return event
 
         return await self.step(what, listen(), seconds)
+
+    async def opened(self, name: str, since: int = 0) -> Event:
+        """The plug-in's word that the design of that name is open; `since`, the first line of the host that is about it.
+
+        Raises Missing, at once where the host says that it cannot be told.
+        """
+        told: list[Event] = []
+
+        def look() -> bool:
+            told[:] = [event for event in self.companion.events
+                       if event.is_message("FileStatus", Status="Open", FileName=name)]
+            if refused := next((line for line in self.host_lines[since:] if " is not reported: " in line), ""):
+                raise Missing(refused)
+            return bool(told)
+
+        await self.until(f"{paths.name_of(name)} is open", look, LINK_SECONDS)
+        return told[0]
 
     async def until(self, what: str, holds: Callable[[], bool], seconds: float) -> None:
         """For what can only be looked at: a file, a log."""
