@@ -72,8 +72,9 @@ std::string GraphicLibrary::finish(std::string_view name) {
     if (!mustStay(files_, path)) {
       files_.createFolder(cache);
       files_.createFolder(folder);
-      writeWholeFile(files_, processes_, path, WhenHeld::leave,
-                     [this](OutputFile& file) { return document_->writeTo(file); });
+      writeWholeFile(
+          files_, processes_, path, WhenHeld::leave, [this](OutputFile& file) { return document_->writeTo(file); },
+          logs_);
     }
     document_.reset();
   }

@@ -9,6 +9,7 @@
 #include "drawing/page_text.h"
 #include "drawing/record.h"
 #include "system/files.h"
+#include "system/log.h"
 #include "system/shared_path.h"
 #include "system/system.h"
 #include "text/text_converter.h"
@@ -28,8 +29,9 @@ struct LibraryDocument {
 // Host thread only. Texts stay as Tcl gave them, UTF-8.
 class GraphicLibrary {
  public:
-  GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& converter)
-      : project_(project), files_(files), processes_(processes), converter_(converter) {}
+  GraphicLibrary(const ProjectFolder& project, Files& files, Processes& processes, const TextConverter& converter,
+                 const Logs& logs)
+      : project_(project), files_(files), processes_(processes), converter_(converter), logs_(logs) {}
 
   // Begins a document; the former one is dropped.
   void start();
@@ -49,6 +51,7 @@ class GraphicLibrary {
   Files& files_;
   Processes& processes_;
   const TextConverter& converter_;
+  const Logs& logs_;
   std::optional<LibraryDocument> document_;
   std::uint64_t begun_ = 0;  // documents so far
 };

@@ -37,8 +37,8 @@ constexpr std::array<std::string_view, 48> palette = {
 constexpr Look::Row dashPatterns[] = {{"0", "0,0"},      {"1", "10,5"},         {"2", "5,5"},
                                       {"3", "10,5,3,5"}, {"4", "10,3,3,3,3,3"}, {"5", "0,0"}};
 
-// The width after the widest is the editor's default, which is thin: neither table rises to its end.
-constexpr Look::Row strokeWidths[] = {{"0", "1"}, {"1", "4"}, {"2", "7"}, {"3", "3"}};
+// The width after the widest, 3, is the editor's default, which is thin.
+constexpr Look::Row strokeWidths[] = {{"0", "1"}, {"1", "4"}, {"2", "7"}};
 constexpr Look::Row pageStrokeWidths[] = {{"0", "1"}, {"1", "2"}, {"2", "3"}, {"3", "1"}, {"BusWire", "5"}};
 constexpr Look::Row ownWidths[] = {{"0", "1"}};
 

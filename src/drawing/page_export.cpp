@@ -115,8 +115,9 @@ bool PageExport::write(const PageNames& names) {
   const FilePath folder = cache / "Output";
   files_.createFolder(cache);
   files_.createFolder(folder);
-  writeWholeFile(files_, processes_, folder / name, WhenHeld::writeInPlace,
-                 [this](OutputFile& file) { return document_->writeTo(file); });
+  writeWholeFile(
+      files_, processes_, folder / name, WhenHeld::writeInPlace,
+      [this](OutputFile& file) { return document_->writeTo(file); }, logs_);
   return true;
 }
 

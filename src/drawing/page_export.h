@@ -12,6 +12,7 @@
 #include "drawing/record.h"
 #include "system/clock.h"
 #include "system/files.h"
+#include "system/log.h"
 #include "system/shared_path.h"
 #include "system/system.h"
 #include "tcl/script_host.h"
@@ -42,8 +43,8 @@ struct PageDocument {
 class PageExport {
  public:
   PageExport(const ProjectFolder& project, Files& files, Processes& processes, Clock& clock,
-             const TextConverter& converter)
-      : project_(project), files_(files), processes_(processes), clock_(clock), converter_(converter) {}
+             const TextConverter& converter, const Logs& logs)
+      : project_(project), files_(files), processes_(processes), clock_(clock), converter_(converter), logs_(logs) {}
 
   // Empties "\Cache\Output" and begins a document without a page; an open page is dropped unwritten. What a link in the
   // folder leads to is left alone. The schematic's name stays.
@@ -75,6 +76,7 @@ class PageExport {
   Processes& processes_;
   Clock& clock_;
   const TextConverter& converter_;
+  const Logs& logs_;
   std::optional<PageDocument> document_;
   std::uint64_t begun_ = 0;  // documents so far
   std::optional<bool> isFromOldHost_;

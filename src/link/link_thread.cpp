@@ -96,7 +96,7 @@ int LinkThread::connect(SocketClient& client, std::uint16_t port) {
   const auto began = clock_.monotonic();
   const int result = client.connect(localAddress, port);
   if (result != 0) {
-    link_.setRefusedAtOnce(clock_.monotonic() - began < quickRefusal);
+    link_.setRefusedAtOnce(client.hasSocket() && clock_.monotonic() - began < quickRefusal);
   }
   return result;
 }

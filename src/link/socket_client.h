@@ -36,6 +36,9 @@ class SocketClient {
   // 0, or -1 with "invalid socket!" or "connect error !" on standard output. Closes a former connection first.
   int connect(const char* address, std::uint16_t port);
 
+  // False also after a connection for which the system had no socket; true after one that was refused.
+  bool hasSocket() { return current().has_value(); }
+
   // Sends a message (code page bytes) as one frame in pieces; failures are only logged.
   void sendPacket(std::string_view message);
 

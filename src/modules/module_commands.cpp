@@ -53,7 +53,8 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document) {
 }
 
 CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
-                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document) {
+                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document,
+                               const Logs& logs) {
   const FilePath folder = cacheFolder(project) / "Share";
   const FilePath path = folder / "ModuleLib.json";
   if (document.started()) {
@@ -61,8 +62,8 @@ CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, 
     makeFolder(files, cacheFolder(project));
     makeFolder(files, folder);
     const std::string content = withDosLineEnds(text);
-    writeWholeFile(files, processes, path, WhenHeld::writeInPlace,
-                   [&](OutputFile& file) { return file.write(content); });
+    writeWholeFile(
+        files, processes, path, WhenHeld::writeInPlace, [&](OutputFile& file) { return file.write(content); }, logs);
   }
   placement.dsnDatPath = paths.of(path);
   return {path.utf8()};

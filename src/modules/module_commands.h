@@ -5,6 +5,7 @@
 
 namespace vernoxa::inline system {
 class Files;
+class Logs;
 class Processes;
 class ProjectFolder;
 }  // namespace vernoxa::inline system
@@ -27,6 +28,7 @@ CommandResult addMarketPartList(CommandCall& call, ModuleDocument& document);
 // Takes name, width, height and one unused argument; writes the document as "\Cache\Share\ModuleLib.json" and answers
 // that path in UTF-8, even if nothing could be written.
 CommandResult outputMarketFile(CommandCall& call, const ProjectFolder& project, Files& files, Processes& processes,
-                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document);
+                               const MessagePaths& paths, PlacementContext& placement, ModuleDocument& document,
+                               const Logs& logs);
 
 }  // namespace vernoxa::modules

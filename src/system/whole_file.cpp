@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "system/log.h"
 #include "system/system.h"
 #include "system/temporary_file.h"
 
@@ -49,6 +50,13 @@ bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, Wh
   // If not even the temporary file could be created, writing in place might fail too and destroy the former file.
   const bool inPlaceIsSafe = written == Written::whole || !files.exists(path);
   return whenHeld == WhenHeld::writeInPlace && inPlaceIsSafe && write(files, path, content) == Written::whole;
+}
+
+void writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
+                    const WriteContent& content, const Logs& logs) {
+  if (!writeWholeFile(files, processes, path, whenHeld, content)) {
+    logs.openTraffic().writeLine("not written: " + path.utf8());
+  }
 }
 
 }  // namespace vernoxa::inline system

@@ -8,6 +8,7 @@
 namespace vernoxa::inline system {
 
 class Files;
+class Logs;
 class OutputFile;
 class Processes;
 
@@ -22,5 +23,9 @@ using WriteContent = std::function<bool(OutputFile&)>;
 // behind. Only one thread at a time may write into a folder.
 bool writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
                     const WriteContent& write);
+
+// The same; the traffic log tells of a file that was not written.
+void writeWholeFile(Files& files, Processes& processes, const FilePath& path, WhenHeld whenHeld,
+                    const WriteContent& write, const Logs& logs);
 
 }  // namespace vernoxa::inline system

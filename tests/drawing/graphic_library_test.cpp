@@ -34,7 +34,7 @@ class GraphicLibraryTest : public testing::Test {
   }
 
   FakeSession fake;
-  GraphicLibrary library{fake.project, fake.fake.files, fake.fake.processes, fake.text};
+  GraphicLibrary library{fake.project, fake.fake.files, fake.fake.processes, fake.text, fake.logs};
 };
 
 TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
@@ -94,9 +94,11 @@ TEST_F(GraphicLibraryTest, WhatACrashLeftIsReplaced) {
   }
   fake.fake.files.addFile(path, "");
   fake.fake.files.held.insert(pathOf(path));
+  fake.enableTraffic();
   library.start();
   library.finish("x");
   EXPECT_EQ(file("x"), "");
+  EXPECT_EQ(fake.traffic(), "not written: " + std::string(path));
   EXPECT_EQ(fake.fake.files.entries("C:\\App\\Cache\\Library").size(), 1U);
 }
 

@@ -41,7 +41,7 @@ class PageExportTest : public testing::Test {
 
   const std::string folder = "C:\\App\\Cache\\Output";
   FakeSession fake;
-  PageExport pages{fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text};
+  PageExport pages{fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text, fake.logs};
 };
 
 using Names = std::vector<std::string>;
@@ -222,6 +222,15 @@ TEST_F(PageExportTest, APageThatCannotEndTakesNoMoreAndWaits) {
   fake.fake.files.faults.failCall(0);
   finish("S", "T", "N");  // under the name of the page that waits
   EXPECT_EQ(names(), (Names{"S@!@P@!@K.json", "S@!@R@!@M.json"}));
+}
+
+TEST_F(PageExportTest, APageThatCannotBeWrittenIsNamedInTheLog) {
+  fake.enableTraffic();
+  pages.start();
+  fake.fake.files.addFolder(folder + "\\S@!@P@!@K.json");  // in its place
+  page({"Page", "P", "1", "1", "K"});
+  finish("S", "P", "K");
+  EXPECT_EQ(fake.traffic(), "not written: " + folder + "\\S@!@P@!@K.json");
 }
 
 TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {

@@ -52,7 +52,7 @@ TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
   constexpr int recordsPerPage = 2000;
   FakeSession fake;
   fake.fake.files.addFolder("C:\\App");
-  PageExport pages(fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text);
+  PageExport pages(fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text, fake.logs);
   RandomRecords random;
   pages.start();
   for (int page = 0; page < pageCount; ++page) {

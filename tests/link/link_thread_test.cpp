@@ -132,6 +132,11 @@ TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
     EXPECT_EQ(thread.testConnect(), -1);
     EXPECT_EQ(companionLink.companionMayBeAsked(), milliseconds < 250) << milliseconds;
   }
+  fake.sockets.refusalTakes = std::chrono::milliseconds(0);
+  EXPECT_EQ(thread.testConnect(), -1);
+  fake.sockets.faults.failCall(1);  // no socket
+  EXPECT_EQ(thread.testConnect(), -1);
+  EXPECT_FALSE(companionLink.companionMayBeAsked());
   companionLink.setClientCreated(true);
   EXPECT_TRUE(companionLink.companionMayBeAsked());
   EXPECT_THAT(fake.clock.pauses(), IsEmpty());

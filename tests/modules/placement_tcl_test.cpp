@@ -148,6 +148,13 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
               ElementsAre("placePart", "Junction", "0", "{NimbMarket Junction} {MarketResID {}} {MarketUserID {}}",
                           "{StartX 5} {StartY 6}", ""));
   EXPECT_EQ(with_.fake.files.bytes("C:\\Mods\\other.txt"), "the user's");
+
+  with_.enableTraffic();
+  with_.fake.files.removeFile(path);
+  with_.fake.files.addFolder(path);  // in its place
+  call(plugin::run<initMarketFile>, {"init"});
+  call(plugin::run<outputMarketFile>, {"output", "0", "300", "200", ""});
+  EXPECT_EQ(with_.traffic(), "not written: " + path);
 }
 
 TEST_F(PlacementInTcl, PathsOfTheLibrariesAreAnswered) {

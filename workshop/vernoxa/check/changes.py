@@ -108,7 +108,9 @@ def _tokens(source: str, step: int = 1) -> Iterator[tuple[int, int, str]]:
 def _lines(source: str) -> Iterator[tuple[int, int, str]]:
     """The places that a whole statement, condition or result offers."""
     for match in _STATEMENT.finditer(source):
-        if not _DECLARATION.match(match["text"]) and not match["text"].endswith(("= delete;", "= default;")):
+        text = match["text"]
+        same = text.endswith(("= delete;", "= default;")) or ".reserve(" in text
+        if not same and not _DECLARATION.match(text):
             yield match.start("text"), match.end("text"), ";"
     for match in _CONDITION.finditer(source):
         if ";" not in match["test"] and " = " not in match["test"]:
