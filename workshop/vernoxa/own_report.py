@@ -54,6 +54,8 @@ async def make(scene: Reading, reports: dict[pathlib.Path, pathlib.Path]) -> boo
             if len(reports) == 1:
                 raise
             scene.lacks(str(error))
+    if not known:
+        return False
     try:
         await scene.begin(host.command_line(scene.installation, [], SECONDS * (1 + len(known))))
         for design, target in known.items():
@@ -73,7 +75,7 @@ async def make_one(scene: Reading, design: tuple[pathlib.Path, str], target: pat
     """Raises Missing, TimeoutError, Refused."""
     schematic, name = design
     since = len(scene.host_lines)
-    if not await scene.user_does(open_words(design), SECONDS):
+    if not await scene.step(f"{schematic.name} is read", scene.user_does(open_words(design), SECONDS), SECONDS):
         raise Missing(scene.host_lines[-1])
     await scene.opened(name, since)
     work = collect.collect(scene.companion, name)
