@@ -13,6 +13,8 @@ namespace eval ::kicad {
     variable lastVersion 20250114
     # Sheets that use each other twice make more pages than anybody can look at.
     variable mostPages 1000
+    # Sheets within sheets; Tcl cannot go much deeper.
+    variable mostLevels 200
 }
 
 # Reading goes along a context: what the root says for all pages, and `files` and `symbols`, those read so
@@ -149,6 +151,7 @@ proc ::kicad::paperOf {root} {
 proc ::kicad::addPage {designName contextName file place} {
     upvar 1 $designName design $contextName context
     variable mostPages
+    variable mostLevels
     variable reading [fileName $file]
     set above [concat [dict get $place above] [list $file]]
     set page [dict merge [dict get $context files $file drawings] [dict remove $place above] [dict create sheets {}]]
@@ -172,6 +175,8 @@ proc ::kicad::addPage {designName contextName file place} {
             set problem "it is on itself"
         } elseif {![file isfile $below]} {
             set problem "there is no \"[dict get $sheet file]\""
+        } elseif {[llength $above] >= $mostLevels} {
+            set problem "there are $mostLevels levels above it already"
         } elseif {[dict size [dict get $design pages]] >= $mostPages} {
             set problem "there are $mostPages pages already"
         } elseif {![catch {readSheetFile design context $below} problem]} {
