@@ -19,6 +19,7 @@ TEST(TclArguments, NothingIsReadPastWhatCame) {
   const TclWords words({"cmd", "a {b c} {}", std::string("x\xC0\x80y", 4)});
   const Arguments arguments = words.arguments();
   EXPECT_EQ(arguments.count(), 3);
+  EXPECT_EQ(arguments.text(0), "cmd");
   EXPECT_EQ(arguments.text(2), std::string_view("x\xC0\x80y", 4));
   for (const int position : {-1, 3, 4, 1000000}) {
     EXPECT_EQ(arguments.text(position), "") << position;

@@ -90,6 +90,7 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   EXPECT_EQ(Script("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
   EXPECT_EQ(Script("p [list [list] ").bare("a]").literal("] ").bare("b]").text(), "p [list [list] a\\]] b]");
   EXPECT_EQ(Script("p ").braced("a b}").text(), "p a\\ b}");
+  EXPECT_EQ(Script("p ").braced("{a b} {}").text(), "p {{a b} {}}");
   EXPECT_EQ(Script("p ").braced("[x] $y \\}").text(), "p {[x] $y \\}}");
   EXPECT_EQ(Script("p ").braced("*").literal("[list 1 2]").text(), "p *[list 1 2]");
   EXPECT_EQ(Script("p ").bare("a").braced("; q ").quoted("; q").text(), "p a\\;\\ q\\ \"\\;\\ q\"");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/table.h"
+#include "text/json_escape.h"
 
 namespace vernoxa::inline text {
 namespace {
@@ -111,6 +112,21 @@ TEST(Json, SetKeepsThePlace) {
   document.set(document.view(), "e", "added");
   document.set(document.view(), "a", "first");
   EXPECT_EQ(document.printUnformatted(), R"({"a":"first","b":"new","d":"3","e":"added"})");
+}
+
+// Whole words are looked at, so each place in each size may be another one.
+TEST(JsonEscape, OneByteAnywhereIsFound) {
+  for (std::size_t size = 1; size < 40; ++size) {
+    EXPECT_TRUE(isPlainInJson(std::string(size, 'x'))) << size;
+    for (std::size_t place = 0; place < size; ++place) {
+      for (const char byte : {' ', '!', '#', '[', ']', '~', '"', '\\', '\x1F', '\0', '\x80', '\xFF'}) {
+        std::string text(size, 'x');
+        text[place] = byte;
+        const bool plain = byte >= ' ' && byte != '"' && byte != '\\';
+        EXPECT_EQ(isPlainInJson(text), plain) << size << " " << place << " " << static_cast<int>(byte);
+      }
+    }
+  }
 }
 
 }  // namespace
