@@ -152,6 +152,7 @@ bitmaps 77 | 0=76,32=0x400001 far away | 0=76,36=0x400001 far away | 0=76,100=0x
 bitmaps 77 | 52=0x4E6E6B28 far away | 64=0x4E6E6B28 far away | 68=0x4E6E6B28 far away | 72=0xCE6E6B28 far away
 bitmaps 77 | 56=0x4E6E6B28 far away | 60=0x4E6E6B28 far away | 52=0x7F800000 far away | 52=0x7FC00000 far away
 bitmaps 77 | 52=0x41800000 sound | 52=0,64=0 sound | 44=0x300000,100=0x200000 far away
+bitmaps 77 | 44=0x300000,100=0x100000 sound
 bitmaps 77 | 100=40,104=40,52=0x4788B800,60=0x4788B800 far away | 100=40,52=0x4788B800,68=0x4A2AE600 far away
 bitmaps 77 | 100=40,104=40,56=0x4788B800,64=0x4788B800 far away | 104=40,64=0x4788B800,72=0x4A2AE600 far away
 bitmaps 78 | 44=0x400001 far away | 32=0x400001 far away | 68=0x4E6E6B28 far away | 100=0x400001 sound
