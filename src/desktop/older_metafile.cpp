@@ -141,7 +141,7 @@ std::optional<std::string> recordsFault(std::string_view bytes, std::uint32_t ob
 std::optional<std::string> olderMetafileFault(std::string_view bytes) {
   const MetafileRecord header(bytes);
   const bool known = header.size() >= headerBytes && (header.shortNumber(0) == 1 || header.shortNumber(0) == 2) &&
-                     header.shortNumber(2) * 2 == headerBytes;
+                     header.shortNumber(2) == headerBytes / 2;
   return known ? recordsFault(bytes, header.shortNumber(10)) : "no header of an older metafile";
 }
 
