@@ -103,6 +103,7 @@ TEST(Elements, AsGivenTakesOnlyWhatIsTheSameInEveryEncoding) {
     EXPECT_FALSE(elements.add(WordRecord(words), Encoding::asGiven)) << words.back();
   }
   EXPECT_TRUE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0", chinese, "0"}, Encoding::asGiven));  // no style
+  EXPECT_TRUE(elements.add(WordRecord{"Text", "1", "2", "", "0", "", "-9", "0"}, Encoding::asGiven));       // no lines
   EXPECT_FALSE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0" + chinese, "0", "0"}, Encoding::asGiven));
   EXPECT_EQ(drawn(elements), "g id=" + std::string(20'000, 'y') + chinese +
                                  "\nline style=stroke:#0000FF;stroke-width:1;stroke-linecap:round|"
