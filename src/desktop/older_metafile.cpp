@@ -91,7 +91,7 @@ struct OlderRow {
   Fault (*check)(const MetafileRecord&, std::uint32_t objects);
 };
 // clang-format off
-constexpr OlderRow rows[] = {
+constexpr OlderRow olderRows[] = {
     {0x0037, 10, counts<8, 4>}, {0x00F7, 10, counts<8, 4>}, {0x0436, 10, counts<8, 4>},  // palettes
     {0x0228, 10, uses<6, 8>}, {0x0429, 14, uses<6, 8>},                                  // regions and brushes
     {0x012A, 8, uses<6>}, {0x012B, 8, uses<6>}, {0x012C, 8, uses<6>},
@@ -108,9 +108,9 @@ constexpr OlderRow rows[] = {
 
 Fault recordFault(const MetafileRecord& record, std::uint32_t objects) {
   const std::uint32_t function = record.shortNumber(4);
-  const auto* const row =
-      std::find_if(std::begin(rows), std::end(rows), [&](const OlderRow& each) { return each.function == function; });
-  const bool isUsual = row == std::end(rows);
+  const auto* const row = std::find_if(std::begin(olderRows), std::end(olderRows),
+                                       [&](const OlderRow& each) { return each.function == function; });
+  const bool isUsual = row == std::end(olderRows);
   if (record.size() < (isUsual ? usualBytes(function) : row->fixedBytes)) {
     return "too short";
   }
