@@ -15,6 +15,8 @@ constexpr std::uint32_t polylineTo = 6;
 constexpr std::uint32_t lineTo = 54;
 constexpr std::uint32_t beginPath = 59;
 constexpr std::uint32_t fillPath = 62;
+constexpr std::uint32_t strokeAndFillPath = 63;
+constexpr std::uint32_t strokePath = 64;
 constexpr std::uint32_t selectClipPath = 67;
 
 struct Step {
@@ -48,6 +50,8 @@ TEST(FilledShapes, AreAsMuchWorkAsTheirOutlineCrossesRows) {
       {{{fillPath, {}}}, 0},
       {{{polylineTo, zigzag}, {fillPath, {}}}, 4},
       {{{polylineTo, zigzag}, {selectClipPath, {}}}, 4},
+      {{{polylineTo, zigzag}, {strokeAndFillPath, {}}}, 4},
+      {{{polylineTo, zigzag}, {strokePath, {}}}, 0},
       {{{polylineTo, zigzag}, {polylineTo, back}, {fillPath, {}}}, 6},  // and the way from one to the other
       {{{polylineTo, zigzag}, {beginPath, {}}, {polylineTo, back}, {fillPath, {}}}, 1},
       {{{lineTo, {7, 0}}, {lineTo, {8, 50}}, {lineTo, {9, 0}}, {lineTo, {7, 50}}, {fillPath, {}}}, 3},
