@@ -4,7 +4,6 @@
 
 #include <array>
 #include <map>
-#include <set>
 #include <string>
 
 #include "desktop/metafile_check.h"
@@ -21,24 +20,17 @@ constexpr std::uint32_t aPlace = 200;              // where no sample draws
 constexpr std::uint32_t aShortPlace = 0x000100C8;  // another one, as two short numbers too
 constexpr std::uint32_t behindAllCounts = 32;      // of points
 
+// Places of numbers, each with what is said of it.
 struct Numbers {
-  std::set<std::uint32_t> bounded;  // refused when large
-  std::set<std::uint32_t> exact;    // refused already when one more
-  std::set<std::uint32_t> drawn;    // moves the extent
+  std::map<std::uint32_t, std::string> bounded;  // refused when large, "+": already when one more
+  std::map<std::uint32_t, std::string> drawn;    // moves the extent
 
-  std::string boundedText() const {
-    std::string text;
-    for (const std::uint32_t at : bounded) {
-      text += std::to_string(at) + (exact.contains(at) ? "+ " : " ");
+  static std::string text(const std::map<std::uint32_t, std::string>& places) {
+    std::string all;
+    for (const auto& [at, said] : places) {
+      all += std::to_string(at) + said + " ";
     }
-    return text;
-  }
-  std::string drawnText() const {
-    std::string text;
-    for (const std::uint32_t at : drawn) {
-      text += std::to_string(at) + " ";
-    }
-    return text;
+    return all;
   }
 };
 
@@ -59,14 +51,12 @@ void addNumbers(const std::string& metafile, std::size_t place, std::map<std::ui
     const auto refused = [&](std::uint32_t number) {
       return metafileFault(withNumber(metafile, place + at, number)).has_value();
     };
+    const bool oneMoreIsRefused = refused(at4(place + at) + 1);
     if (refused(large)) {
-      kind.bounded.insert(at);
-    }
-    if (refused(at4(place + at) + 1)) {
-      kind.exact.insert(at);
+      kind.bounded[at] += oneMoreIsRefused && kind.bounded[at].empty() ? "+" : "";
     }
     if (moves(record, at)) {
-      kind.drawn.insert(at);
+      kind.drawn[at];
     }
   }
   if (kind.drawn.empty()) {
@@ -142,12 +132,12 @@ TEST(MetafileNumbers, AreBoundedAndDrawnAtInEachKindOfRecord) {
     }
   }
   for (const auto& [kind, texts] : expected) {
-    EXPECT_TRUE(numbers.contains(kind)) << kind;
+    numbers[kind];  // none, where no sample has that kind
   }
   for (const auto& [kind, found] : numbers) {
     const auto& [bounded, drawn] = expected[kind];
-    EXPECT_EQ(found.boundedText(), bounded) << kind;
-    EXPECT_EQ(found.drawnText(), drawn) << kind;
+    EXPECT_EQ(Numbers::text(found.bounded), bounded) << kind;
+    EXPECT_EQ(Numbers::text(found.drawn), drawn) << kind;
   }
 }
 

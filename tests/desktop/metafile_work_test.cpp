@@ -10,29 +10,22 @@
 namespace vernoxa::desktop {
 namespace {
 
-constexpr std::uint32_t polygon = 3;
-constexpr std::uint32_t polylineTo = 6;
-constexpr std::uint32_t lineTo = 54;
-constexpr std::uint32_t beginPath = 59;
-constexpr std::uint32_t fillPath = 62;
-constexpr std::uint32_t strokeAndFillPath = 63;
-constexpr std::uint32_t strokePath = 64;
-constexpr std::uint32_t selectClipPath = 67;
+enum Type : std::uint32_t { polygon = 3, polylineTo = 6, lineTo = 54, beginPath = 59, fillPath = 62 };
+enum PathType : std::uint32_t { strokeAndFillPath = 63, strokePath = 64, selectClipPath = 67 };
 
 struct Step {
   std::uint32_t type;
-  std::vector<std::uint32_t> numbers;  // x, y, x, y ...
-};
+  std::vector<std::uint32_t> points;  // x, y, x, y ...
 
-std::string recordOf(const Step& step) {
-  const std::size_t first = step.type == lineTo ? 8 : 28;
-  std::string record = withNumber(std::string(first + step.numbers.size() * 4, '\0'), 0, step.type);
-  record = withNumber(record, 24, static_cast<std::uint32_t>(step.numbers.size() / 2));
-  for (std::size_t index = 0; index < step.numbers.size(); ++index) {
-    record = withNumber(record, first + index * 4, step.numbers[index]);
+  std::string record() const {
+    std::vector<std::uint32_t> numbers = {type, 0};
+    if (type != lineTo) {
+      numbers.insert(numbers.end(), {0, 0, 0, 0, static_cast<std::uint32_t>(points.size() / 2)});
+    }
+    numbers.insert(numbers.end(), points.begin(), points.end());
+    return numbersOf(numbers);
   }
-  return record;
-}
+};
 
 // What the last record fills; nothing is 0.
 TEST(FilledShapes, AreAsMuchWorkAsTheirOutlineCrossesRows) {
@@ -61,7 +54,7 @@ TEST(FilledShapes, AreAsMuchWorkAsTheirOutlineCrossesRows) {
     FilledShapes shapes;
     std::optional<FilledShape> filled;
     for (const Step& step : each.steps) {
-      const std::string bytes = recordOf(step);
+      const std::string bytes = step.record();
       filled = shapes.next(MetafileRecord(bytes), drawnExtent(MetafileRecord(bytes)));
     }
     const std::size_t row = static_cast<std::size_t>(&each - cases);

@@ -38,16 +38,7 @@ std::uint32_t tellingNumber(Dice& dice, std::uint32_t former) {
 
 // SETWORLDTRANSFORM, by one factor in both directions.
 std::string worldTransformation(std::uint32_t factor) {
-  std::string record(32, '\0');
-  for (const auto& [place, number] : {std::pair{0U, 35U}, {4U, 32U}, {8U, factor}, {20U, factor}}) {
-    record = withNumber(record, place, number);
-  }
-  return record;
-}
-
-// What the size of the picture is made of changes rarely: most pictures would be as large as any may be.
-bool isFrame(std::size_t place) {
-  return place >= 24 && place < 40;
+  return numbersOf({35, 32, factor, 0, 0, factor, 0, 0});
 }
 
 std::string spoil(std::string bytes, Dice& dice) {
@@ -71,8 +62,8 @@ std::string spoil(std::string bytes, Dice& dice) {
       return bytes.substr(0, bytes.size() - below(dice, bytes.size() / 8));
     case 6:  // under a transformation of its own
       return record == 0 ? bytes : bytes.insert(record, worldTransformation(tellingNumber(dice, 0)));
-    default:
-      return isFrame(number) && below(dice, 16) != 0
+    default:  // what the size of the picture is made of changes rarely: most would be as large as any may be
+      return number >= 24 && number < 40 && below(dice, 16) != 0
                  ? bytes
                  : withNumber(bytes, number, tellingNumber(dice, numberAt(bytes, number)));
   }
@@ -105,6 +96,14 @@ std::size_t findRecord(std::string_view metafile, std::uint32_t type) {
     }
   }
   return std::string_view::npos;
+}
+
+std::string numbersOf(const std::vector<std::uint32_t>& numbers) {
+  std::string bytes(numbers.size() * 4, '\0');
+  for (std::size_t index = 0; index < numbers.size(); ++index) {
+    bytes = withNumber(bytes, index * 4, numbers[index]);
+  }
+  return bytes;
 }
 
 std::string withNumber(std::string bytes, std::size_t place, std::uint32_t number) {

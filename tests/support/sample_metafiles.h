@@ -24,7 +24,10 @@ std::vector<std::size_t> recordPlaces(std::string_view metafile);
 // Where a metafile's first record of that type begins; npos without one.
 std::size_t findRecord(std::string_view metafile, std::uint32_t type);
 
-// Another 32-bit number at that place, its low byte first.
+// 32-bit numbers, their low bytes first.
+std::string numbersOf(const std::vector<std::uint32_t>& numbers);
+
+// Another such number at that place.
 std::string withNumber(std::string bytes, std::size_t place, std::uint32_t number);
 
 // One of the samples with a few numbers, sizes, records or bytes changed; the same for the same seed. Now and then it
