@@ -2,22 +2,18 @@
 #include "desktop/select_dialog_windows.h"
 
 #include <commctrl.h>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <chrono>
+#include <array>
 #include <functional>
 #include <thread>
 
 #include "desktop/resource.h"
 #include "support/handle_probe_windows.h"
-#include "support/soak.h"
 #include "system/wide_text_windows.h"
 
 namespace vernoxa::desktop {
 namespace {
-
-using testing::ElementsAre;
-using namespace std::chrono_literals;
 
 constexpr const wchar_t* caption = L"选择要跳转的器件分部";
 constexpr COLORREF groundColour = RGB(230, 242, 242);
@@ -26,13 +22,10 @@ constexpr COLORREF groundColour = RGB(230, 242, 242);
 const std::vector<std::string> threeTexts = {"U1", "\xE7\x94\xB5\xE9\x98\xBB R2", "\xE4\xB8\x89"};
 
 bool waitUntil(const std::function<bool()>& condition) {
-  for (int pause = 0; pause < 2000; ++pause) {
-    if (condition()) {
-      return true;
-    }
-    std::this_thread::sleep_for(5ms);
+  for (int pause = 0; pause < 2000 && !condition(); ++pause) {
+    Sleep(5);
   }
-  return false;
+  return condition();
 }
 
 class Seen {
@@ -47,12 +40,14 @@ class Seen {
     waitUntil([&] { return selected() != before; });
   }
   int selected() const { return static_cast<int>(ask(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED)); }
+  // Below the last row for a row that is not there.
   void doubleClick(int row) const {
-    const LPARAM place = middleOf(row);
-    PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, place);
-    PostMessageW(list, WM_LBUTTONUP, 0, place);
-    PostMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, place);
-    PostMessageW(list, WM_LBUTTONUP, 0, place);
+    RECT first{LVIR_BOUNDS, 0, 0, 0};
+    ask(LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
+    const LPARAM place = MAKELPARAM(first.left + 20, first.top + (first.bottom - first.top) * (2 * row + 1) / 2);
+    for (const UINT message : std::array<UINT, 4>{WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP}) {
+      PostMessageW(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, place);
+    }
   }
   void select(int row) const { ListView_SetItemState(list, row, LVIS_SELECTED, LVIS_SELECTED); }
   void press(int button) const { PostMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0); }
@@ -60,12 +55,11 @@ class Seen {
     return SendMessageW(list, message, word, parameter);
   }
   std::wstring row(int index) const {
-    std::wstring text(2000, L'\0');
+    wchar_t text[50] = L"";
     LVITEMW item{};
-    item.pszText = text.data();
-    item.cchTextMax = static_cast<int>(text.size());
-    text.resize(
-        static_cast<std::size_t>(ask(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item))));
+    item.pszText = text;
+    item.cchTextMax = 50;
+    ask(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
     return text;
   }
   static RECT box(HWND window) {
@@ -76,42 +70,26 @@ class Seen {
 
   HWND dialog;
   HWND list;
-
- private:
-  // Below the last row for a row that is not there.
-  LPARAM middleOf(int row) const {
-    const int last = static_cast<int>(ask(LVM_GETITEMCOUNT)) - 1;
-    RECT rectangle{LVIR_BOUNDS, 0, 0, 0};
-    ask(LVM_GETITEMRECT, static_cast<WPARAM>(std::min(row, last)), reinterpret_cast<LPARAM>(&rectangle));
-    const int height = rectangle.bottom - rectangle.top;
-    return MAKELPARAM(rectangle.left + 20, rectangle.top + height / 2 + std::max(0, row - last) * height);
-  }
 };
 
 using User = std::function<void(const Seen&)>;
 
 // Another run of these tests may show its own on the same desktop.
-HWND visibleDialog() {
+HWND visibleDialog(DWORD thread) {
   HWND dialog = nullptr;
-  while ((dialog = FindWindowExW(nullptr, dialog, L"#32770", caption)) != nullptr) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(dialog, &process);
-    if (process == GetCurrentProcessId() && IsWindowVisible(dialog) != FALSE) {
-      return dialog;
-    }
-  }
-  return nullptr;
+  do {
+    dialog = FindWindowExW(nullptr, dialog, L"#32770", caption);
+  } while (dialog != nullptr && GetWindowThreadProcessId(dialog, nullptr) != thread);
+  return IsWindowVisible(dialog) != FALSE ? dialog : nullptr;
 }
 
 std::optional<std::size_t> withUser(const std::vector<std::string>& texts, const User& user) {
-  std::thread thread([&user] {
+  std::thread thread([&user, shows = GetCurrentThreadId()] {
     HWND dialog = nullptr;
-    ASSERT_TRUE(waitUntil([&dialog] { return (dialog = visibleDialog()) != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return (dialog = visibleDialog(shows)) != nullptr; }));
     user(Seen(dialog));
     EXPECT_TRUE(waitUntil([dialog] { return IsWindow(dialog) == FALSE; })) << "the user's moves did not end the dialog";
-    if (IsWindow(dialog) != FALSE) {
-      PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-    }
+    PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   });
   const auto chosen = SelectDialog(texts).run();
   thread.join();
@@ -120,20 +98,16 @@ std::optional<std::size_t> withUser(const std::vector<std::string>& texts, const
 
 TEST(SelectDialogTest, ShowsTheTextsAsTheHostExpectsThem) {
   withUser(threeTexts, [](const Seen& seen) {
-    const std::vector<std::wstring> rows = {seen.row(0), seen.row(1), seen.row(2)};
-    EXPECT_THAT(rows, ElementsAre(L"U1", L"电阻 R2", L"三"));
+    EXPECT_EQ(seen.row(0) + L"|" + seen.row(1) + L"|" + seen.row(2), L"U1|电阻 R2|三");
     EXPECT_EQ(seen.ask(LVM_GETITEMCOUNT), 3);
     EXPECT_EQ(seen.ask(LVM_GETEXTENDEDLISTVIEWSTYLE), 33);
     EXPECT_EQ(seen.ask(LVM_GETTEXTBKCOLOR), static_cast<LRESULT>(groundColour));
     EXPECT_EQ(seen.selected(), -1);
 
-    std::wstring heading(50, L'\0');
-    LVCOLUMNW column{};
-    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
-    column.pszText = heading.data();
-    column.cchTextMax = static_cast<int>(heading.size());
+    wchar_t heading[50] = L"";
+    LVCOLUMNW column{LVCF_TEXT | LVCF_WIDTH | LVCF_FMT, 0, 0, heading, 50, 0, 0, 0, 0, 0, 0};
     seen.ask(LVM_GETCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
-    EXPECT_STREQ(heading.c_str(), L"选择要跳转的部分");
+    EXPECT_STREQ(heading, L"选择要跳转的部分");
     EXPECT_EQ(column.fmt & LVCFMT_JUSTIFYMASK, LVCFMT_LEFT);
     EXPECT_EQ(column.cx, Seen::box(seen.list).right - Seen::box(seen.list).left - 20);
 
@@ -222,38 +196,28 @@ TEST(SelectDialogTest, LongTextsWidenItAsFarAsTheScreenGoes) {
 }
 
 TEST(SelectDialogTest, TheOtherTemplatesStandInTheResources) {
-  const struct {
-    int dialog;
-    const wchar_t* title;
-    std::vector<std::wstring> controls;
-  } cases[] = {
-      {VERNOXA_INPUT_DIALOG, L"请输入内容", {L"确定", L"取消"}},
-      {VERNOXA_MODULE_DIALOG, L"模块复用", {L"所选电路售价:", L"视图模式切换:", L"提取"}},
+  const std::pair<int, std::vector<const wchar_t*>> cases[] = {
+      {VERNOXA_INPUT_DIALOG, {L"请输入内容", L"确定", L"取消"}},
+      {VERNOXA_MODULE_DIALOG, {L"模块复用", L"所选电路售价:", L"视图模式切换:", L"提取"}},
   };
-  for (const auto& each : cases) {
+  for (const auto& [number, texts] : cases) {
     const HWND dialog = CreateDialogParamW(
-        GetModuleHandleW(nullptr), MAKEINTRESOURCEW(each.dialog), nullptr,
+        GetModuleHandleW(nullptr), MAKEINTRESOURCEW(number), nullptr,
         [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
-    ASSERT_NE(dialog, nullptr);
-    wchar_t text[50] = L"";
-    GetWindowTextW(dialog, text, 50);
-    EXPECT_STREQ(text, each.title);
-    for (const std::wstring& control : each.controls) {
-      EXPECT_NE(FindWindowExW(dialog, nullptr, nullptr, control.c_str()), nullptr);
+    wchar_t title[50] = L"";
+    GetWindowTextW(dialog, title, 50);
+    EXPECT_STREQ(title, texts[0]);
+    for (std::size_t control = 1; control < texts.size(); ++control) {
+      EXPECT_NE(FindWindowExW(dialog, nullptr, nullptr, texts[control]), nullptr) << control;
     }
     DestroyWindow(dialog);
   }
 }
 
 TEST(SelectDialogTest, HoldsNoMoreHandlesAfterManyCalls) {
-  const int calls = soakCalls(20);
-  const User user = [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_RETURN); };
-  withUser(threeTexts, user);
-  const HandleProbe before = HandleProbe::take();
-  for (int call = 0; call < calls; ++call) {
-    ASSERT_EQ(withUser(threeTexts, user), 0U) << call;
-  }
-  EXPECT_FALSE(holdsMore(HandleProbe::take(), before, static_cast<std::uintptr_t>(calls)));
+  EXPECT_FALSE(leavesHandles(20, [] {
+    ASSERT_EQ(withUser(threeTexts, [](const Seen& seen) { seen.arrow(VK_DOWN), seen.key(VK_RETURN); }), 0U);
+  }));
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
+
+#include "support/soak.h"
 
 namespace vernoxa {
 
@@ -42,9 +45,17 @@ struct HandleProbe {
   }
 };
 
-// Leaks of `calls` calls show as such a growth or more; what the system itself takes now and then stays far below.
-inline bool holdsMore(const HandleProbe& after, const HandleProbe& before, std::uintptr_t calls) {
-  const std::uintptr_t allowed = calls / 2;
+// Whether handles stay behind after many calls. Leaks of each call show as such a growth or more; what the system
+// itself takes now and then stays far below.
+inline bool leavesHandles(int callsInEveryRun, const std::function<void()>& call) {
+  const int calls = soakCalls(callsInEveryRun);
+  call();
+  const HandleProbe before = HandleProbe::take();
+  for (int done = 0; done < calls; ++done) {
+    call();
+  }
+  const HandleProbe after = HandleProbe::take();
+  const auto allowed = static_cast<std::uintptr_t>(calls / 2);
   return after.drawing > before.drawing + allowed || after.windows > before.windows + allowed ||
          after.kernel > before.kernel + allowed * 4;  // kernel handles count in fours
 }
