@@ -21,6 +21,8 @@ using testing::IsEmpty;
 constexpr const char* yes = R"({"Result":"0"})";
 constexpr const char* no = R"({"Result":"1"})";
 constexpr const char* hangUp = "none";
+const auto toHost = testing::Field(&FakeSockets::Connection::port, hostPort);
+const auto toCompanion = testing::Field(&FakeSockets::Connection::port, companionPort);
 
 class LinkThreadTest : public testing::Test, protected FakeSession {
  protected:
@@ -45,29 +47,22 @@ class LinkThreadTest : public testing::Test, protected FakeSession {
             }};
   }
 
-  // Runs the whole thread until it has slept that often; gives the pauses in seconds.
+  // Runs the whole thread until it has slept that often; gives the pauses.
   std::vector<int> runFor(int sleeps) {
     fake.sockets.listen(hostPort, host());
-    for (int accepted = 0; accepted < companions_; ++accepted) {
-      fake.sockets.expect(companionPort, {});
-    }
     fake.clock.stopAfter = sleeps;
     linkThread(client_).run();
-    std::vector<int> seconds;
-    for (const int pause : fake.clock.pauses()) {
-      seconds.push_back(pause / 1000);
-    }
-    return seconds;
+    return fake.clock.pauses();
   }
 
   // One step over a fresh connection.
-  int step(int (LinkThread::*what)()) {
-    fake.sockets.expect(hostPort, host());
+  int step(int (LinkThread::*what)(), Peer peer) {
+    fake.sockets.expect(hostPort, std::move(peer));
     client_.connect(localAddress, hostPort);
     LinkThread thread = linkThread(client_);
     return (thread.*what)();
   }
-  int poll() { return step(&LinkThread::connectToServerForPthread); }
+  int poll() { return step(&LinkThread::connectToServerForPthread, host()); }
 
   // The commands of the requests so far.
   std::vector<std::string> asked() const {
@@ -81,15 +76,7 @@ class LinkThreadTest : public testing::Test, protected FakeSession {
     }
     return names;
   }
-  std::vector<std::uint16_t> ports() const {
-    std::vector<std::uint16_t> all;
-    for (const auto& connection : fake.sockets.connections()) {
-      all.push_back(connection.port);
-    }
-    return all;
-  }
 
-  int companions_ = 1000;  // connections that the companion takes
   std::vector<std::string> requests_;
   SocketClient client_ = newClient();
 };
@@ -97,11 +84,12 @@ class LinkThreadTest : public testing::Test, protected FakeSession {
 TEST_F(LinkThreadTest, WaitsForTheHostThenForTheCompanion) {
   fake.sockets.refuse(hostPort, 2);
   fake.sockets.refuse(companionPort, 50);
+  fake.sockets.listen(companionPort, {});
   answers_ = {{"creatClient", {no, yes}}, {"GetNewOpenPath", {no}}};
   // Three attempts at the host, each with its pause; fifty probes without one; a failed handshake; two polls.
-  EXPECT_THAT(runFor(6), ElementsAre(10, 10, 10, 10, 10, 10));
+  EXPECT_EQ(runFor(6), std::vector(6, 10000));
   EXPECT_THAT(asked(), ElementsAre("creatClient", "creatClient", "GetNewOpenPath", "GetNewOpenPath"));
-  EXPECT_THAT(ports(), ElementsAre(hostPort, companionPort, companionPort));
+  EXPECT_THAT(fake.sockets.connections(), ElementsAre(toHost, toCompanion, toCompanion));
   EXPECT_EQ(fake.sockets.refused(), 52);
   EXPECT_EQ(fake.sockets.stillOpen(), 1);
   EXPECT_EQ(crashes(), "Fun111");
@@ -109,16 +97,17 @@ TEST_F(LinkThreadTest, WaitsForTheHostThenForTheCompanion) {
 
 TEST_F(LinkThreadTest, MakesTheCompanionsConnectionAnew) {
   answers_ = {{"creatClient", {R"({"Result":"0","but":"no flag"})", no, yes}}, {"GetNewOpenPath", {no}}};
+  fake.sockets.listen(companionPort, {});
   // The handshake leaves the flag unset, as after a break: one pass fails, the next pauses once more and polls.
-  EXPECT_THAT(runFor(5), ElementsAre(10, 10, 10, 10, 10));
+  EXPECT_EQ(runFor(5), std::vector(5, 10000));
   EXPECT_THAT(asked(), ElementsAre("creatClient", "creatClient", "creatClient", "GetNewOpenPath", "GetNewOpenPath"));
-  EXPECT_THAT(ports(), ElementsAre(hostPort, companionPort, companionPort, companionPort));
+  EXPECT_THAT(fake.sockets.connections(), ElementsAre(toHost, toCompanion, toCompanion, toCompanion));
 }
 
 TEST_F(LinkThreadTest, AsksNothingWhileTheCompanionIsAway) {
   answers_ = {{"creatClient", {R"({"Result":"0","but":"no flag"})"}}};
-  companions_ = 1;
-  EXPECT_THAT(runFor(4), ElementsAre(10, 10, 10, 10));
+  fake.sockets.expect(companionPort, {});
+  EXPECT_EQ(runFor(4), std::vector(4, 10000));
   EXPECT_THAT(asked(), ElementsAre("creatClient"));
   EXPECT_EQ(fake.sockets.refused(), 3);
 }
@@ -145,29 +134,27 @@ TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
   EXPECT_EQ(crashes(), "testConnect");
 }
 
+// Answers to the handshake, whether it succeeds, and what is printed with $ for line ends.
+constexpr const char* handshakes = R"(
+{"Result":"0"}  | 0  |
+{"Result":"1"}  | -1 |
+{"Result":"00"} | -1 |
+{"Result":0}    | -1 |
+{"result":"0"}  | -1 | not value$
+[]              | -1 | not value$
+nonsense        | -1 | Error before: [nonsense]$
+                | -1 | Error before: []$
+none            | -1 |
+)";
+
 TEST_F(LinkThreadTest, HandshakeNeedsTheStringZero) {
-  const struct {
-    const char* answer;
-    int result;
-    const char* printed;
-  } rows[] = {
-      {yes, 0, ""},
-      {no, -1, ""},
-      {R"({"Result":"00"})", -1, ""},
-      {R"({"Result":0})", -1, ""},
-      {R"({"result":"0"})", -1, "not value\n"},
-      {"[]", -1, "not value\n"},
-      {"nonsense", -1, "Error before: [nonsense]\n"},
-      {"", -1, "Error before: []\n"},
-      {hangUp, -1, ""},
-  };
   enableTraffic();
   std::string printed;
-  for (const auto& row : rows) {
-    answers_["creatClient"] = {row.answer};
-    EXPECT_EQ(step(&LinkThread::creatClient), row.result) << row.answer;
-    EXPECT_THAT(traffic(), testing::EndsWith(row.answer == hangUp ? "\nret:-1" : "\nret:0")) << row.answer;
-    EXPECT_EQ(fake.output.text(), printed += row.printed) << row.answer;
+  for (const auto& row : rowsOf(handshakes)) {
+    answers_["creatClient"] = {row[0]};
+    EXPECT_EQ(step(&LinkThread::creatClient, host()), std::stoi(row[1])) << row[0];
+    EXPECT_THAT(traffic(), testing::EndsWith(row[0] == hangUp ? "\nret:-1" : "\nret:0")) << row[0];
+    EXPECT_EQ(fake.output.text(), printed += replaceAll(row[2], "$", "\n")) << row[0];
   }
   EXPECT_EQ(requests_.front(), "{\n\t\"Command\":\t\"creatClient\"\n}");
   EXPECT_EQ(crashes(), "");
@@ -246,52 +233,21 @@ TEST_F(LinkThreadTest, PollsOfEveryKind) {
 }
 
 TEST_F(LinkThreadTest, ReplyThatIsNoPacketTextIsReportedByTheStepItMet) {
-  const std::string garbage = std::string("\x04\0\0\0", 4) + "zzzz";
-  const auto failing = [&](int (LinkThread::*what)()) {
-    fake.sockets.expect(hostPort, {{{garbage, {}}}, StreamEnd::close, nullptr});
-    client_.connect(localAddress, hostPort);
-    LinkThread thread = linkThread(client_);
-    return (thread.*what)();
-  };
-  EXPECT_EQ(failing(&LinkThread::creatClient), -1);
-  EXPECT_EQ(failing(&LinkThread::connectToServerForPthread), -1);
+  const Peer garbage{{{std::string("\x04\0\0\0zzzz", 8), {}}}, StreamEnd::close, nullptr};
+  EXPECT_EQ(step(&LinkThread::creatClient, garbage), -1);
+  EXPECT_EQ(step(&LinkThread::connectToServerForPthread, garbage), -1);
   EXPECT_EQ(crashes(), "creatClient\nconnectToServerForPthread");
 }
 
-// Each call of the sockets fails once, and each time the poll ends in order.
-TEST_F(LinkThreadTest, AnyCallMayFail) {
-  answers_ = {{"GetNewOpenPath", {R"({"Result":"0","Data":{"ProjectPath":"a.dsn","CloseFile":"c.dsn"}})"}},
-              {"getDsnPinCount", {R"({"Data":{"PinCount":"3"}})"}},
-              {"FileStatus", {R"({"Data":{"Path":"E:\\project"}})"}}};
-  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
-    for (int call = 1; call <= 20; ++call) {
-      fake.sockets.faults.failCall(0);
-      fake.sockets.expect(hostPort, host());
-      ASSERT_EQ(client_.connect(localAddress, hostPort), 0);
-      fake.sockets.faults.failCall(call, kind);
-      const int result = linkThread(client_).connectToServerForPthread();
-      EXPECT_EQ(result == 0, fake.sockets.faults.calls() < call) << call;
-      EXPECT_GE(result, -5);
-    }
-  }
-  EXPECT_FALSE(fake.sockets.misused());
-  EXPECT_EQ(fake.sockets.stillOpen(), 1);
-}
-
-class ProjectFolder : public testing::Test, protected FakeSession {};
-
-TEST_F(ProjectFolder, IsWhatTheCompanionNamesInEitherEncoding) {
+TEST_F(LinkThreadTest, TheProjectIsWhatTheCompanionNamesInEitherEncoding) {
   fake.files.addFolder(u8"C:\\鏀惧ぇ"_gbk);  // in the code page the bytes of this name are UTF-8 of another one
-  const struct {
-    std::string told;
-    std::u8string_view kept;
-  } rows[] = {
+  const std::pair<std::string, std::u8string_view> rows[] = {
       {u8"D:\\工程"_gbk, u8"D:\\工程"},     {utf8(u8"D:\\工程"), u8"D:\\工程"}, {utf8(u8"D:\\鏀惧ぇ"), u8"D:\\鏀惧ぇ"},
       {u8"C:\\鏀惧ぇ"_gbk, u8"C:\\鏀惧ぇ"}, {"D:\\\xC3\xA9", u8"D:\\茅"},       {"D:\\plain", u8"D:\\plain"},
   };
-  for (const auto& row : rows) {
-    part<const FileStatus>().followProject(row.told);
-    EXPECT_EQ(project.get().utf8(), utf8(row.kept));
+  for (const auto& [told, kept] : rows) {
+    part<const FileStatus>().followProject(told);
+    EXPECT_EQ(project.get().utf8(), utf8(kept));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <numeric>
 
 #include "system/fake_world.h"
@@ -11,6 +10,7 @@
 namespace vernoxa::link {
 namespace {
 
+using namespace std::string_literals;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using testing::ElementsAre;
@@ -34,33 +34,26 @@ class SocketClientTest : public testing::Test, protected FakeSession {
       return "exception";
     }
   }
-  static std::vector<Piece> cut(const std::string& stream, std::size_t at) {
-    return {{stream.substr(0, at), {}}, {stream.substr(at), {}}};
+  std::string receivedAtOnce(const std::string& stream, StreamEnd end = StreamEnd::close) {
+    return received({{stream, {}}}, end);
   }
   FakeSockets::Connection last() { return fake.sockets.connections().back(); }
 
   SocketClient client_ = newClient();
 };
 
-std::string headed(std::string_view payload, std::string_view header) {
-  return std::string(header).append(payload);
-}
-
 TEST_F(SocketClientTest, FramesAtTheSizesThatMatter) {
-  const struct {
-    std::size_t bytes;
-    std::vector<std::size_t> sends;
-  } rows[] = {
+  const std::pair<std::size_t, std::vector<std::size_t>> rows[] = {
       {0, {4}}, {1, {4, 2}}, {2000, {4, 4000}}, {2001, {4, 4000, 2}}, {4000, {4, 4000, 4000}}, {40000, {}},
   };
-  for (const auto& row : rows) {
-    std::string message(row.bytes, '\0');
+  for (const auto& [bytes, sends] : rows) {
+    std::string message(bytes, '\0');
     std::iota(message.begin(), message.end(), '\1');
     ASSERT_EQ(connectTo({}), 0);
     client_.sendPacket(message);
-    EXPECT_EQ(last().sent, frameOf(message)) << row.bytes;
-    if (!row.sends.empty()) {
-      EXPECT_EQ(last().sendSizes, row.sends);
+    EXPECT_EQ(last().sent, frameOf(message)) << bytes;
+    if (!sends.empty()) {
+      EXPECT_EQ(last().sendSizes, sends);
     }
   }
 }
@@ -84,7 +77,7 @@ TEST_F(SocketClientTest, FailedSendsAreLoggedAndGoOn) {
 
 TEST_F(SocketClientTest, ReceivingIsLogged) {
   enableTraffic();
-  EXPECT_EQ(received({{frameOf(u8"{理}"_gbk), {}}}), u8"{理}"_gbk);
+  EXPECT_EQ(receivedAtOnce(frameOf(u8"{理}"_gbk)), u8"{理}"_gbk);
   EXPECT_EQ(traffic(),
             u8"revData[0]:8\nrevData[1]:0\nrevData[2]:0\nrevData[3]:0\nlen:8\n{理}\n"_gbk
             "==========================recv over");
@@ -95,58 +88,50 @@ TEST_F(SocketClientTest, EverySplitAndEveryTruncation) {
   const std::string message = u8"{\"Command\":\"理\"}"_gbk;
   const std::string frame = frameOf(message);
   for (std::size_t size = 4; size < frame.size(); ++size) {
-    EXPECT_EQ(received(cut(frame, size)), message) << size;
-    EXPECT_EQ(received({{frame.substr(0, size), {}}}), "-1") << size;
-    EXPECT_EQ(received({{frame.substr(0, size), {}}}, StreamEnd::fail), "-1") << size;
+    EXPECT_EQ(received({{frame.substr(0, size), {}}, {frame.substr(size), {}}}), message) << size;
+    EXPECT_EQ(receivedAtOnce(frame.substr(0, size)), "-1") << size;
+    EXPECT_EQ(receivedAtOnce(frame.substr(0, size), StreamEnd::fail), "-1") << size;
   }
   EXPECT_EQ(received({}), "-1");
   EXPECT_EQ(received({}, StreamEnd::fail), "-1");
-  EXPECT_EQ(received({{frameOf(""), {}}}), "");
+  EXPECT_EQ(receivedAtOnce(frameOf("")), "");
   // A header cut short is completed with zeros, and the rest of it is read as payload.
-  EXPECT_EQ(received({{std::string("\x02\0", 2), {}}, {std::string("7b"), {}}}), "{");
-  EXPECT_EQ(received(cut(frame, 1)), "");  // which begins with a NUL byte
+  EXPECT_EQ(received({{"\x02\0"s, {}}, {"7b", {}}}), "{");
+  EXPECT_EQ(received({{frame.substr(0, 1), {}}, {frame.substr(1), {}}}), "");  // which begins with a NUL byte
 }
 
 TEST_F(SocketClientTest, OnlySixteenBitsOfTheLengthCount) {
   const std::string payload = frameOf(std::string(35000, 'm')).substr(4);
-  EXPECT_EQ(received({{headed(payload, std::string("\x70\x11\x01\0", 4)), {}}}), std::string(2232, 'm'));
-  EXPECT_EQ(received({{headed(payload, std::string("\0\0\x01\0", 4)), {}}}), "");
-  EXPECT_EQ(received({{headed(payload, "\xFE\xFF\xFF\xFF"), {}}}), std::string(32767, 'm'));
-  EXPECT_EQ(received({{headed(payload, std::string("\xFF\xFF\0\0", 4)), {}}}), std::string(32767, 'm'));  // odd length
+  const std::pair<std::string, std::size_t> rows[] = {
+      {"\x70\x11\x01\0"s, 2232}, {"\0\0\x01\0"s, 0}, {"\xFE\xFF\xFF\xFF", 32767}, {"\xFF\xFF\0\0"s, 32767}};
+  for (const auto& [header, characters] : rows) {
+    EXPECT_EQ(receivedAtOnce(header + payload), std::string(characters, 'm'));
+  }
 }
 
 TEST_F(SocketClientTest, PiecesEndAtTheirFirstNul) {
-  const std::string header("\x08\0\0\0", 4);
-  EXPECT_EQ(received({{header + std::string("7b\0zzzz", 7), {}}, {"7", {}}}), "{");  // "7b7", the odd digit dropped
-  EXPECT_EQ(received({{header + std::string(8, '\0'), {}}}), "");
-}
-
-TEST_F(SocketClientTest, PayloadThatIsNoPacketTextIsAnException) {
-  EXPECT_EQ(received({{std::string("\x04\0\0\0", 4) + "7bzz", {}}}), "exception");
+  const std::string header = frameOf("four").substr(0, 4);
+  EXPECT_EQ(received({{header + "7b\0zzzz"s, {}}, {"7", {}}}), "{");  // "7b7", the odd digit dropped
+  EXPECT_EQ(receivedAtOnce(header + std::string(8, '\0')), "");
+  EXPECT_EQ(receivedAtOnce(header + "7bzzzzzz"), "exception");  // no packet text
 }
 
 TEST_F(SocketClientTest, TheLimitHoldsForTheWholeReply) {
   const std::string frame = frameOf("ok");
-  const struct {
-    const char* name;
-    std::vector<Piece> pieces;
-    const char* expected;
-  } rows[] = {
+  std::vector<Piece> dripping = {{frame.substr(0, 4), seconds(8)}};
+  for (std::size_t at = 4; at < frame.size(); ++at) {
+    dripping.push_back({frame.substr(at, 1), seconds(8)});
+  }
+  const std::tuple<const char*, std::vector<Piece>, const char*> rows[] = {
       {"at once", {{frame, {}}}, "ok"},
       {"in time", {{frame.substr(0, 4), seconds(15)}, {frame.substr(4), milliseconds(14999)}}, "ok"},
       {"header late", {{frame, milliseconds(30001)}}, "-1"},
-      {"dripping",
-       {{frame.substr(0, 4), seconds(8)},
-        {frame.substr(4, 1), seconds(8)},
-        {frame.substr(5, 1), seconds(8)},
-        {frame.substr(6, 1), seconds(8)},
-        {frame.substr(7), seconds(8)}},
-       "-1"},
+      {"dripping", dripping, "-1"},
       {"silent", {}, "-1"},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(received(row.pieces, StreamEnd::hang, seconds(30)), row.expected) << row.name;
-    EXPECT_EQ(received(row.pieces, StreamEnd::close, seconds(30)), row.expected) << row.name;
+  for (const auto& [name, pieces, expected] : rows) {
+    EXPECT_EQ(received(pieces, StreamEnd::hang, seconds(30)), expected) << name;
+    EXPECT_EQ(received(pieces, StreamEnd::close, seconds(30)), expected) << name;
   }
   EXPECT_EQ(received({{frame, seconds(100000)}}), "ok");  // without a limit, however long
 }
@@ -176,19 +161,13 @@ TEST_F(SocketClientTest, NothingStaysBehind) {
   EXPECT_FALSE(fake.sockets.misused());
 }
 
-TEST_F(SocketClientTest, WithoutAConnectionEverythingFailsQuietly) {
-  enableTraffic();
-  client_.sendPacket("{}");
+TEST_F(SocketClientTest, WithoutAConnectionOrRetiredItOnlyFails) {
   std::string message;
+  client_.sendPacket("{}");
   EXPECT_EQ(client_.receivePacket(message), -1);
   EXPECT_EQ(client_.receivePacket(message, seconds(30)), -1);
-  EXPECT_FALSE(fake.sockets.misused());
-}
-
-TEST_F(SocketClientTest, RetiredClientOnlyFails) {
   connectTo({{{frameOf("late"), {}}}, StreamEnd::close, nullptr});
   client_.retire();
-  std::string message;
   EXPECT_EQ(client_.receivePacket(message), -1);
   client_.sendPacket("{}");
   EXPECT_EQ(last().sent, "");
