@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "support/table.h"
+#include "system/fake_world.h"
 #include "text/json_escape.h"
+#include "text/outside_json.h"
 
 namespace vernoxa::inline text {
 namespace {
@@ -60,37 +62,16 @@ TEST(Json, WholeNumbers) {
 }
 
 TEST(Json, ParsingStopsWhereTheTextIsNoJson) {
-  const struct {
-    std::string text;
-    bool parsed;
-    std::string rest;
-  } rows[] = {
-      {"{\"a\":1} and more", true, ""},
-      {std::string("{\"a\":1}\0}}", 10), true, ""},
-      {"", false, ""},
-      {"nonsense", false, "nonsense"},
-      {"{\"a\":x}", false, "x}"},
-  };
-  for (const auto& row : rows) {
-    const auto parsed = Json::parse(row.text);
-    EXPECT_EQ(static_cast<bool>(parsed.document), row.parsed) << row.text;
-    EXPECT_EQ(parsed.errorRest, row.rest) << row.text;
+  for (const std::string& sound : {std::string("{\"a\":1} and more"), std::string("{\"a\":1}\0}}", 10)}) {
+    const auto parsed = Json::parse(sound);
+    EXPECT_TRUE(parsed.document && parsed.errorRest.empty()) << sound;
   }
-}
-
-TEST(Json, DepthIsBounded) {
-  const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
-  EXPECT_TRUE(Json::parse(nested(1000)).document);
-  EXPECT_FALSE(Json::parse(nested(1001)).document);
-  EXPECT_FALSE(Json::parse(std::string(2000000, '[')).document);
-}
-
-TEST(Json, EveryTruncationIsRefusedWithoutHarm) {
-  const std::string whole = R"({"Command":"a\u4e2d\ud83d\ude00","Data":{"x":[1,-2.5e3,true,null,{}]}})";
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    EXPECT_FALSE(Json::parse(whole.substr(0, size)).document) << size;
+  for (const auto& [text, rest] :
+       {std::pair("", ""), std::pair("nonsense", "nonsense"), std::pair("{\"a\":x}", "x}")}) {
+    const auto parsed = Json::parse(text);
+    EXPECT_FALSE(parsed.document) << text;
+    EXPECT_EQ(parsed.errorRest, rest) << text;
   }
-  EXPECT_TRUE(Json::parse(whole).document);
 }
 
 TEST(Json, BuildsInOrderAndKeepsDuplicates) {
@@ -127,6 +108,61 @@ TEST(JsonEscape, OneByteAnywhereIsFound) {
       }
     }
   }
+}
+
+std::string repeated(std::string_view piece, std::size_t count) {
+  std::string text;
+  for (; count > 0; --count) {
+    text += piece;
+  }
+  return text;
+}
+
+TEST(OutsideJson, IsBounded) {
+  constexpr std::size_t longest = 33'554'432;
+  constexpr const char* size = "longer than 32 MB";
+  constexpr const char* depth = "nested deeper than 1000 levels";
+  constexpr std::size_t most = 4'194'304;
+  constexpr const char* count = "too many values";
+  const std::string deepest = repeated("[", 1000) + repeated("]", 1000);
+  const std::tuple<const char*, std::string, const char*> rows[] = {
+      {"nothing", "", ""},
+      {"the longest text", '"' + std::string(longest - 2, 'x') + '"', ""},
+      {"one byte more", '"' + std::string(longest - 1, 'x') + '"', size},
+      {"what ends at a NUL", std::string("{}\0", 3) + std::string(longest, 'x'), ""},
+      {"the deepest text", deepest, ""},
+      {"one level more", "[" + deepest + "]", depth},
+      {"behind a byte order mark", "\xEF\xBB\xBF \r\n[" + deepest + "]", depth},
+      {"deep objects", "[" + repeated(R"({"a":)", 1000), depth},
+      {"brackets in a string", "[\"" + repeated("[", 2000) + "\"]", ""},
+      {"brackets behind a quote in a string", R"(["\"\\)" + repeated("[", 2000) + "\"]", ""},
+      {"brackets behind a string", R"(["\\",)" + repeated("[", 1000), depth},
+      {"one after the other", "[" + repeated("[],", 1500) + "1]", ""},
+      {"behind the first value", "{} " + repeated("[", 2000), ""},
+      {"behind a bracket that closes nothing", "] " + repeated("[", 2000), ""},
+      {"behind a number", "1 " + repeated("[", 2000), ""},
+      {"behind a string as a whole", "\"\" " + repeated("[", 2000), ""},
+      {"the most values", "[" + repeated("0,", most - 2) + "0]", ""},
+      {"one value more", "[" + repeated("0,", most - 1) + "0]", count},
+      {"objects", "[" + repeated("{},", most / 2), count},
+      {"words", "[\"" + std::string(most, ' ') + "\"]", count},
+      {"no end to a string", "[\"" + repeated("\\", 2001), ""},
+  };
+  for (const auto& [what, text, refusal] : rows) {
+    EXPECT_EQ(outsideJsonRefusal(text), refusal) << what;
+  }
+  EXPECT_EQ(outsideJsonRefusal("[" + repeated("0,", 1'048'574) + "0]", mostMessageValues), "");
+  EXPECT_EQ(outsideJsonRefusal("[" + repeated("0,", 1'048'575) + "0]", mostMessageValues), count);
+}
+
+TEST(OutsideJson, ARefusalIsLogged) {
+  FakeSession with;
+  with.enableTraffic();
+  EXPECT_FALSE(parseOutsideJson(repeated("[", 1001), with.logs));
+  EXPECT_EQ(with.traffic(), "JSON refused: nested deeper than 1000 levels");
+  EXPECT_FALSE(parseOutsideJson("[", with.logs));
+  EXPECT_TRUE(parseOutsideJson("[]", with.logs));
+  EXPECT_EQ(with.traffic(), "JSON refused: nested deeper than 1000 levels");
 }
 
 }  // namespace

@@ -41,12 +41,8 @@ TEST_F(TextConverterTest, CharactersOfOwnTextsHaveTheBytesOfTheCodePage) {
 }
 
 TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
-  const struct {
-    std::string text;
-    std::string message;  // to the companion, code page
-    std::string script;   // to the host, UTF-8
-    std::string path;
-  } rows[] = {
+  // A text, then what becomes of it in a message to the companion, in a script for the host and as a path.
+  const std::array<std::string, 4> rows[] = {
       {"R1", "R1", "R1", "R1"},
       {utf8(u8"中文"), u8"中文"_gbk, utf8(u8"中文"), utf8(u8"中文")},
       {utf8(u8"中"), utf8(u8"中"), utf8(u8"中"), utf8(u8"中")},  // too short to look like UTF-8
@@ -55,10 +51,10 @@ TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
       {"\xC2\xB5", "\xC2\xB5", utf8(u8"碌"), "\xC2\xB5"},
       {"", "", "", ""},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(text_.messageText(row.text), row.message) << row.text;
-    EXPECT_EQ(text_.scriptValue(row.text), row.script) << row.text;
-    EXPECT_EQ(text_.hostPath(row.text), row.path) << row.text;
+  for (const auto& [text, message, script, path] : rows) {
+    EXPECT_EQ(text_.messageText(text), message) << text;
+    EXPECT_EQ(text_.scriptValue(text), script) << text;
+    EXPECT_EQ(text_.hostPath(text), path) << text;
   }
 }
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "plugin/installation.h"
 #include "system/fake_world.h"
+#include "text/file_name_escaping.h"
 #include "text/gbk_literal.h"
 
 namespace vernoxa::inline text {
@@ -49,10 +49,7 @@ TEST(Text, OfTclBecomesPlainUtf8) {
   const std::string low = "\xED\xB8\x80";
   const std::string lost = utf8(u8"\uFFFD");
   const std::string nul(tclNul);
-  const struct {
-    std::string text;
-    std::optional<std::string> plain;
-  } rows[] = {
+  const std::pair<std::string, std::optional<std::string>> rows[] = {
       {"", ""},
       {utf8(u8"a图\U0001F600"), utf8(u8"a图\U0001F600")},
       {"a" + high + low + high + low + "b", utf8(u8"a\U0001F600\U0001F600b")},
@@ -70,26 +67,23 @@ TEST(Text, OfTclBecomesPlainUtf8) {
       {"\xC0\x81", std::nullopt},
       {u8"中文"_gbk, std::nullopt},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(utf8OfTcl(row.text), row.plain) << row.text;
+  for (const auto& [text, plain] : rows) {
+    EXPECT_EQ(utf8OfTcl(text), plain) << text;
   }
 }
 
 TEST(Text, SplitsIntoFieldsAndItems) {
-  const struct {
-    std::string_view text;
-    std::vector<std::string> fields;
-    std::vector<std::string> items;
-  } rows[] = {
+  using Texts = std::vector<std::string>;
+  const std::tuple<std::string_view, Texts, Texts> rows[] = {
       {"", {""}, {}},
       {";", {"", ""}, {}},
       {"a;b;", {"a", "b", ""}, {"a", "b"}},
       {";a;;b", {"", "a", "", "b"}, {"a", "b"}},
       {"a", {"a"}, {"a"}},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(splitFields(row.text, ';'), row.fields) << row.text;
-    EXPECT_EQ(splitItems(row.text, ';'), row.items) << row.text;
+  for (const auto& [text, fields, items] : rows) {
+    EXPECT_EQ(splitFields(text, ';'), fields) << text;
+    EXPECT_EQ(splitItems(text, ';'), items) << text;
   }
 }
 
@@ -106,13 +100,31 @@ TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
   EXPECT_EQ(extensionOf("a"), std::nullopt);
 }
 
-TEST(Directories, FollowTheModulePath) {
-  const plugin::Directories found = plugin::directoriesOf(pathOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll"));
-  EXPECT_EQ(found.pluginFolder, pathOf("D:\\\xD5\x5C tools\\bin"));
-  EXPECT_EQ(found.baseDirectory, pathOf("D:\\\xD5\x5C tools"));
-  EXPECT_EQ(found.logDirectory, pathOf("D:\\\xD5\x5C tools\\Script\\Log"));
-  EXPECT_EQ(found.configurationFile, pathOf("D:\\\xD5\x5C tools\\Config\\App.txt"));
-  EXPECT_EQ(plugin::directoriesOf(pathOf("Vernoxa64.dll")).baseDirectory, pathOf("Vernoxa64.dll"));
+TEST(FileNameEscaping, ReplacesWhatWindowsForbids) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"", ""},
+      {"S@!@A/B:1@!@K.json", "S@!@A[;xiegan;]B[;maohao;]1@!@K.json"},
+      {R"(\/:*?"<>|)",
+       "[;fanxiegan;][;xiegan;][;maohao;][;xinghao;][;wenhao;][;yinhao;][;xiaoyuhao;][;dayuhao;][;shugan;]"},
+      {"::", "[;maohao;][;maohao;]"},
+      {"a[;maohao;]b", "a[;maohao;]b"},
+      {"\xE7\x94\xB5|\xE6\xBA\x90.json", "\xE7\x94\xB5[;shugan;]\xE6\xBA\x90.json"},
+  };
+  for (const auto& [name, escaped] : cases) {
+    EXPECT_EQ(escapedFileName(name), escaped) << name;
+  }
+}
+
+TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
+  for (const std::string name : {"CON.json", "nul", "aux", "Aux.b.json", "PRN .json", "com1.json", "LPT9"}) {
+    EXPECT_EQ(plainFileName(name), "_" + name);
+  }
+  for (const char* const name :
+       {"COM0.json", "COM10.json", "CONE.json", "CON@!@P.json", "ACON", "LPT.json", "COMX", "~.json", "CO", ""}) {
+    EXPECT_EQ(plainFileName(name), name);
+  }
+  EXPECT_EQ(plainFileName("a:b.json"), "a-b.json");
+  EXPECT_EQ(plainFileName("CON:.json"), "_CON-.json");
 }
 
 TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {

@@ -4,6 +4,7 @@
 
 #include "system/fake_world.h"
 #include "text/gbk_literal.h"
+#include "wire/envelope.h"
 #include "wire/frame.h"
 
 namespace vernoxa::inline wire {
@@ -44,11 +45,7 @@ TEST(PacketText, EveryTruncationAndEveryFault) {
 }
 
 TEST(Frame, HeaderIsLittleEndian) {
-  const struct {
-    std::size_t bytes;
-    FrameHeader header;
-    unsigned counted;
-  } rows[] = {
+  const std::tuple<std::size_t, FrameHeader, unsigned> rows[] = {
       {0, {0, 0, 0, 0}, 0},
       {1, {1, 0, 0, 0}, 1},
       {4000, {'\xA0', '\x0F', 0, 0}, 4000},
@@ -57,11 +54,22 @@ TEST(Frame, HeaderIsLittleEndian) {
       {70000, {'\x70', '\x11', 1, 0}, 4464},
       {0xFEDCBA98, {'\x98', '\xBA', '\xDC', '\xFE'}, 0xBA98},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(frameHeaderFor(row.bytes), row.header) << row.bytes;
-    EXPECT_EQ(payloadBytesOf(row.header), row.bytes);
-    EXPECT_EQ(countedBytes(payloadBytesOf(row.header)), row.counted) << row.bytes;
+  for (const auto& [bytes, header, counted] : rows) {
+    EXPECT_EQ(frameHeaderFor(bytes), header) << bytes;
+    EXPECT_EQ(payloadBytesOf(header), bytes);
+    EXPECT_EQ(countedBytes(payloadBytesOf(header)), counted) << bytes;
   }
+}
+
+TEST(Envelope, WhatIsNoMessageSaysWhereAndWhy) {
+  const auto failure = std::get<Failure>(parseMessage("{\"Command\":\"a\" nonsense}"));
+  EXPECT_EQ(failure.where, Failure::Where::output);
+  EXPECT_EQ(failure.what, "Error before: [nonsense}]\n");
+  const auto beyond = std::get<Failure>(parseMessage(std::string(1001, '[')));
+  EXPECT_EQ(beyond.where, Failure::Where::log);
+  EXPECT_EQ(beyond.what, "JSON refused: nested deeper than 1000 levels");
+  const auto many = std::get<Failure>(parseMessage("[" + std::string(2'100'000, ',')));
+  EXPECT_EQ(many.what, "JSON refused: too many values");
 }
 
 class PacketLogTest : public testing::Test, protected FakeSession {
