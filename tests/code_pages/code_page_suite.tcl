@@ -11,37 +11,18 @@ fconfigure stderr -translation lf -encoding utf-8
 check "system encoding" [encoding system] $encoding
 
 # A name that the page has, with what is half a character in it where there is one, and one that it has not.
-array set namesOf {1252 iné 950 功測 932 表測 65001 測é}
-set named $namesOf($page)
+set named [dict get {1252 iné 950 功測 932 表測 65001 測é} $page]
 set foreign [expr {$page == 65001 ? "한é" : "測한é"}]
 
-# A packet in UTF-8, and a reply's bytes.
-proc packet {json} {
-  return [hex $json utf-8]
-}
-
-proc replied {packet} {
-  return [binary decode hex $packet]
-}
-
-# What stands behind a member's name in a reply, as a program that reads it in the page does.
-proc member {reply name} {
-  if {![regexp "\"$name\":\"((?:\[^\"\\\\\]|\\\\.)*)\"" $reply - bytes]} {
+# What stands behind a member's name in a packet, as a program that reads it in the page does.
+proc member {packet name} {
+  if {![regexp "\"$name\":\"((?:\[^\"\\\\\]|\\\\.)*)\"" [binary decode hex $packet] - bytes]} {
     return "(none)"
   }
   return [encoding convertfrom $::encoding [string map {\\\\ \\} $bytes]]
 }
 
-# --- load, configuration, log, link ---------------------------------------------------------------------------------
-
-# The link thread comes at once. Ten seconds later, on a busy machine, it looks for the companion too, without a pause.
-proc accept {channel address port} {
-  set ::linked 1
-}
-proc ignore {channel address port} {}
-socket -server accept -myaddr 127.0.0.1 9610
-socket -server ignore -myaddr 127.0.0.1 9601
-after 30000 {set ::linked "nobody came"}
+# --- load, configuration, log ---------------------------------------------------------------------------------------
 
 set base [file join $root $named]
 install $base $built Config/Resource Script/Log
@@ -56,7 +37,6 @@ foreach library [glob -directory $tcl *.dll] {
 writeFile [file join $base AutoLogin] {close [open started.txt w]; exit}
 set env(TCL_LIBRARY) $tcl_library
 
-proc InitPath {} {return $::open}
 proc IsSchematicViewActive {} {return 1}
 proc GetNetsList {design path} {
   writeFile $path nets
@@ -74,13 +54,11 @@ onBox {apply {text {lappend ::shown [boxTexts]}}}
 set folder [pwd]
 load [file join $base bin Vernoxa64.dll] Vernoxa
 check "current folder" [pwd] $folder
-vwait linked
-check "link" $linked 1
 check "code page in the log" [regexp "\]:\[0-9: -\]+\\.GetACP $page\r\n" [readFile [file join $base Script Log schLog.txt]]] 1
 
 # --- file status ----------------------------------------------------------------------------------------------------
 
-check "file status" [member [replied [sendCloseFile "D:\\設計\\a.dsn"]] FileName] \
+check "file status" [member [sendCloseFile "D:\\設計\\a.dsn"] FileName] \
     [expr {$page == 1252 ? "(none)" : "D:\\設計\\a.dsn"}]
 
 # --- a project that is told in UTF-8 and that hardly any page has a name for -----------------------------------------
@@ -88,47 +66,29 @@ check "file status" [member [replied [sendCloseFile "D:\\設計\\a.dsn"]] FileNa
 set project [file nativename [file join $root $foreign]]
 set json [string map {\\ \\\\} $project]
 file mkdir $project
-packetParser [packet "{\"Command\":\"FileStatus_EndResult\",\"Data\":{\"Path\":\"$json\"}}"]
+packetParser [hex "{\"Command\":\"FileStatus_EndResult\",\"Data\":{\"Path\":\"$json\"}}" utf-8]
 file mkdir [file join $project Cache]
 
 initSVGList
 addToPageList {Schematic S}
-set pages [list PA PＡ Pé Pe é\\é|é/ 測한]
-foreach name $pages {
+foreach name [list PA PＡ Pé Pe é\\é|é/ 測한] {
   addToPageList [list Page $name 100 100 K]
 }
-outputSVGFile [list S [lindex $pages end] "" "" K]
+outputSVGFile {S 測한 "" "" K}
 check "page files" [names [file join $project Cache Output]] [lsort [list S@!@PA@!@K.json S@!@PＡ@!@K.json S@!@Pé@!@K.json \
     S@!@Pe@!@K.json {S@!@é[;fanxiegan;]é[;shugan;]é[;xiegan;]@!@K.json} S@!@測한@!@K.json]]
-set reply [replied [packetParser [packet {{"Command":"CreateSVG","Data":{"ProjectPath":"D:\\a.dsn"}}}]]]
+set reply [packetParser [hex {{"Command":"CreateSVG","Data":{"ProjectPath":"D:\\a.dsn"}}}]]
 check "told folder of drawings" [file isdirectory [member $reply SVGPath]] 1
 
-initGraphicFile
-check "graphic library" [outputGraphicFile é/測] [string map {\\ /} $project]/Cache/Library/é-測.json
-check "graphic library's file" [names [file join $project Cache Library]] é-測.json
+set reply [packetParserForPthread [hex {{"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}}}]]
+check "nets" [list [member $reply Result] [file exists [member $reply netlistsFile]] \
+    [file exists [file join $project Cache Nets.txt]]] {0 1 1}
 
-initMarketFile
-check "module" [outputMarketFile 1 2 3] $project\\Cache\\Share\\ModuleLib.json
-check "module's file" [file exists [file join $project Cache Share ModuleLib.json]] 1
-
-set reply [replied [packetParserForPthread [packet {{"Command":"GetNetsList","Data":{"ProjectPath":"a.dsn"}}}]]]
-check "nets" [list [member $reply Result] [file exists [member $reply netlistsFile]]] {0 1}
-check "nets' file" [file exists [file join $project Cache Nets.txt]] 1
-
-# --- designs there, one of which has a file and so a short name ------------------------------------------------------
+# --- a design with a file, and so with a short name -----------------------------------------------------------------
 
 set there [file nativename [file join $project a.dsn]]
-set missing [file nativename [file join $project none.dsn]]
 writeFile $there design
-check "name that opens the design" [file exists [member [replied [sendSaveFile $there]] FileName]] 1
-set open "$missing;$there"
-set reply [replied [packetParserForPthread [packet {{"Command":"GetNewOpenPath"}}]]]
-set told [expr {$page == 65001 ? $missing : $there}]
-check "design to report" [string match *[string map {\\ \\\\} [file tail $told]]* $reply] 1
-check "design without a name" [expr {[sendSaveFile $missing] eq ""}] [expr {$page != 65001}]
-check "its line in the log" [regexp -all {not reported[^\r]*none.dsn} [readFile [file join $base Script Log schLog.txt]]] \
-    [expr {$page != 65001}]
-
+check "name that opens the design" [file exists [member [sendSaveFile $there] FileName]] 1
 # --- placing, by a path in UTF-8 and by one in the page -------------------------------------------------------------
 
 foreach {folder with} [list $foreign utf-8 $named $encoding] {

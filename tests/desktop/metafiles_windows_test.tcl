@@ -2,40 +2,20 @@
 # Each becomes a whole picture, or is refused with a line in the traffic log; the process lives on. Prints a line with
 # what was counted at the end, and what the process held after the first tenth and at the end.
 
-lassign $argv built times seed
-if {$times eq ""} {
-    set times 300
-}
-if {$seed eq ""} {
-    set seed 1
-}
-set folder [file join $env(TEMP) vernoxa-metafiles-[pid]]
-file mkdir [file join $folder bin] [file join $folder Script Log]
-foreach name {Vernoxa64.dll counts.dll} {
-    file copy -force [file join [file dirname $built] $name] [file join $folder bin $name]
-}
-namespace eval ::capGenerateBOMUtil {proc init {} {}}
-foreach name {RegisterAction UnregisterAction creatServerForPthread InsertXMLMenu} {
-    proc $name args {}
-}
+lassign [concat $argv [lrange {300 1} [expr {$argc - 1}] end]] built times seed
+set folder [install [file join $env(TEMP) vernoxa-metafiles-[pid]] $built Script/Log]
+file copy [file join [file dirname $built] counts.dll] [file join $folder bin]
+quiet {RegisterAction UnregisterAction creatServerForPthread InsertXMLMenu}
 load [file join $folder bin counts.dll] Counts
 load [file join $folder bin Vernoxa64.dll] Vernoxa
-set log [file join $folder Script Log schLog.txt]
-set failures {}
 
 # Lines of the log that tell of metafiles, since the last time.
 proc newLines {} {
-    if {![file exists $::log]} {
-        return {}
-    }
-    set channel [open $::log rb]
-    seek $channel $::seen
-    set text [read $channel]
-    set ::seen [tell $channel]
-    close $channel
-    return [lsearch -all -inline [split $text \n] *metafile:*]
+    set log [file join $::folder Script Log schLog.txt]
+    set lines [lsearch -all -inline [split [readFile $log] \n] *metafile:*]
+    file delete $log
+    return $lines
 }
-set seen 0
 
 # The picture is there to its last byte, as its own header counts them.
 proc isWhole {path} {
@@ -57,18 +37,10 @@ proc try {kind number} {
     set took [expr {[clock milliseconds] - $began}]
     set lines [newLines]
     set what "$kind $number ($name): \"$path\", log: $lines"
-    if {$took > 10000} {
-        lappend ::failures "$took ms for $what"
-    }
-    if {[file exists C:/Temp/test.emf]} {
-        lappend ::failures "the metafile was left by $what"
-    }
-    if {[llength $lines] != ($path eq "")} {
-        lappend ::failures "lines for $what"
-    }
-    if {$path ne "" && ![isWhole $path]} {
-        lappend ::failures "no whole picture for $what"
-    }
+    check "tens of seconds for $what" [expr {$took / 10000}] 0
+    check "the metafile left by $what" [file exists C:/Temp/test.emf] 0
+    check "lines for $what" [llength $lines] [expr {$path eq ""}]
+    check "a whole picture or none for $what" [expr {$path eq "" || [isWhole $path]}] 1
     return [expr {$path eq "" ? "refused" : "picture"}]
 }
 
@@ -78,9 +50,7 @@ proc hold {} {
 }
 
 for {set number 0} {[set result [try sound $number]] ne "untaken"} {incr number} {
-    if {$result ne "picture"} {
-        lappend failures "a sound metafile was $result: $number"
-    }
+    check "sound metafile $number" $result picture
 }
 array set counted {picture 0 refused 0 untaken 0}
 for {set done 0} {$done < $times} {incr done} {
@@ -97,12 +67,7 @@ puts "after $after"
 # Wine 8 itself keeps the kilobyte that it reads the clipboard into.
 set own [expr {1100 * $times}]
 foreach {what most} [list handles 8 drawing 8 kilobytes [expr {8192 + $own / 1024}] bytes [expr {65536 + $own}]] {
-    if {[dict get $after $what] > [dict get $before $what] + $most} {
-        lappend failures "$what grow"
-    }
+    check "$what grow" [expr {[dict get $after $what] > [dict get $before $what] + $most}] 0
 }
-if {$number == 0} {
-    lappend failures "no sound metafile was tried"
-}
-puts stderr [join $failures \n]
-exit [expr {[llength $failures] > 0}]
+check "sound metafiles" [expr {$number > 0}] 1
+finish
