@@ -11,58 +11,50 @@ namespace vernoxa::desktop {
 namespace {
 
 using testing::ElementsAre;
+using testing::FieldsAre;
 using namespace std::string_literals;
 
-std::string drawing() {
-  return sampleMetafiles().front().bytes;
-}
+const std::string drawing = sampleMetafiles().front().bytes;
+constexpr ScreenMeasures usual{1920, 1080, 508, 286};
 
 TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
   const struct {
     PictureFrame frame;
     ScreenMeasures screen;
-    int width;  // 0: no size
-    int height;
+    PixelSize size;  // 0: no size
   } cases[] = {
-      {{0, 0, 27700, 19000}, {1920, 1080, 508, 286}, 1046, 717},
-      {{27700, 19000, 0, 0}, {1920, 1080, 508, 286}, 1046, 717},
-      {{-100, -100, 100, 100}, {1920, 1080, 508, 286}, 6, 6},  // -3.78 and 3.78 lose their fractions towards zero
-      {{14, 14, 27, 27}, {1920, 1080, 508, 286}, 1, 1},        // 0.53 and 1.02
-      {{0, 0, 100, 126555}, {1920, 1080, 508, 286}, 3, 4778},  // 4779 in double precision
-      {{0, 0, 20, 20}, {1920, 1080, 508, 286}, 0, 0},
-      {{100, 0, 100, 5000}, {1920, 1080, 508, 286}, 0, 0},
-      {{0, 0, 27700, 19000}, {1920, 1080, 0, 0}, 0, 0},
-      {{0, 0, 0, 0}, {1920, 1080, 0, 0}, 0, 0},
-      {{-2147483647 - 1, 0, 2147483647, 100}, {32767, 32767, 1, 1}, 0, 0},
-      {{-2147483647 - 1, 0, 2147483647, 1000}, {100, 100, 1, 1}, 0, 0},
-      {{-127, 0, 2147483520, 1000}, {100, 100, 1, 1}, 2147483647, 1000},
-      {{-128, 0, 2147483520, 1000}, {100, 100, 1, 1}, 0, 0},
+      {{0, 0, 27700, 19000}, usual, {1046, 717}},
+      {{27700, 19000, 0, 0}, usual, {1046, 717}},
+      {{-100, -100, 100, 100}, usual, {6, 6}},  // -3.78 and 3.78 lose their fractions towards zero
+      {{14, 14, 27, 27}, usual, {1, 1}},        // 0.53 and 1.02
+      {{0, 0, 100, 126555}, usual, {3, 4778}},  // 4779 in double precision
+      {{0, 0, 20, 20}, usual, {}},
+      {{100, 0, 100, 5000}, usual, {}},
+      {{0, 0, 27700, 19000}, {1920, 1080, 0, 0}, {}},
+      {{0, 0, 0, 0}, {1920, 1080, 0, 0}, {}},
+      {{-2147483647 - 1, 0, 2147483647, 100}, {32767, 32767, 1, 1}, {}},
+      {{-2147483647 - 1, 0, 2147483647, 1000}, {100, 100, 1, 1}, {}},
+      {{-127, 0, 2147483520, 1000}, {100, 100, 1, 1}, {2147483647, 1000}},
+      {{-128, 0, 2147483520, 1000}, {100, 100, 1, 1}, {}},
   };
-  for (const auto& each : cases) {
-    const auto size = frameInPixels(each.frame, each.screen).value_or(PixelSize{});
-    EXPECT_EQ(size.width, each.width) << each.frame.right << " x " << each.frame.bottom;
-    EXPECT_EQ(size.height, each.height) << each.frame.right << " x " << each.frame.bottom;
+  for (const auto& [frame, screen, size] : cases) {
+    EXPECT_THAT(frameInPixels(frame, screen).value_or(PixelSize{}), FieldsAre(size.width, size.height))
+        << frame.left << " to " << frame.right << ", down to " << frame.bottom;
   }
 }
 
 TEST(DrawnSize, KeepsTheShapeOfWhatIsTooLarge) {
-  const struct {
-    PixelSize framed;
-    int width;
-    int height;
-  } cases[] = {
-      {{96, 47}, 96, 47},
-      {{8000, 8000}, 8000, 8000},
-      {{8001, 8000}, 8000, 7999},
-      {{32000, 16000}, 11313, 5656},
-      {{2147483647, 2147483647}, 8000, 8000},
-      {{2147483647, 1}, 64000000, 1},
-      {{3, 2147483647}, 1, 64000000},
+  const std::pair<PixelSize, PixelSize> cases[] = {
+      {{96, 47}, {96, 47}},
+      {{8000, 8000}, {8000, 8000}},
+      {{8001, 8000}, {8000, 7999}},
+      {{32000, 16000}, {11313, 5656}},
+      {{2147483647, 2147483647}, {8000, 8000}},
+      {{2147483647, 1}, {64000000, 1}},
+      {{3, 2147483647}, {1, 64000000}},
   };
-  for (const auto& each : cases) {
-    const PixelSize size = drawnSize(each.framed);
-    EXPECT_EQ(size.width, each.width) << each.framed.width << " x " << each.framed.height;
-    EXPECT_EQ(size.height, each.height) << each.framed.width << " x " << each.framed.height;
+  for (const auto& [framed, drawn] : cases) {
+    EXPECT_THAT(drawnSize(framed), FieldsAre(drawn.width, drawn.height)) << framed.width << " x " << framed.height;
   }
 }
 
@@ -87,20 +79,17 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
   };
   for (const auto& each : cases) {
     const auto layout = bitmapLayout(each.size, each.bitCount);
-    ASSERT_EQ(layout.has_value(), each.pixels != 0) << each.size.width << " x " << each.size.height;
-    if (layout) {
-      EXPECT_EQ(layout->paletteBytes, each.palette) << each.bitCount;
-      EXPECT_EQ(layout->pixelBytes, each.pixels) << each.bitCount;
-    }
+    EXPECT_EQ(layout ? layout->paletteBytes : 0, each.palette) << each.size.width << " " << each.bitCount;
+    EXPECT_EQ(layout ? layout->pixelBytes : 0, each.pixels) << each.size.width << " " << each.bitCount;
   }
 }
 
 TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
-  FakeSession fake;
-  FakeFiles& files = fake.fake.files;
+  FakeWorld world;
+  FakeFiles& files = world.files;
   files.addFolder("C:\\P");
   const auto write = [&](std::string_view path, const PackedBitmap& bitmap) {
-    return writeBitmapFile(fake.fake.files, fake.fake.processes, pathOf(path), bitmap);
+    return writeBitmapFile(files, world.processes, pathOf(path), bitmap);
   };
   ASSERT_TRUE(write("C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
   EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
@@ -115,32 +104,32 @@ TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
   }
 }
 
-class ClipboardPictureTest : public testing::Test {
+class ClipboardPictureTest : public testing::Test, protected FakeSession {
  protected:
   ClipboardPictureTest() {
-    fake.fake.files.addFolder("C:\\");
-    fake.fake.clipboard.metafile = drawing();
+    fake.files.addFolder("C:\\");
+    fake.clipboard.metafile = drawing;
   }
+  FilePath save() { return part<const ClipboardPicture>().save(); }
   // What a call leaves behind, whatever it answered.
   void expectTidy() {
-    EXPECT_FALSE(fake.fake.files.exists("C:/Temp/test.emf"));
-    EXPECT_EQ(fake.fake.clipboard.openNow, 0);
+    EXPECT_FALSE(fake.files.exists("C:/Temp/test.emf"));
+    EXPECT_EQ(fake.clipboard.openNow, 0);
   }
-  FakeSession fake;
 };
 
 TEST_F(ClipboardPictureTest, SavesThePreviewBelowTheProjectsFolder) {
-  fake.project.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));
-  fake.fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
+  project.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));
+  fake.files.addFolder("C:\\\xCF\xEE\xC4\xBF");
+  const std::string preview = "C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp";
   for (int pass = 0; pass < 2; ++pass) {  // folders missing, then there
-    EXPECT_EQ(fake.part<const ClipboardPicture>().save(), pathOf("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"));
-    EXPECT_THAT(fake.fake.files.bytes("C:\\\xCF\xEE\xC4\xBF\\Cache\\Output\\Preview.bmp"), testing::EndsWith("packed"));
+    EXPECT_EQ(save(), pathOf(preview));
+    EXPECT_THAT(fake.files.bytes(preview), testing::EndsWith("packed"));
     expectTidy();
-    fake.fake.clipboard.older = "\1\0\x9\0\0\x3\0\0\0\0\0\0\0\0\0\0\0\0\3\0\0\0\0\0"s;  // a header and an end
+    fake.clipboard.older = "\1\0\x9\0\0\x3\0\0\0\0\0\0\0\0\0\0\0\0\3\0\0\0\0\0"s;  // a header and an end
   }
-  EXPECT_THAT(fake.fake.pictures.opened, ElementsAre(drawing(), drawing()));
-  EXPECT_EQ(fake.fake.pictures.drawn.at(0).width, 96);
-  EXPECT_EQ(fake.fake.pictures.drawn.at(0).height, 47);
+  EXPECT_THAT(fake.pictures.opened, ElementsAre(drawing, drawing));
+  EXPECT_THAT(fake.pictures.drawn.at(0), FieldsAre(96, 47));
 }
 
 TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
@@ -148,40 +137,38 @@ TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
     void (*spoil)(FakeWorld&);
     const char* told;  // in the traffic log
   } cases[] = {
-      {[](FakeWorld& world) { world.clipboard.held = true; }, ""},
-      {[](FakeWorld& world) { world.clipboard.metafile.reset(); }, ""},
-      {[](FakeWorld& world) { world.clipboard.metafile = "drawing"; }, "no header of a metafile"},
-      {[](FakeWorld& world) { world.clipboard.older = ""; }, "no header of an older metafile"},
-      {[](FakeWorld& world) { world.clipboard.metafile = withNumber(drawing(), 108 + 4, 23); },
-       "record 1 at 108: a wrong size"},
-      {[](FakeWorld& world) { world.pictures.frame.reset(); }, "it has no size"},
-      {[](FakeWorld& world) { world.pictures.frame = PictureFrame{}; }, "it has no size"},
-      {[](FakeWorld& world) { world.pictures.bitmap.reset(); }, "no room or time to draw 96 x 47"},
-      {[](FakeWorld& world) { world.files.addFolder("C:\\App\\Cache\\Output\\Preview.bmp"); },
+      {[](FakeWorld& its) { its.clipboard.held = true; }, ""},
+      {[](FakeWorld& its) { its.clipboard.metafile.reset(); }, ""},
+      {[](FakeWorld& its) { its.clipboard.metafile = "drawing"; }, "no header of a metafile"},
+      {[](FakeWorld& its) { its.clipboard.older = ""; }, "no header of an older metafile"},
+      {[](FakeWorld& its) { its.pictures.frame.reset(); }, "it has no size"},
+      {[](FakeWorld& its) { its.pictures.frame = PictureFrame{}; }, "it has no size"},
+      {[](FakeWorld& its) { its.pictures.bitmap.reset(); }, "no room or time to draw 96 x 47"},
+      {[](FakeWorld& its) { its.files.addFolder("C:\\App\\Cache\\Output\\Preview.bmp"); },
        "not written: C:\\App\\Cache\\Output\\Preview.bmp"},
-      {[](FakeWorld& world) { world.files.addFolder("C:\\Temp\\test.emf"); }, "it cannot be saved"},
+      {[](FakeWorld& its) { its.files.addFolder("C:\\Temp\\test.emf"); }, "it cannot be saved"},
   };
   for (const auto& each : cases) {
     FakeSession one;
     one.enableTraffic();
-    one.fake.clipboard.metafile = drawing();
+    one.fake.clipboard.metafile = drawing;
     each.spoil(one.fake);
     EXPECT_TRUE(one.part<const ClipboardPicture>().save().empty()) << each.told;
-    EXPECT_THAT(one.traffic(), testing::Conditional(*each.told == '\0', testing::IsEmpty(),
-                                                    testing::StartsWith("no picture of the metafile: "s + each.told)));
+    EXPECT_EQ(one.traffic(), *each.told == '\0' ? "" : "no picture of the metafile: "s + each.told);
     EXPECT_TRUE(*each.told != '\0' || one.fake.files.changes().empty());  // without a drawing no file is touched
-    EXPECT_EQ(one.fake.files.bytes("C:\\App\\Cache\\Output\\Preview.bmp"), "(no file)") << each.told;
-    EXPECT_EQ(one.fake.files.bytes("C:/Temp/test.emf"), "(no file)") << each.told;
+    for (const char* const file : {"C:\\App\\Cache\\Output\\Preview.bmp", "C:/Temp/test.emf"}) {
+      EXPECT_EQ(one.fake.files.bytes(file), "(no file)") << each.told;
+    }
     EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.told;
   }
 }
 
 TEST_F(ClipboardPictureTest, WaitsAMomentForAnotherProgram) {
-  fake.fake.clipboard.heldOnce = 10;
-  EXPECT_FALSE(fake.part<const ClipboardPicture>().save().empty());
-  EXPECT_EQ(fake.fake.clock.pauses(), std::vector<int>(10, 20));
-  fake.fake.clipboard.heldOnce = 11;
-  EXPECT_TRUE(fake.part<const ClipboardPicture>().save().empty());
+  fake.clipboard.heldOnce = 10;
+  EXPECT_FALSE(save().empty());
+  EXPECT_EQ(fake.clock.pauses(), std::vector<int>(10, 20));
+  fake.clipboard.heldOnce = 11;
+  EXPECT_TRUE(save().empty());
   expectTidy();
 }
 
@@ -190,7 +177,7 @@ TEST_F(ClipboardPictureTest, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehin
     int left = 0;
     for (int call = 1; call <= 12; ++call) {
       FakeSession one;
-      one.fake.clipboard.metafile = drawing();
+      one.fake.clipboard.metafile = drawing;
       one.fake.files.faults.failCall(call, kind);
       try {
         one.part<const ClipboardPicture>().save();
@@ -203,8 +190,8 @@ TEST_F(ClipboardPictureTest, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehin
     }
     EXPECT_EQ(left, 1);  // when its removal itself fails
   }
-  fake.fake.pictures.drawThrows = true;
-  EXPECT_THROW(fake.part<const ClipboardPicture>().save(), std::bad_alloc);
+  fake.pictures.drawThrows = true;
+  EXPECT_THROW(save(), std::bad_alloc);
   expectTidy();
 }
 
@@ -214,22 +201,15 @@ TEST(DialogPlace, GrowsAndCentresWithinTheWorkArea) {
   EXPECT_EQ(dialogGrowth(200, 300, area), 200);
   EXPECT_EQ(dialogGrowth(5000, 300, area), 980);
   EXPECT_EQ(dialogGrowth(50, 1300, area), 0);
-  const struct {
-    Box dialog;
-    Box around;
-    int left;
-    int top;
-  } cases[] = {
-      {{9, 9, 300, 200}, {100, 100, 500, 400}, 200, 200},
-      {{9, 9, 300, 200}, {-400, -300, 500, 400}, 0, 0},
-      {{9, 9, 300, 200}, {1200, 900, 500, 400}, 980, 800},
-      {{9, 9, 2000, 1500}, {100, 100, 500, 400}, 0, 0},
+  const std::array<Box, 3> cases[] = {
+      // the dialog, what is around it, its place
+      {{{9, 9, 300, 200}, {100, 100, 500, 400}, {200, 200, 300, 200}}},
+      {{{9, 9, 300, 200}, {-400, -300, 500, 400}, {0, 0, 300, 200}}},
+      {{{9, 9, 300, 200}, {1200, 900, 500, 400}, {980, 800, 300, 200}}},
+      {{{9, 9, 2000, 1500}, {100, 100, 500, 400}, {0, 0, 2000, 1500}}},
   };
-  for (const auto& each : cases) {
-    const Box place = centred(each.dialog, each.around, area);
-    EXPECT_EQ(place.left, each.left);
-    EXPECT_EQ(place.top, each.top);
-    EXPECT_EQ(place.width, each.dialog.width);
+  for (const auto& [dialog, around, place] : cases) {
+    EXPECT_THAT(centred(dialog, around, area), FieldsAre(place.left, place.top, place.width, place.height));
   }
 }
 
