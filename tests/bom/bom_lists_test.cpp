@@ -1,25 +1,17 @@
 #include "bom/bom_lists.h"
 
-#include <gmock/gmock.h>
-
-#include <new>
-
-#include "dispatch/dispatcher.h"
-#include "support/fake_script_host.h"
-#include "system/fake_world.h"
-#include "text/gbk_literal.h"
+#include "support/session_test.h"
 
 namespace vernoxa::bom {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* fitted = "::capGenerateBOMUtil::getStickList";
 constexpr const char* notFitted = "::capGenerateBOMUtil::getNotStickList";
 constexpr const char* withoutNumber = "::capGenerateBOMUtil::getNoPartNumberList";
 
-class BomLists : public testing::Test {
+class BomLists : public SessionTest {
  protected:
   BomLists() {
     host_.answer(fitted, "1;a;R1;N;F;2 2;b;R2;N;F;2");
@@ -29,32 +21,23 @@ class BomLists : public testing::Test {
   // The references in the three lists, "R1,R2/R3/R4".
   std::string read() {
     host_.scripts.clear();
-    with_.fake.messages.forget();
-    const Json data = readBomLists(host_, with_.text, with_.fake.messages);
+    fake.messages.forget();
+    const Json data = readBomLists(host_, text, fake.messages);
     std::string references;
     for (const JsonView list : data.view()) {
-      references += references.empty() && list.name() == "Stick" ? "" : "/";
+      std::string separator = list.name() == "Stick" ? "" : "/";
       for (const JsonView line : list) {
-        references += (references.empty() || references.back() == '/' ? "" : ",");
+        references += std::exchange(separator, ",");
         references += line.member("PartRef").text().value_or("?");
       }
+      references += separator == "/" ? separator : "";
     }
     return references;
   }
-
-  FakeSession with_;
-  FakeScriptHost host_;
 };
 
 TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
-  const struct {
-    const char* what;
-    const char* list;
-    const char* answer;
-    bool ok;
-    const char* expected;
-    bool box;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, bool, const char*, bool> cases[] = {
       {"all well", notFitted, "3;c;R3;N;F;2", true, "R1,R2/R3/R4", false},
       {"a further field", notFitted, "3;c;R3;N;F;2;more", true, "R1,R2/R3/R4", false},
       {"no parts", fitted, "", true, "/R3/R4", false},
@@ -65,22 +48,20 @@ TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
       {"no list", notFitted, "3;c;R3;N;F;2 {4", true, "R1,R2//", true},
       {"no last list", withoutNumber, "{", true, "R1,R2/R3/", true},
   };
-  for (const auto& each : cases) {
-    const auto before = host_.answers;
-    host_.answer(each.list, each.answer, each.ok);
-    EXPECT_EQ(read(), each.expected) << each.what;
-    EXPECT_THAT(with_.fake.messages.shown(),
-                each.box ? testing::Matcher<std::vector<std::string>>(ElementsAre(u8"BOM读取出错"_gbk)) : IsEmpty())
-        << each.what;
-    EXPECT_EQ(host_.scripts.back(), each.box ? each.list : withoutNumber) << each.what;
+  const auto before = host_.answers;
+  for (const auto& [what, list, answer, ok, expected, box] : cases) {
     host_.answers = before;
+    host_.answer(list, answer, ok);
+    EXPECT_EQ(read(), expected) << what;
+    EXPECT_EQ(fake.messages.shown(), std::vector<std::string>(box ? 1 : 0, u8"BOM读取出错"_gbk)) << what;
+    EXPECT_EQ(host_.scripts.back(), box ? list : withoutNumber) << what;
   }
 }
 
 // Wherever it comes from, and the companion gets its reply.
 TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
   host_.answer("GetProductVersion", "16.5");
-  for (const char* where : {"GetProductVersion", fitted, notFitted, "conversion"}) {
+  for (const std::string where : {"GetProductVersion", fitted, notFitted, "conversion"}) {
     int versions = 0;  // the command asks once before the bill is made, then the reading asks
     host_.during = [&](const std::string& script) {
       versions += script == "GetProductVersion" ? 1 : 0;
@@ -88,15 +69,15 @@ TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
         throw std::bad_alloc();
       }
     };
-    host_.answer(notFitted, std::string(where) == "conversion" ? utf8(u8"3;电阻;R3;N;F;2") : "3;c;R3;N;F;2");
-    with_.fake.codePage.throwing = std::string(where) == "conversion";
-    with_.fake.messages.forget();
-    const std::string reply = with_.replyTo(plugin::companionEndpoint(),
-                                            R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_);
-    EXPECT_THAT(with_.fake.messages.shown(), ElementsAre(u8"BOM读取出错"_gbk)) << where;
-    const Json read = Json::parse(reply).document;
+    fake.codePage.throwing = where == "conversion";
+    host_.answer(notFitted, fake.codePage.throwing ? utf8(u8"3;电阻;R3;N;F;2") : "3;c;R3;N;F;2");
+    fake.messages.forget();
+    const Json read = Json::parse(replyTo(plugin::companionEndpoint(),
+                                          R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_))
+                          .document;
+    EXPECT_THAT(fake.messages.shown(), ElementsAre(u8"BOM读取出错"_gbk)) << where;
     EXPECT_EQ(read.member("Result").text(), "0") << where;
-    const bool started = std::string(where) == notFitted || std::string(where) == "conversion";
+    const bool started = where == notFitted || where == "conversion";
     EXPECT_EQ(read.member("Data").member("Stick").size(), started ? 2U : 0U) << where;
     EXPECT_EQ(read.member("Data").member("NotStick").size(), 0U) << where;
   }

@@ -11,32 +11,26 @@
 namespace vernoxa::designs {
 namespace {
 
-using testing::ElementsAre;
-
-const std::string valueKey = "Software\\VernoxaTest";
-
-void write(HKEY root, const std::string& path, const char* name, DWORD type, const std::string& bytes) {
-  HKEY key = nullptr;
-  ASSERT_EQ(RegCreateKeyExA(root, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr), ERROR_SUCCESS);
-  RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()));
-  RegCloseKey(key);
-}
-
 class RealRegistry : public testing::Test {
  protected:
-  ~RealRegistry() override { RegDeleteTreeA(HKEY_CURRENT_USER, valueKey.c_str()); }
+  RealRegistry() {
+    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, path.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+  }
+  ~RealRegistry() override {
+    RegCloseKey(key);
+    RegDeleteTreeA(HKEY_CURRENT_USER, path.key.c_str());
+  }
 
+  const RegistryPath path{RegistryRoot::currentUser, "Software\\VernoxaTest"};
+  const RegistryPath missing{RegistryRoot::currentUser, "Software\\VernoxaTest\\missing"};
+  HKEY key = nullptr;
   plugin::World world = plugin::realWorld();
 };
 
 TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
   const std::string long260(260, 'x');
-  const struct {
-    const char* name;
-    DWORD type;
-    std::string bytes;
-    std::optional<std::string> expected;
-  } cases[] = {
+  const std::tuple<const char*, DWORD, std::string, std::optional<std::string>> cases[] = {
       {"ended", REG_SZ, std::string(u8"C:\\软件\0"_gbk, 8), utf8(u8"C:\\软件")},
       {"not ended", REG_SZ, "C:\\SPB", "C:\\SPB"},
       {"two zeros", REG_SZ, std::string("C:\\SPB\0\0", 8), "C:\\SPB"},
@@ -53,19 +47,16 @@ TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
       {"several", REG_MULTI_SZ, std::string("C:\\A\0C:\\B\0\0", 11), std::nullopt},
       {"no type", REG_NONE, "C:\\SPB", std::nullopt},
   };
-  for (const auto& each : cases) {
-    write(HKEY_CURRENT_USER, valueKey, each.name, each.type, each.bytes);
-    EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey}, each.name), each.expected) << each.name;
+  for (const auto& [name, type, bytes, expected] : cases) {
+    RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()));
+    EXPECT_EQ(world.registry.text(path, name), expected) << name;
   }
-  EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey}, "missing"), std::nullopt);
-  EXPECT_EQ(world.registry.text({RegistryRoot::currentUser, valueKey + "\\missing"}, "x"), std::nullopt);
+  EXPECT_EQ(world.registry.text(path, "missing"), std::nullopt);
+  EXPECT_EQ(world.registry.text(missing, "x"), std::nullopt);
 }
 
 TEST_F(RealRegistry, NamesTheKeysBelowUpToTheFirstThatFitsNoBuffer) {
-  const RegistryPath path{RegistryRoot::currentUser, valueKey};
-  HKEY key = nullptr;
-  RegCreateKeyExA(HKEY_CURRENT_USER, valueKey.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
-  const auto add = [key](const std::wstring& name) {
+  const auto add = [this](const std::wstring& name) {
     HKEY below = nullptr;
     EXPECT_EQ(RegCreateKeyExW(key, name.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &below, nullptr), ERROR_SUCCESS);
     RegCloseKey(below);
@@ -73,12 +64,11 @@ TEST_F(RealRegistry, NamesTheKeysBelowUpToTheFirstThatFitsNoBuffer) {
   add(L"a");
   add(std::wstring(255, L'k'));
   add(L"软件");
-  EXPECT_THAT(world.registry.subKeys(path), ElementsAre("a", std::string(255, 'k'), utf8(u8"软件")));
+  EXPECT_THAT(world.registry.subKeys(path), testing::ElementsAre("a", std::string(255, 'k'), utf8(u8"软件")));
   add(std::wstring(255, L'龟'));  // 510 bytes in the code page
   add(L"\uFF00");                 // behind it
   EXPECT_THAT(world.registry.subKeys(path), testing::SizeIs(3));
-  RegCloseKey(key);
-  EXPECT_THAT(world.registry.subKeys({RegistryRoot::currentUser, valueKey + "\\missing"}), ElementsAre());
+  EXPECT_THAT(world.registry.subKeys(missing), testing::IsEmpty());
 }
 
 }  // namespace
