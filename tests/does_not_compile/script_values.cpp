@@ -5,33 +5,19 @@
 
 namespace vernoxa {
 
+constexpr const char* starts[] = {"JumpToDsn ",     "catch {JumpToDsn ", " ",           "JumpToDsn [",
+                                  "JumpToDsn \"",   "JumpToDsn \"\\\"",  "[JumpToDsn]", "JumpToDsn 1;\t",
+                                  "JumpToDsn a\\ ", "\tJumpToDsn $"};
+
 Script jumpTo(const std::string& page) {
-#if CASE == 0
-  return Script("JumpToDsn ").quoted(page);
-#elif CASE == 1
-  return Script("JumpToDsn ").literal(page.c_str());
-#elif CASE == 2
-  return Script("catch {JumpToDsn ").quoted(page);
-#elif CASE == 3
-  return Script(" ").bare(page);
-#elif CASE == 4
-  return Script("JumpToDsn [").bare(page);
-#elif CASE == 5
-  return Script("JumpToDsn \"").bare(page);
-#elif CASE == 6
-  return Script("JumpToDsn \"\\\"").bare(page);
-#elif CASE == 7
-  return Script("JumpToDsn 1;\t").bare(page);
-#elif CASE == 8
-  return Script("JumpToDsn a\\ ").quoted(page);
-#elif CASE == 9
-  return Script("[JumpToDsn]").bare(page);
+#if CASE < 10
+  return Script(starts[CASE]).bare(page);
 #elif CASE == 10
-  return Script("JumpToDsn ").callInstead(page.c_str());
+  return Script("JumpToDsn ").literal(page.c_str());
 #elif CASE == 11
-  return Script("JumpToDsn ").callInstead("Exit;");
+  return Script("JumpToDsn ").callInstead(page.c_str());
 #else
-  return Script("\tJumpToDsn $").bare(page);
+  return Script("JumpToDsn ").callInstead("Exit;");
 #endif
 }
 
