@@ -1,16 +1,14 @@
 // What records draw, as lines that can be read: tag, [text], name=value|...
 #pragma once
 
-#include <algorithm>
-#include <initializer_list>
-#include <string>
-#include <string_view>
+#include <gtest/gtest.h>
+
 #include <utility>
-#include <vector>
 
 #include "drawing/page_text.h"
 #include "system/buffered_file.h"
 #include "text/json.h"
+#include "text/text.h"
 
 namespace vernoxa::drawing {
 
@@ -46,6 +44,13 @@ Json written(const Write& write) {
   return write(kept) ? Json::parse(kept.text).document : Json();
 }
 
+// A file's content: it is written as cJSON prints it, but for the line ends.
+inline Json parsedFile(const std::string& file) {
+  Json document = Json::parse(file).document;
+  EXPECT_EQ(withDosLineEnds(document.printFormatted()), file);
+  return document;
+}
+
 inline std::string drawn(const Elements& elements) {
   const Json array = written([&elements](OutputFile& output) {
     BufferedFile file(output);
@@ -57,24 +62,20 @@ inline std::string drawn(const Elements& elements) {
   return drawn(array.view());
 }
 
-// A record of words.
+// A record that keeps its words, or those that stand between the semicolons of a text.
 class WordRecord : public Record {
  public:
-  WordRecord(std::initializer_list<std::string_view> words) : Record(words) {}
-  explicit WordRecord(const std::vector<std::string_view>& words) : Record(Words{words}) {}
+  explicit WordRecord(std::vector<std::string> words) : Record{}, words_(std::move(words)) {
+    for (std::size_t index = 0; index < words_.size(); ++index) {
+      set(index, words_[index]);
+    }
+  }
+  explicit WordRecord(std::initializer_list<std::string_view> words)
+      : WordRecord(std::vector<std::string>(words.begin(), words.end())) {}
+  explicit WordRecord(std::string_view text) : WordRecord(splitFields(text, ';')) {}
 
  private:
-  struct Words {
-    const std::vector<std::string_view>& words;
-    std::size_t texts(const char** starts, std::size_t* sizes, std::size_t most) const {
-      std::size_t index = 0;
-      for (; index < std::min(words.size(), most); ++index) {
-        starts[index] = words[index].data();
-        sizes[index] = words[index].size();
-      }
-      return index;
-    }
-  };
+  const std::vector<std::string> words_;
 };
 
 inline std::string drawn(Use use, const Record& record) {

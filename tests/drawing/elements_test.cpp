@@ -1,12 +1,9 @@
 // Records and the elements that they draw.
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "drawing/drawn.h"
 #include "support/table.h"
 #include "system/fake_code_page.h"
-#include "text/text.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -14,8 +11,7 @@ namespace {
 // A record's words between semicolons, and what it draws.
 void expectDrawn(Use use, std::string_view cases) {
   for (const auto& row : rowsOf(cases)) {
-    const std::vector<std::string> words = splitFields(row[0], ';');
-    EXPECT_EQ(drawn(use, WordRecord({words.begin(), words.end()})), row[1].empty() ? "" : row[1] + "\n") << row[0];
+    EXPECT_EQ(drawn(use, WordRecord(row[0])), row[1].empty() ? "" : row[1] + "\n") << row[0];
   }
 }
 
@@ -37,7 +33,7 @@ box |
 TEST(Elements, OfPagesAndSymbolsAlike) {
   expectDrawn(Use::page, ofEither);
   expectDrawn(Use::symbol, ofEither);
-  EXPECT_EQ(drawn(Use::page, WordRecord{}), "");
+  EXPECT_EQ(drawn(Use::page, Record{}), "");
 }
 
 TEST(Elements, OfPages) {
@@ -82,9 +78,9 @@ TEST(Elements, ValuesOfEveryLengthAndContent) {
     for (const std::string& inserted : {std::string(), special}) {
       const std::string path = digits.substr(0, size / 2) + inserted + digits.substr(0, size - size / 2);
       const std::string id = digits.substr(0, size % 20) + inserted;
-      EXPECT_EQ(drawn(Use::page, WordRecord{"Arc", path, "0", "0", "0"}),
+      EXPECT_EQ(drawn(Use::page, Record{"Arc", path, "0", "0", "0"}),
                 "path style=stroke:#0000FF;stroke-width:1;fill:none;stroke-dasharray:0,0|d=" + path + "\n");
-      EXPECT_EQ(drawn(Use::page, WordRecord{"Part", "1", id, "0", "0", id, path}),
+      EXPECT_EQ(drawn(Use::page, Record{"Part", "1", id, "0", "0", id, path}),
                 "use id=" + path + "|transform=translate(1 " + id + ") rotate(0) scale(1,1)|xlink:href=#" + id + "\n");
     }
   }
@@ -93,27 +89,26 @@ TEST(Elements, ValuesOfEveryLengthAndContent) {
 TEST(Elements, AsGivenTakesOnlyWhatIsTheSameInEveryEncoding) {
   const std::string chinese = utf8(u8"电");
   Elements elements(Use::symbol, Elements::In::groups, 2);
-  EXPECT_FALSE(elements.add(WordRecord{"Name", std::string(20'000, 'x') + chinese}, Encoding::asGiven));
+  EXPECT_FALSE(elements.add({"Name", std::string(20'000, 'x') + chinese}, Encoding::asGiven));
   EXPECT_TRUE(elements.isEmpty());
   EXPECT_FALSE(elements.isOpen());
-  EXPECT_TRUE(elements.add(WordRecord{"Name", std::string(20'000, 'y') + chinese}, Encoding::utf8));
-  const std::vector<std::vector<std::string_view>> others = {
-      {"Arc", chinese}, {"Arc", "\""}, {"Arc", "\n"}, {"Arc", "", "1", "0\\"}, {"Text", "", "", "A\r\nB"}, {"BitMap"}};
-  for (const auto& words : others) {
-    EXPECT_FALSE(elements.add(WordRecord(words), Encoding::asGiven)) << words.back();
+  EXPECT_TRUE(elements.add({"Name", std::string(20'000, 'y') + chinese}, Encoding::utf8));
+  EXPECT_TRUE(elements.add({"Line", "1", "2", "3", "4", "0", chinese, "0"}, Encoding::asGiven));  // no style
+  EXPECT_TRUE(elements.add({"Text", "1", "2", "", "0", "", "-9", "0"}, Encoding::asGiven));       // no lines
+  for (const std::string& words :
+       {"Arc;" + chinese, std::string("Arc;\""), std::string("Arc;\n"), std::string("Arc;;1;0\\"),
+        std::string("Text;;;A\r\nB"), std::string("BitMap"), "Line;1;2;3;4;0" + chinese + ";0;0"}) {
+    EXPECT_FALSE(elements.add(WordRecord(words), Encoding::asGiven)) << words;
   }
-  EXPECT_TRUE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0", chinese, "0"}, Encoding::asGiven));  // no style
-  EXPECT_TRUE(elements.add(WordRecord{"Text", "1", "2", "", "0", "", "-9", "0"}, Encoding::asGiven));       // no lines
-  EXPECT_FALSE(elements.add(WordRecord{"Line", "1", "2", "3", "4", "0" + chinese, "0", "0"}, Encoding::asGiven));
   EXPECT_EQ(drawn(elements), "g id=" + std::string(20'000, 'y') + chinese +
                                  "\nline style=stroke:#0000FF;stroke-width:1;stroke-linecap:round|"
                                  "x1=1|y1=2|x2=3|y2=4\n");
 }
 
-// The places of a text's lines at x 10 and y 20.
-std::string places(std::string_view lines, std::string_view font, std::string_view rotation, std::string_view x = "10",
-                   std::string_view y = "20") {
-  const std::string elements = drawn(Use::page, WordRecord{"Text", x, y, lines, "0", "", font, rotation});
+// The places of a text's lines.
+std::string places(const std::string& x, const std::string& y, const std::string& lines, const std::string& font,
+                   const std::string& rotation) {
+  const std::string elements = drawn(Use::page, Record{"Text", x, y, lines, "0", "", font, rotation});
   std::string found;
   for (std::size_t at = 0; (at = elements.find('[', at)) != std::string::npos; ++at) {
     const std::size_t place = elements.find("translate", at) + 9;
@@ -123,40 +118,40 @@ std::string places(std::string_view lines, std::string_view font, std::string_vi
   return found;
 }
 
-TEST(Elements, LinesOfATextFollowEachOther) {
-  EXPECT_EQ(places("A\r\nB\r\nC", "-12", "0"), "[A](10,20)[B](10,31)[C](10,42)");
-  EXPECT_EQ(places("A\r\nB", "-12", "2"), "[A](10,20)[B](10,31)");
-  EXPECT_EQ(places("A\r\nB", "-12", "1"), "[A](10,20)[B](21,20)");
-  EXPECT_EQ(places("A\r\nB", "-12", "3"), "[A](10,20)[B](-1,20)");
-  EXPECT_EQ(places("\r\nA\r\n\r\nB\r\n", "-12", "0"), "[A](10,20)[B](10,31)");
-  EXPECT_EQ(places("A\nB\rC", "-12", "0"), "[A\nB\rC](10,20)");
-  EXPECT_EQ(places("", "-12", "0"), "");
-  EXPECT_EQ(places("\r\n", "-12", "0"), "");
-}
+// x, y, font size and rotation of two lines, and where the second one stands: reckoned in decimal.
+constexpr const char* secondLines = R"(
+10 | 20 | -12 | 2 | 10,31
+10 | 20 | -12 | 1 | 21,20
+10 | 20 | -12 | 3 | -1,20
+10.5 | 20 | -12 | 3 | -0.5,20
+1 | -11 | -12 | 0 | 1,0
+1 | +2.500 | -12 | 0 | 1,13.5
+1 | abc |  | 0 | 1,2
+1 | 1e3 | 1 | 0 | 1,1003
+1 | -1.5E+2 | 1E1 | 0 | 1,-138
+1 | 2e-06 | 1e-05 | 0 | 1,2.000012
+1 | 1e-7 | 0.125e1 | 0 | 1,3.25
+1 | 1e | 1 | 0 | 1,4
+1 | 1e-x | 1 | 0 | 1,4
+1 | e3 | 1 | 0 | 1,3
+1 | 0e99999999999999999999 | 1 | 0 | 1,3
+1 | 1e-99999999999999999999 | 1 | 0 | 1,3
+1 | -1e99999999999999999999 | 1 | 0 | 1,-9223372036851.775807
+1 | 0.1234567 | 1 | 0 | 1,3.123456
+1 | -99999999999999 | 1 | 0 | 1,-9223372036851.775807
+1 | 9999999999999 | 99999999999999 | 0 | 1,9223372036854.775807
+-9999999999999 | 1 | 99999999999999 | 3 | -9223372036854.775808,1
+)";
 
-TEST(Elements, MovedLinesAreReckonedInDecimal) {
-  EXPECT_EQ(places("A\r\nB\r\nC", "0.1", "0", "10", "0.20"), "[A](10,0.20)[B](10,2.3)[C](10,4.4)");
-  EXPECT_EQ(places("A\r\nB", "-12", "3", "10.5"), "[A](10.5,20)[B](-0.5,20)");
-  EXPECT_EQ(places("A\r\nB", "-12", "0", "1", "-11"), "[A](1,-11)[B](1,0)");
-  EXPECT_EQ(places("A\r\nB", "-12", "0", "1", "+2.500"), "[A](1,+2.500)[B](1,13.5)");
-  EXPECT_EQ(places("A\r\nB", "", "0", "1", "abc"), "[A](1,abc)[B](1,2)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e3"), "[A](1,1e3)[B](1,1003)");
-  EXPECT_EQ(places("A\r\nB", "1E1", "0", "1", "-1.5E+2"), "[A](1,-1.5E+2)[B](1,-138)");
-  EXPECT_EQ(places("A\r\nB", "1e-05", "0", "1", "2e-06"), "[A](1,2e-06)[B](1,2.000012)");
-  EXPECT_EQ(places("A\r\nB", "0.125e1", "0", "1", "1e-7"), "[A](1,1e-7)[B](1,3.25)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e"), "[A](1,1e)[B](1,4)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e-x"), "[A](1,1e-x)[B](1,4)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "e3"), "[A](1,e3)[B](1,3)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "0e99999999999999999999"), "[A](1,0e99999999999999999999)[B](1,3)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "1e-99999999999999999999"), "[A](1,1e-99999999999999999999)[B](1,3)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "-1e99999999999999999999"),
-            "[A](1,-1e99999999999999999999)[B](1,-9223372036851.775807)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "0.1234567"), "[A](1,0.1234567)[B](1,3.123456)");
-  EXPECT_EQ(places("A\r\nB", "1", "0", "1", "-99999999999999"), "[A](1,-99999999999999)[B](1,-9223372036851.775807)");
-  EXPECT_EQ(places("A\r\nB", "99999999999999", "0", "1", "9999999999999"),
-            "[A](1,9999999999999)[B](1,9223372036854.775807)");
-  EXPECT_EQ(places("A\r\nB", "99999999999999", "3", "-9999999999999", "1"),
-            "[A](-9999999999999,1)[B](-9223372036854.775808,1)");
+TEST(Elements, LinesOfATextFollowEachOther) {
+  for (const auto& row : rowsOf(secondLines)) {
+    EXPECT_EQ(places(row[0], row[1], "A\r\nB", row[2], row[3]),
+              "[A](" + row[0] + "," + row[1] + ")[B](" + row[4] + ")");
+  }
+  EXPECT_EQ(places("10", "0.20", "A\r\nB\r\nC", "0.1", "0"), "[A](10,0.20)[B](10,2.3)[C](10,4.4)");
+  EXPECT_EQ(places("10", "20", "\r\nA\r\n\r\nB\r\n", "-12", "0"), "[A](10,20)[B](10,31)");
+  EXPECT_EQ(places("10", "20", "A\nB\rC", "-12", "0"), "[A\nB\rC](10,20)");
+  EXPECT_EQ(places("10", "20", "", "-12", "0") + places("10", "20", "\r\n", "-12", "0"), "");
 }
 
 }  // namespace

@@ -1,13 +1,9 @@
 // What a page file holds, against cJSON's own printer.
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "drawing/drawn.h"
 #include "drawing/page_export.h"
-#include "system/fake_world.h"
-#include "text/json.h"
-#include "text/text.h"
+#include "support/session_test.h"
 
 namespace vernoxa::drawing {
 namespace {
@@ -47,33 +43,31 @@ class RandomRecords {
   std::mt19937 engine_{20240305};
 };
 
-TEST(PageText, IsWhatTheLibraryPrintsForAnyContent) {
-  constexpr int pageCount = 16;
-  constexpr int recordsPerPage = 2000;
-  FakeSession fake;
-  fake.fake.files.addFolder("C:\\App");
-  PageExport pages(fake.project, fake.fake.files, fake.fake.processes, fake.fake.clock, fake.text, fake.logs);
+class PageText : public SessionTest {};
+
+TEST_F(PageText, IsWhatTheLibraryPrintsForAnyContent) {
+  fake.files.addFolder("C:\\App");
+  auto& pages = part<PageExport>();
   RandomRecords random;
   pages.start();
-  for (int page = 0; page < pageCount; ++page) {
-    const std::string head[] = {random.anyText(), random.anyText(), random.anyText()};
-    WordRecord start{"Page", head[0], head[1], head[2], "K"};
-    start.showInCodePage(fake.text, false);
+  for (int page = 0; page < 16; ++page) {
+    WordRecord start({"Page", random.anyText(), random.anyText(), random.anyText(), "K"});
+    start.showInCodePage(text, false);
     pages.addRecord(Use::page, start, start);
-    for (int number = 0; number < recordsPerPage; ++number) {
+    for (int number = 0; number < 2000; ++number) {
       std::vector<std::string> texts{std::string(kinds[random.below(std::size(kinds))])};
       while (texts.size() < Record::size) {
         texts.push_back(random.anyText());
       }
-      WordRecord record(std::vector<std::string_view>(texts.begin(), texts.end()));
+      WordRecord record(std::move(texts));
       const Use use = random.below(4) == 0 ? Use::symbol : Use::page;
       if (!pages.draw(use, record, Encoding::asGiven)) {
-        record.showInCodePage(fake.text, random.below(2) == 0);
+        record.showInCodePage(text, random.below(2) == 0);
         pages.addRecord(use, record, record);
       }
     }
     pages.finish({"S", "P", std::to_string(page)});
-    const std::string file = fake.fake.files.bytes("C:\\App\\Cache\\Output\\S@!@P@!@" + std::to_string(page) + ".json");
+    const std::string file = fake.files.bytes("C:\\App\\Cache\\Output\\S@!@P@!@" + std::to_string(page) + ".json");
     const auto parsed = Json::parse(file);
     ASSERT_TRUE(parsed.document) << page << ": " << parsed.errorRest.substr(0, 80);
     ASSERT_TRUE(withDosLineEnds(parsed.document.printFormatted()) == file) << page;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "drawing/drawn.h"
 #include "support/table.h"
 #include "text/text.h"
@@ -11,15 +9,28 @@
 namespace vernoxa::modules {
 namespace {
 
-using Words = std::vector<std::string_view>;
+// Their words between semicolons.
+using Records = std::initializer_list<std::string>;
 
 class ModuleDocumentTest : public testing::Test {
  protected:
-  void library(const Words& words) { document_.addLibraryRecord(drawing::WordRecord(words)); }
-  void schematic(const Words& words) { document_.addSchematicRecord(drawing::WordRecord(words)); }
+  void add(const Records& library, const Records& schematic) {
+    for (const auto& [records, addTo] : {std::pair{library, &ModuleDocument::addLibraryRecord},
+                                         std::pair{schematic, &ModuleDocument::addSchematicRecord}}) {
+      for (const std::string& record : records) {
+        const std::vector<std::string> words = splitFields(record, ';');
+        (document_.*addTo)(drawing::WordRecord({words.begin(), words.end()}));
+      }
+    }
+  }
   std::string finished() {
     const std::string text = document_.finish("300", "200");
     return text.empty() ? text : Json::parse(text).document.printUnformatted();
+  }
+  std::string documentOf(const Records& library, const Records& schematic) {
+    document_.start();
+    add(library, schematic);
+    return finished();
   }
 
   ModuleDocument document_;
@@ -51,12 +62,7 @@ Line;1                        | line     | "Start":"1 ","EndPos":" ","Color":"",
 
 TEST_F(ModuleDocumentTest, LibraryElementsAreWrittenByTheirLayout) {
   for (const auto& row : rowsOf(libraryElements)) {
-    const std::vector<std::string> record = splitFields(row[0], ';');
-    document_.start();
-    library({"Name", "R", "Part", "0", "1", "2", "3", "1", "A"});
-    library({record.begin(), record.end()});
-    library({"Property", "p", "a@b@"});
-    EXPECT_EQ(finished(),
+    EXPECT_EQ(documentOf({"Name;R;Part;0;1;2;3;1;A", row[0], "Property;p;a@b@"}, {}),
               document("", part(R"("R","PartIndex":"1","Designator":"A","Type":"Part","BoundingBox":"0 1 2 3")", "", "",
                                 R"({"Name":")" + row[1] + R"(","Property":{"p":"a_b_"},"Data":{)" + row[2] + "}}")));
   }
@@ -87,13 +93,8 @@ Text;1;2;t;c;-;f;r             | Text     | "Text":"t","Color":"c","Text Locatio
 
 TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
   for (const auto& row : rowsOf(schematicObjects)) {
-    const std::vector<std::string> record = splitFields(row[0], ';');
-    document_.start();
-    schematic({record.begin(), record.end()});
-    schematic({"Property", "p", "$x"});
-    schematic({"DispProperty", "1", "2", "n", "$@", "c", "f", "s", "r"});
     EXPECT_EQ(
-        finished(),
+        documentOf({}, {row[0], "Property;p;$x", "DispProperty;1;2;n;$@;c;f;s;r"}),
         document(R"({"name":")" + row[1] +
                      R"(","Property":{"p":""},"DispProperty":[{"Name":"n","Value":"$_","Color":"c","Rotation":"r",)"
                      R"("FontId":"f","Size":"s","Start":"1 2"}],"Data":{)" +
@@ -103,20 +104,13 @@ TEST_F(ModuleDocumentTest, SchematicObjectsAreWrittenByTheirLayout) {
 }
 
 TEST_F(ModuleDocumentTest, RecordsBelongToTheirPart) {
-  document_.start();
-  library({"Line", "1", "2"});  // before the first part
-  library({"Name", "U", "Part", "0", "0", "1", "1", "1", "A"});
-  library({"Property", "dropped", "no element yet"});
-  library({"PartProperty", "Value", "1"});
-  library({"PartProperty", "Cost", "a$"});
-  library({"PartProperty", "Value", "2@"});
-  library({"DispProperty", "1", "2", "n", "$@", "c", "f", "s", "r"});
-  library({"Name", "U", "Part", "9", "9", "9", "9", "1", "B"});  // the same part again
-  library({"PartProperty", "Value", "3"});
-  library({"Name", "U", "Symbol", "0", "0", "1", "1", "1", "B"});
-  library({"Unknown", "1"});
   EXPECT_EQ(
-      finished(),
+      documentOf({"Line;1;2",  // before the first part
+                  "Name;U;Part;0;0;1;1;1;A", "Property;dropped;no element yet", "PartProperty;Value;1",
+                  "PartProperty;Cost;a$", "PartProperty;Value;2@", "DispProperty;1;2;n;$@;c;f;s;r",
+                  "Name;U;Part;9;9;9;9;1;B",  // the same part again
+                  "PartProperty;Value;3", "Name;U;Symbol;0;0;1;1;1;B", "Unknown;1"},
+                 {}),
       document(
           "",
           part(R"("U","PartIndex":"1","Designator":"A","Type":"Part","BoundingBox":"0 0 1 1")",
@@ -126,48 +120,27 @@ TEST_F(ModuleDocumentTest, RecordsBelongToTheirPart) {
 }
 
 TEST_F(ModuleDocumentTest, JunctionHasNoPropertiesOfItsOwn) {
-  document_.start();
-  schematic({"Property", "p", "before any object"});
-  schematic({"BitMap", "1", "2"});
-  schematic({"Junction", "5", "6"});
-  schematic({"Property", "p", "v"});
-  schematic({"DispProperty", "1", "2", "n", "v"});
-  EXPECT_EQ(finished(), document(R"({"name":"BitMap","Property":{},"DispProperty":[],"Data":{"Location":"1 2"}},)"
-                                 R"({"name":"Junction","Data":{"StartX":"5","StartY":"6"}})",
-                                 ""));
+  EXPECT_EQ(documentOf({}, {"Property;p;before any object", "BitMap;1;2", "Junction;5;6", "Property;p;v",
+                            "DispProperty;1;2;n;v"}),
+            document(R"({"name":"BitMap","Property":{},"DispProperty":[],"Data":{"Location":"1 2"}},)"
+                     R"({"name":"Junction","Data":{"StartX":"5","StartY":"6"}})",
+                     ""));
 }
 
 TEST_F(ModuleDocumentTest, NamesAreCutAfter31Characters) {
-  const std::string chinese = "\xE7\x94\xB5";  // one character of three bytes
-  std::string forty;
-  std::string kept;
-  for (int count = 0; count < 40; ++count) {
-    forty += chinese;
-    kept += count < 31 ? chinese : "";
-  }
-  document_.start();
-  library({"Name", forty, "Symbol"});
-  library({"Name", kept, "Symbol"});
-  const Json text = Json::parse(document_.finish("1", "2")).document;
-  EXPECT_EQ(text.member("lib").size(), 1U);
-  EXPECT_EQ(text.member("lib").begin().operator*().member("Name").text(), kept);
+  const std::string kept = replaceAll(std::string(31, 'x'), "x", "\xE7\x94\xB5");  // of three bytes each
+  EXPECT_EQ(documentOf({"Name;" + kept + kept + ";Symbol", "Name;" + kept + ";Symbol"}, {}),
+            document("", part("\"" + kept + R"(","PartIndex":"","Designator":"","Type":"Symbol","BoundingBox":"   ")",
+                              "", "", "")));
 }
 
 TEST_F(ModuleDocumentTest, NothingIsKeptOutsideADocument) {
-  schematic({"Junction", "5", "6"});
-  library({"Name", "U"});
+  add({"Name;U"}, {"Junction;5;6"});
   EXPECT_EQ(finished(), "");
-  document_.start();
-  library({"Name", "U"});
-  schematic({"Wire"});
-  finished();
-  library({"PartProperty", "a", "b"});
-  schematic({"Property", "a", "b"});
+  documentOf({"Name;U"}, {"Wire"});
+  add({"PartProperty;a;b"}, {"Property;a;b"});
   EXPECT_EQ(finished(), "");
-  document_.start();
-  library({"PartProperty", "a", "b"});
-  schematic({"Property", "a", "b"});
-  EXPECT_EQ(finished(), document("", ""));
+  EXPECT_EQ(documentOf({"PartProperty;a;b"}, {"Property;a;b"}), document("", ""));
 }
 
 }  // namespace

@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <utility>
-#include <vector>
-
-#include "dispatch/dispatcher.h"
-#include "support/fake_script_host.h"
-#include "system/fake_world.h"
-#include "text/gbk_literal.h"
+#include "support/session_test.h"
 
 namespace vernoxa::modules {
 namespace {
@@ -15,24 +6,18 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-class PlacingHandlers : public testing::Test {
+class PlacingHandlers : public SessionTest {
  protected:
   PlacingHandlers() {
     host_.answer("IsSchematicViewActive", "1");
-    with_.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
-    with_.fake.files.addFile(u8"C:\\模块\\m.json"_gbk,
-                             R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
+    fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
+    fake.files.addFile(u8"C:\\模块\\m.json"_gbk, R"({"lib":[{"Name":"RES"}],"children":[],"BoundingBox":"300 200"})");
   }
-  void send(const std::string& command, const std::string& data) {
+  std::string send(const std::string& command, const std::string& data) {
     host_.scripts.clear();
-    with_.fake.random.numbers = {5, 6};
-    const std::string message = R"({"Command":")" + command + R"(","Data":{)" + data + "}}";
-    reply_ = with_.replyTo(plugin::companionEndpoint(), message, host_);
+    fake.random.numbers = {5, 6};
+    return replyTo(plugin::companionEndpoint(), R"({"Command":")" + command + R"(","Data":{)" + data + "}}", host_);
   }
-
-  FakeSession with_;
-  FakeScriptHost host_;
-  std::string reply_;
 };
 
 const std::string partData =
@@ -41,16 +26,13 @@ const std::string partData =
 
 TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
   const std::string library = utf8(u8"C:/模块/5.olb {RES} ");
-  send("PlaceDsnLibPartModule", partData);
-  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDsnLibPartModule_EndResult","Result":"0"})");
+  EXPECT_EQ(send("PlaceDsnLibPartModule", partData),
+            R"({"Data":{},"Command":"PlaceDsnLibPartModule_EndResult","Result":"0"})");
   EXPECT_THAT(host_.scripts,
               ElementsAre("MenuCommand 57603", "IsSchematicViewActive", "UnSelectAll", "SetLibViewBox [list 30 20]",
                           StartsWith("placeLibPart " + library), StartsWith("setPinNum " + library),
                           "setPlaceMarketFlag 2", utf8(u8"PlaceNew 电阻\\[1] {C:/模块/6.olb} 2")));
-  const PlacementContext& placement = with_.placement;
   EXPECT_EQ(placement.placeState, 1);
-  EXPECT_EQ(placement.PartIndex, "2");
-  EXPECT_EQ(placement.selfModule, "A");
   EXPECT_EQ(placement.package, "0603");
   send("PlaceDsnLibPartModule", partData + R"(,"Package":"P")");
   EXPECT_EQ(placement.package, "P");
@@ -58,21 +40,20 @@ TEST_F(PlacingHandlers, OnePartIsOfferedToTheUser) {
 
 TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
   const std::string data = u8R"("dsnDatPath":"C:\\模块\\m.json","uploadResId":"7","selfModule":"1")"_gbk;
-  send("PlaceDSNModule", data);
-  EXPECT_EQ(reply_, R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
+  EXPECT_EQ(send("PlaceDSNModule", data), R"({"Data":{},"Command":"PlaceDSNModule_EndResult","Result":"0"})");
   EXPECT_THAT(
       host_.scripts,
       ElementsAre("IsSchematicViewActive", "UnSelectAll", StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {RES} ")),
                   StartsWith(utf8(u8"placeLibPart C:/模块/5.olb {ViewBox} 0 ViewBox [list 0 0 300 200] ")),
                   StartsWith("setPinNum "), "setPlaceMarketFlag 1",
                   utf8(u8"PlaceNew \"C:/模块/6.olb\" ViewBox {300 200}")));
-  EXPECT_EQ(with_.placement.placeState, 0);
+  EXPECT_EQ(placement.placeState, 0);
 
   send("PlaceDSNModule", R"("dsnDatPath":"C:\\a\"]$x\\none.json")");
   EXPECT_THAT(host_.scripts, ElementsAre("IsSchematicViewActive", "UnSelectAll", "setPlaceMarketFlag 1",
                                          R"(PlaceNew "C:/a\"]\$x/6.olb" ViewBox)"));
 
-  with_.fake.files.removeFile("C:\\App\\config\\Resource\\Empty.olb");  // the host is asked for what could not be made
+  fake.files.removeFile("C:\\App\\config\\Resource\\Empty.olb");  // the host is asked for what could not be made
   send("PlaceDSNModule", data);
   EXPECT_EQ(host_.scripts.back(), utf8(u8"PlaceNew \"C:/模块/7.olb\" ViewBox {300 200}"));
 }
@@ -99,7 +80,7 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
       {"ClearCurrentDesign", "", "1", "", 1},  // places nothing, refuses nothing
   };
   for (const auto& each : cases) {
-    with_.placement.placeState = 1;  // of the request before
+    placement.placeState = 1;  // of the request before
     host_.answer("IsSchematicViewActive", each.pageActive);
     host_.during = [&](const std::string& script) {
       if (script == each.throwing) {
@@ -107,63 +88,53 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
       }
     };
     send(each.command, each.data);
-    EXPECT_EQ(with_.placement.placeState, each.placeState) << each.command << each.data << each.throwing;
+    EXPECT_EQ(placement.placeState, each.placeState) << each.command << each.data << each.throwing;
   }
   // Not before it is accepted, and what the host's event loop brings while it is carried out counts.
   std::string states;
-  with_.placement.placeState = 0;
+  placement.placeState = 0;
   host_.answer("IsSchematicViewActive", "1");
   host_.during = [&](const std::string& script) {
-    states += std::to_string(with_.placement.placeState);
+    states += std::to_string(placement.placeState);
     if (script.starts_with("PlaceNew")) {
-      with_.placement.placeState = 0;  // the part was placed at once
+      placement.placeState = 0;  // the part was placed at once
     }
   };
   send("PlaceDsnLibPartModule", partData);
   EXPECT_EQ(states, "00111111");
-  EXPECT_EQ(with_.placement.placeState, 0);
+  EXPECT_EQ(placement.placeState, 0);
 }
 
 TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
-  PlacementContext& place = with_.placement;
+  PlacementContext& place = placement;
   const struct {
     const char* command;
-    std::vector<std::pair<const char*, std::string*>> members;
+    std::vector<std::string> members;
+    std::vector<std::string*> fields;
   } cases[] = {
       {"PlaceDsnLibPartModule",
-       {{"PartIndex", &place.PartIndex},
-        {"Designator", &place.selfModule},
-        {"dsnDatPath", &place.dsnDatPath},
-        {"packageName", &place.packageName},
-        {"PartNumber", &place.PartNumber},
-        {"PartName", &place.PartName},
-        {"prefix", &place.prefix},
-        {"value", &place.value},
-        {"Package", &place.package}}},
+       {"PartIndex", "Designator", "dsnDatPath", "packageName", "PartNumber", "PartName", "prefix", "value", "Package"},
+       {&place.PartIndex, &place.selfModule, &place.dsnDatPath, &place.packageName, &place.PartNumber, &place.PartName,
+        &place.prefix, &place.value, &place.package}},
       {"PlaceDSNModule",
-       {{"dsnDatPath", &place.dsnDatPath},
-        {"dsnBmpPath", &with_.part<PreviewPicture>().path},
-        {"uploadResId", &place.uploadResId},
-        {"uploadUserId", &place.uploadUserId},
-        {"selfModule", &place.selfModule}}},
+       {"dsnDatPath", "dsnBmpPath", "uploadResId", "uploadUserId", "selfModule"},
+       {&place.dsnDatPath, &part<PreviewPicture>().path, &place.uploadResId, &place.uploadUserId, &place.selfModule}},
   };
   for (const auto& each : cases) {
     for (const bool whole : {true, false}) {
       const std::string more = whole ? R"("ViewBoxWidth":1,"ViewBoxHeight":2,"Page":"P")" : R"("x":"y")";
       std::string data = more;
       std::string ofOtherKind = more;  // as good as missing
-      for (const auto& [name, field] : each.members) {
-        data += std::string(",\"") + name + "\":\"" + each.command + name + "\"";
-        ofOtherKind += std::string(",\"") + name + "\":[]";
+      for (const std::string& name : each.members) {
+        data += ",\"" + name + "\":\"of " + name + "\"";
+        ofOtherKind += ",\"" + name + "\":[]";
       }
-      with_.placement = {};
-      send(each.command, data);
-      for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(*field, std::string(each.command) + name);
-      }
-      send(each.command, whole ? more : ofOtherKind);
-      for (const auto& [name, field] : each.members) {
-        EXPECT_EQ(*field, "") << name;
+      placement = {};
+      for (const bool sent : {true, false}) {
+        send(each.command, sent ? data : whole ? more : ofOtherKind);
+        for (std::size_t index = 0; index < each.members.size(); ++index) {
+          EXPECT_EQ(*each.fields[index], sent ? "of " + each.members[index] : "") << each.members[index];
+        }
       }
     }
   }
