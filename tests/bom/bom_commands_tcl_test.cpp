@@ -1,14 +1,11 @@
 #include "bom/bom_commands.h"
 
-#include <gmock/gmock.h>
-
 #include "support/command_test_tcl.h"
-#include "text/gbk_literal.h"
 
 namespace vernoxa::bom {
 namespace {
 
-using testing::ElementsAre;
+using namespace testing;
 
 class BomCommands : public CommandTest {};
 
@@ -18,11 +15,7 @@ std::string line(const std::string& number, const std::string& value) {
 }
 
 TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
-  const struct {
-    std::string parts;
-    std::string lines;
-    std::size_t boxes;
-  } cases[] = {
+  const std::tuple<std::string, std::string, std::size_t> cases[] = {
       {"", "", 0},
       {"x;10k;R1;RES;0603;2", line("", "10k"), 0},
       {"xx;10k;R1;RES;0603;2;more", line("xx", "10k"), 0},
@@ -32,26 +25,17 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
       {"1;\xB5\xE7\xD7\xE8;R1;RES;0603;2", line("1", u8"电阻"_gbk), 0},  // in the code page already
       {"1;a;R1;RES;0603;2 {", "", 0},                                    // no list
   };
-  const struct {
-    Command command;
-    const char* name;
-    const char* member;
-    const char* box;
-  } commands[] = {
-      {plugin::run<sendAddToBom>, "AddToBom", "Stick", "??BOM??"},
-      {plugin::run<sendRemoveFromBom>, "RemoveFromBom", "NotStick", "?BOM?????"},
-  };
-  for (const auto& command : commands) {
-    for (const auto& each : cases) {
+  for (const bool added : {true, false}) {
+    const Command command = added ? plugin::run<sendAddToBom> : plugin::run<sendRemoveFromBom>;
+    const std::string start = added ? R"({"Data":{"Stick":[)" : R"({"Data":{"NotStick":[)";
+    const std::string end =
+        added ? R"(]},"Command":"AddToBom","Result":"0"})" : R"(]},"Command":"RemoveFromBom","Result":"0"})";
+    for (const auto& [parts, lines, boxes] : cases) {
       fake.messages.forget();
-      EXPECT_EQ(message(command.command, {each.parts}), std::string(R"({"Data":{")") + command.member + R"(":[)" +
-                                                            each.lines + R"(]},"Command":")" + command.name +
-                                                            R"(","Result":"0"})");
-      EXPECT_THAT(fake.messages.shown(),
-                  testing::AllOf(testing::SizeIs(each.boxes), testing::Each(std::string(command.box))))
-          << each.parts;
+      EXPECT_EQ(message(command, {parts}), start + lines + end);
+      EXPECT_THAT(fake.messages.shown(), AllOf(SizeIs(boxes), Each(added ? "??BOM??" : "?BOM?????"))) << parts;
     }
-    EXPECT_EQ(call(command.command).text, "");
+    EXPECT_EQ(call(command).text, "");
   }
 }
 

@@ -1,16 +1,9 @@
 #include "designs/file_status_commands.h"
 
-#include <gmock/gmock.h>
-
 #include "support/command_test_tcl.h"
-#include "text/gbk_literal.h"
-#include "text/json.h"
-#include "text/text.h"
 
 namespace vernoxa::designs {
 namespace {
-
-using testing::IsEmpty;
 
 class FileStatusCommandsTest : public CommandTest {
  protected:
@@ -25,17 +18,13 @@ TEST_F(FileStatusCommandsTest, MessagesInTheirOrder) {
             start + R"(Open","FileName":"C:\\a.dsn")" + host + R"(,"PinCount":"128"}})");
   EXPECT_EQ(message(plugin::run<sendSaveFile>, {"C:\\a.dsn"}), start + R"(Save","FileName":"C:\\a.dsn")" + host + "}}");
   EXPECT_EQ(message(plugin::run<sendCloseFile>, {"C:\\a.dsn"}), start + R"(Close","FileName":"C:\\a.dsn"}})");
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, {utf8(u8"D:\\原理图.dsn")}),
-            start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
-  EXPECT_EQ(message(plugin::run<sendCloseFile>, {u8"D:\\原理图.dsn"_gbk}),
-            start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
+  for (const std::string& path : {utf8(u8"D:\\原理图.dsn"), std::string(u8"D:\\原理图.dsn"_gbk)}) {
+    EXPECT_EQ(message(plugin::run<sendCloseFile>, {path}), start + u8R"(Close","FileName":"D:\\原理图.dsn"}})"_gbk);
+  }
 }
 
 TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExtension) {
-  const struct {
-    const char* path;
-    std::vector<std::string> scripts;
-  } rows[] = {
+  const std::pair<const char*, Words> rows[] = {
       {"a.dsn", {"getDsnPinCount \"a.dsn\""}},
       {"a.DSNX", {"getDsnPinCount \"a.DSNX\""}},
       {"a.b.dsn1", {"getDsnPinCount \"a.b.dsn1\""}},
@@ -46,11 +35,11 @@ TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExten
       {"a.dsn.bak", {}},
       {"dsn", {}},
   };
-  for (const auto& row : rows) {
+  for (const auto& [path, scripts] : rows) {
     host_.scripts.clear();
-    const Json sent = Json::parse(message(plugin::run<readOpenPath>, {row.path})).document;
-    EXPECT_EQ(host_.scripts, row.scripts) << row.path;
-    EXPECT_EQ(sent.member("Data").member("PinCount").text(), "") << row.path;
+    const Json sent = Json::parse(message(plugin::run<readOpenPath>, {path})).document;
+    EXPECT_EQ(host_.scripts, scripts) << path;
+    EXPECT_EQ(sent.member("Data").member("PinCount").text(), "") << path;
   }
 }
 
@@ -62,7 +51,7 @@ TEST_F(FileStatusCommandsTest, EmptyPathGivesNoMessage) {
       EXPECT_EQ(result.status, commandDone);
     }
   }
-  EXPECT_THAT(host_.scripts, IsEmpty());
+  EXPECT_TRUE(host_.scripts.empty());
 }
 
 TEST_F(FileStatusCommandsTest, TrafficLog) {

@@ -1,30 +1,27 @@
 // Commands of the plug-in as functions: called with Tcl words, on a fake host and a fake world.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include "support/fake_script_host.h"
+#include "support/session_test.h"
 #include "support/tcl_interp_tcl.h"
-#include "system/fake_world.h"
 
 namespace vernoxa {
 
-class CommandTest : public testing::Test, protected FakeSession {
+class CommandTest : public SessionTest {
  protected:
   using Command = CommandResult (*)(CommandCall&, plugin::Session&);
 
   // Without the command's own name.
-  CommandResult call(Command command, Words words = {}) {
+  CommandResult call(Command command, Words words, ScriptHost& host) {
     words.insert(words.begin(), "command");
     const TclWords held(words);
     const Arguments arguments = held.arguments();
-    CommandCall each{arguments, host_};
+    CommandCall each{arguments, host};
     return command(each, session);
   }
+  CommandResult call(Command command, Words words = {}) { return call(command, std::move(words), host_); }
   std::string message(Command command, Words words) { return messageOf(call(command, std::move(words)).text).message; }
 
   TclInterp interp_;  // Tcl's objects need its library started
-  FakeScriptHost host_;
 };
 
 }  // namespace vernoxa
