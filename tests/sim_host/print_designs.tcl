@@ -1,13 +1,12 @@
-# What the stand-in host reads in schematics, for other programs: print_designs.tcl FILE...
+# What the stand-in host reads in schematics, for schematics.py: print_designs.tcl FILE...
 #
-# One line an item, its fields parted by tabs: design FILE | page NAME | note TEXT |
-# part REFERENCE UNIT VALUE FOOTPRINT IN-BOM FITTED PAGE | pin REFERENCE NUMBER NAME NET.
-# Symbols that only name nets are left out.
+# One line an item, its fields parted by tabs: design FILE | page NAME | part REFERENCE UNIT IN-BOM FITTED |
+# pin REFERENCE NUMBER NET. Symbols that only name nets are left out.
 source -encoding utf-8 [file join [file dirname [file normalize [info script]]] .. .. sim host kicad.tcl]
 fconfigure stdout -encoding utf-8 -translation lf
 
 proc line {args} {
-    puts [join [lmap field $args {string map {\\ \\\\ \t \\t \n \\n} $field}] \t]
+    puts [join $args \t]
 }
 
 foreach file $argv {
@@ -16,15 +15,12 @@ foreach file $argv {
     foreach page [dict keys [dict get $design pages]] {
         line page $page
     }
-    foreach note [dict get $design notes] {
-        line note $note
-    }
     foreach part [dict values [dict get $design parts]] {
         dict with part {
             if {$power} continue
-            line part $reference $unit $value $footprint $inBom $fitted $page
+            line part $reference $unit $inBom $fitted
             foreach pin $pins {
-                line pin $reference [dict get $pin number] [dict get $pin name] [dict get $pin net]
+                line pin $reference [dict get $pin number] [dict get $pin net]
             }
         }
     }

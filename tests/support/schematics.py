@@ -96,47 +96,16 @@ class Counted:
                        in_bom and word(child, "in_bom", "yes") == "yes", fitted and word(child, "dnp", "no") == "no")
 
 
-class Read:
-    """The same as the stand-in host reads it."""
-
-    def __init__(self):
-        self.pages = 0
-        self.units: collections.Counter[tuple] = collections.Counter()
-        self.pins: collections.Counter[tuple] = collections.Counter()
-        self.nets: dict[tuple, str] = {}
-
-    def take(self, kind: str, *fields: str) -> None:
-        if kind == "page":
-            self.pages += 1
-        elif kind == "part":
-            reference, unit, _, _, in_bom, fitted, _ = fields
-            self.units[reference, unit, in_bom == "1", fitted == "1"] += 1
-        elif kind == "pin":
-            reference, number, _, net = fields
-            self.pins[reference, number] += 1
-            self.nets[reference, number] = net
-
-
-def printed(designs: list[pathlib.Path]) -> list[list[str]]:
-    """What the stand-in host prints of them: see print_designs.tcl."""
+def read_all(designs: list[pathlib.Path]) -> dict[pathlib.Path, dict[str, collections.Counter[tuple]]]:
+    """What the stand-in host reads in each, as the rows that print_designs.tcl prints by their kind."""
     run = subprocess.run(["tclsh8.6", PRINTER, *designs], check=True, capture_output=True, text=True)
-    return [line.split("\t") for line in run.stdout.splitlines()]
-
-
-def read_all(designs: list[pathlib.Path]) -> dict[pathlib.Path, Read]:
-    read: dict[pathlib.Path, Read] = {}
-    for kind, *fields in printed(designs):
+    read: dict[pathlib.Path, dict] = {}
+    for kind, *fields in (line.split("\t") for line in run.stdout.splitlines()):
         if kind == "design":
-            design = read[pathlib.Path(fields[0])] = Read()
+            rows = read[pathlib.Path(fields[0])] = collections.defaultdict(collections.Counter)
         else:
-            design.take(kind, *fields)
+            rows[kind][tuple(fields)] += 1
     return read
-
-
-def print_design(design: pathlib.Path) -> tuple[list[list[str]], list[str]]:
-    """All that is said of one, in an order of its own, and the notes."""
-    lines = printed([design])[1:]
-    return sorted(line for line in lines if line[0] != "note"), [line[1] for line in lines if line[0] == "note"]
 
 
 def board_nets(board: pathlib.Path) -> dict[tuple, str]:
