@@ -13,9 +13,9 @@ import tempfile
 import unittest
 from unittest import mock
 
-from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, opened
+from fake_plug_in import BOM, MARKED, REFUSED, FakePlugIn, frame, opened
 
-from vernoxa.wire import messages
+from vernoxa.wire import json_text, messages
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.words import until_interrupted
 from vernoxa.companion.prompt import Prompt
@@ -46,22 +46,24 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
     async def received(self, command: str) -> None:
         await self.companion.wait_for(lambda event: event.is_message(command), 5)
 
-    async def test_an_opened_design_is_answered_with_its_folder_and_its_bom_is_shown(self):
+    async def test_an_opened_design_is_answered_with_its_folder_and_marks_move_the_lines_of_its_bom(self):
         async with self.plug_in(GenerateBOM=BOM, SetToNotStick=MARKED) as plug_in:
             plug_in.send(opened(DESIGN, "512"))
             answer = json.loads((await plug_in.receive()).decode("gbk"))
             self.assertEqual(answer["Data"], {"Path": "Z:\\项目"})
             plug_in.send("")  # the acknowledgement of an answer
             prompt = Prompt(self.companion, self.view)
-            for line, sent in (
-                ("GenerateBOM", {"ProjectPath": DESIGN.replace("\\", "/")}),
-                ("SetToNotStick R1,R2", {"ProjectPath": DESIGN.replace("\\", "/"),
-                                         "item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}),
-            ):
+            for line, sent in (("GenerateBOM", {}), ("SetToNotStick R1,R2", {"item": [{"PartRef": "R1"}, {"PartRef": "R2"}]})):
                 done, message = await asyncio.gather(prompt.run(line), plug_in.receive())
                 self.assertTrue(done)
-                self.assertEqual(json.loads(message.decode("gbk"))["Data"], sent)
+                self.assertEqual(json.loads(message.decode("gbk"))["Data"], {"ProjectPath": DESIGN.replace("\\", "/")} | sent)
             self.assertEqual(self.answers.current.references, ["R1"])
+            plug_in.send('{"Command":"TryUpdateBom"}')
+            self.assertIn(b"GenerateBOM", await plug_in.receive())
+            marked = {"Data": {"NotStick": json.loads(BOM)["Data"]["Stick"]}, "Command": "RemoveFromBom", "Result": "0"}
+            plug_in.send(json_text.print_plain(marked))
+            await self.received("RemoveFromBom")
+            self.assertEqual([0, 1], [len(self.answers.current.bom[name]) for name in ("Stick", "NotStick")])
             closed = '{"Command":"FileStatus","Result":"0","Data":{"Status":"Close","FileName":"z:\\\\项目\\\\设计.DSN"}}'
             plug_in.send(closed)
             self.assertEqual(json.loads(await plug_in.receive())["Data"], {"Path": ""})
@@ -71,19 +73,6 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
             self.assertIn(text, self.shown.getvalue())
         self.assertTrue(all(line.startswith("companion:") for line in self.shown.getvalue().splitlines()))
         self.assertIn('"PartName": "电阻"', self.record.getvalue())
-
-    async def test_marks_made_in_the_editor_move_the_lines_of_the_bom(self):
-        line = '{"PartNumber":"","Value":"10k","PartRef":"R1","PartName":"R","PCBFootprint":"0603","PinNumber":"2"}'
-        async with self.plug_in(GenerateBOM=BOM) as plug_in:
-            plug_in.send(opened(DESIGN))
-            await plug_in.receive()
-            plug_in.send('{"Command":"TryUpdateBom"}')
-            self.assertIn(b"GenerateBOM", await plug_in.receive())
-            plug_in.send('{"Data":{"NotStick":[%s]},"Command":"RemoveFromBom","Result":"0"}' % line)
-            await self.received("RemoveFromBom")
-        bom = self.answers.current.bom if self.answers.current else {}
-        self.assertEqual([len(bom[name]) for name in ("Stick", "NotStick")], [0, 1])
-        self.assertEqual(self.companion.faults, 0)
 
     async def test_failures_and_silence(self):
         with self.assertRaises(NotConnected):
@@ -124,16 +113,14 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
     async def test_faults_are_counted_and_the_conversation_goes_on(self):
         for name, data, alive in (
             ("upper case", b"\x04\0\0\0" + b"7B7D", True),
-            ("no GBK", b"\x04\0\0\0" + b"ffff", True),
-            ("no JSON object", b"\x02\0\0\0" + b"31", True),
-            ("wrong types", b"\x5c\0\0\0" + b'{"Command":"GenerateBOM_EndResult","Data":[]}_'.hex().encode(), True),
-            ("unasked", (2 * len(MARKED)).to_bytes(4, "little") + MARKED.encode().hex().encode(), True),
+            ("no GBK", frame(b"\xff\xff"), True),
+            ("wrong types", frame('{"Command":"GenerateBOM_EndResult","Data":[]}_'), True),
+            ("unasked", frame(MARKED), True),
             ("no frames", b"GET / HTTP/1.1\r\n\r\n", False),
         ):
-            before = self.companion.faults
+            before, since = self.companion.faults, len(self.companion.events)
             async with self.plug_in() as plug_in:
                 with self.subTest(name):
-                    since = len(self.companion.events)
                     plug_in.send_raw(data)
                     await self.companion.wait_for(lambda event: event.kind == FAULT, 5, since)
                     self.assertGreater(self.companion.faults, before)

@@ -3,6 +3,7 @@
 import ast
 import collections
 import graphlib
+import importlib.util
 import pathlib
 import tempfile
 import unittest
@@ -15,18 +16,16 @@ PACKAGE = pathlib.Path(vernoxa.__file__).parent
 def arrows(package: pathlib.Path) -> dict[str, set[str]]:
     """What each module imports of its own package, wherever in it the import stands. The package's name comes first."""
     names = {".".join(path.relative_to(package.parent).with_suffix("").parts): path for path in package.rglob("*.py")}
-    found: dict[str, set[str]] = collections.defaultdict(set)
+    found = {}
     for name, path in names.items():
+        imported = set()
         for node in ast.walk(ast.parse(path.read_text("utf-8"))):
-            if isinstance(node, ast.Import):
-                imported = [alias.name for alias in node.names]
-            elif isinstance(node, ast.ImportFrom):
-                base = ".".join(filter(None, [*name.split(".")[: -node.level or None][: None if node.level else 0],
-                                              node.module]))
-                imported = [each for alias in node.names for each in (f"{base}.{alias.name}", base)]
-            else:
-                continue
-            found[name].update(each for each in imported if each in names and each != name)
+            base = ""
+            if isinstance(node, ast.ImportFrom):
+                base = importlib.util.resolve_name("." * node.level + (node.module or ""), name.rpartition(".")[0])
+            if isinstance(node, (ast.Import, ast.ImportFrom)):
+                imported |= {base, *(f"{base}.{alias.name}".removeprefix(".") for alias in node.names)}
+        found[name] = imported & names.keys() - {name}
     return found
 
 
@@ -34,8 +33,8 @@ def circle(package: pathlib.Path, parts: int | None) -> list[str]:
     """Modules that name each other in a circle, seen by so many parts of their names; empty when none do."""
     graph: dict[str, set[str]] = collections.defaultdict(set)
     for name, imported in arrows(package).items():
-        here = ".".join(name.split(".")[:parts])
-        graph[here] |= {there for each in imported if (there := ".".join(each.split(".")[:parts])) != here}
+        here, *there = (".".join(each.split(".")[:parts]) for each in (name, *imported))
+        graph[here] |= {*there} - {here}
     try:
         graphlib.TopologicalSorter(graph).prepare()
     except graphlib.CycleError as error:
