@@ -1,6 +1,5 @@
 """The sample companion and the sample host script, joined by the built plug-in: samples_test.py PLUG-IN."""
 
-import contextlib
 import os
 import pathlib
 import signal
@@ -29,14 +28,8 @@ RES-1K,1k,R3,RES,0603,2,no
 class SamplesTest(unittest.TestCase):
     def begin(self, *words):
         process = subprocess.Popen([str(word) for word in words], stdin=subprocess.DEVNULL, start_new_session=True)
-        self.addCleanup(self.end, process)
-
-    def end(self, process):
-        for end in (signal.SIGTERM, signal.SIGKILL):
-            os.killpg(process.pid, end)
-            with contextlib.suppress(subprocess.TimeoutExpired):
-                process.wait(10)
-                break
+        self.addCleanup(process.wait)
+        self.addCleanup(os.killpg, process.pid, signal.SIGKILL)
 
     def test_a_bill_becomes_a_table(self):
         installation = Installation(MODULE)

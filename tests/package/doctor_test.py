@@ -27,6 +27,7 @@ class Installation:
         self.folder = folder
         self.temporary: pathlib.Path | None = folder.with_name("temp")
         self.temporary.mkdir(parents=True, exist_ok=True)
+        self.port = 0  # that is taken
         with zipfile.ZipFile(zipped) as files:
             files.extractall(folder)
         self.write("LanTuZS.exe", b"")
@@ -65,12 +66,12 @@ exit
 """
 
 
-def doctor_at_all(asked: list[tuple[Installation, int]]) -> list[str]:
-    script = asked[0][0].folder.with_name("all.tcl")
+def doctor_at_all(places: list[Installation]) -> list[str]:
+    script = places[0].folder.with_name("all.tcl")
     script.write_text(AT_ALL)
-    words = [str(word) for place, port in asked
-             for word in (place.folder, f"Z:{place.temporary}" if place.temporary else "", port)]
-    done = subprocess.run([RUN, str(asked[0][0].folder / "check/tcl/bin/tclsh86.exe"), str(script), *words],
+    words = [word for place in places
+             for word in (place.folder, f"Z:{place.temporary}" if place.temporary else "", str(place.port))]
+    done = subprocess.run([RUN, places[0].folder / "check/tcl/bin/tclsh86.exe", script, *words],
                           stdin=subprocess.DEVNULL, capture_output=True, check=True)
     return done.stdout.decode("gbk", "replace").split("=== next")
 
@@ -83,36 +84,20 @@ def remove(*names: str) -> Callable[[Installation], None]:
     return lambda place: [(place.folder / name).unlink() for name in names]
 
 
-def temporary(folder: str | None) -> Callable[[Installation], None]:
-    return lambda place: setattr(place, "temporary", folder)
-
-
-def too_deep(place: Installation) -> None:
-    shutil.move(place.folder / "LanTuZS.exe", place.folder.parent)
-
-
-def read_only(place: Installation) -> None:
-    log = place.folder / "Script/Log/schLog.txt"
-    if os.getuid() == 0:  # whom no file refuses; a folder does
-        log.mkdir()
-    else:
-        log.touch(0o444)
-
-
-def log_folder_is_a_file(place: Installation) -> None:
-    (place.folder / "Script/Log").rmdir()
-    place.write("Script/Log", b"")
+def have(**attributes: object) -> Callable[[Installation], None]:
+    return lambda place: place.__dict__.update(attributes)
 
 
 def start_up(words: str) -> Callable[[Installation], None]:
     return write("Script/Log/schLog.txt", f"[Time]:2026-1-2 3:4:5:6.start-up script: {words}\r\n".encode())
 
 
-# What is planted, or the port that is taken, and the words that name it.
-FAULTS: dict[str, tuple[Callable[[Installation], object] | int, str]] = {
+# What is planted, and the words that name it.
+FAULTS: dict[str, tuple[Callable[[Installation], object], str]] = {
     "no DLL": (remove("bin/Vernoxa64.dll"), r"bin\\Vernoxa64.dll is not there"),
     "wrong folder": (remove("LanTuZS.exe"), r"companion, LanTuZS.exe, is not in this folder"),
-    "one folder too deep": (too_deep, r"unpacked one folder too deep"),
+    "one folder too deep": (lambda place: shutil.move(place.folder / "LanTuZS.exe", place.folder.parent),
+                            r"unpacked one folder too deep"),
     "old DLL": (write("bin/Vernoxa64.dll", MODULE.read_bytes() + b"!"), r"bin\\Vernoxa64.dll is not the one of this package"),
     "a DLL that is none": (write("bin/Vernoxa64.dll", b"MZ"), r"it names no version; the package's is \d"),
     "a file is lost": (remove("pkgIndex.tcl"), r"One file is missing or not that of the package: pkgIndex.tcl"),
@@ -128,35 +113,21 @@ FAULTS: dict[str, tuple[Callable[[Installation], object] | int, str]] = {
     "a setting in small letters": (write("Config/App.txt", b'{"startwithcadence":"1"}'), r'knows "StartWithCadence"'),
     "a number in the settings": (write("Config/App.txt", b'{"StartWithCadence":1}'), r'"StartWithCadence" in .* is 1;'),
     "an unknown language": (write("Config/App.txt", b'{"AlgMenuLang":"FR"}'), r'"AlgMenuLang" in .* is "FR"; .* "EN" and "CN"'),
-    "taken port of the companion": (9601, r"Port 9601 is taken by .*; it should be the companion's"),
-    "taken port of the scripts": (9610, r"Port 9610 is taken by .*; it should be the editor's"),
+    "taken port of the companion": (have(port=9601), r"Port 9601 is taken by .*; it should be the companion's"),
+    "taken port of the scripts": (have(port=9610), r"Port 9610 is taken by .*; it should be the editor's"),
     "missing host procedure": (start_up('invalid command name "creatServerForPthread"'), r'no procedure "creatServerForPthread"'),
     "port taken at the start": (start_up("couldn't open socket: address already in use"), r"port 9610 was taken"),
     "crash log": (write("bin/catchLog/log.txt", b"[Time]:2026-1-2 3:4:5:6.Fun111\r\n"), r"ended unexpectedly \(Fun111\)"),
-    "read-only log": (read_only, r"schLog.txt cannot be written \("),
-    "a file in the place of the logs' folder": (log_folder_is_a_file, r"Script\\Log is a file where a folder should be"),
-    "no TEMP": (temporary(None), r"variable TEMP, .* is not set"),
-    "a TEMP that is not there": (temporary("/nowhere"), r"TEMP names, is not there or no folder: Z:/nowhere"),
+    "a log that cannot be written": (lambda place: (place.folder / "Script/Log/schLog.txt").mkdir(),
+                                     r"schLog.txt cannot be written \("),
+    "a file in the place of the logs' folder": (
+        lambda place: ((place.folder / "Script/Log").rmdir(), place.write("Script/Log", b"")),
+        r"Script\\Log is a file where a folder should be"),
+    "no TEMP": (have(temporary=None), r"variable TEMP, .* is not set"),
+    "a TEMP that is not there": (have(temporary="/nowhere"), r"TEMP names, is not there or no folder: Z:/nowhere"),
     "what the editor said": (lambda place: place.write("../temp/Vernoxa check/editor.txt", b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"),
                              r"In the editor, Tcl is 8.6: it is 8.5"),
 }
-
-# As a user's program unpacks it: FROM TO. Says what it could not write.
-UNPACK = """
-proc unpack {from to} {
-  foreach each [glob -nocomplain -directory $from *] {
-    set target [file join $to [file tail $each]]
-    if {[file isdirectory $each]} {
-      file mkdir $target
-      unpack $each $target
-    } elseif {[catch {file copy -force $each $target}]} {
-      puts "refused: [file tail $target]"
-    }
-  }
-}
-unpack {*}$argv
-exit
-"""
 
 # The check on a machine that makes no short names, where the companion and then the host end.
 ENDED = {
@@ -215,14 +186,10 @@ class DoctorTest(unittest.TestCase):
         self.assertEqual((0, []), (status, re.findall("^  ! .*", said, re.MULTILINE)), said)
 
     def test_it_names_each_fault_and_no_other(self) -> None:
-        asked = []
-        for name, (plant, _) in FAULTS.items():
-            place = self.installation(name)
-            port = plant if isinstance(plant, int) else 0
-            if not isinstance(plant, int):
-                plant(place)
-            asked.append((place, port))
-        for (name, (_, words)), said in zip(FAULTS.items(), doctor_at_all(asked)):
+        places = [self.installation(name) for name in FAULTS]
+        for place, (plant, _) in zip(places, FAULTS.values()):
+            plant(place)
+        for (name, (_, words)), said in zip(FAULTS.items(), doctor_at_all(places)):
             with self.subTest(name):
                 found = re.findall("^  ! .*", said, re.MULTILINE)
                 self.assertEqual(1, len(found), said)
@@ -230,26 +197,25 @@ class DoctorTest(unittest.TestCase):
                 self.assertIn("1 found.", said)
 
     def test_a_newer_version_keeps_what_is_the_users_and_removal_leaves_nothing_else(self) -> None:
-        place, newer = self.installation("upgrade"), self.installation("newer")
-        for name in ("LanTuZS.exe", "Config/App.txt"):
-            (newer.folder / name).unlink()
-        newer.write("unpack.tcl", UNPACK.encode())
+        place, other = self.installation("upgrade"), self.installation("other")
         mine = {"Config/App.txt": b'{"AlgMenuLang":"CN"}', "LanTuZS.exe": b"companion", "Script/Log/old.txt": b"",
                 "Cache/Nets.txt": b"nets"}
         for name, content in (mine | {"bin/Vernoxa64.dll": MODULE.read_bytes() + b"!", "docs/index.html": b"old"}).items():
             place.write(name, content)
-        unpack = ["check\\tcl\\bin\\tclsh86.exe", "unpack.tcl", ".", f'"Z:{place.folder}"']
-        with held(place.folder / "bin", newer.folder):
-            self.assertEqual((0, "refused: Vernoxa64.dll\r\n"), newer.ask(*unpack))
-            said = place.ask("doctor.cmd", "/quiet")[1]
-            self.assertRegex(said, r"  ! bin\\Vernoxa64.dll is not the one of this package: it says that it is version")
-            self.assertRegex(said, r"tclsh86.exe \(process \d+\) has this plug-in loaded; end it")
-        self.assertEqual((0, ""), newer.ask(*unpack))
+        with zipfile.ZipFile(self.place / "package.zip") as files:
+            # A DLL that is loaded cannot be replaced.
+            files.extractall(place.folder, [name for name in files.namelist() if name != "bin/Vernoxa64.dll"])
+            with held(place.folder / "bin", other.folder):
+                said = place.ask("doctor.cmd", "/quiet")[1]
+                self.assertRegex(said, r"  ! bin\\Vernoxa64.dll is not the one of this package: it says that it is version")
+                self.assertRegex(said, r"tclsh86.exe \(process \d+\) has this plug-in loaded; end it")
+                self.assertRegex(other.ask("doctor.cmd", "/quiet")[1], r"has loaded another plug-in: .*upgrade")
+            files.extractall(place.folder)
         self.assertEqual(mine, {name: (place.folder / name).read_bytes() for name in mine})
         status, said = place.ask("doctor.cmd", "/quiet")
         self.assertEqual(0, status, said)
         listed = [line[66:] for line in (place.folder / package.CHECKSUMS).read_text("utf-8").splitlines()]
-        for name in [*listed, package.CHECKSUMS, "unpack.tcl"]:
+        for name in [*listed, package.CHECKSUMS]:
             (place.folder / name).unlink()
         left = {path.relative_to(place.folder).as_posix() for path in place.folder.rglob("*") if path.is_file()}
         self.assertEqual({*mine, "Script/Log/schLog.txt"}, left)
@@ -261,13 +227,6 @@ class DoctorTest(unittest.TestCase):
         self.assertEqual(2, said.count("  ! "), said)  # and the folder's Chinese name
         deep = Installation(self.place / "package.zip", self.place / "deep" / ("d" * 90))
         self.assertIn("bytes long; the plug-in reads 99", deep.ask("doctor.cmd", "/quiet")[1])
-
-    def test_it_names_an_editor_that_has_another_plug_in(self) -> None:
-        place, other = self.installation("mine"), self.installation("other")
-        with held(other.folder / "bin", other.folder):
-            self.assertIn("tclsh86.exe (process", said := place.ask("doctor.cmd", "/quiet")[1])
-            self.assertRegex(said, r"has loaded another plug-in: .*other")
-            self.assertIn("has this plug-in loaded", other.ask("doctor.cmd", "/quiet")[1])
 
     def test_the_check_says_where_it_works_and_what_ended_when(self) -> None:
         place = self.installation("ended")

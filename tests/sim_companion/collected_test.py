@@ -26,9 +26,7 @@ def message(command: str, shape: str = "", **data: object) -> messages.Message:
 
 class CollectedTest(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def test_a_module_is_kept_and_each_placement_gets_a_copy_of_its_own(self):
         answers = Answers(modules_folder=self.folder / "modules")

@@ -80,24 +80,21 @@ test rename "references are numbered in reading order and units stay together" -
     opened $name
 } -body {
     RenameRef 0
-    set wrong {}
-    set last {}
-    foreach page [dict keys [dict get $designs::open $name pages]] {
+    set numbers {}
+    foreach page [dict values [dict get $designs::open $name pages]] {
         set places {}
-        foreach id [dict get $designs::open $name pages $page parts] {
+        foreach id [dict get $page parts] {
             set part [dict get $designs::open $name parts $id]
             if {[regexp {^R(\d+)$} [dict get $part reference] -> number]} {
                 lappend places [list [dict get $part y] [dict get $part x] $number]
             }
         }
-        foreach place [lsort -integer -index 0 [lsort -integer -index 1 $places]] {
-            lappend last [lindex $place 2]
-        }
+        lappend numbers {*}[lmap place [lsort -integer -index 0 [lsort -integer -index 1 $places]] {lindex $place 2}]
     }
     set units [lmap ids [dict values [dict get $designs::open $name references]] {llength $ids}]
-    list [expr {$last eq [lsort -integer -unique $last]}] [lindex $last 0] \
-        [expr {[lindex $last end] == [llength $last]}] [lsort -unique $units] [getDsnPinCount $name]
-} -result {1 1 1 {1 3 5} 223}
+    set last 0
+    list [expr {$numbers eq [lmap number $numbers {incr last}]}] $last [lsort -unique $units] [getDsnPinCount $name]
+} -result {1 36 {1 3 5} 223}
 
 test nets "the nets file names every net and pin, and the bill both parts of one reference" -setup {
     opened $name

@@ -10,7 +10,6 @@ import packet
 import traffic
 from vernoxa.wire import json_text
 
-PACKET = [sys.executable, packet.__file__]
 OPEN = ('{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\\\设计\\\\a.dsn","Pid":"8",'
         '"AllegroPath":"","PinCount":"12"}}')
 CHINESE_BILL = ('{"Data":{"Stick":[{"PartNumber":"","Value":"电阻 10k","PartRef":"R1","PartName":"RES","PCBFootprint":"0603",'
@@ -23,17 +22,13 @@ def log(*lines: str) -> bytes:
     return "".join(f"[Time]:2024-3-5 9:7:2:45.{line}\n" for line in lines).replace("\n", "\r\n").encode("gbk")
 
 
-def hexadecimal(text: str) -> str:
-    return text.encode("gbk").hex()
-
-
 def header(name: str, length: int) -> list[str]:
-    bytes_of_it = length.to_bytes(4, "little", signed=False)
-    return [f"{name}[{index}]:{byte if byte < 0x80 else byte | 0xFFFFFF00:x}" for index, byte in enumerate(bytes_of_it)]
+    return [f"{name}[{index}]:{byte if byte < 0x80 else byte | 0xFFFFFF00:x}"
+            for index, byte in enumerate(length.to_bytes(4, "little"))]
 
 
 def sent(text: str, length: int | None = None, between: tuple[str, ...] = ()) -> list[str]:
-    digits = hexadecimal(text)
+    digits = text.encode("gbk").hex()
     length = len(digits) if length is None else length
     return [text, *header("acBuf", length), f"Length:{length}", digits, *between, "=" * 26 + "send over"]
 
@@ -49,7 +44,12 @@ def taken(text: str) -> list[str]:
 
 
 def returned(text: str, digits: str | None = None) -> list[str]:
-    return ["return data:" + text, digits or hexadecimal(text)]
+    return ["return data:" + text, digits or text.encode("gbk").hex()]
+
+
+def run_packet(*words: str) -> tuple[int, str, str]:
+    done = subprocess.run([sys.executable, packet.__file__, *words], capture_output=True, text=True, timeout=60)
+    return done.returncode, done.stdout.strip(), done.stderr.strip()
 
 
 class TrafficTest(unittest.TestCase):
@@ -63,7 +63,7 @@ class TrafficTest(unittest.TestCase):
             ("unknown", taken('{"Command":"What"}'), ["in What"], ["does not have", "not known, and no answer"]),
             ("no packet text", ["=" * 20 + "decodePacket", *taken(ASKED), *returned(ANSWERED)],
              ["in", "in CheckOpenState", "out CheckOpenState_EndResult"], ["could not be decoded"]),
-            ("another packet text", returned(OPEN, hexadecimal("{}")), ["out FileStatus"], ["another message: {}"]),
+            ("another packet text", returned(OPEN, b"{}".hex()), ["out FileStatus"], ["another message: {}"]),
             ("the log's code page, the packet's UTF-8", returned(CHINESE_BILL, CHINESE_BILL.encode().hex()),
              ["out AddToBom"], []),
             ("members in another order", returned('{"Command":"TryUpdateBom","Data":{}}'), ["out TryUpdateBom"],
@@ -97,7 +97,7 @@ class TrafficTest(unittest.TestCase):
         with tempfile.NamedTemporaryFile() as file:
             file.write(line)
             file.flush()
-            shown = subprocess.run([*PACKET, "log", file.name], capture_output=True, text=True, timeout=60).stdout
+            _, shown, _ = run_packet("log", file.name)
         self.assertIn("ActualValue=100μF  Comment=V属性包含非法字符", shown)
         self.assertIn("note: 1 text in UTF-8, as the host gave them: 100μF", shown)
 
@@ -107,24 +107,20 @@ class TrafficTest(unittest.TestCase):
 
 
 class PacketTest(unittest.TestCase):
-    def run_packet(self, *words: str) -> tuple[int, str, str]:
-        done = subprocess.run([*PACKET, *words], capture_output=True, text=True, timeout=60)
-        return done.returncode, done.stdout.strip(), done.stderr.strip()
-
     def test_packet_text_and_message_become_each_other(self):
-        status, packet, _ = self.run_packet("encode", "--frame", '{"Command":"JumpToPartRef","Data":{"PartRef":"电阻"}}')
-        self.assertEqual((0, "6a000000"), (status, packet[:8]))
-        self.assertIn("b5e7d7e8", packet)
-        for text in (packet, packet[8:]):
-            status, message, fault = self.run_packet("decode", text)
+        status, encoded, _ = run_packet("encode", "--frame", '{"Command":"JumpToPartRef","Data":{"PartRef":"电阻"}}')
+        self.assertEqual((0, "6a000000"), (status, encoded[:8]))
+        self.assertIn("b5e7d7e8", encoded)
+        for text in (encoded, encoded[8:]):
+            status, message, fault = run_packet("decode", text)
             self.assertEqual((0, ""), (status, fault))
             self.assertIn('"PartRef": "电阻"', message)
-        status, _, fault = self.run_packet("decode", packet[8:] + "zz")
+        status, _, fault = run_packet("decode", encoded[8:] + "zz")
         self.assertEqual(1, status)
         self.assertIn("no hexadecimal digit", fault)
-        self.assertEqual((2, ""), self.run_packet("encode", '{"a":"😀"}')[:2])
-        self.assertEqual((2, ""), self.run_packet("encode", "{")[:2])
-        self.assertEqual((2, ""), self.run_packet("log", __file__)[:2])
+        self.assertEqual((2, ""), run_packet("encode", '{"a":"😀"}')[:2])
+        self.assertEqual((2, ""), run_packet("encode", "{")[:2])
+        self.assertEqual((2, ""), run_packet("log", __file__)[:2])
 
 
 if __name__ == "__main__":
