@@ -1,6 +1,6 @@
 # Drawings of a design, as the plug-in is told them; and what checks and reports find in them.
 package require tcltest
-namespace import ::tcltest::test ::tcltest::makeFile ::tcltest::makeDirectory
+namespace import ::tcltest::test
 set sim [file join [file dirname [file normalize [info script]]] .. .. sim]
 source -encoding utf-8 $sim/host/host.tcl
 
@@ -44,11 +44,7 @@ proc drawnPoints {calls} {
             }
             Alias {dict set drawn "$page alias [drawing::mils $x],[drawing::mils $y]" 1}
             Part - Global - Port - OffPage - TitleBlock {
-                set name [lindex $record 5]
-                if {![dict exists $symbols $name]} {
-                    error "$page has no $name"
-                }
-                foreach {pinX pinY} [dict get $symbols $name] {
+                foreach {pinX pinY} [dict get $symbols [lindex $record 5]] {
                     dict set drawn "$page [join [drawnAt $pinX $pinY [lrange $record 1 4]] ,]" 1
                 }
             }
@@ -63,18 +59,16 @@ proc pointsOf {design} {
     dict for {name page} [dict get $design pages] {
         foreach id [dict get $page parts] {
             foreach pin [dict get $design parts $id pins] {
-                if {![dict get $pin hidden]} {
-                    lappend points "$name [dict get $pin x],[dict get $pin y]"
-                }
+                if {[dict get $pin hidden]} continue
+                lappend points "$name [dict get $pin x],[dict get $pin y]"
             }
         }
         foreach point [concat [dict get $page wires] [dict get $page buses] [dict get $page junctions]] {
             lappend points "$name [join [lrange $point 0 1] ,]"
         }
         foreach label [dict get $page labels] {
-            if {[dict get $label kind] eq "label"} {
-                lappend points "$name alias [dict get $label x],[dict get $label y]"
-            }
+            if {[dict get $label kind] ne "label"} continue
+            lappend points "$name alias [dict get $label x],[dict get $label y]"
         }
     }
     return $points
@@ -100,26 +94,20 @@ test drawn "every pin, wire and label is drawn where the design has it, and no s
 } -result {1 {} 1 {} 1}
 
 test texts "texts begin where they read from, and stay readable on turned and mirrored parts" -body {
-    set wrong {}
     # A text of four characters of 70 mils: 160 mils wide, 70 high.
-    foreach {rotation down expected} {
-        0 bottom {10 -7 0} 180 bottom {-5.7 -7 0} 90 bottom {3 0 1} 270 bottom {3 15.7 1} 0 center {10 -3.5 0}
-    } {
-        lassign [drawing::textFrom abcd 100 0 50 $rotation $down part] - left top text colour - height upright
-        if {[list $left $top $upright] ne $expected || $height ne "-9"} {
-            lappend wrong $rotation [list $left $top $upright]
-        }
-    }
-    lappend wrong [lrange [drawing::textAt "一\n二二" 0 0 50 0 {left top} part] 1 3]
-    set symbol {graphics {} pins {}}
-    foreach {rotation mirror expected} {0 "" {10 10 0} 90 "" {10 10 1} 0 y {-5.7 10 0} 270 x {10 10 1}} {
+    set placed [lmap {rotation down} {0 bottom 180 bottom 90 bottom 270 bottom 0 center} {
+        lassign [drawing::textFrom abcd 100 0 50 $rotation $down part] - left top - - - height upright
+        list $left $top $upright $height
+    }]
+    lappend placed [lrange [drawing::textAt "一\n二二" 0 0 50 0 {left top} part] 1 3]
+    foreach {rotation mirror} {0 "" 90 "" 0 y 270 x} {
         set part [dict create symbol s unit 1 rotation $rotation mirror $mirror x 0 y 0 properties {Value abcd}]
-        set record [drawing::fieldRecord [dict create symbols [dict create s $symbol]] $part Value \
-            {100 100 0 50 0 {left top}}]
-        lappend wrong "$rotation$mirror [lrange $record 1 2] [lindex $record 7]"
+        set record [drawing::fieldRecord {symbols {s {graphics {} pins {}}}} $part Value {100 100 0 50 0 {left top}}]
+        lappend placed "$rotation$mirror [lrange $record 1 2] [lindex $record 7]"
     }
-    set wrong
-} -result [list [list 0 0 "一\r\n二二"] "0 10 10 0" "90 10 10 1" "0y -5.7 10 0" "270x 3 10 1"]
+    set placed
+} -result [list {10 -7 0 -9} {-5.7 -7 0 -9} {3 0 1 -9} {3 15.7 1 -9} {10 -3.5 0 -9} [list 0 0 "一\r\n二二"] \
+    "0 10 10 0" "90 10 10 1" "0y -5.7 10 0" "270x 3 10 1"]
 
 test shapes "arcs turn the way they run, and long pins are drawn out" -body {
     list [drawing::arcPath 100 0 70.7107 -70.7107 0 -100] [drawing::arcPath 0 -100 70.7107 -70.7107 100 0] \
@@ -132,21 +120,15 @@ test shapes "arcs turn the way they run, and long pins are drawn out" -body {
 
 test units "codes and sizes come back as they went" -body {
     set wrong {}
-    foreach rotation {0 90 180 270} {
-        foreach mirror {"" x y} {
-            if {[drawing::fromCodes {*}[drawing::codes $rotation $mirror]] ne [list $rotation $mirror]} {
-                lappend wrong $rotation $mirror
-            }
-        }
+    foreach place {{0 {}} {0 x} {0 y} {90 {}} {90 x} {90 y} {180 {}} {180 x} {180 y} {270 {}} {270 x} {270 y}} {
+        if {[drawing::fromCodes {*}[drawing::codes {*}$place]] eq $place} continue
+        lappend wrong $place
     }
     for {set mils -205} {$mils < 205} {incr mils} {
-        if {[drawing::mils [drawing::unit $mils]] != $mils} {
-            lappend wrong $mils
-        }
         set height [drawing::fontHeight [expr {abs($mils)}]]
-        if {[drawing::fontHeight [drawing::fromFontHeight $height]] ne $height} {
-            lappend wrong $mils $height
-        }
+        if {[drawing::mils [drawing::unit $mils]] == $mils
+            && [drawing::fontHeight [drawing::fromFontHeight $height]] eq $height} continue
+        lappend wrong $mils $height
     }
     list $wrong [drawing::unit -25] [lmap unit {1 2 26 27 28} {drawing::unitLetter $unit}]
 } -result {{} -2.5 {A B Z AA AB}}
