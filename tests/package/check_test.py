@@ -43,8 +43,6 @@ def begin(folder: pathlib.Path, temporary: pathlib.Path, page: str) -> subproces
 
 
 class CheckTest(unittest.TestCase):
-    maxDiff = None
-
     def judge(self, folder: pathlib.Path, page: str, said: str, status: int) -> None:
         results = folder / "Vernoxa check"
         if status:
@@ -61,10 +59,9 @@ class CheckTest(unittest.TestCase):
         self.assertRegex(table, r"\d loads\tpassed\t\t[1-9]\d\d")
         self.assertEqual(1, table.count("\tnot tried\t"))  # keys
         for name, content in found.items():
-            for text in (USER, folder.name):
-                for secret in {text.encode(), text.encode("gbk")}:
-                    self.assertNotIn(secret, content, name)
-                    self.assertNotIn(secret.hex().encode(), content, name)
+            for secret in (text.encode(encoding) for text in (USER, folder.name) for encoding in ("utf-8", "gbk")):
+                self.assertNotIn(secret, content, name)
+                self.assertNotIn(secret.hex().encode(), content, name)
         self.assertEqual([results], list(folder.iterdir()))  # nothing is left
 
     def test_everything_passes_in_each_code_page(self) -> None:
@@ -78,16 +75,15 @@ class CheckTest(unittest.TestCase):
                 files.extractall(folder)
             if subprocess.run([*APART, "true"], capture_output=True, check=False).returncode:
                 APART.clear()
-            places = {page: pathlib.Path(place) / page / USER for page in PAGES}
             running = {}
-            for page, temporary in places.items():
-                running[page] = begin(folder, temporary, page)
+            for page in PAGES:
+                running[page] = begin(folder, pathlib.Path(place) / page / USER, page)
                 if not APART:
                     running[page].wait()  # the ports are the same
             for page, process in running.items():
                 output, _ = process.communicate()
                 with self.subTest(page):
-                    self.judge(places[page], page, output.decode("ascii", "replace"), process.returncode)
+                    self.judge(pathlib.Path(place) / page / USER, page, output.decode("ascii", "replace"), process.returncode)
         if self._outcome and self._outcome.success:
             unchanged.passed()
 

@@ -221,8 +221,7 @@ class DoctorTest(unittest.TestCase):
         self.assertEqual({*mine, "Script/Log/schLog.txt"}, left)
 
     def test_it_names_what_depends_on_the_machine(self) -> None:
-        place = self.installation("machine")
-        status, said = place.ask("doctor.cmd", "/quiet", locale="en_US")
+        _, said = self.installation("machine").ask("doctor.cmd", "/quiet", locale="en_US")
         self.assertIn("code page is 1252, not 936", said)
         self.assertEqual(2, said.count("  ! "), said)  # and the folder's Chinese name
         deep = Installation(self.place / "package.zip", self.place / "deep" / ("d" * 90))
@@ -247,25 +246,23 @@ class DoctorTest(unittest.TestCase):
     def test_the_editors_script_changes_nothing_and_names_what_is_missing(self) -> None:
         place = self.installation("editor")
         place.write("editor.tcl", rb"""
-set file mine; set version mine; set commands mine
 proc called args {lappend ::called $args}
 namespace eval ::capGenerateBOMUtil {}
 source [file join [pwd] check tables.tcl]
-set names $procedures
-set version mine; set commands mine
-foreach name $names {if {$name ni {ZoomIn InitPath}} {proc $name args "called $name"}}
-foreach name {exitOpration MouseClick ShowMainForm checkSocketConnect} {proc $name args "called $name"}
+foreach name [concat $procedures exitOpration MouseClick ShowMainForm checkSocketConnect] {
+  if {$name ni {ZoomIn InitPath}} {proc $name args "called $name"}
+}
 load [file join [pwd] bin Vernoxa64.dll] Vernoxa
-set called {}
-set before [lsort [concat [info globals] [info commands] [namespace children ::]]]
-set now x
-lappend before now
+set file [set version [set commands mine]]
+set called [set before {}]
+set before [concat [info globals] [info commands] [namespace children ::]]
 source check-editor.tcl
 puts "called: $called"
 puts "kept: $file $version $commands"
-puts "new: [lmap name [lsort [concat [info globals] [info commands] [namespace children ::]]] {
-  if {$name in $before || $name in {before}} continue
-  set name}]"
+puts "new: [lmap name [concat [info globals] [info commands] [namespace children ::]] {
+  if {$name in $before} continue
+  set name
+}]"
 exit
 """)
         status, said = place.ask("check\\tcl\\bin\\tclsh86.exe", "editor.tcl")

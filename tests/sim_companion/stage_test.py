@@ -90,38 +90,30 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
             await one.stop()
 
     async def test_what_is_piped_in_is_asked_and_the_host_ends_with_it(self):
-        async def work() -> bool:
-            await self.scene.begin(host)
-            async with fake_plug_in.FakePlugIn(self.scene.companion.port, {"GenerateBOM": fake_plug_in.BOM}) as plug_in:
-                plug_in.send(fake_plug_in.opened("Z:\\a.dsn"))
-                await self.scene.hear("opened", "FileStatus", 20)
-                prompt = Prompt(self.scene.companion, self.scene.view, {"host": HostWords(self.scene, self.scene.view, {})})
+        script = ("until grep -q select $0; do sleep 0.05; done; echo host: selected; echo host: line 1 is done; "
+                  "until grep -q quit $0; do sleep 0.05; done")
+        await self.scene.begin(["/bin/sh", "-c", script, str(self.installation.commands)])
+        async with fake_plug_in.FakePlugIn(self.scene.companion.port, {"GenerateBOM": fake_plug_in.BOM}) as plug_in:
+            plug_in.send(fake_plug_in.opened("Z:\\a.dsn"))
+            await self.scene.hear("opened", "FileStatus", 20)
+            prompt = Prompt(self.scene.companion, self.scene.view, {"host": HostWords(self.scene, self.scene.view, {})})
+            with mock.patch("sys.stdin", io.StringIO("host select R1\nGenerateBOM\nquit\nnever\n")):
                 working = asyncio.ensure_future(at_work.work(self.scene, Desk(self.scene.view, "companion", prompt)))
                 for _ in range(2):
                     await plug_in.receive()
-                return await working
-
-        script = "until grep -q select $0; do sleep 0.05; done; echo host: selected; echo host: line 1 is done; "
-        script += "until grep -q quit $0; do sleep 0.05; done"
-        host = ["/bin/sh", "-c", script, str(self.installation.commands)]
-        with mock.patch("sys.stdin", io.StringIO("host select R1\nGenerateBOM\nquit\nnever\n")):
-            self.assertTrue(await work())
+                self.assertTrue(await working)
         self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
         self.assertRegex(self.shown.getvalue(), "(?s)host: selected\n.*> GenerateBOM.*电阻")
 
     async def test_what_the_host_opens_is_a_copy_and_its_words_are_known(self):
-        words, told = HostWords(self.scene, self.scene.view, {}), []
-
-        async def user_does(line: str, seconds: float) -> bool:
-            told.append(line)
-            return False
-
+        words, user_does = HostWords(self.scene, self.scene.view, {}), mock.AsyncMock(return_value=False)
         with mock.patch.object(self.scene, "user_does", user_does):
             for line in (f"openDesign {DESIGN}", "openDesign nowhere/a.kicad_sch", "nothing R1", "select R1\n"):
                 self.assertFalse(await words.run(line))
             self.assertTrue(await words.run("help"))
         name = paths.to_windows(self.installation.root / "opened1" / "microphone.dsn")
-        self.assertEqual([f"openDesign {DESIGN} {tcl_word(name)}", "nothing R1", "select R1"], told)
+        self.assertEqual([f"openDesign {DESIGN} {tcl_word(name)}", "nothing R1", "select R1"],
+                         [called.args[0] for called in user_does.await_args_list])
         self.assertEqual(1, self.shown.getvalue().count("help lists the words"))
         self.assertIn("a.kicad_sch is not there", self.shown.getvalue())
         script = (REPOSITORY / "sim" / "host" / "commands.tcl").read_text(encoding="utf-8")
