@@ -104,7 +104,6 @@ FAULTS: dict[str, tuple[Callable[[Installation], object], str]] = {
     "two files are lost": (remove("pkgIndex.tcl", "README.txt"), r"2 files are missing .*: README.txt, pkgIndex.tcl"),
     "a program of the doctor is lost": (remove("check/helper.dll"), r"check\\helper.dll is missing, or Windows does not load it"),
     "a script of the doctor is lost": (remove("check/result.tcl"), r"check\\result.tcl is missing or damaged"),
-    "settings that are not JSON": (write("Config/App.txt", b"{'a':1"), r"App.txt is not valid JSON"),
     "settings with single backslashes": (write("Config/App.txt", b'{\n"P":"C:\\Users","StartWithCadence":"1"}'),
                                          r"App.txt is not valid JSON \(line 2\)"),
     "settings in UTF-16": (write("Config/App.txt", '{"StartWithCadence":"1"}'.encode("utf-16")), r"is saved as UTF-16"),

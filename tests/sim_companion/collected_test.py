@@ -87,12 +87,13 @@ class CollectedTest(unittest.TestCase):
         def used(name: str, **attributes: str) -> dict:
             return {"name": "use", "attr": {**attributes, "xlink:href": f"#{name}"}}
 
-        objects = [used("R", id="R1"), used("lost", id="R2"), used("R"), {"name": "text", "value": "国产", "attr": {}}]
-        page = {"name": "g", "attr": {"id": "页/1"}, "children": objects}
-        defs = {"name": "defs", "children": [{"name": "g", "attr": {"id": "R"}, "children": []}]}
-        for name, children in (("a", [defs, page]), ("b", [page | {"attr": {"id": "2"}, "children": []}])):
-            text = json.dumps({"id": "SCH_View", "children": children}, ensure_ascii=False)
-            (self.folder / f"{name}.json").write_text(text, encoding="utf-8")
+        def group(name: str, *children: dict) -> dict:
+            return {"name": "g", "attr": {"id": name}, "children": children}
+
+        text = {"name": "text", "value": "国产", "attr": {}}
+        page = group("页/1", used("R", id="R1"), used("lost", id="R2"), used("R"), text)
+        for name, children in (("a", [{"name": "defs", "children": [group("R")]}, page]), ("b", [group("2")])):
+            (self.folder / f"{name}.json").write_text(json.dumps({"id": "SCH_View", "children": children}), encoding="utf-8")
         second, first = page_file.read_all(self.folder)
         self.assertEqual((first.name, first.parts, first.texts, first.undefined), ("页/1", ["R1", "R2"], ["国产"], ["lost"]))
         self.assertEqual((second.name, second.parts), ("2", []))

@@ -68,7 +68,6 @@ class TrafficTest(unittest.TestCase):
              ["out AddToBom"], []),
             ("members in another order", returned('{"Command":"TryUpdateBom","Data":{}}'), ["out TryUpdateBom"],
              ["members of the message"]),
-            ("sent with line ends", sent('{\n\t"Command":\t"creatClient"\n}'), ["sent creatClient"], []),
             ("a report of its thread with line ends", sent(json_text.print_formatted(json.loads(OPEN)).decode("gbk")),
              ["sent FileStatus"], []),
             ("the thread's packet seen at the door", sent(OPEN) + taken(OPEN), ["sent FileStatus", "in FileStatus"], []),
