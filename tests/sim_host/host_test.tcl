@@ -5,10 +5,7 @@ set sim [file join [file dirname [file normalize [info script]]] .. .. sim]
 source -encoding utf-8 $sim/host/host.tcl
 
 set schematic $sim/designs/microphone/microphone.kicad_sch
-set logged {}
-proc host::log {text} {
-    lappend ::logged $text
-}
+proc host::log {text} {}
 
 # A plug-in that puts readable words where packets go.
 set told {}
@@ -19,27 +16,22 @@ proc selectAddOrRemoveFromBom {} {return 1}
 proc getGenerateGuid {} {return GUID[incr ::guids]}
 proc outputWarming {} {lappend ::told warned}
 
-# Opens the design under a name; `again` stays open from test to test.
+# Opens the design under a name.
 proc opened {name} {
     foreach path [designs::paths] {
         designs::close $path
     }
     set ::told {}
-    set ::logged {}
-    return [designs::load $::schematic $name]
+    designs::load $::schematic $name
 }
 set name {Z:\tmp\newdir\设计 文件\a[1].dsn}
 
-test paths "a design is found under every spelling of its path, and no other is" -setup {
-    opened $name
-} -body {
-    set spellings [list $name [string map {\\ /} $name] [string map {\\ \\\\} $name] \
-        [string toupper $name] [subst -nocommands -novariables $name] \
-        {Z:\tmp\newdir\a[1].dsn} a.dsn "" "\u0000\{" {[exit]}]
+test paths "a design is found under every spelling of its path, and no other is" -setup {opened $name} -body {
+    set spellings [list $name [string map {\\ /} $name] [string map {\\ \\\\} $name] [string toupper $name] \
+        [subst -nocommands -novariables $name] {Z:\tmp\newdir\a[1].dsn} a.dsn "" "\u0000\{" {[exit]}]
     list [lmap text $spellings {getDsnPinCount $text}] [InitPath] \
         [getGuid nowhere 1] [getGuid $name 1] [getGuid $name] [getGuid $name 1]
-} -result [list {223 223 223 223 223 -1 -1 -1 -1 -1} "$name;" \
-    "Invalid design path" GUID1 GUID1 GUID2]
+} -result [list {223 223 223 223 223 -1 -1 -1 -1 -1} "$name;" "Invalid design path" GUID1 GUID1 GUID2]
 
 test options "designs take their names, and mistakes are told" -body {
     set given [host::options {-design /d/a.kicad_sch -design /d/b.kicad_sch -as C:\\b.DSN -trace}]
@@ -62,9 +54,7 @@ test switching "the selection changes sides; the companion's question shows no b
 } -result [list warned "no part is selected" "" "sendAddToBom {CAP-0603-100" \
     "sendRemoveFromBom {x\;国产100" ""]
 
-test pages "what is shown, selected and renamed" -setup {
-    opened $name
-} -body {
+test pages "what is shown, selected and renamed" -setup {opened $name} -body {
     set answers [list [GetActiveProPages] [IsSchematicViewActive]]
     lappend answers [catch {JumpToDsn $name s nopage {1 2}}] [JumpToDsn $name s 左声道 {1 2}]
     lappend answers [catch {gotoLocation $name C999}] [gotoLocation $name C1] [UnSelectAll]
@@ -76,9 +66,7 @@ test pages "what is shown, selected and renamed" -setup {
     右声道 {右声道/Filter 1} {右声道/Filter 2}]] \
     1 1 1 1 1 1 {C1 R1} C1 0 1 "no schematic page is active"]
 
-test rename "references are numbered in reading order and units stay together" -setup {
-    opened $name
-} -body {
+test rename "references are numbered in reading order and units stay together" -setup {opened $name} -body {
     RenameRef 0
     set numbers {}
     foreach page [dict values [dict get $designs::open $name pages]] {
