@@ -4,17 +4,28 @@ import asyncio
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import zipfile
 
 from vernoxa.dist import package, trial
-from vernoxa.places import CONVERSATIONS
+from vernoxa.places import CONVERSATIONS, TCLSH, WINE
 from vernoxa.replay.conversation import Conversation
+from vernoxa.stage.installation import Installation
+from vernoxa.wire import paths
 
 MODULE = pathlib.Path(sys.argv.pop())
+BILL = "CAP-100U;100µF;C1;CAP;0603;2\nNULL;电阻 10k;R1,R2;RES;0603;2\n-RES-1K;1k;R3;RES;0603;2\n"
+TABLE = """\
+PartNumber,Value,PartRef,PartName,PCBFootprint,PinNumber,Fitted
+CAP-100U,100µF,C1,CAP,0603,2,yes
+,电阻 10k,"R1,R2",RES,0603,2,yes
+RES-1K,1k,R3,RES,0603,2,no
+"""
 
 
 class DistTest(unittest.TestCase):
@@ -74,6 +85,24 @@ class DistTest(unittest.TestCase):
             done = subprocess.run(command, cwd=self.folder, env={**os.environ, "PYTHONPATH": ""}, capture_output=True, text=True)
             self.assertIn(" do not; the conversation: check-companion.txt" if words is sample else "FileStatus", done.stdout)
             self.assertEqual("", done.stderr)
+
+    def begin(self, *words):
+        process = subprocess.Popen([str(word) for word in words], stdin=subprocess.DEVNULL, start_new_session=True)
+        self.addCleanup(process.wait)
+        self.addCleanup(os.killpg, process.pid, signal.SIGKILL)
+
+    def test_its_samples_of_companion_and_host_make_a_table_of_a_bill(self):
+        installation = self.enterContext(Installation(MODULE))
+        bills, tables, samples = (installation.add_design_folder(name) for name in ("bills", "tables", "samples"))
+        (bills / "放大器.bom").write_text(BILL, encoding="utf-8")
+        for name in ("companion.py", "host.tcl"):
+            (samples / name).write_bytes(self.files[f"samples/{name}"])
+        self.begin(sys.executable, samples / "companion.py", tables)
+        self.begin(*WINE, TCLSH, *map(paths.to_windows, (samples / "host.tcl", installation.module, bills)))
+        table, until = tables / "放大器.csv", time.monotonic() + 90
+        while time.monotonic() < until and not (table.exists() and table.read_text(encoding="utf-8").count("\n") == 4):
+            time.sleep(0.2)
+        self.assertEqual(TABLE, table.read_text(encoding="utf-8"))
 
     def test_what_was_changed_on_the_way_is_found(self):
         changed = self.folder / "changed.zip"
