@@ -61,7 +61,7 @@ class PlayDemosTest(unittest.TestCase):
                 pins = collections.Counter(reference for reference, _ in counted.pins)
                 self.assertEqual((str(len(counted.pins)), counted.pages), (pin_count, len(pages)))
                 for kind, wanted in (("Stick", True), ("NotStick", False)):
-                    lines = {reference: int(line["PinNumber"]) for line in bom[kind] for reference in references_of(line)}
+                    lines = {each: int(line["PinNumber"]) for line in bom[kind] for each in references_of(line)}
                     self.assertEqual({reference: pins[reference] for reference, _, in_bom, fitted in counted.units
                                       if in_bom and fitted == wanted}, lines)
                 self.assertEqual({reference for reference, *_ in counted.units},

@@ -83,7 +83,8 @@ class CheckTest(unittest.TestCase):
             for page, process in running.items():
                 output, _ = process.communicate()
                 with self.subTest(page):
-                    self.judge(pathlib.Path(place) / page / USER, page, output.decode("ascii", "replace"), process.returncode)
+                    said = output.decode("ascii", "replace")
+                    self.judge(pathlib.Path(place) / page / USER, page, said, process.returncode)
         if self._outcome and self._outcome.success:
             unchanged.passed()
 

@@ -93,7 +93,7 @@ class CollectedTest(unittest.TestCase):
         text = {"name": "text", "value": "国产", "attr": {}}
         page = group("页/1", used("R", id="R1"), used("lost", id="R2"), used("R"), text)
         for name, children in (("a", [{"name": "defs", "children": [group("R")]}, page]), ("b", [group("2")])):
-            (self.folder / f"{name}.json").write_text(json.dumps({"id": "SCH_View", "children": children}), encoding="utf-8")
+            (self.folder / f"{name}.json").write_text(json.dumps({"id": "SCH_View", "children": children}))
         second, first = page_file.read_all(self.folder)
         self.assertEqual((first.name, first.parts, first.texts, first.undefined), ("页/1", ["R1", "R2"], ["国产"], ["lost"]))
         self.assertEqual((second.name, second.parts), ("2", []))

@@ -51,10 +51,11 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
             self.assertEqual(answer["Data"], {"Path": "Z:\\项目"})
             plug_in.send("")  # the acknowledgement of an answer
             prompt = Prompt(self.companion, self.view)
-            for line, sent in (("GenerateBOM", {}), ("SetToNotStick R1,R2", {"item": [{"PartRef": "R1"}, {"PartRef": "R2"}]})):
+            marks = {"item": [{"PartRef": "R1"}, {"PartRef": "R2"}]}
+            for line, more in (("GenerateBOM", {}), ("SetToNotStick R1,R2", marks)):
                 done, message = await asyncio.gather(prompt.run(line), plug_in.receive())
-                self.assertTrue(done)
-                self.assertEqual(json.loads(message.decode("gbk"))["Data"], {"ProjectPath": DESIGN.replace("\\", "/")} | sent)
+                sent = {"ProjectPath": DESIGN.replace("\\", "/")} | more
+                self.assertEqual((True, sent), (done, json.loads(message.decode("gbk"))["Data"]))
             self.assertEqual(self.answers.current.references, ["R1"])
             plug_in.send('{"Command":"TryUpdateBom"}')
             self.assertIn(b"GenerateBOM", await plug_in.receive())

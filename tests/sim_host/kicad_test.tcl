@@ -72,20 +72,21 @@ proc placed {uuid library x y names {more ""}} {
     foreach {project path reference} $names {
         append projects "(project \"$project\" (path \"$path\" (reference \"$reference\") (unit 1)))"
     }
-    return "(symbol (lib_id \"d:$library\") (at $x $y 0) (unit 1) (fields_autoplaced yes) (uuid \"$uuid\") $more (property
-      \"Reference\" \"[lindex $names 2]\" (at 0 0 0) (effects (font (size 1.27 1.27)) (hide yes))) (instances $projects))"
+    set effects "(effects (font (size 1.27 1.27)) (hide yes))"
+    return "(symbol (lib_id \"d:$library\") (at $x $y 0) (unit 1) (fields_autoplaced yes) (uuid \"$uuid\") $more
+      (property \"Reference\" \"[lindex $names 2]\" (at 0 0 0) $effects) (instances $projects))"
 }
 proc label {text x y} {
     return "(label \"$text\" (at $x $y 0))"
 }
 proc sheet {uuid name file y {more ""}} {
-    return "(sheet (at 101.6 $y) (size 25.4 12.7) (exclude_from_sim no) (in_bom yes) (on_board yes) (uuid \"$uuid\") $more
-      (property \"Notes\" \"theirs\" (at 0 0 0)) (property \"Sheetname\" \"$name\" (at 0 0 0))
+    return "(sheet (at 101.6 $y) (size 25.4 12.7) (exclude_from_sim no) (in_bom yes) (on_board yes) (uuid \"$uuid\")
+      $more (property \"Notes\" \"theirs\" (at 0 0 0)) (property \"Sheetname\" \"$name\" (at 0 0 0))
       (property \"Sheetfile\" \"$file\" (at 0 0 0)) (instances (project \"one\" (path \"/one\" (page \"2\")))))"
 }
 proc schematic {uuid body} {
-    return "(kicad_sch (version 20250114) (generator \"eeschema\") (generator_version \"9.0\") (uuid \"$uuid\") (paper \"A4\")
-      (embedded_fonts no) (lib_symbols
+    return "(kicad_sch (version 20250114) (generator \"eeschema\") (generator_version \"9.0\") (uuid \"$uuid\")
+      (paper \"A4\") (embedded_fonts no) (lib_symbols
       (symbol \"d:R\" (pin_names (offset 0) (hide yes)) (property \"Value\" \"R\" (at 0 0 0)) (symbol \"R_1_1\"
         (pin passive line (at -2.54 0 0) (length 1.27) (name \"~\") (number \"1\"))
         (pin passive line (at 2.54 0 180) (length 1.27) (name \"~\") (number \"2\"))))

@@ -56,7 +56,8 @@ class ImportsTest(unittest.TestCase):
         wrong, seen = [], 0
         for path in PACKAGE.rglob("*.py"):
             room = path.relative_to(PACKAGE).with_suffix("").parts[0]
-            for named in re.findall(r"^\s*(?:from|import) (?:vernoxa(?:\.| import )|\.\.)(\w+)", path.read_text("utf-8"), re.M):
+            text = path.read_text("utf-8")
+            for named in re.findall(r"^\s*(?:from|import) (?:vernoxa(?:\.| import )|\.\.)(\w+)", text, re.M):
                 seen += 1
                 if ROOMS.index(named) > ROOMS.index(room):
                     wrong.append(f"{path.relative_to(PACKAGE)} names {named}")
