@@ -3,34 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <functional>
 
 #include "support/hostile_values.h"
 #include "support/tcl_interp_tcl.h"
+#include "text/text.h"
 
 namespace vernoxa::inline tcl {
 namespace {
 
 constexpr unsigned valuesOfEachKind = 10000;
-
-// The words that spaces make of a value, between that one and "end".
-Words spaceSeparated(const char* first, const std::string& value) {
-  Words words{first};
-  bool inside = false;
-  for (const char c : value) {
-    const bool space = c == ' ' || c == '\t' || c == '\v' || c == '\f';
-    if (!space && !inside) {
-      words.emplace_back();
-    }
-    inside = !space;
-    if (inside) {
-      words.back().push_back(c);
-    }
-  }
-  words.emplace_back("end");
-  return words;
-}
 
 class ScriptTest : public testing::Test {
  protected:
@@ -38,30 +21,6 @@ class ScriptTest : public testing::Test {
     interp_.recordEverything();
     interp_.define("target");
     interp_.define("list", [](const Words&) { return Evaluation{true, "inner"}; });
-  }
-
-  // What a script for a value runs, for many values: exactly these procedures, in their order, without an error. Its
-  // first call has the words that `expected` gives and in any case ends with the last; backslashes may change the rest.
-  void tryValues(const std::function<Script(const std::string& value)>& write, const Words& procedures,
-                 const std::function<Words(const std::string& value)>& expected) {
-    for (unsigned count = 0; count < valuesOfEachKind; ++count) {
-      const std::string value = values_.next();
-      const std::string script = write(value).text();
-      interp_.calls.clear();
-      ASSERT_EQ(interp_.evaluate(script).status, 0) << script;
-      Words ran;
-      for (const Words& call : interp_.calls) {
-        ran.push_back(call.front());
-      }
-      ASSERT_EQ(ran, procedures) << script;
-      const Words words = expected(value);
-      if (value.find('\\') == std::string::npos) {
-        ASSERT_EQ(interp_.calls[0], words) << script;
-      } else {
-        ASSERT_EQ(interp_.calls[0].back(), "end") << script;
-        ASSERT_LE(interp_.calls[0].size(), words.size()) << script;
-      }
-    }
   }
 
   TclInterp interp_;
@@ -97,26 +56,52 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   EXPECT_EQ(Script("p ").quoted("\\[a\\\\[b").text(), "p \"\\[a\\\\\\[b\"");  // escaped already, and not
 }
 
-// Quoted, braced, or behind the name of a command, where it adds to that one word, which names nothing else then.
-TEST_F(ScriptTest, AValueIsOneWord) {
-  const auto alone = [](const std::string& value) { return Words{"target", value, "end"}; };
-  const auto inList = [](const std::string& value) { return Words{"list", value, "end"}; };
-  const auto joined = [](const std::string& value) { return Words{"unknown", "target\"" + value + "\"", "end"}; };
-  tryValues([](const std::string& value) { return Script("target ").quoted(value).literal(" end"); }, {"target"},
-            alone);
-  tryValues([](const std::string& value) { return Script("target ").braced(value).literal(" end"); }, {"target"},
-            alone);
-  tryValues([](const std::string& value) { return Script("target [list ").braced(value).literal(" end]"); },
-            {"list", "target"}, inList);
-  tryValues([](const std::string& value) { return Script("target").quoted(value).literal(" end"); }, {"unknown"},
-            joined);
-}
-
-TEST_F(ScriptTest, BareIsTheWordsBetweenItsSpaces) {
-  tryValues([](const std::string& value) { return Script("target ").bare(value).literal(" end"); }, {"target"},
-            [](const std::string& value) { return spaceSeparated("target", value); });
-  tryValues([](const std::string& value) { return Script("target [list ").bare(value).literal(" end] end"); },
-            {"list", "target"}, [](const std::string& value) { return spaceSeparated("list", value); });
+// A value quoted, braced, or behind the name of a command is one word; there it adds to that name, which names nothing
+// then. Bare it is the words between its spaces. Exactly these procedures run, in their order, without an error; the
+// first call has these words and in any case ends with the last: backslashes may change the rest.
+TEST_F(ScriptTest, AValueIsItsOwnWords) {
+  using Form = decltype(&Script::quoted);
+  static constexpr struct {
+    Start start;
+    Form form;
+    Literal end;
+    std::string_view procedures;
+  } rows[] = {
+      {"target ", &Script::quoted, " end", "target "},
+      {"target ", &Script::braced, " end", "target "},
+      {"target [list ", &Script::braced, " end]", "list target "},
+      {"target", &Script::quoted, " end", "unknown "},
+      {"target ", &Script::bare, " end", "target "},
+      {"target [list ", &Script::bare, " end] end", "list target "},
+  };
+  for (unsigned count = 0; count < valuesOfEachKind * std::size(rows); ++count) {
+    const auto& [start, form, end, procedures] = rows[count % std::size(rows)];
+    std::string value = values_.next();
+    const bool escapes = value.find('\\') != std::string::npos;
+    Script script(start);
+    (script.*form)(value).literal(end);
+    interp_.calls.clear();
+    ASSERT_EQ(interp_.evaluate(script.text()).status, 0) << script.text();
+    std::string ran;
+    for (const Words& call : interp_.calls) {
+      ran += call.front() + " ";
+    }
+    ASSERT_EQ(ran, procedures) << script.text();
+    Words words = {procedures == "unknown " ? "target\"" + value + "\"" : value};
+    if (form == Form(&Script::bare)) {
+      std::ranges::replace_if(
+          value, [](char c) { return c == '\t' || c == '\v' || c == '\f'; }, ' ');
+      words = splitItems(value, ' ');
+    }
+    words.insert(words.begin(), interp_.calls[0].front());
+    words.emplace_back("end");
+    if (escapes) {
+      ASSERT_EQ(interp_.calls[0].back(), "end") << script.text();
+      ASSERT_LE(interp_.calls[0].size(), words.size()) << script.text();
+    } else {
+      ASSERT_EQ(interp_.calls[0], words) << script.text();
+    }
+  }
 }
 
 TEST_F(ScriptTest, ValuesBesideEachOtherRunNothing) {
