@@ -20,8 +20,6 @@ TEST(Configuration, OnlyStringsCount) {
       {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", "CN", true},
       {R"({"AlgMenuLang":"","StartWithCadence":"11"})", "", false},
       {R"({"AlgMenuLang":7,"StartWithCadence":1})", {}, false},
-      {R"({"StartWithCadence":"1 "})", {}, false},
-      {R"({"StartWithCadence":"true"})", {}, false},
       {R"({"StartWithCadence":true,"startWithCadence":"1"})", {}, false},
       {R"({"StartWithCadence":"0"} {"StartWithCadence":"1"})", {}, false},
       {"[]", {}, false},
