@@ -17,7 +17,6 @@ proc row {door request answers scripts reply} {
   set ::scripts {}
   set ::caller [list $door [expr {[regexp {"Command":"(\w+)"} $request all name] ? $name : ""}]]
   set got [unhex [asked $door [hex $request]]]
-  lappend ::replied $::caller $got
   check "$request: reply" $got [string map $stands $reply]
   check "$request: scripts" [join $::scripts \n] [string map $stands [join $scripts \n]]
 }

@@ -8,7 +8,6 @@ set scripts {}   ;# as they were evaluated, before Tcl substituted anything
 set caller load  ;# what is under way
 set called {}    ;# by caller: the procedures, each once
 set said {}      ;# packets: what was asked and the reply, or two times what the plug-in said unasked
-set replied {}   ;# caller, reply, ...
 
 proc check {what got expected} {
   if {$got eq $expected} {
