@@ -2,12 +2,19 @@
 #pragma once
 
 #include <cstdlib>
+#include <string_view>
 
 namespace vernoxa {
 
 inline int soakCalls(int everyRun) {
   const char* const wanted = std::getenv("VERNOXA_SOAK_CALLS");
   return wanted != nullptr ? std::atoi(wanted) : everyRun;
+}
+
+// Whether everything is to be tried, not a sample: VERNOXA_TRUST=all in the environment.
+inline bool tryEverything() {
+  const char* const wish = std::getenv("VERNOXA_TRUST");
+  return wish != nullptr && std::string_view(wish) == "all";
 }
 
 }  // namespace vernoxa

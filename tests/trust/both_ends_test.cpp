@@ -20,7 +20,7 @@ using Designs = std::set<std::string>;
 
 // A host that runs the requests of the link thread, a companion that it forwards to, and the link thread's pauses, in
 // which designs are opened and closed and both ends do what they should not.
-class BothEnds final : public Sockets, public Clock {
+class BothEnds final : public AnsweringSockets, public Clock {
  public:
   BothEnds(FakeSession& with, std::chrono::hours end) : with_(with), end_(end) {
     host_.answer("getDsnPinCount", "12");
@@ -46,44 +46,27 @@ class BothEnds final : public Sockets, public Clock {
         halfWay = liveBlocks();
       }
       misbehave();
-    } else if (!std::exchange(
-                   over_, true)) {  // once more, so that no design opened since hides what was missed; then all is well
-      stopCompanion();
+    } else if (!std::exchange(over_, true)) {
+      stopCompanion();  // once more, so that no design opened since hides what was missed; then all is well
       startCompanion();
     }
   }
 
   // Sockets; the companion's port is only probed, its messages go through the host
-  void startUp() override {}
-  void cleanUp() override {}
-  std::optional<Handle> open() override { return Handle(1); }
   bool connect(Handle, const char*, std::uint16_t port) override { return port == link::hostPort || listening_; }
-  int send(Handle, std::string_view bytes) override {
-    received_.append(bytes);
-    if (const auto messages = messagesIn(received_); !messages.empty()) {
-      ++requests;
-      received_.clear();
-      const std::string reply = frameOf(with_.replyTo(plugin::linkEndpoint(), messages.front(), host_));
-      answer_ += chance(300, "answers the previous question") && !former_.empty() ? former_ : reply;
-      former_ = reply;
-    }
-    return static_cast<int>(bytes.size());
-  }
-  int receive(Handle, std::span<char> buffer) override {
+  int receive(Handle socket, std::span<char> buffer) override {
     if (chance(400, "is slow or silent")) {
       now_ += std::chrono::minutes(1 + random_() % 30);
     }
-    const std::size_t count = std::min(buffer.size(), answer_.size());
-    std::copy_n(answer_.begin(), count, buffer.begin());
-    answer_.erase(0, count);
-    return static_cast<int>(count);
+    return AnsweringSockets::receive(socket, buffer);
   }
-  bool waitReadable(Handle, std::chrono::milliseconds) override { return true; }
-  void shutDown(Handle) override {}
-  void close(Handle) override {}
-  int lastErrorNumber() override { return 0; }
 
  private:
+  std::string replyTo(const std::string& message) override {
+    ++requests;
+    const std::string former = std::exchange(former_, with_.replyTo(plugin::linkEndpoint(), message, host_));
+    return chance(300, "answers the previous question") && !former.empty() ? former : former_;
+  }
   // Once in so many times, as long as anybody misbehaves.
   bool chance(unsigned times, const char* misdeed = "") {
     const bool now = now_ < end_ && random_() % times == 0;
@@ -93,10 +76,8 @@ class BothEnds final : public Sockets, public Clock {
 
   void misbehave() {
     const std::string design = "D:\\" + std::to_string(random_() % 8) + ".dsn";
-    if (chance(10)) {
-      if (designs.erase(design) == 0) {
-        designs.insert(design);
-      }
+    if (chance(10) && designs.erase(design) == 0) {
+      designs.insert(design);
     }
     if (listening_ && chance(150, "the companion is gone")) {
       stopCompanion();
@@ -122,13 +103,12 @@ class BothEnds final : public Sockets, public Clock {
   }
   // The host's script does so when its connection to the companion ends.
   void noticeBreak() {
-    breakUnseen_ = false;
-    with_.companionLink.noteBreak();
+    if (std::exchange(breakUnseen_, false)) {
+      with_.companionLink.noteBreak();
+    }
   }
   void startCompanion() {
-    if (breakUnseen_) {
-      noticeBreak();
-    }
+    noticeBreak();
     listening_ = true;
   }
 
@@ -169,8 +149,6 @@ class BothEnds final : public Sockets, public Clock {
   std::chrono::milliseconds now_{0};
   FakeScriptHost host_;
   std::mt19937 random_{20240305};
-  std::string received_;
-  std::string answer_;
   std::string former_;
   bool listening_ = true;
   bool connected_ = false;

@@ -23,7 +23,7 @@ class BrokenDisk final : public Files {
   FakeFiles* there = nullptr;
 
   std::uint32_t attributes(const FilePath& path) override {
-    const bool gone = trouble_ == Trouble::logFolderComesAndGoes && path.utf8().ends_with("\\Log") && ++asked_ % 3 == 0;
+    const bool gone = writable() && path.utf8().ends_with("\\Log") && ++asked_ % 3 == 0;
     return gone ? noAttributes : there->attributes(path);
   }
   FilePath fullPath(const FilePath& path) override { return there->fullPath(path); }
@@ -33,13 +33,10 @@ class BrokenDisk final : public Files {
     return there->readStart(path, most);
   }
   std::unique_ptr<OutputFile> openForAppending(const FilePath& path) override {
-    if (trouble_ == Trouble::logFolderComesAndGoes) {
-      return ++asked_ % 3 == 0 ? nullptr : there->openForAppending(path);
-    }
-    return newFile();
+    return writable() && ++asked_ % 3 != 0 ? there->openForAppending(path) : newFile();
   }
   std::unique_ptr<OutputFile> create(const FilePath& path) override {
-    return trouble_ == Trouble::logFolderComesAndGoes ? there->create(path) : newFile();
+    return writable() ? there->create(path) : newFile();
   }
   bool createFolder(const FilePath& path) override { return writable() && there->createFolder(path); }
   bool removeFile(const FilePath& path) override { return removable() && there->removeFile(path); }
@@ -62,11 +59,6 @@ class BrokenDisk final : public Files {
   Trouble trouble_;
   int asked_ = 0;
 };
-
-// A packet goes through its door, a list of commands line by line.
-std::vector<Words> callsOf(const std::string& door, const KeptInput& input) {
-  return door.empty() ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
-}
 
 // Of an export before, which nothing replaces on a broken disk.
 constexpr const char* formerModule = "C:\\App\\Cache\\Share\\ModuleLib.json";
@@ -99,7 +91,8 @@ TEST(BrokenDisk, EveryKeptConversationEndsAsOnAGoodOne) {
                                      std::pair("thread_packet", "packetParserForPthread"), std::pair("commands", "")}) {
     for (const KeptInput& input : keptInputs(target)) {
       SCOPED_TRACE(std::string(target) + "/" + input.name);
-      const std::vector<Words> calls = callsOf(door, input);
+      const std::vector<Words> calls =
+          *door == '\0' ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
       const std::vector<std::string> good = answersOn(nullptr, host, input.answer, calls);
       for (const Trouble trouble : {Trouble::full, Trouble::readOnly, Trouble::logFolderComesAndGoes}) {
         BrokenDisk disk(trouble);

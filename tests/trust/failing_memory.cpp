@@ -6,22 +6,20 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace vernoxa {
+
+Faults memoryFaults;
+
 namespace {
 
-thread_local int counted = 0;
-thread_local int failing = 0;
-thread_local int suspended = 0;
+thread_local bool counting = false;
 std::atomic<long> live = 0;
 std::atomic<long> liveSize = 0;
 
-bool isTheFailingOne() {
-  return suspended == 0 && ++counted == failing;
-}
-
 void* allocateOrNull(std::size_t size) {
-  void* const block = isTheFailingOne() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  void* const block = counting && memoryFaults.strike() ? nullptr : std::malloc(size == 0 ? 1 : size);
   live += block != nullptr ? 1 : 0;
   liveSize += static_cast<long>(malloc_usable_size(block));
   return block;
@@ -46,13 +44,10 @@ const bool jsonUsesThese = [] {
 
 }  // namespace
 
-void failAllocation(int number) {
-  counted = 0;
-  failing = number;
-}
+MemoryCounts::MemoryCounts(bool counts) : former_(std::exchange(counting, counts)) {}
 
-int countedAllocations() {
-  return counted;
+MemoryCounts::~MemoryCounts() {
+  counting = former_;
 }
 
 long liveBlocks() {
@@ -61,14 +56,6 @@ long liveBlocks() {
 
 long liveBytes() {
   return liveSize;
-}
-
-EnoughMemory::EnoughMemory() {
-  ++suspended;
-}
-
-EnoughMemory::~EnoughMemory() {
-  --suspended;
 }
 
 }  // namespace vernoxa

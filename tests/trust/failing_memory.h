@@ -2,23 +2,27 @@
 // the JSON library. Tcl has its own, which end the process when memory is gone.
 #pragma once
 
+#include "system/faults.h"
+
 namespace vernoxa {
 
-// Counts the allocations of the calling thread from now on and fails that one; 0 means that none fails.
-void failAllocation(int number);
-int countedAllocations();
+// Strikes the allocations that count.
+extern Faults memoryFaults;
+
+// Whether the calling thread's allocations count, and may fail, while it exists. Without one they do not.
+class MemoryCounts {
+ public:
+  explicit MemoryCounts(bool counts);
+  ~MemoryCounts();
+  MemoryCounts(const MemoryCounts&) = delete;
+  MemoryCounts& operator=(const MemoryCounts&) = delete;
+
+ private:
+  bool former_;
+};
 
 // Blocks of the whole program that were allocated and not freed yet.
 long liveBlocks();
 long liveBytes();
-
-// While one exists the calling thread's allocations neither count nor fail: for stand-ins that no exception may leave.
-class EnoughMemory {
- public:
-  EnoughMemory();
-  ~EnoughMemory();
-  EnoughMemory(const EnoughMemory&) = delete;
-  EnoughMemory& operator=(const EnoughMemory&) = delete;
-};
 
 }  // namespace vernoxa

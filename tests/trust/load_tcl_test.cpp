@@ -1,7 +1,7 @@
 // More of everything than an editor sees in its life, while memory stays what it was.
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <tuple>
 
 #include "link/socket_client.h"
 #include "text/text.h"
@@ -12,48 +12,8 @@
 namespace vernoxa {
 namespace {
 
-// Both ends of every connection, remembering nothing of what went over it.
-class TirelessSockets final : public Sockets {
- public:
-  long connections = 0;
-  long stillOpen = 0;
-
-  void startUp() override { ++started; }
-  void cleanUp() override { --started; }
-  std::optional<Handle> open() override {
-    ++stillOpen;
-    return Handle(1);
-  }
-  bool connect(Handle, const char*, std::uint16_t) override {
-    ++connections;
-    received_.clear();
-    answer_.clear();
-    return true;
-  }
-  int send(Handle, std::string_view bytes) override {
-    received_.append(bytes);
-    if (const auto messages = messagesIn(received_); !messages.empty()) {
-      answer_.append(frameOf(R"({"Result":"0","Data":{"UserId":"7"}})"));
-      received_.clear();
-    }
-    return static_cast<int>(bytes.size());
-  }
-  int receive(Handle, std::span<char> buffer) override {
-    const std::size_t count = std::min(buffer.size(), answer_.size());
-    std::copy_n(answer_.begin(), count, buffer.begin());
-    answer_.erase(0, count);
-    return static_cast<int>(count);
-  }
-  bool waitReadable(Handle, std::chrono::milliseconds) override { return true; }
-  void shutDown(Handle) override {}
-  void close(Handle) override { --stillOpen; }
-  int lastErrorNumber() override { return 0; }
-
-  long started = 0;
-
- private:
-  std::string received_;
-  std::string answer_;
+class TirelessCompanion final : public AnsweringSockets {
+  std::string replyTo(const std::string&) override { return R"({"Result":"0","Data":{"UserId":"7"}})"; }
 };
 
 struct Held {
@@ -65,7 +25,7 @@ class Load : public testing::Test, protected FakeSession {};
 
 TEST_F(Load, ConnectionsOneAfterTheOther) {
   const int wanted = tryEverything() ? 100000 : 5000;
-  TirelessSockets sockets;
+  TirelessCompanion sockets;
   std::string answer(100, ' ');
   const Held begun;
   for (int count = 0; count < wanted; ++count) {
@@ -118,11 +78,8 @@ TEST_F(Load, PacketsThroughBothDoors) {
 // However large a module is: the placement is answered, nothing is placed and nothing of it stays in memory.
 TEST_F(Load, HugeModules) {
   const std::size_t size = (tryEverything() ? std::size_t{100} : std::size_t{1}) << 20U;
-  const struct {
-    const char* begin;
-    const char* repeated;
-    const char* end;
-  } modules[] = {
+  // What a module begins with, what is repeated, and how it ends.
+  constexpr std::tuple<const char*, const char*, const char*> modules[] = {
       {R"({"lib":[)", "{},", "{}]"},  // an end is missing
       {R"({"lib":)", "[", ""},       {R"({"lib":{)", R"("a":[],)", R"("a":1}})"},
       {R"({"lib":")", "x", R"("})"}, {"", "\\", ""},
@@ -131,21 +88,22 @@ TEST_F(Load, HugeModules) {
                        packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"dsnDatPath":"C:\\m.json"}})")};
   TrustHost host;
   host.answer = "1";
-  for (const auto& each : modules) {
+  for (const auto& [begin, repeated, end] : modules) {
+    SCOPED_TRACE(repeated);
     TrustLoad load;
     load.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
-    std::string module = each.begin;
+    std::string module = begin;
     while (module.size() < size) {
-      module.append(each.repeated);
+      module.append(repeated);
     }
-    load.fake.files.addFile("C:\\m.json", module + each.end);
+    load.fake.files.addFile("C:\\m.json", module + end);
     load.beginSession();
     const std::size_t before = load.fake.files.entries("C:").size();
     const long begun = liveBlocks();
     EXPECT_NE(messageOf(host.call(asked).text).message.find(R"("Result":"0")"), std::string::npos);
     host.call({"placeMarketPart"});
-    EXPECT_LE(liveBlocks(), begun + 64) << each.repeated;                      // what the placement keeps in mind
-    EXPECT_EQ(load.fake.files.entries("C:").size(), before) << each.repeated;  // no library is left
+    EXPECT_LE(liveBlocks(), begun + 64);                      // what the placement keeps in mind
+    EXPECT_EQ(load.fake.files.entries("C:").size(), before);  // no library is left
     EXPECT_EQ(load.crashes(), "");
   }
   RecordProperty("megabytes", static_cast<int>(size >> 20U));

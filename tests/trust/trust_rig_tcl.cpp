@@ -2,7 +2,7 @@
 
 #include <tcl.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -21,7 +21,7 @@ constexpr std::array<const char*, 6> usersFiles = {"C:\\job\\a.dsn",  "C:\\job\\
 constexpr const char* usersBytes = R"({"lib":[{"Name":"R"}],"children":{"a":{"name":"Wire"}}})";
 
 int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
-  const EnoughMemory enough;  // no exception may cross Tcl, and this is no code of the plug-in
+  const MemoryCounts counts(false);  // no exception may cross Tcl, and this is no code of the plug-in
   auto& host = *static_cast<TrustHost*>(data);
   const bool failed = host.faults.strike();
   host.erred = host.erred || failed;
@@ -30,18 +30,7 @@ int procedure(ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const*) {
   return failed ? TCL_ERROR : TCL_OK;
 }
 
-Tcl_Obj* heldText(const std::string& text) {
-  Tcl_Obj* const object = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
-  Tcl_IncrRefCount(object);
-  return object;
-}
-
 }  // namespace
-
-bool tryEverything() {
-  const char* const wish = std::getenv("VERNOXA_TRUST");
-  return wish != nullptr && std::string_view(wish) == "all";
-}
 
 TrustHost::TrustHost() {
   Tcl_FindExecutable(nullptr);
@@ -55,20 +44,41 @@ TrustHost::~TrustHost() {
 }
 
 TrustHost::Answer TrustHost::call(const Words& words) {
-  std::vector<Tcl_Obj*> objects;
-  {
-    const EnoughMemory enough;
-    for (const std::string& word : words) {
-      objects.push_back(heldText(word));
-    }
-  }
-  const int status = Tcl_EvalObjv(interp_, static_cast<int>(objects.size()), objects.data(), TCL_EVAL_GLOBAL);
-  const EnoughMemory enough;
-  for (Tcl_Obj* const object : objects) {
-    Tcl_DecrRefCount(object);
-  }
+  const TclWords held(words);
+  const int status = [&] {
+    const MemoryCounts counts(true);
+    return Tcl_EvalObjv(interp_, static_cast<int>(words.size()), held.objects(), TCL_EVAL_GLOBAL);
+  }();
   const std::string text = Tcl_GetStringResult(interp_);
   return {text == "command returned bad code: -1" ? -1 : status, text};  // how Tcl tells of it at its top level
+}
+
+void TrustHost::load(plugin::PlugIn& plugIn) {
+  const MemoryCounts counts(true);
+  plugin::startUp(interp_, plugIn);
+}
+
+bool AnsweringSockets::connect(Handle, const char*, std::uint16_t) {
+  ++connections;
+  received_.clear();
+  answer_.clear();
+  return true;
+}
+
+int AnsweringSockets::send(Handle, std::string_view bytes) {
+  received_.append(bytes);
+  if (const auto messages = messagesIn(received_); !messages.empty()) {
+    received_.clear();
+    answer_.append(frameOf(replyTo(messages.front())));
+  }
+  return static_cast<int>(bytes.size());
+}
+
+int AnsweringSockets::receive(Handle, std::span<char> buffer) {
+  const std::size_t count = std::min(buffer.size(), answer_.size());
+  std::copy_n(answer_.begin(), count, buffer.begin());
+  answer_.erase(0, count);
+  return static_cast<int>(count);
 }
 
 TrustLoad::TrustLoad(Files* files) : LoadedPlugIn(files) {

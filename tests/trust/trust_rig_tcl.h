@@ -5,12 +5,10 @@
 #include <vector>
 
 #include "support/loaded_plug_in_tcl.h"
+#include "support/soak.h"
 #include "system/faults.h"
 
 namespace vernoxa {
-
-// True when everything is to be tried, not a sample: VERNOXA_TRUST=all in the environment.
-bool tryEverything();
 
 // The host: an interpreter in which every procedure that is not Tcl's own gives one answer, or the error of a fault.
 class TrustHost {
@@ -24,9 +22,9 @@ class TrustHost {
     int status = 0;
     std::string text;
   };
-  // A command of the plug-in, at global level.
+  // A command of the plug-in, at global level. Its allocations count, and those of a load.
   Answer call(const Words& words);
-  Tcl_Interp* interp() const { return interp_; }
+  void load(plugin::PlugIn& plugIn);
 
   std::string answer;  // of the host's procedures
   Faults faults;       // counts the calls of them
@@ -43,6 +41,31 @@ class TrustLoad : public LoadedPlugIn {
 
   // "" when the user's own files are what they were, else what happened to them.
   std::string harmToTheUsersFiles() const;
+};
+
+// Another end that answers each message at once; nothing of what went over the connections is kept.
+class AnsweringSockets : public Sockets {
+ public:
+  void startUp() override { ++started; }
+  void cleanUp() override { --started; }
+  std::optional<Handle> open() override { return static_cast<Handle>(++stillOpen); }
+  bool connect(Handle, const char*, std::uint16_t) override;
+  int send(Handle, std::string_view bytes) override;
+  int receive(Handle, std::span<char> buffer) override;
+  bool waitReadable(Handle, std::chrono::milliseconds) override { return true; }
+  void shutDown(Handle) override {}
+  void close(Handle) override { --stillOpen; }
+  int lastErrorNumber() override { return 0; }
+
+  long connections = 0;
+  long stillOpen = 0;
+  long started = 0;
+
+ private:
+  virtual std::string replyTo(const std::string& message) = 0;
+
+  std::string received_;
+  std::string answer_;
 };
 
 // One input of fuzz/corpus: the first line is what the host answers, the rest as the target reads it.
