@@ -1,10 +1,13 @@
 // What the plug-in runs in the host's interpreter, whatever came in: only the procedures that belong to a message.
-#include <array>
+#include <tcl.h>
+
+#include <algorithm>
+#include <functional>
+#include <set>
 #include <span>
 
 #include "plugin/command_table.h"
 #include "plugin/request_table.h"
-#include "recording_host_tcl.h"
 #include "support/loaded_plug_in_tcl.h"
 #include "target.h"
 #include "text/json.h"
@@ -13,79 +16,104 @@
 namespace vernoxa::fuzz {
 namespace {
 
-constexpr std::string_view packetParserName = "packetParser";
-constexpr std::string_view packetParserForPthreadName = "packetParserForPthread";
+// Names of the host's procedures.
+using Procedures = std::set<std::string, std::less<>>;
 
-void allow(Procedures& allowed, const Calls& calls) {
-  allowed.insert(calls.begin(), calls.end());
+bool variableRead = false;
+
+char* noteRead(ClientData, Tcl_Interp*, const char*, const char*, int) {
+  variableRead = true;
+  return nullptr;
 }
 
-Procedures proceduresOf(std::span<const HandlerRow> rows) {
-  Procedures allowed;
-  for (const HandlerRow& row : rows) {
-    allow(allowed, row.calls);
+Evaluation listOf(const Words& words) {
+  std::vector<const char*> elements;
+  for (std::size_t index = 1; index < words.size(); ++index) {
+    elements.push_back(words[index].c_str());
   }
-  return allowed;
+  char* const merged = Tcl_Merge(static_cast<int>(elements.size()), elements.data());
+  const std::string text = merged;
+  Tcl_Free(merged);
+  return {true, text};
 }
 
-// Those of one request; none for what is no request of the table.
-Procedures proceduresOf(std::string_view message, std::span<const HandlerRow> rows) {
-  const Json parsed = Json::parse(std::string(message)).document;
-  const auto command = parsed.view().member("Command").text();
+// An interpreter that knows nothing but the plug-in's commands. One for all inputs: making one takes longer than most.
+struct Host {
+  Host() {
+    interp.recordEverything();
+    interp.define("unknown", [this](const Words&) { return Evaluation{true, answer}; });
+    interp.define("list", listOf);
+    for (const char* const name : {"evil", "a", "x"}) {
+      Tcl_SetVar(interp.get(), name, "value", TCL_GLOBAL_ONLY);
+      Tcl_TraceVar(interp.get(), name, TCL_GLOBAL_ONLY | TCL_TRACE_READS, noteRead, nullptr);
+    }
+    plugin::registerCommands(interp.get());
+  }
+
+  TclInterp interp;
+  std::string answer;  // of every procedure of the host
+};
+
+class Run : public LoadedPlugIn {
+ public:
+  explicit Run(std::string_view answer) {
+    furnish();
+    beginSession();
+    host().answer = answer;
+    host().interp.calls.clear();
+  }
+
+  TclInterp::Evaluated call(const Words& words) {
+    const auto answer = host().interp.call(words);
+    require(fake.locks.held == 0, "the packet lock stayed held");
+    return answer;
+  }
+  // Every recorded call must be one of these or Tcl's own `list`. A procedure of the host is not defined here: it
+  // arrives at `unknown`, whose first argument is its name, or that name joined with an argument.
+  static void requireOnly(const Procedures& allowed) {
+    require(!variableRead, "a variable was read");
+    for (const Words& words : host().interp.calls) {
+      const std::string name = words.size() > 1 ? words[1] : "";
+      require(words.front() == "list" || allowed.contains(name) || name.starts_with("getGuid\"") ||
+                  name.starts_with("convertToSVG\""),
+              "evaluated: " + words.front() + " " + name);
+    }
+  }
+
+ private:
+  static Host& host() {
+    static Host one;
+    return one;
+  }
+};
+
+// Those of all requests of a table, or of one.
+Procedures proceduresOf(std::span<const HandlerRow> rows, const std::string* request = nullptr) {
   Procedures allowed;
   for (const HandlerRow& row : rows) {
-    if (command && *command == row.name) {
-      allow(allowed, row.calls);
+    if (request == nullptr || *request == row.name) {
+      allowed.insert(row.calls.begin(), row.calls.end());
     }
   }
   return allowed;
 }
 
 Procedures proceduresOf(const plugin::CommandRow& command) {
-  if (command.name == packetParserName) {
-    return proceduresOf(plugin::companionHandlers());
-  }
-  if (command.name == packetParserForPthreadName) {
-    return proceduresOf(plugin::threadHandlers());
-  }
-  Procedures allowed;
-  allow(allowed, command.calls);
-  return allowed;
-}
-
-constexpr std::array<const char*, 2> joinedProcedures = {"getGuid\"", "convertToSVG\""};
-
-// A joined word is one that the host does not know: it goes to `unknown` with what follows it.
-bool isJoined(const Words& words) {
-  return words.size() > 1 && (words[1].starts_with(joinedProcedures[0]) || words[1].starts_with(joinedProcedures[1]));
-}
-
-void begin(LoadedPlugIn& loaded, RecordingHost& host) {
-  loaded.furnish();
-  loaded.beginSession();
-  host.interp.calls.clear();
+  const std::string_view name = command.name;
+  return name == "packetParser"             ? proceduresOf(plugin::companionHandlers())
+         : name == "packetParserForPthread" ? proceduresOf(plugin::threadHandlers())
+                                            : Procedures(command.calls.begin(), command.calls.end());
 }
 
 // First line: what the host answers; the rest is the message.
-void packet(std::string_view input, std::string_view door, std::span<const HandlerRow> rows) {
-  RecordingHost& host = recordingHost();
-  host.answerWith(takeUntil(input, '\n'));
-  LoadedPlugIn loaded;
-  begin(loaded, host);
-  const auto answer = host.interp.call({std::string(door), packetTextOf(input)});
+void packet(std::string_view input, const char* door, std::span<const HandlerRow> rows) {
+  Run run(takeUntil(input, '\n'));
+  const auto answer = run.call({door, packetTextOf(input)});
   require(answer.status == commandDone, "a door answered with another status");
-  require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   require(messageOf(answer.text).valid, "the answer is no packet text");
-  std::erase_if(host.interp.calls, isJoined);
-  host.requireOnly(proceduresOf(input, rows));
-}
-
-std::string unescaped(std::string_view argument) {
-  std::string text(argument);
-  for (char& c : text) {
-    c = c == '\x1E' ? '\n' : c == '\x1F' ? '\t' : c;
-  }
-  return text;
+  const Json message = Json::parse(std::string(input)).document;
+  const std::string command(message.view().member("Command").text().value_or(""));
+  Run::requireOnly(proceduresOf(rows, &command));
 }
 
 // The line's first word is a command's name, or its first byte chooses one.
@@ -99,66 +127,56 @@ const plugin::CommandRow& commandOf(std::string_view name) {
   return plugin::commandTable()[choice % plugin::commandTable().size()];
 }
 
-Words wordsOf(const plugin::CommandRow& command, std::string_view line) {
-  Words words = {command.name};
-  while (!line.empty()) {
-    words.push_back(unescaped(takeUntil(line, '\t')));
-  }
-  return words;
-}
-
 }  // namespace
 
 void companionPacket(std::string_view input) {
-  packet(input, packetParserName, plugin::companionHandlers());
+  packet(input, "packetParser", plugin::companionHandlers());
 }
 
 void threadPacket(std::string_view input) {
-  packet(input, packetParserForPthreadName, plugin::threadHandlers());
+  packet(input, "packetParserForPthread", plugin::threadHandlers());
 }
 
 // First line: what the host answers; then one command a line, its arguments between tabs.
 void commands(std::string_view input) {
-  RecordingHost& host = recordingHost();
-  host.answerWith(takeUntil(input, '\n'));
-  LoadedPlugIn loaded;
-  begin(loaded, host);
+  Run run(takeUntil(input, '\n'));
   Procedures allowed;
   while (!input.empty()) {
     std::string_view line = takeUntil(input, '\n');
     const plugin::CommandRow& command = commandOf(takeUntil(line, '\t'));
+    Words words = {command.name};
+    while (!line.empty()) {
+      std::string& word = words.emplace_back(takeUntil(line, '\t'));
+      std::ranges::replace(word, '\x1E', '\n');
+      std::ranges::replace(word, '\x1F', '\t');
+    }
     allowed.merge(proceduresOf(command));
-    const int status = host.interp.call(wordsOf(command, line)).status;
+    const int status = run.call(words).status;
     require(status >= commandFailed && status <= commandError, "a command answered with another status");
-    require(loaded.fake.locks.held == 0, "the packet lock stayed held");
   }
-  std::erase_if(host.interp.calls, isJoined);
-  host.requireOnly(allowed);
+  Run::requireOnly(allowed);
 }
 
 // The input is the module file that the companion names and the host's script then has placed.
 void moduleFile(std::string_view input) {
-  static const Words asked = {"packetParser",
-                              packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"sumPins":"1","price":"2",)"
-                                           R"("dsnDatPath":"C:\\m.json","dsnBmpPath":"C:\\p.bmp","uploadResId":"7",)"
-                                           R"("uploadUserId":"8","selfModule":"0"}})")};
-  RecordingHost& host = recordingHost();
-  host.answerWith("1");
-  LoadedPlugIn loaded;
-  begin(loaded, host);
-  loaded.fake.files.addFile("C:\\m.json", input);
-  loaded.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
-  loaded.fake.files.addFile("C:\\my.olb", "library");
-  const auto answer = host.interp.call(asked);
+  static const std::string request = "PlaceDSNModule";
+  Run run("1");
+  run.fake.files.addFile("C:\\m.json", input);
+  run.fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "library");
+  run.fake.files.addFile("C:\\my.olb", "library");
+  const auto answer = run.call(
+      {"packetParser",
+       packetTextOf(R"({"Command":"PlaceDSNModule","Data":{"sumPins":"1","price":"2","dsnDatPath":"C:\\m.json",)"
+                    R"("dsnBmpPath":"C:\\p.bmp","uploadResId":"7","uploadUserId":"8","selfModule":"0"}})")});
   require(answer.status == commandDone, "the module's placement failed");
   require(messageOf(answer.text).message.find("_EndResult\",\"Result\":\"0\"") != std::string::npos,
           "a module changed the answer");
-  require(host.interp.call({"placeMarketPart"}).status == commandDone, "the placement failed");
-  Procedures allowed = proceduresOf(R"({"Command":"PlaceDSNModule"})", plugin::companionHandlers());
+  require(run.call({"placeMarketPart"}).status == commandDone, "the placement failed");
+  Procedures allowed = proceduresOf(plugin::companionHandlers(), &request);
   allowed.merge(proceduresOf(commandOf("placeMarketPart")));
-  host.requireOnly(allowed);
-  require(loaded.fake.files.exists("C:\\my.olb"), "a library of the user's is gone");
-  require(loaded.fake.files.exists("C:\\App\\config\\Resource\\Empty.olb"), "the base library is gone");
+  Run::requireOnly(allowed);
+  require(run.fake.files.exists("C:\\my.olb"), "a library of the user's is gone");
+  require(run.fake.files.exists("C:\\App\\config\\Resource\\Empty.olb"), "the base library is gone");
 }
 
 }  // namespace vernoxa::fuzz
