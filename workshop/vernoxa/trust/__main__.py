@@ -6,6 +6,7 @@ made of the last run of each. CTest, which runs the tests, would say which part 
 from __future__ import annotations
 
 import argparse
+import collections
 import json
 import os
 import pathlib
@@ -61,6 +62,11 @@ class Findings:
     def row(self, what: str, how_much: str, where: str) -> None:
         self.rows.append((what, how_much, where))
         print(f"  {what}: {how_much} ({where})", flush=True)
+
+    def fall_short(self, part: str, why: str) -> None:
+        """Nothing was found, but less was tried than was wanted."""
+        self.failed.append(f"{part} ({why})")
+        print(f"FELL SHORT: {part}: {why}", flush=True)
 
     def fail(self, part: str, output: str, hung: bool = False) -> None:
         kind = "hangs" if hung else kind_of(output)
@@ -146,8 +152,14 @@ def fuzz(findings: Findings, folder: pathlib.Path, minutes: float, inputs: int) 
     if output is not None:
         slowest = min(results, key=lambda result: result["inputs"] / result["seconds"])
         rate = slowest["inputs"] / slowest["seconds"]
-        findings.row("new inputs tried by the fuzzers", f"{sum(result['inputs'] for result in results):,}",
-                     f"{len(results)} targets, the slowest ({slowest['target']}) {rate:,.0f} a second")
+        tried: collections.Counter[str] = collections.Counter()
+        for result in results:
+            tried[result["target"]] += result["inputs"]
+        findings.row("new inputs tried by the fuzzers", f"{tried.total():,}",
+                     f"{len(tried)} targets, each at least {min(tried.values()):,}; the slowest ({slowest['target']}) "
+                     f"{rate:,.0f} a second")
+        if tried.total() < inputs:
+            findings.fall_short("fuzz", f"{inputs:,} inputs were wanted")
 
 
 def reached(findings: Findings, folder: pathlib.Path) -> None:
@@ -156,6 +168,9 @@ def reached(findings: Findings, folder: pathlib.Path) -> None:
     findings.row("lines that the fuzzers' inputs reach, in the rooms that read what comes from outside",
                  ", ".join(f"{room} {shares[room]:.0f} %" for room in fuzz_coverage.WATCHED),
                  f"wanted: {fuzz_coverage.LEAST:.0f} % each; a build that counts")
+    for room in fuzz_coverage.WATCHED:
+        if shares[room] < fuzz_coverage.LEAST:
+            findings.fall_short("reached", f"{room} {shares[room]:.1f} %")
 
 
 def installed(folder: pathlib.Path) -> list[str]:

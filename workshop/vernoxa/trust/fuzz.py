@@ -1,8 +1,8 @@
 """Runs every fuzzer, a few at a time: fuzz.py [--minutes N] [--inputs N] [--targets NAME...] [--json FILE] [--keep].
 
-Each gets as many inputs as the others, and what is left of the time when some are slow. Prints what each one did. What it
-learned stays in the build folder and is begun with the next time; --keep takes the smallest set of it that reaches as
-much into the corpus."""
+Each gets as many inputs as the others. Where there is no time for that, the slow ones get most of the time and the others
+what is missing. Prints what each one did. What it learned stays in the build folder and is begun with the next time; --keep
+takes the smallest set of it that reaches as much into the corpus."""
 
 from __future__ import annotations
 
@@ -24,6 +24,7 @@ CORPORA = REPOSITORY / "fuzz" / "corpus"
 WORK = BUILD / "fuzz" / "work"
 LONGEST = 2048
 SLOW = ("commands", "companion_packet", "thread_packet", "module_file", "link_thread")  # that load the plug-in or run long
+FOR_THE_SLOW = 0.8  # of the time that the others leave
 # A hang is an input that takes longer than this.
 SECONDS_FOR_ONE_INPUT = 10
 
@@ -64,6 +65,29 @@ def keep(target: str) -> int:
     return len(list(corpus.iterdir())) - before
 
 
+def run_all(targets: list[str], jobs: int, inputs: int, seconds: float) -> list[dict[str, Any]]:
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        return list(pool.map(lambda target: run(target, inputs, seconds), targets))
+
+
+def share(targets: list[str], jobs: int, inputs: int, seconds: float) -> list[dict[str, Any]]:
+    """So many inputs for all targets together, in at most so much time."""
+    began = time.monotonic()
+
+    def left(waves: int) -> float:
+        return max(1.0, (began + seconds - time.monotonic()) / waves)
+
+    quick = [target for target in targets if target not in SLOW]
+    slow = [target for target in targets if target in SLOW]
+    each = -(-inputs // len(targets))
+    results = run_all(quick, jobs, each, left(max(1, -(-len(targets) // jobs))))
+    results += run_all(slow, jobs, each, FOR_THE_SLOW * left(max(1, -(-len(slow) // jobs))))
+    missing = inputs - sum(result["inputs"] for result in results)
+    if missing > 0 and quick:
+        results += run_all(quick, jobs, -(-missing // len(quick)), left(-(-len(quick) // jobs)))
+    return results
+
+
 def main() -> int:
     parser = Parser(description=__doc__)
     parser.add_argument("--minutes", type=float, default=5, help="for all targets together (5)")
@@ -78,12 +102,10 @@ def main() -> int:
             print(f"{target:18} {keep(target):6} inputs more")
         return 0
     print(f"{'target':18} {'inputs':>10} {'a second':>9}  findings")
-    # The slow ones begin first, so that none is left alone at the end.
-    targets = sorted(options.targets, key=lambda target: target not in SLOW)
-    inputs = options.inputs // len(targets)
-    most = options.minutes * 60 * options.jobs / (len(targets) if not inputs else len(SLOW) + 1)
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        results = list(pool.map(lambda target: run(target, inputs, most), targets))
+    if options.inputs:
+        results = share(options.targets, options.jobs, options.inputs, options.minutes * 60)
+    else:
+        results = run_all(options.targets, options.jobs, 0, options.minutes * 60 * options.jobs / len(options.targets))
     for result in results:
         if result["ended"] != 0:
             print(result["last words"])
