@@ -34,7 +34,7 @@ proc ::kicad::readSheets {path} {
     dict set context overrides [rootOverrides $root]
     dict set context numbers [rootPageNumbers $root]
     addPage design context $path [dict create name [dict get $context project] path / above {} \
-        inBom 1 fitted 1 onBoard 1 simulated 1]
+        fields {} inBom 1 fitted 1 onBoard 1 simulated 1]
     dict set design pages [inPageOrder [dict get $design pages] [dict get $context numbers]]
     dict set design notes [lsort -unique [concat [dict get $design notes] [unreadNotes]]]
     return $design
@@ -146,17 +146,18 @@ proc ::kicad::paperOf {root} {
 }
 
 # Adds the page that shows `file`, then the pages below it. `place` says where in the design it is: name
-# and path of the page, what holds for all its parts, and `above`, the files on the way down: a sheet
-# that contains itself is left out.
+# and path of the page, what holds for all its parts, `fields` of its sheet, and `above`, the files on the
+# way down: a sheet that contains itself is left out.
 proc ::kicad::addPage {designName contextName file place} {
     upvar 1 $designName design $contextName context
     variable mostPages
     variable mostLevels
     variable reading [fileName $file]
     set above [concat [dict get $place above] [list $file]]
-    set page [dict merge [dict get $context files $file drawings] [dict remove $place above] [dict create sheets {}]]
+    set page [dict merge [dict get $context files $file drawings] [dict remove $place above fields] [dict create sheets {}]]
     set name [dict get $page name]
-    set variables [pageVariables $page [dict get $context variables]]
+    set variables [pageVariables $page [dict merge [dict get $context variables] [dict get $place fields]] \
+        [dict get $context numbers]]
     set page [resolvedPage $page $variables]
     dict set page parts [addParts design $page $context $file $variables]
     dict set design pages $name $page
@@ -188,7 +189,8 @@ proc ::kicad::addPage {designName contextName file place} {
             dict set sheet page [freeName [dict get $design pages] $name [dict get $place path] [dict get $sheet name]]
             dict set context numbers $path/[dict get $sheet uuid] [pageNumberFor $node $path $context]
             addPage design context $below [dict merge [placeBelow $place $node] [dict create \
-                name [dict get $sheet page] path $path/[dict get $sheet uuid] above $above]]
+                name [dict get $sheet page] path $path/[dict get $sheet uuid] above $above \
+                fields [sheetFields $node]]]
         }
         lappend sheets $sheet
     }
@@ -226,15 +228,25 @@ proc ::kicad::freeName {pages parent parentPath name} {
     return $free
 }
 
+# What texts on its page, and its pins, may name: upper-case name -> text.
+proc ::kicad::sheetFields {node} {
+    set fields {}
+    foreach property [children $node property] {
+        dict set fields [string toupper [lindex $property 1]] [lindex $property 2]
+    }
+    return $fields
+}
+
 # `variables` are those of the page that shows it.
 proc ::kicad::sheetOf {node variables} {
     lassign [point [child $node at]] x y
     lassign [point [child $node size]] width height
     set pins {}
+    set own [dict merge $variables [sheetFields $node]]
     foreach pin [children $node pin] {
         set at [child $pin at]
         lassign [point $at] pinX pinY
-        lappend pins [dict create name [resolved [plainText [lindex $pin 1]] $variables] type [lindex $pin 2] \
+        lappend pins [dict create name [resolved [plainText [lindex $pin 1]] $own] type [lindex $pin 2] \
             x $pinX y $pinY rotation [quarters $at]]
     }
     # KiCad 6 named these two in its user's language, but always wrote them first.

@@ -41,8 +41,10 @@ proc ::kicad::projectVariables {root} {
     return $variables
 }
 
-# Those of a page, and of its project.
-proc ::kicad::pageVariables {page variables} {
+# Those of a page, and of its sheet and project. `numbers`: sheet path -> page number.
+proc ::kicad::pageVariables {page variables numbers} {
+    set path [dict get $page path]
+    dict set variables # [expr {[dict exists $numbers $path] ? [dict get $numbers $path] : ""}]
     set title [dict get $page title]
     foreach {name key} {TITLE title ISSUE_DATE date REVISION rev COMPANY company} {
         dict set variables $name [dict get $title $key]
@@ -52,7 +54,7 @@ proc ::kicad::pageVariables {page variables} {
         dict set variables COMMENT[incr number] $comment
     }
     dict set variables SHEETNAME [lindex [split [dict get $page name] /] end]
-    dict set variables SHEETPATH [expr {[dict get $page path] eq "/" ? "/" : "/[dict get $page name]/"}]
+    dict set variables SHEETPATH [expr {$path eq "/" ? "/" : "/[dict get $page name]/"}]
     dict set variables FILENAME [dict get $page schematic].kicad_sch
     return $variables
 }
