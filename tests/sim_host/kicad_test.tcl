@@ -114,7 +114,7 @@ test projects "two projects share a sheet above their folders; pages, names and 
       [wire 27.94 25.4 48.26 25.4] [label D3 30.48 25.4]
       (hierarchical_label \"D\[2..3\]\" (shape input) (at 25.4 50.8 0)) (bus (pts (xy 25.4 50.8) (xy 50.8 50.8)))
       [label SDA 22.86 25.4] (hierarchical_label \"{I2C}\" (shape input) (at 25.4 60.96 0)) (bus_alias \"I2C\" (members \"SDA\" \"SCL\"))
-      (text_box \"说明\" (at 10 10 0) (size 10 5) (effects (font (size 1.27 1.27)) (justify left top)))
+      (text_box \"说明 \${NOTES} \${#}\" (at 10 10 0) (size 10 5) (effects (font (size 1.27 1.27)) (justify left top)))
       (circle (center 10 10) (radius 2)) (image (at 1 1)) (novelty \"what comes after\") (image (at 2 2))"] shared.kicad_sch $folder
     set pins {(pin "D[2..3]" input (at 101.6 %1$s 180)) (pin "{I2C}" input (at 101.6 %2$s 180))}
     makeFile [schematic one "
@@ -149,7 +149,7 @@ test projects "two projects share a sheet above their folders; pages, names and 
         {sheet 自 of one.kicad_sch is left out: it is on itself}}\
     {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
     {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}\
-    {{text 说明 x 444 y 444 rotation 0 size 50 justify {left top}}} {{394 394 788 394 788 591} {473 394 470 414 462 434}}}
+    {{text {说明 theirs 2} x 444 y 444 rotation 0 size 50 justify {left top}}} {{394 394 788 394 788 591} {473 394 470 414 462 434}}}
 
 test odd "what cannot be read is left out and named, the rest is there, and sheets that double at every level end" -setup {
     set folder [makeDirectory kicad_odd]

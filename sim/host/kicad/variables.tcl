@@ -44,7 +44,9 @@ proc ::kicad::projectVariables {root} {
 # Those of a page, and of its sheet and project. `numbers`: sheet path -> page number.
 proc ::kicad::pageVariables {page variables numbers} {
     set path [dict get $page path]
-    dict set variables # [expr {[dict exists $numbers $path] ? [dict get $numbers $path] : ""}]
+    if {[dict exists $numbers $path] && [dict get $numbers $path] ne ""} {
+        dict set variables # [dict get $numbers $path]
+    }
     set title [dict get $page title]
     foreach {name key} {TITLE title ISSUE_DATE date REVISION rev COMPANY company} {
         dict set variables $name [dict get $title $key]
