@@ -10,6 +10,14 @@ namespace {
 
 using testing::ElementsAre;
 
+TEST(Directories, FollowTheModulePath) {
+  const Directories found = directoriesOf(pathOf("D:\\\xD5\x5C tools\\bin\\Vernoxa64.dll"));
+  EXPECT_EQ(found.pluginFolder, pathOf("D:\\\xD5\x5C tools\\bin"));
+  EXPECT_EQ(found.logDirectory, pathOf("D:\\\xD5\x5C tools\\Script\\Log"));
+  EXPECT_EQ(found.configurationFile, pathOf("D:\\\xD5\x5C tools\\Config\\App.txt"));
+  EXPECT_EQ(directoriesOf(pathOf("Vernoxa64.dll")).baseDirectory, pathOf("Vernoxa64.dll"));
+}
+
 TEST(Configuration, OnlyStringsCount) {
   const FakeSession with;
   const struct {
