@@ -47,6 +47,17 @@ const char* nameOf(unsigned number) {
   }
 }
 
+// iconv would take what UTF-8 could write behind U+10FFFF; its first byte becomes one that nothing begins with.
+std::string withoutWhatIsBeyondUnicode(std::string_view text) {
+  std::string result(text);
+  for (std::size_t index = 0; index < result.size(); ++index) {
+    if (text.substr(index, 2) > "\xF4\x8F\xFF") {
+      result[index] = '\xFF';
+    }
+  }
+  return result;
+}
+
 std::string convert(std::string_view text, unsigned from, unsigned to) {
   struct Conversion {
     Conversion(unsigned toPage, unsigned fromPage) : handle(iconv_open(nameOf(toPage), nameOf(fromPage))) {}
@@ -59,7 +70,7 @@ std::string convert(std::string_view text, unsigned from, unsigned to) {
   thread_local std::map<std::pair<unsigned, unsigned>, Conversion> kept;
   const Conversion& conversion = kept.try_emplace({to, from}, to, from).first->second;
   iconv(conversion.handle, nullptr, nullptr, nullptr, nullptr);
-  std::string input(text);
+  std::string input = from == utf8Number ? withoutWhatIsBeyondUnicode(text) : std::string(text);
   char* next = input.data();
   std::size_t left = input.size();
   std::string result;

@@ -1,13 +1,14 @@
 """Runs every fuzzer, a few at a time: fuzz.py [--minutes N] [--inputs N] [--targets NAME...] [--json FILE] [--keep].
 
-Each gets as many inputs as the others. Where there is no time for that, the slow ones get most of the time and the others
-what is missing. Prints what each one did. What it learned stays in the build folder and is begun with the next time; --keep
-takes the smallest set of it that reaches as much into the corpus."""
+Each gets as many inputs as the others. Where there is no time for that, the quicker half gets what is missing. Prints what
+each one did. What it learned stays in the build folder and is begun with the next time; --keep takes the smallest set of it
+that reaches as much into the corpus."""
 
 from __future__ import annotations
 
 import concurrent.futures
 import json
+import math
 import os
 import pathlib
 import re
@@ -23,8 +24,7 @@ PROGRAM = BUILD / "fuzz" / "vernoxa_fuzz"
 CORPORA = REPOSITORY / "fuzz" / "corpus"
 WORK = BUILD / "fuzz" / "work"
 LONGEST = 2048
-SLOW = ("commands", "companion_packet", "thread_packet", "module_file", "link_thread")  # that load the plug-in or run long
-FOR_THE_SLOW = 0.8  # of the time that the others leave
+FOR_ALL = 0.6  # of the time; the rest is for the quicker half
 # A hang is an input that takes longer than this.
 SECONDS_FOR_ONE_INPUT = 10
 
@@ -52,8 +52,7 @@ def run(target: str, inputs: int, seconds: float) -> dict[str, Any]:
                               "findings": found, "ended": done.returncode}
     if done.returncode != 0:
         result["last words"] = done.stderr[-6000:]
-    rate = result["inputs"] / max(result["seconds"], 0.1)
-    print(f"{target:18} {result['inputs']:10} {rate:9.0f}  {len(found)}", flush=True)
+    print(f"{target:18} {result['inputs']:10} {rate(result):9.0f}  {len(found)}", flush=True)
     return result
 
 
@@ -65,26 +64,22 @@ def keep(target: str) -> int:
     return len(list(corpus.iterdir())) - before
 
 
-def run_all(targets: list[str], jobs: int, inputs: int, seconds: float) -> list[dict[str, Any]]:
-    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        return list(pool.map(lambda target: run(target, inputs, seconds), targets))
+def rate(result: dict[str, Any]) -> float:
+    return result["inputs"] / max(result["seconds"], 0.1)
 
 
 def share(targets: list[str], jobs: int, inputs: int, seconds: float) -> list[dict[str, Any]]:
-    """So many inputs for all targets together, in at most so much time."""
+    """So many inputs for all targets together, in at most about so much time."""
     began = time.monotonic()
-
-    def left(waves: int) -> float:
-        return max(1.0, (began + seconds - time.monotonic()) / waves)
-
-    quick = [target for target in targets if target not in SLOW]
-    slow = [target for target in targets if target in SLOW]
-    each = -(-inputs // len(targets))
-    results = run_all(quick, jobs, each, left(max(1, -(-len(targets) // jobs))))
-    results += run_all(slow, jobs, each, FOR_THE_SLOW * left(max(1, -(-len(slow) // jobs))))
-    missing = inputs - sum(result["inputs"] for result in results)
-    if missing > 0 and quick:
-        results += run_all(quick, jobs, -(-missing // len(quick)), left(-(-len(quick) // jobs)))
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        each, most = -(-inputs // len(targets)), FOR_ALL * seconds * jobs / len(targets)
+        results = list(pool.map(lambda target: run(target, each, most), targets))
+        missing = inputs - sum(result["inputs"] for result in results)
+        quick = sorted(results, key=rate)[len(results) // 2:]
+        together = sum(map(rate, quick))
+        most = (began + seconds - time.monotonic()) * jobs / len(quick)
+        if missing > 0 and together > 0 and most > 0:
+            results += pool.map(lambda first: run(first["target"], math.ceil(missing * rate(first) / together), most), quick)
     return results
 
 
@@ -105,7 +100,9 @@ def main() -> int:
     if options.inputs:
         results = share(options.targets, options.jobs, options.inputs, options.minutes * 60)
     else:
-        results = run_all(options.targets, options.jobs, 0, options.minutes * 60 * options.jobs / len(options.targets))
+        most = options.minutes * 60 * options.jobs / len(options.targets)
+        with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+            results = list(pool.map(lambda target: run(target, 0, most), options.targets))
     for result in results:
         if result["ended"] != 0:
             print(result["last words"])
