@@ -64,7 +64,7 @@ class Run : public LoadedPlugIn {
   }
 
   TclInterp::Evaluated call(const Words& words) {
-    const auto answer = host().interp.call(words);
+    TclInterp::Evaluated answer = host().interp.call(words);
     require(fake.locks.held == 0, "the packet lock stayed held");
     return answer;
   }

@@ -37,18 +37,16 @@ std::string finding(const std::string& id, const std::string& actual, const std:
 
 // The check, the words of its command; in the message the value, the comment, the page and the schematic.
 constexpr std::u8string_view findings =
-    u8R"(
-1001 | NoRefNum,R?,-,S,P,1,2   | R?      | R?器件未编号          | P               | S
-1001 | RefRepe,R1,R1B,S,P,1,2  | R1B     | R1位号重名            | P               | S
-1002 | Value,1"k,S,P,-5,       | 1"k     | Value属性包含非法字符 | P               | S
-1003 | U3,7,S,A\B,10,20        | U3.7    | 引脚未连接            | A[;fanxiegan;]B | S
-1003 | U3,,,,,                 | U3.     | 引脚未连接            |                 |
-1004 | NoFootprint,R1,x,页,页,, | R1      | R1器件无封装          | 页              | 页
-1004 | NoPinNumber,U1,A,S,乗,, | U1.A    | U1引脚未编号          | 乗              | S
-1004 | RepePinName,U1,A,S,P,,  | U1.A    | U1引脚名重复          | P               | S
-1004 | RepePinNum,U1,3,S,P,,   | U1.3    | U1引脚编号重复        | P               | S
-1004 | ValueDiff,R1,10k,S,P,,  | R1(10k) | R1同一器件Value值不同 | P               | S
-)";
+    u8"1001 | NoRefNum,R?,-,S,P,1,2   | R?      | R?器件未编号          | P               | S\n"
+    u8"1001 | RefRepe,R1,R1B,S,P,1,2  | R1B     | R1位号重名            | P               | S\n"
+    u8"1002 | Value,1\"k,S,P,-5,       | 1\"k     | Value属性包含非法字符 | P               | S\n"
+    u8"1003 | U3,7,S,A\\B,10,20        | U3.7    | 引脚未连接            | A[;fanxiegan;]B | S\n"
+    u8"1003 | U3,,,,,                 | U3.     | 引脚未连接            |                 |\n"
+    u8"1004 | NoFootprint,R1,x,页,页,, | R1      | R1器件无封装          | 页              | 页\n"
+    u8"1004 | NoPinNumber,U1,A,S,乗,, | U1.A    | U1引脚未编号          | 乗              | S\n"
+    u8"1004 | RepePinName,U1,A,S,P,,  | U1.A    | U1引脚名重复          | P               | S\n"
+    u8"1004 | RepePinNum,U1,3,S,P,,   | U1.3    | U1引脚编号重复        | P               | S\n"
+    u8"1004 | ValueDiff,R1,10k,S,P,,  | R1(10k) | R1同一器件Value值不同 | P               | S\n";
 
 TEST_F(ReportCommands, FindingBecomesOneMessage) {
   for (const auto& row : rowsOf(utf8(findings))) {
@@ -84,7 +82,8 @@ Dsn       | {{Implementation Path} x} {Designator x} {{Part Reference} x} {{Pin 
 Olb       | {Lib C:\\lib\\a.olb} {ID 7} {Designator A extra}          | "Lib":"C:\\lib\\a.olb","ID":"7","Designator":"A"
 Olb       | {Name x} {{Pin Numbers Visible} x} {{Implementation Type} x} {Implementation x} |
 Olb       | {{Implementation Path} x} {{Pin Names Visible} x} {{Pin Names Rotate} x} {{Part Reference} x} {Reference x} |
-OlbObject | {Lib C:\\lib\\a.olb} {{Part Reference} R} {名 贴片电阻}   | "Lib":"C:\lib\a.olb","名":"贴片电阻"
+)"
+    u8R"(OlbObject | {Lib C:\\lib\\a.olb} {{Part Reference} R} {名 贴片电阻}   | "Lib":"C:\lib\a.olb","名":"贴片电阻"
 OlbObject | {broken                                                   |
 )";
 
