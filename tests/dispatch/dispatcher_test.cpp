@@ -108,6 +108,7 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
       {"a.dsn;C:\\b.dsn", "C:\\\\b.dsn", "Open", 1},
       {"C:\\b.dsn;a.dsn;b.dsn", "C:\\\\b.dsn", "Open", 2},
       {"b.dsn", "b.dsn", "Close", 1},
+      {"", "C:\\\\b.dsn", "Close", 0},
   };
   for (const auto& [open, wanted, state, boxes] : cases) {
     fake.messages.forget();

@@ -102,6 +102,7 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
   EXPECT_EQ(placement.dsnDatPath, path);
   const std::string file = fake.files.bytes(path);
   EXPECT_TRUE(file.starts_with("{\r\n\t\"children\":\t[{\r\n")) << file;
+  EXPECT_NE(file.find("\"BoundingBox\":\t\"300 200\""), std::string::npos) << file;
   const std::vector<Words> calls = place(file);
   ASSERT_EQ(calls.size(), 4U);
   EXPECT_THAT(calls[0],

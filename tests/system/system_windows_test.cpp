@@ -161,7 +161,7 @@ TEST(WindowsSystem, ProcessesAndTheModule) {
   processes->start("nobody has this file.exe", "AutoLogin");  // silent
 }
 
-// What no conversation of the built plug-in tries: a peer that takes the connection and says nothing.
+// What no conversation of the built plug-in tries: a peer that takes the connection and says nothing, and none at all.
 class WindowsSocketsTest : public testing::Test, protected FakeSession {
  protected:
   WindowsSocketsTest() {
@@ -195,6 +195,9 @@ TEST_F(WindowsSocketsTest, SilentPeerIsGivenUp) {
   EXPECT_EQ(client_.receivePacket(message, std::chrono::milliseconds(200)), -1);
   EXPECT_GE((clock_->monotonic() - before).count(), 150);
   EXPECT_LT((clock_->monotonic() - before).count(), 5000);
+  ::closesocket(std::exchange(server_, INVALID_SOCKET));
+  EXPECT_EQ(client_.connect(link::localAddress, port_), -1);
+  EXPECT_EQ(fake.output.text(), "connect error !");
 }
 
 TEST_F(WindowsSocketsTest, RetiringEndsABlockedReceive) {

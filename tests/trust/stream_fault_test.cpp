@@ -92,7 +92,7 @@ class StreamFault : public testing::Test {
     int calls = 0;       // of sockets
   };
 
-  static Run converse(Peer host, int failingSend = 0) {
+  static Run converse(Peer host, int failingCall = 0, Faults::Kind kind = Faults::Kind::fail) {
     FakeSession services;
     Run run;
     services.companionLink.setClientCreated(true);
@@ -101,7 +101,7 @@ class StreamFault : public testing::Test {
     services.fake.clock.stopAfter = 6;  // pauses of the conversation
     {
       link::SocketClient client = services.newClient();
-      services.fake.sockets.faults.failCall(failingSend);
+      services.fake.sockets.faults.failCall(failingCall, kind);
       services.linkThread(client).run();
       run.calls = services.fake.sockets.faults.calls();
       services.fake.sockets.faults.failCall(0);
@@ -130,7 +130,9 @@ class StreamFault : public testing::Test {
     const auto lines = splitItems(services.crashes(), '\n');
     EXPECT_EQ(lines.empty() ? "" : lines.back(), "Fun111");
     for (const std::string& line : lines) {
-      EXPECT_TRUE(line == "Fun111" || line == "creatClient" || line == "connectToServerForPthread") << line;
+      EXPECT_TRUE(line == "Fun111" || line == "testConnect" || line == "creatClient" ||
+                  line == "connectToServerForPthread")
+          << line;
     }
     EXPECT_EQ(services.fake.sockets.stillOpen(), 0);
     EXPECT_FALSE(services.fake.sockets.misused());
@@ -164,13 +166,17 @@ TEST_F(StreamFault, TheHostsAnswersBreakAtEveryByte) {
 
 // Half a connection: what the plug-in sends no longer arrives, from any call on.
 TEST_F(StreamFault, EverySocketCallFailsOnce) {
-  int number = 1;
-  for (int calls = number; calls >= number; ++number) {
-    SCOPED_TRACE(number);
-    calls = converse({piecesOf(wholeStream()), StreamEnd::close, {}}, number).calls;
+  int struck = 0;
+  for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
+    int number = 1;
+    for (int calls = number; calls >= number; ++number) {
+      SCOPED_TRACE((kind == Faults::Kind::fail ? "fails " : "throws ") + std::to_string(number));
+      calls = converse({piecesOf(wholeStream()), StreamEnd::close, {}}, number, kind).calls;
+    }
+    EXPECT_GT(number, 30);
+    struck += number - 2;
   }
-  EXPECT_GT(number, 30);
-  RecordProperty("faults", number - 2);
+  RecordProperty("faults", struck);
 }
 
 // A host that hangs for ever at some byte holds the thread, and lets go of it when the plug-in is loaded again.
