@@ -89,6 +89,7 @@ check "nets" [list [member $reply Result] [file exists [member $reply netlistsFi
 set there [file nativename [file join $project a.dsn]]
 writeFile $there design
 check "name that opens the design" [file exists [member [sendSaveFile $there] FileName]] 1
+
 # --- placing, by a path in UTF-8 and by one in the page -------------------------------------------------------------
 
 foreach {folder with} [list $foreign utf-8 $named $encoding] {

@@ -141,7 +141,8 @@ TEST(MetafileCheck, SaysWhichRecordLiesAboutWhat) {
         changed = change[0] == '+' ? withRoom(changed, record, number)
                                    : withNumber(changed, record + std::stoul(change), number);
       }
-      EXPECT_THAT(faultOf(changed), EndsWith(row[field].substr(words[0].size() + words[1].size() + 2))) << row[field];
+      EXPECT_THAT(faultOf(changed), EndsWith(row[field].substr(words[0].size() + words[1].size() + 2)))
+          << row[0] << " " << row[field];
     }
   }
 }

@@ -116,7 +116,7 @@ TEST_F(DispatcherTest, AnOpenPathWithoutAFolderShowsABoxAndCountsAsClosed) {
     EXPECT_EQ(
         run(R"({"Command":"CheckOpenState","Data":{"ProjectPath":")" + wanted + "\"}}", plugin::companionEndpoint()),
         R"({"Data":{"State":")" + state + R"("},"Command":"CheckOpenState_EndResult","Result":"0"})");
-    EXPECT_THAT(fake.messages.shown(), AllOf(SizeIs(boxes), Each(u8"文件一打开路径异常"_gbk)));
+    EXPECT_THAT(fake.messages.shown(), AllOf(SizeIs(boxes), Each(u8"文件一打开路径异常"_gbk))) << open;
   }
   EXPECT_THAT(traffic(), HasSubstr("Get file:C:\\b.dsn\nopen file:a.dsn\nopen file:C:\\b.dsn\n"
                                    "file state:1011 Open\n"));
