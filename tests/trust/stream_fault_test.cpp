@@ -164,17 +164,15 @@ TEST_F(StreamFault, TheHostsAnswersBreakAtEveryByte) {
   RecordProperty("faults", injected);
 }
 
-// Half a connection: what the plug-in sends no longer arrives, from any call on.
 TEST_F(StreamFault, EverySocketCallFailsOnce) {
   int struck = 0;
   for (const auto kind : {Faults::Kind::fail, Faults::Kind::throwBadAlloc}) {
-    int number = 1;
-    for (int calls = number; calls >= number; ++number) {
+    int calls = converse({piecesOf(wholeStream()), StreamEnd::close, {}}).calls;
+    EXPECT_GT(calls, 30);
+    for (int number = 1; number <= calls; ++number, ++struck) {
       SCOPED_TRACE((kind == Faults::Kind::fail ? "fails " : "throws ") + std::to_string(number));
-      calls = converse({piecesOf(wholeStream()), StreamEnd::close, {}}, number, kind).calls;
+      calls = std::max(calls, converse({piecesOf(wholeStream()), StreamEnd::close, {}}, number, kind).calls);
     }
-    EXPECT_GT(number, 30);
-    struck += number - 2;
   }
   RecordProperty("faults", struck);
 }
