@@ -7,6 +7,7 @@
 #include "plugin/command_table.h"
 #include "plugin/request_table.h"
 #include "support/hostile_values.h"
+#include "system/fake_sockets.h"
 #include "text/gbk_literal.h"
 #include "text/json.h"
 
@@ -88,6 +89,21 @@ class Writer {
     return text;
   }
 
+  // Frames in pieces, each behind its size.
+  std::string frames() {
+    std::string stream;
+    for (std::size_t count = 1 + below(3); count > 0; --count) {
+      stream += frameOf(value());
+    }
+    std::string pieces;
+    while (!stream.empty()) {
+      const std::size_t size = std::min<std::size_t>(1 + below(below(2) == 0 ? 5 : 255), stream.size());
+      pieces += static_cast<char>(size - 1) + stream.substr(0, size);
+      stream.erase(0, size);
+    }
+    return pieces;
+  }
+
  private:
   Json memberValue(const Member& member) {
     if (member.kind == MemberKind::number || (member.kind == MemberKind::textOrNumber && below(2) == 0)) {
@@ -161,6 +177,7 @@ std::string rightInForm(std::string_view target, std::uint32_t seed) {
   return target == "commands"      ? writer.commands()
          : target == "module_file" ? writer.module()
          : target == "link_thread" ? writer.answers()
+         : target == "frame"       ? writer.frames()
                                    : std::string();
 }
 
