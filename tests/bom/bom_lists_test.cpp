@@ -5,36 +5,25 @@
 namespace vernoxa::bom {
 namespace {
 
-using testing::ElementsAre;
-
 constexpr const char* fitted = "::capGenerateBOMUtil::getStickList";
 constexpr const char* notFitted = "::capGenerateBOMUtil::getNotStickList";
 constexpr const char* withoutNumber = "::capGenerateBOMUtil::getNoPartNumberList";
 
-class BomLists : public SessionTest {
- protected:
-  BomLists() {
-    host_.answer(fitted, "1;a;R1;N;F;2 2;b;R2;N;F;2");
-    host_.answer(notFitted, "3;c;R3;N;F;2");
-    host_.answer(withoutNumber, "NULL;d;R4;N;F;2");
-  }
-  // The references in the three lists, "R1,R2/R3/R4".
-  std::string read() {
-    host_.scripts.clear();
-    fake.messages.forget();
-    const Json data = readBomLists(host_, text, fake.messages);
-    std::string references;
-    for (const JsonView list : data.view()) {
-      std::string separator = list.name() == "Stick" ? "" : "/";
-      for (const JsonView line : list) {
-        references += std::exchange(separator, ",");
-        references += line.member("PartRef").text().value_or("?");
-      }
-      references += separator == "/" ? separator : "";
+// "R1,R2/R3/R4" of three lists.
+std::string referencesIn(JsonView lists) {
+  std::string references;
+  for (const JsonView list : lists) {
+    std::string separator = list.name() == "Stick" ? "" : "/";
+    for (const JsonView line : list) {
+      references += std::exchange(separator, ",");
+      references += line.member("PartRef").text().value_or("?");
     }
-    return references;
+    references += separator == "/" ? separator : "";
   }
-};
+  return references;
+}
+
+class BomLists : public SessionTest {};
 
 TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
   const std::tuple<const char*, const char*, const char*, bool, const char*, bool> cases[] = {
@@ -47,39 +36,24 @@ TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
       {"two short ones", fitted, "1 2", true, "//", true},
       {"no list", notFitted, "3;c;R3;N;F;2 {4", true, "R1,R2//", true},
       {"no last list", withoutNumber, "{", true, "R1,R2/R3/", true},
+      {"no memory for the version", "GetProductVersion", "throw", true, "//", true},
+      {"no memory for a list", notFitted, "throw", true, "R1,R2//", true},
   };
-  const auto before = host_.answers;
+  host_.during = [this](const std::string& script) {
+    const auto answer = host_.answers.find(script);
+    if (answer != host_.answers.end() && answer->second.text == "throw") {
+      throw std::bad_alloc();
+    }
+  };
   for (const auto& [what, list, answer, ok, expected, box] : cases) {
-    host_.answers = before;
+    host_.answers = {{fitted, {true, "1;a;R1;N;F;2 2;b;R2;N;F;2"}},
+                     {notFitted, {true, "3;c;R3;N;F;2"}},
+                     {withoutNumber, {true, "NULL;d;R4;N;F;2"}}};
     host_.answer(list, answer, ok);
-    EXPECT_EQ(read(), expected) << what;
+    fake.messages.forget();
+    EXPECT_EQ(referencesIn(readBomLists(host_, text, fake.messages).view()), expected) << what;
     EXPECT_EQ(fake.messages.shown(), std::vector<std::string>(box ? 1 : 0, u8"BOM读取出错"_gbk)) << what;
     EXPECT_EQ(host_.scripts.back(), box ? list : withoutNumber) << what;
-  }
-}
-
-// Wherever it comes from, and the companion gets its reply.
-TEST_F(BomLists, AnExceptionIsOneMoreReasonForTheBox) {
-  host_.answer("GetProductVersion", "16.5");
-  for (const std::string where : {"GetProductVersion", fitted, notFitted, "conversion"}) {
-    int versions = 0;  // the command asks once before the bill is made, then the reading asks
-    host_.during = [&](const std::string& script) {
-      versions += script == "GetProductVersion" ? 1 : 0;
-      if (script == where && versions == 2) {
-        throw std::bad_alloc();
-      }
-    };
-    fake.codePage.throwing = where == "conversion";
-    host_.answer(notFitted, fake.codePage.throwing ? utf8(u8"3;电阻;R3;N;F;2") : "3;c;R3;N;F;2");
-    fake.messages.forget();
-    const Json read = Json::parse(replyTo(plugin::companionEndpoint(),
-                                          R"({"Command":"GenerateBOM","Data":{"ProjectPath":"a.dsn"}})", host_))
-                          .document;
-    EXPECT_THAT(fake.messages.shown(), ElementsAre(u8"BOM读取出错"_gbk)) << where;
-    EXPECT_EQ(read.member("Result").text(), "0") << where;
-    const bool started = where == notFitted || where == "conversion";
-    EXPECT_EQ(read.member("Data").member("Stick").size(), started ? 2U : 0U) << where;
-    EXPECT_EQ(read.member("Data").member("NotStick").size(), 0U) << where;
   }
 }
 
