@@ -70,8 +70,6 @@ class WordRecord : public Record {
       set(index, words_[index]);
     }
   }
-  explicit WordRecord(std::initializer_list<std::string_view> words)
-      : WordRecord(std::vector<std::string>(words.begin(), words.end())) {}
   explicit WordRecord(std::string_view text) : WordRecord(splitFields(text, ';')) {}
 
  private:

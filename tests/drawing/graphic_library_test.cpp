@@ -20,12 +20,11 @@ class GraphicLibraryTest : public SessionTest {
     }
   }
   std::string file(const std::string& name) { return fake.files.bytes("C:\\App\\Cache\\Library\\" + name + ".json"); }
-  // Without the pad stacks, in one line.
+  // What stands before the first symbol, and the symbols.
   std::string content(const std::string& name) {
     const Json document = parsedFile(file(name));
     EXPECT_EQ(document.member("padstacks").size(), 8U);
-    return Json::copyOf(document.member("children")).printUnformatted() +
-           Json::copyOf(document.member("lib")).printUnformatted();
+    return drawn(document.member("children")) + "---\n" + drawn(document.member("lib"));
   }
 
   GraphicLibrary& library = part<GraphicLibrary>();
@@ -36,15 +35,12 @@ TEST_F(GraphicLibraryTest, HoldsSymbolsAndWhatStandsBeforeThem) {
   add({"Line;0;1;2;3;8;1;0", "BitMap;0", "Name;RES\\1", "Pin;0;10;;;8;0;SHORT;TOP",
        "Text;1;2;" + utf8(u8"电\U0001F600") + ";8;;-9;0", "Name;CAP"});
   EXPECT_EQ(library.finish("lib/sub\\x"), "C:/App/Cache/Library/lib-sub-x.json");
-  const std::string line = R"j({"name":"line","attr":{"style":"stroke:#FF0000;stroke-width:1;stroke-linecap:round",)j"
-                           R"j("x1":"0","y1":"1","x2":"2","y2":"3"}})j";
-  const std::string pin =
-      R"j({"name":"use","attr":{"transform":"translate(0,10) rotate(-90)","xlink:href":"#PackagePinShort"}})j";
-  const std::string label = R"j({"name":"text","value":")j" + utf8(u8"电\U0001F600") +
-                            R"j(","attr":{"style":"stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000",)j"
-                            R"j("transform":"translate(1,2) rotate(0)","dominant-baseline":"hanging"}})j";
-  EXPECT_EQ(content("lib-sub-x"), "[" + line + R"j(][{"name":"g","attr":{"id":"RES\\1"},"children":[)j" + pin + "," +
-                                      label + R"j(]},{"name":"g","attr":{"id":"CAP"},"children":[]}])j");
+  EXPECT_EQ(content("lib-sub-x"),
+            "line style=stroke:#FF0000;stroke-width:1;stroke-linecap:round|x1=0|y1=1|x2=2|y2=3\n---\ng id=RES\\1\n"
+            "use transform=translate(0,10) rotate(-90)|xlink:href=#PackagePinShort\ntext [" +
+                utf8(u8"电\U0001F600") +
+                "] style=stroke:#FF0000;stroke-width:0;font-size:7;fill:#FF0000|transform=translate(1,2) rotate(0)|"
+                "dominant-baseline=hanging\ng id=CAP\n");
 }
 
 TEST_F(GraphicLibraryTest, AWholeFileIsKeptAndWhatACrashLeftIsReplaced) {
@@ -85,7 +81,7 @@ TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
   add({"Name;OLD"});
   library.start();
   library.finish("x");
-  EXPECT_EQ(content("x"), "[][]");
+  EXPECT_EQ(content("x"), "---\n");
 }
 
 TEST_F(GraphicLibraryTest, ADocumentThatCannotBeWrittenForWantOfMemoryWaits) {
@@ -95,7 +91,7 @@ TEST_F(GraphicLibraryTest, ADocumentThatCannotBeWrittenForWantOfMemoryWaits) {
   EXPECT_THROW(library.finish("x"), std::bad_alloc);
   fake.files.faults.failCall(0);
   library.finish("x");
-  EXPECT_EQ(content("x"), R"([][{"name":"g","attr":{"id":"FIRST"},"children":[]}])");
+  EXPECT_EQ(content("x"), "---\ng id=FIRST\n");
 }
 
 TEST_F(GraphicLibraryTest, TheAnswerIsUtf8AndTheNameStaysAsItIs) {

@@ -1,25 +1,19 @@
 // What steps over double-byte characters and what becomes a name, in the code pages that systems have.
-#include <gmock/gmock.h>
-
 #include "checks/check_message.h"
-#include "dispatch/dispatcher.h"
 #include "drawing/drawn.h"
 #include "drawing/graphic_library.h"
 #include "drawing/page_export.h"
 #include "link/file_status.h"
 #include "modules/placement.h"
-#include "support/fake_script_host.h"
-#include "system/fake_world.h"
-#include "system/file_path.h"
+#include "support/session_test.h"
 #include "text/message_paths.h"
-#include "text/text.h"
 
 namespace vernoxa::inline text {
 namespace {
 
 using testing::HasSubstr;
 
-class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeSession {
+class EveryCodePage : public SessionTest, public testing::WithParamInterface<unsigned> {
  protected:
   EveryCodePage() {
     fake.codePage = FakeCodePage(GetParam());
@@ -28,8 +22,6 @@ class EveryCodePage : public testing::TestWithParam<unsigned>, protected FakeSes
   static FilePath told(std::u8string_view path) { return FilePath::fromUtf8(utf8(path)); }
   // The reply to a message of the companion.
   std::string tell(std::u8string_view message) { return replyTo(plugin::companionEndpoint(), utf8(message), host_); }
-
-  FakeScriptHost host_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Pages, EveryCodePage, testing::Values(936U, 950U, 932U, 1252U, 65001U));
@@ -73,11 +65,10 @@ TEST_P(EveryCodePage, FilesHaveTheirTrueNames) {
   auto& pages = part<drawing::PageExport>();
   pages.start();
   for (const char8_t* const name : {u8"PA", u8"P\uFF21", u8"P\u00E9", u8"Pe", u8"é\\é|é/", u8"last"}) {
-    const std::string page = utf8(name);
-    const std::initializer_list<std::string_view> words = {"Page", page, "1", "1", ""};
-    drawing::WordRecord record(words);
+    const std::string given = "Page;" + utf8(name) + ";1;1;";
+    drawing::WordRecord record(given);
     record.showInCodePage(text, true);
-    pages.addRecord(drawing::Use::page, record, drawing::WordRecord(words));
+    pages.addRecord(drawing::Use::page, record, drawing::WordRecord(given));
   }
   pages.finish({"", utf8(u8"測한"), ""});
   EXPECT_EQ(fake.files.entries(folder / "Cache" / "Output").size(), 6U);
