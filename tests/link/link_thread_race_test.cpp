@@ -1,39 +1,27 @@
 // The link thread as a real thread, beside a host thread that changes what the two share. Meant for the thread
 // sanitizer, which reports what it finds as a failure.
-#include <gmock/gmock.h>
-
 #include <thread>
 
-#include "link/link_thread.h"
-#include "link/socket_client.h"
-#include "system/fake_world.h"
+#include "support/session_test.h"
 #include "text/json.h"
-#include "text/text.h"
 
 namespace vernoxa::link {
 namespace {
 
-std::optional<std::string> answerAsHost(const std::string& request) {
-  if (request.find("GetNewOpenPath") != std::string::npos) {
-    return R"({"Result":"0","Data":{"ProjectPath":"D:\\a.dsn","CloseFile":"D:\\b.dsn"}})";
-  }
-  if (request.find("getDsnPinCount") != std::string::npos) {
-    return R"({"Result":"0","Data":{"PinCount":"12"}})";
-  }
-  return R"({"Result":"0","Data":{"Path":"D:\\from companion"}})";
-}
+class LinkThreadRaceTest : public SessionTest {};
 
-class LinkThreadRaceTest : public testing::Test, protected FakeSession {
- protected:
-  LinkThreadRaceTest() {
-    enableTraffic();
-    fake.clock.stopAfter = 400;
-    fake.sockets.listen(companionPort, {});
-  }
-};
-
+// In the end it waits for a reply, when a second load retires its client.
 TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
-  fake.sockets.listen(hostPort, {{}, StreamEnd::hang, answerAsHost});
+  enableTraffic();
+  fake.clock.stopAfter = 600;
+  fake.sockets.listen(companionPort, {});
+  int left = 600;  // requests that are answered, in fewer than 400 pauses
+  const auto answer = [&left](const std::string&) -> std::optional<std::string> {
+    constexpr const char* everything = R"({"Result":"0","Data":{"ProjectPath":"D:\\a.dsn","CloseFile":"D:\\b.dsn",)"
+                                       R"("PinCount":"12","Path":"D:\\from companion"}})";
+    return left-- > 0 ? std::optional(everything) : std::nullopt;
+  };
+  fake.sockets.listen(hostPort, {{}, StreamEnd::hang, answer});
   SocketClient client = newClient();
   LinkThread link = linkThread(client);
   std::thread thread([&] { link.run(); });
@@ -48,27 +36,15 @@ TEST_F(LinkThreadRaceTest, SharedStateAndLogsWhileItPolls) {
     EXPECT_TRUE(Json::parse(R"({"read":"beside the link thread"})").document);
     EXPECT_FALSE(Json::parse("{").document);
   }
+  fake.sockets.waitUntilBlocked();
   client.retire();
   thread.join();
   EXPECT_THAT(crashes(), testing::EndsWith("Fun111"));  // how the stopped clock ends it
+  EXPECT_EQ(fake.sockets.stillOpen(), 0);
   EXPECT_FALSE(fake.sockets.misused());
   const std::string log = fake.files.bytes("C:\\App\\Script\\Log\\schLog.txt");
   const std::string whole = "[Time]:2024-3-5 9:7:2:45.host thread\r\n";
   EXPECT_EQ(log.size() - replaceAll(log, whole, "").size(), 2000 * whole.size());  // lines never mix
-}
-
-// A second load retires the client that the first thread is blocked in.
-TEST_F(LinkThreadRaceTest, RetiredWhileItWaitsForAReply) {
-  fake.sockets.expect(hostPort, {{}, StreamEnd::hang, nullptr});
-  SocketClient client = newClient();
-  LinkThread link = linkThread(client);
-  std::thread thread([&] { link.run(); });
-  fake.sockets.waitUntilBlocked();
-  client.retire();
-  thread.join();
-  EXPECT_EQ(crashes(), "Fun111");
-  EXPECT_EQ(fake.sockets.stillOpen(), 0);
-  EXPECT_FALSE(fake.sockets.misused());
 }
 
 }  // namespace

@@ -1,22 +1,15 @@
 #include "link/link_thread.h"
 
-#include <gmock/gmock.h>
-
 #include <deque>
-#include <map>
 
 #include "link/file_status.h"
-#include "link/socket_client.h"
+#include "support/session_test.h"
 #include "support/table.h"
-#include "system/fake_world.h"
-#include "text/gbk_literal.h"
-#include "text/text.h"
 
 namespace vernoxa::link {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* yes = R"({"Result":"0"})";
 constexpr const char* no = R"({"Result":"1"})";
@@ -24,7 +17,7 @@ constexpr const char* hangUp = "none";
 const auto toHost = testing::Field(&FakeSockets::Connection::port, hostPort);
 const auto toCompanion = testing::Field(&FakeSockets::Connection::port, companionPort);
 
-class LinkThreadTest : public testing::Test, protected FakeSession {
+class LinkThreadTest : public SessionTest {
  protected:
   LinkThreadTest() { hostExecutable.set(pathOf("D:\\Capture.exe")); }
 
@@ -128,7 +121,7 @@ TEST_F(LinkThreadTest, NoticesHowLongARefusalTakes) {
   EXPECT_FALSE(companionLink.companionMayBeAsked());
   companionLink.setClientCreated(true);
   EXPECT_TRUE(companionLink.companionMayBeAsked());
-  EXPECT_THAT(fake.clock.pauses(), IsEmpty());
+  EXPECT_TRUE(fake.clock.pauses().empty());
   fake.sockets.faults.failCall(1, Faults::Kind::throwBadAlloc);
   EXPECT_EQ(thread.testConnect(), -1);
   EXPECT_EQ(crashes(), "testConnect");
@@ -249,11 +242,6 @@ TEST_F(LinkThreadTest, TheProjectIsWhatTheCompanionNamesInEitherEncoding) {
     part<const FileStatus>().followProject(told);
     EXPECT_EQ(project.get().utf8(), utf8(kept));
   }
-}
-
-TEST(FileStatus, DesignsAreKnownByTheirExtension) {
-  EXPECT_THAT(designsAmong("a.dsn;B.DSN;c.Dsn;d.dsnx;.dsn;dsn;e.dsn;"), ElementsAre("a.dsn", "B.DSN", ".dsn", "e.dsn"));
-  EXPECT_THAT(designsAmong(""), IsEmpty());
 }
 
 }  // namespace
