@@ -5,11 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "dispatch/dispatcher.h"
-#include "link/socket_client.h"
 #include "support/fake_script_host.h"
-#include "system/fake_world.h"
-#include "text/text.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
 

@@ -1,7 +1,6 @@
 // A disk that stays full, folders that stay read-only, a log folder that comes and goes: every kept conversation again.
 #include <gtest/gtest.h>
 
-#include "plugin/command_table.h"
 #include "trust/trust_rig_tcl.h"
 #include "wire/packet_text.h"
 
@@ -64,17 +63,16 @@ class BrokenDisk final : public Files {
 constexpr const char* formerModule = "C:\\App\\Cache\\Share\\ModuleLib.json";
 
 // Statuses and texts.
-std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std::string& answer,
-                                   const std::vector<Words>& calls) {
+std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const KeptInput& input) {
   TrustLoad load(disk);
   if (disk != nullptr) {
     disk->there = &load.fake.files;
   }
   load.fake.files.addFile(formerModule, "{}");
   load.beginSession();
-  host.answer = answer;
+  host.answer = input.answer;
   std::vector<std::string> answers;
-  for (const Words& words : calls) {
+  for (const Words& words : input.calls) {
     const TrustHost::Answer given = host.call(words);
     answers.push_back(std::to_string(given.status) + " " + messageOf(given.text).message + " " + given.text);
   }
@@ -87,16 +85,13 @@ std::vector<std::string> answersOn(BrokenDisk* disk, TrustHost& host, const std:
 TEST(BrokenDisk, EveryKeptConversationEndsAsOnAGoodOne) {
   TrustHost host;
   int conversations = 0;
-  for (const auto& [target, door] : {std::pair("companion_packet", "packetParser"),
-                                     std::pair("thread_packet", "packetParserForPthread"), std::pair("commands", "")}) {
+  for (const std::string target : {"companion_packet", "thread_packet", "commands"}) {
     for (const KeptInput& input : keptInputs(target)) {
-      SCOPED_TRACE(std::string(target) + "/" + input.name);
-      const std::vector<Words> calls =
-          *door == '\0' ? commandsIn(input.rest) : std::vector<Words>{{door, packetTextOf(input.rest)}};
-      const std::vector<std::string> good = answersOn(nullptr, host, input.answer, calls);
+      SCOPED_TRACE(target + "/" + input.name);
+      const std::vector<std::string> good = answersOn(nullptr, host, input);
       for (const Trouble trouble : {Trouble::full, Trouble::readOnly, Trouble::logFolderComesAndGoes}) {
         BrokenDisk disk(trouble);
-        EXPECT_EQ(answersOn(&disk, host, input.answer, calls), good);
+        EXPECT_EQ(answersOn(&disk, host, input), good);
         ++conversations;
       }
     }

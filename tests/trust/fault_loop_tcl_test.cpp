@@ -165,35 +165,32 @@ TEST_F(FaultLoop, Modules) {
 // A command ends as without the fault, or fails with its name in the crash log.
 TEST_F(FaultLoop, Commands) {
   runAll(keptInputs("commands"), [this](TrustLoad& load, const KeptInput& input) -> std::string {
-    const std::vector<Words> commands = commandsIn(input.rest);
     std::vector<TrustHost::Answer> answers;
-    for (const Words& words : commands) {
+    for (const Words& words : input.calls) {
       answers.push_back(host_.call(words));
     }
     good_ = good_.empty() ? answers : good_;
-    for (std::size_t index = 0; index < commands.size(); ++index) {
-      const bool owned = answers[index].status == commandFailed && load.crashes().starts_with(commands[index].front());
+    for (std::size_t index = 0; index < answers.size(); ++index) {
+      const std::string& command = input.calls[index].front();
+      const bool owned = answers[index].status == commandFailed && load.crashes().starts_with(command);
       if (answers[index].status != good_[index].status && !owned) {
-        return commands[index].front() + " gave status " + std::to_string(answers[index].status) +
-               ", crash log: " + load.crashes();
+        return command + " gave status " + std::to_string(answers[index].status) + ", crash log: " + load.crashes();
       }
     }
     return {};
   });
 }
 
-// A file of the user's that the companion names as the module, by any of its spellings: it is there after the placement
-// and after the clearing away.
+// A file of the user's that the companion names as the module: it is there after the placement and after the clearing
+// away.
 TEST_F(FaultLoop, UsersFiles) {
-  std::vector<KeptInput> inputs;
-  for (const char* const path : {"C:\\job\\a.dsn", "c:/JOB/A.OPJ", "C:\\job\\my.olb. .", "C:\\job\\x\\..\\a_0.OBK",
-                                 "C:\\job\\a.dsn\\.", "C:/job/a.opj/x/..", "C:\\job\\a.dsn\\"}) {
-    inputs.push_back({path, "1", path});
-  }
+  const std::vector<KeptInput> inputs = {{"a design", "1", "C:/job/a.dsn/.", {}},
+                                         {"a project", "1", "c:/JOB/A.OPJ", {}},
+                                         {"a library", "1", "C:/job/my.olb. .", {}},
+                                         {"a backup", "1", "C:/job/x/../a_0.OBK", {}}};
   runAll(inputs, [this](TrustLoad& load, const KeptInput& input) {
-    const std::string path = replaceAll(input.rest, "\\", "\\\\");
-    const std::string wrong =
-        askThroughDoor(load, "packetParser", R"({"Command":"PlaceDSNModule","Data":{"dsnDatPath":")" + path + R"("}})");
+    const std::string wrong = askThroughDoor(
+        load, "packetParser", R"({"Command":"PlaceDSNModule","Data":{"dsnDatPath":")" + input.rest + R"("}})");
     host_.call({"placeMarketPart"});
     host_.call({"removeDatFile"});
     return wrong;

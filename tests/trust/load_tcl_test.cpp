@@ -3,8 +3,6 @@
 
 #include <tuple>
 
-#include "link/socket_client.h"
-#include "text/text.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
 #include "wire/packet_text.h"
@@ -44,10 +42,9 @@ TEST_F(Load, ConnectionsOneAfterTheOther) {
 TEST_F(Load, PacketsThroughBothDoors) {
   const int wanted = tryEverything() ? 1000000 : 20000;
   std::vector<Words> packets;
-  for (const auto& [door, target] :
-       {std::pair("packetParser", "companion_packet"), std::pair("packetParserForPthread", "thread_packet")}) {
+  for (const char* const target : {"companion_packet", "thread_packet"}) {
     for (const KeptInput& input : keptInputs(target)) {
-      packets.push_back({door, packetTextOf(input.rest)});
+      packets.push_back(input.calls.front());
     }
   }
   const int packetsOfOneRound = static_cast<int>(5000 / packets.size() * packets.size());  // each round ends alike

@@ -10,6 +10,7 @@
 #include "plugin/command_table.h"
 #include "text/text.h"
 #include "trust/failing_memory.h"
+#include "wire/packet_text.h"
 
 namespace vernoxa {
 namespace {
@@ -104,17 +105,17 @@ std::vector<KeptInput> keptInputs(const std::string& target) {
     std::ifstream stream(file.path(), std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     const std::size_t line = text.find('\n');
-    inputs.push_back({file.path().filename(), text.substr(0, line), text.substr(line + 1)});
+    KeptInput& input =
+        inputs.emplace_back(KeptInput{file.path().filename(), text.substr(0, line), text.substr(line + 1), {}});
+    if (target != "commands") {
+      input.calls = {{target == "thread_packet" ? "packetParserForPthread" : "packetParser", packetTextOf(input.rest)}};
+      continue;
+    }
+    for (const std::string& command : splitItems(input.rest, '\n')) {
+      input.calls.push_back(splitFields(command, '\t'));
+    }
   }
   return inputs;
-}
-
-std::vector<Words> commandsIn(const std::string& rest) {
-  std::vector<Words> commands;
-  for (const std::string& line : splitItems(rest, '\n')) {
-    commands.push_back(splitFields(line, '\t'));
-  }
-  return commands;
 }
 
 }  // namespace vernoxa

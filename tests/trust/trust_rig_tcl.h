@@ -18,10 +18,7 @@ class TrustHost {
   TrustHost(const TrustHost&) = delete;
   TrustHost& operator=(const TrustHost&) = delete;
 
-  struct Answer {
-    int status = 0;
-    std::string text;
-  };
+  using Answer = TclInterp::Evaluated;
   // A command of the plug-in, at global level. Its allocations count, and those of a load.
   Answer call(const Words& words);
   void load(plugin::PlugIn& plugIn);
@@ -73,10 +70,8 @@ struct KeptInput {
   std::string name;
   std::string answer;
   std::string rest;
+  std::vector<Words> calls;  // of "commands" each line, its words between tabs; else the rest as a packet at its door
 };
 std::vector<KeptInput> keptInputs(const std::string& target);
-
-// The commands of an input of "commands": one a line, words between tabs.
-std::vector<Words> commandsIn(const std::string& rest);
 
 }  // namespace vernoxa
