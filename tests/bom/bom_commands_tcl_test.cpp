@@ -39,9 +39,7 @@ TEST_F(BomCommands, PartsBecomeOneMessageWithABoxForEachShortOne) {
   }
 }
 
-TEST_F(BomCommands, TheCompanionIsAskedToRefreshAtOnce) {
-  EXPECT_EQ(call(plugin::run<tryUpdateBom>).text, "");
-  EXPECT_THAT(host_.scripts, ElementsAre(sendingScript(R"({"Command":"TryUpdateBom"})")));
+TEST_F(BomCommands, PartsCanBeSelected) {
   EXPECT_EQ(call(plugin::run<selectAddOrRemoveFromBom>).text, "1");
 }
 
