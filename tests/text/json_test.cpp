@@ -34,7 +34,9 @@ TEST(Json, ViewOfNothingAnswersNo) {
 
 TEST(Json, WholeNumbers) {
   for (const auto& row : rowsOf(R"(
+      12 | 12
       -3.9 | -3
+      1e99 | 2147483647
       -1e99 | -2147483648
       "-12" | -12
       "0012" | 12

@@ -73,6 +73,7 @@ TEST(Text, SplitsIntoFieldsAndItems) {
   using Texts = std::vector<std::string>;
   const std::tuple<std::string_view, Texts, Texts> rows[] = {
       {"", {""}, {}},
+      {"a", {"a"}, {"a"}},
       {"a;b;", {"a", "b", ""}, {"a", "b"}},
       {";a;;b", {"", "a", "", "b"}, {"a", "b"}},
   };
@@ -127,7 +128,9 @@ TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
   }
 }
 
-TEST_F(TextConverterTest, HalfACharacterAtTheEndStays) {
+// 0x5C, the backslash, is a second byte of many characters of the code page.
+TEST_F(TextConverterTest, SecondBytesAreNoCharactersOfTheirOwn) {
+  EXPECT_EQ(text.replaceInCodePage("\xD5\x5C\\\xD5\x5C", '\\', "[b]"), "\xD5\x5C[b]\xD5\x5C");
   EXPECT_EQ(text.replaceInCodePage("a\\\xD5", '\\', "/"), "a/\xD5");
 }
 
