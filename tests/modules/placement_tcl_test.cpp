@@ -15,14 +15,8 @@ using testing::ElementsAre;
 class PlacementInTcl : public CommandTest {
  protected:
   PlacementInTcl() {
-    // An interpreter that knows lists and the placing procedures; all else is recorded as unknown.
-    for (const std::string& name : interp_.commands()) {
-      if (name != "list" && name != "rename") {
-        interp_.evaluate("rename {" + name + "} {}");
-      }
-    }
-    interp_.evaluate("rename rename {}");
-    interp_.define({"placeLibPart", "setPinNum", "placePart", "unknown"});
+    interp_.recordEverything("list");
+    interp_.define({"placeLibPart", "setPinNum", "placePart"});
     fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     fake.files.addFile("C:\\Mods\\other.txt", "the user's");
   }

@@ -11,14 +11,13 @@ class CommandTest : public SessionTest {
   using Command = CommandResult (*)(CommandCall&, plugin::Session&);
 
   // Without the command's own name.
-  CommandResult call(Command command, Words words, ScriptHost& host) {
+  CommandResult call(Command command, Words words = {}) {
     words.insert(words.begin(), "command");
     const TclWords held(words);
     const Arguments arguments = held.arguments();
-    CommandCall each{arguments, host};
+    CommandCall each{arguments, host_};
     return command(each, session);
   }
-  CommandResult call(Command command, Words words = {}) { return call(command, std::move(words), host_); }
   std::string message(Command command, Words words) { return messageOf(call(command, std::move(words)).text).message; }
 
   TclInterp interp_;  // Tcl's objects need its library started

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tcl/script_host.h"
+#include "text/text.h"
 #include "wire/packet_text.h"
 
 namespace vernoxa {
@@ -41,18 +42,7 @@ class FakeScriptHost final : public ScriptHost {
 
   // Plain words only, no list else: one with quoting belongs into a test with an interpreter.
   std::optional<std::vector<std::string>> splitList(const std::string& list) override {
-    if (list.find('{') != std::string::npos) {
-      return std::nullopt;
-    }
-    std::vector<std::string> words;
-    for (std::size_t start = 0; start < list.size();) {
-      const std::size_t end = std::min(list.find(' ', start), list.size());
-      if (end > start) {
-        words.push_back(list.substr(start, end - start));
-      }
-      start = end + 1;
-    }
-    return words;
+    return list.find('{') == std::string::npos ? std::optional(splitItems(list, ' ')) : std::nullopt;
   }
 };
 

@@ -2,6 +2,8 @@
 
 #include <tcl.h>
 
+#include "tcl/tcl_script_host.h"
+
 namespace vernoxa {
 namespace {
 
@@ -73,9 +75,12 @@ void TclInterp::define(std::initializer_list<const char*> names) {
   }
 }
 
-void TclInterp::recordEverything() {
-  for (const std::string& name : commands()) {
-    Tcl_DeleteCommand(interp_, name.c_str());
+void TclInterp::recordEverything(std::string_view but) {
+  const Words all = TclScriptHost(interp_).splitList(evaluate("info commands").text).value();
+  for (const std::string& name : all) {
+    if (name != but) {
+      Tcl_DeleteCommand(interp_, name.c_str());
+    }
   }
   define("unknown");
 }
@@ -89,16 +94,6 @@ TclInterp::Evaluated TclInterp::call(const Words& words) {
   const TclWords held(words);
   const int status = Tcl_EvalObjv(interp_, static_cast<int>(words.size()), held.objects(), TCL_EVAL_GLOBAL);
   return {status, textOf(Tcl_GetObjResult(interp_))};
-}
-
-std::vector<std::string> TclInterp::commands() {
-  Tcl_Eval(interp_, "info commands");
-  int count = 0;
-  const char** names = nullptr;
-  Tcl_SplitList(interp_, Tcl_GetStringResult(interp_), &count, &names);
-  std::vector<std::string> all(names, names + count);
-  Tcl_Free(static_cast<char*>(static_cast<void*>(names)));
-  return all;
 }
 
 TclWords::TclWords(const Words& words) {

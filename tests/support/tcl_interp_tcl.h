@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tcl/arguments.h"
@@ -31,8 +32,8 @@ class TclInterp {
   void define(const std::string& name, Answer answer);
   void define(const std::string& name, const std::string& answer = "");
   void define(std::initializer_list<const char*> names);
-  // Removes every command, Tcl's own too, and records each call of one not defined later as "unknown NAME ...".
-  void recordEverything();
+  // Leaves only that command, and records each call of one not defined later as "unknown NAME ...".
+  void recordEverything(std::string_view but = "");
 
   std::vector<Words> calls;
 
@@ -42,7 +43,6 @@ class TclInterp {
   };
   Evaluated evaluate(const std::string& script);
   Evaluated call(const Words& words);
-  std::vector<std::string> commands();
 
  private:
   struct Procedure;

@@ -13,7 +13,6 @@ namespace vernoxa::inline tcl {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(TclArguments, NothingIsReadPastWhatCame) {
   const TclWords words({"cmd", "a {b c} {}", std::string("x\xC0\x80y", 4)});
@@ -36,7 +35,7 @@ TEST(TclArguments, NothingIsReadPastWhatCame) {
 
 // The first texts at once, of a list that is kept and of one that is read in passing.
 TEST(TclArguments, TextsAtOnce) {
-  const TclWords words({"cmd", "a {b c} {} x\xC0\x80y", "{} {} {} {} d", "", "a {b", "{a}b", "a \"b"});
+  const TclWords words({"cmd", "a {b c} {} x\xC0\x80y", "{} {} {} {} d", "", "a {b"});
   const auto texts = [](const auto& list, std::size_t most) {
     std::array<const char*, 4> starts{};
     std::array<std::size_t, 4> sizes{};
@@ -51,10 +50,8 @@ TEST(TclArguments, TextsAtOnce) {
                                                  {1, 0U, ""},
                                                  {2, 4U, "||||"},
                                                  {3, 4U, ""},
-                                                 {4, 4U, ""},  // malformed, as the next two are
-                                                 {5, 4U, ""},
-                                                 {6, 4U, ""},
-                                                 {7, 4U, ""}}) {
+                                                 {4, 4U, ""},  // malformed
+                                                 {5, 4U, ""}}) {
     EXPECT_EQ(texts(words.arguments().list(position), most), expected) << position;
     EXPECT_EQ(texts(words.arguments().passingList(position), most), expected) << position;
   }
@@ -62,11 +59,15 @@ TEST(TclArguments, TextsAtOnce) {
   EXPECT_EQ(words.arguments().text(4), "a {b");
 }
 
-TEST(TclScriptHost, AnswersWhatTclSays) {
-  TclInterp interp;
-  TclScriptHost host(interp.get());
+class TclScriptHostTest : public testing::Test {
+ protected:
+  TclInterp interp_;
+  TclScriptHost host_{interp_.get()};
+};
+
+TEST_F(TclScriptHostTest, AnswersWhatTclSays) {
   const auto answer = [&](Start script) {
-    const Evaluation result = host.evaluate(Script(script));
+    const Evaluation result = host_.evaluate(Script(script));
     return std::string(result.ok ? "ok " : "error ") + result.text;
   };
   EXPECT_EQ(answer("set a {x y}"), "ok x y");
@@ -76,48 +77,40 @@ TEST(TclScriptHost, AnswersWhatTclSays) {
   EXPECT_EQ(answer("list"), "ok ");
 }
 
-TEST(TclScriptHost, SplitsLists) {
-  TclInterp interp;
-  TclScriptHost host(interp.get());
-  EXPECT_THAT(host.splitList("a {b c} {} \"d\\n\"").value(), ElementsAre("a", "b c", "", "d\n"));
-  EXPECT_THAT(host.splitList("").value(), IsEmpty());
-  EXPECT_FALSE(host.splitList("a {b"));
-  EXPECT_EQ(host.evaluate(Script("set ::errorInfo")).text.find("unmatched"), std::string::npos);
+TEST_F(TclScriptHostTest, SplitsLists) {
+  EXPECT_THAT(host_.splitList("a {b c} {} \"d\\n\"").value(), ElementsAre("a", "b c", "", "d\n"));
+  EXPECT_THAT(host_.splitList("").value(), ElementsAre());
+  EXPECT_FALSE(host_.splitList("a {b"));
+  EXPECT_EQ(host_.evaluate(Script("set ::errorInfo")).text.find("unmatched"), std::string::npos);
 }
 
-TEST(TclScriptHost, OutlivesItsInterpreter) {
-  TclInterp interp;
-  TclScriptHost host(interp.get());
-  interp.define("suicide", [&](const Words&) {
-    Tcl_DeleteInterp(interp.get());
+TEST_F(TclScriptHostTest, OutlivesItsInterpreter) {
+  interp_.define("suicide", [this](const Words&) {
+    Tcl_DeleteInterp(interp_.get());
     return Evaluation{true, "last words"};
   });
-  host.evaluate(Script("suicide"));
-  EXPECT_FALSE(host.evaluate(Script("set a 1")).ok);
-  EXPECT_THAT(host.splitList("a b").value(), ElementsAre("a", "b"));
+  host_.evaluate(Script("suicide"));
+  EXPECT_FALSE(host_.evaluate(Script("set a 1")).ok);
+  EXPECT_THAT(host_.splitList("a b").value(), ElementsAre("a", "b"));
 }
 
-TEST(ScriptHost, SeparatedFormIsTriedOnlyAfterAnError) {
-  TclInterp interp;
-  TclScriptHost host(interp.get());
-  interp.define("getGuid", "separate");
-  EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "separate");
-  interp.define("getGuid\"a\"", "joined");
-  EXPECT_EQ(host.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "joined");
-  EXPECT_EQ(host.evaluateJoined("getGuid", "a", " 1").text, "joined");
-  EXPECT_EQ(host.evaluateJoined("getGuid", "a b").text, "separate");
-  EXPECT_FALSE(host.evaluateJoined(Script("getGuid\"b\" 1"), Script("nobody")).ok);
-  EXPECT_THAT(interp.calls, ElementsAre(Words{"getGuid", "a", "1"}, Words{"getGuid\"a\"", "1"},
-                                        Words{"getGuid\"a\"", "1"}, Words{"getGuid", "a b"}));
+TEST_F(TclScriptHostTest, SeparatedFormIsTriedOnlyAfterAnError) {
+  interp_.define("getGuid", "separate");
+  EXPECT_EQ(host_.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "separate");
+  interp_.define("getGuid\"a\"", "joined");
+  EXPECT_EQ(host_.evaluateJoined(Script("getGuid\"a\" 1"), Script("getGuid \"a\" 1")).text, "joined");
+  EXPECT_EQ(host_.evaluateJoined("getGuid", "a", " 1").text, "joined");
+  EXPECT_EQ(host_.evaluateJoined("getGuid", "a b").text, "separate");
+  EXPECT_FALSE(host_.evaluateJoined(Script("getGuid\"b\" 1"), Script("nobody")).ok);
+  EXPECT_THAT(interp_.calls, ElementsAre(Words{"getGuid", "a", "1"}, Words{"getGuid\"a\"", "1"},
+                                         Words{"getGuid\"a\"", "1"}, Words{"getGuid", "a b"}));
 }
 
-TEST(ScriptHost, TwoVersionsAreOld) {
-  TclInterp interp;
-  TclScriptHost host(interp.get());
-  EXPECT_FALSE(host.isOldHost());
+TEST_F(TclScriptHostTest, TwoVersionsAreOld) {
+  EXPECT_FALSE(host_.isOldHost());
   for (const auto& [version, old] : {std::pair{"16.3", true}, {"16.5", true}, {"16.6", false}, {"16.30", false}}) {
-    interp.define("GetProductVersion", version);
-    EXPECT_EQ(host.isOldHost(), old) << version;
+    interp_.define("GetProductVersion", version);
+    EXPECT_EQ(host_.isOldHost(), old) << version;
   }
 }
 

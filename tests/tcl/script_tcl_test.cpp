@@ -27,21 +27,17 @@ class ScriptTest : public testing::Test {
   HostileValues values_;
 };
 
-TEST_F(ScriptTest, OrdinaryValuesKeepTheirText) {
+TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharactersAndNoOthers) {
   EXPECT_EQ(Script("p ").quoted("C:\\\\a b\\\\c.dsn").literal(" ").bare("(1 2)").literal(" ").braced("R1,R2").text(),
             "p \"C:\\\\a b\\\\c.dsn\" (1 2) {R1,R2}");
   EXPECT_EQ(Script("getGuid").quoted("C:\\\\a.dsn").literal(" 1").text(), "getGuid\"C:\\\\a.dsn\" 1");
-}
-
-TEST_F(ScriptTest, NoValueMakesTheNameOfAnotherCommand) {
+  // No value makes the name of another command.
   EXPECT_EQ(Script("get").bare("Guid").number(5).text(), "get Guid5");
   EXPECT_EQ(Script("p; q").number(5).text(), "p; q 5");
   EXPECT_EQ(Script("p").braced("a;q").literal(" [list").bare("x").literal("]").text(), "p {a;q} [list x]");
   EXPECT_EQ(Script("p ").quoted("a").literal(" [list]").bare("b").text(), "p \"a\" [list]b");
   EXPECT_EQ(Script("p").quoted("p; [p]").callInstead("q::r").text(), "q::r\"p\\;\\ \\[p]\"");
-}
 
-TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharacters) {
   const std::string value = "a\"[$;]{b\n\\";
   EXPECT_EQ(Script("p ").quoted(value).text(), "p \"a\\\"\\[\\$;]{b\n\\\\\"");
   EXPECT_EQ(Script("p ").bare(value).text(), "p a\"\\[\\$\\;]{b\\n\\\\");
