@@ -20,23 +20,19 @@ TEST(Directories, FollowTheModulePath) {
 
 TEST(Configuration, OnlyStringsCount) {
   const FakeSession with;
-  const struct {
-    const char* text;
-    std::optional<std::string> language;
-    bool start;
-  } rows[] = {
+  const std::tuple<const char*, std::optional<std::string>, bool> rows[] = {
       {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", "CN", true},
       {R"({"AlgMenuLang":"","StartWithCadence":"11"})", "", false},
-      {R"({"AlgMenuLang":7,"StartWithCadence":1})", {}, false},
-      {R"({"StartWithCadence":true,"startWithCadence":"1"})", {}, false},
-      {R"({"StartWithCadence":"0"} {"StartWithCadence":"1"})", {}, false},
-      {"[]", {}, false},
+      {R"({"AlgMenuLang":7,"StartWithCadence":1})", std::nullopt, false},
+      {R"({"StartWithCadence":true,"startWithCadence":"1"})", std::nullopt, false},
+      {R"({"StartWithCadence":"0"} {"StartWithCadence":"1"})", std::nullopt, false},
+      {"[]", std::nullopt, false},
   };
-  for (const auto& row : rows) {
-    const auto found = parseConfiguration(row.text, with.logs);
-    ASSERT_TRUE(found) << row.text;
-    EXPECT_EQ(found->language, row.language) << row.text;
-    EXPECT_EQ(found->startCompanion, row.start) << row.text;
+  for (const auto& [text, language, start] : rows) {
+    const auto found = parseConfiguration(text, with.logs);
+    ASSERT_TRUE(found) << text;
+    EXPECT_EQ(found->language, language) << text;
+    EXPECT_EQ(found->startCompanion, start) << text;
   }
   for (const char* const text : {"", "{", "AlgMenuLang=CN", "\xFF\xFE{"}) {
     EXPECT_FALSE(parseConfiguration(text, with.logs)) << text;
@@ -46,10 +42,7 @@ TEST(Configuration, OnlyStringsCount) {
 class CompanionLaunchTest : public testing::Test, protected FakeSession {};
 
 TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
-  const struct {
-    std::vector<Process> running;
-    std::uint16_t expected;
-  } rows[] = {
+  const std::pair<std::vector<Process>, std::uint16_t> rows[] = {
       {{}, 0},
       {{{"lantuzs.exe", 7}}, 0},  // the first entry is never looked at
       {{{"idle", 0}, {"LanTuZS.exe", 7}}, 0},
@@ -57,9 +50,9 @@ TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
       {{{"idle", 0}, {"lantuzs.exe", 0x12345}}, 0x2345},
       {{{"idle", 0}, {"lantuzs.exe", 0x10000}}, 0},
   };
-  for (const auto& row : rows) {
-    fake.processes.list = row.running;
-    EXPECT_EQ(processIdFromName(fake.processes, logs, "lantuzs"), row.expected);
+  for (const auto& [running, expected] : rows) {
+    fake.processes.list = running;
+    EXPECT_EQ(processIdFromName(fake.processes, logs, "lantuzs"), expected);
   }
   fake.processes.listThrows = true;
   EXPECT_EQ(processIdFromName(fake.processes, logs, "lantuzs"), 0);
