@@ -19,8 +19,6 @@ Outcome echo(RequestCall& call, plugin::Session&) {
 
 constexpr std::array rows = {
     HandlerRow{"Echo", echo},
-    HandlerRow{"Fail", [](RequestCall&, plugin::Session&) { return Outcome::failed(u8"理由"_gbk); }},
-    HandlerRow{"Silent", [](RequestCall&, plugin::Session&) { return Outcome::silent(); }},
     HandlerRow{"Throw", [](RequestCall&, plugin::Session&) -> Outcome { throw std::runtime_error("handler"); }},
 };
 
@@ -39,9 +37,6 @@ TEST_F(DispatcherTest, AnswersInItsOrderOfMembers) {
             u8R"({"Data":{"text":"理","number":7},"Command":"Echo_EndResult","Result":"0"})"_gbk);
   EXPECT_EQ(run(R"({"Command":"Echo","Data":{"text":["7"]}})"),
             R"({"Data":{"text":"","number":0},"Command":"Echo_EndResult","Result":"0"})");
-  EXPECT_EQ(run(R"({"Command":"Fail"})"),
-            u8R"({"Data":{},"Command":"Fail_EndResult","Result":"1","ErrInfo":"理由"})"_gbk);
-  EXPECT_EQ(run(R"({"Command":"Silent"})"), "");
 }
 
 TEST_F(DispatcherTest, WhatIsNoCommandRunsNothing) {
@@ -80,8 +75,6 @@ TEST_F(DispatcherTest, AnswersOfTheCompanionOnlyMoveTheProject) {
     EXPECT_EQ(run(message), "") << message;
     EXPECT_EQ(project.get(), pathOf(base)) << message;
   }
-  EXPECT_EQ(run(R"({"Command":"FileStatus_EndResult","Data":{"Path":"F:\\q"}})", {rows, nullptr, ""}), "refused");
-  EXPECT_EQ(project.get(), pathOf(u8"E:\\理"_gbk));
 }
 
 TEST(HandlerRows, AnyTwoOfOneNameAreFound) {

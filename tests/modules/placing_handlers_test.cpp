@@ -60,13 +60,7 @@ TEST_F(PlacingHandlers, ModuleIsOfferedToTheUser) {
 
 TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
   const std::string lacking = R"("PartIndex":"2","PartName":"R","ViewBoxWidth":1,"prefix":"Q")";
-  const struct {
-    const char* command;
-    std::string data;
-    const char* pageActive;
-    const char* throwing;
-    int placeState;
-  } cases[] = {
+  const std::tuple<const char*, std::string, const char*, const char*, int> cases[] = {
       {"PlaceDsnLibPartModule", partData, "1", "", 1},
       {"PlaceDsnLibPartModule", partData, "0", "", 0},
       {"PlaceDsnLibPartModule", partData, "no", "", 0},
@@ -79,16 +73,16 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
       {"PlaceDSNModule", partData, "1", "IsSchematicViewActive", 0},
       {"ClearCurrentDesign", "", "1", "", 1},  // places nothing, refuses nothing
   };
-  for (const auto& each : cases) {
+  for (const auto& [command, data, pageActive, throwing, placeState] : cases) {
     placement.placeState = 1;  // of the request before
-    host_.answer("IsSchematicViewActive", each.pageActive);
-    host_.during = [&](const std::string& script) {
-      if (script == each.throwing) {
+    host_.answer("IsSchematicViewActive", pageActive);
+    host_.during = [failing = std::string(throwing)](const std::string& script) {
+      if (script == failing) {
         throw std::bad_alloc();
       }
     };
-    send(each.command, each.data);
-    EXPECT_EQ(placement.placeState, each.placeState) << each.command << each.data << each.throwing;
+    send(command, data);
+    EXPECT_EQ(placement.placeState, placeState) << command << data << throwing;
   }
   // Not before it is accepted, and what the host's event loop brings while it is carried out counts.
   std::string states;
@@ -107,11 +101,7 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
 
 TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
   PlacementContext& place = placement;
-  const struct {
-    const char* command;
-    std::vector<std::string> members;
-    std::vector<std::string*> fields;
-  } cases[] = {
+  const std::tuple<const char*, std::vector<std::string>, std::vector<std::string*>> cases[] = {
       {"PlaceDsnLibPartModule",
        {"PartIndex", "Designator", "dsnDatPath", "packageName", "PartNumber", "PartName", "prefix", "value", "Package"},
        {&place.PartIndex, &place.selfModule, &place.dsnDatPath, &place.packageName, &place.PartNumber, &place.PartName,
@@ -120,20 +110,20 @@ TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {
        {"dsnDatPath", "dsnBmpPath", "uploadResId", "uploadUserId", "selfModule"},
        {&place.dsnDatPath, &part<PreviewPicture>().path, &place.uploadResId, &place.uploadUserId, &place.selfModule}},
   };
-  for (const auto& each : cases) {
+  for (const auto& [command, members, fields] : cases) {
     for (const bool whole : {true, false}) {
       const std::string more = whole ? R"("ViewBoxWidth":1,"ViewBoxHeight":2,"Page":"P")" : R"("x":"y")";
       std::string data = more;
       std::string ofOtherKind = more;  // as good as missing
-      for (const std::string& name : each.members) {
+      for (const std::string& name : members) {
         data += ",\"" + name + "\":\"of " + name + "\"";
         ofOtherKind += ",\"" + name + "\":[]";
       }
       placement = {};
       for (const bool sent : {true, false}) {
-        send(each.command, sent ? data : whole ? more : ofOtherKind);
-        for (std::size_t index = 0; index < each.members.size(); ++index) {
-          EXPECT_EQ(*each.fields[index], sent ? "of " + each.members[index] : "") << each.members[index];
+        send(command, sent ? data : whole ? more : ofOtherKind);
+        for (std::size_t index = 0; index < members.size(); ++index) {
+          EXPECT_EQ(*fields[index], sent ? "of " + members[index] : "") << members[index];
         }
       }
     }
