@@ -11,9 +11,10 @@ proc ask {request data} {
       [hex "{\"Command\":\"[dict get $request name]\",\"Data\":{[join $data ,]}}"]]]
 }
 
-proc withoutWhatIsNeeded {request} {
-  set values {text {"C:\\a.dsn"} number 3 textOrNumber 3 array {[]}}
-  set wrong {text {"" true 3 null [] {{}}} number {"" true {"x"} {"1.5"} []} textOrNumber {"" true null []} array {"" true 3 {"[]"}}}
+set values {text {"C:\\a.dsn"} number 3 textOrNumber 3 array {[]}}
+set wrong {text {"" true 3 null [] {{}}} number {"" true {"x"} {"1.5"} []} textOrNumber {"" true null []} array {"" true 3 {"[]"}}}
+foreach request [dict get $protocol requests] {
+  dict set requests [list [dict get $request endpoint] [dict get $request name]] $request
   set good {}
   foreach member [dict get $request members] {
     if {[dict get $member needed]} {
@@ -37,11 +38,6 @@ proc withoutWhatIsNeeded {request} {
     set reply [ask $request [lmap {name fine} $good {string cat \" $name \": $fine}]]
     check "[dict get $request name] with what it needs is refused" [string match "*[dict get $request refusal]*" $reply] 0
   }
-}
-
-foreach request [dict get $protocol requests] {
-  withoutWhatIsNeeded $request
-  dict set requests [list [dict get $request endpoint] [dict get $request name]] $request
 }
 
 # Placing, whose scripts name libraries at random.
@@ -75,7 +71,6 @@ proc checkMessage {command packet} {
 proc command {name args} {
   set ::scripts {}
   set ::caller [list command $name]
-  dict update ::called $::caller procedures {append procedures ""}
   set result [{*}[list $name {*}$args]]
   foreach script $::scripts {
     if {[regexp {^sendPacketGlobalHandle "(.*)"$} $script all packet]} {
@@ -120,18 +115,12 @@ command removeDatFile
 
 # --- all that was called, and nothing else -------------------------------------------------------------------------
 
-foreach request [dict get $protocol requests] {
-  set caller [list [dict get $request endpoint] [dict get $request name]]
-  set seen [expr {[dict exists $called $caller] ? [dict keys [dict get $called $caller]] : ""}]
-  check "procedures called by $caller" [lsort $seen] [lsort [dict get $request calls]]
-}
 foreach {name row} $commands {
-  if {[dict exists $called [list command $name]]} {
-    check "procedures called by $name" [lsort [dict keys [dict get $called [list command $name]]]] \
-        [lsort [dict get $row calls]]
-  } else {
-    check "procedures called by $name, which this does not call" [dict get $row calls] ""
-  }
+  dict set requests [list command $name] $row
+}
+dict for {caller row} $requests {
+  set seen [expr {[dict exists $called $caller] ? [dict keys [dict get $called $caller]] : ""}]
+  check "procedures called by $caller" [lsort $seen] [lsort [dict get $row calls]]
 }
 foreach procedure [dict get $protocol procedures] {
   set name [dict get $procedure name]
