@@ -31,7 +31,6 @@ TEST_F(FileStatusCommandsTest, PinsAreCountedByTheFirstThreeCharactersOfTheExten
       {"C:\\\\[a] $b\".dsn", {"getDsnPinCount \"C:\\\\\\[a] \\$b\\\".dsn\""}},  // backslashes stay as they came
       {"a.ds", {}},
       {"a.Dsn", {}},
-      {"a.opj", {}},
       {"a.dsn.bak", {}},
       {"dsn", {}},
   };

@@ -171,12 +171,6 @@ const std::map<std::string, Sample> samples = {
     {"writeToClipboard", {{chinese}}},
 };
 
-Sample sampleOf(const CommandRow& row) {
-  const auto found = samples.find(row.name);
-  EXPECT_TRUE(found != samples.end() || row.arguments.each.count == 0) << "say what " << row.name << " is called with";
-  return found != samples.end() ? found->second : Sample();
-}
-
 // A call of the plug-in: a command, or a request through its door.
 struct Entry {
   std::string name;
@@ -231,7 +225,9 @@ std::vector<Entry> everyCall() {
     }
   }
   for (const CommandRow& row : commandTable()) {
-    all.push_back({row.name, row.name, sampleOf(row)});
+    const auto sample = samples.find(row.name);
+    EXPECT_TRUE(sample != samples.end() || row.arguments.each.count == 0) << "what is " << row.name << " called with?";
+    all.push_back({row.name, row.name, sample != samples.end() ? sample->second : Sample()});
   }
   return all;
 }

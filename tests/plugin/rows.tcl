@@ -80,7 +80,6 @@ companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R1"}} {} [list {g
 companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R[1];$x"}} {gotoLocation {error none}} \
     [list {gotoLocation "C:\a.dsn" R\[1]\;\$x}] {{"Data":{},%"1","ErrInfo":"exec error"}}
 companion JumpToPartRef {{}} {} {} {{"Data":{},%"1","ErrInfo":"No PartRef"}}
-companion JumpToPartRef null {} {} {{"Data":{},%"1","ErrInfo":"No PartRef"}}
 companion JumpToPartRef {{"PartRef":"R1"}} {} {} [refused JumpToPartRef]
 
 # Reports: the results come as messages of their own

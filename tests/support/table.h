@@ -6,24 +6,20 @@
 #include <string_view>
 #include <vector>
 
-namespace vernoxa {
+#include "text/text.h"
 
-inline std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  return first == std::string_view::npos ? std::string_view()
-                                         : text.substr(first, text.find_last_not_of(' ') + 1 - first);
-}
+namespace vernoxa {
 
 inline std::vector<std::vector<std::string>> rowsOf(std::string_view text) {
   std::vector<std::vector<std::string>> rows;
-  while (!text.empty()) {
-    std::string line(text.substr(0, text.find('\n')));
-    text.remove_prefix(std::min(line.size() + 1, text.size()));
+  for (std::string line : splitItems(text, '\n')) {
     line += ' ';
     std::vector<std::string> fields;
     for (std::size_t start = 0, bar = 0; bar != std::string::npos; start = bar + 2) {
       bar = line.find(" | ", start);
-      fields.emplace_back(trimmed(std::string_view(line).substr(start, bar - start)));
+      std::string& field = fields.emplace_back(line.substr(start, bar - start));
+      field.erase(0, field.find_first_not_of(' '));
+      field.erase(field.find_last_not_of(' ') + 1);
     }
     if (fields.size() > 1 || !fields.front().empty()) {
       rows.push_back(std::move(fields));
