@@ -33,7 +33,6 @@ TEST_F(RealRegistry, ReadsNoValueThatIsNoTextOrTooLong) {
   const std::tuple<const char*, DWORD, std::string, std::optional<std::string>> cases[] = {
       {"ended", REG_SZ, std::string(u8"C:\\软件\0"_gbk, 8), utf8(u8"C:\\软件")},
       {"not ended", REG_SZ, "C:\\SPB", "C:\\SPB"},
-      {"two zeros", REG_SZ, std::string("C:\\SPB\0\0", 8), "C:\\SPB"},
       {"zero inside", REG_SZ, std::string("C:\\A\0B\0", 7), "C:\\A"},
       {"empty", REG_SZ, std::string("\0", 1), ""},
       {"nothing", REG_SZ, "", ""},

@@ -63,11 +63,9 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
   const std::tuple<const char*, std::string, const char*, const char*, int> cases[] = {
       {"PlaceDsnLibPartModule", partData, "1", "", 1},
       {"PlaceDsnLibPartModule", partData, "0", "", 0},
-      {"PlaceDsnLibPartModule", partData, "no", "", 0},
       {"PlaceDsnLibPartModule", partData, "1", "MenuCommand 57603", 0},
       {"PlaceDsnLibPartModule", partData, "1", "UnSelectAll", 0},
       {"PlaceDsnLibPartModule", lacking, "1", "", 0},
-      {"PlaceDsnLibPartModule", "", "1", "", 0},
       {"PlaceDSNModule", partData, "1", "", 0},
       {"PlaceDSNModule", partData, "0", "", 0},
       {"PlaceDSNModule", partData, "1", "IsSchematicViewActive", 0},

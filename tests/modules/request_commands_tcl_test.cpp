@@ -36,7 +36,6 @@ TEST_F(RequestCommands, RepliesOfTheCompanionBecomeAnswers) {
       {R"({"Result":3,"Data":{"ResId":"7","UserId":"u"}})", "3", "3", "ret:0"},
       {R"({"Result":0,"Data":{"ResId":"7"}})", R"({"Result":0,"Data":{"ResId":"7"}})", "", "DatPath"},
       {R"({"Data":{"ResId":"7","UserId":"u"}})", "", "", "Result"},
-      {R"({"Result":0})", "", "", "Data"},
       {R"({"Result":0,"Data":[]})", "", "", "Data"},
       {R"({"Result":1,"Data":{}})", "", "", "ResId"},
       {R"({"Result":0,"Data":{"ResId":null,"UserId":{}}})", "", "", "ResId"},

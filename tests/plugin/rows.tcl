@@ -56,8 +56,6 @@ companion GetActiveProPages null {GetActiveProPages {error no project}} GetActiv
 foreach {command procedure} {SetPlacePortType KX_PlaceWirePort SetPlaceOffpageType KX_PlaceWireOffPage} {
   companion $command {{"Type":3}} [list $procedure 1] [list "$procedure 3 {}"] {{"Data":{"ErrInfo":""},%"0"}}
   companion $command {{"Type":"-2"}} [list $procedure busy] [list "$procedure -2 {}"] {{"Data":{"ErrInfo":"busy"},%"0"}}
-  companion $command {{"Type":"two"}} {} {} [refused $command]
-  companion $command {{}} {} {} [refused $command]
 }
 set joined {convertToSVG"C:\设计\a.dsn"}
 companion CreateSVG $path {convertToSVG done} [list $joined "convertToSVG $raw"] \
@@ -75,7 +73,6 @@ companion RenameRef {{"Type":1.9}} {RenameRef 1} {{RenameRef 1}} {{"Data":{},%"0
 companion RenameRef {{"Type":1e99}} {RenameRef no} {{RenameRef 2147483647}} {{"Data":{},%"1","ErrInfo":"no"}}
 companion JumpToDsn {{"ProjectPath":"C:\\a.dsn","PageName":"A[;fanxiegan;]B","PagePos":"10 20","Sch":"S[x]"}} {} \
     [list {JumpToDsn "C:\\a.dsn" "S\[x]" "A\\B" [list 10 20]}] {{"Data":{},%"0"}}
-companion JumpToDsn {{"ProjectPath":"C:\\a.dsn","PageName":"A","PagePos":"1 2"}} {} {} [refused JumpToDsn]
 companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R1"}} {} [list {gotoLocation "C:\a.dsn" R1}] {{"Data":{},%"0"}}
 companion JumpToPartRef {{"ProjectPath":"C:\\a.dsn","PartRef":"R[1];$x"}} {gotoLocation {error none}} \
     [list {gotoLocation "C:\a.dsn" R\[1]\;\$x}] {{"Data":{},%"1","ErrInfo":"exec error"}}
@@ -88,10 +85,8 @@ foreach {command procedure} {
   DsnCheckActiveProj RunCheckActiveProj
 } {
   companion $command $path [list $procedure "Path error"] [list "$procedure $raw"] ""
-  companion $command {{}} {} {} [refused $command]
 }
 companion GetOlbObjectPackageInfo {{"ProjectPath":"C:\\a.olb","ObjName":"R 1"}} {} [list {GetOlbObjectPackage "C:\a.olb" R 1}] ""
-companion GetOlbObjectPackageInfo {{"ProjectPath":"C:\\a.olb"}} {} {} [refused GetOlbObjectPackageInfo]
 
 # Bills of materials and their view
 set lists {::capGenerateBOMUtil::getStickList {{1;10k;R1;RES;0603;2} {NULL;null;C1;CAP;;2;more}} ::capGenerateBOMUtil::getNotStickList {{2;a;R2;RES;0603;2}}}
@@ -109,7 +104,6 @@ companion SwitchStickOrNotStick {{}} {switchStickOrNotStick 选中} {{switchStic
 foreach {command procedure} {SetToNotStick setRefToNotUse SetToStick setRefToUse} {
   companion $command {{"ProjectPath":"C:\\设计\\a.dsn","item":[{"PartRef":"R1"},7,{"PartRef":2},{"PartRef":"C1"}]}} {} \
       [concat [list "$procedure $doubled R1" "$procedure $doubled C1"] $redraw] {{"Data":{},%"0","ErrInfo":""}}
-  companion $command {{"ProjectPath":"a","item":{}}} {} {} [refused $command]
 }
 companion ExitBomViewMode $path {} [concat [list "LockBomView $doubled 0"] $redraw] {{"Data":{},%"0","ErrInfo":""}}
 companion EnterBomViewMode {{"ProjectPath":"C:\\\\设计\\\\a.dsn","Stick":["R1",3,"C 1"]}} {} \
@@ -123,7 +117,6 @@ companion EnterBomViewMode {{"ProjectPath":"a","Stick":[]}} {} \
 companion AutoDealwithDsn {{"a":"1","ProjectPath":"C:\\a.dsn","n":5,"id":"x]y","b":"2"}} {} \
     [list {AutoDeal "C:\a.dsn" [list 1 x\]y 2]}] {{"Data":{"id":"x]y"},%"0"}}
 companion SelectModule {{"Page":"P 1","priceK":"2"}} {} {{getSelectPart "P 1"}} {{"Data":{},%"0"}}
-companion SelectModule {{"priceK":"2"}} {} {} [refused SelectModule]
 foreach data {null {"dsnDatPath"} {["dsnDatPath"]}} {
   companion PlaceDSNModule $data {} {} [refused PlaceDSNModule]
 }
@@ -152,7 +145,6 @@ companion CloseOrcad {{}} {} Exit ""
 
 # Answers to the plug-in's own messages, and what nobody knows
 companion X_EndResult_more {{}} {} {} ""
-companion GetnetsList {{}} {} {} [refused GetnetsList]
 thread X_EndResult {{}} {} {} [refused X_EndResult "command1 error"]
 
 # The link thread's requests
@@ -160,8 +152,6 @@ thread creatClient {{}} {creatClient 没有} {{creatClient 1}} {{"Data":{},%"1",
 thread creatClient {{}} {creatClient 0} {{creatClient 1}} {{"Data":{},%"0"}}
 thread creatClient {{}} {creatClient 0} {{creatClient 0}} {{"Data":{},%"0"}}
 thread getDsnPinCount $path {getDsnPinCount 12} [list "getDsnPinCount $doubled"] {{"Data":{"PinCount":"12"},%"0"}}
-thread getDsnPinCount {{"ProjectPath":"\\\\server\\a.dsn"}} {} {{getDsnPinCount "\\\\server\\a.dsn"}} {{"Data":{"PinCount":""},%"0"}}
-thread getDsnPinCount {{"ProjectPath":"\\\\\\\\server\\\\a.dsn"}} {} {{getDsnPinCount "\\\\server\\a.dsn"}} {{"Data":{"PinCount":""},%"0"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.txt;}} InitPath {{"Data":{},%"1","ErrInfo":"No file!"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.dsn;C:\b.DSN;C:\c.Dsn}} InitPath {{"Data":{"ProjectPath":"C:\\a.dsn","CloseFile":""},%"0"}}
 thread FileStatus {{"Status":"Open","FileName":"C:\\a.dsn","More":1}} {InitPath {C:\a.dsn;C:\b.DSN;}} \

@@ -12,7 +12,7 @@ proc ask {request data} {
 }
 
 set values {text {"C:\\a.dsn"} number 3 textOrNumber 3 array {[]}}
-set wrong {text {"" true 3 null [] {{}}} number {"" true {"x"} {"1.5"} []} textOrNumber {"" true null []} array {"" true 3 {"[]"}}}
+set wrong {text {"" true 3 null [] {{}}} number {"" true {"x"} {"1.5"} []} textOrNumber {"" true null []} array {"" true 3 {"[]"} {{}}}}
 foreach request [dict get $protocol requests] {
   dict set requests [list [dict get $request endpoint] [dict get $request name]] $request
   set good {}
