@@ -170,7 +170,6 @@ TEST_F(OpenDesignsTest, PinCountTakesThePathFromEitherPlace) {
       {R"(,"Data":{"ProjectPath":"C:\\a.dsn"},"ProjectPath":"b")", R"(getDsnPinCount "C:\\a.dsn")"},
       {R"(,"Data":{"ProjectPath":7},"ProjectPath":"b")", R"(getDsnPinCount "b")"},
       {R"(,"ProjectPath":"C:\\\\a\\b.dsn")", R"(getDsnPinCount "C:\\a\b.dsn")"},
-      {R"(,"ProjectPath":"[exit]$x\"")", R"(getDsnPinCount "\[exit]\$x\"")"},
   };
   EXPECT_EQ(run("getDsnPinCount", R"(,"ProjectPath":7)").member("ErrInfo").text(), "command1 error");
   EXPECT_THAT(host_.scripts, IsEmpty());

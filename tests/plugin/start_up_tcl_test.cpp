@@ -159,9 +159,9 @@ TEST_F(StartUpTest, ExceptionEndsTheStartWhereItHappened) {
 
 TEST_F(StartUpTest, SecondLoadReplacesTheStateAndRetiresTheClient) {
   load();
-  interp_.define("InitPath", "a.dsn");
+  interp_.define("InitPath", "a.dsn;b.dsn");
   interp_.evaluate("packetParserForPthread " + packetTextOf(R"({"Command":"GetNewOpenPath"})"));
-  EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "1");
+  EXPECT_EQ(interp_.evaluate("getOpenFileCount").text, "2");
   fake.sockets.listen(link::hostPort, {{}, StreamEnd::hang, nullptr});
   EXPECT_EQ(connectOnThread(0), 0);
   load();
