@@ -264,9 +264,10 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
   };
   // The system finds the same files by most of these.
   for (const char* path :
-       {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\parts.olb", "C:\\Mods\\7\\a.dsn.", "C:\\Mods\\7\\a.Opj ",
-        "C:\\Mods\\7\\a:b", "C:\\Mods\\7\\b.olb\\.\\.", "\\\\?\\C:\\Mods\\7\\d.dsn", "\\\\.\\C:\\Mods\\7\\d.opj",
-        "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
+       {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\board.opj", "C:\\Mods\\7\\parts.olb", "C:\\Mods\\7\\a.dsn.",
+        "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b", "C:\\Mods\\7\\b.dsn\\.",
+        "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\", "\\\\?\\C:\\Mods\\7\\d.dsn",
+        "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
     EXPECT_TRUE(stays(path)) << path;
   }
   // The drive of a path as the system itself writes it begins no other name.
