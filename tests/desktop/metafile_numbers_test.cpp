@@ -4,7 +4,6 @@
 
 #include <array>
 #include <map>
-#include <string>
 
 #include "desktop/metafile_check.h"
 #include "desktop/metafile_extent.h"
@@ -21,18 +20,20 @@ constexpr std::uint32_t aShortPlace = 0x000100C8;  // another one, as two short 
 constexpr std::uint32_t behindAllCounts = 32;      // of points
 
 // Places of numbers, each with what is said of it.
-struct Numbers {
-  std::map<std::uint32_t, std::string> bounded;  // refused when large, "+": already when one more
-  std::map<std::uint32_t, std::string> drawn;    // moves the extent
+using Places = std::map<std::uint32_t, std::string>;
 
-  static std::string text(const std::map<std::uint32_t, std::string>& places) {
-    std::string all;
-    for (const auto& [at, said] : places) {
-      all += std::to_string(at) + said + " ";
-    }
-    return all;
-  }
+struct Numbers {
+  Places bounded;  // refused when large, "+": already when one more
+  Places drawn;    // moves the extent
 };
+
+std::string textOf(const Places& places) {
+  std::string all;
+  for (const auto& [at, said] : places) {
+    all += std::to_string(at) + said + " ";
+  }
+  return all;
+}
 
 bool moves(const std::string& record, std::uint32_t at) {
   const auto extent = [](const std::string& bytes) {
@@ -43,24 +44,22 @@ bool moves(const std::string& record, std::uint32_t at) {
 }
 
 void addNumbers(const std::string& metafile, std::size_t place, std::map<std::uint32_t, Numbers>& numbers) {
-  const auto at4 = [&](std::size_t at) { return MetafileRecord(std::string_view(metafile).substr(at)).number(0); };
-  const std::uint32_t bytes = at4(place + 4);
-  const std::string record = metafile.substr(place, bytes);
-  Numbers& kind = numbers[at4(place)];
-  for (std::uint32_t at = 8; at + 4 <= bytes; at += 4) {
+  const std::string record = metafile.substr(place, numberAt(metafile, place + 4));
+  Numbers& kind = numbers[numberAt(record, 0)];
+  for (std::uint32_t at = 8; at + 4 <= record.size(); at += 4) {
     const auto refused = [&](std::uint32_t number) {
       return metafileFault(withNumber(metafile, place + at, number)).has_value();
     };
-    const bool oneMoreIsRefused = refused(at4(place + at) + 1);
     if (refused(large)) {
-      kind.bounded[at] += oneMoreIsRefused && kind.bounded[at].empty() ? "+" : "";
+      std::string& said = kind.bounded[at];
+      said = said == "+" || refused(numberAt(record, at) + 1) ? "+" : "";
     }
     if (moves(record, at)) {
       kind.drawn[at];
     }
   }
   if (kind.drawn.empty()) {
-    EXPECT_FALSE(drawnExtent(MetafileRecord(record)).has_value()) << at4(place);
+    EXPECT_FALSE(drawnExtent(MetafileRecord(record)).has_value()) << numberAt(record, 0);
   }
 }
 
@@ -136,8 +135,8 @@ TEST(MetafileNumbers, AreBoundedAndDrawnAtInEachKindOfRecord) {
   }
   for (const auto& [kind, found] : numbers) {
     const auto& [bounded, drawn] = expected[kind];
-    EXPECT_EQ(Numbers::text(found.bounded), bounded) << kind;
-    EXPECT_EQ(Numbers::text(found.drawn), drawn) << kind;
+    EXPECT_EQ(textOf(found.bounded), bounded) << kind;
+    EXPECT_EQ(textOf(found.drawn), drawn) << kind;
   }
 }
 

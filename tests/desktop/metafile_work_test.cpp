@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "support/sample_metafiles.h"
 
 namespace vernoxa::desktop {

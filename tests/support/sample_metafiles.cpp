@@ -12,14 +12,6 @@ namespace {
 constexpr std::array names = {"lines", "short_lines", "mapping", "paths",         "brushes",  "palettes",
                               "texts", "regions",     "bitmaps", "image_formats", "comments", "gradients"};
 
-std::uint32_t numberAt(std::string_view bytes, std::size_t place) {
-  std::uint32_t number = 0;
-  for (std::size_t index = 4; place + 4 <= bytes.size() && index > 0; --index) {
-    number = number << 8U | static_cast<unsigned char>(bytes[place + index - 1]);
-  }
-  return number;
-}
-
 using Dice = std::mt19937;
 
 std::size_t below(Dice& dice, std::size_t limit) {
@@ -74,10 +66,22 @@ std::string spoil(std::string bytes, Dice& dice) {
 std::vector<SampleMetafile> sampleMetafiles() {
   std::vector<SampleMetafile> samples;
   for (const char* const name : names) {
-    std::ifstream stream(std::string(METAFILE_FOLDER) + name, std::ios::binary);
-    samples.push_back({name, {std::istreambuf_iterator<char>(stream), {}}});
+    samples.push_back({name, sampleMetafile(name)});
   }
   return samples;
+}
+
+std::string sampleMetafile(const std::string& name) {
+  std::ifstream stream(METAFILE_FOLDER + name, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::uint32_t numberAt(std::string_view bytes, std::size_t place) {
+  std::uint32_t number = 0;
+  for (std::size_t index = 4; place + 4 <= bytes.size() && index > 0; --index) {
+    number = number << 8U | static_cast<unsigned char>(bytes[place + index - 1]);
+  }
+  return number;
 }
 
 std::vector<std::size_t> recordPlaces(std::string_view metafile) {

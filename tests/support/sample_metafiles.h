@@ -18,6 +18,12 @@ struct SampleMetafile {
 // picture.
 std::vector<SampleMetafile> sampleMetafiles();
 
+// The bytes of one of them.
+std::string sampleMetafile(const std::string& name);
+
+// The 32-bit number at that place; 0 behind the end.
+std::uint32_t numberAt(std::string_view bytes, std::size_t place);
+
 // Where a metafile's records begin, by the sizes that they give.
 std::vector<std::size_t> recordPlaces(std::string_view metafile);
 
