@@ -1,11 +1,9 @@
 #include "desktop/clipboard_picture.h"
 
-#include <gmock/gmock.h>
-
 #include "desktop/bitmap_file.h"
 #include "desktop/dialog_place.h"
 #include "support/sample_metafiles.h"
-#include "system/fake_world.h"
+#include "support/session_test.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -14,7 +12,7 @@ using testing::ElementsAre;
 using testing::FieldsAre;
 using namespace std::string_literals;
 
-const std::string drawing = sampleMetafiles().front().bytes;
+const std::string drawing = sampleMetafile("lines");
 constexpr ScreenMeasures usual{1920, 1080, 508, 286};
 
 TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
@@ -84,27 +82,7 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
   }
 }
 
-TEST(BitmapFile, PutsTheFileHeaderBeforeThePackedBitmap) {
-  FakeWorld world;
-  FakeFiles& files = world.files;
-  files.addFolder("C:\\P");
-  const auto write = [&](std::string_view path, const PackedBitmap& bitmap) {
-    return writeBitmapFile(files, world.processes, pathOf(path), bitmap);
-  };
-  ASSERT_TRUE(write("C:\\P\\true.bmp", PackedBitmap{32, std::string(300, 'x')}));
-  EXPECT_EQ(files.bytes("C:\\P\\true.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
-  ASSERT_TRUE(write("C:\\P\\palette.bmp", PackedBitmap{8, "y"}));
-  EXPECT_EQ(files.bytes("C:\\P\\palette.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
-  EXPECT_FALSE(write("C:\\nowhere\\x.bmp", PackedBitmap{32, "z"}));
-  const auto before = files.paths();
-  for (const int failing : {2, 3}) {  // either write
-    files.faults.failCall(failing);
-    EXPECT_FALSE(write("C:\\P\\part.bmp", PackedBitmap{32, "z"}));
-    EXPECT_EQ(files.paths(), before);
-  }
-}
-
-class ClipboardPictureTest : public testing::Test, protected FakeSession {
+class ClipboardPictureTest : public SessionTest {
  protected:
   ClipboardPictureTest() {
     fake.files.addFolder("C:\\");
@@ -117,6 +95,21 @@ class ClipboardPictureTest : public testing::Test, protected FakeSession {
     EXPECT_EQ(fake.clipboard.openNow, 0);
   }
 };
+
+TEST_F(ClipboardPictureTest, PutsAFileHeaderBeforeThePackedBitmap) {
+  fake.files.addFolder("C:\\P");
+  const auto write = [&](const PackedBitmap& bitmap) {
+    return writeBitmapFile(fake.files, fake.processes, pathOf("C:\\P\\x.bmp"), bitmap);
+  };
+  ASSERT_TRUE(write({32, std::string(300, 'x')}));
+  EXPECT_EQ(fake.files.bytes("C:\\P\\x.bmp"), "BM\x3A\x01\0\0\0\0\0\0\x36\0\0\0"s + std::string(300, 'x'));
+  ASSERT_TRUE(write({8, "y"}));
+  for (const int failing : {2, 3}) {  // either write
+    fake.files.faults.failCall(failing);
+    EXPECT_FALSE(write({32, "z"}));
+    EXPECT_EQ(fake.files.bytes("C:\\P\\x.bmp"), "BM\x0F\0\0\0\0\0\0\0\x36\x04\0\0y"s);
+  }
+}
 
 TEST_F(ClipboardPictureTest, SavesThePreviewBelowTheProjectsFolder) {
   project.set(pathOf("C:\\\xCF\xEE\xC4\xBF"));

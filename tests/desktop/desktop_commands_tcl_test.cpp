@@ -1,10 +1,7 @@
 #include "desktop/desktop_commands.h"
 
-#include <gmock/gmock.h>
-
 #include "support/command_test_tcl.h"
 #include "support/sample_metafiles.h"
-#include "text/gbk_literal.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -17,7 +14,7 @@ class DesktopCommands : public CommandTest {};
 
 TEST_F(DesktopCommands, GetClipBoardPicAnswersThePathInUtf8) {
   EXPECT_EQ(call(plugin::run<getClipBoardPic>).text, "");
-  fake.clipboard.metafile = sampleMetafiles().front().bytes;
+  fake.clipboard.metafile = sampleMetafile("lines");
   project.set(pathOf(u8"C:\\项目"_gbk));
   fake.files.addFolder(u8"C:\\项目"_gbk);
   const CommandResult result = call(plugin::run<getClipBoardPic>);

@@ -1,10 +1,6 @@
 #include "system/log.h"
 
-#include <gmock/gmock.h>
-
-#include "system/fake_world.h"
-#include "system/sockets.h"
-#include "text/gbk_literal.h"
+#include "support/session_test.h"
 
 namespace vernoxa::inline system {
 namespace {
@@ -15,7 +11,7 @@ using testing::ElementsAre;
 constexpr const char* crashFile = "C:\\App\\bin\\catchLog\\log.txt";
 constexpr const char* trafficFile = "C:\\App\\Script\\Log\\schLog.txt";
 
-class LogTest : public testing::Test, protected FakeSession {};
+class LogTest : public SessionTest {};
 
 TEST_F(LogTest, LinesByteForByte) {
   enableTraffic();
