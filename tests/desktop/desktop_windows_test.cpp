@@ -57,6 +57,14 @@ class RealDesktop : public testing::Test {
     return std::string(path) + u8"vernoxa 桌面 "_gbk + std::to_string(GetCurrentProcessId());
   }
 
+  // Until it is done.
+  void runInBackground() {
+    const HANDLE done = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    world.desktop.runInBackground([done] { SetEvent(done); });
+    EXPECT_EQ(WaitForSingleObject(done, 5000), WAIT_OBJECT_0);
+    CloseHandle(done);
+  }
+
   plugin::World world = plugin::realWorld();
   std::string folder = temporaryFolder();
   plugin::Session session{world, plugin::crashLogsOf(world, pathOf(folder + "\\bin")),
@@ -116,12 +124,6 @@ TEST_F(RealDesktop, AnOlderMetafileIsLookedThroughBeforeTheSystemPlaysIt) {
   EXPECT_FALSE(picture.save().empty());
 }
 
-TEST_F(RealDesktop, AClipboardWithoutADrawingGivesNothing) {
-  world.clipboard.open()->replaceByText("text only");
-  EXPECT_TRUE(picture.save().empty());
-  EXPECT_FALSE(world.files.exists(pathOf(folder + "\\Cache")));
-}
-
 TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
   for (const std::string written : {u8"电阻 R1"_gbk, "", "two\r\nlines"}) {
     world.clipboard.open()->replaceByText(written);
@@ -132,6 +134,8 @@ TEST_F(RealDesktop, TextGoesToTheClipboardInTheCodePage) {
     EXPECT_THAT(static_cast<const LCID*>(GlobalLock(GetClipboardData(CF_LOCALE))),
                 testing::Pointee(GetSystemDefaultLCID()));
   }
+  EXPECT_TRUE(picture.save().empty());  // no drawing
+  EXPECT_FALSE(world.files.exists(pathOf(folder + "\\Cache")));
 }
 
 TEST_F(RealDesktop, AClipboardThatAnotherHoldsIsNotOpened) {
@@ -179,34 +183,20 @@ TEST_F(RealDesktop, TheCursorIsWhereItWasPut) {
 }
 
 TEST_F(RealDesktop, AnExceptionOfABackgroundActionEndsThere) {
-  const HANDLE done = CreateEventA(nullptr, FALSE, FALSE, nullptr);
   world.desktop.runInBackground([] { throw std::bad_alloc(); });
-  world.desktop.runInBackground([done] { SetEvent(done); });
-  EXPECT_EQ(WaitForSingleObject(done, 5000), WAIT_OBJECT_0);
-  CloseHandle(done);
+  runInBackground();
 }
 
 TEST_F(RealDesktop, HoldsNoMoreHandlesAfterManyCalls) {
   putDrawingOnClipboard(20, 10);
-  const auto runInBackground = [this] {
-    const HANDLE done = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    world.desktop.runInBackground([done] { SetEvent(done); });
-    WaitForSingleObject(done, INFINITE);
-    CloseHandle(done);
-  };
+  const RegistryPath software{RegistryRoot::currentUser, "Software\\Wine"};
   const std::pair<const char*, std::function<void()>> cases[] = {
       {"picture", [this] { ASSERT_FALSE(picture.save().empty()); }},
       {"cursor", [this] { world.desktop.cursor(); }},
       {"key", [this] { world.desktop.moveKey(Key::escape, KeyMove::release); }},
-      {"background", runInBackground},
-      {"subkeys",
-       [this] {
-         world.registry.subKeys({RegistryRoot::currentUser, "Software"});
-       }},
-      {"value",
-       [this] {
-         world.registry.text({RegistryRoot::currentUser, "Software\\Wine"}, "Version");
-       }},
+      {"background", [this] { runInBackground(); }},
+      {"subkeys", [&] { world.registry.subKeys(software); }},
+      {"value", [&] { world.registry.text(software, "Version"); }},
       {"text", [this] { world.clipboard.open()->replaceByText("text"); }},
   };
   for (const auto& [name, call] : cases) {
