@@ -4,13 +4,12 @@ import contextlib
 import os
 import pathlib
 import re
-import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
 import zipfile
-from typing import Callable, Iterator
+from typing import Iterator
 
 from unchanged import Unchanged
 from vernoxa.dist import package
@@ -18,6 +17,8 @@ from vernoxa.places import SETUP
 
 MODULE = pathlib.Path(sys.argv.pop())
 RUN = str(SETUP / "wine-run")
+LOG = "Script/Log/schLog.txt"
+START_UP = b"[Time]:2026-1-2 3:4:5:6.start-up script: "
 
 
 class Installation:
@@ -30,14 +31,22 @@ class Installation:
         self.port = 0  # that is taken
         with zipfile.ZipFile(zipped) as files:
             files.extractall(folder)
-        self.write("LanTuZS.exe", b"")
-        self.write("Config/App.txt", b'{"AlgMenuLang":"EN","StartWithCadence":"1"}\n')
+        self.plant({"LanTuZS.exe": b"", "Config/App.txt": b'{"AlgMenuLang":"EN","StartWithCadence":"1"}\n'})
         (folder / "Script" / "Log").mkdir(parents=True)
 
-    def write(self, name: str, content: bytes) -> None:
-        path = self.folder / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(content)
+    def plant(self, changes: dict) -> None:
+        """Files by their names, None for one that goes; and attributes."""
+        for name, content in changes.items():
+            path = self.folder / name
+            if hasattr(self, name):
+                setattr(self, name, content)
+            elif content is None:
+                path.unlink()
+            else:
+                if path.is_dir():
+                    path.rmdir()
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_bytes(content)
 
     def ask(self, *words: str, locale: str = "zh_CN") -> tuple[int, str]:
         script = self.folder / "ask.cmd"
@@ -76,57 +85,34 @@ def doctor_at_all(places: list[Installation]) -> list[str]:
     return done.stdout.decode("gbk", "replace").split("=== next")
 
 
-def write(name: str, content: bytes) -> Callable[[Installation], None]:
-    return lambda place: place.write(name, content)
-
-
-def remove(*names: str) -> Callable[[Installation], None]:
-    return lambda place: [(place.folder / name).unlink() for name in names]
-
-
-def have(**attributes: object) -> Callable[[Installation], None]:
-    return lambda place: place.__dict__.update(attributes)
-
-
-def start_up(words: str) -> Callable[[Installation], None]:
-    return write("Script/Log/schLog.txt", f"[Time]:2026-1-2 3:4:5:6.start-up script: {words}\r\n".encode())
-
-
 # What is planted, and the words that name it.
-FAULTS: dict[str, tuple[Callable[[Installation], object], str]] = {
-    "no DLL": (remove("bin/Vernoxa64.dll"), r"bin\\Vernoxa64.dll is not there"),
-    "wrong folder": (remove("LanTuZS.exe"), r"companion, LanTuZS.exe, is not in this folder"),
-    "one folder too deep": (lambda place: shutil.move(place.folder / "LanTuZS.exe", place.folder.parent),
-                            r"unpacked one folder too deep"),
-    "old DLL": (write("bin/Vernoxa64.dll", MODULE.read_bytes() + b"!"), r"bin\\Vernoxa64.dll is not the one of this package"),
-    "a DLL that is none": (write("bin/Vernoxa64.dll", b"MZ"), r"it names no version; the package's is \d"),
-    "a file is lost": (remove("pkgIndex.tcl"), r"One file is missing or not that of the package: pkgIndex.tcl"),
-    "two files are lost": (remove("pkgIndex.tcl", "README.txt"), r"2 files are missing .*: README.txt, pkgIndex.tcl"),
-    "a program of the doctor is lost": (remove("check/helper.dll"), r"check\\helper.dll is missing, or Windows does not load it"),
-    "a script of the doctor is lost": (remove("check/result.tcl"), r"check\\result.tcl is missing or damaged"),
-    "settings with single backslashes": (write("Config/App.txt", b'{\n"P":"C:\\Users","StartWithCadence":"1"}'),
-                                         r"App.txt is not valid JSON \(line 2\)"),
-    "settings in UTF-16": (write("Config/App.txt", '{"StartWithCadence":"1"}'.encode("utf-16")), r"is saved as UTF-16"),
-    "settings that are a folder": (lambda place: (remove("Config/App.txt")(place), place.write("Config/App.txt/x", b"")),
-                                   r"App.txt cannot be read: it is a folder"),
-    "a setting in small letters": (write("Config/App.txt", b'{"startwithcadence":"1"}'), r'knows "StartWithCadence"'),
-    "a number in the settings": (write("Config/App.txt", b'{"StartWithCadence":1}'), r'"StartWithCadence" in .* is 1;'),
-    "an unknown language": (write("Config/App.txt", b'{"AlgMenuLang":"FR"}'), r'"AlgMenuLang" in .* is "FR"; .* "EN" and "CN"'),
-    "taken port of the companion": (have(port=9601), r"Port 9601 is taken by .*; it should be the companion's"),
-    "taken port of the scripts": (have(port=9610), r"Port 9610 is taken by .*; it should be the editor's"),
-    "missing host procedure": (start_up('invalid command name "creatServerForPthread"'), r'no procedure "creatServerForPthread"'),
-    "port taken at the start": (start_up("couldn't open socket: address already in use"), r"port 9610 was taken"),
-    "crash log": (write("bin/catchLog/log.txt", b"[Time]:2026-1-2 3:4:5:6.Fun111\r\n"), r"ended unexpectedly \(Fun111\)"),
-    "a log that cannot be written": (lambda place: (place.folder / "Script/Log/schLog.txt").mkdir(),
-                                     r"schLog.txt cannot be written \("),
-    "a file in the place of the logs' folder": (
-        lambda place: ((place.folder / "Script/Log").rmdir(), place.write("Script/Log", b"")),
-        r"Script\\Log is a file where a folder should be"),
-    "no TEMP": (have(temporary=None), r"variable TEMP, .* is not set"),
-    "a TEMP that is not there": (have(temporary="/nowhere"), r"TEMP names, is not there or no folder: Z:/nowhere"),
-    "what the editor said": (lambda place: place.write("../temp/Vernoxa check/editor.txt", b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"),
-                             r"In the editor, Tcl is 8.6: it is 8.5"),
-}
+FAULTS: list[tuple[dict, str]] = [
+    ({"bin/Vernoxa64.dll": None}, r"bin\\Vernoxa64.dll is not there"),
+    ({"LanTuZS.exe": None}, r"companion, LanTuZS.exe, is not in this folder"),
+    ({"LanTuZS.exe": None, "../LanTuZS.exe": b""}, r"unpacked one folder too deep"),
+    ({"bin/Vernoxa64.dll": MODULE.read_bytes() + b"!"}, r"bin\\Vernoxa64.dll is not the one of this package"),
+    ({"bin/Vernoxa64.dll": b"MZ"}, r"it names no version; the package's is \d"),
+    ({"pkgIndex.tcl": None}, r"One file is missing or not that of the package: pkgIndex.tcl"),
+    ({"pkgIndex.tcl": None, "README.txt": None}, r"2 files are missing .*: README.txt, pkgIndex.tcl"),
+    ({"check/helper.dll": None}, r"check\\helper.dll is missing, or Windows does not load it"),
+    ({"check/result.tcl": None}, r"check\\result.tcl is missing or damaged"),
+    ({"Config/App.txt": b'{\n"P":"C:\\Users","StartWithCadence":"1"}'}, r"App.txt is not valid JSON \(line 2\)"),
+    ({"Config/App.txt": '{"StartWithCadence":"1"}'.encode("utf-16")}, r"is saved as UTF-16"),
+    ({"Config/App.txt": None, "Config/App.txt/x": b""}, r"App.txt cannot be read: it is a folder"),
+    ({"Config/App.txt": b'{"startwithcadence":"1"}'}, r'knows "StartWithCadence"'),
+    ({"Config/App.txt": b'{"StartWithCadence":1}'}, r'"StartWithCadence" in .* is 1;'),
+    ({"Config/App.txt": b'{"AlgMenuLang":"FR"}'}, r'"AlgMenuLang" in .* is "FR"; .* "EN" and "CN"'),
+    ({"port": 9601}, r"Port 9601 is taken by .*; it should be the companion's"),
+    ({"port": 9610}, r"Port 9610 is taken by .*; it should be the editor's"),
+    ({LOG: START_UP + b'invalid command name "creatServerForPthread"\r\n'}, r'no procedure "creatServerForPthread"'),
+    ({LOG: START_UP + b"couldn't open socket: address already in use\r\n"}, r"port 9610 was taken"),
+    ({"bin/catchLog/log.txt": b"[Time]:2026-1-2 3:4:5:6.Fun111\r\n"}, r"ended unexpectedly \(Fun111\)"),
+    ({LOG + "/x": b""}, r"schLog.txt cannot be written \("),
+    ({"Script/Log": b""}, r"Script\\Log is a file where a folder should be"),
+    ({"temporary": None}, r"variable TEMP, .* is not set"),
+    ({"temporary": "/nowhere"}, r"TEMP names, is not there or no folder: Z:/nowhere"),
+    ({"../temp/Vernoxa check/editor.txt": b"Tcl is 8.6\tfailed\tit is 8.5\t0\n"}, r"In the editor, Tcl is 8.6: it is 8.5"),
+]
 
 # The check on a machine that makes no short names, where the companion and then the host end.
 ENDED = {
@@ -179,17 +165,17 @@ class DoctorTest(unittest.TestCase):
 
     def test_it_finds_nothing_where_all_is_well(self) -> None:
         place = Installation(self.place / "package.zip", self.place / "well" / "50%finished !x")
-        place.write("Config/App.txt",
-                    b'\xef\xbb\xbf{"StartWithCadence":"1", "Recent":["D:/a",{"x":[]}], "W":{},"startwithcadence":0} x')
+        place.plant({"Config/App.txt": b'\xef\xbb\xbf{"StartWithCadence":"1", "Recent":["D:/a",{"x":[]}], "W":{},'
+                                       b'"startwithcadence":0} x'})
         status, said = place.ask("cmd", "/v:on", "/c", "doctor.cmd", "/quiet")
         self.assertEqual((0, []), (status, re.findall("^  ! .*", said, re.MULTILINE)), said)
 
     def test_it_names_each_fault_and_no_other(self) -> None:
-        places = [self.installation(name) for name in FAULTS]
-        for place, (plant, _) in zip(places, FAULTS.values()):
-            plant(place)
-        for (name, (_, words)), said in zip(FAULTS.items(), doctor_at_all(places)):
-            with self.subTest(name):
+        places = [self.installation(f"fault {number}") for number in range(len(FAULTS))]
+        for place, (changes, _) in zip(places, FAULTS):
+            place.plant(changes)
+        for (_, words), said in zip(FAULTS, doctor_at_all(places)):
+            with self.subTest(words):
                 found = re.findall("^  ! .*", said, re.MULTILINE)
                 self.assertEqual(1, len(found), said)
                 self.assertRegex(found[0], words)
@@ -199,8 +185,7 @@ class DoctorTest(unittest.TestCase):
         place, other = self.installation("upgrade"), self.installation("other")
         mine = {"Config/App.txt": b'{"AlgMenuLang":"CN"}', "LanTuZS.exe": b"companion", "Script/Log/old.txt": b"",
                 "Cache/Nets.txt": b"nets"}
-        for name, content in (mine | {"bin/Vernoxa64.dll": MODULE.read_bytes() + b"!", "docs/index.html": b"old"}).items():
-            place.write(name, content)
+        place.plant(mine | {"bin/Vernoxa64.dll": MODULE.read_bytes() + b"!", "docs/index.html": b"old"})
         with zipfile.ZipFile(self.place / "package.zip") as files:
             # A DLL that is loaded cannot be replaced.
             files.extractall(place.folder, [name for name in files.namelist() if name != "bin/Vernoxa64.dll"])
@@ -229,22 +214,21 @@ class DoctorTest(unittest.TestCase):
     def test_the_check_says_where_it_works_and_what_ended_when(self) -> None:
         place = self.installation("ended")
         place.temporary = place.folder
-        for name, content in ENDED.items():
-            place.write(name, content)
+        place.plant(ENDED)
         status, said = place.ask("check\\tcl\\bin\\tclsh86.exe", "ended.tcl")
         self.assertEqual(1, status, said)
         self.assertRegex(said, r"It works in C:\\\S+\\vx\d+, not below TEMP: .*ended\\试 x is too long or not plain")
         table = (place.folder / "Vernoxa check" / "result.txt").read_text("utf-8")
         self.assertRegex(table, r"the companion goes on\tfailed\tthe process of the companion ended while \"first\" was tried")
         self.assertRegex(table, r"the next step\tfailed\tthe process of host and plug-in ended after \"second\": .* 3")
-        (place.folder / "check/loads.tcl").unlink()
+        place.plant({"check/loads.tcl": None})
         status, said = place.ask("check.cmd", "/quiet")
         self.assertIn("This cannot begin: check\\loads.tcl is missing.", said)
         self.assertNotEqual(0, status)
 
     def test_the_editors_script_changes_nothing_and_names_what_is_missing(self) -> None:
         place = self.installation("editor")
-        place.write("editor.tcl", rb"""
+        place.plant({"editor.tcl": rb"""
 proc called args {lappend ::called $args}
 namespace eval ::capGenerateBOMUtil {}
 source [file join [pwd] check tables.tcl]
@@ -263,7 +247,7 @@ puts "new: [lmap name [concat [info globals] [info commands] [namespace children
   set name
 }]"
 exit
-""")
+"""})
         status, said = place.ask("check\\tcl\\bin\\tclsh86.exe", "editor.tcl")
         self.assertEqual(0, status, said)
         self.assertIn("failed: missing: InitPath, ZoomIn", said)
