@@ -11,6 +11,7 @@
 #include "desktop/resource.h"
 #include "support/handle_probe_windows.h"
 #include "system/wide_text_windows.h"
+#include "text/text.h"
 
 namespace vernoxa::desktop {
 namespace {
@@ -175,11 +176,8 @@ TEST(SelectDialogTest, IsOwnedByTheHostsWindowAlsoWhileAnotherProgramIsActive) {
 TEST(SelectDialogTest, LongTextsWidenItAsFarAsTheScreenGoes) {
   RECT area{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-  for (const int length : {25, 3000}) {
-    std::string text;
-    for (int count = 0; count < length; ++count) {
-      text += "\xE7\x94\xB5";
-    }
+  for (const std::size_t length : {25U, 3000U}) {
+    const std::string text = replaceAll(std::string(length, '.'), ".", "\xE7\x94\xB5");
     withUser({"U1", text}, [&](const Seen& seen) {
       const RECT dialog = Seen::box(seen.dialog);
       const RECT list = Seen::box(seen.list);

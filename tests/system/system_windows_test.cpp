@@ -13,15 +13,6 @@
 namespace vernoxa::inline system {
 namespace {
 
-std::vector<std::string> namesIn(Files& files, const FilePath& folder) {
-  std::vector<std::string> names;
-  for (const FolderEntry& entry : files.entries(folder)) {
-    names.push_back(entry.name + ((entry.attributes & directoryAttribute) != 0 ? "\\" : ""));
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 // The same story on any file system, below an empty folder.
 std::vector<std::string> tell(Files& files, const FilePath& root) {
   std::vector<std::string> journal;
@@ -71,8 +62,12 @@ std::vector<std::string> tell(Files& files, const FilePath& root) {
   note("rename over a folder", files.replaceFile(folder / "b.txt", folder));
   note("no reparse point", files.reparseTag(folder) == 0 && files.reparseTag(folder / "c.txt") == 0);
   files.createFolder(folder / "sub");
-  note("entries", namesIn(files, folder));
-  note("entries of nothing", namesIn(files, folder / "absent"));
+  std::map<std::string, bool> folders;
+  for (const FolderEntry& entry : files.entries(folder)) {
+    folders[entry.name] = (entry.attributes & directoryAttribute) != 0;
+  }
+  note("entries, and which are folders", folders);
+  note("entries of nothing", files.entries(folder / "absent").empty());
   note("remove a folder as a file", files.removeFile(folder / "sub"));
   note("remove a file as a folder", files.removeFolder(file));
   note("remove a full folder", files.removeFolder(folder));
