@@ -118,13 +118,10 @@ void packet(std::string_view input, const char* door, std::span<const HandlerRow
 
 // The line's first word is a command's name, or its first byte chooses one.
 const plugin::CommandRow& commandOf(std::string_view name) {
-  for (const plugin::CommandRow& row : plugin::commandTable()) {
-    if (name == row.name) {
-      return row;
-    }
-  }
+  const auto table = plugin::commandTable();
+  const auto named = std::ranges::find(table, name, &plugin::CommandRow::name);
   const unsigned char choice = name.empty() ? '\0' : static_cast<unsigned char>(name.front());
-  return plugin::commandTable()[choice % plugin::commandTable().size()];
+  return named != table.end() ? *named : table[choice % table.size()];
 }
 
 }  // namespace

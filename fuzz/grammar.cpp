@@ -1,5 +1,5 @@
-#include "grammar.h"
-
+// Inputs that are right in form, made from the plug-in's own tables of requests, commands and records: what would take
+// a fuzzer long to spell.
 #include <array>
 #include <random>
 
@@ -8,6 +8,7 @@
 #include "plugin/request_table.h"
 #include "support/hostile_values.h"
 #include "system/fake_sockets.h"
+#include "target.h"
 #include "text/gbk_literal.h"
 #include "text/json.h"
 
@@ -135,20 +136,15 @@ class Writer {
   }
   // With members of the shapes for that use, properties and what is shown of them.
   Json item(drawing::Use use, const char* nameMember) {
+    const drawing::Shape* shape = nullptr;
+    do {
+      shape = &drawing::shapes()[below(drawing::shapes().size())];
+    } while (!shape->isFor(use));
     Json made = Json::object();
-    std::vector<const drawing::Shape*> fitting;
-    for (const drawing::Shape& shape : drawing::shapes()) {
-      if (shape.isFor(use)) {
-        fitting.push_back(&shape);
-      }
-    }
-    const drawing::Shape* const shape = fitting.empty() ? nullptr : fitting[below(fitting.size())];
-    made.add(nameMember, shape != nullptr ? std::string(shape->name) : value());
+    made.add(nameMember, shape->name);
     const JsonView data = made.add("Data", Json::object());
-    if (shape != nullptr) {
-      for (const drawing::ShapeMember& member : shape->members) {
-        made.addTo(data, member.name, Json::string(value()));
-      }
+    for (const drawing::ShapeMember& member : shape->members) {
+      made.addTo(data, member.name, Json::string(value()));
     }
     const JsonView properties = made.add("Property", Json::object());
     made.addTo(properties, value(), Json::string(value()));
@@ -168,17 +164,13 @@ class Writer {
 
 std::string rightInForm(std::string_view target, std::uint32_t seed) {
   Writer writer(seed);
-  if (target == "companion_packet") {
-    return writer.request(plugin::companionHandlers());
-  }
-  if (target == "thread_packet") {
-    return writer.request(plugin::threadHandlers());
-  }
-  return target == "commands"      ? writer.commands()
-         : target == "module_file" ? writer.module()
-         : target == "link_thread" ? writer.answers()
-         : target == "frame"       ? writer.frames()
-                                   : std::string();
+  return target == "companion_packet" ? writer.request(plugin::companionHandlers())
+         : target == "thread_packet"  ? writer.request(plugin::threadHandlers())
+         : target == "commands"       ? writer.commands()
+         : target == "module_file"    ? writer.module()
+         : target == "link_thread"    ? writer.answers()
+         : target == "frame"          ? writer.frames()
+                                      : std::string();
 }
 
 }  // namespace vernoxa::fuzz

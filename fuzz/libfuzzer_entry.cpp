@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "grammar.h"
 #include "target.h"
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* bytes, std::size_t size, std::size_t most);

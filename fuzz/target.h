@@ -4,7 +4,9 @@
 // files.
 #pragma once
 
+#include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace vernoxa::fuzz {
@@ -22,6 +24,10 @@ void require(bool holds, std::string_view finding);
 
 // Takes the input up to a separator, which is left out, from the front of what is left.
 std::string_view takeUntil(std::string_view& left, char separator);
+
+// grammar.cpp: an input that is right in form, the same for the same seed; empty for a target whose inputs have no such
+// form.
+std::string rightInForm(std::string_view target, std::uint32_t seed);
 
 // link_targets.cpp: what sockets and packet doors read before any script runs
 void packetText(std::string_view input);

@@ -8,23 +8,15 @@
 namespace vernoxa::fuzz {
 namespace {
 
-// clang-format off
 constexpr std::array all = {
-    Target{"packet_text", packetText},
-    Target{"frame", frame},
-    Target{"envelope", envelope},
-    Target{"link_thread", linkThread},
-    Target{"configuration", configuration},
-    Target{"texts", texts},
-    Target{"script_text", scriptText},
-    Target{"registry", registry},
-    Target{"metafile", metafile},
-    Target{"companion_packet", companionPacket},
-    Target{"thread_packet", threadPacket},
-    Target{"commands", commands},
+    Target{"packet_text", packetText},      Target{"frame", frame},
+    Target{"envelope", envelope},           Target{"link_thread", linkThread},
+    Target{"configuration", configuration}, Target{"texts", texts},
+    Target{"script_text", scriptText},      Target{"registry", registry},
+    Target{"metafile", metafile},           Target{"companion_packet", companionPacket},
+    Target{"thread_packet", threadPacket},  Target{"commands", commands},
     Target{"module_file", moduleFile},
 };
-// clang-format on
 
 }  // namespace
 
