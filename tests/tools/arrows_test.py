@@ -1,5 +1,5 @@
 """Rooms of the sources name each other in one direction, which a check of the build sees; and so do those of the
-workshop."""
+workshop. The faults that ./dev trust --prove plants have their place in the sources."""
 
 import pathlib
 import re
@@ -8,6 +8,7 @@ import tempfile
 import unittest
 
 from vernoxa.places import REPOSITORY
+from vernoxa.trust.planted import PLANTED
 
 PACKAGE = REPOSITORY / "workshop" / "vernoxa"
 ROOMS = ["__init__", "command", "places", "drawings", "wire", "check", "companion", "report", "stage", "demo", "host",
@@ -15,17 +16,14 @@ ROOMS = ["__init__", "command", "places", "drawings", "wire", "check", "companio
 
 
 class ArrowsTest(unittest.TestCase):
-    def check(self, file: str, include: str) -> str:
+    def check(self, file: str, text: str) -> str:
         """What the check says of a house in which `upper` may name `lower` and `base`, `lower` may name `base`."""
         with tempfile.TemporaryDirectory() as folder:
             for room in ("upper", "lower", "base"):
                 (pathlib.Path(folder) / room).mkdir()
-                for suffix in (".h", ".cpp"):
-                    text = f'#include "{room}/own.h"\n#include <string>\n#include <sys/types.h>\nint x;\n'
-                    (pathlib.Path(folder) / room / ("file" + suffix)).write_text(text)
             added = pathlib.Path(folder) / file
             added.parent.mkdir(exist_ok=True)
-            added.write_text(include + "\nint x;\n")
+            added.write_text(text + "\nint x;\n")
             run = subprocess.run(["cmake", "-D", f"SOURCES={folder}", "-D", "ARROWS=upper:lower,base;lower:base;base:",
                                   "-P", REPOSITORY / "cmake" / "arrows.cmake"], capture_output=True, text=True, check=False)
             self.assertEqual(run.returncode != 0, "names another" in run.stderr)
@@ -33,9 +31,9 @@ class ArrowsTest(unittest.TestCase):
 
     def test_only_an_arrow_that_runs_up_fails_in_any_spelling(self) -> None:
         up = '#include "upper/c.h"'
-        for file, include, said in (
-            ("upper/more.h", '#include "lower/a.h"\n#include "base/b.h"', None),
-            ("lower/more.cpp", '#include "base/b.h"', None),
+        for file, text, said in (
+            ("upper/more.h", '#include "lower/a.h"\n#include "base/b.h"\n#include <string>\n#include <sys/types.h>', None),
+            ("lower/more.cpp", '#include "lower/own.h"\n#include "base/b.h"', None),
             ("base/more.h", "namespace vernoxa::inline base {", None),
             ("base/more.h", "namespace vernoxa {", "namespace vernoxa {"),
             ("base/more.cpp", up, f"base/more.cpp: {up}"),
@@ -44,14 +42,14 @@ class ArrowsTest(unittest.TestCase):
             ("base/inner/file.cpp", up, "base/inner/file.cpp"),
             ("attic/file.h", "", "attic has no entry"),
             *(("base/more.h", spelling, "base/more.h") for spelling in (
-                '#include <upper/c.h>', '# include "upper/c.h"', ' \t#\tinclude  "upper/c.h"', '#include"upper/c.h"',
+                '#include <upper/c.h>', ' \t#\tinclude  "upper/c.h"', '#include"upper/c.h"',
                 '#include "../upper/c.h"', '#include "base/../upper/c.h"', '#include "./c.h"')),
         ):
-            with self.subTest(include, file=file):
-                self.assertRegex(self.check(file, include), re.escape(said) if said else "^$")
+            with self.subTest(text, file=file):
+                self.assertRegex(self.check(file, text), re.escape(said) if said else "^$")
 
 
-class ImportsTest(unittest.TestCase):
+class WorkshopTest(unittest.TestCase):
     def test_rooms_of_the_workshop_name_only_those_before_them(self) -> None:
         wrong, seen = [], 0
         for path in PACKAGE.rglob("*.py"):
@@ -63,6 +61,12 @@ class ImportsTest(unittest.TestCase):
                     wrong.append(f"{path.relative_to(PACKAGE)} names {named}")
         self.assertEqual([], wrong)
         self.assertGreater(seen, 100)
+
+    def test_planted_faults_have_their_place_and_are_in_no_source(self) -> None:
+        for fault in PLANTED:
+            source = (REPOSITORY / fault.file).read_text("utf-8")
+            self.assertEqual(1, source.count(fault.before), fault.name)
+            self.assertTrue(fault.after in fault.before or fault.after not in source, fault.name)
 
 
 if __name__ == "__main__":
