@@ -9,6 +9,10 @@ BOM = (
     '"PinNumber":"2"}],"NotStick":[],"NotPartNumber":[]},"Command":"GenerateBOM_EndResult","Result":"0"}'
 )
 MARKED = '{"Data":{},"Command":"SetToNotStick_EndResult","Result":"0","ErrInfo":""}'
+FINDING = (
+    '{"Command":"DsnCheck_Result","Data":{"id":"1002","RequiredValue":"","ActualValue":"%s","Comment":"含非法字符",'
+    '"PagePos":"10 20","PageName":"a[;fanxiegan;]b","ViewBox":"","Sch":"S"},"Result":"0","ErrInfo":""}'
+)
 REFUSED = '{\n\t"ErrInfo":\t"command error",\n\t"Result":\t"1",\n\t"Data":\t{\n\t},\n\t"Command":\t"%s_EndResult"\n}'
 
 
@@ -20,8 +24,12 @@ def opened(path: str, pins: str = "12") -> bytes:
     ) % (path.encode("gbk").replace(b"\\", b"\\\\"), pins.encode())
 
 
+def in_code_page(text: str | bytes) -> bytes:
+    return text if isinstance(text, bytes) else text.encode("gbk")
+
+
 def frame(text: str | bytes) -> bytes:
-    raw = text if isinstance(text, bytes) else text.encode("gbk")
+    raw = in_code_page(text)
     return (2 * len(raw)).to_bytes(4, "little") + raw.hex().encode()
 
 

@@ -6,12 +6,13 @@ import sys
 import tempfile
 import unittest
 
+from fake_plug_in import FINDING, opened
+
 import packet
 import traffic
 from vernoxa.wire import json_text
 
-OPEN = ('{"Command":"FileStatus","Result":"0","Data":{"Status":"Open","FileName":"C:\\\\设计\\\\a.dsn","Pid":"8",'
-        '"AllegroPath":"","PinCount":"12"}}')
+OPEN = opened("C:\\设计\\a.dsn").decode("gbk")
 CHINESE_BILL = ('{"Data":{"Stick":[{"PartNumber":"","Value":"电阻 10k","PartRef":"R1","PartName":"RES","PCBFootprint":"0603",'
                 '"PinNumber":"2"}]},"Command":"AddToBom","Result":"0"}')
 ASKED = '{"Command":"CheckOpenState","Data":{"ProjectPath":"a.dsn"},"Result":"0"}'
@@ -90,9 +91,7 @@ class TrafficTest(unittest.TestCase):
         self.assertEqual("09:07:02.045", items[0].time)
 
     def test_texts_that_are_not_in_the_code_page_are_noted(self):
-        finding = ('{"Command":"DsnCheck_Result","Data":{"id":"1002","RequiredValue":"","ActualValue":"%s","Comment":"%s",'
-                   '"PagePos":"1 2","PageName":"a","ViewBox":"","Sch":"b"},"Result":"0","ErrInfo":""}')
-        line = log("return data:" + finding % ("%", "V属性包含非法字符")).replace(b"%", "100μF".encode())
+        line = log("return data:" + FINDING.replace("含", "V属性包含") % "%").replace(b"%", "100μF".encode())
         with tempfile.NamedTemporaryFile() as file:
             file.write(line)
             file.flush()
