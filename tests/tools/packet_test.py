@@ -116,9 +116,8 @@ class PacketTest(unittest.TestCase):
         status, _, fault = run_packet("decode", encoded[8:] + "zz")
         self.assertEqual(1, status)
         self.assertIn("no hexadecimal digit", fault)
-        self.assertEqual((2, ""), run_packet("encode", '{"a":"😀"}')[:2])
-        self.assertEqual((2, ""), run_packet("encode", "{")[:2])
-        self.assertEqual((2, ""), run_packet("log", __file__)[:2])
+        for words in (("encode", '{"a":"😀"}'), ("encode", "{"), ("log", __file__)):
+            self.assertEqual((2, ""), run_packet(*words)[:2])
 
 
 if __name__ == "__main__":
