@@ -23,6 +23,7 @@ from vernoxa.companion.server import Companion, NotConnected
 from vernoxa.companion.typed import BadCommand, parse
 from vernoxa.companion.view import ConversationView, View
 from vernoxa.stage.host_words import HostWords
+from vernoxa.wire.catalogue import BOM_LINE
 from vernoxa.wire.events import FAULT, PROBED
 
 DESIGN = "Z:\\项目\\设计.dsn"
@@ -178,18 +179,19 @@ class PromptTest(unittest.TestCase):
             with self.subTest(text):
                 self.assertEqual([found for found, _ in prompt.complete(text)], expected)
 
-    def test_a_bill_is_shown_in_part_or_whole_and_saved(self):
-        line = {"PartNumber": "", "Value": "1k", "PartName": "R", "PCBFootprint": "0603", "PinNumber": "2"}
-        self.answers.current.bom = {"Stick": [line | {"PartRef": f"R{number}"} for number in range(40)]}
+    def test_a_bill_is_shown_in_part_or_whole_and_saved_with_every_part_once_even_of_one_reference(self):
+        lines = [dict.fromkeys(BOM_LINE, "") | {"PartRef": name} for name in ("R?", "R?", *(f"R{n}" for n in range(39)))]
+        self.answers.current.bom = {"Stick": lines[:40], "NotPartNumber": lines[1:]}
         file = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) / "bill.csv"
         prompt = Prompt(Companion(self.answers), View(colour=False))
-        for text, done, shown in (("bom", True, "28 more: bom --all shows them"), ("bom --all", True, "| R39 "),
-                                  (f"bom --csv {file}", True, "40 lines"), (f"bom --csv {file}", False, "File exists"),
+        for text, done, shown in (("bom", True, "29 more: bom --all shows them"), ("bom --all", True, "| R37 "),
+                                  (f"bom --csv {file}", True, "41 lines"), (f"bom --csv {file}", False, "File exists"),
                                   ("bom --some", False, "bom --csv FILE saves all"), ("checks x", False, "checks --all")):
             with self.subTest(text), contextlib.redirect_stdout(io.StringIO()) as said:
                 self.assertEqual(done, asyncio.run(prompt.run(text)))
                 self.assertIn(shown, said.getvalue())
-        self.assertEqual(41, len(file.read_text(encoding="utf-8").splitlines()))
+        _, *saved = file.read_text(encoding="utf-8").splitlines()
+        self.assertEqual(["fitted"] * 40 + ["no part number"], [line.partition(",")[0] for line in saved])
 
 
 class InterruptTest(unittest.IsolatedAsyncioTestCase):

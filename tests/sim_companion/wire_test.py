@@ -75,30 +75,28 @@ QUERY = '{"Command":"GetMarketResPath","Data":{"ResId":"7"},"Result":"0"}'
 
 
 class MessagesTest(unittest.TestCase):
-    def test_what_may_be_sent_beside_what_is_recorded(self):
-        report = "GetDsnAllPackageInfo"
-        for text in ("", REFUSED % "Unheard", REPORT % (report, ""), REPORT % (report, '"Value":"1","Value":"2"')):
-            with self.subTest(text):
-                message = messages.read(in_code_page(text))
-                self.assertEqual((message.faults, message.notes), ([], []))
-
-    def test_glued_messages_that_are_no_json_and_texts_that_the_plug_in_leaves_in_utf_8_are_read_and_noted(self):
+    def test_what_is_no_json_or_in_utf_8_because_the_plug_in_glues_texts_is_read_and_noted(self):
+        dsn, olb = "GetDsnAllPackageInfo", "GetOlbObjectPackageInfo"
         mixed = in_code_page(FINDING.replace("含", "%属性包含")).replace(b"%s", "100μF".encode()).replace(b"%", "容值".encode())
-        for text, where, value in (
-            (FINDING % 'a"b\\', "ActualValue", 'a"b\\'),
-            (REPORT % ("GetDsnAllPackageInfo", '"A":"C:\\\\a","B":"誠",'), "item", [["A", "C:\\a"], ["B", "誠"]]),
-            (REPORT % ("GetOlbObjectPackageInfo", '"A":"C:\\lib"'), "item", [["A", "C:\\lib"]]),
-            (BOM.encode(), "Stick", "电阻"),
-            (BOM.replace("10k", "100μF").encode(), "Stick", "100μF"),  # in the code page it would be 100碌F
-            (in_code_page(FINDING).replace(b"%s", "国产".encode()), "ActualValue", "国产"),
-            (mixed, "ActualValue", "100μF"),
-            (mixed, "Comment", "容值属性包含非法字符"),
-            (opened("%").replace(b"%", "中".encode()), "FileName", "中"),  # too short for the plug-in's test
+        for text, notes, value in (
+            ("", 0, {}),
+            (REFUSED % "Unheard", 0, {}),
+            (REPORT % (dsn, ""), 0, {"item": []}),
+            (REPORT % (dsn, '"Value":"1","Value":"2"'), 0, [["Value", "1"], ["Value", "2"]]),
+            (FINDING % 'a"b\\', 1, 'a"b\\'),
+            (REPORT % (dsn, '"A":"C:\\\\a","B":"誠",'), 1, [["A", "C:\\a"], ["B", "誠"]]),
+            (REPORT % (olb, '"A":"C:\\lib"'), 1, [["A", "C:\\lib"]]),
+            (BOM.encode(), 1, "电阻"),
+            (BOM.replace("10k", "100μF").encode(), 1, "100μF"),  # in the code page it would be 100碌F
+            (in_code_page(FINDING).replace(b"%s", "国产".encode()), 1, "国产"),
+            (mixed, 1, "100μF"),
+            (mixed, 1, "容值属性包含非法字符"),
+            (opened("%").replace(b"%", "中".encode()), 1, "中"),  # too short for the plug-in's test
         ):
             with self.subTest(value):
                 message = messages.read(in_code_page(text))
-                self.assertEqual((message.faults, len(message.notes)), ([], 1))
-                self.assertIn(str(value), str(message.data[where]))
+                self.assertEqual(([], notes), (message.faults, len(message.notes)))
+                self.assertIn(repr(value), repr(message.data))
 
     def test_every_deviation_is_told(self):
         for text, fault in (
