@@ -15,6 +15,7 @@ foreach command {ReadOpenPath sendSaveFile sendCloseFile sendAddToBom sendRemove
 proc selectAddOrRemoveFromBom {} {return 1}
 proc getGenerateGuid {} {return GUID[incr ::guids]}
 proc outputWarming {} {lappend ::told warned}
+proc sendPacketGlobalHandle {text} {lappend ::told $text; return 0}
 
 # Opens the design under a name.
 proc opened {name} {
@@ -39,18 +40,12 @@ test options "designs take their names, and mistakes are told" -body {
         [catch {host::options {-design}}] [catch {host::options {-nonsense 1}}]
 } -result [list [list [list /d/a.kicad_sch {Z:\d\a.dsn}] [list /d/b.kicad_sch {C:\b.DSN}]] 1 1 1 1]
 
-test switching "the selection changes sides; the companion's question shows no box" -setup {
-    opened $name
-    proc sendPacketGlobalHandle {text} {lappend ::told $text; return 0}
-} -body {
+test switching "the selection changes sides; the companion's question shows no box" -setup {opened $name} -body {
     lappend told [switchStickOrNotStick 0] [switchStickOrNotStick]
     setRefToNotUse $name C2
     pages::select {C1 C2}
     lappend told [switchStickOrNotStick]
     lmap line $told {string range $line 0 25}
-} -cleanup {
-    rename sendPacketGlobalHandle ""
-    source [file join $host::folder link.tcl]
 } -result [list warned "no part is selected" "" "sendAddToBom {CAP-0603-100" \
     "sendRemoveFromBom {x\;国产100" ""]
 
