@@ -20,18 +20,11 @@ namespace {
 // Every way to write a value, beside words that must arrive unchanged.
 std::string scriptOf(int form, std::string_view value) {
   Script script("target ");
-  switch (form) {
-    case 0:
-      return script.quoted(value).literal(" end").text();
-    case 1:
-      return script.literal("x").bare(value).literal(" end").text();
-    case 2:
-      return script.braced(value).literal(" end").text();
-    case 3:
-      return Script("target").quoted(value).literal(" end").text();
-    default:
-      return script.literal("[list x").bare(value).literal("] end").text();
-  }
+  return form == 0   ? script.quoted(value).literal(" end").text()
+         : form == 1 ? script.literal("x").bare(value).literal(" end").text()
+         : form == 2 ? script.braced(value).literal(" end").text()
+         : form == 3 ? Script("target").quoted(value).literal(" end").text()
+                     : script.literal("[list x").bare(value).literal("] end").text();
 }
 
 }  // namespace

@@ -11,10 +11,8 @@ that loads none gets it at its end. Ends with 0 when all holds that must, with 1
 from __future__ import annotations
 
 import asyncio
-import contextlib
 import pathlib
 import re
-import socket
 import sys
 import tempfile
 from typing import Callable
@@ -24,7 +22,7 @@ from vernoxa.wire import frames
 from vernoxa.wire.catalogue import PROTOCOL
 
 from grading import LOGS, MUST, RECORDED_CALLS, SHOULD, Grades, say_at_once
-from host_process import ADDRESS, Host, Log, Result, Stuck
+from host_process import ADDRESS, Host, Log, Result, Stuck, unused_port
 
 ROWS = {row["name"]: row for row in PROTOCOL["procedures"]}
 # They are tried with the connections.
@@ -92,9 +90,7 @@ class Check(Grades):
 
     async def run(self, words: list[str]) -> int:
         """The exit status."""
-        with contextlib.ExitStack() as stack:
-            free = [stack.enter_context(socket.create_server((ADDRESS, 0))).getsockname()[1] for _ in range(2)]
-        self._companion_port, self._host_port = free
+        self._companion_port, self._host_port = unused_port(), unused_port()
         try:
             if await self._load(words):
                 await self._thread()

@@ -8,6 +8,7 @@ import dataclasses
 import os
 import pathlib
 import signal
+import socket
 import sys
 import time
 from typing import Callable
@@ -21,6 +22,17 @@ PLAYER = HERE / "plug_in.tcl"
 ADDRESS = PROTOCOL["link"]["address"]
 LOAD_SECONDS = 30
 LONGEST_LINE = 1 << 26
+_given: set[int] = set()
+
+
+def unused_port() -> int:
+    """One that nobody listens on. None is given twice: whoever got it before may be about to listen."""
+    while True:
+        with socket.create_server((ADDRESS, 0)) as server:
+            port = server.getsockname()[1]
+        if port not in _given:
+            _given.add(port)
+            return port
 
 
 @dataclasses.dataclass

@@ -18,15 +18,11 @@ class HostileValues {
     static constexpr std::string_view sharp = "\\\\\\[]{}\"$;# \t\n\r\v\f(),:*xu07nab\x80\x84\xC0\xE4\xB8\xAD\xF0";
     std::string value;
     for (std::size_t left = random_() % 12; left > 0; --left) {
-      switch (random_() % 8) {
-        case 0:
-          value.append(pieces[random_() % pieces.size()]);
-          break;
-        case 1:
-          value.push_back(static_cast<char>(1 + random_() % 255));
-          break;
-        default:
-          value.push_back(sharp[random_() % sharp.size()]);
+      const auto kind = random_() % 8;
+      if (kind == 0) {
+        value += pieces[random_() % pieces.size()];
+      } else {
+        value += kind == 1 ? static_cast<char>(1 + random_() % 255) : sharp[random_() % sharp.size()];
       }
     }
     return value;

@@ -5,7 +5,6 @@ from __future__ import annotations
 import asyncio
 import concurrent.futures
 import pathlib
-import socket
 import sys
 import tempfile
 import unittest
@@ -13,6 +12,7 @@ from typing import Awaitable, Callable
 
 import check_companion
 import check_host
+import host_process
 from vernoxa.places import DESIGNS, REPOSITORY
 
 SAMPLES = REPOSITORY / "package" / "samples"
@@ -74,8 +74,7 @@ HOST_FAULTS = (
 
 async def said_of_companion(companion: str, folder: pathlib.Path, patience: float, said: list[str]) -> int:
     """The plug-in's own port belongs to the tests that run beside this one."""
-    with socket.create_server(("127.0.0.1", 0)) as server:
-        address = server.getsockname()
+    address = (host_process.ADDRESS, host_process.unused_port())
     assert "9601" in companion
     (folder / "companion.py").write_text(companion.replace("9601", str(address[1])), encoding="utf-8")
     words = ["/bin/sh", "-c", f"exec {sys.executable} {folder}/companion.py {folder} >/dev/null 2>&1"]
