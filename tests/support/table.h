@@ -8,14 +8,7 @@
 
 #include "text/text.h"
 
-<<<<<<< HEAD
 namespace vernoxa {
-=======
-inline std::string_view trimmed(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  return text.substr(0, text.find_last_not_of(' ') + 1);
-}
->>>>>>> 7a92340 (Write the fuzzers' scripts and values by their kind, and name the folder of the targets instead of a list)
 
 inline std::vector<std::vector<std::string>> rowsOf(std::string_view text) {
   std::vector<std::vector<std::string>> rows;
