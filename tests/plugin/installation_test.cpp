@@ -43,6 +43,7 @@ class CompanionLaunchTest : public testing::Test, protected FakeSession {};
 
 TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
   const std::pair<std::vector<Process>, std::uint16_t> rows[] = {
+      {{}, 0},
       {{{"lantuzs.exe", 7}}, 0},  // the first entry is never looked at
       {{{"idle", 0}, {"LanTuZS.exe", 7}}, 0},
       {{{"idle", 0}, {"xlantuzs2.exe", 7}, {"lantuzs.exe", 8}}, 7},

@@ -152,6 +152,7 @@ thread creatClient {{}} {creatClient 没有} {{creatClient 1}} {{"Data":{},%"1",
 thread creatClient {{}} {creatClient 0} {{creatClient 1}} {{"Data":{},%"0"}}
 thread creatClient {{}} {creatClient 0} {{creatClient 0}} {{"Data":{},%"0"}}
 thread getDsnPinCount $path {getDsnPinCount 12} [list "getDsnPinCount $doubled"] {{"Data":{"PinCount":"12"},%"0"}}
+thread getDsnPinCount {{"ProjectPath":"\\\\\\\\server\\\\a.dsn"}} {} {{getDsnPinCount "\\\\server\\a.dsn"}} {{"Data":{"PinCount":""},%"0"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.txt;}} InitPath {{"Data":{},%"1","ErrInfo":"No file!"}}
 thread GetNewOpenPath {{}} {InitPath {C:\a.dsn;C:\b.DSN;C:\c.Dsn}} InitPath {{"Data":{"ProjectPath":"C:\\a.dsn","CloseFile":""},%"0"}}
 thread FileStatus {{"Status":"Open","FileName":"C:\\a.dsn","More":1}} {InitPath {C:\a.dsn;C:\b.DSN;}} \
