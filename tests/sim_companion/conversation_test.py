@@ -112,6 +112,8 @@ class ConversationTest(unittest.IsolatedAsyncioTestCase):
     async def test_faults_are_counted_and_the_conversation_goes_on(self):
         for name, data, alive in (
             ("upper case", b"\x04\0\0\0" + b"7B7D", True),
+            ("no GBK", frame(b"\xff\xff"), True),
+            ("wrong types", frame('{"Command":"GenerateBOM_EndResult","Data":[]}'), True),
             ("unasked", frame(MARKED), True),
             ("no frames", b"GET / HTTP/1.1\r\n\r\n", False),
         ):
