@@ -119,6 +119,7 @@ class FormatsTest(unittest.TestCase):
             for name, text in Rewriter(ROOT, version).files.items():
                 (folder / name).write_text(text, "utf-8")
         said, *others = read_all([ROOT, *(folder / ROOT.name for folder in folders)]).values()
+        self.assertNotIn("note", said)
         self.assertGreater(said["pin"].total(), 100)
         for version, other in zip(VERSIONS, others):
             with self.subTest(f"KiCad {version}"):
