@@ -35,6 +35,15 @@ class Protocol(unittest.TestCase):
         self.assertEqual([error.message for error in Draft202012Validator(SCHEMA).iter_errors(PROTOCOL)], [])
         self.assertEqual(lost_names(PROTOCOL), set())
 
+    def test_faults_are_found(self):
+        text = json.dumps(PROTOCOL)
+        for before, after in (('"meaning": ', '"meant": '), ('"purpose": "', '"purpose": "电阻'), ('"items": ', '"of": '),
+                              ('"kind": "text"', '"kind": "path"'), ('"calls": ["', '"calls": ["ZoomIn", "ZoomIn", "'),
+                              ("{", '{"more": 1, ')):
+            spoilt = json.loads(text.replace(before, after, 1))
+            self.assertFalse(Draft202012Validator(SCHEMA).is_valid(spoilt), after)
+        self.assertEqual({"gone"}, lost_names(json.loads(text.replace('"calls": ["', '"calls": ["gone", "', 1))))
+
     def test_recorded_messages_are_what_their_schemas_say_and_the_requests_that_were_refused_are_not(self):
         Draft202012Validator.check_schema(MESSAGES)
         faulty, seen = [], 0
