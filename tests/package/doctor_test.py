@@ -171,7 +171,7 @@ class DoctorTest(unittest.TestCase):
         self.assertEqual((0, []), (status, re.findall("^  ! .*", said, re.MULTILINE)), said)
 
     def test_it_names_each_fault_and_no_other(self) -> None:
-        places = [self.installation(f"fault {number}") for number in range(len(FAULTS))]
+        places = [self.installation(f"a user's fault {number}") for number in range(len(FAULTS))]
         for place, (changes, _) in zip(places, FAULTS):
             place.plant(changes)
         for (_, words), said in zip(FAULTS, doctor_at_all(places)):
