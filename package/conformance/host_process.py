@@ -29,10 +29,10 @@ def unused_port() -> int:
     """One that nobody listens on. None is given twice: whoever got it before may be about to listen."""
     while True:
         with socket.create_server((ADDRESS, 0)) as server:
-            port = server.getsockname()[1]
-        if port not in _given:
-            _given.add(port)
-            return port
+            port: int = server.getsockname()[1]
+            if port not in _given:  # asked while it is held, so that no other thread has the same in hand
+                _given.add(port)
+                return port
 
 
 @dataclasses.dataclass
