@@ -1,4 +1,4 @@
-# Loads and unloads the plug-in many times in one process: loads.tcl DLL COUNTS-DLL TIMES ?MILLISECONDS?. Prints a line
+# Loads and unloads the plug-in many times in one process: loads.tcl DLL COUNTS-DLL TIMES MILLISECONDS. Prints a line
 # "load N handles H threads T kilobytes K" after each load, and once more so much later, when all threads have seen that
 # their clients are retired; for whoever judges them.
 
@@ -27,9 +27,7 @@ for {set number 1} {$number <= $times} {incr number} {
     after 100
     tell $number
 }
-if {$settling ne ""} {
-    after $settling
-    tell settled
-}
+after $settling
+tell settled
 puts "end"
 exit 0
