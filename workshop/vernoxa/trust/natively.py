@@ -12,12 +12,13 @@ from vernoxa.places import BUILD
 
 from . import fuzz_coverage
 from .findings import Findings, run
+from .fuzz import rate
 
 
 def native(findings: Findings, folder: pathlib.Path) -> None:
     report = folder / "trust.json"
     program = str(BUILD / "native/vernoxa_trust_tests")
-    if run(findings, "faults and load", [program, "--gtest_brief=1", f"--gtest_output=json:{report}"],
+    if run(findings, "native", [program, "--gtest_brief=1", f"--gtest_output=json:{report}"],
            VERNOXA_TRUST="all") is None:
         return
     tests = {test["name"]: test for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]}
@@ -43,8 +44,8 @@ def native(findings: Findings, folder: pathlib.Path) -> None:
 def reentrance(findings: Findings, folder: pathlib.Path) -> None:
     report = folder / "reentrance.json"
     program = str(BUILD / "native/vernoxa_tcl_tests")
-    if run(findings, "re-entrance", [program, "--gtest_brief=1", "--gtest_filter=ReenteredCommands.*",
-                                     f"--gtest_output=json:{report}"], VERNOXA_TRUST="all") is None:
+    if run(findings, "reentrance", [program, "--gtest_brief=1", "--gtest_filter=ReenteredCommands.*",
+                                    f"--gtest_output=json:{report}"], VERNOXA_TRUST="all") is None:
         return
     pairs = next(test["pairs"] for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]
                  if "pairs" in test)
@@ -53,7 +54,7 @@ def reentrance(findings: Findings, folder: pathlib.Path) -> None:
 
 
 def races(findings: Findings) -> None:
-    output = run(findings, "threads", [str(BUILD / "tsan/vernoxa_pure_tests"), "--gtest_brief=1"])
+    output = run(findings, "races", [str(BUILD / "tsan/vernoxa_pure_tests"), "--gtest_brief=1"])
     if output is not None:
         findings.row("tests of the link and its threads under the thread sanitizer",
                      re.findall(r"(\d+) tests from", output)[0], "native")
@@ -70,17 +71,16 @@ def fuzz(findings: Findings, folder: pathlib.Path, minutes: float, inputs: int) 
     report = folder / "fuzz.json"
     command = [sys.executable, "-m", "vernoxa.trust.fuzz", "--minutes", str(minutes), "--inputs", str(inputs),
                "--json", str(report)]
-    output = run(findings, "fuzzers", command)
+    output = run(findings, "fuzz", command)
     results = json.loads(report.read_text()) if report.is_file() else []
     if output is not None:
-        slowest = min(results, key=lambda result: result["inputs"] / result["seconds"])
-        rate = slowest["inputs"] / slowest["seconds"]
+        slowest = min(results, key=rate)
         tried: collections.Counter[str] = collections.Counter()
         for result in results:
             tried[result["target"]] += result["inputs"]
-        findings.row("new inputs tried by the fuzzers", f"{tried.total():,}",
+        findings.row("inputs tried by the fuzzers, first those that are kept", f"{tried.total():,}",
                      f"{len(tried)} targets, each at least {min(tried.values()):,}; the slowest ({slowest['target']}) "
-                     f"{rate:,.0f} a second")
+                     f"{rate(slowest):,.0f} a second")
         if tried.total() < inputs:
             findings.fall_short("fuzz", f"{inputs:,} inputs were wanted")
 
