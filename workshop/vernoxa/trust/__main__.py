@@ -13,16 +13,17 @@ import pathlib
 import subprocess
 import tempfile
 import time
+import traceback
 from typing import Callable
 
 from vernoxa.command import Parser, Refused, run
 from vernoxa.places import BUILD, REPOSITORY
 
 from . import natively, page, under_wine
-from .findings import Findings
+from .findings import Findings, stop
 from .prove import prove
 
-# What each part runs; the others run what these built, or build for themselves.
+# What each part runs: a preset and its targets. "prove" builds for itself. The parts of "windows" run beside the others.
 BUILDS: dict[str, tuple[str, ...]] = {
     "native": ("native", "vernoxa_trust_tests"),
     "reentrance": ("native", "vernoxa_tcl_tests"),
@@ -75,14 +76,18 @@ PARTS: dict[str, Callable[[Findings, pathlib.Path, argparse.Namespace], None]] =
 }
 
 
-def one_after_the_other(parts: list[str], options: argparse.Namespace) -> list[str]:
+def one_after_the_other(parts: list[str], options: argparse.Namespace, place: page.Place) -> list[str]:
     """The parts that failed."""
     failed = []
     for part in parts:
         findings, began = Findings(), time.monotonic()
         with tempfile.TemporaryDirectory(prefix="vernoxa-") as folder:
-            PARTS[part](findings, pathlib.Path(folder), options)
-        page.write(part, findings, time.monotonic() - began, list(PARTS))
+            try:
+                PARTS[part](findings, pathlib.Path(folder), options)
+            except Exception as error:  # the parts after it are still worth their time
+                print(error if isinstance(error, Refused) else traceback.format_exc(), flush=True)
+                findings.fall_short(part, "it could not go on")
+        page.write(part, findings, time.monotonic() - began, place, list(PARTS))
         failed += findings.failed
     return failed
 
@@ -98,16 +103,20 @@ def main() -> int:
                         help=f"in each of which the plug-in is loaded {under_wine.LOADS_IN_ONE_PROCESS} times (20)")
     options = parser.parse_args()
     wanted = ["prove"] if options.prove else options.parts or [part for part in PARTS if part != "prove"]
+    place = page.place()  # before anything is built: the sources may change while the parts run
     targets: dict[str, list[str]] = {}  # of each preset
     for preset, *names in (BUILDS[part] for part in wanted if part in BUILDS):
         targets[preset] = targets.get(preset, []) + names
     for preset, names in targets.items():
         build(preset, *dict.fromkeys(names))
     wine = [part for part in wanted if part in BUILDS and BUILDS[part][0] == "windows"]
-    with concurrent.futures.ThreadPoolExecutor() as pool:  # what runs under Wine mostly waits
-        lanes = [pool.submit(one_after_the_other, lane, options)
-                 for lane in ([part for part in wanted if part not in wine], wine)]
-        failed = [part for lane in lanes for part in lane.result()]
+    with concurrent.futures.ThreadPoolExecutor(1) as pool:
+        beside = pool.submit(one_after_the_other, wine, options, place)  # it mostly waits
+        try:
+            failed = one_after_the_other([part for part in wanted if part not in wine], options, place) + beside.result()
+        except BaseException:  # Ctrl-C: neither side goes on
+            stop()
+            raise
     print("all survived" if not failed else f"FAILED: {', '.join(failed)}")
     return 1 if failed else 0
 

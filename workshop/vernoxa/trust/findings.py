@@ -2,14 +2,20 @@
 
 from __future__ import annotations
 
+import contextlib
 import os
+import signal
 import subprocess
+import threading
 
 from vernoxa.places import REPOSITORY
 
 from .kinds import KINDS, kind_of
 
 SECONDS_FOR_ANYTHING = 3600
+_guard = threading.Lock()
+_running: list[subprocess.Popen[str]] = []
+_stopped = threading.Event()
 
 
 class Findings:
@@ -36,17 +42,45 @@ class Findings:
         print(output[-4000:], f"FAILED: {part}", sep="\n", flush=True)
 
 
+def stop() -> None:
+    """Ends what runs, in other threads too; nothing can be run after it."""
+    with _guard:
+        _stopped.set()
+        for program in _running:
+            _end(program, signal.SIGTERM)
+
+
+def _end(program: subprocess.Popen[str], how: signal.Signals) -> None:
+    """With all that it started."""
+    with contextlib.suppress(ProcessLookupError):  # it may just have ended
+        if program.poll() is None:
+            os.killpg(program.pid, how)
+
+
 def run(findings: Findings, part: str, command: list[str], **extra: str) -> str | None:
-    """The output of a command that ended well, else None."""
+    """The output of a command that ended well, else None. Raises KeyboardInterrupt after stop()."""
     print(f"{part} ...", flush=True)
+    with _guard:
+        if _stopped.is_set():
+            raise KeyboardInterrupt
+        # In a group of its own Ctrl-C does not reach it: that would count as a crash.
+        program = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                   text=True, errors="replace", cwd=REPOSITORY, env=os.environ | extra,
+                                   start_new_session=True)
+        _running.append(program)
     try:
-        done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                              text=True, errors="replace", timeout=SECONDS_FOR_ANYTHING, cwd=REPOSITORY,
-                              env=os.environ | extra, check=False)
+        output, _ = program.communicate(timeout=SECONDS_FOR_ANYTHING)
     except subprocess.TimeoutExpired as error:
-        findings.fail(part, str(error.stdout), hung=True)
+        _end(program, signal.SIGKILL)
+        findings.fail(part, (error.stdout or b"").decode(errors="replace"), hung=True)
         return None
-    if done.returncode != 0:
-        findings.fail(part, done.stdout)
+    finally:
+        _end(program, signal.SIGTERM)
+        with _guard:
+            _running.remove(program)
+    if _stopped.is_set():
+        raise KeyboardInterrupt
+    if program.returncode != 0:
+        findings.fail(part, output)
         return None
-    return done.stdout
+    return output

@@ -9,12 +9,13 @@ import platform
 import subprocess
 import threading
 
-from vernoxa.places import BUILD, REPOSITORY, WINE
+from vernoxa.places import BUILD, DOCS, REPOSITORY, WINE
 
 from .findings import Findings
 from .kinds import KINDS
 
 KEPT = BUILD / "trust.json"
+PAGE = DOCS / "reliability.md"
 # What only a real Windows, or an editor that people work with, can show.
 UNSEEN = (
     "a drive without a disk that is asked for the editor: it should raise no box",
@@ -25,9 +26,8 @@ UNSEEN = (
     "the scroll bar of the selection dialog where the user has chosen wider ones",
     "a traffic log on a share that goes away while a line is written",
 )
-
-
 _one_at_a_time = threading.Lock()
+Place = dict[str, str]  # what is known of it, by the names in trust.json
 
 
 def _said_by(*command: str) -> str:
@@ -35,20 +35,30 @@ def _said_by(*command: str) -> str:
     return done.stdout.strip()
 
 
-def _machine() -> str:
-    """Its kind, not its name."""
+def place() -> Place:
+    """Where it is measured: the commit, and the kind of machine, not its name."""
+    changed = _said_by("git", "status", "--porcelain", "--", ".", f":!{PAGE.relative_to(REPOSITORY)}")
     system = platform.freedesktop_os_release().get("PRETTY_NAME", platform.system())
-    return f"{system}, {platform.machine()}, {os.cpu_count()} cores, {_said_by(WINE[1], '--version')}"
+    return {"commit": _said_by("git", "rev-parse", "--short", "HEAD") + (" with changes" if changed else ""),
+            "machine": f"{system}, {platform.machine()}, {os.cpu_count()} cores, {_said_by(WINE[1], '--version')}"}
 
 
-def write(part: str, findings: Findings, seconds: float, parts: list[str]) -> None:
-    """Keeps what a part measured and writes the page anew; `parts` has all that there are, in the order of the page."""
-    measured = vars(findings) | {"commit": _said_by("git", "rev-parse", "--short", "HEAD"), "machine": _machine(),
-                                 "seconds": round(seconds)}
+def write(part: str, findings: Findings, seconds: float, measured_at: Place, parts: list[str]) -> None:
+    """Keeps what a part measured and writes the page again; `parts` has all that there are, in the order of the page."""
     with _one_at_a_time:
         results = json.loads(KEPT.read_text(encoding="utf-8")) if KEPT.is_file() else {}
-        KEPT.write_text(json.dumps(results | {part: measured}, indent=1), encoding="utf-8")
-        _write_page(results | {part: measured}, parts)
+        results[part] = vars(findings) | measured_at | {"seconds": round(seconds)}
+        KEPT.write_text(json.dumps(results, indent=1), encoding="utf-8")
+        _write_page(results, parts)
+
+
+def _measured(results: dict[str, dict]) -> list[str]:
+    """For each commit and machine, the parts that ran there. Old results have neither machine nor seconds."""
+    places: dict[str, list[str]] = {}
+    for part, result in results.items():
+        name = result["commit"] + (f" ({result['machine']})" if "machine" in result else "")
+        places.setdefault(name, []).append(part + (f" {result['seconds']} s" if "seconds" in result else ""))
+    return [f"- {name}: {', '.join(parts)}" for name, parts in places.items()]
 
 
 def _write_page(results: dict[str, dict], parts: list[str]) -> None:
@@ -66,8 +76,8 @@ def _write_page(results: dict[str, dict], parts: list[str]) -> None:
         lines += ["", "Not run: " + ", ".join(missing) + "."]
     lines += ["", "What no test here has seen:", ""] + [f"- {what}" for what in UNSEEN]
     lines += ["", pathlib.Path(__file__).with_name("seen.md").read_text("utf-8").rstrip("\n")]
-    lines += ["", "Each part took, beside others: "
-              + ", ".join(f"{part} {results[part]['seconds']} s" for part in parts if part in results) + "."]
-    places = dict.fromkeys(f"`{result['commit']}` ({result['machine']})" for result in known)
-    lines += ["", "Measured at " + ", ".join(places) + "."]
-    (REPOSITORY / "docs" / "reliability.md").write_text("\n".join(lines) + "\n", encoding="utf-8")
+    lines += ["", "## When it was measured", "",
+              "At which commit, on which kind of machine, and how long each part took; in a whole run two parts go at a time.",
+              ""]
+    lines += _measured({part: results[part] for part in parts if part in results})
+    PAGE.write_text("\n".join(lines) + "\n", encoding="utf-8")
