@@ -103,7 +103,7 @@ def main() -> int:
                         help=f"in each of which the plug-in is loaded {under_wine.LOADS_IN_ONE_PROCESS} times (20)")
     options = parser.parse_args()
     wanted = ["prove"] if options.prove else options.parts or [part for part in PARTS if part != "prove"]
-    place = page.place()  # before anything is built: the sources may change while the parts run
+    place, began = page.place(), time.monotonic()  # before anything is built: the sources may change while the parts run
     targets: dict[str, list[str]] = {}  # of each preset
     for preset, *names in (BUILDS[part] for part in wanted if part in BUILDS):
         targets[preset] = targets.get(preset, []) + names
@@ -117,6 +117,8 @@ def main() -> int:
         except BaseException:  # Ctrl-C: neither side goes on
             stop()
             raise
+    if not options.parts and not options.prove:
+        page.write(page.WHOLE, Findings(), time.monotonic() - began, place, list(PARTS))
     print("all survived" if not failed else f"FAILED: {', '.join(failed)}")
     return 1 if failed else 0
 

@@ -28,6 +28,7 @@ UNSEEN = (
 )
 _one_at_a_time = threading.Lock()
 Place = dict[str, str]  # what is known of it, by the names in trust.json
+WHOLE = "the whole run with its builds"
 
 
 def _said_by(*command: str) -> str:
@@ -44,7 +45,8 @@ def place() -> Place:
 
 
 def write(part: str, findings: Findings, seconds: float, measured_at: Place, parts: list[str]) -> None:
-    """Keeps what a part measured and writes the page again; `parts` has all that there are, in the order of the page."""
+    """Keeps what a part, or the whole run, measured and writes the page again; `parts` has all that there are, in the order
+    of the page."""
     with _one_at_a_time:
         results = json.loads(KEPT.read_text(encoding="utf-8")) if KEPT.is_file() else {}
         results[part] = vars(findings) | measured_at | {"seconds": round(seconds)}
@@ -79,5 +81,5 @@ def _write_page(results: dict[str, dict], parts: list[str]) -> None:
     lines += ["", "## When it was measured", "",
               "At which commit, on which kind of machine, and how long each part took; in a whole run two parts go at a time.",
               ""]
-    lines += _measured({part: results[part] for part in parts if part in results})
+    lines += _measured({part: results[part] for part in [*parts, WHOLE] if part in results})
     PAGE.write_text("\n".join(lines) + "\n", encoding="utf-8")
