@@ -11,6 +11,7 @@
 #include "system/fake_world.h"
 #include "target.h"
 #include "tcl/script.h"
+#include "text/decimal.h"
 #include "text/json.h"
 #include "text/text.h"
 
@@ -60,6 +61,11 @@ void texts(std::string_view input) {
   }
   require(joined.substr(0, joined.size() - 1) == input, "splitting lost a byte");
   require(replaceAll(input, "\\", "\\\\") == doubleBackslashes(input), "backslashes doubled in two ways");
+  require(convert.doubledBackslashes(input).size() >= input.size(), "a path of a packet lost a byte");
+  const Decimal number = Decimal::read(input);
+  require(Decimal::read(number.text()) == number, "a number is another than its own text");
+  require(number - number == Decimal::whole(0) && number + number == number * 2,
+          "a number is not the sum of its parts");
 }
 
 // First line: the host's version; then an installed product a line, its values between tabs.
