@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "modules/placement_context.h"
 #include "system/files.h"
@@ -77,6 +78,7 @@ bool LibraryFiles::pickNames() {
     tellNotMade(pathOf("*.olb"), "no free name");
     return false;
   }
+  made_.erase(std::exchange(endedBackup_, {}));
   temporaryName_ = temporary;
   newName_ = renewed;
   return true;
@@ -92,6 +94,21 @@ FilePath LibraryFiles::newPath() const {
 
 FilePath LibraryFiles::backupPath() const {
   return pathOf(temporaryName_ + "_0.OBK");
+}
+
+FilePath LibraryFiles::noteBackup() {
+  FilePath path = backupPath();
+  noteMade(path);
+  return path;
+}
+
+void LibraryFiles::endPlacement(const FilePath& backup) {
+  const std::string file = comparable(files_, backup);
+  if (file == comparable(files_, backupPath())) {
+    endedBackup_ = file;
+  } else {
+    made_.erase(file);  // a placement inside this one has picked other names since
+  }
 }
 
 void LibraryFiles::noteMade(const FilePath& path) {

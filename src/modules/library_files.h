@@ -41,6 +41,14 @@ class LibraryFiles {
   // The host's own backup of the temporary library.
   FilePath backupPath() const;
 
+  // The backup of the placement that has picked its names, which may be removed from now on. No file of that name
+  // exists yet: that is how the names were picked.
+  FilePath noteBackup();
+
+  // The placement with that backup has ended. Its backup may still be removed until the next names are picked, then no
+  // longer: the host seldom makes one, and a day of placements would leave as many notes.
+  void endPlacement(const FilePath& backup);
+
   // Picks two new base names: numbers for which the module's folder has no library, lock or backup, so that no library
   // of the user is overwritten. False, with a line in the traffic log, if none is found.
   bool pickNames();
@@ -75,6 +83,7 @@ class LibraryFiles {
   std::string newName_ = "Test";          // base name of the new library
   std::string temporaryName_ = "123456";  // base name of the temporary library
   std::set<std::string> made_;            // what placements of this process made, and may remove
+  std::string endedBackup_;               // of these, the backup of the last names once their placement has ended
 };
 
 }  // namespace vernoxa::modules

@@ -15,13 +15,6 @@
 namespace vernoxa::modules {
 namespace {
 
-// The host makes it beside the temporary library. No backup of that name exists yet: that is how the name was picked.
-FilePath notedBackup(LibraryFiles& libraries) {
-  FilePath path = libraries.backupPath();
-  libraries.noteMade(path);
-  return path;
-}
-
 // The library that the host writes into; removed at the end in every case. It keeps its own paths, since a script may
 // start the next placement before this one ends.
 class TemporaryLibrary {
@@ -29,17 +22,17 @@ class TemporaryLibrary {
   explicit TemporaryLibrary(LibraryFiles& libraries)
       : libraries_(libraries),
         path_(libraries.temporaryPath()),
-        backup_(notedBackup(libraries)),
+        backup_(libraries.noteBackup()),
         made_(libraries.makeEmpty(path_)) {}
   TemporaryLibrary(const TemporaryLibrary&) = delete;
   TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
   ~TemporaryLibrary() {
-    if (!made_) {
-      return;
-    }
     try {
-      libraries_.remove(path_);
-      libraries_.remove(backup_);
+      if (made_) {
+        libraries_.remove(path_);
+        libraries_.remove(backup_);
+      }
+      libraries_.endPlacement(backup_);
     } catch (...) {  // no memory: the file stays, since a destructor must not throw
     }
   }

@@ -274,19 +274,44 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
   EXPECT_FALSE(stays("\\\\?\\C:\\Mods\\own.json") || stays("\\\\.\\C:\\Mods\\own.json"));
 }
 
-// A script may run the host's event loop and with it the next placing command.
+// A script may run the host's event loop and with it the next placing command; the host may make a backup late.
 TEST_F(Placement, PlacementInsideAPlacementDisturbsNeither) {
+  fake.random.numbers = {5, 6, 7, 8};
   fake.files.addFile("C:\\Other\\m.json", smallModule);
   bool nested = false;
   host_.during = [&](const std::string&) {
     if (!std::exchange(nested, true)) {
       placement.dsnDatPath = "C:\\Other\\m.json";
       placeLibraryOnly();
+      fake.files.addFile("C:\\Mods\\7\\5_0.OBK", "");
+      fake.files.addFile("C:\\Other\\7_0.OBK", "");
     }
   };
   placer_.placeModule(host_);
   EXPECT_THAT(files(), IsEmpty());
+  part<LibraryFiles>().remove(part<LibraryFiles>().backupPath());
   EXPECT_EQ(fake.files.entries("C:\\Other").size(), 2U);  // its module and its new library
+}
+
+// The next file of a name may be the user's, and a note kept for each placement would grow all day.
+TEST_F(Placement, BackupsAreRemovedUntilTheNextNamesArePicked) {
+  LibraryFiles& libraries = part<LibraryFiles>();
+  const FilePath backup = pathOf("C:/Mods/7/5_0.OBK");
+  const auto stays = [&] {
+    fake.files.addFile(backup.utf8(), "");
+    libraries.remove(backup);
+    return fake.files.exists(backup.utf8());
+  };
+  EXPECT_TRUE(stays());
+  fake.files.removeFile(backup.utf8());
+  place();
+  EXPECT_FALSE(stays());
+  place(R"({"lib":[{"Name":"R"}]})");
+  EXPECT_FALSE(stays());
+  write(smallModule);
+  fake.random.numbers = {1, 2};
+  placer_.placeModule(host_);
+  EXPECT_TRUE(stays());
 }
 
 TEST_F(Placement, ViewBoxIsTheSizeOfTheBoundingBox) {
