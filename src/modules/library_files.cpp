@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "modules/placement_context.h"
 #include "system/files.h"
@@ -48,7 +47,7 @@ bool LibraryFiles::isUsersOwn(const std::string& file) const {
     return true;
   }
   const bool library = extension == "olb" || extension == "obk";
-  return library && made_.count(file) == 0;
+  return library && made_.count(file) == 0 && hostMakes_.count(file) == 0;
 }
 
 void LibraryFiles::tellNotMade(const FilePath& library, const std::string& why) const {
@@ -78,7 +77,9 @@ bool LibraryFiles::pickNames() {
     tellNotMade(pathOf("*.olb"), "no free name");
     return false;
   }
-  made_.erase(std::exchange(endedBackup_, {}));
+  if (running_ == 0) {
+    hostMakes_.clear();
+  }
   temporaryName_ = temporary;
   newName_ = renewed;
   return true;
@@ -96,23 +97,8 @@ FilePath LibraryFiles::backupPath() const {
   return pathOf(temporaryName_ + "_0.OBK");
 }
 
-FilePath LibraryFiles::noteBackup() {
-  FilePath path = backupPath();
-  noteMade(path);
-  return path;
-}
-
-void LibraryFiles::endPlacement(const FilePath& backup) {
-  const std::string file = comparable(files_, backup);
-  if (file == comparable(files_, backupPath())) {
-    endedBackup_ = file;
-  } else {
-    made_.erase(file);  // a placement inside this one has picked other names since
-  }
-}
-
-void LibraryFiles::noteMade(const FilePath& path) {
-  made_.insert(comparable(files_, path));
+void LibraryFiles::noteHostMakes(const FilePath& path) {
+  hostMakes_.insert(comparable(files_, path));
 }
 
 bool LibraryFiles::makeEmpty(const FilePath& path) {
@@ -156,6 +142,7 @@ void LibraryFiles::remove(const FilePath& path) {
   }
   if (files_.removeFile(path)) {
     made_.erase(file);  // the next file of that name may be somebody else's
+    hostMakes_.erase(file);
   }
 }
 

@@ -41,13 +41,14 @@ class LibraryFiles {
   // The host's own backup of the temporary library.
   FilePath backupPath() const;
 
-  // The backup of the placement that has picked its names, which may be removed from now on. No file of that name
-  // exists yet: that is how the names were picked.
-  FilePath noteBackup();
+  // Around all of a placement after it has picked its names. A script may begin the next one before this one ends.
+  void beginPlacement() { ++running_; }
+  void endPlacement() { --running_; }
 
-  // The placement with that backup has ended. Its backup may still be removed until the next names are picked, then no
-  // longer: the host seldom makes one, and a day of placements would leave as many notes.
-  void endPlacement(const FilePath& backup);
+  // Notes that the host may make this file for the running placement: it may be removed until names are picked while no
+  // placement runs, also where the host makes it late. Notes kept for ever would grow by one with each placement, since
+  // the host seldom makes the file, and a later file of that name may be the user's.
+  void noteHostMakes(const FilePath& path);
 
   // Picks two new base names: numbers for which the module's folder has no library, lock or backup, so that no library
   // of the user is overwritten. False, with a line in the traffic log, if none is found.
@@ -59,9 +60,6 @@ class LibraryFiles {
 
   // The same with a copy of another library.
   bool copy(const FilePath& from, const FilePath& to);
-
-  // Notes that this process made the library or backup at that path, and so may remove it.
-  void noteMade(const FilePath& path);
 
   // Removes a file that a placement leaves behind, if it exists. A file of the user stays, with a line in the traffic
   // log: a design, a project, or a library or backup that this process did not make, however the path is written.
@@ -82,8 +80,9 @@ class LibraryFiles {
   const Logs& logs_;
   std::string newName_ = "Test";          // base name of the new library
   std::string temporaryName_ = "123456";  // base name of the temporary library
-  std::set<std::string> made_;            // what placements of this process made, and may remove
-  std::string endedBackup_;               // of these, the backup of the last names once their placement has ended
+  std::set<std::string> made_;            // the libraries that this process made, and may remove
+  std::set<std::string> hostMakes_;       // what the host may have made for the placements of now
+  int running_ = 0;                       // placements, one inside the other
 };
 
 }  // namespace vernoxa::modules

@@ -20,31 +20,38 @@ namespace {
 class TemporaryLibrary {
  public:
   explicit TemporaryLibrary(LibraryFiles& libraries)
-      : libraries_(libraries),
-        path_(libraries.temporaryPath()),
-        backup_(libraries.noteBackup()),
-        made_(libraries.makeEmpty(path_)) {}
+      : libraries_(libraries), path_(libraries.temporaryPath()), backup_(libraries.backupPath()) {
+    libraries_.beginPlacement();
+  }
   TemporaryLibrary(const TemporaryLibrary&) = delete;
   TemporaryLibrary& operator=(const TemporaryLibrary&) = delete;
   ~TemporaryLibrary() {
+    libraries_.endPlacement();
+    if (!made_) {
+      return;
+    }
     try {
-      if (made_) {
-        libraries_.remove(path_);
-        libraries_.remove(backup_);
-      }
-      libraries_.endPlacement(backup_);
+      libraries_.remove(path_);
+      libraries_.remove(backup_);
     } catch (...) {  // no memory: the file stays, since a destructor must not throw
     }
   }
 
-  bool made() const { return made_; }
+  // False if it cannot be made. No backup of its name exists yet: that is how the name was picked.
+  bool make() {
+    made_ = libraries_.makeEmpty(path_);
+    if (made_) {
+      libraries_.noteHostMakes(backup_);
+    }
+    return made_;
+  }
   const FilePath& path() const { return path_; }
 
  private:
   LibraryFiles& libraries_;
   const FilePath path_;
   const FilePath backup_;
-  const bool made_;
+  bool made_ = false;
 };
 
 // Tcl needs memory for twenty times the length of a script, and ends the host when it gets none. The script for a part
@@ -112,8 +119,8 @@ PlacedLibrary ModulePlacer::placeLibrary(ScriptHost& host, DraggedBox box) {
   if (!named || !isPlaceable(placed.module)) {
     return placed;
   }
-  const TemporaryLibrary temporary(libraries_);
-  if (!temporary.made()) {
+  TemporaryLibrary temporary(libraries_);
+  if (!temporary.make()) {
     return placed;
   }
   placeLibraryParts(host, placed.module, temporary.path().utf8(), box);

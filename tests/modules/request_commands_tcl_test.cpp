@@ -146,7 +146,7 @@ TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
   call(plugin::run<removeDatFile>);  // none of the libraries was made here
   EXPECT_EQ(namesIn("C:\\Mods").size(), 4U);
   for (const char* made : {"c:/mods/5.OLB", "C:\\MODS\\5_0.obk", "C:\\Mods/6.olb"}) {
-    part<LibraryFiles>().noteMade(pathOf(made));
+    part<LibraryFiles>().noteHostMakes(pathOf(made));
   }
   call(plugin::run<removeDatFile>);
   EXPECT_EQ(namesIn("C:\\Mods"), std::vector<std::string>{"7.olb"});

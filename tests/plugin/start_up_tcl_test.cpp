@@ -304,7 +304,7 @@ TEST_F(StartUpTest, MoreThanPageRemovesOnlyALibraryOfOurs) {
   fake.files.addFile("D:\\modules\\Test.olb", "");
   interp_.evaluate("outputError MoreThanPage");
   EXPECT_EQ(fake.files.bytes("D:\\modules\\Test.olb"), "");
-  part<modules::LibraryFiles>().noteMade(part<modules::LibraryFiles>().newPath());
+  part<modules::LibraryFiles>().noteHostMakes(part<modules::LibraryFiles>().newPath());
   interp_.evaluate("outputError NoObject");
   EXPECT_EQ(fake.files.bytes("D:\\modules\\Test.olb"), "");
   interp_.evaluate("outputError MoreThanPage");
