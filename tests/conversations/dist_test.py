@@ -90,6 +90,7 @@ class DistTest(unittest.TestCase):
         process = subprocess.Popen([str(word) for word in words], stdin=subprocess.DEVNULL, start_new_session=True)
         self.addCleanup(process.wait)
         self.addCleanup(os.killpg, process.pid, signal.SIGKILL)
+        return process
 
     def test_its_samples_of_companion_and_host_make_a_table_of_a_bill(self):
         installation = self.enterContext(Installation(MODULE))
@@ -97,11 +98,13 @@ class DistTest(unittest.TestCase):
         (bills / "放大器.bom").write_text(BILL, encoding="utf-8")
         for name in ("companion.py", "host.tcl"):
             (samples / name).write_bytes(self.files[f"samples/{name}"])
-        self.begin(sys.executable, samples / "companion.py", tables)
-        self.begin(*WINE, TCLSH, *map(paths.to_windows, (samples / "host.tcl", installation.module, bills)))
+        companion = self.begin(sys.executable, samples / "companion.py", tables)
+        host = self.begin(*WINE, TCLSH, *map(paths.to_windows, (samples / "host.tcl", installation.module, bills)))
         table, until = tables / "放大器.csv", time.monotonic() + 90
         while time.monotonic() < until and not (table.exists() and table.read_text(encoding="utf-8").count("\n") == 4):
             time.sleep(0.2)
+        self.assertEqual((None, None), (companion.poll(), host.poll()), "one of them ended")
+        self.assertTrue(table.exists(), f"no table, though both still run; there is {os.listdir(tables)}")
         self.assertEqual(TABLE, table.read_text(encoding="utf-8"))
 
     def test_what_was_changed_on_the_way_is_found(self):
