@@ -103,8 +103,9 @@ class DistTest(unittest.TestCase):
         table, until = tables / "放大器.csv", time.monotonic() + 90
         while time.monotonic() < until and not (table.exists() and table.read_text(encoding="utf-8").count("\n") == 4):
             time.sleep(0.2)
-        self.assertEqual((None, None), (companion.poll(), host.poll()), "one of them ended")
-        self.assertTrue(table.exists(), f"no table, though both still run; there is {os.listdir(tables)}")
+        told = f"traffic: {installation.traffic()[-3000:]}"
+        self.assertEqual((None, None), (companion.poll(), host.poll()), f"one of them ended; {told}")
+        self.assertTrue(table.exists(), f"no table, though both still run; there is {os.listdir(tables)}; {told}")
         self.assertEqual(TABLE, table.read_text(encoding="utf-8"))
 
     def test_what_was_changed_on_the_way_is_found(self):
