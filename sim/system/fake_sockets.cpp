@@ -164,10 +164,12 @@ void FakeSockets::answerRequests(Socket& socket) {
   if (!socket.peer.answer) {
     return;
   }
-  const auto requests = messagesIn(socket.connection.sent);
-  for (; socket.answered < requests.size(); ++socket.answered) {
-    const auto answer = socket.peer.answer(requests[socket.answered]);
-    if (answer) {
+  std::string_view unanswered = std::string_view(socket.connection.sent).substr(socket.answeredBytes);
+  for (const std::string& request : messagesIn(unanswered)) {
+    const std::size_t frameBytes = headerBytes + lengthIn(unanswered);
+    unanswered.remove_prefix(frameBytes);
+    socket.answeredBytes += frameBytes;
+    if (const auto answer = socket.peer.answer(request)) {
       const std::string frame = frameOf(*answer);
       socket.pieces.push_back({frame.substr(0, headerBytes), {}});
       if (frame.size() > headerBytes) {

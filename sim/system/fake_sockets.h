@@ -87,8 +87,8 @@ class FakeSockets final : public Sockets {
     Connection connection;
     std::deque<Piece> pieces;
     Peer peer;
-    int order = 0;  // among the accepted ones, from 1; 0 while not connected
-    std::size_t answered = 0;
+    int order = 0;                  // among the accepted ones, from 1; 0 while not connected
+    std::size_t answeredBytes = 0;  // of what was sent
   };
   Socket* find(Handle socket);
   static void answerRequests(Socket& socket);
