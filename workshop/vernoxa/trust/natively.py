@@ -14,6 +14,9 @@ from . import fuzz_coverage
 from .findings import Findings, run
 from .fuzz import rate
 
+# The tests of calls inside other calls, also of a load inside one.
+REENTRANCE = "--gtest_filter=ReenteredCommands.*:StartUpTest.LoadInside*"
+
 
 def native(findings: Findings, folder: pathlib.Path) -> None:
     report = folder / "trust.json"
@@ -44,8 +47,8 @@ def native(findings: Findings, folder: pathlib.Path) -> None:
 def reentrance(findings: Findings, folder: pathlib.Path) -> None:
     report = folder / "reentrance.json"
     program = str(BUILD / "native/vernoxa_tcl_tests")
-    if run(findings, "reentrance", [program, "--gtest_brief=1", "--gtest_filter=ReenteredCommands.*",
-                                    f"--gtest_output=json:{report}"], VERNOXA_TRUST="all") is None:
+    if run(findings, "reentrance", [program, "--gtest_brief=1", REENTRANCE, f"--gtest_output=json:{report}"],
+           VERNOXA_TRUST="all") is None:
         return
     pairs = next(test["pairs"] for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]
                  if "pairs" in test)

@@ -7,6 +7,8 @@ from __future__ import annotations
 
 import dataclasses
 
+from .natively import REENTRANCE
+
 
 @dataclasses.dataclass(frozen=True)
 class Planted:
@@ -35,7 +37,7 @@ PLANTED = (
     Planted("a use after free", "src/plugin/command_guard.cpp",
             "  const std::shared_ptr<Session> session = plugIn.session;\n",
             "  Session* const session = plugIn.session.get();\n",
-            "native", "re-entrance", "vernoxa_tcl_tests", ("--gtest_filter=ReenteredCommands.*:StartUpTest.LoadInside*",)),
+            "native", "re-entrance", "vernoxa_tcl_tests", (REENTRANCE,)),
     Planted("an off-by-one in the frame", "src/link/socket_client.cpp",
             "  while (received < length) {\n", "  while (received + 1 < length) {\n",
             "native", "streams", "vernoxa_trust_tests", ("--gtest_filter=StreamFault.TheHosts*EveryByte",), everything=True),
