@@ -168,8 +168,9 @@ void FakeSockets::answerRequests(Socket& socket) {
   for (const std::string& request : messagesIn(unanswered)) {
     const std::size_t frameBytes = headerBytes + lengthIn(unanswered);
     unanswered.remove_prefix(frameBytes);
-    socket.answeredBytes += frameBytes;
-    if (const auto answer = socket.peer.answer(request)) {
+    const auto answer = socket.peer.answer(request);
+    socket.answeredBytes += frameBytes;  // not if that threw: then it is asked again
+    if (answer) {
       const std::string frame = frameOf(*answer);
       socket.pieces.push_back({frame.substr(0, headerBytes), {}});
       if (frame.size() > headerBytes) {
