@@ -2,20 +2,24 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <set>
 #include <utility>
 
+#include "modules/companion_query.h"
+#include "modules/request_commands.h"
 #include "support/fake_script_host.h"
+#include "trust/asked_companion.h"
 #include "trust/failing_memory.h"
 #include "trust/trust_rig_tcl.h"
 
 namespace vernoxa {
 namespace {
 
-using Designs = std::set<std::string>;
+using namespace std::chrono_literals;
+using Designs = std::map<std::string, long>;  // how often each was told as open since it was last told as closed
 
-// A host that runs the requests of the link thread, a companion that it forwards to, and the link thread's pauses, in
-// which designs are opened and closed and both ends do what they should not.
+// A host that runs the requests of the link thread and asks the companion itself, a companion that it forwards to, and
+// the link thread's pauses, in which designs are opened and closed and both ends do what they should not. Every third
+// hour nobody misbehaves: when it is over, what was told has to be what is open.
 class BothEnds final : public AnsweringSockets, public Clock {
  public:
   BothEnds(FakeSession& with, std::chrono::hours end) : with_(with), end_(end) {
@@ -23,10 +27,11 @@ class BothEnds final : public AnsweringSockets, public Clock {
     host_.during = [this](const std::string& script) { evaluated(script); };
   }
 
-  Designs designs;
-  Designs told;  // as the companion has it
+  Designs designs;  // each once
+  Designs told;     // as the companion has it
   long requests = 0;
-  long halfWay = 0;  // blocks of memory that were held then
+  long hoursOnOneLink = 0;  // quiet ones, of links that had been there before
+  long halfWay = 0;         // blocks of memory that were held then
   std::map<std::string, long> misdeeds;
 
   // Clock
@@ -34,38 +39,93 @@ class BothEnds final : public AnsweringSockets, public Clock {
   std::chrono::milliseconds monotonic() override { return now_; }
   void sleep(std::chrono::milliseconds duration) override {
     now_ += duration;
-    if (now_ >= end_ + std::chrono::hours(1)) {
-      throw ClockStopped();
+    if (now_ < end_ / 2) {
+      halfWay = liveBlocks();
     }
-    if (now_ < end_) {
-      if (now_ < end_ / 2) {
-        halfWay = liveBlocks();
-      }
+    if (std::exchange(wasQuiet_, quiet()) != quiet()) {
+      quiet() ? beginQuiet() : endQuiet();
+    }
+    if (!quiet()) {
       misbehave();
-    } else if (!std::exchange(over_, true)) {
-      stopCompanion();  // once more, so that no design opened since hides what was missed; then all is well
+    } else if (now_ >= end_ + 1h && !std::exchange(over_, true)) {
+      endQuiet();
+      stopCompanion();  // once more: then each is told exactly once
       startCompanion();
+    } else if (now_ >= end_ + 2h) {
+      throw ClockStopped();
     }
   }
 
-  // Sockets; the companion's port is only probed, its messages go through the host
-  bool connect(Handle, const char*, std::uint16_t port) override { return port == link::hostPort || listening_; }
+  // Sockets
+  bool connect(Handle socket, const char*, std::uint16_t port) override {
+    if (port == link::hostPort) {
+      hostSocket_ = socket;
+      misdeeds["the host is not there yet"] += now_ < 5min ? 1 : 0;
+      return now_ >= 5min;
+    }
+    asked_.connect();
+    if (!listening_) {
+      now_ += random_() % 2 == 0 ? 2s : 0s;  // the system's own retries
+      startAgain();
+      return false;
+    }
+    return true;
+  }
+  int send(Handle socket, std::string_view bytes) override {
+    if (socket == hostSocket_) {
+      return AnsweringSockets::send(socket, bytes);
+    }
+    asked_.receiveQuestion();
+    return static_cast<int>(bytes.size());
+  }
   int receive(Handle socket, std::span<char> buffer) override {
-    if (chance(400, "is slow or silent")) {
+    if (socket != hostSocket_) {
+      return asked_.giveAnswer(buffer);
+    }
+    if (chance(400, "the host is slow or silent")) {
       now_ += std::chrono::minutes(1 + random_() % 30);
+    }
+    if (hostGone() || chance(300, "an answer of the host is lost")) {
+      while (AnsweringSockets::receive(socket, buffer) > 0) {
+      }
+      return random_() % 2 == 0 ? -1 : 0;
     }
     return AnsweringSockets::receive(socket, buffer);
   }
+  bool waitReadable(Handle, std::chrono::milliseconds limit) override {
+    const auto [passed, there] = asked_.await(limit);
+    now_ += passed;
+    return there;
+  }
 
  private:
+  // The first hour, every third one after it, and all from the end on.
+  bool quiet() const { return now_ >= end_ || now_ / 1h % 3 == 0; }
+  bool hostGone() const { return !quiet() && now_ < hostBack_; }
+  void beginQuiet() {
+    startAgain();
+    noticeBreak();
+    quietSince_ = now_;
+    for (auto& [design, times] : told) {
+      times = 1;  // whoever answers the previous question has it told twice
+    }
+  }
+  void endQuiet() {
+    EXPECT_EQ(told, designs) << now_ / 1min << " minutes";
+    hoursOnOneLink += linkSince_ < quietSince_ ? 1 : 0;
+  }
+
   std::string replyTo(const std::string& message) override {
+    if (hostGone()) {
+      return {};
+    }
     ++requests;
     const std::string former = std::exchange(former_, with_.replyTo(plugin::linkEndpoint(), message, host_));
-    return chance(300, "answers the previous question") && !former.empty() ? former : former_;
+    return chance(300, "the host answers the previous question") && !former.empty() ? former : former_;
   }
   // Once in so many times, as long as anybody misbehaves.
   bool chance(unsigned times, const char* misdeed = "") {
-    const bool now = now_ < end_ && random_() % times == 0;
+    const bool now = !quiet() && random_() % times == 0;
     misdeeds[misdeed] += now ? 1 : 0;
     return now;
   }
@@ -73,12 +133,18 @@ class BothEnds final : public AnsweringSockets, public Clock {
   void misbehave() {
     const std::string design = "D:\\" + std::to_string(random_() % 8) + ".dsn";
     if (chance(10) && designs.erase(design) == 0) {
-      designs.insert(design);
+      designs[design] = 1;
     }
-    if (listening_ && chance(150, "the companion is gone")) {
+    if (chance(500, "the host's server is gone for a while")) {
+      hostBack_ = now_ + std::chrono::minutes(1 + random_() % 20);
+    }
+    if (chance(20)) {
+      askCompanion();
+    }
+    if (listening_ && chance(250, "the companion is gone")) {
       stopCompanion();
-    } else if (!listening_ && chance(20)) {
-      startCompanion();
+    } else {
+      startAgain();
     }
     if (breakUnseen_ && chance(3)) {
       noticeBreak();
@@ -91,6 +157,20 @@ class BothEnds final : public AnsweringSockets, public Clock {
       with_.fake.messages.forget();
       with_.replyTo(plugin::companionEndpoint(), said[random_() % std::size(said)], host_);
     }
+  }
+  // A command of the host's that asks the companion ends soon, with the right answer or with none.
+  void askCompanion() {
+    const std::string misdeed = asked_.choose(random_);
+    const bool answers = listening_ && with_.companionLink.companionMayBeAsked() && asked_.answers();
+    ++misdeeds[listening_ ? misdeed : "the companion is gone when it is asked"];
+    const auto began = now_;
+    with_.placement.PartIndex.clear();
+    const Arguments none(0, nullptr);
+    CommandCall call{none, host_};
+    const modules::CompanionQuery query(with_.companionLink, *this, *this, with_.fake.output, with_.logs);
+    EXPECT_EQ(modules::getSelfUserId(call, with_.placement, query).text, answers ? AskedCompanion::user : "")
+        << misdeed;
+    EXPECT_LE(now_ - began, 30s) << misdeed;
   }
   void stopCompanion() {
     listening_ = connected_ = false;
@@ -106,13 +186,19 @@ class BothEnds final : public AnsweringSockets, public Clock {
   void startCompanion() {
     noticeBreak();
     listening_ = true;
+    linkSince_ = now_;
+  }
+  void startAgain() {
+    if (!listening_ && (quiet() || random_() % 20 == 0)) {
+      startCompanion();
+    }
   }
 
   // What the host's procedures do.
   void evaluated(const std::string& script) {
     host_.scripts.clear();
     std::string paths;
-    for (const std::string& design : designs) {
+    for (const auto& [design, once] : designs) {
       paths += design + ";";
     }
     host_.answer("InitPath", paths);
@@ -121,7 +207,7 @@ class BothEnds final : public AnsweringSockets, public Clock {
       host_.answer("creatClient", connected_ ? "0" : "1");
       host_.answer("creatClient 1", connected_ ? "0" : "1");
     } else if (script.starts_with("sendPacketGlobalHandle")) {
-      const bool sent = (connected_ || breakUnseen_) && !chance(30, "a send fails");
+      const bool sent = (connected_ || breakUnseen_) && !chance(10, "a send fails");
       host_.answer("sendPacketGlobalHandle", sent ? "0" : "no connection", sent);
       if (sent && connected_) {  // what is sent to one that is gone is lost
         take(messageOf(script.substr(sendingScript("").size() - 1)).message);
@@ -133,9 +219,10 @@ class BothEnds final : public AnsweringSockets, public Clock {
     const JsonView data = parsed.member("Data");
     const std::string design(data.member("FileName").text().value_or(""));
     if (parsed.member("Command").text() == "FileStatus") {
-      told.erase(design);
       if (data.member("Status").text() == "Open") {
-        told.insert(design);
+        ++told[design];
+      } else {
+        told.erase(design);
       }
     }
   }
@@ -146,6 +233,12 @@ class BothEnds final : public AnsweringSockets, public Clock {
   FakeScriptHost host_;
   std::mt19937 random_{20240305};
   std::string former_;
+  Handle hostSocket_ = 0;
+  std::chrono::milliseconds hostBack_{0};
+  AskedCompanion asked_;
+  std::chrono::milliseconds linkSince_{0};
+  std::chrono::milliseconds quietSince_{0};
+  bool wasQuiet_ = true;
   bool listening_ = true;
   bool connected_ = false;
   bool breakUnseen_ = false;
@@ -162,6 +255,7 @@ TEST(BothEndsTest, WhatWasToldInTheEndIsWhatIsOpen) {
       .run();
   EXPECT_EQ(ends.told, ends.designs);
   EXPECT_FALSE(ends.designs.empty());
+  EXPECT_GT(ends.hoursOnOneLink, hours.count() / 12) << "restarts hide what was missed";
   EXPECT_LE(liveBlocks(), ends.halfWay + 64) << "blocks stay behind";
   EXPECT_EQ(with.crashes(), "Fun111");  // how the stopped clock ends it
   EXPECT_GT(ends.requests, hours.count() * 100);
