@@ -6,7 +6,7 @@
 #include <random>
 #include <span>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "system/fake_sockets.h"
 
@@ -14,9 +14,15 @@ namespace vernoxa {
 
 class AskedCompanion {
  public:
-  static constexpr const char* user = "7";  // whom it names when it is asked who is signed in
+  // What it says of its own accord.
+  static const char* unasked(std::mt19937& random) {
+    static constexpr const char* said[] = {R"({"Command":"FileStatus_EndResult","Data":{"Path":"E:\\x"}})", "{",
+                                           R"({"Command":"CheckOpenState","Data":{"ProjectPath":"D:\\1.dsn"}})",
+                                           R"({"Command":"GetSelfId_EndResult","Result":"0","Data":{"UserId":"7"}})"};
+    return said[random() % std::size(said)];
+  }
 
-  // Chooses what happens to the next question; "" for nothing bad.
+  // Chooses what happens to the next question, which is who is signed in; "" for nothing bad.
   std::string choose(std::mt19937& random) {
     answer_ = frameOf(R"({"Command":"GetSelfId_EndResult","Result":"0","Data":{"UserId":"7"}})");
     late_ = std::chrono::seconds(0);
@@ -41,17 +47,21 @@ class AskedCompanion {
   bool answers() const { return answers_; }
 
   void connect() { sent_.clear(); }
-  void receiveQuestion() { sent_ = answer_; }
+  int hear(std::string_view question) {
+    sent_ = answer_;
+    return static_cast<int>(question.size());
+  }
   int giveAnswer(std::span<char> buffer) {
     const std::size_t count = sent_.copy(buffer.data(), buffer.size());
     sent_.erase(0, count);
     return static_cast<int>(count);
   }
-  // How long it is waited for, and whether something is there then.
-  std::pair<std::chrono::milliseconds, bool> await(std::chrono::milliseconds limit) {
+  // Waits for the answer; whether something is there then.
+  bool await(std::chrono::milliseconds limit, std::chrono::milliseconds& now) {
     const auto passed = std::min(limit, late_);
+    now += passed;
     late_ -= passed;
-    return {passed, late_.count() == 0};
+    return late_.count() == 0;
   }
 
  private:
