@@ -96,6 +96,7 @@ class BothEnds final : public AnsweringSockets, public Clock {
     startAgain();
     noticeBreak();
     quietSince_ = now_;
+    designs.try_emplace("D:\\0.dsn", 1);  // while none is open, "No file!" keeps what was closed untold
     for (auto& [design, times] : told) {
       times = 1;  // whoever answers the previous question has it told twice
     }
@@ -111,7 +112,7 @@ class BothEnds final : public AnsweringSockets, public Clock {
     }
     ++requests;
     const std::string former = std::exchange(former_, with_.replyTo(plugin::linkEndpoint(), message, host_));
-    return chance(300, "the host answers the previous question") && !former.empty() ? former : former_;
+    return chance(150, "the host answers the previous question") && !former.empty() ? former : former_;
   }
   // Once in so many times, as long as anybody misbehaves.
   bool chance(unsigned times, const char* misdeed = "") {
@@ -128,7 +129,7 @@ class BothEnds final : public AnsweringSockets, public Clock {
     if (chance(500, "the host's server is gone for a while")) {
       hostBack_ = now_ + std::chrono::minutes(1 + random_() % 20);
     }
-    if (chance(20)) {
+    if (chance(10)) {
       askCompanion();
     }
     if (listening_ && chance(250, "the companion is gone")) {
@@ -189,7 +190,7 @@ class BothEnds final : public AnsweringSockets, public Clock {
     }
     host_.answer("InitPath", paths);
     if (script.starts_with("creatClient")) {
-      connected_ = connected_ || (listening_ && !chance(5, "the host does not reach the companion"));
+      connected_ = connected_ || (listening_ && !chance(2, "the host does not reach the companion"));
       host_.answer("creatClient", connected_ ? "0" : "1");
     } else if (script.starts_with("sendPacketGlobalHandle")) {
       const bool sent = (connected_ || breakUnseen_) && !chance(10, "a send fails");
@@ -238,7 +239,6 @@ TEST(BothEndsTest, WhatWasToldInTheEndIsWhatIsOpen) {
   link::runLinkThread(client, with.companionLink, with.part<const link::FileStatus>(), ends, ends, with.fake.output,
                       with.logs);
   EXPECT_EQ(ends.told, ends.designs);
-  EXPECT_FALSE(ends.designs.empty());
   EXPECT_GT(ends.hoursOnOneLink, hours.count() / 12) << "restarts hide what was missed";
   EXPECT_LE(liveBlocks(), ends.halfWay + 64) << "blocks stay behind";
   EXPECT_EQ(with.crashes(), "Fun111");  // how the stopped clock ends it
