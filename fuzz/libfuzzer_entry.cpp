@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   return 0;
 }
 
-// One input in four begins from one that is right in form, and is spoilt then as all others are.
+// One input in four begins from one that is right in form; half of these stay as they are, the rest is spoilt as all
+// others are.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* bytes, std::size_t size, std::size_t most, unsigned seed) {
   const std::string made = seed % 4 == 0 ? vernoxa::fuzz::rightInForm(chosen->name, seed) : std::string();
   if (!made.empty() && made.size() <= most) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 
 #include "support/soak.h"
@@ -54,6 +55,7 @@ inline bool leavesHandles(int callsInEveryRun, const std::function<void()>& call
   for (int done = 0; done < calls; ++done) {
     call();
   }
+  std::printf("%d calls\n", calls);  // the trust run shows how many were made
   const HandleProbe after = HandleProbe::take();
   const auto allowed = static_cast<std::uintptr_t>(calls / 2);
   return after.drawing > before.drawing + allowed || after.windows > before.windows + allowed ||

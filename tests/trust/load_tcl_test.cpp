@@ -103,6 +103,7 @@ TEST_F(Load, HugeModules) {
     EXPECT_EQ(load.fake.files.entries("C:").size(), before);  // no library is left
     EXPECT_EQ(load.crashes(), "");
   }
+  RecordProperty("modules", static_cast<int>(std::size(modules)));
   RecordProperty("megabytes", static_cast<int>(size >> 20U));
 }
 

@@ -25,9 +25,9 @@ proc tell {what number} {
     puts "$what $number handles $handles threads $threads kilobytes $kilobytes bytes [processHeaps]"
 }
 
-# Runs a script so many times; the first tenth fills what is kept for good.
-proc long {what times script} {
-    for {set number 1} {$number <= $times} {incr number} {
+# Runs a script, which does so many of what is counted, until all are done; the first tenth fills what is kept for good.
+proc long {what times script {each 1}} {
+    for {set number $each} {$number <= $times} {incr number $each} {
         uplevel #0 $script
         if {$number == $times / 10 || $number == $times} {
             tell $what $number
@@ -49,11 +49,11 @@ foreach {name text} {config/Resource/Empty.olb OLB
 set doors [list packetParser [packet {{"Command":"GenerateBOM","Data":{"ProjectPath":"C:\\a.dsn"}}}] \
     packetParserForPthread [packet {{"Command":"GetNewOpenPath"}}] packetParser [packet {{"Command":"Nobody"}}] \
     packetParser [packet {{"Command":"CheckOpenState","Data":{"ProjectPath":"C:\\b.dsn"}}}] packetParser [packet "\{"]]
-long packets [expr {$packets / 5}] {
+long packets $packets {
     foreach {door text} $doors {
         $door $text
     }
-}
+} 5
 set record {Text 1 2 电阻值 0 {} -9 0}
 # A hundred pages a design: at the beginning of each the plug-in waits until the pages of the one before are removed.
 set page 0

@@ -44,7 +44,7 @@ MOST_MEMORY = 4 << 30  # of a test that takes without end, before the machine ha
 @dataclasses.dataclass
 class Result:
     change: changes.Change
-    kind: str  # "noticed", "survived" or "not built"
+    kind: str  # "noticed", "survived", "not built", or "hung": noticed because a test did not end
 
 
 class Copy(WorkCopy):
@@ -65,7 +65,7 @@ class Copy(WorkCopy):
         )
         for command in itertools.chain(*self._stages):
             began = time.monotonic()
-            if not self._passes((command,)):
+            if self._fault((command,)):
                 sys.exit("mutate: the tests fail before anything was changed")
             self._longest[command] = max(SHORTEST_WAIT, LONGER * (time.monotonic() - began))
 
@@ -78,25 +78,27 @@ class Copy(WorkCopy):
     def _build(self, stage: Stage, longest: float | None = LONGEST_BUILD) -> bool:
         return self.build(PRESET, *(program for program, *_ in stage), seconds=longest)
 
-    def _passes(self, stage: Stage) -> bool:
+    def _fault(self, stage: Stage) -> str:
+        """What its tests find: "noticed", "hung", or nothing."""
         scratch = self.folder / "scratch"
         scratch.mkdir(exist_ok=True)
         environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
         built = self.folder / "build" / PRESET
         try:
-            return all(self.run(["prlimit", f"--as={MOST_MEMORY}", str(built / program), *words],
-                                self._longest.get((program, *words)), environment).returncode == 0
-                       for program, *words in stage)
+            passed = all(self.run(["prlimit", f"--as={MOST_MEMORY}", str(built / program), *words],
+                                  self._longest.get((program, *words)), environment).returncode == 0
+                         for program, *words in stage)
+            return "" if passed else "noticed"
         except subprocess.TimeoutExpired:
-            return False
+            return "hung"
 
     def attempt(self, change: changes.Change) -> Result:
         with self.changed(change.file, change.apply):
             for stage in self._stages:
                 if not self._build(stage):
                     return Result(change, "not built")
-                if not self._passes(stage):
-                    return Result(change, "noticed")
+                if fault := self._fault(stage):
+                    return Result(change, fault)
             return Result(change, "survived")
 
 
@@ -122,9 +124,10 @@ def arguments() -> argparse.Namespace:
 
 def attempt_all(sample: list[changes.Change], jobs: int) -> Iterator[Result]:
     """Tries the changes in as many copies; gives the results in the order in which they come."""
+    every = [Copy(ROOT / "build" / PRESET / f"copy{number}") for number in range(jobs)]
     copies: queue.SimpleQueue[Copy] = queue.SimpleQueue()
-    for number in range(jobs):
-        copies.put(Copy(ROOT / "build" / PRESET / f"copy{number}"))
+    for free in every:
+        copies.put(free)
 
     def attempt(change: changes.Change) -> Result:
         copy = copies.get()
@@ -139,6 +142,8 @@ def attempt_all(sample: list[changes.Change], jobs: int) -> Iterator[Result]:
                 yield done.result()
         except BaseException:
             pool.shutdown(wait=False, cancel_futures=True)
+            for busy in every:
+                busy.stop()
             raise
 
 
@@ -153,16 +158,18 @@ def main() -> int:
     if options.list:
         print("\n".join(map(str, sample)))
         return 0
-    counts = dict.fromkeys(("noticed", "survived", "not built"), 0)
+    counts = dict.fromkeys(("noticed", "hung", "survived", "not built"), 0)
     for result in attempt_all(sample, options.jobs):
         counts[result.kind] += 1
         if result.kind == "survived":
             print(f"survived: {result.change}", flush=True)
         elif sum(counts.values()) % 20 == 0:
             print(f"  {sum(counts.values())} tried, {counts['survived']} survived", flush=True)
-    built = counts["noticed"] + counts["survived"]
-    share = 100 * counts["noticed"] / built if built else 0.0
-    print(f"seed {seed}: {counts['noticed']} of {built} noticed ({share:.1f} %), {counts['not built']} did not build")
+    noticed = counts["noticed"] + counts["hung"]
+    built = noticed + counts["survived"]
+    share = 100 * noticed / built if built else 0.0
+    print(f"seed {seed}: {noticed} of {built} noticed ({share:.1f} %), {counts['hung']} of them by a test that did not end; "
+          f"{counts['not built']} did not build")
     return 0 if share >= options.least else 1
 
 

@@ -3,8 +3,10 @@
 from __future__ import annotations
 
 import contextlib
+import os
 import pathlib
 import shutil
+import signal
 import subprocess
 from typing import Callable, Iterator, Mapping
 
@@ -14,6 +16,7 @@ from vernoxa.places import REPOSITORY
 class WorkCopy:
     def __init__(self, folder: pathlib.Path):
         self.folder = folder
+        self._process: subprocess.Popen[str] | None = None
         self._bring_up_to_date()
 
     def _bring_up_to_date(self) -> None:
@@ -34,10 +37,24 @@ class WorkCopy:
 
     def run(self, command: list[str], seconds: float | None = None, environment: Mapping[str, str] | None = None,
             ) -> subprocess.CompletedProcess[str]:
-        """Its output is one text; raises subprocess.TimeoutExpired."""
-        return subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, text=True, errors="replace", timeout=seconds, env=environment,
-                              check=False)
+        """Its output is one text. Raises subprocess.TimeoutExpired, once it and all that it started have ended: the next
+        run may use the same files."""
+        with subprocess.Popen(command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True, errors="replace", env=environment,
+                              start_new_session=True) as process:
+            self._process = process
+            try:
+                output, _ = process.communicate(timeout=seconds)
+            except BaseException:
+                self.stop()
+                raise
+        return subprocess.CompletedProcess(command, process.returncode, output)
+
+    def stop(self) -> None:
+        """Ends what runs, with all that it started."""
+        if self._process and self._process.poll() is None:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(self._process.pid, signal.SIGKILL)
 
     def build(self, preset: str, *targets: str, jobs: int = 1, seconds: float | None = None) -> bool:
         if not (self.folder / "build" / preset / "build.ninja").exists():

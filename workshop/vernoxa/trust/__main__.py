@@ -103,12 +103,13 @@ def main() -> int:
                         help=f"in each of which the plug-in is loaded {under_wine.LOADS_IN_ONE_PROCESS} times (20)")
     options = parser.parse_args()
     wanted = ["prove"] if options.prove else options.parts or [part for part in PARTS if part != "prove"]
-    place, began = page.place(), time.monotonic()  # before anything is built: the sources may change while the parts run
+    place = page.place()  # before anything is built: the sources may change while the parts run
     targets: dict[str, list[str]] = {}  # of each preset
     for preset, *names in (BUILDS[part] for part in wanted if part in BUILDS):
         targets[preset] = targets.get(preset, []) + names
     for preset, names in targets.items():
         build(preset, *dict.fromkeys(names))
+    began = time.monotonic()
     wine = [part for part in wanted if part in BUILDS and BUILDS[part][0] == "windows"]
     with concurrent.futures.ThreadPoolExecutor(1) as pool:
         beside = pool.submit(one_after_the_other, wine, options, place)  # it mostly waits

@@ -34,7 +34,8 @@ def native(findings: Findings, folder: pathlib.Path) -> None:
                  "native, sanitizers")
     findings.row("conversations on a full or read-only disk, or with a log folder that comes and goes",
                  tests["EveryKeptConversationEndsAsOnAGoodOne"]["conversations"], "native, sanitizers")
-    findings.row("modules of hostile shapes", f"{tests['HugeModules']['megabytes']} MB each", "native, sanitizers")
+    modules = tests["HugeModules"]
+    findings.row("modules of hostile shapes", f"{modules['modules']}, {modules['megabytes']} MB each", "native, sanitizers")
     findings.row("packets through both doors, in one session", f"{int(tests['PacketsThroughBothDoors']['packets']):,}",
                  "native, sanitizers")
     findings.row("connections", f"{int(tests['ConnectionsOneAfterTheOther']['connections']):,}", "native, sanitizers")

@@ -28,7 +28,7 @@ UNSEEN = (
 )
 _one_at_a_time = threading.Lock()
 Place = dict[str, str]  # what is known of it, by the names in trust.json
-WHOLE = "the whole run with its builds"
+WHOLE = "the whole run, once it was built,"
 
 
 def _said_by(*command: str) -> str:
