@@ -35,16 +35,16 @@ const std::string end = record("0");
 constexpr const char* records = R"(
 041B | 1 1 1 1 = sound | 1 1 1 = too short
 001E | = sound
-0325 | 2 1 1 2 2 = sound | 2 1 1 2 = it counts more than it holds
-0324 | 2 1 1 2 2 = sound | 2 1 1 2 = counts more than it holds
-0538 | 2 1 1 1 1 2 2 = sound | 2 1 1 1 1 2 = counts more than it holds | 9 = counts more than it holds
-0521 | 3 6161 61 5 5 = sound | 5 6161 61 5 5 = counts more than it holds
-0A32 | 0 0 2 0 6161 = sound | 0 0 3 0 6161 = counts more than it holds
+0325 | 0 = sound | 2 1 1 2 2 = sound | 2 1 1 2 = it counts more than it holds
+0324 | 0 = sound | 2 1 1 2 2 = sound | 2 1 1 2 = counts more than it holds
+0538 | 0 = sound | 2 1 1 1 1 2 2 = sound | 2 1 1 1 1 2 = counts more than it holds | 9 = counts more than it holds
+0521 | 0 1 1 = sound | 3 6161 61 5 5 = sound | 5 6161 61 5 5 = counts more than it holds
+0A32 | 0 0 0 0 = sound | 0 0 2 0 6161 = sound | 0 0 3 0 6161 = counts more than it holds
 0A32 | 0 0 2 4 0 0 0 0 6161 = sound | 0 0 2 2 6161 = counts more than it holds
-0626 | F 2 6161 = sound | F 3 6161 = counts more than it holds
-00F7 | 300 1 0 0 = sound | 300 1 0 = counts more than it holds
-0037 | 0 1 0 0 = sound | 0 1 0 = counts more than it holds
-0436 | 0 1 0 0 = sound | 0 1 0 = counts more than it holds
+0626 | F 0 = sound | F 2 6161 = sound | F 3 6161 = counts more than it holds
+00F7 | 300 0 = sound | 300 1 0 0 = sound | 300 1 0 = counts more than it holds
+0037 | 0 0 = sound | 0 1 0 0 = sound | 0 1 0 = counts more than it holds
+0436 | 0 0 = sound | 0 1 0 0 = sound | 0 1 0 = counts more than it holds
 06FF | 0 6 0 0 0 1 2 0 0 0 0 2 0 9 1 5 2 = sound | 0 6 0 0 0 2 2 0 0 0 0 2 0 9 1 5 2 = counts more than it holds
 06FF | 0 6 0 0 0 1 2 0 0 0 0 3 0 9 1 5 2 = counts more than it holds
 012D | 2 = sound | 3 = no such object
@@ -56,8 +56,8 @@ constexpr const char* records = R"(
 0228 | 2 2 = sound | 1 3 = no such object | 3 1 = no such object
 0429 | 2 2 1 1 = sound | 1 3 1 1 = no such object
 02FA | 0 1 0 0 0 = sound | 0 1 0 0 = too short
-02FB | 0 0 0 0 0 0 0 0 = too short
-02FC | 0 0 0 = too short
+02FB | 0 0 0 0 0 0 0 0 0 = sound | 0 0 0 0 0 0 0 0 = too short
+02FC | 0 0 0 0 = sound | 0 0 0 = too short
 0142 | 5 0 DIB = sound | 5 0 28 0 = bitmap has no known size | 5 3 DIB = of no known format
 0F43 | 0 0 0 1 1 0 0 1 1 0 0 DIB = sound | 0 0 0 1 1 0 0 1 1 0 0 DIB2 = fewer bits than its size needs
 0F43 | 0 0 3 1 1 0 0 1 1 0 0 DIB = of no known format

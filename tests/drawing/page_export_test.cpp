@@ -88,7 +88,7 @@ TEST_F(PageExportTest, EachPageBecomesAFileOfItsOwn) {
 TEST_F(PageExportTest, RecordsAtAWrongMomentAreHarmless) {
   const auto everything = [this] {
     page({"Line;0"});
-    symbol({"Name;X", "Line;0"});
+    symbol({"Name;X", "Line;0", "Schematic;of a symbol", "Page;of a symbol;1;1;K"});
   };
   everything();
   finish("S", "P", "K");

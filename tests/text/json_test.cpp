@@ -124,6 +124,7 @@ TEST(OutsideJson, IsBounded) {
       {"the most values", "[" + repeated("0,", most - 2) + "0]", ""},
       {"one value more", "[" + repeated("0,", most - 1) + "0]", count},
       {"objects", "[" + repeated("{},", most / 2), count},
+      {"the most words", "[\"" + std::string(most - 2, ' ') + "\"]", ""},
       {"words", "[\"" + std::string(most, ' ') + "\"]", count},
       {"no end to a string", "[\"" + repeated("\\", 2001), ""},
   };
