@@ -53,7 +53,8 @@ class Copy(WorkCopy):
     def __init__(self, folder: pathlib.Path):
         super().__init__(folder)
         self._longest: dict[tuple[str, ...], float] = {}  # of each command, in seconds
-        if not self._build((PURE, TCL, DOCS, *TRUST), longest=None):
+        programs = (program for program, *_ in (PURE, TCL, DOCS, *TRUST))
+        if not self.build(PRESET, *programs, jobs=os.cpu_count() or 1):
             sys.exit(f"mutate: the unchanged sources do not build in {folder}")
         pure, tcl = (self._slow_tests(program) for program, in (PURE, TCL))
         # Only what one stage lets pass is worth the time of the next one.
@@ -75,8 +76,8 @@ class Copy(WorkCopy):
         return ":".join(name for name, took in re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)$", told, re.MULTILINE)
                         if int(took) >= SLOW)
 
-    def _build(self, stage: Stage, longest: float | None = LONGEST_BUILD) -> bool:
-        return self.build(PRESET, *(program for program, *_ in stage), seconds=longest)
+    def _build(self, stage: Stage) -> bool:
+        return self.build(PRESET, *(program for program, *_ in stage), seconds=LONGEST_BUILD, once=True)
 
     def _fault(self, stage: Stage) -> str:
         """What its tests find: "noticed", "hung", or nothing."""
