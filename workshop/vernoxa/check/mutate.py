@@ -34,6 +34,7 @@ Stage = tuple[tuple[str, ...], ...]  # test programs with their words
 PURE, TCL = ("vernoxa_pure_tests",), ("vernoxa_tcl_tests",)
 DOCS = ("vernoxa_docs", "--check", "docs/protocol.json")  # what the rows describe
 TRUST = (("vernoxa_trust_tests",), ("vernoxa_fuzz_replay", "fuzz/corpus"))  # faults of every call; the fuzzers' corpora
+REFUSED = ("ctest", "--test-dir", f"build/{PRESET}", "--stop-on-failure", "-R", "does_not_compile")  # by the compiler
 SLOW = 250  # milliseconds: a few tests take longer, and together most of the time
 LONGEST_BUILD = 300  # of one change
 LONGER = 10  # times as long as with nothing changed: then a test hangs, which is noticed too
@@ -63,6 +64,7 @@ class Copy(WorkCopy):
             ((*TCL, f"--gtest_filter=-{tcl}"), DOCS),
             ((*PURE, f"--gtest_filter={pure}"), (*TCL, f"--gtest_filter={tcl}")),
             TRUST,
+            (REFUSED,),
         )
         for command in itertools.chain(*self._stages):
             began = time.monotonic()
@@ -77,18 +79,18 @@ class Copy(WorkCopy):
                         if int(took) >= SLOW)
 
     def _build(self, stage: Stage) -> bool:
-        return self.build(PRESET, *(program for program, *_ in stage), seconds=LONGEST_BUILD, once=True)
+        programs = [program for program, *_ in stage if program != REFUSED[0]]
+        return not programs or self.build(PRESET, *programs, seconds=LONGEST_BUILD, once=True)
 
     def _fault(self, stage: Stage) -> str:
         """What its tests find: "noticed", "hung", or nothing."""
         scratch = self.folder / "scratch"
         scratch.mkdir(exist_ok=True)
-        environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch)}
-        built = self.folder / "build" / PRESET
+        environment = {**os.environ, "GTEST_FAIL_FAST": "1", "GTEST_BRIEF": "1", "TMPDIR": str(scratch),
+                       "PATH": f"{self.folder / 'build' / PRESET}:{os.environ['PATH']}"}
         try:
-            passed = all(self.run(["prlimit", f"--as={MOST_MEMORY}", str(built / program), *words],
-                                  self._longest.get((program, *words)), environment).returncode == 0
-                         for program, *words in stage)
+            passed = all(self.run(["prlimit", f"--as={MOST_MEMORY}", *command], self._longest.get(command),
+                                  environment).returncode == 0 for command in stage)
             return "" if passed else "noticed"
         except subprocess.TimeoutExpired:
             return "hung"
