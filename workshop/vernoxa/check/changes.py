@@ -87,8 +87,8 @@ _AFTER: dict[str | None, Callable[[str], list[str]]] = {
 # its place before anybody looks.
 _FIELD = re.compile(r"^  (?:std::)?[\w:]+ \w*[a-zA-Z0-9] = 0;", re.MULTILINE)
 
-# What these files count begins and ends at a multiple of four: one byte more or less says the same.
-_IN_FOURS = re.compile(r"/metafile_\w+\.(?:cpp|h)$")
+# What these files count begins and ends at a multiple of so many bytes: one more or less says the same.
+_STEPS = ((re.compile(r"/metafile_\w+\.(?:cpp|h)$"), 4), (re.compile(r"/older_metafile\.cpp$"), 2))
 
 
 def _tokens(source: str, step: int = 1) -> Iterator[tuple[int, int, str]]:
@@ -127,7 +127,7 @@ def of_file(root: pathlib.Path, name: str) -> list[Change]:
     if name.endswith(".h"):
         skipped += [match.span() for match in _FIELD.finditer(source)]
     found = set()
-    step = 4 if _IN_FOURS.search(name) else 1
+    step = next((step for files, step in _STEPS if files.search(name)), 1)
     for start, end, after in [*_tokens(source, step), *_lines(source)]:
         if any(first <= start < last for first, last in skipped):
             continue
