@@ -9,7 +9,6 @@ namespace vernoxa::desktop {
 namespace {
 
 constexpr std::size_t smallestHeader = 88;  // the oldest form; later ones are 100 and 108
-constexpr std::size_t smallestRecord = 8;
 
 // The description and the pixel format follow the numbers of the header. An old header has no numbers for a pixel
 // format: its description begins in their place, [MS-EMF] 2.3.4.2.

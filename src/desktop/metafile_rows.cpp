@@ -147,10 +147,11 @@ Fault makesFont(const MetafileRecord& record, PlayerState& state) {
   constexpr std::size_t axesAt = 360;
   constexpr std::uint32_t axesSignature = 0x08007664;
   constexpr std::uint32_t mostAxes = 16;
-  const bool hasAxes = record.holds(axesAt, 8) && record.number(axesAt) == axesSignature;
-  const std::uint32_t axes = hasAxes ? record.number(axesAt + 4) : 0;
-  return axes <= mostAxes && (!hasAxes || record.holds(axesAt + 8, axes, 4)) ? makes(record, state)
-                                                                             : "it counts more than it holds";
+  if (!record.holds(axesAt, 8) || record.number(axesAt) != axesSignature) {
+    return makes(record, state);
+  }
+  const std::uint32_t axes = record.number(axesAt + 4);
+  return axes <= mostAxes && record.holds(axesAt + 8, axes, 4) ? makes(record, state) : "it counts more than it holds";
 }
 
 enum BrushStyle : std::uint32_t { solid = 0, hatched = 2, pattern = 3, dibPattern = 5, dibPatternPointer = 6 };
@@ -293,12 +294,12 @@ constexpr std::array rows = {
     RecordRow{25, "SETBKCOLOR", 12},
     RecordRow{26, "OFFSETCLIPRGN", 16},
     RecordRow{27, "MOVETOEX", 16},
-    RecordRow{28, "SETMETARGN", 8},
+    RecordRow{28, "SETMETARGN", smallestRecord},
     RecordRow{29, "EXCLUDECLIPRECT", 24},
     RecordRow{30, "INTERSECTCLIPRECT", 24},
     RecordRow{31, "SCALEVIEWPORTEXTEX", 24},
     RecordRow{32, "SCALEWINDOWEXTEX", 24},
-    RecordRow{33, "SAVEDC", 8, savesState},
+    RecordRow{33, "SAVEDC", smallestRecord, savesState},
     RecordRow{34, "RESTOREDC", 12, restoresState},
     RecordRow{35, "SETWORLDTRANSFORM", 32},
     RecordRow{36, "MODIFYWORLDTRANSFORM", 36},
@@ -317,23 +318,23 @@ constexpr std::array rows = {
     RecordRow{49, "CREATEPALETTE", 16, makesPalette},
     RecordRow{50, "SETPALETTEENTRIES", 20, setsColours},
     RecordRow{51, "RESIZEPALETTE", 16, resizesPalette},
-    RecordRow{52, "REALIZEPALETTE", 8},
+    RecordRow{52, "REALIZEPALETTE", smallestRecord},
     RecordRow{53, "EXTFLOODFILL", 24},
     RecordRow{54, "LINETO", 16},
     RecordRow{55, "ARCTO", 40},
     RecordRow{56, "POLYDRAW", 28, counts<24, 28, 9>},  // a point of eight bytes, and its kind
     RecordRow{57, "SETARCDIRECTION", 12},
     RecordRow{58, "SETMITERLIMIT", 12},
-    RecordRow{59, "BEGINPATH", 8},
-    RecordRow{60, "ENDPATH", 8},
-    RecordRow{61, "CLOSEFIGURE", 8},
+    RecordRow{59, "BEGINPATH", smallestRecord},
+    RecordRow{60, "ENDPATH", smallestRecord},
+    RecordRow{61, "CLOSEFIGURE", smallestRecord},
     RecordRow{62, "FILLPATH", 24},
     RecordRow{63, "STROKEANDFILLPATH", 24},
     RecordRow{64, "STROKEPATH", 24},
-    RecordRow{65, "FLATTENPATH", 8},
-    RecordRow{66, "WIDENPATH", 8},
+    RecordRow{65, "FLATTENPATH", smallestRecord},
+    RecordRow{66, "WIDENPATH", smallestRecord},
     RecordRow{67, "SELECTCLIPPATH", 12},
-    RecordRow{68, "ABORTPATH", 8},
+    RecordRow{68, "ABORTPATH", smallestRecord},
     RecordRow{70, "COMMENT", 12, comments},
     RecordRow{71, "FILLRGN", 32, brushesRegion<32>},
     RecordRow{72, "FRAMERGN", 40, brushesRegion<40>},

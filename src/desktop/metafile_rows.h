@@ -27,5 +27,6 @@ struct RecordRow {
 const RecordRow* findRecordRow(std::uint32_t type);
 
 constexpr std::uint32_t endOfFileRecord = 14;
+constexpr std::size_t smallestRecord = 8;  // its type and size
 
 }  // namespace vernoxa::desktop

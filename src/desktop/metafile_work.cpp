@@ -16,11 +16,15 @@ bool fillsItsPoints(const MetafileRecord& record) {
   return type == 3 || type == 8 || type == 86 || type == 91;  // polygons, one or many, of long or short numbers
 }
 
+// On average, of a way of that length that goes to and fro between two edges.
+double crossingsOf(double length, std::int64_t edge, std::int64_t otherEdge) {
+  return length / static_cast<double>(std::max<std::int64_t>(otherEdge - edge, 1));
+}
+
 // Rows or columns, whichever are crossed more often: the picture may be turned.
 FilledShape shapeOf(const DrawnExtent& extent) {
-  const auto width = static_cast<double>(std::max<std::int64_t>(extent.right - extent.left, 1));
-  const auto height = static_cast<double>(std::max<std::int64_t>(extent.bottom - extent.top, 1));
-  return {extent, std::max(extent.across / width, extent.down / height)};
+  return {extent, std::max(crossingsOf(extent.across, extent.left, extent.right),
+                           crossingsOf(extent.down, extent.top, extent.bottom))};
 }
 
 }  // namespace

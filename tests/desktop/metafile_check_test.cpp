@@ -57,6 +57,22 @@ std::string withRoom(std::string metafile, std::size_t place, std::uint32_t more
   return withNumber(metafile, 48, static_cast<std::uint32_t>(metafile.size()));
 }
 
+// Where the last four bytes say nothing: behind a font, an odd number of glyphs' advances, the corners of a rectangle.
+TEST(MetafileCheck, RefusesARecordThatEndsFourBytesEarlier) {
+  std::string sound;
+  for (const SampleMetafile& each : sampleMetafiles()) {
+    for (const std::size_t place : recordPlaces(each.bytes)) {
+      const std::uint32_t bytes = numberAt(each.bytes, place + 4);
+      std::string cut = withNumber(each.bytes, place + 4, bytes - 4).erase(place + bytes - 4, 4);
+      cut = withNumber(cut, 48, static_cast<std::uint32_t>(cut.size()));
+      if (place != 0 && faultOf(cut) == "sound") {  // 0 is the header
+        sound += each.name + (" " + std::to_string(place)) + "\n";
+      }
+    }
+  }
+  EXPECT_EQ(sound, "texts 108\ntexts 1204\ngradients 108\n");
+}
+
 // A sample, then lies about its first record of a type: the type, which numbers at which bytes ("+": so many more;
 // behind the record lie the next ones), and how what is told ends. Most numbers that count are in
 // metafile_numbers_test.cpp.
@@ -67,13 +83,16 @@ lines | 1 56=0 the table of objects is too small | 1 56=2 record 3 at 144 (CREAT
 lines | 1 60=8 the description lies outside | 1 88=4,92=1000 the pixel format lies outside | 1 92=1000 sound
 lines | 1 88=1000 the pixel format lies outside | 1 88=4,92=100 sound | 1 4=100,100=28,104=8 sound
 lines | 1 4=100,100=28,104=8,88=4,92=1000 the pixel format lies outside | 14 8=6 the palette lies outside
-lines | 37 4=0 a wrong size | 37 4=4 a wrong size | 37 4=13 a wrong size | 37 4=4000 a wrong size
-lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 no known type | 37 0=1 no known type | 37 0=69 no known type
+lines | 14 8=1 sound | 14 8=1,12=1000 the palette lies outside
+lines | 37 4=0 record 2 at 132: a wrong size | 37 4=4 a wrong size | 37 4=13 a wrong size | 37 4=4000 a wrong size
+lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 record 2 at 132: no known type | 37 0=1 no known type | 37 0=69 no known type
 lines | 37 0=123 no known type | 37 8=12 no such object | 37 8=0 no such object | 37 8=0x80000014 sound
 lines | 37 8=0x80000015 of the system's | 38 8=1 made over another | 39 12=6 a brush is of no known style
 lines | 3 24=0x20000004 (POLYGON): it counts more than it holds | 8 32=4 its shapes have more points than it holds
 lines | 8 36=0xFFFFFFFF more points than it holds
 short_lines | 90 24=4,28=3 more points than it holds
+lines | 8 24=3,28=6 it counts more than it holds | 8 24=3,28=5,32=1,36=1 its shapes have more points than it holds
+mapping | 34 8=0xFFFFFFFE sound | 34 8=0xFFFFFFFE,24=34,32=0xFFFFFFFE not saved
 mapping | 34 8=0 not saved | 34 8=1 not saved | 34 8=0xFFFFFFFD not saved | 34 8=0x80000000 not saved
 palettes | 112 0=14 behind the end | 51 12=1025 no possible size | 51 12=0 no possible size | 51 12=1024 sound
 palettes | 49 12=0x40300 counts more than it holds | 121 20=0xFFFFFFFF counts more than it holds
@@ -102,6 +121,7 @@ comments | 70 136=100 a metafile within a comment is broken | 70 328=9 older met
 comments | 70 360=8 newer record within a comment has a wrong size | 70 360=48 comment has a wrong size
 comments | 70 360=30 comment has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
 texts | 82 +104,360=0x08007664,364=16 sound | 82 +104,360=0x08007664,364=17 counts more than it holds
+texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x08007664 sound | 82 +104,364=17 sound
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
 texts | 83 52=0x2000 advances of a text lie outside | 96 36=0,48=9 sound | 96 4=204,36=2,88=0,92=99999 sound
 texts | 84 +200,44=100,48=100,72=0 sound | 97 +200,48=100,52=104,76=0 the advances of a text lie outside

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "support/sample_metafiles.h"
 
 namespace vernoxa::desktop {
@@ -46,6 +48,11 @@ TEST(FilledShapes, AreAsMuchWorkAsTheirOutlineCrossesRows) {
       {{{polylineTo, zigzag}, {beginPath, {}}, {polylineTo, back}, {fillPath, {}}}, 1},
       {{{lineTo, {7, 0}}, {lineTo, {8, 50}}, {lineTo, {9, 0}}, {lineTo, {7, 50}}, {fillPath, {}}}, 3},
       {{{lineTo, {0, 0}}, {polylineTo, {0, 100, 50, 100}}, {lineTo, {200, 0}}, {fillPath, {}}}, 2},
+      {{{polygon, {3, 7, 4, 7, 3, 7, 4, 7}}}, 3},
+      {{{polygon, {3, 7, 3, 8, 3, 7, 3, 8}}}, 3},
+      {{{lineTo, {7, 0}}, {polylineTo, {7, 0, 9, 0, 7, 0, 9, 0}}, {fillPath, {}}}, 3},
+      // As far in each direction, and no edge is where a part of the path begins or ends.
+      {{{lineTo, {50, 50}}, {polylineTo, {50, 50, 0, 0, 100, 100, 25, 25}}, {lineTo, {25, 25}}, {fillPath, {}}}, 2.25},
   };
   for (const auto& each : cases) {
     FilledShapes shapes;
@@ -58,6 +65,20 @@ TEST(FilledShapes, AreAsMuchWorkAsTheirOutlineCrossesRows) {
     EXPECT_EQ(filled.value_or(FilledShape{}).crossings, each.crossings) << row;
     EXPECT_EQ(filled.value_or(FilledShape{}).work(10), each.crossings * each.crossings * 10) << row;
   }
+}
+
+// Without the records before it, and thus without a path.
+TEST(FilledShapes, AreOnlyPolygonsWhereThereIsNoPath) {
+  std::set<std::uint32_t> filling;
+  for (const SampleMetafile& each : sampleMetafiles()) {
+    for (const std::size_t place : recordPlaces(each.bytes)) {
+      const MetafileRecord record(std::string_view(each.bytes).substr(place, numberAt(each.bytes, place + 4)));
+      if (FilledShapes().next(record, drawnExtent(record))) {
+        filling.insert(record.type());
+      }
+    }
+  }
+  EXPECT_EQ(filling, (std::set<std::uint32_t>{3, 8, 86, 91}));
 }
 
 }  // namespace
