@@ -154,7 +154,8 @@ Fault makesFont(const MetafileRecord& record, PlayerState& state) {
   return axes <= mostAxes && record.holds(axesAt + 8, axes, 4) ? makes(record, state) : "it counts more than it holds";
 }
 
-enum BrushStyle : std::uint32_t { solid = 0, hatched = 2, pattern = 3, dibPattern = 5, dibPatternPointer = 6 };
+// Before them: solid, and none.
+enum BrushStyle : std::uint32_t { hatched = 2, pattern = 3, dibPattern = 5, dibPatternPointer = 6 };
 
 // Other styles contain an address or a handle, which means something only to the program that wrote it.
 Fault makesBrush(const MetafileRecord& record, PlayerState& state) {
@@ -256,7 +257,7 @@ Fault blends(const MetafileRecord& record, PlayerState&) {
   if (hasNoBitmap(record, 84)) {
     return nullptr;
   }
-  return usage <= 1 ? bitmapFault(record, {84, usage, ~0U, true}) : "a bitmap is of no known format";
+  return usage <= 1 ? bitmapFault(record, {.place = 84, .usage = usage, .exact = true}) : "a bitmap is of no known format";
 }
 
 Fault makesPatternBrush(const MetafileRecord& record, PlayerState& state) {

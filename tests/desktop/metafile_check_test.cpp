@@ -85,9 +85,9 @@ lines | 1 88=1000 the pixel format lies outside | 1 88=4,92=100 sound | 1 4=100,
 lines | 1 4=100,100=28,104=8,88=4,92=1000 the pixel format lies outside | 14 8=6 the palette lies outside
 lines | 14 8=1 sound | 14 8=1,12=1000 the palette lies outside
 lines | 37 4=0 record 2 at 132: a wrong size | 37 4=4 a wrong size | 37 4=13 a wrong size | 37 4=4000 a wrong size
-lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 record 2 at 132: no known type | 37 0=1 no known type | 37 0=69 no known type
-lines | 37 0=123 no known type | 37 8=12 no such object | 37 8=0 no such object | 37 8=0x80000014 sound
-lines | 37 8=0x80000015 of the system's | 38 8=1 made over another | 39 12=6 a brush is of no known style
+lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 record 2 at 132: no known type | 37 0=1 no known type
+lines | 37 0=69 no known type | 37 0=123 no known type | 37 8=12 no such object | 37 8=0 no such object
+lines | 37 8=0x80000014 sound | 37 8=0x80000015 of the system's | 38 8=1 made over another | 39 12=6 a brush is of no known style
 lines | 3 24=0x20000004 (POLYGON): it counts more than it holds | 8 32=4 its shapes have more points than it holds
 lines | 8 36=0xFFFFFFFF more points than it holds
 short_lines | 90 24=4,28=3 more points than it holds
@@ -110,9 +110,11 @@ brushes | 94 20=60,32=12,36=0x80008,40=0x40001 sound | 94 32=12,36=0x80009,40=0x
 brushes | 94 20=56,32=12,36=0x80008,40=0x40001 colours of a bitmap lie outside | 94 12=2,64=17 sound
 brushes | 94 64=17 colours of a bitmap lie outside | 94 12=3 no known format | 95 36=7 a pen is of no known style
 brushes | 95 36=5 bitmap has no known size | 95 16=100 a bitmap lies outside | 95 20=9999 a bitmap lies outside
-brushes | 95 24=9999 a bitmap lies outside
+brushes | 95 24=9999 a bitmap lies outside | 95 36=2 sound | 95 36=3 bitmap has no known size
+brushes | 95 36=6 bitmap has no known size | 95 168=3,172=3 sound | 95 168=3,148=100 of a bitmap lie outside
 regions | 71 24=68 a region lies outside | 73 32=2 a region is of no known form | 75 8=0 a region is of no known form
 regions | 73 4=184,24=72,36=3 a region counts more than it holds | 73 4=184,24=80,36=3 sound
+regions | 75 4=20,8=0,12=5,20=17,24=60 sound | 75 4=24,8=0,12=5,24=17,28=56 a region is of no known form
 comments | 70 56=5 name of a group lies outside | 70 124=20 more formats than it holds | 70 128=0 sound
 comments | 70 124=2,152=4000 a format within a comment lies outside | 70 136=4000 within a comment lies outside
 comments | 70 124=2,152=1,156=4000 within a comment lies outside | 70 124=2,128=0,136=0,152=196,156=0 sound
@@ -123,12 +125,12 @@ comments | 70 360=30 comment has a wrong size | 70 364=17 comment has a wrong si
 texts | 82 +104,360=0x08007664,364=16 sound | 82 +104,360=0x08007664,364=17 counts more than it holds
 texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x08007664 sound | 82 +104,364=17 sound
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
-texts | 83 52=0x2000 advances of a text lie outside | 96 36=0,48=9 sound | 96 4=204,36=2,88=0,92=99999 sound
+texts | 83 52=0x2000 advances of a text lie outside | 96 36=0,48=9 sound | 96 4=204,36=2,84=99999,88=0,92=99999 sound
 texts | 84 +200,44=100,48=100,72=0 sound | 97 +200,48=100,52=104,76=0 the advances of a text lie outside
 texts | 108 20=0x100 a text lies outside | 108 20=0x200 a text lies outside
 bitmaps | 76 84=100 the header of a bitmap has no known size | 76 88=40 no known size | 76 92=40 no known size
 bitmaps | 76 96=4 no known size | 76 12=0x10000 it has no bitmap, and bounds far away
-bitmaps | 114 80=2 no known format | 114 116=4 more bits than its size has room for
+bitmaps | 114 80=2 no known format | 114 80=1,84=0,88=0,92=0,96=0 sound | 114 116=4 more bits than its size has room for
 bitmaps | 77 44=0x400001 a part of the bitmap that it draws is far away | 77 48=0xFFBFFFFF draws is far away
 bitmaps | 77 52=0x7F800000 far away | 77 52=0x7FC00000 far away | 77 72=0xCE6E6B28 far away | 77 52=0x41800000 sound
 bitmaps | 77 52=0,64=0 sound | 77 44=0x300000,100=0x200000 far away | 77 44=0x300000,100=0x100000 sound
