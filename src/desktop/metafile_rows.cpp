@@ -257,7 +257,8 @@ Fault blends(const MetafileRecord& record, PlayerState&) {
   if (hasNoBitmap(record, 84)) {
     return nullptr;
   }
-  return usage <= 1 ? bitmapFault(record, {.place = 84, .usage = usage, .exact = true}) : "a bitmap is of no known format";
+  return usage <= 1 ? bitmapFault(record, {.place = 84, .usage = usage, .exact = true})
+                    : "a bitmap is of no known format";
 }
 
 Fault makesPatternBrush(const MetafileRecord& record, PlayerState& state) {

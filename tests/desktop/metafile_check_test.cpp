@@ -87,7 +87,8 @@ lines | 14 8=1 sound | 14 8=1,12=1000 the palette lies outside
 lines | 37 4=0 record 2 at 132: a wrong size | 37 4=4 a wrong size | 37 4=13 a wrong size | 37 4=4000 a wrong size
 lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 record 2 at 132: no known type | 37 0=1 no known type
 lines | 37 0=69 no known type | 37 0=123 no known type | 37 8=12 no such object | 37 8=0 no such object
-lines | 37 8=0x80000014 sound | 37 8=0x80000015 of the system's | 38 8=1 made over another | 39 12=6 a brush is of no known style
+lines | 37 8=0x80000014 sound | 37 8=0x80000015 of the system's | 38 8=1 made over another
+lines | 39 12=6 a brush is of no known style
 lines | 3 24=0x20000004 (POLYGON): it counts more than it holds | 8 32=4 its shapes have more points than it holds
 lines | 8 36=0xFFFFFFFF more points than it holds
 short_lines | 90 24=4,28=3 more points than it holds
@@ -127,7 +128,8 @@ texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x080
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
 texts | 83 52=0x2000 advances of a text lie outside | 96 36=0,48=9 sound | 96 4=204,36=2,84=99999,88=0,92=99999 sound
 texts | 84 +200,44=100,48=100,72=0 sound | 97 +200,48=100,52=104,76=0 the advances of a text lie outside
-texts | 108 20=0x100 a text lies outside | 108 20=0x200 a text lies outside
+texts | 83 48=88,52=16 sound | 83 48=89,52=16 a text lies outside | 83 48=89,52=4 sound
+texts | 108 20=0x104 a text lies outside | 108 20=0x204 a text lies outside
 bitmaps | 76 84=100 the header of a bitmap has no known size | 76 88=40 no known size | 76 92=40 no known size
 bitmaps | 76 96=4 no known size | 76 12=0x10000 it has no bitmap, and bounds far away
 bitmaps | 114 80=2 no known format | 114 80=1,84=0,88=0,92=0,96=0 sound | 114 116=4 more bits than its size has room for
@@ -136,7 +138,7 @@ bitmaps | 77 52=0x7F800000 far away | 77 52=0x7FC00000 far away | 77 72=0xCE6E6B
 bitmaps | 77 52=0,64=0 sound | 77 44=0x300000,100=0x200000 far away | 77 44=0x300000,100=0x100000 sound
 bitmaps | 77 100=40,104=40,52=0x4788B800,60=0x4788B800 far away | 77 100=40,52=0x4788B800,68=0x4A2AE600 far away
 bitmaps | 77 100=40,104=40,56=0x4788B800,64=0x4788B800 far away | 77 104=40,64=0x4788B800,72=0x4A2AE600 far away
-gradients | 118 84=3 a corner that is not there
+gradients | 118 84=3 a corner that is not there | 118 88=3 a corner that is not there | 118 92=3 sound
 image_formats | 81 452=8000,456=8000 sound | 81 452=8000001,456=8 a packed bitmap is too large
 image_formats | 81 92=1,96=4 sound | 81 92=1,96=5 sound | 81 92=1,96=6 no known format | 81 92=0x180001,96=4 sound
 image_formats | 81 468=0 fewer bytes than it says | 81 468=17 fewer bytes than it says | 81 468=8 ends within a run
