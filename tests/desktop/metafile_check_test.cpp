@@ -83,6 +83,9 @@ lines | 1 56=0 the table of objects is too small | 1 56=2 record 3 at 144 (CREAT
 lines | 1 60=8 the description lies outside | 1 88=4,92=1000 the pixel format lies outside | 1 92=1000 sound
 lines | 1 88=1000 the pixel format lies outside | 1 88=4,92=100 sound | 1 4=100,100=28,104=8 sound
 lines | 1 4=100,100=28,104=8,88=4,92=1000 the pixel format lies outside | 14 8=6 the palette lies outside
+lines | 1 +8,60=4,64=108 sound | 1 +8,60=5,64=108 the description lies outside | 1 60=10,64=88 sound
+lines | 1 60=4,64=96,88=4,92=1000 sound | 1 60=4,64=100,88=4,92=1000 the pixel format lies outside
+lines | 1 4=88,88=17,92=20 sound | 1 4=96,88=4,92=1000,96=17,100=12 sound
 lines | 14 8=1 sound | 14 8=1,12=1000 the palette lies outside
 lines | 37 4=0 record 2 at 132: a wrong size | 37 4=4 a wrong size | 37 4=13 a wrong size | 37 4=4000 a wrong size
 lines | 37 4=0xFFFFFFFC a wrong size | 37 0=0 record 2 at 132: no known type | 37 0=1 no known type
@@ -122,7 +125,7 @@ comments | 70 124=2,152=1,156=4000 within a comment lies outside | 70 124=2,128=
 comments | 70 124=2,128=0,136=1,152=196,156=0 formats within a comment overlap | 70 256=0 within a comment is broken
 comments | 70 136=100 a metafile within a comment is broken | 70 328=9 older metafile within a comment lies outside
 comments | 70 360=8 newer record within a comment has a wrong size | 70 360=48 comment has a wrong size
-comments | 70 360=30 comment has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
+comments | 70 348=40 sound | 70 360=30 comment has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
 texts | 82 +104,360=0x08007664,364=16 sound | 82 +104,360=0x08007664,364=17 counts more than it holds
 texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x08007664 sound | 82 +104,364=17 sound
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
