@@ -18,7 +18,7 @@ struct PlayerState {
 
 struct RecordRow {
   std::uint32_t type = 0;
-  const char* name = "";       // [MS-EMF] 2.1.1, without "EMR_"
+  const char* name = nullptr;  // [MS-EMF] 2.1.1, without "EMR_"
   std::size_t fixedBytes = 0;  // without the counted items; the check runs only on a record of at least this size
   Fault (*check)(const MetafileRecord&, PlayerState&) = nullptr;  // null: the record is no longer than that
 };

@@ -125,19 +125,20 @@ comments | 70 124=2,152=1,156=4000 within a comment lies outside | 70 124=2,128=
 comments | 70 124=2,128=0,136=1,152=196,156=0 formats within a comment overlap | 70 256=0 within a comment is broken
 comments | 70 136=100 a metafile within a comment is broken | 70 328=9 older metafile within a comment lies outside
 comments | 70 360=8 newer record within a comment has a wrong size | 70 360=48 comment has a wrong size
-comments | 70 348=40 sound | 70 360=30 comment has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
+comments | 70 348=40 sound | 70 360=30 has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
 texts | 82 +104,360=0x08007664,364=16 sound | 82 +104,360=0x08007664,364=17 counts more than it holds
 texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x08007664 sound | 82 +104,364=17 sound
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
 texts | 83 52=0x2000 advances of a text lie outside | 96 36=0,48=9 sound | 96 4=204,36=2,84=99999,88=0,92=99999 sound
 texts | 84 +200,44=100,48=100,72=0 sound | 97 +200,48=100,52=104,76=0 the advances of a text lie outside
-texts | 83 48=88,52=16 sound | 83 48=89,52=16 a text lies outside | 83 48=89,52=4 sound
+texts | 97 52=97 a text lies outside | 83 48=88,52=16 sound | 83 48=89,52=16 a text lies outside | 83 48=89,52=4 sound
 texts | 108 20=0x104 a text lies outside | 108 20=0x204 a text lies outside
 bitmaps | 76 84=100 the header of a bitmap has no known size | 76 88=40 no known size | 76 92=40 no known size
 bitmaps | 76 96=4 no known size | 76 12=0x10000 it has no bitmap, and bounds far away
 bitmaps | 114 80=2 no known format | 114 80=1,84=0,88=0,92=0,96=0 sound | 114 116=4 more bits than its size has room for
 bitmaps | 77 44=0x400001 a part of the bitmap that it draws is far away | 77 48=0xFFBFFFFF draws is far away
 bitmaps | 77 52=0x7F800000 far away | 77 52=0x7FC00000 far away | 77 72=0xCE6E6B28 far away | 77 52=0x41800000 sound
+bitmaps | 79 124=140,128=104,132=244,136=32 sound | 79 120=3,124=140,128=104,132=244,136=32 no known format
 bitmaps | 77 52=0,64=0 sound | 77 44=0x300000,100=0x200000 far away | 77 44=0x300000,100=0x100000 sound
 bitmaps | 77 100=40,104=40,52=0x4788B800,60=0x4788B800 far away | 77 100=40,52=0x4788B800,68=0x4A2AE600 far away
 bitmaps | 77 100=40,104=40,56=0x4788B800,64=0x4788B800 far away | 77 104=40,64=0x4788B800,72=0x4A2AE600 far away
