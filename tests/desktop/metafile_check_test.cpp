@@ -57,7 +57,7 @@ std::string withRoom(std::string metafile, std::size_t place, std::uint32_t more
   return withNumber(metafile, 48, static_cast<std::uint32_t>(metafile.size()));
 }
 
-// Where the last four bytes say nothing: behind a font, an odd number of glyphs' advances, the corners of a rectangle.
+// But where nothing counts these: behind a font, the advances of glyphs, and the corners of a rectangle.
 TEST(MetafileCheck, RefusesARecordThatEndsFourBytesEarlier) {
   std::string sound;
   for (const SampleMetafile& each : sampleMetafiles()) {
@@ -125,7 +125,7 @@ comments | 70 124=2,152=1,156=4000 within a comment lies outside | 70 124=2,128=
 comments | 70 124=2,128=0,136=1,152=196,156=0 formats within a comment overlap | 70 256=0 within a comment is broken
 comments | 70 136=100 a metafile within a comment is broken | 70 328=9 older metafile within a comment lies outside
 comments | 70 360=8 newer record within a comment has a wrong size | 70 360=48 comment has a wrong size
-comments | 70 348=40 sound | 70 360=30 has a wrong size | 70 364=17 comment has a wrong size | 70 388=16 comment has a wrong size
+comments | 70 348=40 sound | 70 360=30 has a wrong size | 70 364=17 has a wrong size | 70 388=16 has a wrong size
 texts | 82 +104,360=0x08007664,364=16 sound | 82 +104,360=0x08007664,364=17 counts more than it holds
 texts | 82 +36,360=0x08007664,364=1 counts more than it holds | 82 +32,360=0x08007664 sound | 82 +104,364=17 sound
 texts | 82 704=0,708=99 sound | 83 48=93 a text lies outside | 83 52=92 sound | 97 52=96 sound | 96 52=96 sound
