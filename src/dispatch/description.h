@@ -5,8 +5,10 @@
 // plain ASCII, since the documents are in UTF-8, but string literals of the plug-in in the code page.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace vernoxa::plugin {
@@ -24,6 +26,14 @@ struct Few {
   constexpr const Item* begin() const { return items.data(); }
   constexpr const Item* end() const { return items.data() + count; }
 };
+
+// Whether the longest of these lists in a table fills its place: room that no row needs is kept in all of them.
+template <class Rows, class List>
+consteval bool longestFills(const Rows& rows, List list) {
+  const auto length = [list](const auto& row) { return std::invoke(list, row).count; };
+  const auto longest = std::invoke(list, *std::ranges::max_element(rows, {}, length));
+  return longest.count == longest.items.size();
+}
 
 enum class MemberKind { text, number, textOrNumber, array };
 

@@ -31,9 +31,9 @@ bool isOfKind(JsonView value, MemberKind kind) {
     case MemberKind::textOrNumber:
       return value.text().has_value() || value.wholeNumber().has_value();
     case MemberKind::array:
-      return value.isArray();
+      break;
   }
-  return false;
+  return value.isArray();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 // parameters name the parts of the call and of the session that it works on.
 #pragma once
 
+#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -39,18 +40,17 @@ struct HandlerRow {
   Members members = {};
   Calls calls = {};
   Answer answer = {};
-  const char* purpose = "";                                       // one sentence
+  const char* purpose = nullptr;                                  // one sentence
   void (*whenRefused)(RequestCall&, plugin::Session&) = nullptr;  // called whatever refused the request
 };
 
 // Rows of one table have different names, or the program does not compile.
 template <class Rows>
 consteval bool namesDiffer(const Rows& rows) {
-  for (std::size_t first = 0; first < std::size(rows); ++first) {
-    for (std::size_t second = first + 1; second < std::size(rows); ++second) {
-      if (std::string_view(rows[first].name) == rows[second].name) {
-        return false;
-      }
+  for (auto row = std::begin(rows); row != std::end(rows); ++row) {
+    if (std::any_of(row + 1, std::end(rows),
+                    [row](const auto& other) { return std::string_view(row->name) == other.name; })) {
+      return false;
     }
   }
   return true;

@@ -201,6 +201,7 @@ constexpr CommandRow commands[] = {
 // clang-format on
 
 static_assert(namesDiffer(commands), "two rows of one name");
+static_assert(longestFills(commands, [](const CommandRow& row) { return row.arguments.each; }), "too much room");
 
 // The commands carry no client data, so each row has an entry of its own.
 template <std::size_t index>

@@ -150,6 +150,7 @@ constexpr HostProcedure procedures[] = {
 };
 // clang-format on
 static_assert(namesDiffer(procedures), "two rows of one name");
+static_assert(longestFills(procedures, &HostProcedure::arguments), "too much room");
 
 }  // namespace
 

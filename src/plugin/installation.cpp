@@ -18,12 +18,8 @@ std::optional<Configuration> parseConfiguration(const std::string& text, const L
   if (!root) {
     return std::nullopt;
   }
-  Configuration configuration;
-  if (const auto language = root.member("AlgMenuLang").text()) {
-    configuration.language = std::string(*language);
-  }
-  configuration.startCompanion = root.member("StartWithCadence").text() == "1";
-  return configuration;
+  return Configuration{std::optional<std::string>(root.member("AlgMenuLang").text()),
+                       root.member("StartWithCadence").text() == "1"};
 }
 
 }  // namespace vernoxa::plugin

@@ -25,7 +25,7 @@ Directories directoriesOf(const FilePath& modulePath);
 // Of "\Config\App.txt", a JSON object.
 struct Configuration {
   std::optional<std::string> language;  // "AlgMenuLang" when it is a string, the empty one too
-  bool startCompanion = false;          // "StartWithCadence" is exactly the string "1"
+  bool startCompanion;                  // "StartWithCadence" is exactly the string "1"
 };
 
 // `nullopt` if the text is not valid JSON, or beyond the bounds of what is parsed.

@@ -98,6 +98,9 @@ constexpr MessageRow messages[] = {
     MessageWay::ownConnection},
 };
 // clang-format on
+static_assert(longestFills(messages, &MessageRow::senders), "too much room");
+static_assert(longestFills(messages, &MessageRow::data), "too much room");
+static_assert(longestFills(messages, &MessageRow::answer), "too much room");
 
 }  // namespace
 

@@ -185,6 +185,9 @@ constexpr HandlerRow companionRows[] = {
   {"CloseOrcad", run<designs::closeOrcad>, needs(), calls("Exit"), answersNothing(), "Closes the host."},
 };
 static_assert(namesDiffer(companionRows), "two rows of one name");
+static_assert(longestFills(companionRows, &HandlerRow::members), "too much room");
+static_assert(longestFills(companionRows, &HandlerRow::calls), "too much room");
+static_assert(longestFills(companionRows, [](const HandlerRow& row) { return row.answer.data; }), "too much room");
 
 // --- what the link thread asks -------------------------------------------------------------------------------------
 

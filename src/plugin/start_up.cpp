@@ -59,8 +59,9 @@ void startCompanion(PlugIn& plugIn) {
 
 void applyConfiguration(PlugIn& plugIn) {
   const FilePath file = plugIn.session->part<const Directories>().configurationFile;
-  const auto configuration = parseConfiguration(plugIn.world.files.readStart(file, longestOutsideJson + 1).value_or(""),
-                                                plugIn.session->part<const Logs>());
+  const auto configuration =
+      parseConfiguration(plugIn.world.files.readStart(file, longestOutsideJson + 1).value_or(std::string()),
+                         plugIn.session->part<const Logs>());
   if (configuration && configuration->language) {
     plugIn.session->language = *configuration->language;
   }
