@@ -8,6 +8,7 @@ namespace vernoxa {
 constexpr const char* starts[] = {"JumpToDsn ",     "catch {JumpToDsn ", " ",           "JumpToDsn [",
                                   "JumpToDsn \"",   "JumpToDsn \"\\\"",  "[JumpToDsn]", "JumpToDsn 1;\t",
                                   "JumpToDsn a\\ ", "\tJumpToDsn $"};
+constexpr const char* texts[] = {"{", "\\a {", "} {"};
 
 Script jumpTo(const std::string& page) {
 #if CASE < 10
@@ -16,8 +17,12 @@ Script jumpTo(const std::string& page) {
   return Script("JumpToDsn ").literal(page.c_str());
 #elif CASE == 11
   return Script("JumpToDsn ").callInstead(page.c_str());
-#else
+#elif CASE == 12
   return Script("JumpToDsn ").callInstead("Exit;");
+#elif CASE == 13
+  return Script("JumpToDsn ").callInstead("");
+#else
+  return Script("JumpToDsn ").literal(texts[CASE - 14]).bare(page);
 #endif
 }
 

@@ -47,6 +47,7 @@ TEST_F(CompanionLaunchTest, ProcessIsFoundByPartOfItsNameWithCase) {
       {{{"lantuzs.exe", 7}}, 0},  // the first entry is never looked at
       {{{"idle", 0}, {"LanTuZS.exe", 7}}, 0},
       {{{"idle", 0}, {"xlantuzs2.exe", 7}, {"lantuzs.exe", 8}}, 7},
+      {{{"idle", 0}, {"other.exe", 7}, {"lantuzs.exe", 8}}, 8},
       {{{"idle", 0}, {"lantuzs.exe", 0x12345}}, 0x2345},
   };
   for (const auto& [running, expected] : rows) {

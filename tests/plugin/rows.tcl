@@ -64,7 +64,7 @@ companion CreateSVG $path {} [list $joined "convertToSVG $raw"] {{"Data":{},%"1"
 companion CreateSVG $path {convertToSVG {error disk}} [list $joined "convertToSVG $raw"] {{"Data":{},%"1","ErrInfo":"disk"}}
 # A space would make a command's name of what stands before it.
 companion CreateSVG {{"ProjectPath":"x/../../w/mark.bat y"}} {} {{convertToSVG "x/../../w/mark.bat y"}} {{"Data":{},%"1","ErrInfo":""}}
-companion CreateSVG {{"ProjectPath":"a;b\n{*}"}} {} [list "convertToSVG\"a\\;b\\n{*}\"" "convertToSVG \"a;b\n{*}\""] {{"Data":{},%"1","ErrInfo":""}}
+companion CreateSVG {{"ProjectPath":"x;b\n{*}"}} {} [list "convertToSVG\"x\\;b\\n{*}\"" "convertToSVG \"x;b\n{*}\""] {{"Data":{},%"1","ErrInfo":""}}
 
 # References, values and jumps
 companion AdjustRefAndValue {{}} {ReplaceRefAndValue 1} ReplaceRefAndValue {{"Data":{},%"0"}}
@@ -110,6 +110,11 @@ companion EnterBomViewMode {{"ProjectPath":"C:\\\\设计\\\\a.dsn","Stick":["R1"
     [concat [list "setAllNotStick $doubled" "setEnterViewMode $doubled R1,C 1," "LockBomView $doubled 1"] $redraw] {{"Data":{},%"0"}}
 companion ExitBomViewMode {{"ProjectPath":"\\\\server\\设计\\a.dsn"}} {} \
     [concat [list {LockBomView "\\\\server\\设计\\a.dsn" 0} {saveFile "\\\\server\\设计\\a.dsn"}] [lrange $redraw 1 end]] {{"Data":{},%"0","ErrInfo":""}}
+# Doubled already, and not: what begins a network path does not count.
+foreach {given expected} {{C:\\a.dsn} {C:\\a.dsn} {\\\s\a.dsn} {\\\\\\s\\a.dsn}} {
+  companion ExitBomViewMode [format {{"ProjectPath":"%s"}} [string map {\\ \\\\} $given]] {} \
+      [concat [list "LockBomView \"$expected\" 0" "saveFile \"$expected\""] [lrange $redraw 1 end]] {{"Data":{},%"0","ErrInfo":""}}
+}
 companion EnterBomViewMode {{"ProjectPath":"a","Stick":[]}} {} \
     {{setAllNotStick "a"} {setEnterViewMode "a" } {LockBomView "a" 1} {saveFile "a"} ZoomIn ZoomOut} {{"Data":{},%"0"}}
 

@@ -7,6 +7,7 @@
 #include "plugin/command_table.h"
 #include "support/loaded_plug_in_tcl.h"
 #include "text/gbk_literal.h"
+#include "text/outside_json.h"
 #include "text/text.h"
 #include "wire/packet_text.h"
 
@@ -45,7 +46,7 @@ class StartUpTest : public testing::Test, protected LoadedPlugIn {
     startUp(interp_.get(), plugIn);
     interp_.evaluate("");  // what a script left as its result
   }
-  void configure(const char* text) { fake.files.addFile("C:\\App\\Config\\App.txt", text); }
+  void configure(const std::string& text) { fake.files.addFile("C:\\App\\Config\\App.txt", text); }
 
   TclInterp interp_;
 };
@@ -91,18 +92,21 @@ TEST_F(StartUpTest, LeavesTheDefaults) {
 TEST_F(StartUpTest, ConfigurationAndProcessesDecideOnTheCompanion) {
   const std::vector<Process> absent = {{"idle", 0}, {"LanTuZS.exe", 9}};
   const std::vector<Process> running = {{"idle", 0}, {"lantuzs.exe", 9}};
-  const std::tuple<const char*, std::vector<Process>, const char*, std::size_t> rows[] = {
+  const std::string longest = R"({"AlgMenuLang":"CN"})" + std::string(longestOutsideJson - 20, ' ');
+  const std::tuple<std::string, std::vector<Process>, const char*, std::size_t> rows[] = {
       {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", absent, "CN", 1},
       {R"({"AlgMenuLang":"CN","StartWithCadence":"1"})", running, "CN", 0},
       {R"({"AlgMenuLang":null})", absent, "EN", 0},
+      {longest, absent, "CN", 0},
+      {longest + " ", absent, "EN", 0},
   };
   for (const auto& [configuration, processes, language, started] : rows) {
     configure(configuration);
     fake.processes.list = processes;
     fake.processes.started.clear();
     load();
-    EXPECT_EQ(plugIn.session->language, language) << configuration;
-    EXPECT_EQ(fake.processes.started.size(), started) << configuration;
+    EXPECT_EQ(plugIn.session->language, language) << configuration.substr(0, 50);
+    EXPECT_EQ(fake.processes.started.size(), started) << configuration.substr(0, 50);
   }
   EXPECT_THAT(fake.messages.shown(), IsEmpty());
 }
@@ -259,7 +263,11 @@ TEST_F(StartUpTest, ExceptionsOfCommandsEndAtTheirGuard) {
   fake.output.throwing = true;
   EXPECT_EQ(interp_.evaluate("packetParser 7b").text, "command returned bad code: -1");
   EXPECT_EQ(interp_.evaluate("catch {packetParserForPthread 7b} text; set text").text, "");
-  EXPECT_EQ(crashes(), "packetParser\npacketParserForPthread");
+  interp_.define("getDsnPinCount", utf8(u8"电阻"));
+  fake.codePage.throwing = true;  // after that answer, of which nothing is left
+  EXPECT_EQ(interp_.evaluate("catch {ReadOpenPath a.dsn} text; set text").text, "");
+  EXPECT_EQ(crashes(), "packetParser\npacketParserForPthread\nReadOpenPath");
+  fake.codePage.throwing = false;
   fake.output.throwing = false;
   EXPECT_EQ(interp_.evaluate("packetParser 7b").status, TCL_OK);
   EXPECT_EQ(fake.locks.held, 0);

@@ -24,6 +24,7 @@ TEST(TclArguments, NothingIsReadPastWhatCame) {
     EXPECT_EQ(arguments.text(position), "") << position;
     EXPECT_EQ(arguments.list(position).size(), 0) << position;
   }
+  EXPECT_EQ(Arguments(2, words.objects()).text(2), "");
   const TclList list = arguments.list(1);
   EXPECT_EQ(list.size(), 3);
   EXPECT_EQ(list.text(0), "a");
@@ -31,6 +32,20 @@ TEST(TclArguments, NothingIsReadPastWhatCame) {
   EXPECT_EQ(list.list(1).text(2), "");
   EXPECT_EQ(list.text(3), "");
   EXPECT_EQ(list.list(-1).list(7).size(), 0);
+}
+
+TEST(TclArguments, AListHoldsItsElementsAndGivesThemBack) {
+  const TclWords words({"cmd", "a"});
+  const auto elementIsHeld = [&words] {
+    Tcl_Obj* element = nullptr;
+    Tcl_ListObjIndex(nullptr, words.objects()[1], 0, &element);
+    return Tcl_IsShared(element) != 0;
+  };
+  {
+    const TclList list = words.arguments().list(1);
+    EXPECT_TRUE(elementIsHeld());
+  }
+  EXPECT_FALSE(elementIsHeld());
 }
 
 // The first texts at once, of a list that is kept and of one that is read in passing.

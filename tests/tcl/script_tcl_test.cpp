@@ -34,7 +34,8 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharactersAndNoOthers) {
   // No value makes the name of another command.
   EXPECT_EQ(Script("get").bare("Guid").number(5).text(), "get Guid5");
   EXPECT_EQ(Script("p; q").number(5).text(), "p; q 5");
-  EXPECT_EQ(Script("p").braced("a;q").literal(" [list").bare("x").literal("]").text(), "p {a;q} [list x]");
+  EXPECT_EQ(Script("p").braced("a;q").literal(" [x").bare("x").literal("]").text(), "p {a;q} [x x]");
+  EXPECT_EQ(Script("p a").bare("b").text(), "p ab");
   EXPECT_EQ(Script("p ").quoted("a").literal(" [list]").bare("b").text(), "p \"a\" [list]b");
   EXPECT_EQ(Script("p").quoted("p; [p]").callInstead("q::r").text(), "q::r\"p\\;\\ \\[p]\"");
 
@@ -42,6 +43,7 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharactersAndNoOthers) {
   EXPECT_EQ(Script("p ").quoted(value).text(), "p \"a\\\"\\[\\$;]{b\n\\\\\"");
   EXPECT_EQ(Script("p ").bare(value).text(), "p a\"\\[\\$\\;]{b\\n\\\\");
   EXPECT_EQ(Script("p ").bare("a\\\nb\\\\\rc").text(), "p a\\nb\\\\\\rc");  // escaped already, and not
+  EXPECT_EQ(Script("p ").bare("\n{").text(), "p \\n{");
   EXPECT_EQ(Script("p [list ").bare("a] \"b {c").literal("]").text(), "p [list a\\] \\\"b \\{c]");
   EXPECT_EQ(Script("p [list [list] ").bare("a]").literal("] ").bare("b]").text(), "p [list [list] a\\]] b]");
   EXPECT_EQ(Script("p ").braced("a b}").text(), "p a\\ b}");
@@ -49,6 +51,10 @@ TEST_F(ScriptTest, EachPlaceNeutralisesItsOwnCharactersAndNoOthers) {
   EXPECT_EQ(Script("p ").braced("[x] $y \\}").text(), "p {[x] $y \\}}");
   EXPECT_EQ(Script("p ").braced("*").literal("[list 1 2]").text(), "p *[list 1 2]");
   EXPECT_EQ(Script("p ").bare("a").braced("; q ").quoted("; q").text(), "p a\\;\\ q\\ \"\\;\\ q\"");
+  // Behind a value a word goes on.
+  EXPECT_EQ(Script("p ").quoted("a").braced("b c").literal(" ").braced("d").braced("e f").text(),
+            "p \"a\"b\\ c {d}e\\ f");
+  EXPECT_EQ(Script("p ").number(5).braced("a b").text(), "p 5a\\ b");
   EXPECT_EQ(Script("p ").quoted("\\[a\\\\[b").text(), "p \"\\[a\\\\\\[b\"");  // escaped already, and not
 }
 

@@ -181,6 +181,31 @@ TEST_F(FaultLoop, Commands) {
   });
 }
 
+// A box tells of a message that could not be written and of a choice that could not be offered.
+TEST_F(FaultLoop, BoxesOfCommands) {
+  const std::pair<Words, std::u8string_view> rows[] = {
+      {{"sendSaveFile", "C:\\a.dsn"}, u8"发送的数据异常"},
+      {{"SelectJumpPart", "U2;U1", "1"}, u8"跳转数据错误"},
+  };
+  for (const auto& [words, text] : rows) {
+    const std::string box = literalOf(FilePath::fromUtf8(utf8(text)));
+    bool told = false;
+    for (int number = 1;; ++number) {
+      TrustLoad load;
+      load.beginSession();
+      memoryFaults.failCall(number);
+      host_.call(words);
+      const int calls = memoryFaults.calls();
+      memoryFaults.failCall(0);
+      told = told || load.fake.messages.shown() == Words{box};
+      if (calls < number) {
+        break;
+      }
+    }
+    EXPECT_TRUE(told) << box;
+  }
+}
+
 // A file of the user's that the companion names as the module: it is there after the placement and after the clearing
 // away.
 TEST_F(FaultLoop, UsersFiles) {
