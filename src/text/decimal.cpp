@@ -1,6 +1,7 @@
 #include "text/decimal.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace vernoxa::inline text {
@@ -39,7 +40,7 @@ std::string_view takeDigits(std::string_view& text) {
 // Takes "e" and the whole number after it; takes nothing if there is no number. Limited to a value that no text is long
 // enough to reach.
 std::int64_t takeExponent(std::string_view& text) {
-  constexpr std::int64_t largest = std::int64_t{1} << 40U;
+  constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
   if (!text.starts_with('e') && !text.starts_with('E')) {
     return 0;
   }
@@ -112,7 +113,7 @@ Decimal Decimal::operator*(std::int64_t factor) const {
 }
 
 std::string Decimal::text() const {
-  std::string fraction = std::to_string(unitsOfOne + (units_ < 0 ? -(units_ % unitsOfOne) : units_ % unitsOfOne));
+  std::string fraction = std::to_string(unitsOfOne + std::abs(units_ % unitsOfOne));
   fraction.front() = '.';
   fraction.erase(fraction.find_last_not_of('0') + 1);
   const std::string whole = std::to_string(units_ / unitsOfOne);

@@ -1,7 +1,6 @@
 #include "text/file_name_escaping.h"
 
 #include <algorithm>
-#include <array>
 
 #include "text/text.h"
 
@@ -13,15 +12,9 @@ struct Marker {
   std::string_view text;
 };
 
-constexpr std::array<Marker, 9> markers = {{{'\\', "[;fanxiegan;]"},
-                                            {'/', "[;xiegan;]"},
-                                            {':', "[;maohao;]"},
-                                            {'*', "[;xinghao;]"},
-                                            {'?', "[;wenhao;]"},
-                                            {'"', "[;yinhao;]"},
-                                            {'<', "[;xiaoyuhao;]"},
-                                            {'>', "[;dayuhao;]"},
-                                            {'|', "[;shugan;]"}}};
+constexpr Marker markers[] = {{'\\', "[;fanxiegan;]"}, {'/', "[;xiegan;]"},  {':', "[;maohao;]"},
+                              {'*', "[;xinghao;]"},    {'?', "[;wenhao;]"},  {'"', "[;yinhao;]"},
+                              {'<', "[;xiaoyuhao;]"},  {'>', "[;dayuhao;]"}, {'|', "[;shugan;]"}};
 
 std::string_view markerOf(const char& character) {
   for (const Marker& marker : markers) {

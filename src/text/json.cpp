@@ -35,7 +35,7 @@ std::optional<int> decimal(std::string_view text) {
     return std::nullopt;
   }
   int value = 0;
-  if (std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc::result_out_of_range) {
+  if (std::from_chars(text.begin(), text.end(), value).ec == std::errc::result_out_of_range) {
     return negative ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
   }
   return value;
@@ -126,11 +126,11 @@ Json Json::number(double value) {
 }
 
 Json Json::boolean(bool value) {
-  return Json(cJSON_CreateBool(value ? 1 : 0));
+  return Json(cJSON_CreateBool(value));
 }
 
 Json Json::copyOf(JsonView view) {
-  return Json(cJSON_Duplicate(view.node_, 1));
+  return Json(cJSON_Duplicate(view.node_, true));
 }
 
 Json::Parsed Json::parse(const std::string& text) {

@@ -10,6 +10,7 @@
 namespace vernoxa::inline text {
 
 constexpr std::size_t longestJsonEscape = 6;  // bytes that one becomes at most
+static_assert(longestJsonEscape == std::string_view("\\u001f").size());
 
 // What follows the backslash, by bytes; 0 for those that stand as they are.
 constexpr std::array<char, 256> jsonEscapes = [] {

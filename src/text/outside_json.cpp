@@ -8,7 +8,7 @@ namespace vernoxa::inline text {
 namespace {
 
 struct StringScan {
-  std::size_t end = 0;  // the index behind the string; the text's size when it does not end
+  std::size_t end;  // the index behind the string; the text's size when it does not end
   std::size_t spaces = 0;
 };
 

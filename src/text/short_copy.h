@@ -8,6 +8,9 @@
 
 namespace vernoxa::inline text {
 
+constexpr std::size_t copyStep = 16;
+static_assert(copyStep == 2 * sizeof(std::uint64_t));  // what copyShort() copies by both ends
+
 // Reads nothing behind the text.
 inline char* copyShort(char* to, std::string_view text) {
   const char* const from = text.data();
@@ -16,7 +19,7 @@ inline char* copyShort(char* to, std::string_view text) {
     std::memcpy(to, from, sizeof(word));
     std::memcpy(to + size - sizeof(word), from + size - sizeof(word), sizeof(word));
   };
-  if (size > 2 * sizeof(std::uint64_t)) {
+  if (size > copyStep) {
     std::memcpy(to, from, size);
   } else if (size >= sizeof(std::uint64_t)) {
     copyBothEnds(std::uint64_t());
@@ -30,8 +33,6 @@ inline char* copyShort(char* to, std::string_view text) {
   }
   return to + size;
 }
-
-constexpr std::size_t copyStep = 16;
 
 // In steps of 16 bytes: where it reads and where it writes there must be so many to spare behind.
 inline char* copySteps(char* to, const char* from, std::size_t size) {

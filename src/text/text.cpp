@@ -133,7 +133,7 @@ std::string guidText(GuidSource& source) {
     return {};
   }
   const auto& tail = guid->data4;
-  std::array<char, 64> buffer{};
+  std::array<char, 37> buffer{};  // with the NUL behind it
   std::snprintf(buffer.data(), buffer.size(), "%08X-%04X-%04x-%02X%02X-%02X%02X%02X%02X%02X%02X",
                 static_cast<unsigned>(guid->data1), static_cast<unsigned>(guid->data2),
                 static_cast<unsigned>(guid->data3), tail[0], tail[1], tail[2], tail[3], tail[4], tail[5], tail[6],

@@ -62,8 +62,8 @@ std::string TextConverter::replaceInCodePage(std::string_view text, char charact
   std::string result;
   result.reserve(text.size());
   for (std::size_t index = 0; index < text.size(); ++index) {
-    if (codePage_.isLeadByte(text[index]) && index + 1 < text.size()) {
-      result.append(text, index++, 2);
+    if (codePage_.isLeadByte(text[index])) {
+      result.append(text, index++, 2);  // at the end only the half that is there
     } else if (text[index] == character) {
       result.append(to);
     } else {

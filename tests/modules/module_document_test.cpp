@@ -84,6 +84,7 @@ Polyline;1e3,-2.5E-1 3,4       | Polyline | "PolylineStart":"1e3 -2.5E-1","Color
 Bezier;M 1eL 2e+               | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"M 1eL 2e+"
 Bezier;Mx 1x2ex 3              | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"Mx 1x2ex 3"
 Bezier;1 2e                    | Bezier   | "BezierStart":"1 2","Color":"","Style":"","Width":"","path":"1 2e"
+Bezier;M -.5 .25               | Bezier   | "BezierStart":"-.5 .25","Color":"","Style":"","Width":"","path":"M -.5 .25"
 Bezier;- 1 . +2                | Bezier   | "BezierStart":"1 +2","Color":"","Style":"","Width":"","path":"- 1 . +2"
 Polygon;M10-20 L 30 40 Z;c;s;w;f;h | Polygon | "PolygonStart":"10 -20","Color":"c","Style":"s","Width":"w","FillStyle":"f","HatchStyle":"h","path":"M10-20 L 30 40 Z"
 Bezier;M 7;c;s;w               | Bezier   | "BezierStart":"7","Color":"c","Style":"s","Width":"w","path":"M 7"

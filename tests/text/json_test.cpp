@@ -55,6 +55,8 @@ TEST(Json, WhatStandsBehindAValueDoesNotCount) {
     const auto parsed = Json::parse(sound);
     EXPECT_TRUE(parsed.document && parsed.errorRest.empty()) << sound;
   }
+  const auto cut = Json::parse(std::string("[\0]", 3));
+  EXPECT_TRUE(!cut.document && cut.errorRest.empty());
 }
 
 TEST(Json, BuildsInOrderAndKeepsDuplicates) {
@@ -117,14 +119,14 @@ TEST(OutsideJson, IsBounded) {
       {"behind a byte order mark", "\xEF\xBB\xBF \r\n[" + deepest + "]", depth},
       {"brackets behind a quote in a string", R"(["\"\\)" + repeated("[", 2000) + "\"]", ""},
       {"brackets behind a string", R"(["\\",)" + repeated("[", 1000), depth},
-      {"one after the other", "[" + repeated("[],", 1500) + "1]", ""},
+      {"one after the other", "[" + repeated("[\"\"],", 1500) + "1]", ""},
       {"behind the first value", "{} " + repeated("[", 2000), ""},
       {"behind a bracket that closes nothing", "] " + repeated("[", 2000), ""},
       {"behind a number", "1 " + repeated("[", 2000), ""},
       {"the most values", "[" + repeated("0,", most - 2) + "0]", ""},
       {"one value more", "[" + repeated("0,", most - 1) + "0]", count},
       {"objects", "[" + repeated("{},", most / 2), count},
-      {"the most words", "[\"" + std::string(most - 2, ' ') + "\"]", ""},
+      {"the most words", "[\"" + std::string(most - 2, ' ') + "x\"]", ""},
       {"words", "[\"" + std::string(most, ' ') + "\"]", count},
       {"no end to a string", "[\"" + repeated("\\", 2001), ""},
   };

@@ -61,6 +61,9 @@ TEST(Text, OfTclBecomesPlainUtf8) {
       {"ab" + nul + "c" + nul, "ab"},
       {high + low.substr(0, 2), std::nullopt},
       {"ab" + nul + "\xFF", std::nullopt},  // not Tcl's: what looks like a NUL is a character of the code page
+      {"\xED\xB0\x80" + low, lost + lost},  // the first one that comes second in a pair
+      {"\xED\xC0\x80", std::nullopt},
+      {"\xED\xA0x", std::nullopt},
       {"\xC0\x81", std::nullopt},
       {u8"中文"_gbk, std::nullopt},
   };
@@ -151,8 +154,8 @@ TEST(FileNameEscaping, NoNameIsADeviceOrAnotherNameOfAFile) {
   for (const std::string name : {"CON.json", "nul", "aux", "Aux.b.json", "PRN .json", "com1.json", "LPT9"}) {
     EXPECT_EQ(plainFileName(name), "_" + name);
   }
-  for (const char* const name :
-       {"COM0.json", "COM10.json", "CONE.json", "CON@!@P.json", "ACON", "LPT.json", "COMX", "~.json", "CO", ""}) {
+  for (const char* const name : {"COM0.json", "COM10.json", "CONE.json", "CONx.json", "CON@!@P.json", "ACON",
+                                 "LPT.json", "COMX", "~.json", "CO", ""}) {
     EXPECT_EQ(plainFileName(name), name);
   }
   EXPECT_EQ(plainFileName("a:b.json"), "a-b.json");
