@@ -53,7 +53,7 @@ struct Utf8Literal {
         character = next < size && (bytes[next] & 0xC0U) == 0x80U ? (character << 6U) | (bytes[next] & 0x3FU) : 0;
       }
       take(length == 1 ? 0 : static_cast<char16_t>(character), bytes[at]);
-      at += length;
+      at += character == 0 ? 1 : length;  // of a broken one the first byte alone
     }
   }
 };

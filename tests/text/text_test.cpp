@@ -112,6 +112,9 @@ TEST_F(TextConverterTest, CharactersOfOwnTextsHaveTheBytesOfTheCodePage) {
   for (const GbkRow& row : gbkRows) {
     EXPECT_EQ(text.utf8ToAnsi(utf8(std::filesystem::path(row.characters).u8string())), row.bytes);
   }
+  EXPECT_EQ(sizeof u8"é号1"_gbk, 6U);
+  // Neither cut nor broken, and no character of four bytes: what is not read stays.
+  EXPECT_EQ(std::string(u8"\xD6x\xE5\xC1\xF0\x9F\x98\x80\xE5"_gbk), "\xD6x\xE5\xC1\xF0\x9F\x98\x80\xE5");
 }
 
 TEST_F(TextConverterTest, EachRoadHasItsOwnTest) {
