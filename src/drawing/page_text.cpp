@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <string>
 #include <tuple>
@@ -39,9 +40,9 @@ struct Layout {
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{16} * 1024;
+constexpr std::size_t blockSize = 16'384;
 // The size of a text is a byte; a longer one has its size before it, and this in the place of its size.
-constexpr std::size_t longText = 255;
+constexpr std::size_t longText = std::numeric_limits<unsigned char>::max();
 
 const Layout& layoutOf(Use use, Elements::In in, std::size_t depth) {
   static std::map<std::tuple<Use, Elements::In, std::size_t>, Layout> layouts;

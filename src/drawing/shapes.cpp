@@ -123,7 +123,7 @@ constexpr std::array rows = {
     Row{"wedge up", pin, "line", "x1=-3|y1=0|x2=0|y2=-3|style=stroke:#FF0000;stroke-width:1;fill:none"},
 };
 
-static_assert(rows.size() <= mostShapes);
+static_assert(rows.size() <= 256);  // a byte tells them apart
 
 // What stands between braces.
 Place placeOf(std::string_view text) {

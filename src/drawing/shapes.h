@@ -89,8 +89,7 @@ struct Shape {
   bool isGroup() const { return name == "g"; }
 };
 
-// All rows. A byte tells them apart.
-constexpr std::size_t mostShapes = 256;
+// All rows.
 const std::vector<Shape>& shapes();
 // The row of a kind; nullptr for one that is not used there.
 const Shape* shapeOf(Use use, std::string_view kind);

@@ -47,7 +47,7 @@ std::string MessagePaths::ofDesign(std::string_view hostPath) {
 std::string MessagePaths::otherName(const std::string& hostPath, const FilePath& path) {
   std::string name = keptName(hostPath);
   if (name.empty()) {
-    name = converter_.nameInCodePage(files_.shortPath(path)).value_or("");
+    name = converter_.nameInCodePage(files_.shortPath(path)).value_or(std::string());
     const bool first = keepName(hostPath, name);
     if (first && name.empty()) {
       logs_.openTraffic().writeLine("not reported, no name in the code page: " + converter_.utf8ToAnsi(hostPath));

@@ -86,6 +86,20 @@ TEST(Elements, ValuesOfEveryLengthAndContent) {
   }
 }
 
+// Each byte takes six in the file, which is written in pieces.
+TEST(Elements, ManyOfTheLongest) {
+  const std::string longest(255, '\x01');
+  const Record box{"Box", longest, longest, longest, longest, "0", longest, longest, "0"};
+  Elements boxes(Use::page, Elements::In::array, 2);
+  std::string expected;
+  for (int count = 0; count < 100; ++count) {
+    EXPECT_TRUE(boxes.add(box, Encoding::utf8));
+    expected += "rect style=stroke:#0000FF;stroke-width:" + longest + ";fill:#0000FF;stroke-dasharray:" + longest +
+                "|x=" + longest + "|y=" + longest + "|width=" + longest + "|height=" + longest + "\n";
+  }
+  EXPECT_TRUE(drawn(boxes) == expected);
+}
+
 TEST(Elements, AsGivenTakesOnlyWhatIsTheSameInEveryEncoding) {
   const std::string chinese = utf8(u8"电");
   Elements elements(Use::symbol, Elements::In::groups, 2);

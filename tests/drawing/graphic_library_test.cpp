@@ -74,7 +74,7 @@ TEST_F(GraphicLibraryTest, AWholeFileIsKeptAndWhatACrashLeftIsReplaced) {
 }
 
 TEST_F(GraphicLibraryTest, WithoutADocumentRecordsAreDropped) {
-  add({"Name;X", "Line;0"});
+  EXPECT_FALSE(library.draw({"Name", "X"}, Encoding::utf8));
   EXPECT_EQ(library.finish(""), "C:/App/Cache/Library/.json");
   EXPECT_TRUE(fake.files.changes().empty());
   library.start();

@@ -37,7 +37,7 @@ TEST(Looks, Colours) {
   // The last two saturate at 2^31 - 1, which is 31 beyond a multiple of 48.
   expectAll("colour",
             "0>#0000FF|8>#FF0000|47>#FFFFFF|48>#0000FF|55>#FF80FF|96>#0000FF|abc>#0000FF|>#0000FF|8x>#FF0000|"
-            " \t\n8>#FF0000|+9>#FFFF00|+-9>#0000FF|-9>#0000FF|-99999999999>#0000FF|99999999999999999999>#8000FF|"
+            " \t\n\r8>#FF0000|+9>#FFFF00|+-9>#0000FF|-9>#0000FF|-99999999999>#0000FF|99999999999999999999>#8000FF|"
             "99999999999>#8000FF");
   std::string all;
   for (int code = 0; code < 48; ++code) {

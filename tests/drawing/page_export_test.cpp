@@ -163,6 +163,16 @@ TEST_F(PageExportTest, APageThatCannotEndTakesNoMoreAndWaits) {
   EXPECT_EQ(names(), (Names{"S@!@P@!@K.json", "S@!@R@!@M.json"}));
 }
 
+TEST_F(PageExportTest, AStartThatFailsDropsTheOpenPageToo) {
+  pages.start();
+  page({"Page;P;1;1;K"});
+  fake.files.faults.failCall(1, Faults::Kind::throwBadAlloc);
+  EXPECT_THROW(pages.start(), std::bad_alloc);
+  fake.files.faults.failCall(0);
+  finish("S", "P", "K");
+  EXPECT_TRUE(names().empty());
+}
+
 TEST_F(PageExportTest, APageThatCannotBeWrittenIsNamedInTheLog) {
   enableTraffic();
   pages.start();
@@ -191,8 +201,9 @@ TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   EXPECT_EQ(shown(outside + std::string(tclNul) + "x\r\nB", true), utf8(u8"电?阻值"));
   EXPECT_EQ(shown(chinese + "\xED\xA0\xBD\xED\xB8\x80\xED\xA0\xBD", false), chinese + utf8(u8"\U0001F600\uFFFD"));
 
-  WordRecord record("Part;1;2;" + outside + ";0;" + gbk + ";" + outside);
+  WordRecord record("Part" + std::string(tclNul) + "x;1;2;" + outside + ";0;" + gbk + ";" + outside);
   record.showInCodePage(text, false);
+  EXPECT_EQ(record.kind(), "Part");
   EXPECT_EQ(record[3], utf8(u8"电?阻值"));
   EXPECT_EQ(record[5], utf8(u8"电阻"));
   EXPECT_EQ(record[6], utf8(u8"电?阻值"));

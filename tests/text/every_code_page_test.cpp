@@ -136,6 +136,7 @@ TEST_P(EveryCodePage, ADesignWithoutANameHoldsNoOtherUp) {
   EXPECT_EQ(reported, all ? std::vector<std::string>(
                                 {nameless[0], nameless[1], utf8(u8"D:\\\U0001F600.dsn"), shortened, "D:\\b.dsn"})
                           : std::vector<std::string>({"D:\\6F22~1.DSN", "D:\\b.dsn"}));
+  EXPECT_EQ(part<MessagePaths>().ofDesign("D:\\\xD1\x92"), "D:\\\xD1\x92");  // in UTF-8 or in the code page
   fake.files.removeFile(withShortName);  // as its name in messages, it outlives the file
   EXPECT_EQ(part<MessagePaths>().ofDesign(shortened), all ? shortened : "D:\\6F22~1.DSN");
   const std::string refusal = "not reported, no name in the code page: D:";

@@ -95,6 +95,12 @@ TEST(JsonEscape, OneByteAnywhereIsFound) {
   }
 }
 
+TEST(JsonEscape, ANulIsWrittenToo) {
+  char written[longestJsonEscape];
+  const char* const end = putInJson(written, std::string_view("\0", 1));
+  EXPECT_EQ(std::string(written, static_cast<std::size_t>(end - written)), "\\u0000");
+}
+
 std::string repeated(std::string_view piece, std::size_t count) {
   std::string text;
   for (; count > 0; --count) {
