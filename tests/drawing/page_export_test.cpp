@@ -182,6 +182,12 @@ TEST_F(PageExportTest, APageThatCannotBeWrittenIsNamedInTheLog) {
   EXPECT_EQ(traffic(), "not written: " + folder + "\\S@!@P@!@K.json");
 }
 
+TEST_F(PageExportTest, ARequestForWhichMemoryRunsOutIsToldInABox) {
+  host_.during = [](const std::string&) { throw std::bad_alloc(); };
+  replyTo(plugin::companionEndpoint(), R"({"Command":"CreateSVG","Data":{"ProjectPath":"a.dsn"}})", host_);
+  EXPECT_THAT(fake.messages.shown(), testing::ElementsAre(text.utf8ToAnsi(utf8(u8"处理失败"))));
+}
+
 TEST_F(PageExportTest, TextsAreShownAsTheCodePageHoldsThem) {
   const std::string chinese = utf8(u8"电阻值");
   const std::string outside = utf8(u8"电\u0E01阻值");  // a Thai letter, which the code page lacks

@@ -62,6 +62,8 @@ TEST(PacketLog, ShowsMessagesBothWays) {
   LogWriter log = with.logs.openTraffic();
   EXPECT_EQ(std::get<std::string>(encodePacket(u8"{理}"_gbk, log)), "7bc0ed7d");
   EXPECT_EQ(std::get<std::string>(encodePacket("", log)), "");  // nothing to send, nothing to log
+  const std::string_view endless("", std::string::npos / 2);    // more than there is memory for; not read
+  EXPECT_EQ(utf8(std::get<Failure>(encodePacket(endless, log)).shown), utf8(u8"发送的数据异常"));
   EXPECT_EQ(std::get<std::string>(decodePacket("7b4A7D", log)), "{J}");
   EXPECT_EQ(utf8(std::get<Failure>(decodePacket("7bzz7dzz", log)).shown), utf8(u8"接收的数据异常"));
   EXPECT_EQ(with.traffic(),
