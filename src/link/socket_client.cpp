@@ -84,7 +84,7 @@ int SocketClient::receivePacket(std::string& message, std::optional<std::chrono:
   logHeader(log, "revData[%d]:%x", header);
   log.writeFormatted("len:%d", static_cast<int>(length));
   std::string packetText;
-  if (receivePayload(countedBytes(length), packetText, deadline) != 0) {
+  if (!receivePayload(countedBytes(length), packetText, deadline)) {
     return -1;
   }
   DecodedPacket decoded = messageOf(packetText);
@@ -97,33 +97,35 @@ int SocketClient::receivePacket(std::string& message, std::optional<std::chrono:
   return 0;
 }
 
-int SocketClient::receivePayload(std::uint16_t length, std::string& packetText,
-                                 const std::optional<std::chrono::milliseconds>& deadline) {
+// False when the peer closed or a receive failed.
+bool SocketClient::receivePayload(std::uint16_t length, std::string& packetText,
+                                  const std::optional<std::chrono::milliseconds>& deadline) {
   std::uint16_t received = 0;
   while (received < length) {
-    // One byte more than a piece, always zero, ends what is appended.
-    std::array<char, framePieceBytes + 1> buffer{};
+    std::array<char, framePieceBytes> buffer{};
     const std::size_t wanted = std::min<std::size_t>(framePieceBytes, static_cast<std::size_t>(length - received));
     const int count = receiveSome(buffer.data(), wanted, deadline);
     if (count <= 0) {
-      return -1;
+      return false;
     }
-    packetText.append(buffer.data());
+    const std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
+    packetText.append(piece.substr(0, piece.find('\0')));  // what stands behind a NUL byte counts, but is not kept
     received = static_cast<std::uint16_t>(received + count);
   }
-  return 0;
+  return true;
 }
 
+// As the system receives; 0 also without a connection and when the time is over.
 int SocketClient::receiveSome(char* buffer, std::size_t size,
                               const std::optional<std::chrono::milliseconds>& deadline) {
   const auto socket = current();
   if (!socket) {
-    return -1;
+    return 0;
   }
   if (deadline) {
     const auto left = *deadline - clock_.monotonic();
     if (left <= std::chrono::milliseconds(0) || !sockets_.waitReadable(*socket, left)) {
-      return -1;
+      return 0;
     }
   }
   return sockets_.receive(*socket, std::span(buffer, size));

@@ -55,8 +55,8 @@ class SocketClient {
   std::optional<Sockets::Handle> current();
   void closeCurrent();
   int receiveSome(char* buffer, std::size_t size, const std::optional<std::chrono::milliseconds>& deadline);
-  int receivePayload(std::uint16_t length, std::string& packetText,
-                     const std::optional<std::chrono::milliseconds>& deadline);
+  bool receivePayload(std::uint16_t length, std::string& packetText,
+                      const std::optional<std::chrono::milliseconds>& deadline);
   void sendPieces(LogWriter& log, std::string_view packetText);
 
   Sockets& sockets_;

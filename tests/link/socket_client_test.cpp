@@ -17,7 +17,7 @@ class SocketClientTest : public SessionTest {
     fake.sockets.expect(9601, std::move(peer));
     return client_.connect(localAddress, companionPort);
   }
-  // What a received stream of these pieces gives: the message, or "-1", or "exception".
+  // What a received stream of these pieces gives: the message, or "-1", or what an exception says.
   std::string received(std::vector<Piece> pieces, StreamEnd end = StreamEnd::close,
                        std::optional<milliseconds> limit = std::nullopt) {
     connectTo({std::move(pieces), end, nullptr});
@@ -26,8 +26,8 @@ class SocketClientTest : public SessionTest {
       const int status = client_.receivePacket(message, limit);
       EXPECT_EQ(message == "untouched", status != 0);
       return status == 0 ? message : std::to_string(status);
-    } catch (const std::runtime_error&) {
-      return "exception";
+    } catch (const std::runtime_error& error) {
+      return error.what();
     }
   }
   std::string receivedAtOnce(const std::string& stream, StreamEnd end = StreamEnd::close) {
@@ -104,7 +104,7 @@ TEST_F(SocketClientTest, PiecesEndAtTheirFirstNul) {
   const std::string header = frameOf("four").substr(0, 4);
   EXPECT_EQ(received({{header + "7b\0zzzz"s, {}}, {"7", {}}}), "{");  // "7b7", the odd digit dropped
   EXPECT_EQ(receivedAtOnce(header + std::string(8, '\0')), "");
-  EXPECT_EQ(receivedAtOnce(header + "7bzzzzzz"), "exception");  // no packet text
+  EXPECT_EQ(receivedAtOnce(header + "7bzzzzzz"), "received payload is no packet text");
 }
 
 TEST_F(SocketClientTest, TheLimitHoldsForTheWholeReply) {
@@ -116,6 +116,12 @@ TEST_F(SocketClientTest, TheLimitHoldsForTheWholeReply) {
   const std::tuple<const char*, std::vector<Piece>, const char*> rows[] = {
       {"at once", {{frame, {}}}, "ok"},
       {"in time", {{frame.substr(0, 4), seconds(15)}, {frame.substr(4), milliseconds(14999)}}, "ok"},
+      {"its end at the last moment",
+       {{frame.substr(0, 4), seconds(15)}, {frame.substr(4, 2), milliseconds(14999)}, {frame.substr(6), {}}},
+       "ok"},
+      {"its end when the time is over",
+       {{frame.substr(0, 4), seconds(15)}, {frame.substr(4, 2), seconds(15)}, {frame.substr(6), {}}},
+       "-1"},
       {"header late", {{frame, milliseconds(30001)}}, "-1"},
       {"dripping", dripping, "-1"},
       {"silent", {}, "-1"},
