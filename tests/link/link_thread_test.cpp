@@ -180,32 +180,31 @@ TEST_F(LinkThreadTest, ReportsClosedDesignsWithAPauseEach) {
   EXPECT_THAT(fake.clock.pauses(), ElementsAre(300, 300));
 }
 
-// What is polled: the host's answers to GetNewOpenPath, getDsnPinCount and FileStatus ("none" hangs up), whether the
-// poll ends well, what was asked, and what was printed with $ for line ends. O stands before the good answers to the
-// first.
+// What is polled: the host's answers to GetNewOpenPath, getDsnPinCount and FileStatus ("none" hangs up), how the poll
+// ends, what was asked, and what was printed with $ for line ends. O stands before the good answers to the first.
 constexpr const char* polls = R"(
-no answer                | none                              |   |    | no  |  |
-no JSON                  | {                                 |   |    | no  |  | Error before: []$
-failed                   | {"Result":"1","Data":{}}          |   |    | no  |  | not value$
-no result                | {"Data":{"ProjectPath":"a.dsn"}}  |   |    | no  |  | not value$
-result as number         | {"Result":0,"Data":{"ProjectPath":"a.dsn"}} | | | no |  | not value$
-no data                  | {"Result":"0"}                    |   |    | no  |  | not value$
-data of another kind     | {"Result":"0","Data":"a.dsn"}     |   |    | no  |  | not value$
-nothing new              | O"CloseFile":""                   |   |    | no  |  |
-nothing new at all       | O                                 |   |    | no  |  |
-a closed name of one character | O"CloseFile":"a"            |   |    | yes |  |
-a closed name of two     | O"CloseFile":"ab"                 |   | {"Result":"0"} | yes | FileStatus Close |
-no designs               | O"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;" | | | yes |  |
-path of another kind     | O"ProjectPath":["a.dsn"]          |   |    | yes |  |
-the host lost it         | O"ProjectPath":"a.dsn;b.DSN;"     | {"Data":{"PinCount":"-1"}} | | yes | getDsnPinCount,getDsnPinCount | Don't have fileDon't have file
-pin count missing        | O"ProjectPath":"a.dsn","CloseFile":"b.dsn" | {"PinCount":"3"} | {"Result":"0"} | yes | getDsnPinCount,FileStatus Close | not value$
-pin count of another kind | O"ProjectPath":"a.dsn"           | {"Data":{"PinCount":3}} | {"Result":"0"} | yes | getDsnPinCount | not value$
-pin count is no JSON     | O"ProjectPath":"a.dsn;b.dsn"      | ? | {"Result":"0"} | yes | getDsnPinCount,getDsnPinCount | Error before: [?]$Error before: [?]$
-lost before the count    | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | none | {"Result":"0"} | no | getDsnPinCount |
-lost after telling       | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | {"Data":{"PinCount":"3"}} | none | no | getDsnPinCount,FileStatus Open |
-lost while closing       | O"CloseFile":"c.dsn;d.dsn"        |   | none | no | FileStatus Close |
-path reported is empty   | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":""}} | yes | getDsnPinCount,FileStatus Open |
-path reported of another kind | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":7}} | yes | getDsnPinCount,FileStatus Open |
+no answer                | none                              |   |    | -1  |  |
+no JSON                  | {                                 |   |    | -3  |  | Error before: []$
+failed                   | {"Result":"1","Data":{}}          |   |    | -4  |  | not value$
+no result                | {"Data":{"ProjectPath":"a.dsn"}}  |   |    | -4  |  | not value$
+result as number         | {"Result":0,"Data":{"ProjectPath":"a.dsn"}} | | | -4 |  | not value$
+no data                  | {"Result":"0"}                    |   |    | -4  |  | not value$
+data of another kind     | {"Result":"0","Data":"a.dsn"}     |   |    | -4  |  | not value$
+nothing new              | O"CloseFile":""                   |   |    | -5  |  |
+nothing new at all       | O                                 |   |    | -5  |  |
+a closed name of one character | O"CloseFile":"a"            |   |    | 0 |  |
+a closed name of two     | O"CloseFile":"ab"                 |   | {"Result":"0"} | 0 | FileStatus Close |
+no designs               | O"ProjectPath":"a.Dsn;b.opj;dsn;;c.dsn.bak;" | | | 0 |  |
+path of another kind     | O"ProjectPath":["a.dsn"]          |   |    | 0 |  |
+the host lost it         | O"ProjectPath":"a.dsn;b.DSN;"     | {"Data":{"PinCount":"-1"}} | | 0 | getDsnPinCount,getDsnPinCount | Don't have fileDon't have file
+pin count missing        | O"ProjectPath":"a.dsn","CloseFile":"b.dsn" | {"PinCount":"3"} | {"Result":"0"} | 0 | getDsnPinCount,FileStatus Close | not value$
+pin count of another kind | O"ProjectPath":"a.dsn"           | {"Data":{"PinCount":3}} | {"Result":"0"} | 0 | getDsnPinCount | not value$
+pin count is no JSON     | O"ProjectPath":"a.dsn;b.dsn"      | ? | {"Result":"0"} | 0 | getDsnPinCount,getDsnPinCount | Error before: [?]$Error before: [?]$
+lost before the count    | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | none | {"Result":"0"} | -1 | getDsnPinCount |
+lost after telling       | O"ProjectPath":"a.dsn;b.dsn","CloseFile":"c.dsn" | {"Data":{"PinCount":"3"}} | none | -1 | getDsnPinCount,FileStatus Open |
+lost while closing       | O"CloseFile":"c.dsn;d.dsn"        |   | none | -1 | FileStatus Close |
+path reported is empty   | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":""}} | 0 | getDsnPinCount,FileStatus Open |
+path reported of another kind | O"ProjectPath":"a.dsn" | {"Data":{"PinCount":"3"}} | {"Data":{"Path":7}} | 0 | getDsnPinCount,FileStatus Open |
 )";
 
 TEST_F(LinkThreadTest, PollsOfEveryKind) {
@@ -214,7 +213,7 @@ TEST_F(LinkThreadTest, PollsOfEveryKind) {
     const std::string found = row[1][0] == 'O' ? R"({"Result":"0","Data":{)" + row[1].substr(1) + "}}" : row[1];
     requests_.clear();
     answers_ = {{"GetNewOpenPath", {found}}, {"getDsnPinCount", {row[2]}}, {"FileStatus", {row[3]}}};
-    EXPECT_EQ(poll() == 0, row[4] == "yes") << row[0];
+    EXPECT_EQ(poll(), std::stoi(row[4])) << row[0];
     std::vector<std::string> expected = splitItems(row[5], ',');
     expected.insert(expected.begin(), "GetNewOpenPath");
     EXPECT_EQ(asked(), expected) << row[0];
