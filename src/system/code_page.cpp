@@ -46,15 +46,9 @@ std::size_t utf8SequenceLength(std::string_view text, std::size_t index) {
   if (lead < 0x80) {
     return 1;
   }
-  std::size_t length = 0;
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    length = 2;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-  }
-  if (length == 0 || index + length > text.size()) {
+  const bool leads = lead >= 0xC2 && lead <= 0xF4;
+  const std::size_t length = lead < 0xE0 ? 2U : lead < 0xF0 ? 3U : 4U;
+  if (!leads || index + length > text.size()) {
     return 0;
   }
   const unsigned second = byteAt(text, index + 1);

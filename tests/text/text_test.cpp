@@ -34,7 +34,7 @@ TEST(Text, Utf8IsWellFormedOrNot) {
       EXPECT_EQ(isUtf8WithThreeByteSequence(text), threeBytes) << text;
     }
   };
-  expect({"", "abc", "\xC2\x80", "\xDF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}, true, false);
+  expect({"", "ab\x7F", "\xC2\x80", "\xDF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}, true, false);
   expect({"\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80", "\xEF\xBF\xBF", "\xF0\x9F\x98\x80\xE4\xB8\xAD"}, true, true);
   // Overlong ones, a surrogate, beyond the last character, cut, broken; in the last one bad byte spoils all.
   expect(
