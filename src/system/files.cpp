@@ -32,7 +32,7 @@ void Files::removeTree(const FilePath& folder, std::uint32_t attributes) {
 
 std::string withDosLineEnds(std::string_view text) {
   std::string lines;
-  lines.reserve(text.size() + 1);  // a log writes one line at a time
+  lines.reserve(text.size());
   for (const char character : text) {
     lines.append(character == '\n' ? "\r\n" : std::string_view(&character, 1));
   }

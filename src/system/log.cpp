@@ -1,6 +1,5 @@
 #include "system/log.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -31,7 +30,8 @@ std::string inCodePage(const CodePage& codePage, std::string_view line) {
   }
   std::string converted;
   for (std::size_t start = 0; start < line.size();) {
-    const std::size_t end = std::min(line.find_first_of(separators, start), line.size() - 1) + 1;
+    const std::size_t separator = line.find_first_of(separators, start);
+    const std::size_t end = separator == std::string_view::npos ? line.size() : separator + 1;
     const std::string_view text = line.substr(start, end - start);
     converted.append(isUtf8WithThreeByteSequence(text) ? codePage.fromUtf8(text) : std::string(text));
     start = end;
