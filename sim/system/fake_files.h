@@ -4,6 +4,7 @@
 // Tests give paths as literals and read them so.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,6 +17,8 @@
 #include "system/files.h"
 
 namespace vernoxa {
+
+constexpr std::uint32_t readOnlyAttribute = 1;  // FILE_ATTRIBUTE_READONLY
 
 class FakeFiles final : public Files {
  public:

@@ -27,10 +27,10 @@ struct FolderEntry {
   std::uint32_t attributes = 0;  // as Windows numbers them: 1 read-only, 2 hidden, 16 directory, 1024 reparse point
 };
 
-constexpr std::uint32_t readOnlyAttribute = 1;         // FILE_ATTRIBUTE_READONLY
 constexpr std::uint32_t directoryAttribute = 16;       // FILE_ATTRIBUTE_DIRECTORY
 constexpr std::uint32_t reparsePointAttribute = 1024;  // FILE_ATTRIBUTE_REPARSE_POINT
-constexpr std::uint32_t noAttributes = 0xFFFFFFFFU;    // INVALID_FILE_ATTRIBUTES: no such file
+// INVALID_FILE_ATTRIBUTES: no such file.
+constexpr std::uint32_t noAttributes = std::numeric_limits<std::uint32_t>::max();
 
 // The result of a copy: the system's error number, 0 for success.
 struct CopyResult {

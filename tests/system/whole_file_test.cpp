@@ -1,6 +1,7 @@
 #include "system/whole_file.h"
 
 #include "support/session_test.h"
+#include "system/buffered_file.h"
 
 namespace vernoxa::inline system {
 namespace {
@@ -68,6 +69,37 @@ TEST_F(WholeFile, NothingIsLeftOfOneThatFails) {
       }
     }
   }
+}
+
+// Notes the size of each piece; refuses one of that size.
+class Pieces final : public OutputFile {
+ public:
+  explicit Pieces(std::size_t refused = 0) : refused_(refused) {}
+  bool write(std::string_view bytes) override {
+    sizes.push_back(bytes.size());
+    return bytes.size() != refused_;
+  }
+
+  std::vector<std::size_t> sizes;
+
+ private:
+  const std::size_t refused_;
+};
+
+TEST(BufferedFileTest, WritesFullPiecesUntilOneFails) {
+  const auto writeTo = [](Pieces& pieces) {
+    BufferedFile file(pieces);
+    for (const std::size_t size : {65535U, 1U, 1U, 65536U, 3U}) {
+      file.put(std::string(size, 'x'));
+    }
+    return file.finish();
+  };
+  Pieces good;
+  EXPECT_TRUE(writeTo(good));
+  EXPECT_THAT(good.sizes, ElementsAre(65536U, 65536U, 4U));
+  Pieces full(65536);
+  EXPECT_FALSE(writeTo(full));
+  EXPECT_THAT(full.sizes, ElementsAre(65536U));
 }
 
 }  // namespace
