@@ -39,7 +39,7 @@ FilePath LibraryFiles::pathOf(const std::string& name) const {
 }
 
 bool LibraryFiles::isUsersOwn(const std::string& file) const {
-  const std::string extension = extensionOf(file).value_or("");
+  const auto extension = extensionOf(file);
   // A colon after that of the drive, which may follow "//?/", names an alternate data stream of a file.
   const std::size_t drive = file.starts_with("//?/") || file.starts_with("//./") ? 6 : 2;
   const bool stream = file.find(':', drive) != std::string::npos;
@@ -70,7 +70,7 @@ std::string LibraryFiles::freeName(const std::string& taken) {
 }
 
 bool LibraryFiles::pickNames() {
-  const std::string temporary = freeName("");
+  const std::string temporary = freeName(std::string());
   const std::string renewed = freeName(temporary);
   // Never true: the second would mean that one name is free and a second is not.
   if (temporary.empty() || renewed.empty()) {

@@ -89,8 +89,8 @@ TEST_F(PlacementInTcl, ExportedModuleIsPlacedBack) {
                              "DispProperty 3 4 Value 10k 5 6 7 8", "Junction 5 6"}) {
     call(plugin::run<addMarketPartList>, {record});
   }
-  fake.files.removeFolder("C:\\App\\Cache\\Share");  // whoever cleans up: they are made again
-  fake.files.removeFolder("C:\\App\\Cache");
+  EXPECT_TRUE(fake.files.removeFolder("C:\\App\\Cache\\Share"));  // whoever cleans up: they are made again
+  EXPECT_TRUE(fake.files.removeFolder("C:\\App\\Cache"));
   const std::string path = call(plugin::run<outputMarketFile>, {"0", "300", "200", ""}).text;
   EXPECT_EQ(path, "C:\\App\\Cache\\Share\\ModuleLib.json");
   EXPECT_EQ(placement.dsnDatPath, path);

@@ -3,6 +3,7 @@
 #include "modules/library_files.h"
 #include "support/session_test.h"
 #include "support/table.h"
+#include "system/random.h"
 #include "text/outside_json.h"
 
 namespace vernoxa::modules {
@@ -70,6 +71,8 @@ TEST_F(Placement, LibraryPartsAreWrittenOnceEach) {
                           "setPinNum " + resistor, "setPinNum " + oddPart));
   EXPECT_THAT(traffic(), HasSubstr("placeLibPart " + resistor));
   EXPECT_THAT(files(), ElementsAre("6.olb", "ModuleLib.json"));
+  placer_.placeModule(host_);  // by other names: it takes the former library away
+  EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(Placement, ObjectsOfAModuleArePlaced) {
@@ -124,14 +127,14 @@ TEST_F(Placement, CataloguePartIsPlacedAtItsFixedPlace) {
 
 TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
   const std::string deep(100000, '[');
-  const std::string many = replaceAll(std::string(250'000, ' '), " ", "0,");
+  const std::string most = replaceAll(std::string(249'999, ' '), " ", "0,") + "0";
   const std::pair<std::string, const char*> cases[] = {
       {"", "root is null"},
       {std::string(smallModule).substr(0, 400), "root is null"},
       {R"({"lib":)" + deep, "JSON refused: nested deeper than 1000 levels\nroot is null"},
       {R"({"lib":[)" + std::string(longestOutsideJson, ' ') + "]}", "JSON refused: longer than 32 MB\nroot is null"},
-      {R"({"lib":[)" + many + "0]}", "module refused: more than 250000 parts or objects\nroot is null"},
-      {R"({"lib":[],"children":[)" + many + "0]}", "module refused: more than 250000 parts or objects\nroot is null"},
+      {R"({"lib":[)" + most + ",0]}", "module refused: more than 250000 parts or objects\nroot is null"},
+      {R"({"lib":[],"children":[)" + most + ",0]}", "module refused: more than 250000 parts or objects\nroot is null"},
       {"[]", "libItem is null"},
       {R"({"Lib":[]})", "libItem is null"},
       {R"({"lib":{"Name":"R"},"BoundingBox":"1 2"})", "libItem is null"},
@@ -143,6 +146,8 @@ TEST_F(Placement, BadModulePlacesNothingAndLeavesNothing) {
     EXPECT_THAT(files(), ElementsAre("ModuleLib.json"));
     EXPECT_EQ(placement.placeState, 0);
   }
+  write(R"({"lib":[)" + most + R"(],"children":[)" + most + "]}");
+  EXPECT_TRUE(placeLibraryOnly().made);
   fake.files.removeFile(modulePath);
   EXPECT_FALSE(placeLibraryOnly().made);
   EXPECT_THAT(traffic(), EndsWith("root is null"));
@@ -168,9 +173,11 @@ TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
   host_.during = [this](const std::string&) { fake.files.removeFile("C:\\Mods\\7\\5.olb"); };
   expectNotMade("C:/Mods/7/6.olb: copy of C:/Mods/7/5.olb failed, error 2", 4);  // those of the library
   fake.files.addFile("C:\\Mods\\7\\5.olb", "the user's");
-  fake.random.numbers.assign(20000, 5);
+  fake.files.addFile("C:\\Mods\\7\\6.olb", "the user's");  // which was not made
+  fake.random.numbers.assign(10000, 5);                    // the second name would be free
   expectNotMade("C:/Mods/7/*.olb: no free name", 0);
   EXPECT_EQ(fake.files.bytes("C:\\Mods\\7\\5.olb"), "the user's");
+  EXPECT_EQ(fake.files.bytes("C:\\Mods\\7\\6.olb"), "the user's");
   host_.during = nullptr;
   fake.random.numbers.assign(9999, 5);
   fake.random.numbers.insert(fake.random.numbers.end(), {7, 8});
@@ -213,11 +220,21 @@ TEST_F(Placement, AnEndlessScriptIsLeftOut) {
   constexpr std::size_t most = std::size_t{8} << 20U;
   const auto object = [](const std::string& value) { return R"({"name":"E","Property":{"Value":")" + value + "\"}}"; };
   const std::string endless = object(std::string(most / 2, '['));
-  EXPECT_THAT(place(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + endless + "," +
-                    object(std::string(most - 4096, 'x')) + R"(,{"name":"Wire"}]})"),
+  const std::size_t shortest = place(R"({"lib":[{"Name":"R"}],"children":[)" + object("") + "]}").back().size();
+  const std::string longest = object(std::string(most - shortest, 'x'));
+  const std::string tooLong = object(std::string(most - shortest + 1, 'x'));
+  EXPECT_THAT(place(R"({"lib":[)" + endless + R"(,{"Name":"R"}],"children":[)" + tooLong + "," + longest +
+                    R"(,{"name":"Wire"}]})"),
               ElementsAre(StartsWith("placeLibPart C:/Mods/7/5.olb {R}"), StartsWith("setPinNum C:/Mods/7/5.olb {R}"),
                           StartsWith("placePart E"), StartsWith("placePart Wire")));
   EXPECT_EQ(timesLogged("not placed: a script of more than 8 MB"), 2U);
+}
+
+TEST(TimeSeededNumbersTest, OneIsAnotherThanTheNext) {
+  TimeSeededNumbers numbers;
+  const int first = numbers.next();
+  EXPECT_GE(first, 0);
+  EXPECT_NE(numbers.next(), first);
 }
 
 TEST_F(Placement, NamesInUseAreDrawnAgain) {
@@ -267,11 +284,12 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
        {"C:\\Mods\\7\\board.DSN", "C:\\Mods\\7\\board.opj", "C:\\Mods\\7\\parts.olb", "C:\\Mods\\7\\a.dsn.",
         "C:\\Mods\\7\\a.Opj ", "C:\\Mods\\7\\a.olb. .", "C:\\Mods\\7\\a:b", "C:\\Mods\\7\\b.dsn\\.",
         "C:/Mods/7/b.opj/x/..", "C:\\Mods\\7\\b.olb\\.\\.", "C:\\Mods\\7\\c.dsn\\", "\\\\?\\C:\\Mods\\7\\d.dsn",
-        "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "D:ata:x"}) {
+        "\\\\.\\C:\\Mods\\7\\d.opj", "//?/C:/Mods/7/plain:stream", "//?/C::x", "D:ata:x", "D::x"}) {
     EXPECT_TRUE(stays(path)) << path;
   }
   // The drive of a path as the system itself writes it begins no other name.
   EXPECT_FALSE(stays("\\\\?\\C:\\Mods\\own.json") || stays("\\\\.\\C:\\Mods\\own.json"));
+  EXPECT_FALSE(stays("C:\\Mods\\own.dsnx"));
 }
 
 // A script may run the host's event loop and with it the next placing command; the host may make a backup late.
@@ -291,6 +309,20 @@ TEST_F(Placement, PlacementInsideAPlacementDisturbsNeither) {
   EXPECT_THAT(files(), IsEmpty());
   part<LibraryFiles>().remove(part<LibraryFiles>().backupPath());
   EXPECT_EQ(fake.files.entries("C:\\Other").size(), 2U);  // its module and its new library
+}
+
+// The second then takes the place of the first.
+TEST_F(Placement, PlacementInsideAPlacementMayDrawItsName) {
+  fake.random.numbers = {5, 6, 7, 6};
+  bool nested = false;
+  host_.during = [&](const std::string&) {
+    if (!std::exchange(nested, true)) {
+      placeLibraryOnly();
+    }
+  };
+  placer_.placeModule(host_);
+  EXPECT_THAT(host_.scripts.back(), StartsWith("placePart Wire"));
+  EXPECT_THAT(files(), IsEmpty());
 }
 
 // The next file of a name may be the user's, and a note kept for each placement would grow all day.
@@ -324,9 +356,11 @@ TEST_F(Placement, ViewBoxIsTheSizeOfTheBoundingBox) {
       10 10 5 5 | -5 -5
       007 1.50 | 007 1.50
       1e3 2 | 1e3 2
+      1000000000 -1000000000 | 1000000000 -1000000000
       1e-05 0 1e3 2e1 | 999.99999 20
       +5 .5 | +5 .5
-      | none | 1 | 1 2 3 | 1 x | [exit] 2 | nan inf | 1e10 2 | 2 -1e10 | 1e 2 | . - | 1 2000000000 | 1 2})")) {
+      | none | 1 | 1 2 3 | 1 x | [exit] 2 | nan inf | 1e10 2 | 2 -1e10 | 1e 2 | . - | 1 2000000000
+      2 -1000000000.1 | none | 1000000000.1 2 | 1 2})")) {
     for (std::size_t field = 0; field < row.size(); field += field == 0 ? 2 : 1) {  // those behind have none either
       write(R"({"BoundingBox":")" + row[field] + "\"}");
       const auto box = ModuleFile::read(fake.files, logs, pathOf(modulePath)).viewBox();

@@ -137,22 +137,22 @@ TEST_F(RequestCommands, UploadNamesTheModuleOnce) {
 }
 
 TEST_F(RequestCommands, CleanUpRemovesThePlacementsFilesOnly) {
-  placement.dsnDatPath = "C:\\Mods\\m.json";
+  placement.dsnDatPath = "C:\\MaZe\\m.json";
   fake.random.numbers = {5, 6};
   part<LibraryFiles>().pickNames();
   for (const char* name : {"5.olb", "5_0.OBK", "6.olb", "m.json", "7.olb"}) {
-    fake.files.addFile(std::string("C:\\Mods\\") + name, "");
+    fake.files.addFile(std::string("C:\\MaZe\\") + name, "");
   }
   call(plugin::run<removeDatFile>);  // none of the libraries was made here
-  EXPECT_EQ(namesIn("C:\\Mods").size(), 4U);
-  for (const char* made : {"c:/mods/5.OLB", "C:\\MODS\\5_0.obk", "C:\\Mods/6.olb"}) {
+  EXPECT_EQ(namesIn("C:\\MaZe").size(), 4U);
+  for (const char* made : {"c:/maze/5.OLB", "C:\\MAZE\\5_0.obk", "C:\\MaZe/6.olb"}) {
     part<LibraryFiles>().noteHostMakes(pathOf(made));
   }
   call(plugin::run<removeDatFile>);
-  EXPECT_EQ(namesIn("C:\\Mods"), std::vector<std::string>{"7.olb"});
-  fake.files.addFile("C:\\Mods\\6.olb", "");  // somebody else's by now
+  EXPECT_EQ(namesIn("C:\\MaZe"), std::vector<std::string>{"7.olb"});
+  fake.files.addFile("C:\\MaZe\\6.olb", "");  // somebody else's by now
   call(plugin::run<removeDatFile>);
-  EXPECT_EQ(namesIn("C:\\Mods").size(), 2U);
+  EXPECT_EQ(namesIn("C:\\MaZe").size(), 2U);
 }
 
 }  // namespace
