@@ -64,7 +64,7 @@ std::string OpenDesigns::hostPathOf(std::string_view name) {
 
 bool OpenDesigns::isReported(const KnownDesign& design) const {
   return std::any_of(reported_.begin(), reported_.end(), [&](const KnownDesign& reported) {
-    // Never true: the second would be a name that the host wrote in two ways, neither of them open.
+    // A name that the host wrote in two ways, neither of them open, is one design as well.
     return reported.hostPath == design.hostPath || reported.name == design.name;
   });
 }

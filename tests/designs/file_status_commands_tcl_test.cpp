@@ -70,6 +70,7 @@ TEST_F(FileStatusCommandsTest, ABreakIsNoted) {
   companionLink.setClientCreated(true);
   EXPECT_EQ(call(plugin::run<serverLinkBreak>).text, "");
   EXPECT_FALSE(companionLink.clientCreated());
+  EXPECT_EQ(companionLink.breaks(), 1U);
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ TEST_F(HostDiscovery, TakesTheVersionThatLoadedThePlugIn) {
                            {"4", entry("C:\\Short", "17")}};
   for (const char* file :
        {"SPB_16.6\\tools\\capture", "SPB_17.4\\tools\\bin", "SPB_17.4_second\\tools\\bin", "Short\\tools\\bin"}) {
-    fake.files.addFile("C:\\" + std::string(file) + "\\Capture.exe", "");
+    fake.files.addFile("C:\\" + std::string(file) + "\\Capture.exe", "", readOnlyAttribute);
   }
   const std::pair<const char*, const char*> cases[] = {
       {"17.4-2019", "C:\\SPB_17.4\\tools\\bin\\Capture.exe"},

@@ -1,4 +1,6 @@
 // What the link thread hears of open designs over a session.
+#include <algorithm>
+
 #include "support/session_test.h"
 #include "support/table.h"
 
@@ -102,7 +104,9 @@ TEST_F(OpenDesignsTest, DesignsOfOneNameAreToldApartByTheHostsBytes) {
       host a.dsn
       Close NAME     | a.dsn|
       host NAME;HOST
-      pins HOST      | NAME|)",
+      pins HOST      | NAME|
+      host b.dsn     | b.dsn|HOST
+      pins NAME      | b.dsn|HOST)",
        utf8(u8"D:\\原理图.dsn"), u8"D:\\原理图.dsn"_gbk);
 }
 
@@ -156,6 +160,10 @@ TEST_F(OpenDesignsTest, OtherStatusesTellNothing) {
     run("FileStatus", std::string(R"(,"Data":)") + data);
     EXPECT_EQ(newPaths(), "a.dsn|") << data;
   }
+  // The companion hears of the first and the last one all the same.
+  EXPECT_EQ(std::count_if(host_.scripts.begin(), host_.scripts.end(),
+                          [](const std::string& script) { return script.starts_with("sendPacketGlobalHandle"); }),
+            2);
 }
 
 TEST_F(OpenDesignsTest, AScanIsLoggedInItsFourStages) {
