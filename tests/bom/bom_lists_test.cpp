@@ -57,5 +57,12 @@ TEST_F(BomLists, WhatCannotBeReadShowsOneBoxAndEndsTheReading) {
   }
 }
 
+TEST_F(BomLists, AreMadeUnlessTheHostFails) {
+  for (const bool ok : {true, false}) {
+    host_.answer("generateBOMForPath", "", ok);
+    EXPECT_EQ(generateBOMForPath(host_, "a.dsn", "Part Number", "Part Name"), ok);
+  }
+}
+
 }  // namespace
 }  // namespace vernoxa::bom

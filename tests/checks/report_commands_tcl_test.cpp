@@ -100,6 +100,17 @@ TEST_F(ReportCommands, PackageReportKeepsOrderAndComma) {
   EXPECT_EQ(sent(plugin::run<sendDsnPackageInfo>, {}), sent(plugin::run<sendDsnPackageInfo>, {""}));
 }
 
+TEST_F(ReportCommands, WhatTheHostIsAskedForIsLogged) {
+  enableTraffic();
+  for (const auto& [request, script] : {std::pair{"GetDsnAllPackageInfo", "GetAllPackage \"a\""},
+                                        std::pair{"GetOlbAllPackageInfo", "GetOlbAllPackage \"a\""},
+                                        std::pair{"GetOlbObjectPackageInfo", "GetOlbObjectPackage \"a\"R1"}}) {
+    replyTo(plugin::companionEndpoint(),
+            std::string(R"({"Command":")") + request + R"(","Data":{"ProjectPath":"a","ObjName":"R1"}})", host_);
+    EXPECT_THAT(traffic(), testing::HasSubstr(script));
+  }
+}
+
 TEST_F(ReportCommands, AnswerOfTheSenderIsLogged) {
   enableTraffic();
   host_.answer("sendPacketGlobalHandle", "no connection", false);

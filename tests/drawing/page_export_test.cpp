@@ -113,8 +113,12 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
   FakeFiles& files = fake.files;
   files.addFile(folder + "\\old.json", "x");
   files.addFile(folder + "\\sub\\deep\\old.json", "x");
-  const std::pair<std::string, std::uint32_t> links[] = {
-      {"unknown", 0}, {"symbolic", 0xA000000C}, {"junction", 0xA0000003}, {"cloud", 0x9000001A}};  // the last is none
+  // The last two are none.
+  const std::pair<std::string, std::uint32_t> links[] = {{"unknown", 0},
+                                                         {"symbolic", 0xA000000C},
+                                                         {"junction", 0xA0000003},
+                                                         {"cloud", 0x9000001A},
+                                                         {"shared", 0x80000021}};
   for (const auto& [name, tag] : links) {
     files.addFolder(folder + "\\" + name, directoryAttribute | reparsePointAttribute);
     files.addFile(folder + "\\" + name + "\\kept.json", "of another folder");
@@ -126,7 +130,7 @@ TEST_F(PageExportTest, AStartEmptiesTheFolderButFollowsNoLink) {
   EXPECT_TRUE(files.isFolder(pathOf(folder)));
   EXPECT_TRUE(names().empty());
   for (const auto& [name, tag] : links) {
-    EXPECT_EQ(files.exists(folder + "\\" + name + "\\kept.json"), name != "cloud") << name;
+    EXPECT_EQ(files.exists(folder + "\\" + name + "\\kept.json"), name != "cloud" && name != "shared") << name;
   }
   EXPECT_EQ(fake.clock.pauses(), std::vector<int>{200});
 }
