@@ -187,6 +187,8 @@ TEST_F(Placement, ALibraryThatCannotBeMadeIsNamedOnceInTheLogAndInNoScript) {
   fake.random.numbers = {9, 10};
   EXPECT_TRUE(placeLibraryOnly().made);
   EXPECT_EQ(fake.files.bytes("C:\\Mods\\7\\10.olb"), "second");
+  LibraryFiles homeless(FilePath(), hostExecutable, placement, fake.files, fake.random, text, logs);
+  EXPECT_TRUE(homeless.makeEmpty(pathOf("C:\\Mods\\7\\11.olb")));
 }
 
 // Of another type is as good as missing, and costs no more than itself.
