@@ -31,7 +31,7 @@ _STATEMENT = re.compile(r"^(?P<indent>[ \t]+)(?P<text>[A-Za-z_*(][^;{}\n]*(?:\([
 _CONDITION = re.compile(r"\b(?P<word>if|while) \((?P<test>[^;{}\n]*)\) \{$", re.MULTILINE)
 _RETURN = re.compile(r"\breturn (?P<value>[^;{}\n]+);")
 # "return {};" would mean the same, or is tried as a word.
-_SAME_AS_NOTHING = ("true", "false", "{}", "0", "nullptr", "std::nullopt", "std::string()", "Outcome::silent()")
+_SAME_AS_NOTHING = ("true", "false", "{}", "0", "nullptr", "std::nullopt", "std::string()", "Outcome::silent()", "TCL_OK")
 _DECLARATION = re.compile(r"^(?:(?:const |static |constexpr |inline |auto |std::|struct |class |enum |explicit |virtual |using |"
                           r"return\b|throw\b|break\b|continue\b|delete\b|goto\b|case\b|default\b)"
                           r"|[\w:<>,*& ]+ [*&]?\w+(?:\(|\{|;| =))")
