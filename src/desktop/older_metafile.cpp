@@ -11,20 +11,21 @@ namespace vernoxa::desktop {
 namespace {
 
 // Sizes and offsets as in [MS-WMF] 2.3. A record: its size in words (four bytes), its function (two), its parameters.
+constexpr std::size_t wordBytes = 2;
 constexpr std::size_t headerBytes = 18;
 constexpr std::size_t parametersAt = 6;
 constexpr const char* countsMore = "it counts more than it holds";
 
 // Of the function's number the high byte tells how many words of parameters it has, but where there is a row below.
 std::size_t usualBytes(std::uint32_t function) {
-  return parametersAt + std::size_t{function >> 8U} * 2;
+  return parametersAt + std::size_t{function >> 8U} * wordBytes;
 }
 
-// As many items of `itemBytes` bytes behind their count.
+// As many items of `itemBytes` bytes behind their count, then `behind` words.
 template <std::size_t countAt, std::size_t itemBytes, std::size_t behind = 0>
 Fault counts(const MetafileRecord& record, std::uint32_t) {
   const std::uint64_t bytes = std::uint64_t{record.shortNumber(countAt)} * itemBytes;
-  return record.holds(countAt + 2, (bytes + 1) / 2 * 2 + behind) ? nullptr : countsMore;
+  return record.holds(countAt + wordBytes, (bytes + 1) / wordBytes + behind, wordBytes) ? nullptr : countsMore;
 }
 
 Fault countsShapes(const MetafileRecord& record, std::uint32_t) {
@@ -87,22 +88,22 @@ Fault mayHaveDeviceBitmap(const MetafileRecord& record, std::uint32_t) {
 
 struct OlderRow {
   std::uint32_t function;
-  std::size_t fixedBytes;  // without what is counted
+  std::size_t fixedWords;  // without what is counted
   Fault (*check)(const MetafileRecord&, std::uint32_t objects);
 };
 // clang-format off
 constexpr OlderRow olderRows[] = {
-    {0x0037, 10, counts<8, 4>}, {0x00F7, 10, counts<8, 4>}, {0x0436, 10, counts<8, 4>},  // palettes
-    {0x0228, 10, uses<6, 8>}, {0x0429, 14, uses<6, 8>},                                  // regions and brushes
-    {0x012A, 8, uses<6>}, {0x012B, 8, uses<6>}, {0x012C, 8, uses<6>},
-    {0x012D, 8, uses<6>}, {0x01F0, 8, uses<6>}, {0x0234, 8, uses<6>},
-    {0x0324, 8, counts<6, 4>}, {0x0325, 8, counts<6, 4>}, {0x0538, 8, countsShapes},
-    {0x0521, 12, counts<6, 1, 4>}, {0x0A32, 14, writes}, {0x0626, 10, counts<8, 1>},
-    {0x02FA, 16, nullptr}, {0x02FB, 24, nullptr}, {0x02FC, 14, nullptr}, {0x06FF, 28, makesRegion},
-    {0x0142, 10, hasBitmap<10, 8>}, {0x0940, 22, mayHaveBitmap<22>}, {0x0B41, 26, mayHaveBitmap<26>},
-    {0x0D33, 24, hasBitmap<24, 6, 8>}, {0x0F43, 28, hasBitmap<28, 10>},
-    {0x0922, 22, mayHaveDeviceBitmap<22>}, {0x0B23, 26, mayHaveDeviceBitmap<26>},
-    {0x01F9, 38, mayHaveDeviceBitmap<6, 22>},
+    {0x0037, 5, counts<8, 4>}, {0x00F7, 5, counts<8, 4>}, {0x0436, 5, counts<8, 4>},  // palettes
+    {0x0228, 5, uses<6, 8>}, {0x0429, 7, uses<6, 8>},                                 // regions and brushes
+    {0x012A, 4, uses<6>}, {0x012B, 4, uses<6>}, {0x012C, 4, uses<6>},
+    {0x012D, 4, uses<6>}, {0x01F0, 4, uses<6>}, {0x0234, 4, uses<6>},
+    {0x0324, 4, counts<6, 4>}, {0x0325, 4, counts<6, 4>}, {0x0538, 4, countsShapes},
+    {0x0521, 6, counts<6, 1, 2>}, {0x0A32, 7, writes}, {0x0626, 5, counts<8, 1>},
+    {0x02FA, 8, nullptr}, {0x02FB, 12, nullptr}, {0x02FC, 7, nullptr}, {0x06FF, 14, makesRegion},
+    {0x0142, 5, hasBitmap<10, 8>}, {0x0940, 11, mayHaveBitmap<22>}, {0x0B41, 13, mayHaveBitmap<26>},
+    {0x0D33, 12, hasBitmap<24, 6, 8>}, {0x0F43, 14, hasBitmap<28, 10>},
+    {0x0922, 11, mayHaveDeviceBitmap<22>}, {0x0B23, 13, mayHaveDeviceBitmap<26>},
+    {0x01F9, 19, mayHaveDeviceBitmap<6, 22>},
 };
 // clang-format on
 
@@ -111,7 +112,7 @@ Fault recordFault(const MetafileRecord& record, std::uint32_t objects) {
   const auto* const row = std::find_if(std::begin(olderRows), std::end(olderRows),
                                        [&](const OlderRow& each) { return each.function == function; });
   const bool isUsual = row == std::end(olderRows);
-  if (record.size() < (isUsual ? usualBytes(function) : row->fixedBytes)) {
+  if (record.size() < (isUsual ? usualBytes(function) : row->fixedWords * wordBytes)) {
     return "too short";
   }
   return isUsual || row->check == nullptr ? nullptr : row->check(record, objects);
@@ -121,7 +122,7 @@ std::optional<std::string> recordsFault(std::string_view bytes, std::uint32_t ob
   constexpr std::uint32_t endsFile = 0;
   for (std::size_t place = headerBytes; place < bytes.size();) {
     const MetafileRecord rest(bytes.substr(place));
-    const std::uint64_t size = std::uint64_t{rest.number(0)} * 2;
+    const std::uint64_t size = std::uint64_t{rest.number(0)} * wordBytes;
     Fault fault = size < parametersAt || !rest.holds(0, size) ? "a wrong size" : nullptr;
     const MetafileRecord record(fault == nullptr ? rest.part(0, size) : std::string_view());
     if (fault == nullptr && record.shortNumber(4) == endsFile) {
