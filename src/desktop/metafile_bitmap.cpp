@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdlib>
 
 namespace vernoxa::desktop {
 namespace {
@@ -10,17 +11,18 @@ namespace {
 constexpr std::uint32_t coreHeaderBytes = 12;         // BITMAPCOREHEADER
 constexpr std::uint32_t informationHeaderBytes = 40;  // BITMAPINFOHEADER, with which all later ones begin
 constexpr std::uint32_t maskBytes = 12;               // of red, green and blue
-constexpr std::uint32_t largestTable = 256;
+constexpr std::uint32_t mostTableBits = 8;            // of a pixel that is the number of a colour in a table
+constexpr std::uint32_t largestTable = 1U << mostTableBits;
 constexpr std::uint64_t mostPacked = 64'000'000;  // pixels; a packed bitmap of a few bytes may claim any number
 
 enum Compression : std::uint32_t { none = 0, runs8 = 1, runs4 = 2, masks = 3, jpeg = 4, png = 5 };
 
 struct Header {
-  std::uint32_t bytes = 0;
-  std::uint64_t width = 0;
-  std::uint64_t height = 0;  // of either direction
-  std::uint32_t planes = 0;
-  std::uint32_t bitCount = 0;
+  std::uint32_t bytes;
+  std::uint64_t width;
+  std::uint64_t height;  // of either direction
+  std::uint32_t planes;
+  std::uint32_t bitCount;
   std::uint32_t compression = none;
   std::uint32_t imageBytes = 0;
   std::uint32_t colours = 0;
@@ -33,27 +35,26 @@ struct Header {
 // Of a number with a sign. A negative height means that the rows come from the top down; the width of a bitmap has no
 // sign, and a negative one reads as one that is too large.
 std::uint64_t magnitude(std::uint32_t number) {
-  return number <= 0x80000000U ? number : 0x100000000U - number;
+  return static_cast<std::uint64_t>(std::abs(std::int64_t{std::bit_cast<std::int32_t>(number)}));
 }
 
 Header readHeader(const MetafileRecord& bytes) {
-  Header header;
-  header.bytes = bytes.number(0);
-  if (header.bytes == coreHeaderBytes) {
-    header.width = bytes.shortNumber(4);
-    header.height = bytes.shortNumber(6);
-    header.planes = bytes.shortNumber(8);
-    header.bitCount = bytes.shortNumber(10);
-    return header;
+  const std::uint32_t headerBytes = bytes.number(0);
+  if (headerBytes == coreHeaderBytes) {
+    return {.bytes = headerBytes,
+            .width = bytes.shortNumber(4),
+            .height = bytes.shortNumber(6),
+            .planes = bytes.shortNumber(8),
+            .bitCount = bytes.shortNumber(10)};
   }
-  header.width = bytes.number(4);
-  header.height = magnitude(bytes.number(8));
-  header.planes = bytes.shortNumber(12);
-  header.bitCount = bytes.shortNumber(14);
-  header.compression = bytes.number(16);
-  header.imageBytes = bytes.number(20);
-  header.colours = bytes.number(32);
-  return header;
+  return {.bytes = headerBytes,
+          .width = bytes.number(4),
+          .height = magnitude(bytes.number(8)),
+          .planes = bytes.shortNumber(12),
+          .bitCount = bytes.shortNumber(14),
+          .compression = bytes.number(16),
+          .imageBytes = bytes.number(20),
+          .colours = bytes.number(32)};
 }
 
 bool isKnownFormat(const Header& header) {
@@ -81,7 +82,7 @@ std::uint64_t tableBytes(const Header& header, std::uint32_t usage) {
   if (usage == 2 && header.bitCount == 1) {
     return 0;  // a mask
   }
-  const std::uint32_t usual = header.bitCount <= 8 && !header.foreign() ? 1U << header.bitCount : 0;
+  const std::uint32_t usual = header.bitCount <= mostTableBits && !header.foreign() ? 1U << header.bitCount : 0;
   const std::uint32_t entries = header.colours != 0 ? std::min(header.colours, largestTable) : usual;
   const std::uint32_t colourBytes = header.bytes == coreHeaderBytes ? 3 : 4;
   return std::uint64_t{entries} * (usage == 1 ? 2 : colourBytes);

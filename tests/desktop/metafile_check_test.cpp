@@ -106,12 +106,16 @@ brushes | 93 36=32 sound | 93 36=33 fewer bits than its size needs | 94 48=2,52=
 brushes | 94 16=1000 a bitmap lies outside | 94 28=1000 a bitmap lies outside | 94 20=12 bitmap has no known size
 brushes | 94 20=44 colours of a bitmap lie outside | 94 32=39 bitmap has no known size | 94 36=0 a bitmap has no size
 brushes | 94 36=9 fewer bits than its size needs | 94 36=0x80000001 a bitmap has no size | 94 40=0xFFFFFFF8 sound
+brushes | 94 36=0x7FFFFFFF fewer bits than its size needs | 94 40=0xFFFFFFF7 fewer bits than its size needs
 brushes | 94 40=9 fewer bits than its size needs | 94 40=0x80000000 fewer bits than its size needs
 brushes | 94 44=0x40002 a bitmap is of no known format | 94 44=0x50001 no known format | 94 48=1 no known format
 brushes | 94 44=0x200001 fewer bits than its size needs | 94 48=2,52=8,136=0x900 sound | 94 48=1,52=8 no known format
-brushes | 94 32=12,36=0x80008,40=0x40001 sound | 94 32=12,36=0x90008,40=0x40001 fewer bits than its size needs
+brushes | 94 32=12,36=0x80008,40=0x40001,44=0 sound | 94 32=12,36=0x90008,40=0x40001 fewer bits than its size needs
 brushes | 94 20=60,32=12,36=0x80008,40=0x40001 sound | 94 32=12,36=0x80009,40=0x40001 fewer bits than its size needs
 brushes | 94 20=56,32=12,36=0x80008,40=0x40001 colours of a bitmap lie outside | 94 12=2,64=17 sound
+brushes | 94 12=1,20=72 sound | 94 12=1,20=68 colours of a bitmap lie outside
+brushes | 94 44=0x80001 colours of a bitmap lie outside
+brushes | 94 +1024,20=1064,64=257 sound | 94 +1024,20=1060,64=257 colours of a bitmap lie outside
 brushes | 94 64=17 colours of a bitmap lie outside | 94 12=3 no known format | 95 36=7 a pen is of no known style
 brushes | 95 36=5 bitmap has no known size | 95 16=100 a bitmap lies outside | 95 20=9999 a bitmap lies outside
 brushes | 95 24=9999 a bitmap lies outside | 95 36=2 sound | 95 36=3 bitmap has no known size
@@ -135,8 +139,11 @@ texts | 97 52=97 a text lies outside | 83 48=88,52=16 sound | 83 48=89,52=16 a t
 texts | 108 20=0x104 a text lies outside | 108 20=0x204 a text lies outside
 bitmaps | 76 84=100 the header of a bitmap has no known size | 76 88=40 no known size | 76 92=40 no known size
 bitmaps | 76 96=4 no known size | 76 12=0x10000 it has no bitmap, and bounds far away
+bitmaps | 76 8=0x100,12=0x100 sound | 76 8=0xFFFFFFFF,12=0xFFFFFFFF sound
+bitmaps | 114 88=44,120=0x80001,124=1,140=1 a bitmap that may not be packed is
 bitmaps | 114 80=2 no known format | 114 80=1,84=0,88=0,92=0,96=0 sound | 114 116=4 more bits than its size has room for
 bitmaps | 77 44=0x400001 a part of the bitmap that it draws is far away | 77 48=0xFFBFFFFF draws is far away
+bitmaps | 77 48=0xFFC00000 sound | 77 48=0x300000,104=0x200000 draws is far away
 bitmaps | 77 52=0x7F800000 far away | 77 52=0x7FC00000 far away | 77 72=0xCE6E6B28 far away | 77 52=0x41800000 sound
 bitmaps | 79 124=140,128=104,132=244,136=32 sound | 79 120=3,124=140,128=104,132=244,136=32 no known format
 bitmaps | 77 52=0,64=0 sound | 77 44=0x300000,100=0x200000 far away | 77 44=0x300000,100=0x100000 sound
@@ -144,7 +151,10 @@ bitmaps | 77 100=40,104=40,52=0x4788B800,60=0x4788B800 far away | 77 100=40,52=0
 bitmaps | 77 100=40,104=40,56=0x4788B800,64=0x4788B800 far away | 77 104=40,64=0x4788B800,72=0x4A2AE600 far away
 gradients | 118 84=3 a corner that is not there | 118 88=3 a corner that is not there | 118 92=3 sound
 image_formats | 81 452=8000,456=8000 sound | 81 452=8000001,456=8 a packed bitmap is too large
+image_formats | 81 452=64000001,456=1 a packed bitmap is too large
 image_formats | 81 92=1,96=4 sound | 81 92=1,96=5 sound | 81 92=1,96=6 no known format | 81 92=0x180001,96=4 sound
+image_formats | 81 92=1,96=4,100=33 a bitmap has fewer bytes than it says | 81 1140=48 colours of a bitmap lie outside
+image_formats | 80 60=0,64=2,72=0,88=0x10001 sound | 81 512=0xFF01 sound | 81 516=0xFF000100 sound | 81 468=10 sound
 image_formats | 81 468=0 fewer bytes than it says | 81 468=17 fewer bytes than it says | 81 468=8 ends within a run
 image_formats | 81 512=0xFF000400,516=0x0200FF00 sound | 81 512=0xFE000508 ends within a run
 image_formats | 81 516=0x03020005 sound | 81 524=0x02000403 ends within a run
@@ -230,6 +240,7 @@ TEST(MetafileCheck, EndsForMetafilesWithinEachOther) {
 // they draw. Which of the numbers these come from is in metafile_numbers_test.cpp.
 constexpr const char* extents = R"(
 lines | 2 10 10 90 90 | 8 10 10 90 90 | 41 30 30 70 70 | 46 10 10 90 60 | 54 95 5 95 5
+texts | 96 20 30 20 30
 short_lines | 85 10 10 90 90 | 90 10 10 90 90
 bitmaps | 76 10 10 70 70 | 79 10 10 60 60
 )";
