@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "desktop/metafile_parts.h"
+
 namespace vernoxa::desktop {
 namespace {
 
@@ -61,9 +63,7 @@ void addRegion(Points& points, const MetafileRecord& record, std::size_t region)
 }
 
 void addTexts(Points& points, const MetafileRecord& record) {
-  for (std::size_t at = 40; at < 40 + std::size_t{record.number(36)} * 40; at += 40) {
-    addPoints(points, record, at, 1);
-  }
+  addPoints(points, record, 40, record.number(36), textBytes);
 }
 
 // --- which points each kind of record names -------------------------------------------------------------------------

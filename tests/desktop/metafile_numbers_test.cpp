@@ -138,6 +138,10 @@ TEST(MetafileNumbers, AreBoundedAndDrawnAtInEachKindOfRecord) {
     EXPECT_EQ(textOf(found.bounded), bounded) << kind;
     EXPECT_EQ(textOf(found.drawn), drawn) << kind;
   }
+  const std::string ones = numbersOf(std::vector<std::uint32_t>(60, 1));  // longer than records without points are
+  for (std::uint32_t kind = 0; kind < 200; ++kind) {
+    EXPECT_EQ(drawnExtent(MetafileRecord(withNumber(ones, 0, kind))).has_value(), !expected[kind][1].empty()) << kind;
+  }
 }
 
 }  // namespace
