@@ -101,6 +101,7 @@ class FakePictures final : public Pictures {
   bool drawThrows = false;
   std::vector<std::string> opened;  // bytes of metafiles
   std::vector<PixelSize> drawn;
+  std::chrono::milliseconds allowed{};  // for drawing the last one
 
   ScreenMeasures screen() override { return measures; }
   std::unique_ptr<Metafile> openMetafile(std::string_view bytes) override {
@@ -113,8 +114,9 @@ class FakePictures final : public Pictures {
    public:
     explicit Opened(FakePictures& pictures) : pictures_(pictures) {}
     std::optional<PictureFrame> frame() override { return pictures_.frame; }
-    std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds) override {
+    std::optional<PackedBitmap> draw(PixelSize size, std::chrono::milliseconds longest) override {
       pictures_.drawn.push_back(size);
+      pictures_.allowed = longest;
       return pictures_.drawThrows ? throw std::bad_alloc() : pictures_.bitmap;
     }
 

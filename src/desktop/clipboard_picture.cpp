@@ -24,7 +24,7 @@ constexpr const char* temporaryFolder = "C:/Temp";
 constexpr const char* temporaryMetafile = "C:/Temp/test.emf";
 constexpr float hundredthsPerMillimetre = 100;
 constexpr std::chrono::seconds longestDrawing(10);  // the host waits meanwhile
-constexpr double mostPoints = 64'000'000;           // of a picture: 256 MB at the depth of most screens
+constexpr int mostPoints = 64'000'000;              // of a picture: 256 MB at the depth of most screens
 
 // Single precision, and each edge cut to whole pixels by itself: the companion relies on the sizes that this gives.
 std::optional<std::int64_t> edgeInPixels(int edge, int pixels, int millimetres) {
@@ -77,12 +77,9 @@ std::optional<PixelSize> frameInPixels(const PictureFrame& frame, const ScreenMe
 PixelSize drawnSize(PixelSize framed) {
   const double width = framed.width;
   const double height = framed.height;
-  if (width * height <= mostPoints) {
-    return framed;
-  }
-  const double scale = std::sqrt(mostPoints / (width * height));
-  const int across = static_cast<int>(std::clamp(width * scale, 1.0, mostPoints));
-  const int down = static_cast<int>(std::clamp(height * scale, 1.0, mostPoints));
+  const double scale = std::min(1.0, std::sqrt(mostPoints / (width * height)));
+  const int across = std::clamp(static_cast<int>(width * scale), 1, mostPoints);
+  const int down = std::clamp(static_cast<int>(height * scale), 1, mostPoints);
   return {across, down};
 }
 

@@ -32,6 +32,7 @@ TEST(FrameInPixels, CutsEachEdgeInSinglePrecision) {
       {{-2147483647 - 1, 0, 2147483647, 1000}, {100, 100, 1, 1}, {}},
       {{-127, 0, 2147483520, 1000}, {100, 100, 1, 1}, {2147483647, 1000}},
       {{-128, 0, 2147483520, 1000}, {100, 100, 1, 1}, {}},
+      {{1000, 0, 2147483647, 1000}, {100, 100, 1, 1}, {}},  // one edge alone too far out
   };
   for (const auto& [frame, screen, size] : cases) {
     EXPECT_THAT(frameInPixels(frame, screen).value_or(PixelSize{}), FieldsAre(size.width, size.height))
@@ -57,20 +58,25 @@ TEST(BitmapLayout, CountsPaletteAndPaddedRows) {
     std::size_t palette;
     std::size_t pixels;  // 0: no layout
   } cases[] = {
-      {{3, 2}, 1, 8, 8},
-      {{5, 2}, 8, 1024, 16},
+      {{33, 2}, 1, 8, 16},
+      {{5, 1}, 8, 1024, 8},
+      {{3, 2}, 9, 0, 8},
       {{3, 2}, 16, 0, 16},
       {{3, 2}, 24, 0, 24},
-      {{0, 5}, 32, 0, 0},
+      {{0, 5}, 8, 0, 0},
+      {{5, 0}, 8, 0, 0},
       {{5, -1}, 32, 0, 0},
       {{1, 536870898}, 32, 0, 2147483592},  // with 54 bytes of headers the largest 32-bit length but one
       {{1, 536870899}, 32, 0, 0},
+      {{4, 536870642}, 8, 1024, 2147482568},  // with 1078 bytes before them
+      {{4, 536870643}, 8, 0, 0},
       {{2147483647, 2147483647}, 32, 0, 0},
   };
   for (const auto& each : cases) {
     const auto layout = bitmapLayout(each.size, each.bitCount);
     EXPECT_EQ(layout ? layout->paletteBytes : 0, each.palette) << each.size.width << " " << each.bitCount;
     EXPECT_EQ(layout ? layout->pixelBytes : 0, each.pixels) << each.size.width << " " << each.bitCount;
+    EXPECT_EQ(layout.value_or(BitmapLayout{}).pixelOffset(), 40 + each.palette);
   }
 }
 
@@ -115,6 +121,7 @@ TEST_F(ClipboardPictureTest, SavesThePreviewBelowTheProjectsFolder) {
   }
   EXPECT_THAT(fake.pictures.opened, ElementsAre(drawing, drawing));
   EXPECT_THAT(fake.pictures.drawn.at(0), FieldsAre(96, 47));
+  EXPECT_EQ(fake.pictures.allowed, std::chrono::seconds(10));  // for which the host may hang
 }
 
 TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
@@ -146,6 +153,9 @@ TEST_F(ClipboardPictureTest, AnswersNothingWhenAStepFails) {
     }
     EXPECT_EQ(one.fake.clipboard.openNow, 0) << each.told;
   }
+  enableTraffic();
+  EXPECT_FALSE(part<const ClipboardPicture>().convert(pathOf("C:\\none.emf"), pathOf("C:\\none.bmp")));
+  EXPECT_EQ(traffic(), "no picture of the metafile: it cannot be read");
 }
 
 TEST_F(ClipboardPictureTest, WaitsAMomentForAnotherProgram) {
@@ -181,7 +191,7 @@ TEST_F(ClipboardPictureTest, EveryFailureOfTheFileSystemLeavesNothingOpenOrBehin
 }
 
 TEST(DialogPlace, GrowsAndCentresWithinTheWorkArea) {
-  const Box area{0, 0, 1280, 1000};
+  const Box area{10, 20, 1280, 1000};
   EXPECT_EQ(dialogGrowth(-5, 300, area), 0);
   EXPECT_EQ(dialogGrowth(200, 300, area), 200);
   EXPECT_EQ(dialogGrowth(5000, 300, area), 980);
@@ -189,9 +199,9 @@ TEST(DialogPlace, GrowsAndCentresWithinTheWorkArea) {
   const std::array<Box, 3> cases[] = {
       // the dialog, what is around it, its place
       {{{9, 9, 300, 200}, {100, 100, 500, 400}, {200, 200, 300, 200}}},
-      {{{9, 9, 300, 200}, {-400, -300, 500, 400}, {0, 0, 300, 200}}},
-      {{{9, 9, 300, 200}, {1200, 900, 500, 400}, {980, 800, 300, 200}}},
-      {{{9, 9, 2000, 1500}, {100, 100, 500, 400}, {0, 0, 2000, 1500}}},
+      {{{9, 9, 300, 200}, {-400, -300, 500, 400}, {10, 20, 300, 200}}},
+      {{{9, 9, 300, 200}, {1200, 900, 500, 400}, {990, 820, 300, 200}}},
+      {{{9, 9, 2000, 1500}, {3000, 3000, 500, 400}, {10, 20, 2000, 1500}}},
   };
   for (const auto& [dialog, around, place] : cases) {
     EXPECT_THAT(centred(dialog, around, area), FieldsAre(place.left, place.top, place.width, place.height));
