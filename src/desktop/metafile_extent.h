@@ -8,14 +8,6 @@
 
 namespace vernoxa::desktop {
 
-// In pixels of the picture, in any direction. No picture shows anything so far out, and up to here the system draws
-// correctly and quickly. A wider arc writes past the end of its memory under Wine 8; a wider pen takes minutes.
-constexpr std::int64_t farthestDrawn = 1 << 22;
-
-// In pixels of the picture, the height or width of a letter. The system keeps a bitmap of each letter, which would take
-// gigabytes for larger ones (1.1 GB for one letter under Wine 8).
-constexpr std::int64_t largestFont = 1 << 13;
-
 struct DrawnPoint {
   std::int64_t x = 0;
   std::int64_t y = 0;
