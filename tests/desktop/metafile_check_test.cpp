@@ -63,9 +63,12 @@ TEST(MetafileCheck, RefusesARecordThatEndsFourBytesEarlier) {
   for (const SampleMetafile& each : sampleMetafiles()) {
     for (const std::size_t place : recordPlaces(each.bytes)) {
       const std::uint32_t bytes = numberAt(each.bytes, place + 4);
+      if (place == 0 || bytes == 8) {
+        continue;  // the header; a record that has nothing but its size
+      }
       std::string cut = withNumber(each.bytes, place + 4, bytes - 4).erase(place + bytes - 4, 4);
       cut = withNumber(cut, 48, static_cast<std::uint32_t>(cut.size()));
-      if (place != 0 && faultOf(cut) == "sound") {  // 0 is the header
+      if (faultOf(cut) == "sound") {
         sound += each.name + (" " + std::to_string(place)) + "\n";
       }
     }
