@@ -242,7 +242,8 @@ TEST(MetafileCheck, EndsForMetafilesWithinEachOther) {
 // What is drawn far out is never played. A sample, then types of its records with left, top, right and bottom of what
 // they draw. Which of the numbers these come from is in metafile_numbers_test.cpp.
 constexpr const char* extents = R"(
-lines | 2 10 10 90 90 | 8 10 10 90 90 | 41 30 30 70 70 | 46 10 10 90 60 | 54 95 5 95 5
+lines | 2 10 10 90 90 | 8 10 10 90 90 | 41 30 30 70 70 | 46 10 10 90 60 | 54 95 5 95 5 | 27 5 5 5 5 | 55 10 10 60 60
+mapping | 29 40 40 50 50
 texts | 96 20 30 20 30
 short_lines | 85 10 10 90 90 | 90 10 10 90 90
 bitmaps | 76 10 10 70 70 | 79 10 10 60 60
