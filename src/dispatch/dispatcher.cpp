@@ -36,7 +36,26 @@ bool isOfKind(JsonView value, MemberKind kind) {
   return value.isArray();
 }
 
+bool has(const Request& request, const Member& member) {
+  return isOfKind(request.data.member(member.name), member.kind);
+}
+
+// A row that stores a member needs "Data" itself, even if it needs no member of it.
+bool hasWhatItNeeds(const HandlerRow& row, const Request& request) {
+  return std::all_of(row.members.begin(), row.members.end(), [&](const Member& member) {
+    return (member.keep == nullptr || request.data.isObject()) && (!member.needed || has(request, member));
+  });
+}
+
 }  // namespace
+
+void StoredMembers::store() const {
+  for (const Member& member : members_) {
+    if (member.keep != nullptr) {
+      member.keep(session_, has(request_, member) ? request_.text(member.name) : std::string());
+    }
+  }
+}
 
 std::string Dispatcher::run(const Endpoint& endpoint, std::string_view packetText, ScriptHost& host) {
   // A copy: a script may change the variable that the caller's text lives in.
@@ -82,8 +101,9 @@ std::string Dispatcher::replyTo(const Endpoint& endpoint, const std::string& mes
 }
 
 Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, ScriptHost& host, LogWriter& log) {
-  RequestCall call{request, host, log};
   if (endpoint.applyReply != nullptr && request.command.find(replySuffix) != std::string::npos) {
+    const StoredMembers none({}, request, session_);
+    RequestCall call{request, host, log, none};
     return endpoint.applyReply(call, session_);
   }
   const auto row = std::find_if(endpoint.rows.begin(), endpoint.rows.end(),
@@ -91,6 +111,8 @@ Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, S
   if (row == endpoint.rows.end()) {
     return Outcome::refused();
   }
+  const StoredMembers stored({row->members.begin(), row->members.end()}, request, session_);
+  RequestCall call{request, host, log, stored};
   Outcome outcome = runRow(*row, call);
   if (outcome.failure) {
     say(*outcome.failure, log);
@@ -103,24 +125,11 @@ Outcome Dispatcher::carryOut(const Endpoint& endpoint, const Request& request, S
 
 Outcome Dispatcher::runRow(const HandlerRow& row, RequestCall& call) {
   try {
-    return takeMembers(row, call.request) ? row.run(call, session_) : Outcome::refused();
+    call.stored.store();
+    return hasWhatItNeeds(row, call.request) ? row.run(call, session_) : Outcome::refused();
   } catch (...) {
     return Outcome::refused(Failure::inBox(u8"格式有误"));
   }
-}
-
-// Stores the members that the row wants stored. True if the request has all that the row needs; a row that stores a
-// member needs "Data" itself, even if it needs no member of it.
-bool Dispatcher::takeMembers(const HandlerRow& row, const Request& request) {
-  bool complete = true;
-  for (const Member& member : row.members) {
-    const bool usable = isOfKind(request.data.member(member.name), member.kind);
-    if (member.keep != nullptr) {
-      member.keep(session_, usable ? request.text(member.name) : std::string());
-    }
-    complete = complete && (member.keep == nullptr || request.data.isObject()) && (!member.needed || usable);
-  }
-  return complete;
 }
 
 void Dispatcher::say(const Failure& failure, LogWriter& log) {

@@ -45,7 +45,6 @@ class Dispatcher {
  private:
   Outcome carryOut(const Endpoint& endpoint, const Request& request, ScriptHost& host, LogWriter& log);
   Outcome runRow(const HandlerRow& row, RequestCall& call);
-  bool takeMembers(const HandlerRow& row, const Request& request);
   void say(const Failure& failure, LogWriter& log);
 
   const Logs& logs_;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 #include "dispatch/description.h"
@@ -24,12 +25,29 @@ class ScriptHost;
 
 namespace vernoxa::inline dispatch {
 
+// The members of one request that its row stores in parts of the session.
+class StoredMembers {
+ public:
+  StoredMembers(std::span<const Member> members, const Request& request, plugin::Session& session)
+      : members_(members), request_(request), session_(session) {}
+
+  // Stores them, those that are missing or of another kind as empty. A handler does it again where they are to count
+  // although the host ran its event loop, in which another request may have stored its own.
+  void store() const;
+
+ private:
+  const std::span<const Member> members_;
+  const Request& request_;
+  plugin::Session& session_;
+};
+
 // What belongs to one call. The row's function finds the handler's parameters here and in the session, which dispatch
 // hands through without knowing it.
 struct RequestCall {
   const Request& request;
   ScriptHost& host;
   LogWriter& log;  // the traffic log, open for the length of the call
+  const StoredMembers& stored;
 };
 
 using Handler = Outcome (*)(RequestCall&, plugin::Session&);

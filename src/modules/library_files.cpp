@@ -80,21 +80,20 @@ bool LibraryFiles::pickNames() {
   if (running_ == 0) {
     hostMakes_.clear();
   }
-  temporaryName_ = temporary;
-  newName_ = renewed;
+  names_ = {renewed, temporary};
   return true;
 }
 
 FilePath LibraryFiles::temporaryPath() const {
-  return pathOf(temporaryName_ + ".olb");
+  return pathOf(names_.temporary + ".olb");
 }
 
 FilePath LibraryFiles::newPath() const {
-  return pathOf(newName_ + ".olb");
+  return pathOf(names_.renewed + ".olb");
 }
 
 FilePath LibraryFiles::backupPath() const {
-  return pathOf(temporaryName_ + "_0.OBK");
+  return pathOf(names_.temporary + "_0.OBK");
 }
 
 void LibraryFiles::noteHostMakes(const FilePath& path) {

@@ -21,6 +21,12 @@ namespace vernoxa::modules {
 
 struct PlacementContext;
 
+// Base names of one placement's libraries.
+struct LibraryNames {
+  std::string renewed = "Test";      // of the new library
+  std::string temporary = "123456";  // of the temporary library
+};
+
 // Host thread only.
 class LibraryFiles {
  public:
@@ -41,7 +47,8 @@ class LibraryFiles {
   // The host's own backup of the temporary library.
   FilePath backupPath() const;
 
-  // Around all of a placement after it has picked its names. A script may begin the next one before this one ends.
+  // Around the making of a placement's libraries, after it has picked their names. A script may begin the next one
+  // before this one ends.
   void beginPlacement() { ++running_; }
   void endPlacement() { --running_; }
 
@@ -53,6 +60,9 @@ class LibraryFiles {
   // Picks two new base names: numbers for which the module's folder has no library, lock or backup, so that no library
   // of the user is overwritten. False, with a line in the traffic log, if none is found.
   bool pickNames();
+  // The names picked last, and that these are meant again: another placement may have picked its own meanwhile.
+  const LibraryNames& names() const { return names_; }
+  void meanAgain(const LibraryNames& names) { names_ = names; }
 
   // Makes a library without parts that can be written: a copy of the one in the installation, else of the one below the
   // host's program folder. False, with the reason in the traffic log, if that fails; an existing file stays.
@@ -78,11 +88,10 @@ class LibraryFiles {
   RandomNumbers& random_;
   const TextConverter& converter_;
   const Logs& logs_;
-  std::string newName_ = "Test";          // base name of the new library
-  std::string temporaryName_ = "123456";  // base name of the temporary library
-  std::set<std::string> made_;            // the libraries that this process made, and may remove
-  std::set<std::string> hostMakes_;       // what the host may have made for the placements of now
-  int running_ = 0;                       // placements, one inside the other
+  LibraryNames names_;
+  std::set<std::string> made_;       // the libraries that this process made, and may remove
+  std::set<std::string> hostMakes_;  // what the host may have made for the placements of now
+  int running_ = 0;                  // placements, one inside the other
 };
 
 }  // namespace vernoxa::modules

@@ -54,6 +54,27 @@ class TemporaryLibrary {
   bool made_ = false;
 };
 
+// Notes the module file of a placement for as long as that runs.
+class RunningPlacement {
+ public:
+  RunningPlacement(std::set<std::string>& running, const std::string& path)
+      : running_(running), noted_(running.insert(path)) {}
+  RunningPlacement(const RunningPlacement&) = delete;
+  RunningPlacement& operator=(const RunningPlacement&) = delete;
+  ~RunningPlacement() {
+    if (noted_.second) {
+      running_.erase(noted_.first);
+    }
+  }
+
+  // False if a placement of that file was running already.
+  bool isFirst() const { return noted_.second; }
+
+ private:
+  std::set<std::string>& running_;
+  const std::pair<std::set<std::string>::iterator, bool> noted_;
+};
+
 // Tcl needs memory for twenty times the length of a script, and ends the host when it gets none. The script for a part
 // of ten thousand pins has about a third of this length.
 bool isTooLong(const Script& script) {
@@ -115,6 +136,7 @@ PlacedLibrary ModulePlacer::placeLibrary(ScriptHost& host, DraggedBox box) {
   PlacedLibrary placed;
   const bool named = libraries_.pickNames();
   placed.newLibrary = libraries_.newPath();
+  placed.names = libraries_.names();
   placed.module = ModuleFile::read(files_, logs_, converter_.path(placement_.dsnDatPath));
   if (!named || !isPlaceable(placed.module)) {
     return placed;
@@ -131,6 +153,11 @@ PlacedLibrary ModulePlacer::placeLibrary(ScriptHost& host, DraggedBox box) {
 void ModulePlacer::placeModule(ScriptHost& host) {
   const PlacementContext asked = placement_;
   placement_.placeState = 0;
+  const RunningPlacement running(placing_, asked.dsnDatPath);
+  if (!running.isFirst()) {
+    logs_.openTraffic().writeLine("root is null");
+    return;
+  }
   libraries_.remove(libraries_.newPath());
   const PlacedLibrary placed = placeLibrary(host, DraggedBox::none);
   if (!placed.made) {

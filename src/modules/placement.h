@@ -1,8 +1,10 @@
 // Places what the companion sent: a shared module or one catalogue part.
 #pragma once
 
+#include <set>
 #include <string>
 
+#include "modules/library_files.h"
 #include "modules/module_file.h"
 #include "system/file_path.h"
 
@@ -16,12 +18,12 @@ class TextConverter;
 
 namespace vernoxa::modules {
 
-class LibraryFiles;
 struct PlacementContext;
 
 struct PlacedLibrary {
   bool made = false;    // the new library has the module's parts
   FilePath newLibrary;  // "/" between folders; made or not
+  LibraryNames names;
   ModuleFile module;
 };
 
@@ -41,8 +43,9 @@ class ModulePlacer {
   PlacedLibrary placeLibrary(ScriptHost& host, DraggedBox box);
 
   // The whole placement: the library, then the module's objects or the one part; afterwards the new library and the
-  // module file are removed. Does nothing more if `placeLibrary` made nothing. `placeState` is 0 afterwards in any
-  // case.
+  // module file are removed. Does nothing more if `placeLibrary` made nothing. For a module
+  // whose placement still runs there is only the line "root is null": that placement removes the file when it ends.
+  // `placeState` is 0 afterwards in any case.
   void placeModule(ScriptHost& host);
 
  private:
@@ -57,6 +60,7 @@ class ModulePlacer {
   Files& files_;
   const TextConverter& converter_;
   const Logs& logs_;
+  std::set<std::string> placing_;  // the module files of the placements that run
 };
 
 }  // namespace vernoxa::modules

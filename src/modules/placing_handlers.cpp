@@ -1,6 +1,8 @@
 #include "modules/placing_handlers.h"
 
+#include "dispatch/handler.h"
 #include "dispatch/script_values.h"
+#include "modules/library_files.h"
 #include "modules/placement.h"
 #include "modules/placement_context.h"
 #include "tcl/script_host.h"
@@ -18,6 +20,26 @@ Outcome noActivePage() {
   return Outcome::failed(u8"请先打开要放置的原理图page页!"_gbk);
 }
 
+void takePackage(PlacementContext& placement) {
+  if (placement.package.empty()) {
+    placement.package = placement.packageName;
+  }
+}
+
+// The host may run its event loop inside every script, and another request or command may set the placement to
+// something else meanwhile. Both placing requests set their own again before its library is made, and before the user
+// can drop it.
+void askForOnePart(const StoredMembers& stored, PlacementContext& placement) {
+  stored.store();
+  takePackage(placement);
+  placement.placeState = 1;
+}
+
+void askForModule(const StoredMembers& stored, PlacementContext& placement) {
+  stored.store();
+  placement.placeState = 0;
+}
+
 }  // namespace
 
 Outcome selectModule(const Request& request, ScriptHost& host, const TextConverter& converter) {
@@ -25,35 +47,40 @@ Outcome selectModule(const Request& request, ScriptHost& host, const TextConvert
   return Outcome::success();
 }
 
-Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& converter,
-                              PlacementContext& placement, ModulePlacer& placer) {
-  if (placement.package.empty()) {
-    placement.package = placement.packageName;
-  }
+Outcome placeDsnLibPartModule(const Request& request, const StoredMembers& stored, ScriptHost& host,
+                              const TextConverter& converter, PlacementContext& placement, LibraryFiles& libraries,
+                              ModulePlacer& placer) {
+  takePackage(placement);
   host.evaluate(Script("MenuCommand 57603"));
   if (!isPageActive(host)) {
     return noActivePage();
   }
   // Before the host is told anything: it may run its event loop and have the part placed at once.
-  placement.placeState = 1;
+  askForOnePart(stored, placement);
   host.evaluate(Script("UnSelectAll"));
   Script viewBox("SetLibViewBox [list ");
   viewBox.bare(scriptValue(request, converter, "ViewBoxWidth")).literal(" ");
   host.evaluate(viewBox.bare(scriptValue(request, converter, "ViewBoxHeight")).literal("]"));
+  askForOnePart(stored, placement);
   const PlacedLibrary placed = placer.placeLibrary(host, DraggedBox::none);
   host.evaluate(Script("setPlaceMarketFlag 2"));
   Script place("PlaceNew ");
   place.bare(scriptValue(request, converter, "PartName")).literal(" ").braced(placed.newLibrary.utf8());
-  host.evaluate(place.literal(" ").bare(scriptValue(request, converter, "PartIndex")));
+  place.literal(" ").bare(scriptValue(request, converter, "PartIndex"));
+  askForOnePart(stored, placement);
+  libraries.meanAgain(placed.names);
+  host.evaluate(place);
   return Outcome::success();
 }
 
-Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer) {
+Outcome placeDsnModule(const StoredMembers& stored, ScriptHost& host, PlacementContext& placement,
+                       LibraryFiles& libraries, ModulePlacer& placer) {
   if (!isPageActive(host)) {
     return noActivePage();
   }
-  placement.placeState = 0;
+  askForModule(stored, placement);
   host.evaluate(Script("UnSelectAll"));
+  askForModule(stored, placement);
   const PlacedLibrary placed = placer.placeLibrary(host, DraggedBox::made);
   host.evaluate(Script("setPlaceMarketFlag 1"));
   Script place("PlaceNew ");
@@ -61,6 +88,8 @@ Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& place
   if (const auto box = placed.module.viewBox()) {
     place.literal(" ").braced(box->width + " " + box->height);
   }
+  askForModule(stored, placement);
+  libraries.meanAgain(placed.names);
   host.evaluate(place);
   return Outcome::success();
 }

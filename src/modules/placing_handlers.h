@@ -4,6 +4,9 @@
 #include "dispatch/outcome.h"
 #include "dispatch/request.h"
 
+namespace vernoxa::inline dispatch {
+class StoredMembers;
+}  // namespace vernoxa::inline dispatch
 namespace vernoxa::inline tcl {
 class ScriptHost;
 }  // namespace vernoxa::inline tcl
@@ -13,6 +16,7 @@ class TextConverter;
 
 namespace vernoxa::modules {
 
+class LibraryFiles;
 class ModulePlacer;
 struct PlacementContext;
 
@@ -21,9 +25,11 @@ Outcome selectModule(const Request& request, ScriptHost& host, const TextConvert
 
 // Has the user drag one catalogue part, or a whole shared module, onto the active page; `placeMarketPart` places it
 // when the user drops it. Without an active page nothing is placed.
-Outcome placeDsnLibPartModule(const Request& request, ScriptHost& host, const TextConverter& converter,
-                              PlacementContext& placement, ModulePlacer& placer);
-Outcome placeDsnModule(const Request&, ScriptHost& host, PlacementContext& placement, ModulePlacer& placer);
+Outcome placeDsnLibPartModule(const Request& request, const StoredMembers& stored, ScriptHost& host,
+                              const TextConverter& converter, PlacementContext& placement, LibraryFiles& libraries,
+                              ModulePlacer& placer);
+Outcome placeDsnModule(const StoredMembers& stored, ScriptHost& host, PlacementContext& placement,
+                       LibraryFiles& libraries, ModulePlacer& placer);
 // For a request to place something that was refused: nothing is being placed then.
 void stopPlacing(PlacementContext& placement);
 

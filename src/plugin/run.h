@@ -29,6 +29,8 @@ Part& partOf(RequestCall& call, Session& session) {
     return call.host;
   } else if constexpr (std::is_same_v<Part, LogWriter>) {
     return call.log;
+  } else if constexpr (std::is_same_v<Part, const StoredMembers>) {
+    return call.stored;
   } else {
     return session.part<Part>();
   }

@@ -313,6 +313,19 @@ TEST_F(Placement, PlacementInsideAPlacementDisturbsNeither) {
   EXPECT_EQ(fake.files.entries("C:\\Other").size(), 2U);  // its module and its new library
 }
 
+// The file is removed only at the end of the placement, and what runs inside it must not take its library away.
+TEST_F(Placement, ModuleIsNotPlacedInsideItsOwnPlacement) {
+  fake.random.numbers = {5, 6, 7, 8};
+  host_.during = [&](const std::string&) { placer_.placeModule(host_); };
+  placer_.placeModule(host_);
+  EXPECT_THAT(host_.scripts, SizeIs(5));
+  EXPECT_THAT(host_.scripts.back(), StartsWith("placePart Wire"));
+  EXPECT_EQ(timesLogged("root is null"), 5U);
+  EXPECT_THAT(files(), IsEmpty());
+  host_.during = nullptr;
+  EXPECT_THAT(place(), SizeIs(5));  // the next file of that name is
+}
+
 // The second then takes the place of the first.
 TEST_F(Placement, PlacementInsideAPlacementMayDrawItsName) {
   fake.random.numbers = {5, 6, 7, 6};

@@ -1,3 +1,4 @@
+#include "modules/library_files.h"
 #include "support/session_test.h"
 
 namespace vernoxa::modules {
@@ -95,6 +96,40 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
   send("PlaceDsnLibPartModule", partData);
   EXPECT_EQ(states, "00111111");
   EXPECT_EQ(placement.placeState, 0);
+}
+
+// The host's event loop may bring another request or command inside every script of this one.
+TEST_F(PlacingHandlers, WhatIsPlacedIsWhatThisRequestAskedFor) {
+  fake.files.addFile("C:\\Other\\n.json", R"({"lib":[{"Name":"CAP"}]})");
+  const std::string other = R"("dsnDatPath":"C:\\Other\\n.json","PartIndex":9,"ViewBoxWidth":1,"ViewBoxHeight":2,)"
+                            R"("PartName":"CAP","selfModule":"other","dsnBmpPath":"C:\\Other\\b.bmp")";
+  const std::string own = partData + R"(,"dsnBmpPath":"C:\\b.bmp")";
+  for (const std::string outer : {"PlaceDSNModule", "PlaceDsnLibPartModule"}) {
+    for (const std::string inner : {"PlaceDSNModule", "PlaceDsnLibPartModule"}) {
+      host_.during = nullptr;
+      send(outer, own);
+      const std::vector<std::string> scripts = host_.scripts;
+      for (std::size_t at = 0; at + 1 < scripts.size(); ++at) {
+        SCOPED_TRACE(inner + " inside " + outer + ", in " + scripts[at]);
+        placement = {};
+        bool begun = false;
+        host_.during = [&](const std::string&) {
+          if (host_.scripts.size() == at + 1 && !begun) {
+            begun = true;
+            replyTo(plugin::companionEndpoint(), R"({"Command":")" + inner + R"(","Data":{)" + other + "}}", host_);
+          }
+        };
+        send(outer, own);
+        const std::string library = part<LibraryFiles>().newPath().utf8();
+        EXPECT_THAT(library, StartsWith(utf8(u8"C:/模块/")));
+        EXPECT_THAT(host_.scripts.back(), testing::AllOf(StartsWith("PlaceNew "), testing::HasSubstr(library)));
+        EXPECT_TRUE(fake.files.exists(part<LibraryFiles>().newPath()));
+        EXPECT_EQ(placement.dsnDatPath, u8"C:\\模块\\m.json"_gbk);
+        EXPECT_EQ(placement.selfModule, outer == "PlaceDSNModule" ? "" : "A");
+        EXPECT_EQ(placement.placeState, outer == "PlaceDSNModule" ? 0 : 1);
+      }
+    }
+  }
 }
 
 TEST_F(PlacingHandlers, WhatARequestStoresIsKeptAlsoWhenItIsRefused) {

@@ -133,6 +133,29 @@ Words traceOf(const Entry& outer, const Entry& inner, Order order, Failing faili
   return trace;
 }
 
+// The same but for the order in which the placements drew the numbers that name their libraries.
+bool sameWithOtherNumbers(const Words& nested, const Words& serial) {
+  const auto library = [](char number) { return std::string("C:/Mods/") + number + ".olb"; };
+  const std::string drawn = "123456";
+  std::string numbers = drawn;
+  do {
+    Words renamed = nested;
+    for (std::string& line : renamed) {
+      for (std::size_t at = 0; (at = line.find("C:/Mods/", at)) != std::string::npos; ++at) {
+        const std::size_t index = drawn.find(line[at + 8]);
+        if (index != std::string::npos && line.compare(at, 13, library(drawn[index])) == 0) {
+          line[at + 8] = numbers[index];
+        }
+      }
+    }
+    std::sort(renamed.begin(), renamed.end());
+    if (renamed == serial) {
+      return true;
+    }
+  } while (std::next_permutation(numbers.begin(), numbers.end()));
+  return false;
+}
+
 // What two calls show one after the other, in both orders.
 class OneAfterTheOther {
  public:
@@ -161,15 +184,11 @@ const char* nameOf(Failing failing) {
 }
 
 // Pairs that show something else than one after the other: what has to fail for it, the outer call, the inner ones, and
-// why. All placements share the module file and the values that the companion sent last; a handler reads them only
-// after it has asked the host.
+// why.
 constexpr const char* exceptions = R"(
-  nothing | PlaceDSNModule | PlaceDsnLibPartModule | the outer one then places the file of the inner one
-  nothing | PlaceDsnLibPartModule | PlaceDsnLibPartModule PlaceDSNModule | the outer one then places that file too
-  nothing | PlaceDSNModule PlaceDsnLibPartModule | outputMarketFile | its file becomes the one to place
-  nothing | PlaceDSNModule PlaceDsnLibPartModule | sendUploadMarket | it forgets the file to place
+  nothing | PlaceDSNModule | sendUploadMarket | it tells that picture, which the outer one then keeps for the next
   nothing | PlaceDSNModule PlaceDsnLibPartModule | placeMarketPart | it places and removes that file first
-  nothing | placeMarketPart | placeMarketPart | the file is removed at the end only, so it is placed twice
+  nothing | placeMarketPart | placeMarketPart | it leaves the library of the one that runs, and draws no names
   nothing | placeMarketPart | removeDatFile | it removes the library that is being made
   nothing | creatClient | creatClient | there is a client only when the host has answered, so two are wanted
   conversions | outputSVGFile | outputSVGFile | both show the box before one of them writes the page
@@ -238,7 +257,8 @@ TEST(ReenteredCommands, TwoCallsShowWhatTheyShowOneAfterTheOther) {
           const Entry& inner = inners[next++ % inners.size()];
           const Words nested = traceOf(outer, inner, Order::nested, failing, event);
           const auto& [outerFirst, innerFirst] = serial.with(inner, event);
-          if (nested == outerFirst || nested == innerFirst) {
+          if (nested == outerFirst || nested == innerFirst || sameWithOtherNumbers(nested, outerFirst) ||
+              sameWithOtherNumbers(nested, innerFirst)) {
             continue;
           }
           const std::string always = pairOf(Failing::nothing, outer.name, inner.name);
