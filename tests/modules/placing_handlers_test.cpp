@@ -96,6 +96,10 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
   send("PlaceDsnLibPartModule", partData);
   EXPECT_EQ(states, "00111111");
   EXPECT_EQ(placement.placeState, 0);
+  states.clear();
+  placement.placeState = 1;
+  send("PlaceDSNModule", partData);
+  EXPECT_EQ(states, "1000000");
 }
 
 // The host's event loop may bring another request or command inside every script of this one.

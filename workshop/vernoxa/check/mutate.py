@@ -119,7 +119,7 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("files", nargs="*", metavar="START", help="only files whose path begins so: src/bom")
     parser.add_argument("--count", type=int, default=300, help="how many changes (300)")
     parser.add_argument("--seed", type=int, default=None, help="which sample (another each time)")
-    parser.add_argument("--least", type=float, default=95.0, help="per cent that must be noticed (95)")
+    parser.add_argument("--least", type=float, default=96.0, help="per cent that must be noticed (96)")
     parser.add_argument("--jobs", type=int, default=2, help="how many at a time (2)")
     parser.add_argument("--list", action="store_true", help="only list the changes")
     return parser.parse_args()

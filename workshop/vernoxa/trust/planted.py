@@ -16,6 +16,7 @@ class Planted:
     file: str
     before: str  # stands there once
     after: str
+    kind: str  # what it has to be found as: another failure of the part is no proof
     preset: str
     part: str  # of the trust run
     program: str
@@ -29,37 +30,38 @@ _LOAD = "vernoxa_trust_tests", ("--gtest_filter=Load.PacketsThroughBothDoors",)
 PLANTED = (
     Planted("a leak", "src/text/json.cpp",
             "  const std::unique_ptr<char, decltype(&cJSON_free)> owner(printed, &cJSON_free);\n", "",
-            "native", "load", *_LOAD),
+            "leaks", "native", "load", *_LOAD),
     Planted("a race", "src/link/companion_link.cpp",
             "void CompanionLink::setClientCreated(bool created) {\n  const std::lock_guard lock(guard_);\n",
             "void CompanionLink::setClientCreated(bool created) {\n",
-            "tsan", "races", "vernoxa_pure_tests", ("--gtest_filter=LinkThreadRace*",)),
+            "races", "tsan", "races", "vernoxa_pure_tests", ("--gtest_filter=LinkThreadRace*",)),
     Planted("a use after free", "src/plugin/command_guard.cpp",
             "  const std::shared_ptr<Session> session = plugIn.session;\n",
             "  Session* const session = plugIn.session.get();\n",
-            "native", "re-entrance", "vernoxa_tcl_tests", (REENTRANCE,)),
+            "crashes", "native", "re-entrance", "vernoxa_tcl_tests", (REENTRANCE,)),
     Planted("an off-by-one in the frame", "src/link/socket_client.cpp",
             "  while (received < length) {\n", "  while (received + 1 < length) {\n",
-            "native", "streams", "vernoxa_trust_tests", ("--gtest_filter=StreamFault.TheHosts*EveryByte",), everything=True),
+            "wrong answers", "native", "streams", "vernoxa_trust_tests", ("--gtest_filter=StreamFault.TheHosts*EveryByte",),
+            everything=True),
     Planted("a lock not released", "src/dispatch/dispatcher.cpp",
             "  ~HeldLock() { lock_.release(); }\n",
             "  ~HeldLock() {\n    if (std::uncaught_exceptions() == 0) {\n      lock_.release();\n    }\n  }\n",
-            "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.CompanionPackets",)),
+            "wrong answers", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.CompanionPackets",)),
     Planted("a script value unescaped", "src/tcl/script.cpp",
             "if ((c == '\"' || c == '[' || c == '$') &&", "if ((c == '\"' || c == '$') &&",
-            "native", "corpora", *_CORPORA),
+            "wrong answers", "native", "corpora", *_CORPORA),
     Planted("a file lost on a full disk", "src/system/whole_file.cpp",
             "  const Written written = write(files, beside, content);\n",
             "  files.removeFile(path);\n  const Written written = write(files, beside, content);\n",
-            "native", "disks", "vernoxa_trust_tests", ("--gtest_filter=BrokenDisk.*",)),
+            "wrong answers", "native", "disks", "vernoxa_trust_tests", ("--gtest_filter=BrokenDisk.*",)),
     Planted("a companion that began again, unnoticed", "src/designs/thread_handlers.cpp",
             "  if (!connected) {\n    designs", "  if (!connected && designs.all().empty()) {\n    designs",
-            "native", "both ends", "vernoxa_trust_tests", ("--gtest_filter=BothEndsTest.*",)),
+            "wrong answers", "native", "both ends", "vernoxa_trust_tests", ("--gtest_filter=BothEndsTest.*",)),
     Planted("a message lost that was noted as told", "src/designs/thread_handlers.cpp",
             "  if (!sender.send(host, message.printUnformatted()).ok) {\n    return;\n  }\n",
             "  sender.send(host, message.printUnformatted());\n",
-            "native", "both ends", "vernoxa_trust_tests", ("--gtest_filter=BothEndsTest.*",)),
+            "wrong answers", "native", "both ends", "vernoxa_trust_tests", ("--gtest_filter=BothEndsTest.*",)),
     Planted("an exception across C", "src/plugin/command_guard.cpp",
             "  } catch (...) {\n", "  } catch (const std::logic_error&) {\n",
-            "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.Commands",)),
+            "crashes", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.Commands",)),
 )

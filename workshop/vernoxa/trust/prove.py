@@ -46,8 +46,9 @@ def _try(copy: WorkCopy, fault: Planted) -> dict[str, object]:
             raise Refused(f"{fault.name}: the changed sources do not build")
         began = time.monotonic()
         status, output = _run(copy, fault)
-    return {"fault": fault.name, "part": fault.part, "found": status != 0, "seconds": round(time.monotonic() - began, 1),
-            "as": kind_of(output) if status else ""}
+    seen = kind_of(output) if status else "nothing"
+    return {"fault": fault.name, "part": fault.part, "found": seen == fault.kind, "as": seen,
+            "seconds": round(time.monotonic() - began, 1)}
 
 
 def prove(folder: pathlib.Path = COPY) -> list[dict[str, object]]:
@@ -64,6 +65,6 @@ def prove(folder: pathlib.Path = COPY) -> list[dict[str, object]]:
     for fault in PLANTED:
         result = _try(copy, fault)
         results.append(result)
-        found = f"found as {result['as']} after {result['seconds']} s" if result["found"] else "NOT FOUND"
-        print(f"  {fault.name}: {found} by {fault.part}", flush=True)
+        found = "found as" if result["found"] else f"NOT FOUND as {fault.kind} but as"
+        print(f"  {fault.name}: {found} {result['as']} after {result['seconds']} s by {fault.part}", flush=True)
     return results
