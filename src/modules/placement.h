@@ -43,9 +43,9 @@ class ModulePlacer {
   PlacedLibrary placeLibrary(ScriptHost& host, DraggedBox box);
 
   // The whole placement: the library, then the module's objects or the one part; afterwards the new library and the
-  // module file are removed. Does nothing more if `placeLibrary` made nothing. For a module
-  // whose placement still runs there is only the line "root is null": that placement removes the file when it ends.
-  // `placeState` is 0 afterwards in any case.
+  // module file are removed. Does nothing more if `placeLibrary` made nothing. `placeState` is 0
+  // from its start. For a module whose placement still runs there is only the line "root is null": that placement
+  // removes the file when it ends.
   void placeModule(ScriptHost& host);
 
  private:

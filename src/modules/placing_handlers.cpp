@@ -28,7 +28,7 @@ void takePackage(PlacementContext& placement) {
 
 // The host may run its event loop inside every script, and another request or command may set the placement to
 // something else meanwhile. Both placing requests set their own again before its library is made, and before the user
-// can drop it.
+// can drop it. What the other one set in the host itself, such as the size of the outline, is the host's to keep.
 void askForOnePart(const StoredMembers& stored, PlacementContext& placement) {
   stored.store();
   takePackage(placement);

@@ -5,6 +5,7 @@ namespace vernoxa::modules {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::StartsWith;
 
 class PlacingHandlers : public SessionTest {
@@ -104,7 +105,7 @@ TEST_F(PlacingHandlers, OnlyAnAcceptedRequestHasAPartPlaced) {
 
 // The host's event loop may bring another request or command inside every script of this one.
 TEST_F(PlacingHandlers, WhatIsPlacedIsWhatThisRequestAskedFor) {
-  fake.files.addFile("C:\\Other\\n.json", R"({"lib":[{"Name":"CAP"}]})");
+  fake.files.addFile("C:\\Other\\n.json", R"({"lib":[{"Name":"CAP"}],"BoundingBox":"5 4"})");
   const std::string other = R"("dsnDatPath":"C:\\Other\\n.json","PartIndex":9,"ViewBoxWidth":1,"ViewBoxHeight":2,)"
                             R"("PartName":"CAP","selfModule":"other","dsnBmpPath":"C:\\Other\\b.bmp")";
   const std::string own = partData + R"(,"dsnBmpPath":"C:\\b.bmp")";
@@ -129,6 +130,7 @@ TEST_F(PlacingHandlers, WhatIsPlacedIsWhatThisRequestAskedFor) {
         EXPECT_THAT(host_.scripts.back(), testing::AllOf(StartsWith("PlaceNew "), testing::HasSubstr(library)));
         EXPECT_TRUE(fake.files.exists(part<LibraryFiles>().newPath()));
         EXPECT_EQ(placement.dsnDatPath, u8"C:\\模块\\m.json"_gbk);
+        EXPECT_THAT(host_.scripts.back(), EndsWith(outer == "PlaceDSNModule" ? "ViewBox {300 200}" : "} 2"));
         EXPECT_EQ(placement.selfModule, outer == "PlaceDSNModule" ? "" : "A");
         EXPECT_EQ(placement.placeState, outer == "PlaceDSNModule" ? 0 : 1);
       }

@@ -34,6 +34,10 @@ constexpr const char* sharedModule =
     R"({"children":[{"name":"Wire","Data":{"path":"1,2"}},{"name":"Part"}],"lib":[{"Name":"RES"},{"Name":"CAP"}],)"
     R"("BoundingBox":"30 20"})";
 
+// Differs in all that a placement shows.
+inline const std::string otherModule =
+    replaceAll(replaceAll(replaceAll(sharedModule, "Part", "Port"), "RES", "IND"), "30 20", "50 40");
+
 inline std::string joined(const Words& words) {
   std::string all;
   for (const std::string& word : words) {
@@ -49,7 +53,7 @@ class Stage : public LoadedPlugIn {
   explicit Stage(std::initializer_list<const char*> before) {
     fake.files.addFile("C:\\App\\config\\Resource\\Empty.olb", "OLB");
     fake.files.addFile("C:\\Mods\\m.json", sharedModule);
-    fake.files.addFile("C:\\Mods\\n.json", replaceAll(sharedModule, "Part", "Port"));
+    fake.files.addFile("C:\\Mods\\n.json", otherModule);
     fake.files.addFolder("C:\\App\\Cache\\Output");
     fake.messages.during = [this](std::string_view text) { happened("box " + std::string(text)); };
     fake.desktop.user = [this](const std::vector<std::string>& texts) {

@@ -4,7 +4,7 @@ import re
 
 # The first that fits counts.
 KINDS = {
-    "unintended evaluations": r"FINDING: (?:evaluated|a variable was read|.* ran |a joined value|a value)",
+    "unintended evaluations": r"FINDING: (?:evaluated|a variable was read|.* ran |a joined value|a value|other procedures than)",
     "leaks": r"LeakSanitizer|stay behind|something grows",
     "races": r"ThreadSanitizer",
     "hangs": r"libFuzzer: timeout|does not answer|TimeoutError",
@@ -13,5 +13,5 @@ KINDS = {
 }
 
 
-def kind_of(output: str) -> str:
-    return next((kind for kind, words in KINDS.items() if re.search(words, output)), "crashes")
+def kind_of(output: str, otherwise: str = "crashes") -> str:
+    return next((kind for kind, words in KINDS.items() if re.search(words, output)), otherwise)

@@ -49,7 +49,7 @@ PLANTED = (
             "wrong answers", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.CompanionPackets",)),
     Planted("a script value unescaped", "src/tcl/script.cpp",
             "if ((c == '\"' || c == '[' || c == '$') &&", "if ((c == '\"' || c == '$') &&",
-            "wrong answers", "native", "corpora", *_CORPORA),
+            "unintended evaluations", "native", "corpora", *_CORPORA),
     Planted("a file lost on a full disk", "src/system/whole_file.cpp",
             "  const Written written = write(files, beside, content);\n",
             "  files.removeFile(path);\n  const Written written = write(files, beside, content);\n",

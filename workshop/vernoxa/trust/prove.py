@@ -46,7 +46,7 @@ def _try(copy: WorkCopy, fault: Planted) -> dict[str, object]:
             raise Refused(f"{fault.name}: the changed sources do not build")
         began = time.monotonic()
         status, output = _run(copy, fault)
-    seen = kind_of(output) if status else "nothing"
+    seen = kind_of(output, "something else") if status else "nothing"
     return {"fault": fault.name, "part": fault.part, "found": seen == fault.kind, "as": seen,
             "seconds": round(time.monotonic() - began, 1)}
 
