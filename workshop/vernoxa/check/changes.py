@@ -88,7 +88,7 @@ _AFTER: dict[str | None, Callable[[str], list[str]]] = {
 _FIELD = re.compile(r"^  (?:std::)?[\w:]+ \w*[a-zA-Z0-9] = 0;", re.MULTILINE)
 
 # What these files count begins and ends at a multiple of so many bytes: one more or less says the same.
-_STEPS = ((re.compile(r"/metafile_\w+\.(?:cpp|h)$"), 4), (re.compile(r"/older_metafile\.cpp$"), 2))
+_STEPS = ((re.compile(r"/metafile_\w+\.(?:cpp|h)$"), 4),)
 
 
 def _tokens(source: str, step: int = 1) -> Iterator[tuple[int, int, str]]:
