@@ -135,14 +135,12 @@ void LibraryFiles::remove(const FilePath& path) {
     return;
   }
   const std::string file = comparable(files_, path);
-  if (isUsersOwn(file)) {
+  if (isUsersOwn(file) || !files_.removeFile(path)) {
     logs_.openTraffic().writeLine("not removed: " + converter_.utf8ToAnsi(path.utf8()));
     return;
   }
-  if (files_.removeFile(path)) {
-    made_.erase(file);  // the next file of that name may be somebody else's
-    hostMakes_.erase(file);
-  }
+  made_.erase(file);  // the next file of that name may be somebody else's
+  hostMakes_.erase(file);
 }
 
 }  // namespace vernoxa::modules

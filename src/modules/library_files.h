@@ -71,8 +71,9 @@ class LibraryFiles {
   // The same with a copy of another library.
   bool copy(const FilePath& from, const FilePath& to);
 
-  // Removes a file that a placement leaves behind, if it exists. A file of the user stays, with a line in the traffic
-  // log: a design, a project, or a library or backup that this process did not make, however the path is written.
+  // Removes a file that a placement leaves behind, if it exists; the traffic log tells of one that stays. A file of the
+  // user always does: a design, a project, or a library or backup that this process did not make, however the path is
+  // written.
   void remove(const FilePath& path);
 
  private:

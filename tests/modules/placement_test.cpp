@@ -292,6 +292,10 @@ TEST_F(Placement, FilesOfTheUserAreNeverRemoved) {
   // The drive of a path as the system itself writes it begins no other name.
   EXPECT_FALSE(stays("\\\\?\\C:\\Mods\\own.json") || stays("\\\\.\\C:\\Mods\\own.json"));
   EXPECT_FALSE(stays("C:\\Mods\\own.dsnx"));
+  for (const int failing : {2, 3}) {  // the system does not say which file it is; another program holds it
+    fake.files.faults.failCall(failing);
+    EXPECT_TRUE(stays("C:\\Mods\\held.json")) << failing;
+  }
 }
 
 // A script may run the host's event loop and with it the next placing command; the host may make a backup late.
