@@ -57,12 +57,13 @@ class WorkCopy:
                 os.killpg(self._process.pid, signal.SIGKILL)
 
     def build(self, preset: str, *targets: str, jobs: int = 1, seconds: float | None = None, once: bool = False) -> bool:
-        """`once`: what is compiled will not be wanted again, so that keeping it would only take time."""
+        """`once`: what is compiled will not be wanted again, so that keeping it would only take time. What the attempt
+        before had changed is taken from what was kept."""
         if not (self.folder / "build" / preset / "build.ninja").exists():
             self.run(["cmake", "--preset", preset])
         command = ["cmake", "--build", "--preset", preset, "-j", str(jobs), "--target", *targets]
         try:
-            environment = {**os.environ, "CCACHE_DISABLE": "1"} if once else None
+            environment = {**os.environ, "CCACHE_READONLY": "1", "CCACHE_DEPEND": "1"} if once else None
             return self.run(command, seconds, environment).returncode == 0
         except subprocess.TimeoutExpired:
             return False
