@@ -122,7 +122,11 @@ TEST(WindowsSystem, CodePageIsTheStandIns) {
 TEST(WindowsSystem, ClockLocksAndIdentifiers) {
   const auto clock = windowsClock();
   const auto before = clock->monotonic();
-  clock->sleep(std::chrono::milliseconds(30));
+  int naps = 0;
+  do {
+    clock->sleep(std::chrono::milliseconds(30));
+  } while (clock->monotonic() == before &&
+           ++naps < 300);                                // Wine's ticks stand still while its server gets no processor
   EXPECT_GE((clock->monotonic() - before).count(), 15);  // its ticks are 16 ms long
   EXPECT_GE(clock->localTime().year, 2024);
   EXPECT_GE(clock->localTime().month, 1);
