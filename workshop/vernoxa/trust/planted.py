@@ -46,7 +46,8 @@ PLANTED = (
     Planted("a lock not released", "src/dispatch/dispatcher.cpp",
             "  ~HeldLock() { lock_.release(); }\n",
             "  ~HeldLock() {\n    if (std::uncaught_exceptions() == 0) {\n      lock_.release();\n    }\n  }\n",
-            "wrong answers", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.CompanionPackets",)),
+            "wrong answers", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.CompanionPackets",),
+            everything=True),
     Planted("a script value unescaped", "src/tcl/script.cpp",
             "if ((c == '\"' || c == '[' || c == '$') &&", "if ((c == '\"' || c == '$') &&",
             "unintended evaluations", "native", "corpora", *_CORPORA),
@@ -63,5 +64,6 @@ PLANTED = (
             "wrong answers", "native", "both ends", "vernoxa_trust_tests", ("--gtest_filter=BothEndsTest.*",)),
     Planted("an exception across C", "src/plugin/command_guard.cpp",
             "  } catch (...) {\n", "  } catch (const std::logic_error&) {\n",
-            "crashes", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.Commands",)),
+            "crashes", "native", "faults", "vernoxa_trust_tests", ("--gtest_filter=FaultLoop.Commands",),
+            everything=True),
 )
