@@ -104,10 +104,10 @@ TEST(SystemsPlayer, WhatTheSystemRecordsIsTaken) {
   }
 }
 
-// The whole picture a thousand times, in a hundred kilobytes.
+// The whole picture five thousand times, in half a megabyte.
 TEST(SystemsPlayer, ADrawingThatTakesTooLongIsGivenUp) {
   const auto metafile = windowsPictures()->openMetafile(recorded([](HDC context) {
-    for (int count = 0; count < 1000; ++count) {
+    for (int count = 0; count < 5000; ++count) {
       PatBlt(context, 0, 0, 10000, 10000, BLACKNESS);
     }
   }));

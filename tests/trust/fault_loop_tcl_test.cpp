@@ -1,5 +1,4 @@
-// Each call that can fail does so once, in every kept conversation: allocations, files, sockets, clocks, the host's
-// procedures.
+// Calls that can fail do so once, in every kept conversation: memory, files, sockets, clocks, the host's procedures.
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -17,7 +17,7 @@ import time
 from typing import Any
 
 from vernoxa import command as commands
-from vernoxa.command import Parser
+from vernoxa.command import Parser, Refused
 from vernoxa.places import BUILD, REPOSITORY
 
 PROGRAM = BUILD / "fuzz" / "vernoxa_fuzz"
@@ -60,7 +60,8 @@ def keep(target: str) -> int:
     """How many inputs of what was learned are in the corpus now."""
     corpus = CORPORA / target
     before = len(list(corpus.iterdir()))
-    fuzzer(target, "-merge=1", str(corpus), str(WORK / target))
+    if (done := fuzzer(target, "-merge=1", str(corpus), str(WORK / target))).returncode != 0:
+        raise Refused(f"{target}: what was learned cannot be merged:\n{done.stderr[-3000:]}")
     return len(list(corpus.iterdir())) - before
 
 

@@ -14,8 +14,16 @@ from . import fuzz_coverage
 from .findings import Findings, run
 from .fuzz import rate
 
+# What the tests record when they try everything, and not a sample.
+WANTED = {"packets": 1_000_000, "connections": 100_000, "hours": 168, "megabytes": 100, "faults": 20_000, "pairs": 9_000}
 # The tests of calls inside other calls, also of a load inside one.
 REENTRANCE = "--gtest_filter=ReenteredCommands.*:StartUpTest.LoadInside*"
+
+
+def wholly(findings: Findings, part: str, tried: dict[str, int]) -> None:
+    for what, count in tried.items():
+        if count < WANTED[what]:
+            findings.fall_short(part, f"{WANTED[what]:,} {what} were wanted, not {count:,}")
 
 
 def native(findings: Findings, folder: pathlib.Path) -> None:
@@ -43,6 +51,8 @@ def native(findings: Findings, folder: pathlib.Path) -> None:
     findings.row("simulated hours when both ends misbehave",
                  f"{ends['hours']} ({int(ends['requests']):,} requests, {int(ends['misdeeds']):,} misdeeds); what was told "
                  "in the end is what is open", "native, sanitizers")
+    tried = {what: max(int(test.get(what, 0)) for test in tests.values()) for what in WANTED if what not in ("faults", "pairs")}
+    wholly(findings, "native", tried | {"faults": sum(int(test.get("faults", 0)) for test in tests.values())})
 
 
 def reentrance(findings: Findings, folder: pathlib.Path) -> None:
@@ -55,6 +65,7 @@ def reentrance(findings: Findings, folder: pathlib.Path) -> None:
                  if "pairs" in test)
     findings.row("calls inside an event loop of another call, every one in every one; answers as one after the other",
                  f"{int(pairs):,}", "native, sanitizers")
+    wholly(findings, "reentrance", {"pairs": int(pairs)})
 
 
 def races(findings: Findings) -> None:
