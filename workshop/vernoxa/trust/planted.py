@@ -43,7 +43,8 @@ PLANTED = (
             "  for (Tcl_Obj* const element : elements_) {\n    Tcl_IncrRefCount(element);\n  }\n}\n\n"
             "TclList::~TclList() {\n  for (Tcl_Obj* const element : elements_) {\n    Tcl_DecrRefCount(element);\n  }\n}\n",
             "}\n\nTclList::~TclList() = default;\n",
-            "crashes", "native", "reentrance", "vernoxa_tcl_tests", ("--gtest_filter=ReenteredCommands.*",)),
+            # Tcl keeps freed objects for the next ones, so no sanitizer sees it, but the texts are others.
+            "wrong answers", "native", "reentrance", "vernoxa_tcl_tests", ("--gtest_filter=ReenteredCommands.*",)),
     Planted("an off-by-one in the frame", "src/link/socket_client.cpp",
             "  while (received < length) {\n", "  while (received + 1 < length) {\n",
             "wrong answers", "native", "native", "vernoxa_trust_tests", ("--gtest_filter=StreamFault.TheHosts*EveryByte",),
