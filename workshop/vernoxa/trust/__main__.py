@@ -96,7 +96,7 @@ def main() -> int:
     parser = Parser(prog="./dev trust", description=__doc__)
     parser.add_argument("parts", nargs="*", choices=[[], *PARTS], default=[], metavar="PART",
                         help=f"{', '.join(PARTS)} (all but prove)")
-    parser.add_argument("--fuzz-minutes", type=float, default=20, help="at most, for all targets together (20)")
+    parser.add_argument("--fuzz-minutes", type=float, default=25, help="at most, for all targets together (25)")
     parser.add_argument("--fuzz-inputs", type=int, default=10_000_000, help="for all targets together (10000000)")
     parser.add_argument("--prove", action="store_true", help="try the run itself: every planted fault is found by its part")
     parser.add_argument("--processes", type=int, default=20,
