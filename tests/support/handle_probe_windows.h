@@ -56,7 +56,7 @@ inline bool leavesHandles(int callsInEveryRun, const std::function<void()>& call
   }
   std::printf("%d calls\n", calls);  // the trust run shows how many were made
   const HandleProbe after = HandleProbe::take();
-  const auto allowed = static_cast<std::uintptr_t>(calls / 100 + 16);
+  const auto allowed = static_cast<std::uintptr_t>(calls) / 100 + 16;
   return after.drawing > before.drawing + allowed || after.windows > before.windows + allowed ||
          after.kernel > before.kernel + allowed * 4;  // kernel handles count in fours
 }
