@@ -75,12 +75,16 @@ def share(targets: list[str], jobs: int, inputs: int, seconds: float) -> list[di
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         each, most = -(-inputs // len(targets)), FOR_ALL * seconds * jobs / len(targets)
         results = list(pool.map(lambda target: run(target, each, most), targets))
-        missing = inputs - sum(result["inputs"] for result in results)
-        quick = sorted(results, key=rate)[len(results) // 2:]
-        together = sum(map(rate, quick))
-        most = (began + seconds - time.monotonic()) * jobs / len(quick)
-        if missing > 0 and together > 0 and most > 0:
-            results += pool.map(lambda first: run(first["target"], math.ceil(missing * rate(first) / together), most), quick)
+        latest = {result["target"]: result for result in results}
+        while (missing := inputs - sum(result["inputs"] for result in results)) > 0:
+            quick = sorted(latest.values(), key=rate)[len(latest) // 2:]
+            together = sum(map(rate, quick))
+            most = (began + seconds - time.monotonic()) * jobs / len(quick)
+            if together == 0 or most < 1:
+                break
+            more = list(pool.map(lambda last: run(last["target"], math.ceil(missing * rate(last) / together), most), quick))
+            latest |= {result["target"]: result for result in more}
+            results += more
     return results
 
 
