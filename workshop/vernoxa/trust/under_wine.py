@@ -24,7 +24,7 @@ SOAK_CALLS = 10000
 LONG_PACKETS = 1_000_000
 LONG_EXPORTS = 10_000
 METAFILES = 5000
-MOST_HANDLES = 1000  # a tenth of them are in use; what counts them sees no more than 16,383
+MOST_HANDLES = 1000  # what counts them sees no more than 16,383, and then no growth
 
 
 def installed(folder: pathlib.Path) -> list[str]:
@@ -99,7 +99,7 @@ def long(findings: Findings, folder: pathlib.Path) -> None:
 
 
 def soak(findings: Findings) -> None:
-    """What holds a window, a picture, the clipboard, a key of the registry or a process, over and over."""
+    """What holds a window, a picture, the clipboard or a key of the registry, over and over."""
     program = str(BUILD / "windows/vernoxa_windows_tests.exe")
     output = run(findings, "soak", [*WINE, program, "--gtest_filter=*HoldsNoMoreHandles*"],
                  VERNOXA_SOAK_CALLS=str(SOAK_CALLS))
