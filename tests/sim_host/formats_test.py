@@ -1,5 +1,6 @@
 """One design in the formats of KiCad 6, 7, 8 and 9 gives the same pages, parts, bill, pins and nets."""
 
+import collections
 import pathlib
 import tempfile
 import unittest
@@ -120,7 +121,10 @@ class FormatsTest(unittest.TestCase):
                 (folder / name).write_text(text, "utf-8")
         said, *others = read_all([ROOT, *(folder / ROOT.name for folder in folders)]).values()
         self.assertNotIn("note", said)
+        # The mark that took its place has no name and no text.
+        said["field"] = collections.Counter({row: count for row, count in said["field"].items() if row[1] != "DNP"})
         self.assertGreater(said["pin"].total(), 100)
+        self.assertGreater(said["field"].total(), 500)
         for version, other in zip(VERSIONS, others):
             with self.subTest(f"KiCad {version}"):
                 self.assertEqual(said, other)

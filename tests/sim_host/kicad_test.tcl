@@ -31,15 +31,27 @@ test parse "texts and nesting survive whatever characters they hold, and no text
 test fitted "a mark or a field leaves a part out" -body {
     lmap {node properties} {
         (s) {} "(s (dnp no))" {} "(s (dnp yes))" {} (s) {DNP DNP} (s) {DNP 1} (s) {DNP ""} (s) {DNP No} (s) {DNP 0}
-        "(s (dnp yes))" {DNP 0}
+        "(s (dnp yes))" {DNP 0} "(s (dnp no))" {DNP DNP}
     } {kicad::isFitted [kicad::parse $node] $properties}
-} -result {1 1 0 0 0 1 1 1 0}
+} -result {1 1 0 0 0 1 1 1 0 1}
+
+test instances "our own name here comes first, then another's, our first one below a root that is gone, the first at all" -body {
+    set entry {(path "%s" (reference "%s") (unit %s))}
+    set away "(project \"z\" [format $entry /z/s U9 2] [format $entry /z/t U8 1])"
+    lmap projects [list \
+        "$away (project \"other\" [format $entry /r/a U2 2]) (project \"own\" [format $entry /r/a U3 3])" \
+        "$away (project \"other\" [format $entry /r/a U2 2]) (project \"own\" [format $entry /old/a U3 3])" \
+        "$away (project \"own\" [format $entry /older/a U4 4] [format $entry /old/a U3 3])" $away ""] {
+        dict values [kicad::overridesFor [kicad::parse "(symbol (uuid \"u\") (instances $projects))"] /a \
+            {project own rootPath /r}]
+    }
+} -result {{U3 3} {U2 2} {U4 4} {U9 2} {}}
 
 test busMembers "ranges and groups are buses, marks of formatting are not" -body {
-    lmap name {{D[0..2]} {A-[3..1]} {D[08..9]} D0 {D[0]} {D[0..99999]} ~{RST} ~{D[0..1]} {U{D+ ~{R}}} {{I2C X[1..0]}}} {
+    lmap name {{D[0..2]} {A-[3..1]} {D[08..9]} D0 {D[0]} {D[0..99999]} ~{RST} {A${B}} ~{D[0..1]} {U{D+ ~{R}}} {{I2C X[1..0]}}} {
         kicad::busMembers $name {I2C {SDA SCL}}
     }
-} -result {{0 D0 1 D1 2 D2} {0 A-1 1 A-2 2 A-3} {0 D8 1 D9} {} {} {} {} {0 ~{D0} 1 ~{D1}}\
+} -result {{0 D0 1 D1 2 D2} {0 A-1 1 A-2 2 A-3} {0 D8 1 D9} {} {} {} {} {} {0 ~{D0} 1 ~{D1}}\
     {D+ U.D+ ~{R} U.~{R}} {SDA SDA SCL SCL X0 X0 X1 X1}}
 
 proc wire {x1 y1 x2 y2} {
@@ -100,6 +112,25 @@ proc schematic {uuid body} {
       $body)"
 }
 
+test globals "a global name, of a bus and a supply too, is also that of the labels on its page, and of no other page" -setup {
+    set folder [makeDirectory kicad_globals]
+    set bus "(bus (pts (xy 25.4 101.6) (xy 50.8 101.6))) (global_label \"D\[0..1\]\" (shape input) (at 25.4 101.6 0))
+        (bus_entry (at 33.02 101.6) (size 2.54 2.54)) [label D0 35.56 104.14]"
+    makeFile [schematic g "[sheet s S{slash}T below.kicad_sch 127 {(pin "VDD" input (at 101.6 127 180))}] $bus
+        [placed v1 VDD 24.5 25.4 {g /g #PWR1} {(property "Value" "VDD" (at 0 0 0))}]
+        [placed r0 R 99.06 127 {g /g R0}] [placed r1 R 27.94 25.4 {g /g R1}] [placed r2 R 27.94 50.8 {g /g R2}]
+        [label VDD 25.4 50.8] [placed r3 R 38.1 104.14 {g /g R3}]"] g.kicad_sch $folder
+    makeFile [schematic below "$bus [placed m1 MCU 25.4 25.4 {g /g/s U1}] [placed r4 R 38.1 104.14 {g /g/s R4}]
+        [placed r5 R 27.94 50.8 {g /g/s R5}] (hierarchical_label \"VDD\" (shape input) (at 25.4 50.8 0))
+        [placed r6 R 27.94 76.2 {g /g/s R6}] [label D1 25.4 76.2] [placed r7 R 27.94 152.4 {g /g/s R7}]
+        (global_label \"D1\" (shape input) (at 25.4 152.4 0)) [label "\$\{SHEETNAME\}" 22.86 25.4]
+        [placed r8 R 27.94 177.8 {g /g/s R8}] [label VCC 25.4 177.8]"] below.kicad_sch $folder
+    makeFile [schematic h "[sheet s S below.kicad_sch 127] [placed r1 R 27.94 25.4 {h /h R1}] [label VDD 25.4 25.4]"] \
+        h.kicad_sch $folder
+} -body {
+    list [joined [kicad::load $folder/g.kicad_sch]] [dict get [joined [kicad::load $folder/h.kicad_sch]] VDD_1]
+} -result {{D0 {R3.1 R4.1} D1 {R6.1 R7.1} S/T/S/T U1.1 S/T/VCC R8.1 VDD {R0.2 R1.1 R2.1 R5.1 U1.2}} R1.1}
+
 test projects "two projects share a sheet above their folders; pages, names and what is taken out are each one's own" -setup {
     set folder [makeDirectory kicad_projects]
     foreach name {one two two/部分} {
@@ -126,12 +157,13 @@ test projects "two projects share a sheet above their folders; pages, names and 
       [placed v1 VDD 26.3 80.01 {one /one #PWR1} {(property "Value" "VDD" (at 0 0 0))}]
       [sheet c 缺 none.kicad_sch 101.6] [sheet d 自 one.kicad_sch 127]"] one/one.kicad_sch $folder
     makeFile {{"text_variables": {"PROJECT": "二"}}} two/two.kicad_pro $folder
-    makeFile [schematic two "[sheet a 板 部分/sub.kicad_sch 25.4 {(dnp yes)}]"] two/two.kicad_sch $folder
+    makeFile [schematic two "[string map {"in_bom yes" "in_bom no" "board yes" "board no" "sim no" "sim yes"} \
+        [sheet a 板 部分/sub.kicad_sch 25.4 {(dnp yes)}]]"] two/two.kicad_sch $folder
     makeFile [schematic sub "[sheet b 板 ../../shared.kicad_sch 25.4] [placed r5 R 25.4 25.4 {two /two/a R12}]"] two/部分/sub.kicad_sch $folder
     proc parts {design} {
         lmap part [dict values [dict get $design parts]] {
             if {[dict get $part power]} continue
-            concat [lmap key {reference value inBom fitted simulated} {dict get $part $key}] \
+            concat [lmap key {reference value inBom fitted simulated onBoard} {dict get $part $key}] \
                 [lmap pin [dict get $part pins] {dict get $pin name}]
         }
     }
@@ -142,12 +174,13 @@ test projects "two projects share a sheet above their folders; pages, names and 
         [dict keys [dict get $two pages]] [parts $two] [joined $two] \
         [lmap part [parts [kicad::load $folder/shared.kicad_sch]] {lindex $part 0}] \
         [dict get $one pages 左 texts] [lmap line [dict get $one pages 左 lines] {lrange $line 0 5}]
-} -result {{one 左 右} {{R3 {} 1 1 1 {} {}} {R4 {} 1 1 1 {} {}} {R5 {} 1 1 1 {} {}}\
-    {R1 {} 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 U/TX VDD} {R2 {} 1 1 1 {} {}} {U2 {国产-${PROJECT}} 0 0 0 U/TX VDD}}\
+} -result {{one 左 右} {{R3 {} 1 1 1 1 {} {}} {R4 {} 1 1 1 1 {} {}} {R5 {} 1 1 1 1 {} {}}\
+    {R1 {} 1 1 1 1 {} {}} {U1 {国产-${PROJECT}} 0 0 0 1 U/TX VDD} {R2 {} 1 1 1 1 {} {}}\
+    {U2 {国产-${PROJECT}} 0 0 0 1 U/TX VDD}}\
     {VDD {R4.2 R5.1 U1.2 U2.2} X1 {R1.2 R3.1 U1.1} Y.SDA {R1.1 R3.2} 右/D3 {R2.2 U2.1} 右/SDA R2.1}\
     {{shared.kicad_sch holds what is not shown: ${PROJECT}, 2 image, 1 novelty} {sheet 缺 of one.kicad_sch is left out: there is no "none.kicad_sch"}\
         {sheet 自 of one.kicad_sch is left out: it is on itself}}\
-    {two 板 板/板} {{R12 {} 1 0 1 {} {}} {R11 {} 1 0 1 {} {}} {U11 国产-二 0 0 0 U/TX VDD}}\
+    {two 板 板/板} {{R12 {} 0 0 0 0 {} {}} {R11 {} 0 0 0 0 {} {}} {U11 国产-二 0 0 0 0 U/TX VDD}}\
     {VDD U11.2 板/板/D3 {R11.2 U11.1} 板/板/SDA R11.1} {R1 U1}\
     {{text {说明 theirs 2} x 444 y 444 rotation 0 size 50 justify {left top}}} {{394 394 788 394 788 591} {473 394 470 414 462 434}}}
 

@@ -84,8 +84,9 @@ class Counted:
             drawn = library[word(symbol, "lib_name") or word(symbol, "lib_id")]
             if reference.startswith("#") or inside(drawn, "power"):
                 continue
+            mark = word(symbol, "dnp", "no" if field(symbol, "DNP").lower() in ("", "0", "no", "false") else "yes")
             self.units[reference, unit, in_bom and word(symbol, "in_bom", "yes") == "yes",
-                       fitted and word(symbol, "dnp", "no") == "no" and field(symbol, "DNP") in ("", "0", "no")] += 1
+                       fitted and mark == "no"] += 1
             drawn_style = word(symbol, "body_style", word(symbol, "convert", "1"))
             for body in inside(drawn, "symbol"):
                 of_unit, style = body[1].strip('"').split("_")[-2:]

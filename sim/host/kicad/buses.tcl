@@ -11,7 +11,7 @@ proc ::kicad::busMembers {name {aliases {}}} {
         return $range
     }
     if {[string index $name end] ne "\}" || ![regexp {^([^{}\s]*)\{(.*)\}$} $name -> prefix list]
-            || [string index $prefix end] in {~ _ ^}} {
+            || [string index $prefix end] in {~ _ ^ $}} {
         return {}
     }
     if {$prefix ne ""} {

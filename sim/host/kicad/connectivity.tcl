@@ -2,7 +2,8 @@
 #
 # A node is a text: "W page x y" a point of a wire or a pin, "B page x y" a point of a bus,
 # "L page name" a label, "H page name" a sheet's port seen from inside, "G name" a global name.
-# Nodes that are joined end up under one root.
+# Nodes that are joined end up under one root. As in KiCad a global name, a supply's too, is also
+# that of the labels on its own page.
 
 namespace eval ::kicad {
     variable parent
@@ -123,7 +124,7 @@ proc ::kicad::connectPage {page number numberOf aliases} {
     foreach label [dict get $page labels] {
         dict with label {
             set kinds [dict get {
-                label {L} hierarchical {L H} global {G}
+                label {L} hierarchical {L H} global {G L}
             } $kind]
             attachName $wires $buses onBus $aliases $number $x $y $text $kinds $number
         }
@@ -193,7 +194,9 @@ proc ::kicad::connectPins {part symbol number} {
         lassign [expr {[dict get $symbol power] ? [list [dict get $part value] [dict get $symbol local]] :
             [dict get $pin hidden] ? [list [dict get $pin name] 0] : ""}] name local
         if {$name ne ""} {
-            join2 $node [nameNode [expr {$local ? "L" : "G"}] $number $name]
+            foreach kind [expr {$local ? {L} : {L G}}] {
+                join2 $node [nameNode $kind $number $name]
+            }
         }
     }
 }

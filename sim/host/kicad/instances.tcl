@@ -4,7 +4,7 @@
 # all. Paths are made of the identifiers of the sheets on the way; the newer ones begin with the root's.
 
 # The entry of a symbol or sheet for a path below the root, of our own project rather than of another; {} without
-# one. A root that was made again or copied has another identifier: what our project says below the old one holds.
+# one. A root that was made again or copied has another identifier: what our project says first below an old one holds.
 proc ::kicad::instanceFor {node path context} {
     set found {}
     set moved {}
@@ -16,7 +16,7 @@ proc ::kicad::instanceFor {node path context} {
                 if {$own} {
                     return $entry
                 }
-            } elseif {$own && $path ne "" && [regsub {^/[^/]*} [lindex $entry 1] ""] eq $path} {
+            } elseif {$own && $moved eq "" && $path ne "" && [regsub {^/[^/]*} [lindex $entry 1] ""] eq $path} {
                 set moved $entry
             }
         }
@@ -33,19 +33,18 @@ proc ::kicad::instanceFor {node path context} {
 proc ::kicad::overridesFor {node path context} {
     set key $path/[value $node uuid]
     set entry [instanceFor $node $path $context]
-    if {$entry ne ""} {
-        set overrides [dict create reference [value $entry reference]]
-        if {[set unit [value $entry unit]] ne ""} {
-            dict set overrides unit $unit
-        }
-        return $overrides
-    }
-    if {[dict exists $context overrides $key]} {
+    if {$entry eq "" && [dict exists $context overrides $key]} {
         return [dict get $context overrides $key]
     }
     # A sheet that is shown without its project goes by its first use, as in KiCad.
-    set first [child [child [child $node instances] project] path]
-    return [expr {$first eq "" ? {} : [dict create reference [value $first reference]]}]
+    if {$entry eq "" && [set entry [child [child [child $node instances] project] path]] eq ""} {
+        return {}
+    }
+    set overrides [dict create reference [value $entry reference]]
+    if {[set unit [value $entry unit]] ne ""} {
+        dict set overrides unit $unit
+    }
+    return $overrides
 }
 
 # The root's own table of them: symbol path -> overrides.

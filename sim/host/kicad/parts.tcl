@@ -73,10 +73,13 @@ proc ::kicad::hasChoice {symbol chosen place} {
         && $chosen in [list 1 {*}[lmap key $keys {lindex $key $place}]])}]
 }
 
-# KiCad 6 has no mark of its own for parts that are left out; people write it into a field.
+# Where the file has no mark for parts that are left out, as in KiCad 6, people write it into a field.
 proc ::kicad::isFitted {node properties} {
+    if {[set mark [value $node dnp]] ne ""} {
+        return [expr {$mark ne "yes"}]
+    }
     set field [expr {[dict exists $properties DNP] ? [string tolower [dict get $properties DNP]] : ""}]
-    return [expr {[value $node dnp no] ne "yes" && $field in {"" 0 no false}}]
+    return [expr {$field in {"" 0 no false}}]
 }
 
 # `instance` holds what this page's copy of the symbol overrides: reference, unit, value, footprint.

@@ -34,7 +34,7 @@ proc ::kicad::readSheets {path} {
     dict set context overrides [rootOverrides $root]
     dict set context numbers [rootPageNumbers $root]
     addPage design context $path [dict create name [dict get $context project] path / above {} \
-        fields {} inBom 1 fitted 1 onBoard 1 simulated 1]
+        fields {SHEETNAME ""} inBom 1 fitted 1 onBoard 1 simulated 1]
     dict set design pages [inPageOrder [dict get $design pages] [dict get $context numbers]]
     dict set design notes [lsort -unique [concat [dict get $design notes] [unreadNotes]]]
     return $design
@@ -154,7 +154,8 @@ proc ::kicad::addPage {designName contextName file place} {
     variable mostLevels
     variable reading [fileName $file]
     set above [concat [dict get $place above] [list $file]]
-    set page [dict merge [dict get $context files $file drawings] [dict remove $place above fields] [dict create sheets {}]]
+    set page [dict merge [dict get $context files $file drawings] [dict remove $place above fields] \
+        [dict create sheets {}]]
     set name [dict get $page name]
     set variables [pageVariables $page [dict merge [dict get $context variables] [dict get $place fields]] \
         [dict get $context numbers]]
@@ -190,7 +191,7 @@ proc ::kicad::addPage {designName contextName file place} {
             dict set context numbers $path/[dict get $sheet uuid] [pageNumberFor $node $path $context]
             addPage design context $below [dict merge [placeBelow $place $node] [dict create \
                 name [dict get $sheet page] path $path/[dict get $sheet uuid] above $above \
-                fields [sheetFields $node]]]
+                fields [dict replace [sheetFields $node] SHEETNAME [dict get $sheet name]]]]
         }
         lappend sheets $sheet
     }

@@ -55,7 +55,6 @@ proc ::kicad::pageVariables {page variables numbers} {
     foreach comment [dict get $title comments] {
         dict set variables COMMENT[incr number] $comment
     }
-    dict set variables SHEETNAME [lindex [split [dict get $page name] /] end]
     dict set variables SHEETPATH [expr {$path eq "/" ? "/" : "/[dict get $page name]/"}]
     dict set variables FILENAME [dict get $page schematic].kicad_sch
     return $variables
