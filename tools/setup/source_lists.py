@@ -1,7 +1,7 @@
 """Writes a copy of the machine's package sources that asks for source packages: source_lists.py TARGET_DIRECTORY
 
-The machine's own lists stay as they are. Both of their formats are read (see sources.list(5)), and only the
-distribution's own archives are taken: those whose suite begins with the release's code name.
+The machine's own lists stay as they are. Both of their formats are read (see sources.list(5)), and only archives with the
+distribution's own component are taken, of the release by its code name or by what it is called while it is supported.
 add-apt-repository would write into the machine's own lists.
 """
 
@@ -16,11 +16,15 @@ def code_name():
     return fields["VERSION_CODENAME"].strip('"')
 
 
+def is_ours(suite, components, release):
+    return suite.split("-")[0].split("/")[0] in (release, "stable", "oldstable") and "main" in components.split()
+
+
 def one_line_entries(text, release):
     """`deb [options] URI suite component...`, each made a deb-src line."""
     for line in text.splitlines():
-        match = re.match(r"\s*deb(?:-src)?\s+(?:\[[^\]]*\]\s+)?(\S+)\s+(\S+)", line)
-        if match and match[2].startswith(release) and not match[1].startswith("cdrom:"):
+        match = re.match(r"\s*deb(?:-src)?\s+(?:\[[^\]]*\]\s+)?(\S+)\s+(\S+)([^#]*)", line)
+        if match and is_ours(match[2], match[3], release) and not match[1].startswith("cdrom:"):
             yield re.sub(r"^\s*deb(-src)?", "deb-src", line)
 
 
@@ -28,8 +32,9 @@ def stanzas(text, release):
     """deb822 stanzas, each with its types made deb-src."""
     without_comments = "\n".join(line for line in text.splitlines() if not line.startswith("#"))
     for stanza in re.split(r"\n\s*\n", without_comments):
-        suites = re.search(r"^Suites:\s*(\S+)", stanza, re.MULTILINE | re.IGNORECASE)
-        if suites and suites[1].startswith(release):
+        suites, components = (re.search(rf"^{name}:\s*(\S.*)", stanza, re.MULTILINE | re.IGNORECASE)
+                              for name in ("Suites", "Components"))
+        if suites and components and is_ours(suites[1].split()[0], components[1], release):
             yield re.sub(r"^Types:.*$", "Types: deb-src", stanza.strip(), flags=re.MULTILINE | re.IGNORECASE)
 
 
