@@ -8,7 +8,7 @@ from vernoxa.places import SETUP
 CASES = (
     # what it tells, how it ends, the status, whether the excuse is said
     ("0", "kill -KILL $$", 0, True),
-    ("0", "kill -SEGV $$", 0, True),
+    ("0", "kill -SEGV $$", 139, False),
     ("1", "kill -KILL $$", 1, True),
     ("", "kill -KILL $$", 137, False),
     ("0", "exit 5", 5, False),
