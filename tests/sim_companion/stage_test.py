@@ -80,8 +80,8 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
         self.assertIsNotNone(await self.scene.host.ended(0))
 
     async def test_a_host_that_told_its_end_ended_tidily_however_wine_ended_the_process(self):
-        for told, ending, status in (("end", "kill -9 $$", 0), ("end", "exit 137", 0), ("end", "kill -SEGV $$", -11),
-                                     ("end", "exit 5", 5), ("end with 1", "kill -9 $$", -9), ("open", "exit 137", 137)):
+        for told, ending, status in (("end", "kill -9 $$", 0), ("end", "kill -SEGV $$", 0), ("end", "exit 137", 0),
+                                     ("end", "exit 5", 5), ("end with 1", "kill -9 $$", -9), ("open", "exit 139", 139)):
             heard: list[str] = []
             one = await host.Host.begin(["/bin/sh", "-c", f"echo host: {told}; {ending}"],
                                         lambda _, words, heard=heard: heard.append(words))

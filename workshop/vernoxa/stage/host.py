@@ -24,7 +24,7 @@ _SCREEN_GONE = re.compile(r"X connection to \S+ broken")
 _TIDY_END = "end"
 # Of a process that has told its tidy end, where Wine was too slow to end it: tools/setup/by_its_own_ending says how
 # that comes. As a process here, and as a shell tells it.
-_KILLED = {-signal.SIGKILL, 128 + signal.SIGKILL}
+_SIGNALS_OF_WINE = {-signal.SIGKILL, -signal.SIGSEGV, 128 + signal.SIGKILL, 128 + signal.SIGSEGV}
 
 
 def command_line(installation: Installation, designs: Sequence[tuple[pathlib.Path, str]], seconds: int) -> list[str]:
@@ -84,8 +84,8 @@ class Host:
             # What it printed last.
             await asyncio.wait({self._listening}, timeout=1)
         status = self._process.returncode
-        if status in _KILLED and self._last_words == _TIDY_END:
-            self._hear("stdout", f"ended with 0, then by Wine with signal {signal.SIGKILL}")
+        if status in _SIGNALS_OF_WINE and self._last_words == _TIDY_END:
+            self._hear("stdout", f"ended with 0, then by Wine with signal {abs(status) % 128}")
             return 0
         return status
 
