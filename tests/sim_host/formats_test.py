@@ -2,6 +2,7 @@
 
 import collections
 import pathlib
+import re
 import tempfile
 import unittest
 
@@ -115,9 +116,13 @@ class FormatsTest(unittest.TestCase):
     maxDiff = None
 
     def test_each_version_reads_alike(self):
-        folders = [pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) for _ in VERSIONS]
-        for version, folder in zip(VERSIONS, folders):
-            for name, text in Rewriter(ROOT, version).files.items():
+        # In KiCad 6's way the root says the values, whatever the symbols hold.
+        stale = {path.name: re.sub('"Value" "[^"]*"', '"Value" "stale"', path.read_text("utf-8"))
+                 for path in ROOT.parent.glob("*.kicad_sch")}
+        designs = {6: stale, **{version: Rewriter(ROOT, version).files for version in VERSIONS}}
+        folders = [pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) for _ in designs]
+        for folder, files in zip(folders, designs.values()):
+            for name, text in files.items():
                 (folder / name).write_text(text, "utf-8")
         said, *others = read_all([ROOT, *(folder / ROOT.name for folder in folders)]).values()
         self.assertNotIn("note", said)
@@ -125,9 +130,12 @@ class FormatsTest(unittest.TestCase):
         said["field"] = collections.Counter({row: count for row, count in said["field"].items() if row[1] != "DNP"})
         self.assertGreater(said["pin"].total(), 100)
         self.assertGreater(said["field"].total(), 500)
-        for version, other in zip(VERSIONS, others):
+        for version, other in zip(designs, others):
             with self.subTest(f"KiCad {version}"):
-                self.assertEqual(said, other)
+                if version == 6:
+                    self.assertNotIn("stale", str(other))
+                else:
+                    self.assertEqual(said, other)
 
 
 if __name__ == "__main__":
