@@ -7,6 +7,7 @@ import contextlib
 import dataclasses
 import os
 import pathlib
+import random
 import signal
 import socket
 import sys
@@ -26,10 +27,11 @@ _given: set[int] = set()
 
 
 def unused_port() -> int:
-    """One that nobody listens on. None is given twice: whoever got it before may be about to listen."""
+    """One that nobody listens on. None is given twice: whoever got it before may be about to listen. Nor one of those that a
+    system takes for whoever connects: they begin at 32,768 on Linux (ip_local_port_range), at 49,152 on Windows."""
     while True:
-        with socket.create_server((ADDRESS, 0)) as server:
-            port: int = server.getsockname()[1]
+        port = random.randrange(20000, 32768)
+        with contextlib.suppress(OSError), socket.create_server((ADDRESS, port)):
             if port not in _given:  # asked while it is held, so that no other thread has the same in hand
                 _given.add(port)
                 return port
