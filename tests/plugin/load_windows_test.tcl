@@ -72,17 +72,18 @@ check "unload" [catch {unload [file join $base2 bin Vernoxa64.dll] Vernoxa $seco
 check "after unload" [list [catch {$bare eval getGenerateGuid} text] [string length $text]] {0 36}
 interp delete $second
 
-# A process that has loaded the plug-in ends by itself, whatever its link thread does.
+# A process that has loaded the plug-in ends by itself, whatever its link thread does: that one pauses for ten seconds at a
+# time and never ends. Its own end alone is measured, since on a busy machine its start takes as long.
 foreach {name ending} {
   "end of the script" {}
   "exit" {exit 0}
   "unload and exit" {unload [lindex $argv 0]; exit 0}
 } {
-  writeFile [file join $root ends.tcl] "load \[lindex \$argv 0\]\nputs loaded\n$ending"
-  set began [clock milliseconds]
+  writeFile [file join $root ends.tcl] "load \[lindex \$argv 0\]\nputs \[clock milliseconds\]\n$ending"
   set status [catch {exec [info nameofexecutable] [file join $root ends.tcl] [file join $base2 bin Vernoxa64.dll]} text]
-  check "$name" [list $status [string match "*loaded*" $text]] {0 1}
-  check "$name in time" [expr {[clock milliseconds] - $began < 9000}] 1
+  set ended [clock milliseconds]
+  check "$name" [list $status [string is wideinteger -strict $text]] {0 1}
+  check "$name in time" [expr {$ended - $text < 9000}] 1
 }
 
 # --- the link again -------------------------------------------------------------------------------------------------
