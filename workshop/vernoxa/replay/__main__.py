@@ -10,7 +10,7 @@ from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, own_file, ru
 from vernoxa.places import PLUG_IN, REPOSITORY
 from vernoxa.wire.record import TITLE
 
-from . import compare, performance
+from . import performance
 from .conversation import Conversation
 
 
@@ -31,8 +31,7 @@ def arguments() -> argparse.Namespace:
 
 def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
     recorded = Conversation.read(path)
-    now, last_words = asyncio.run(performance.hold_again(options.dll, recorded))
-    found = compare.differences(recorded.entries, now.entries)
+    now, found, last_words = asyncio.run(performance.hold_again(options.dll, recorded))
     for target in filter(None, (options.keep, path if options.update else None)):
         now.write(own_file(target, TITLE))
     for difference in found:

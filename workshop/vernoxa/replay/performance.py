@@ -11,7 +11,7 @@ from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
-from vernoxa.stage.session import QUIT, Session
+from vernoxa.stage.session import QUIT, Missing, Session
 from vernoxa.wire import messages, paths
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import RECEIVED, Event
@@ -107,17 +107,18 @@ class Performance(Session):
 
 async def hold_again(
     module: pathlib.Path, recorded: Conversation, kind: type[Performance] = Performance
-) -> tuple[Conversation, list[str]]:
-    """The conversation as it is held now, below the root of the recorded one, and the host's last words.
+) -> tuple[Conversation, list[compare.Difference], list[str]]:
+    """The conversation as it is held now, below the root of the recorded one, what differs, and the host's last words.
 
     The companion's requests are sent when all that the plug-in said before them was said again, or was waited for in
-    vain. Raises NotUsable, PortTaken.
+    vain. Where the host was asked to close, an end that is not tidy is a difference too. Raises NotUsable, PortTaken.
     """
     # The answers are made when the run has its folder, whose name is in them.
     performance = kind(module, recorded.designs, Answers())
     script = recorded.moved_to(performance.root)
     performance.companion.answers = RecordedAnswers(script.entries)
     counts: dict[str, int] = {}
+    missing: list[compare.Difference] = []
     async with performance:
         patience = FIRST_MESSAGE_SECONDS
         for entry in script.entries:
@@ -135,9 +136,15 @@ async def hold_again(
                     performance.companion.send_raw(value_of(entry))
                 except NotConnected:
                     pass  # what is not answered will be missing
-        await performance.host.ended(1)  # anything else that is said at the end
-        now = Conversation(performance.root, recorded.designs, performance.entries)
-    return now.moved_to(recorded.root), performance.last_words
+        if any(is_request(entry) and value_of(entry).get("Command") == "CloseOrcad" for entry in script.entries):
+            try:
+                await performance.ended_tidily()
+            except Missing as error:
+                missing.append(compare.Difference(f"missing: {error}", []))
+        else:
+            await performance.host.ended(1)  # anything else that is said at the end
+        now = Conversation(performance.root, recorded.designs, performance.entries).moved_to(recorded.root)
+    return now, compare.differences(recorded.entries, now.entries) + missing, performance.last_words
 
 
 async def _when_free(require: Callable[[], None]) -> None:
