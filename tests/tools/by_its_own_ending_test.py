@@ -32,7 +32,7 @@ class EndingTest(unittest.TestCase):
 
     def test_many_segmentation_faults_are_a_failure(self):
         build = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        for signals, failures in (((11, 11, 9, 9, 9), 0), ((11, 11, 11), 1)):
+        for signals, failures in (((11, 9, 9, 9), 0), ((11, 11), 1)):
             (build / "results.xml").write_text("".join(f"ended with 0, then by Wine with signal {one}\n" for one in signals))
             ends, found = ended_by_wine(build)
             self.assertEqual((len(signals), failures), (ends, len(found)))

@@ -22,7 +22,7 @@ HOST_PORT = PROTOCOL["link"]["hostPort"]
 # Wine's desktop outlives the host for a moment, and says this when its screen goes.
 _SCREEN_GONE = re.compile(r"X connection to \S+ broken")
 _TIDY_END = "end"
-# Of a process that has told its tidy end, where Wine was too slow to end it: tools/setup/by_its_own_ending says how
+# Of a process that has told its tidy end, where Wine itself ended it or died: tools/setup/by_its_own_ending says how
 # that comes. As a process here, and as a shell tells it.
 _SIGNALS_OF_WINE = {-signal.SIGKILL, -signal.SIGSEGV, 128 + signal.SIGKILL, 128 + signal.SIGSEGV}
 
