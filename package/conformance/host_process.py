@@ -5,6 +5,7 @@ from __future__ import annotations
 import asyncio
 import contextlib
 import dataclasses
+import errno
 import os
 import pathlib
 import random
@@ -31,10 +32,14 @@ def unused_port() -> int:
     system takes for whoever connects: they begin at 32,768 on Linux (ip_local_port_range), at 49,152 on Windows."""
     while True:
         port = random.randrange(20000, 32768)
-        with contextlib.suppress(OSError), socket.create_server((ADDRESS, port)):
-            if port not in _given:  # asked while it is held, so that no other thread has the same in hand
-                _given.add(port)
-                return port
+        try:
+            with socket.create_server((ADDRESS, port)):
+                if port not in _given:  # asked while it is held, so that no other thread has the same in hand
+                    _given.add(port)
+                    return port
+        except OSError as error:
+            if error.errno not in (errno.EADDRINUSE, errno.EACCES):  # Windows refuses some for itself
+                raise
 
 
 @dataclasses.dataclass
