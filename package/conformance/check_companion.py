@@ -24,7 +24,7 @@ from vernoxa.wire import frames, json_text, messages, record, schemas
 from vernoxa.wire.catalogue import PROTOCOL, QUERIES, REPLY_SUFFIX
 from vernoxa.wire.events import CLOSED, OPENED, RECEIVED, SENT, Event
 
-from grading import LOGS, MUST, SHOULD, Grades, Recorded, say_at_once
+from grading import LOGS, MUST, PIECES_SECONDS, SHOULD, Grades, Recorded, say_at_once
 
 START_SECONDS = 10
 PROMPT_SECONDS = 1
@@ -81,10 +81,11 @@ class Line:
     async def send_in_pieces(self, message: bytes) -> None:
         self._check.record(RECEIVED, self._number, message)
         frame = frames.encode(message)
-        for piece in (frame[:7], frame[7:]):
-            self.writer.write(piece)
-            await self.writer.drain()
-            await asyncio.sleep(0.2)
+        self.writer.write(frame[:7])
+        await self.writer.drain()
+        await asyncio.sleep(PIECES_SECONDS)
+        self.writer.write(frame[7:])
+        await self.writer.drain()
 
     async def hears(self, command: str, seconds: float = 0) -> messages.Message | None:
         """The next message of that name; None when it does not come in time or the connection ends."""

@@ -21,7 +21,7 @@ from vernoxa.command import DONE, REFUSED, Refused, run
 from vernoxa.wire import frames
 from vernoxa.wire.catalogue import PROTOCOL
 
-from grading import LOGS, MUST, RECORDED_CALLS, SHOULD, Grades, say_at_once
+from grading import LOGS, MUST, PIECES_SECONDS, RECORDED_CALLS, SHOULD, Grades, say_at_once
 from host_process import ADDRESS, Host, Log, Result, Stuck, unused_port
 
 ROWS = {row["name"]: row for row in PROTOCOL["procedures"]}
@@ -142,7 +142,7 @@ class Check(Grades):
             for piece in pieces:
                 writer.write(piece)
                 await writer.drain()
-                await asyncio.sleep(0.1 * (len(pieces) - 1))
+                await asyncio.sleep(PIECES_SECONDS * (piece is not pieces[-1]))
             times += more
             taken = await self._host.called(command, message.hex(), times=times)
             if not self.tell(MUST, f"hands {what} to {command}", taken):

@@ -18,6 +18,9 @@ _SHIPPED = _COPY.is_dir()
 RECORDED_CALLS = _COPY / "procedures.txt" if _SHIPPED else REPOSITORY / "tools" / "docs" / "procedures.txt"
 LOGS = pathlib.Path.cwd() if _SHIPPED else BUILD / "log"
 MUST, SHOULD = "must", "should"
+# Between two pieces of a frame: longer than a reader waits for the processor on a machine that has much else to do, or it
+# has both at once, and a fault is not seen.
+PIECES_SECONDS = 2
 
 
 def say_at_once(line: str) -> None:
