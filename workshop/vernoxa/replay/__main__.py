@@ -17,8 +17,8 @@ from .conversation import Conversation
 def arguments() -> argparse.Namespace:
     parser = Parser(
         prog="./dev replay",
-        description="Holds recorded conversations again and shows what the plug-in says differently. Times, process ids "
-        "and GUIDs are ignored.",
+        description="Holds recorded conversations again and shows what the plug-in says differently, and an end of the host "
+        "that is not tidy. Times, process ids and GUIDs are ignored.",
         epilog=EXITS,
     )
     parser.add_argument("files", nargs="*", type=pathlib.Path, metavar="FILE", help="a recorded conversation (those of the "

@@ -27,7 +27,7 @@ _TIME = re.compile(r"\b\d{4}[-/]\d{1,2}[-/]\d{1,2}([ T]\d{1,2}:\d{1,2}:\d{1,2}([
 
 @dataclasses.dataclass
 class Difference:
-    """One message that is not what it was; `lines` say in what, one line each."""
+    """One message that is not what it was, or another end; `lines` say in what, one line each."""
 
     title: str
     lines: list[str]

@@ -87,8 +87,16 @@ class Performance(Session):
         return self.host_lines[-10:]
 
     async def user_does(self, words: str, seconds: float = 30) -> bool:
-        self.entries.append(Entry(self.entries[-1].seconds if self.entries else 0, 0, HOST, words.encode("utf-8")))
+        self._keep_words(words)
         return await super().user_does(words, seconds)
+
+    def user_quits(self) -> None:
+        """How the host ends is looked at when all was said."""
+        self._keep_words(QUIT)
+        self.installation.command(QUIT)
+
+    def _keep_words(self, words: str) -> None:
+        self.entries.append(Entry(self.entries[-1].seconds if self.entries else 0, 0, HOST, words.encode("utf-8")))
 
     async def hear(self, key: str, count: int, seconds: float) -> bool:
         """Waits for the count-th message of that key; false when it does not come, or the host ends before."""
@@ -111,7 +119,7 @@ async def hold_again(
     """The conversation as it is held now, below the root of the recorded one, what differs, and the host's last words.
 
     The companion's requests are sent when all that the plug-in said before them was said again, or was waited for in
-    vain. Where the host was asked to close, an end that is not tidy is a difference too. Raises NotUsable, PortTaken.
+    vain. Where the host was to end, an end that is not tidy is a difference too. Raises NotUsable, PortTaken.
     """
     # The answers are made when the run has its folder, whose name is in them.
     performance = kind(module, recorded.designs, Answers())
@@ -127,8 +135,8 @@ async def hold_again(
                 counts[key] = counts.get(key, 0) + 1
                 came = await performance.hear(key, counts[key], patience)
                 patience = MESSAGE_SECONDS if came else 3  # what is missing is told soon enough
-            elif entry.what == HOST and entry.message == QUIT.encode():
-                await performance.quit()
+            elif entry.what == HOST and _ends_the_host(entry):
+                performance.user_quits()
             elif entry.what == HOST:
                 await performance.user_does(entry.message.decode("utf-8"))
             elif is_request(entry):
@@ -136,15 +144,21 @@ async def hold_again(
                     performance.companion.send_raw(value_of(entry))
                 except NotConnected:
                     pass  # what is not answered will be missing
-        if any(is_request(entry) and value_of(entry).get("Command") == "CloseOrcad" for entry in script.entries):
+        if any(_ends_the_host(entry) for entry in script.entries):
             try:
                 await performance.ended_tidily()
             except Missing as error:
-                missing.append(compare.Difference(f"missing: {error}", []))
+                missing.append(compare.Difference(f"missing: {error}", performance.last_words))
         else:
             await performance.host.ended(1)  # anything else that is said at the end
         now = Conversation(performance.root, recorded.designs, performance.entries).moved_to(recorded.root)
     return now, compare.differences(recorded.entries, now.entries) + missing, performance.last_words
+
+
+def _ends_the_host(entry: Entry) -> bool:
+    if entry.what == HOST:
+        return entry.message == QUIT.encode()
+    return is_request(entry) and value_of(entry).get("Command") == "CloseOrcad"
 
 
 async def _when_free(require: Callable[[], None]) -> None:
