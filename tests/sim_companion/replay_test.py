@@ -36,15 +36,29 @@ class WithAnotherHost(performance.Performance):
         return ["/bin/sh", "-c", f"echo host: bye; {self.script}", str(self.installation.commands)]
 
 
+async def held_again(entries: list[Entry], script: str) -> tuple[list[str], list[bytes]]:
+    """What differs, and what was said."""
+    any_module = pathlib.Path(__file__)
+    with (mock.patch.object(WithAnotherHost, "script", script), mock.patch.object(host, "require_free_port"),
+          mock.patch.object(performance, "require_free")):
+        now, found, _ = await performance.hold_again(any_module, Conversation("C:\\", [], entries), WithAnotherHost)
+    return [str(one) for one in found], [entry.message for entry in now.entries]
+
+
 class ReplayTest(unittest.IsolatedAsyncioTestCase):
     async def test_the_end_of_the_host(self):
-        any_module = pathlib.Path(__file__)
         for entries, script, differences in CASES:
-            with (self.subTest(entries=entries, script=script), mock.patch.object(WithAnotherHost, "script", script),
-                  mock.patch.object(host, "require_free_port"), mock.patch.object(performance, "require_free")):
-                now, found, _ = await performance.hold_again(any_module, Conversation("C:\\", [], entries), WithAnotherHost)
-                self.assertEqual(differences, [str(one) for one in found])
-                self.assertEqual([QUITS.message] * (QUITS in entries), [entry.message for entry in now.entries])
+            with self.subTest(entries=entries, script=script):
+                found, said = await held_again(entries, script)
+                self.assertEqual(differences, found)
+                self.assertEqual([QUITS.message] * (QUITS in entries), said)
+
+    async def test_a_line_that_the_host_cannot_end_is_told_and_what_follows_is_looked_at(self):
+        hanging = mock.AsyncMock(side_effect=TimeoutError("the end of that line"))
+        with mock.patch.object(WithAnotherHost, "user_does", hanging):
+            found, _ = await held_again([Entry(1, 0, HOST, b"select R1"), QUITS], TOLD + "exit 5")
+        self.assertEqual(UNTIDY, found[1:])
+        self.assertEqual("missing: the end of that line", found[0].split("\n")[0])
 
 
 if __name__ == "__main__":

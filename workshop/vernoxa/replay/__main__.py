@@ -6,7 +6,7 @@ import argparse
 import asyncio
 import pathlib
 
-from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, Refused, own_file, run
+from vernoxa.command import DONE, EXITS, NOT_DONE, Parser, own_file, run
 from vernoxa.places import PLUG_IN, REPOSITORY
 from vernoxa.wire.record import TITLE
 
@@ -45,10 +45,7 @@ def replay(path: pathlib.Path, options: argparse.Namespace) -> bool:
 
 def main() -> int:
     options = arguments()
-    try:
-        return DONE if all([replay(path, options) for path in options.files]) else NOT_DONE
-    except TimeoutError as error:
-        raise Refused(str(error) or "not heard in time") from error
+    return DONE if all([replay(path, options) for path in options.files]) else NOT_DONE
 
 
 if __name__ == "__main__":

@@ -138,7 +138,10 @@ async def hold_again(
             elif entry.what == HOST and _ends_the_host(entry):
                 performance.user_quits()
             elif entry.what == HOST:
-                await performance.user_does(entry.message.decode("utf-8"))
+                try:
+                    await performance.user_does(entry.message.decode("utf-8"))
+                except TimeoutError as error:
+                    missing.append(compare.Difference(f"missing: {error}", performance.last_words))
             elif is_request(entry):
                 try:
                     performance.companion.send_raw(value_of(entry))
