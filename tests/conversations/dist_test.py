@@ -16,6 +16,7 @@ from vernoxa.dist import package, trial
 from vernoxa.places import CONVERSATIONS, TCLSH, WINE
 from vernoxa.replay.conversation import Conversation
 from vernoxa.stage.installation import Installation
+from vernoxa.stage.session import LINK_SECONDS
 from vernoxa.wire import paths
 
 MODULE = pathlib.Path(sys.argv.pop())
@@ -100,7 +101,7 @@ class DistTest(unittest.TestCase):
             (samples / name).write_bytes(self.files[f"samples/{name}"])
         companion = self.begin(sys.executable, samples / "companion.py", tables)
         host = self.begin(*WINE, TCLSH, *map(paths.to_windows, (samples / "host.tcl", installation.module, bills)))
-        table, until = tables / "放大器.csv", time.monotonic() + 90
+        table, until = tables / "放大器.csv", time.monotonic() + LINK_SECONDS
         while time.monotonic() < until and not (table.exists() and table.read_text(encoding="utf-8").count("\n") == 4):
             time.sleep(0.2)
         told = f"traffic: {installation.traffic()[-3000:]}"

@@ -3,8 +3,8 @@
 from __future__ import annotations
 
 from vernoxa.companion.answers import references_of
-from vernoxa.stage.scene import LINK_SECONDS, Scene
-from vernoxa.stage.session import Missing
+from vernoxa.stage.scene import Scene
+from vernoxa.stage.session import LINK_SECONDS, Missing
 from vernoxa.wire import json_text, paths
 
 

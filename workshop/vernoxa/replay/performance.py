@@ -11,7 +11,7 @@ from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
-from vernoxa.stage.session import QUIT, Missing, Session
+from vernoxa.stage.session import LINK_SECONDS, QUIT, Missing, Session
 from vernoxa.wire import messages, paths
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import RECEIVED, Event
@@ -20,9 +20,7 @@ from vernoxa.wire.record import COMPANION, HOST, PLUG_IN, Entry
 from . import compare
 from .conversation import Conversation, Design, entry_of, is_request, value_of
 
-# The plug-in's thread pauses ten seconds before each of its steps.
-FIRST_MESSAGE_SECONDS = 60
-MESSAGE_SECONDS = 30
+MESSAGE_SECONDS = 60  # after the first, which waits for the link
 PORTS_SECONDS = 20
 LONGEST_RUN = 600
 
@@ -128,7 +126,7 @@ async def hold_again(
     counts: dict[str, int] = {}
     missing: list[compare.Difference] = []
     async with performance:
-        patience = FIRST_MESSAGE_SECONDS
+        patience = LINK_SECONDS
         for entry in script.entries:
             if entry.what == PLUG_IN:
                 key = compare.key_of(messages.read(entry.message))

@@ -18,13 +18,10 @@ from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
 from vernoxa.wire.record import HOST, TITLE, Recorder
 
 from .installation import Installation
-from .session import QUIT, Missing, Session
+from .session import LINK_SECONDS, QUIT, Missing, Session
 
 T = TypeVar("T")
 LONGEST_LINE = 160
-# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks. A
-# machine that does much else may take many times as long; a host that ends is noticed at once.
-LINK_SECONDS = 180
 
 
 class Scene(Session):

@@ -13,6 +13,9 @@ from .installation import Installation
 
 # What the host says when it has come to the end of a line of its user.
 _END = re.compile(r"line (\d+) (?:is done|(failed))")
+# The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks. A
+# machine that does much else may take many times as long; a host that ends is noticed at once.
+LINK_SECONDS = 180
 QUIT = "quit"  # of the words of its user the one that nothing comes after
 
 
