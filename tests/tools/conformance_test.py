@@ -70,6 +70,12 @@ HOST_FAULTS = (
     ("set ::bill [linesOf", "set ::bill [linesOf x", "generateBOMForPath works as the plug-in calls it"),
     ("return [lsearch -all -inline -not $::bill -*]", "return {R1;10k}", "getStickList works as the plug-in calls it"),
 )
+# No fault: the sample as it is on a machine that has much else to do.
+ANSWERS_IN_PIECES = ("puts -nonewline $channel [binary format i [string length $text]]$text", """after 200
+    puts -nonewline $channel [binary format i [string length $text]]
+    flush $channel
+    after 200
+    puts -nonewline $channel $text""", "")
 
 
 async def said_of_companion(companion: str, folder: pathlib.Path, patience: float, said: list[str]) -> int:
@@ -106,7 +112,7 @@ def failed_of(said_of: Callable[..., Awaitable[int]], sample: str, *faults: tupl
 class Conformance(unittest.TestCase):
     def test_the_samples_and_the_stand_in_pass(self) -> None:
         self.assertEqual([], failed_of(said_of_companion, COMPANION, patience=HOLDS_NOTHING_BACK))
-        failed = failed_of(said_of_host, HOST, patience=HOLDS_NOTHING_BACK)
+        failed = failed_of(said_of_host, HOST, ANSWERS_IN_PIECES, patience=HOLDS_NOTHING_BACK)
         self.assertEqual(1, len(failed), failed)  # it offers what bills need and no more
         self.assertRegex(failed[0], "should  has the other procedures: not offered: .*AutoDeal.*; so .*AutoDealwithDsn.* fail$")
         said: list[str] = []
