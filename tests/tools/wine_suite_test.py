@@ -1,5 +1,6 @@
 """What a suite of Wine began and made goes with it, however it ends."""
 
+import contextlib
 import os
 import pathlib
 import signal
@@ -7,10 +8,12 @@ import subprocess
 import tempfile
 import time
 import unittest
+from typing import Iterator
 
 from vernoxa.places import SETUP
 
-SECONDS = 60  # on a machine that does much else
+SECONDS = 180  # on a machine that does much else
+SCREENS = pathlib.Path("/tmp/.X11-unix")
 
 CASES = (
     # how the suite is ended
@@ -21,6 +24,16 @@ CASES = (
 )
 
 
+def those_of(folder: str) -> list[int]:
+    """The processes that have it in their environment, as all of a suite have its prefix."""
+    found = []
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        with contextlib.suppress(OSError):
+            if folder.encode() in (process / "environ").read_bytes():
+                found.append(int(process.name))
+    return found
+
+
 def until(seen) -> bool:
     limit = time.monotonic() + SECONDS
     while not seen() and time.monotonic() < limit:
@@ -28,18 +41,31 @@ def until(seen) -> bool:
     return seen()
 
 
+@contextlib.contextmanager
+def suite_in(folder: str) -> Iterator[subprocess.Popen]:
+    suite = subprocess.Popen([SETUP / "wine-suite", "cat"], stdin=subprocess.PIPE, start_new_session=True,
+                             env={**os.environ, "TMPDIR": folder})
+    try:
+        yield suite
+    finally:
+        if suite.poll() is None:
+            os.killpg(suite.pid, signal.SIGKILL)
+        suite.wait()
+
+
 class WineSuiteTest(unittest.TestCase):
     def test_nothing_is_left(self):
         for name, end in CASES:
-            with self.subTest(name), tempfile.TemporaryDirectory() as folder:
-                suite = subprocess.Popen([SETUP / "wine-suite", "cat"], stdin=subprocess.PIPE, start_new_session=True,
-                                         env={**os.environ, "TMPDIR": folder})
+            with self.subTest(name), tempfile.TemporaryDirectory() as folder, suite_in(folder) as suite:
                 self.assertTrue(until(lambda: list(pathlib.Path(folder).glob("*/started"))))
+                number = next(pathlib.Path(folder).glob("*/screen")).read_text().strip()
+                screen = SCREENS / f"X{number}"
+                self.assertTrue(screen.exists())
                 end(suite)
                 suite.stdin.close()
                 suite.wait(SECONDS)
-                until(lambda: not os.listdir(folder))
-                self.assertEqual([], os.listdir(folder))
+                until(lambda: not (os.listdir(folder) or those_of(folder) or screen.exists()))
+                self.assertEqual(([], [], False), (os.listdir(folder), those_of(folder), screen.exists()))
 
 
 if __name__ == "__main__":
