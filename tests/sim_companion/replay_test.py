@@ -15,6 +15,7 @@ QUITS = Entry(1, 0, HOST, b"quit")
 CLOSES = Entry(1, 1, COMPANION, json_text.print_plain({"Command": "CloseOrcad", "Data": {}, "Result": "0"}))
 TOLD = "until grep -q quit $0; do sleep 0.05; done; "
 UNTIDY = ["missing: a tidy end of the host, which ended with 5\n  bye"]
+SELECTS = Entry(1, 0, HOST, b"select R1")
 CASES = (
     # what is in the record, what the host does now, what differs
     ([QUITS], TOLD + "exit 0", []),
@@ -54,11 +55,13 @@ class ReplayTest(unittest.IsolatedAsyncioTestCase):
                 self.assertEqual([QUITS.message] * (QUITS in entries), said)
 
     async def test_a_line_that_the_host_cannot_end_is_told_and_what_follows_is_looked_at(self):
-        hanging = mock.AsyncMock(side_effect=TimeoutError("the end of that line"))
-        with mock.patch.object(WithAnotherHost, "user_does", hanging):
-            found, _ = await held_again([Entry(1, 0, HOST, b"select R1"), QUITS], TOLD + "exit 5")
-        self.assertEqual(UNTIDY, found[1:])
-        self.assertEqual("missing: the end of that line", found[0].split("\n")[0])
+        for script, seconds, reason in ((TOLD + "exit 5", 0.1, "within 0.1 s"),
+                                        ("exit 5", 600, "before the host ended with 5")):
+            with self.subTest(reason), mock.patch.object(performance, "LINE_SECONDS", seconds):
+                found, _ = await held_again([SELECTS, SELECTS, QUITS], script)
+                lost = f"missing: select R1: its end was not seen {reason}"
+                self.assertEqual([lost, lost], [one.split("\n")[0] for one in found[:2]])
+                self.assertEqual(UNTIDY, found[2:])
 
 
 if __name__ == "__main__":

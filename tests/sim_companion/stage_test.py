@@ -41,6 +41,8 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
         await self.scene.begin(["/bin/sh", "-c", "echo connect error !host: hello; exit 4"])
         with self.assertRaisesRegex(Missing, "opened: not seen before the host ended with 4") as caught:
             await self.scene.hear("opened", "FileStatus", 20)
+        with self.assertRaisesRegex(Missing, "select R1: its end was not seen before the host ended with 4"):
+            await self.scene.do("selected", "select R1", "R1")
         self.scene.complain(caught.exception)
         for line in ("host: hello", "stdout: connect error !", "demo:   hello", "demo: the companion said nothing"):
             self.assertIn(line, self.shown.getvalue().splitlines())

@@ -61,7 +61,7 @@ async def make(scene: Reading, reports: dict[pathlib.Path, pathlib.Path]) -> boo
         for design, target in known.items():
             try:
                 await make_one(scene, design, target)
-            except (Missing, TimeoutError, Refused) as error:
+            except (Missing, Refused) as error:
                 if await scene.host.ended(0) is not None:
                     raise
                 scene.lacks(f"no report of {design[0].name}: {error}")
@@ -72,7 +72,7 @@ async def make(scene: Reading, reports: dict[pathlib.Path, pathlib.Path]) -> boo
 
 
 async def make_one(scene: Reading, design: tuple[pathlib.Path, str], target: pathlib.Path) -> None:
-    """Raises Missing, TimeoutError, Refused."""
+    """Raises Missing, Refused."""
     schematic, name = design
     since = len(scene.host_lines)
     if not await scene.step(f"{schematic.name} is read", scene.user_does(open_words(design), SECONDS), SECONDS):

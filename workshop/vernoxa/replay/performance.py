@@ -11,7 +11,7 @@ from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, NotConnected, PortTaken, require_free
 from vernoxa.stage import host
 from vernoxa.stage.installation import Installation
-from vernoxa.stage.session import LINK_SECONDS, QUIT, Missing, Session
+from vernoxa.stage.session import LINE_SECONDS, LINK_SECONDS, QUIT, Missing, Session
 from vernoxa.wire import messages, paths
 from vernoxa.wire.catalogue import REPLY_SUFFIX
 from vernoxa.wire.events import RECEIVED, Event
@@ -84,7 +84,7 @@ class Performance(Session):
     def last_words(self) -> list[str]:
         return self.host_lines[-10:]
 
-    async def user_does(self, words: str, seconds: float = 30) -> bool:
+    async def user_does(self, words: str, seconds: float = LINE_SECONDS) -> bool:
         self._keep_words(words)
         return await super().user_does(words, seconds)
 
@@ -103,11 +103,8 @@ class Performance(Session):
             return sum(compare.key_of(event.message) == key for event in spoken) >= count
 
         waiting = asyncio.ensure_future(self.companion.wait_for(heard, seconds))
-        ended = asyncio.ensure_future(self.host.ended(seconds))
-        await asyncio.wait({waiting, ended}, return_when=asyncio.FIRST_COMPLETED)
-        for task in (waiting, ended):
-            task.cancel()
-        await asyncio.gather(waiting, ended, return_exceptions=True)
+        await self.in_time(waiting, seconds)
+        await asyncio.gather(waiting, return_exceptions=True)
         return heard()
 
 
@@ -137,8 +134,8 @@ async def hold_again(
                 performance.user_quits()
             elif entry.what == HOST:
                 try:
-                    await performance.user_does(entry.message.decode("utf-8"))
-                except TimeoutError as error:
+                    await performance.user_does(entry.message.decode("utf-8"), LINE_SECONDS)
+                except Missing as error:
                     missing.append(compare.Difference(f"missing: {error}", performance.last_words))
             elif is_request(entry):
                 try:

@@ -12,9 +12,8 @@ from vernoxa.companion.typed import words_of
 from vernoxa.companion.view import View
 from vernoxa.companion.words import fitting, waiting
 
-from .session import HostSession
+from .session import LINE_SECONDS, HostSession, Missing
 
-SECONDS = 60
 WORDS = {
     "openDesign": ("FILE", "open a copy of a KiCad schematic"),
     "saveDesign": ("[NAME]", "save a design: the one in front, or the one of that name"),
@@ -57,10 +56,13 @@ class HostWords:
         try:
             if word == "openDesign":
                 line = self._copied(rest)
-            with waiting(self._view, "host", f"for the end of {line}", SECONDS):
-                done = await self._session.user_does(line, SECONDS)
-        except (Refused, TimeoutError) as error:
+            with waiting(self._view, "host", f"for the end of {line}", LINE_SECONDS):
+                done = await self._session.user_does(line)
+        except Refused as error:
             self._view.line("host", str(error), "red")
+            return False
+        except Missing as error:
+            self._view.line("host", f"missing: {error}", "red")
             return False
         if not done and word not in WORDS:
             self._view.line("host", "help lists the words that it knows", "red")

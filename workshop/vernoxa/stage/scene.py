@@ -18,7 +18,7 @@ from vernoxa.wire.events import FAULT, RECEIVED, SENT, Event
 from vernoxa.wire.record import HOST, TITLE, Recorder
 
 from .installation import Installation
-from .session import LINK_SECONDS, QUIT, Missing, Session
+from .session import LINE_SECONDS, LINK_SECONDS, QUIT, Missing, Session
 
 T = TypeVar("T")
 LONGEST_LINE = 160
@@ -46,7 +46,7 @@ class Scene(Session):
         # The companion shows each message whole.
         self.view.line(speaker, text if len(text) <= LONGEST_LINE else text[:LONGEST_LINE] + "...", "dim")
 
-    async def user_does(self, words: str, seconds: float = 30) -> bool:
+    async def user_does(self, words: str, seconds: float = LINE_SECONDS) -> bool:
         if self._recorder:
             self._recorder(Event(time.monotonic() - self._began, HOST, 0, text=words))
         return await super().user_does(words, seconds)
@@ -80,20 +80,10 @@ class Scene(Session):
         Raises Missing when it was not seen in time, or when the host ended before.
         """
         working = asyncio.ensure_future(work)
-        over = asyncio.ensure_future(self.host.ended(seconds))
-        try:
-            with waiting(self.view, self._speaker, f"until {what}", seconds):
-                await asyncio.wait({working, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
-        except asyncio.CancelledError:
-            working.cancel()
-            over.cancel()
-            raise
-        over.cancel()
-        if not working.done():
-            working.cancel()
-            status = over.result() if over.done() and not over.cancelled() else None
-            reason = f"within {seconds:g} s" if status is None else f"before the host ended with {status}"
-            raise Missing(f"{what}: not seen {reason}")
+        with waiting(self.view, self._speaker, f"until {what}", seconds):
+            reason = await self.in_time(working, seconds)
+        if reason:
+            raise Missing(f"{what}: {reason}")
         try:
             result = working.result()
         except Missing as error:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import asyncio
 import re
+from typing import Any
 
 from vernoxa.companion.answers import Answers
 from vernoxa.companion.server import PORT, Companion
@@ -16,6 +17,8 @@ _END = re.compile(r"line (\d+) (?:is done|(failed))")
 # The link thread pauses ten seconds after each step: to reach the host, to reach the companion, before it looks. A
 # machine that does much else may take many times as long; a host that ends is noticed at once.
 LINK_SECONDS = 180
+LINE_SECONDS = 60  # of the host's user
+END_SECONDS = 60
 QUIT = "quit"  # of the words of its user the one that nothing comes after
 
 
@@ -58,17 +61,30 @@ class HostSession:
     def heard(self, speaker: str, text: str) -> None:
         """Each line of the host as it comes; for who shows them."""
 
-    async def user_does(self, words: str, seconds: float = 30) -> bool:
+    async def in_time(self, work: asyncio.Future[Any], seconds: float) -> str:
+        """Waits for it. Empty when it is done; else it is cancelled, and this says why: too late, or the host ended."""
+        over = asyncio.ensure_future(self.host.ended(seconds))
+        try:
+            await asyncio.wait({work, over}, return_when=asyncio.FIRST_COMPLETED, timeout=seconds)
+            if work.done():
+                return ""
+            status = over.result() if over.done() else None
+            return f"not seen within {seconds:g} s" if status is None else f"not seen before the host ended with {status}"
+        finally:
+            work.cancel()
+            over.cancel()
+
+    async def user_does(self, words: str, seconds: float = LINE_SECONDS) -> bool:
         """The host's user does something, in the words of `sim/host/commands.tcl`; false when the host could not.
 
-        Raises TimeoutError when the host has not come to its end by then.
+        Raises Missing when the host has not come to its end by then, at once when it ended itself.
         """
-        self._lines.append(asyncio.get_running_loop().create_future())
+        line: asyncio.Future[bool] = asyncio.get_running_loop().create_future()
+        self._lines.append(line)
         self.installation.command(words)
-        try:
-            return await asyncio.wait_for(self._lines[-1], seconds)
-        except asyncio.TimeoutError as error:
-            raise TimeoutError(f"the host has not come to the end of that within {seconds:g} s: {words}") from error
+        if reason := await self.in_time(line, seconds):
+            raise Missing(f"{words}: its end was {reason}")
+        return line.result()
 
     async def quit(self) -> None:
         """The user ends the host. Raises Missing when it does not end as it should."""
@@ -77,7 +93,7 @@ class HostSession:
 
     async def ended_tidily(self) -> None:
         """Raises Missing."""
-        status = await self.host.ended(20)
+        status = await self.host.ended(END_SECONDS)
         if status is None:
             raise Missing("the host's end")
         if status != 0:
