@@ -73,17 +73,20 @@ check "after unload" [list [catch {$bare eval getGenerateGuid} text] [string len
 interp delete $second
 
 # A process that has loaded the plug-in ends by itself, whatever its link thread does: that one pauses for ten seconds at a
-# time and never ends. The start of Wine and Tcl is not measured: on a busy machine it takes as long.
+# time and never ends. The start of Wine and Tcl is not measured: on a busy machine it takes as long. What the thread prints
+# when the end comes upon it in the middle of a connection comes after the time.
 foreach {name ending} {
   "end of the script" {}
   "exit" {exit 0}
   "unload and exit" {unload [lindex $argv 0]; exit 0}
 } {
-  writeFile [file join $root ends.tcl] "puts \[clock milliseconds\]\nload \[lindex \$argv 0\]\n$ending"
+  writeFile [file join $root ends.tcl] "puts \[clock milliseconds\]\nflush stdout\nload \[lindex \$argv 0\]\n$ending"
   set status [catch {exec [info nameofexecutable] [file join $root ends.tcl] [file join $base2 bin Vernoxa64.dll]} text]
   set ended [clock milliseconds]
-  check "$name" [list $status [string is wideinteger -strict $text]] {0 1}
-  check "$name in time" [expr {$ended - $text < 9000}] 1
+  set began 0
+  set right [regexp {^(\d+)\s*(?:invalid socket!|connect error !)?$} $text all began]
+  check "$name" [list $status [expr {$right ? "" : $text}]] {0 {}}
+  check "$name in time" [expr {$ended - $began < 9000}] 1
 }
 
 # --- the link again -------------------------------------------------------------------------------------------------
