@@ -181,8 +181,8 @@ class Check(Grades):
 
     async def _try(self) -> None:
         try:
-            await self._probe()
             if await self._conversation():
+                await self._probe()
                 for what, message in self._odd_messages():
                     await self._survives(what, message)
                 await self._questions()
@@ -211,6 +211,7 @@ class Check(Grades):
             answer = await line.answers(self.told("FileStatus", "opened"))
             self.tell(MUST, "answers FileStatus", answer is not None, self._silence())
             if not answer:
+                self.untried("what follows", "by its answers to FileStatus it is judged")
                 return False
             self.tell(SHOULD, 'names a folder in "Path"', bool(answer.data.get("Path")))
             await line.settle()

@@ -141,6 +141,10 @@ class Host:
     async def _listen(self, reader: asyncio.StreamReader, writer: asyncio.StreamWriter) -> None:
         self._writer = writer
         self._news.set()
+        with contextlib.suppress(ConnectionError):  # it was ended in the middle of something
+            await self._hear(reader)
+
+    async def _hear(self, reader: asyncio.StreamReader) -> None:
         while line := await reader.readline():
             kind, *words = line.decode().rstrip("\n").split(" ")
             words = [bytes.fromhex(word).decode() for word in words]

@@ -5,6 +5,7 @@ from __future__ import annotations
 import asyncio
 import concurrent.futures
 import pathlib
+import re
 import sys
 import tempfile
 import unittest
@@ -46,7 +47,8 @@ MORE_FAULTS = (
     ('struct.pack("<I"', 'struct.pack(">I"', "; it is little-endian"),
     ("            self.read()\n", "            self.read()\n        __import__('os')._exit(0)\n", "FAILS  must"),
 )
-# The same for the sample of a host.
+OTHERS = "has the other procedures"  # the sample of a host offers what bills need and no more
+# The same for that sample.
 HOST_FAULTS = (
     ('set companion ""', "error broken", "is read without an error"),
     ("proc init {} {}", "", "::capGenerateBOMUtil::init works when the plug-in is loaded"),
@@ -66,10 +68,19 @@ HOST_FAULTS = (
     ("        serverLinkBreak\n", "        serverLinkBreak now\n", "gives commands the arguments that they take"),
     ("        serverLinkBreak\n", "        serverLinkBreak\n        error broken\n", "has no error in the background: broken"),
     ("proc InitPath", "proc InitPaths", "InitPath works as the plug-in calls it"),
+    ("vwait forever", "after 500 {set later 1}; vwait later; error oops", "is read without an error: oops"),
+    ("vwait forever", "while 1 {}", "comes back from everything that it is asked"),
     ("return 17.4", "vwait never", "comes back from everything that it is asked: not from GetProductVersion within"),
     ("        incr count", "        append count x", "getDsnPinCount works as the plug-in calls it"),
     ("set ::bill [linesOf", "set ::bill [linesOf x", "generateBOMForPath works as the plug-in calls it"),
     ("return [lsearch -all -inline -not $::bill -*]", "return {R1;10k}", "getStickList works as the plug-in calls it"),
+)
+# A fault, and all the rules that it breaks.
+BREAKS = (
+    (MORE_FAULTS[0], {"answers FileStatus"}),
+    (("sendFrame $channel $reply", "if {[incr ::answered] < 8} {sendFrame $channel $reply}", ""),
+     {"sends back what packetParser answers", OTHERS}),
+    (("return $paths", "return {}", ""), {OTHERS}),
 )
 # No fault: the sample as it is on a machine that has much else to do.
 ANSWERS_IN_PIECES = ("puts -nonewline $channel [binary format i [string length $text]]$text", """after 200
@@ -115,7 +126,7 @@ class Conformance(unittest.TestCase):
         self.assertEqual([], failed_of(said_of_companion, COMPANION, patience=HOLDS_NOTHING_BACK))
         for slower in ((), (ANSWERS_IN_PIECES,)):
             failed = failed_of(said_of_host, HOST, *slower, patience=HOLDS_NOTHING_BACK)
-            self.assertEqual(1, len(failed), failed)  # it offers what bills need and no more
+            self.assertEqual(1, len(failed), failed)
             self.assertRegex(failed[0],
                              "should  has the other procedures: not offered: .*AutoDeal.*; so .*AutoDealwithDsn.* fail$")
         said: list[str] = []
@@ -129,11 +140,21 @@ class Conformance(unittest.TestCase):
     def test_planted_faults_are_named(self) -> None:
         tried = [(said_of_companion, COMPANION, *TEN_FAULTS), *((said_of_companion, COMPANION, fault) for fault in MORE_FAULTS),
                  *((said_of_host, HOST, fault) for fault in HOST_FAULTS)]
-        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as turns:
+        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as turns, self.assertNoLogs("asyncio", "ERROR"):
             for (_, _, *faults), failed in zip(tried, turns.map(lambda each: failed_of(*each), tried)):
                 for _, _, rule in faults:
                     with self.subTest(rule):
                         self.assertIn(rule, "\n".join(failed))
+
+    def test_what_is_right_is_not_blamed_for_what_is_wrong(self) -> None:
+        def failed_with(fault: tuple[str, str, str], rules: set[str]) -> list[str]:
+            said_of, sample = (said_of_host, HOST) if OTHERS in rules else (said_of_companion, COMPANION)
+            return failed_of(said_of, sample, fault, patience=HOLDS_NOTHING_BACK)
+
+        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as turns:
+            for (_, rules), failed in zip(BREAKS, turns.map(failed_with, *zip(*BREAKS))):
+                with self.subTest(rules):
+                    self.assertEqual(rules, set(re.findall(r"^FAILS  \w+ +([^:\n]*)", "\n".join(failed), re.MULTILINE)))
 
 
 if __name__ == "__main__":
