@@ -31,7 +31,10 @@ async def wait_for_a_companion(view: View, installation: Installation, designs: 
         view.line("host", f"looks for your companion on port {PORT} every ten seconds; help lists what its user can do")
         await session.begin(host.command_line(installation, known, at_work.LONGEST_SESSION) + ["-trace"] * trace)
         open_now = {name: Design(name) for _, name in known}
-        return await at_work.work(session, Desk(view, "host", HostWords(session, view, open_now)))
+        good = await at_work.work(session, Desk(view, "host", HostWords(session, view, open_now)))
+        if not good:
+            view.line("host", at_work.NOT_ALL, "bold red")
+        return good
     except Missing as error:
         view.line("host", f"missing: {error}", "bold red")
         return False

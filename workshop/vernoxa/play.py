@@ -41,6 +41,8 @@ async def play(view: View, installation: Installation, designs: list[pathlib.Pat
         words = HostWords(scene, view, scene.answers.designs)
         good = await at_work.work(scene, Desk(view, "companion", Prompt(scene.companion, view, {"host": words})))
         scene.say(f"the host ended tidily; faults seen: {scene.companion.faults}")
+        if not good:
+            scene.say(at_work.NOT_ALL, "bold red")
         return good and not scene.companion.faults
     except Missing as error:
         scene.complain(error)

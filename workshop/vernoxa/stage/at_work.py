@@ -18,6 +18,7 @@ from .installation import Installation
 from .session import HostSession
 
 LONGEST_SESSION = 8 * 3600
+NOT_ALL = "not every line was done"
 SPEAKERS = ("play", "companion", "host", "stdout")
 
 
