@@ -32,7 +32,8 @@ _LAST = ("RenameRef", "GetOlbAllPackage", "GetOlbObjectPackage", "ClearCurrentDe
 # What the plug-in's thread asks unasked: without it no design becomes known.
 _UNASKED = {"creatClient", "GetNewOpenPath", "FileStatus", "getDsnPinCount"}
 _IS_READ = "is read without an error"
-# They answer what generateBOMForPath has collected of a design.
+_COLLECTS = "generateBOMForPath"
+# They answer what that has collected of a design.
 _BILLS = {f"::capGenerateBOMUtil::get{kind}List" for kind in ("Stick", "NotStick", "NoPartNumber")}
 
 
@@ -87,6 +88,7 @@ class Check(Grades):
         self._connections: list[tuple[asyncio.StreamReader, asyncio.StreamWriter]] = []  # to the companion
         self._known: dict[str, str] = {}
         self._missing: dict[str, list[str]] = {}  # procedures, and who calls them
+        self._worked: set[str] = set()  # procedures
         self._frame_faults: list[str] = []
 
     async def run(self, words: list[str]) -> int:
@@ -102,6 +104,7 @@ class Check(Grades):
         except Stuck as error:
             self.tell(MUST, "comes back from everything that it is asked", False,
                       f"not from {error} within {self._patience} s")
+            self._reading_failed()
         finally:
             await self._host.stop()
             for _, writer in self._connections:
@@ -226,7 +229,7 @@ class Check(Grades):
         self.tell(MUST, "InitPath works as the plug-in calls it", not paths.failed, paths.text)
         open_designs = [path for path in paths.text.split(";") if path.lower().endswith(".dsn")]
         if paths.failed or not open_designs:
-            self.untried("what is asked about a design", "none is open")
+            self.untried("what needs a design", "none is open")
         else:
             self._known["a design"] = open_designs[0]
         page = await self._host.evaluate("lindex [GetActiveProPages] 0 1")
@@ -279,14 +282,18 @@ class Check(Grades):
             else:
                 self._missing[name] = callers
             return
+        if "a design" not in self._known and name != "GetProductVersion":
+            return
         script = self._of_this_host(self._calls[name])
-        if script is None or (name in _BILLS and "a design" not in self._known):
+        if script is None or (name in _BILLS and _COLLECTS not in self._worked):
             self.untried(name, "what it is asked about is not known here")
             return
         before = len(self._host.calls)
         result = await self._host.evaluate(script)
         fits = _ANSWERS.get(name)
         right = not result.failed and (fits is None or fits(result))
+        if right:
+            self._worked.add(name)
         came = f"{script[:90]} {'ends in the error' if result.failed else 'answers'} {result.text[:90] or 'nothing'}"
         due = f". It has to answer: {row['answer']}" if fits else ""
         self.tell(MUST, f"{name} works as the plug-in calls it", right, came + due)

@@ -145,7 +145,7 @@ class Host:
             await self._hear(reader)
 
     async def _hear(self, reader: asyncio.StreamReader) -> None:
-        while line := await reader.readline():
+        while (line := await reader.readline()).endswith(b"\n"):  # half a line is the end
             kind, *words = line.decode().rstrip("\n").split(" ")
             words = [bytes.fromhex(word).decode() for word in words]
             if kind == "called":

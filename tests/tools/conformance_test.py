@@ -81,6 +81,7 @@ BREAKS = (
     (("sendFrame $channel $reply", "if {[incr ::answered] < 8} {sendFrame $channel $reply}", ""),
      {"sends back what packetParser answers", OTHERS}),
     (("return $paths", "return {}", ""), {OTHERS}),
+    (("set ::bill [linesOf", "error [linesOf", ""), {"generateBOMForPath works as the plug-in calls it", OTHERS}),
 )
 # No fault: the sample as it is on a machine that has much else to do.
 ANSWERS_IN_PIECES = ("puts -nonewline $channel [binary format i [string length $text]]$text", """after 200
