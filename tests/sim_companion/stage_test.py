@@ -107,6 +107,14 @@ class SceneTest(unittest.IsolatedAsyncioTestCase):
         self.assertEqual(self.installation.commands.read_text(), "select R1\nquit\n")
         self.assertRegex(self.shown.getvalue(), "(?s)host: selected\n.*> GenerateBOM.*电阻")
 
+    async def test_a_line_that_failed_is_not_forgotten_when_the_host_ends_first(self):
+        script = ("until grep -q select $0; do sleep 0.05; done; echo host: line 1 failed; "
+                  "until grep -q pause $0; do sleep 0.05; done")
+        await self.scene.begin(["/bin/sh", "-c", script, str(self.installation.commands)])
+        desk = Desk(self.scene.view, "host", HostWords(self.scene, self.scene.view, {}))
+        with mock.patch("sys.stdin", io.StringIO("select R1\npause 600\n")):
+            self.assertFalse(await at_work.work(self.scene, desk))
+
     async def test_what_the_host_opens_is_a_copy_and_its_words_are_known(self):
         words, user_does = HostWords(self.scene, self.scene.view, {}), mock.AsyncMock(return_value=False)
         with mock.patch.object(self.scene, "user_does", user_does):

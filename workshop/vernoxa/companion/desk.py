@@ -18,6 +18,7 @@ class Desk:
         self._name = name
         self._words = words
         self.done = 0  # lines that were piped in
+        self.good = True  # what could be done of them
 
     async def work(self, stream: TextIO) -> bool:
         """Until quit or the end: prompts when people look on, else carries out the stream's lines, each shown first.
@@ -28,16 +29,15 @@ class Desk:
             from .terminal import prompt  # a quarter of all that a command reads at its start, needed here alone
             await prompt(self._name, self._words, self._view)
             return True
-        good = True
         lines = _lines(stream)
         while line := await lines.get():
             self._view.line(self._name, f"> {line.rstrip()}")
             self.done += 1
             try:
-                good = await self._words.run(line) and good
+                self.good = await self._words.run(line) and self.good
             except EOFError:
                 break
-        return good
+        return self.good
 
 
 def _lines(stream: TextIO) -> asyncio.Queue[str]:

@@ -65,6 +65,6 @@ async def work(session: HostSession, desk: Desk) -> bool:
         over.cancel()
         working.cancel()
         await asyncio.wait({working, over})
-    good = working.cancelled() or working.result()
+    good = desk.good if working.cancelled() else working.result()
     await session.quit()
     return good
